@@ -1,0 +1,15 @@
+# Compiler settings of every target of ours.
+add_library(ts3d_options INTERFACE)
+target_include_directories(ts3d_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+target_compile_options(ts3d_options INTERFACE -Wall -Wextra -Wconversion)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # GCC 12 sees overlapping copies in every "literal" + std::string.
+  target_compile_options(ts3d_options INTERFACE -Wno-restrict)
+endif()
+if(FBX_TO_TS3D_WERROR)
+  target_compile_options(ts3d_options INTERFACE -Werror)
+endif()
+if(FBX_TO_TS3D_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "config/actor_config.h"
+
+#include "config/bone_renames.h"
+#include "config/control_bones.h"
+#include "config/fixed_materials.h"
+#include "config/mesh_list.h"
+#include "core/names.h"
+#include "core/status.h"
+#include "core/work_file.h"
+#include "skeleton/skeleton_state.h"
+
+namespace ts3d {
+namespace {
+
+constexpr std::string_view kTypeDefinitionHost = "http://www.tessaly3d.example";
+
+std::string ObjectId(ActorType actorType, const std::string& documentPath) {
+  switch (actorType) {
+    case ActorType::Male:
+      return "actor (male)";
+    case ActorType::Female:
+      return "actor (female)";
+    case ActorType::Boy:
+      return "actor (boy)";
+    case ActorType::Girl:
+      return "actor (girl)";
+    case ActorType::Teenager:
+      return "actor (teenager)";
+    case ActorType::Baby:
+      return "actor (baby)";
+    case ActorType::None:
+      break;
+  }
+  const std::string fileName = FileNamePart(documentPath);
+  return fileName.substr(0, fileName.size() < 4 ? 0 : fileName.size() - 4);
+}
+
+/// Heights of the product's own bodies, not of the model.
+std::string UnposedHeight(ActorType actorType) {
+  if (actorType == ActorType::Male) return "\t<unposed_height>1.76136</unposed_height>\n";
+  if (actorType == ActorType::Female) return "\t<unposed_height>1.6733</unposed_height>\n";
+  return {};
+}
+
+std::string Head(const ConversionJob& job, const std::string& documentPath) {
+  std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE cal_config SYSTEM \"";
+  text.append(kTypeDefinitionHost).append("/dtds/cal_config.dtd\">\n<cal_config>\n");
+  text += "\t<object_id>" + ObjectId(job.actorType, documentPath) + "</object_id>\n" + UnposedHeight(job.actorType);
+  text += "\t<object_version major=\"1\" minor=\"0\" bugfix=\"0\"/>\n";
+  text += "\t<scale>1.0</scale>\n<flags>\n\t<invert_v/>\n";
+  text += "\t<rotation x=\"" + std::to_string(job.rotationX) + "\" y=\"" + std::to_string(job.rotationY) + "\"/>\n";
+  return text + "</flags>\n\n";
+}
+
+std::string Bones(const ConversionJob& job) {
+  const BoneTree& bones = job.skeleton->bones;
+  // Not the spelling of the package's member: the product asks for this one.
+  std::string text = "<skeleton_file>Skeleton.CSF</skeleton_file>\n";
+  text += "<bone_renames>\n" + BoneRenameLines(bones, job.boneRenameList) + "</bone_renames>\n\n";
+  if (job.actorType != ActorType::None) {
+    text += "<control_bones>\n\n" + ControlBoneBlocks(bones) + "</control_bones>\n\n";
+  }
+  return text;
+}
+
+std::string Lists(ConversionJob& job, PackagedNameSet& packagedNames) {
+  std::string text = "<meshes>\n";
+  DebugTrace("<meshes>");
+  WriteMeshListForScene(job, MeshListMode::MeshLines, packagedNames, AfterAdding::KeepFile, text);
+  DebugTrace("</meshes>");
+  text += "</meshes>\n<materials>\n" + FixedMaterialLines(job.actorType);
+  WriteMeshListForScene(job, MeshListMode::MaterialLines, packagedNames, AfterAdding::KeepFile, text);
+  return text + "</materials>\n";
+}
+
+}  // namespace
+
+void WriteActorConfig(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames) {
+  const std::string documentPath = ReplaceExtension(packagePath, "xfg");
+  platform::FilePtr file = platform::OpenFile(documentPath, "w");
+  if (!file) return;
+  const std::string text = Head(job, documentPath) + Bones(job) + Lists(job, packagedNames) + "</cal_config>\n";
+  // A torso would be packed as if it were the document.
+  if (!WriteAndClose(std::move(file), text)) platform::RemoveFile(documentPath);
+}
+
+}  // namespace ts3d

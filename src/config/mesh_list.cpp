@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "config/mesh_list.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "config/fixed_materials.h"
+#include "core/names.h"
+#include "core/status.h"
+#include "mesh/mesh_filter.h"
+#include "scene/model/mesh.h"
+#include "scene/model/scene.h"
+
+namespace ts3d {
+namespace {
+
+using scene::KFbxMesh;
+using scene::KFbxNode;
+
+bool IsDoubleSided(std::string_view name, const ConversionJob& job) {
+  const std::vector<std::string_view> entries = SplitList(job.meshOptionList);
+  return std::any_of(entries.begin(), entries.end(), [&](std::string_view entry) {
+    return entry.starts_with('!') && EqualsIgnoreCase(entry.substr(1), name);
+  });
+}
+
+/// The output names of a mesh node, its own name first.
+std::vector<std::string> ListedNames(const std::string& baseName, const KFbxNode& node, const KFbxMesh& mesh) {
+  std::vector<std::string> names{baseName};
+  const int extra = mesh.GetLayerCount() > 0 ? node.GetMaterialCount() - 1 : 0;
+  for (int i = 0; i < extra; ++i) names.push_back(baseName + "_" + LetterSuffix(i));
+  return names;
+}
+
+class MeshList {
+ public:
+  MeshList(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames, AfterAdding afterAdding,
+           std::string& lines)
+      : job_(job), mode_(mode), packagedNames_(packagedNames), afterAdding_(afterAdding), lines_(lines) {}
+
+  /// @return the number of meshes listed at or below `top`
+  int32_t Walk(const KFbxNode& top) {
+    int32_t count = 0;
+    std::vector<const KFbxNode*> pending{&top};
+    while (!pending.empty()) {
+      const KFbxNode& node = *pending.back();
+      pending.pop_back();
+      if (KFbxMesh* mesh = node.GetMesh()) {
+        const std::string baseName = SanitizeMeshName(node.GetName());
+        DebugTrace(ComposeMessage("WriteMeshList '", baseName, "'"));
+        if (mesh->GetControlPointsCount() == 0) continue;
+        ++count;
+        List(ListedNames(baseName, node, *mesh));
+      }
+      for (int i = node.GetChildCount(); i-- > 0;) pending.push_back(node.GetChild(i));
+    }
+    return count;
+  }
+
+ private:
+  void List(std::vector<std::string> names) {
+    // Files go in the other way round: the extra ones, then the base name.
+    const bool addsFiles = mode_ == MeshListMode::AddMeshFiles || mode_ == MeshListMode::AddMaterialFiles;
+    if (addsFiles) std::rotate(names.begin(), names.begin() + 1, names.end());
+    for (const std::string& name : names) {
+      if (!skipThisMesh(name, job_)) ListName(name);
+    }
+  }
+
+  void ListName(const std::string& name) {
+    switch (mode_) {
+      case MeshListMode::MeshLines:
+        DebugTrace(ComposeMessage("Writing <mesh name=\"", name, "\""));
+        lines_ += ComposeMessage("\t<mesh name=\"", name, "\" file=\"", name, ".cmf\"");
+        lines_ += IsDoubleSided(name, job_) ? " backfacing=\"both\"/>\n" : "/>\n";
+        break;
+      case MeshListMode::MaterialLines:
+        lines_ += MaterialLine(name, job_.nextMaterialThreadId++, name + ".xrf");
+        break;
+      case MeshListMode::AddMeshFiles:
+        AddFileToPackage(job_, packagedNames_, name + ".cmf", afterAdding_);
+        break;
+      case MeshListMode::AddMaterialFiles:
+        AddFileToPackage(job_, packagedNames_, name + ".xrf", afterAdding_);
+        break;
+    }
+  }
+
+  ConversionJob& job_;
+  MeshListMode mode_;
+  PackagedNameSet& packagedNames_;
+  AfterAdding afterAdding_;
+  std::string& lines_;
+};
+
+}  // namespace
+
+int32_t WriteMeshListForScene(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames,
+                              AfterAdding afterAdding, std::string& lines) {
+  const KFbxNode* root = job.scene->GetRootNode();
+  if (!root) return kNoMeshListed;
+  MeshList list(job, mode, packagedNames, afterAdding, lines);
+  int32_t count = 0;
+  for (int i = 0; i < root->GetChildCount(); ++i) count += list.Walk(*root->GetChild(i));
+  return count > 0 ? 0 : kNoMeshListed;
+}
+
+}  // namespace ts3d

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/conversion_job.h"
+#include "package/actor_package.h"
+#include "scene/model/node.h"
+
+namespace ts3d {
+
+/// What the walk over the scene's meshes produces for each listed name.
+enum class MeshListMode : int32_t {
+  MeshLines = 2,        ///< a mesh line
+  MaterialLines = 3,    ///< a material line, with the next thread identifier
+  AddMeshFiles = 4,     ///< "<name>.cmf" added to the package
+  AddMaterialFiles = 5  ///< "<name>.xrf" added to the package
+};
+
+/// The result of a walk that found no mesh.
+inline constexpr int32_t kNoMeshListed = 5;
+
+/// Walks all nodes below the scene's root, parents first, children in order. A mesh without control points is not
+/// listed and hides the nodes below it.
+/// @param lines  receives the lines of the first two modes
+/// @return 0, or kNoMeshListed
+int32_t WriteMeshListForScene(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames,
+                              AfterAdding afterAdding, std::string& lines);
+
+}  // namespace ts3d

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "fbx_to_ts3d.h"
+
+namespace scene {
+class KFbxMesh;
+class KFbxNode;
+class KFbxScene;
+class KFbxSdkManager;
+}  // namespace scene
+
+namespace ts3d {
+
+struct SkeletonState;
+
+/// Which human actor a model is; chosen from its path. The numbers are part of the host's interface.
+enum class ActorType : int32_t { None = 0, Male = 1, Female = 2, Boy = 3, Girl = 4, Teenager = 5, Baby = 6 };
+
+/// First thread identifier of the per-mesh materials, just above the fixed "body" thread.
+inline constexpr int32_t kFirstThreadId = 151;
+
+/// Everything one conversion knows about itself. Plain data, passed by reference to whatever needs it; the one
+/// process-wide instance lives behind the exported functions, because the final settings of a model build on the
+/// values that its conversion left.
+struct ConversionJob {
+  // The host's settings.
+  int32_t meshOptionMode = 0;
+  void* callbackContext = nullptr;
+  FbxToTs3dStatusCallback statusCallback = nullptr;
+  FbxToTs3dTextureCallback textureCallback = nullptr;
+  std::string boneRenameList;  ///< "old=new" entries separated by "|"
+  std::string meshOptionList;  ///< mesh names separated by "|"; "!name" marks a double-sided mesh
+  float configScale = 1.0f;
+  int32_t nextMeshThreadId = kFirstThreadId;      ///< next mesh file's thread identifier
+  int32_t nextMaterialThreadId = kFirstThreadId;  ///< next material line's thread identifier
+  int32_t rotationY = 0;                          ///< degrees
+  int32_t rotationX = 0;                          ///< degrees
+
+  /// Names (of meshes and materials) that are left out, in any letter case. The exports leave it empty.
+  std::vector<std::string> exclusionList;
+
+  // One run.
+  std::shared_ptr<SkeletonState> skeleton;  ///< null before the first conversion of the process
+  int32_t vertexTotal = 0;                  ///< control points of the converted meshes
+  int32_t polygonTotal = 0;                 ///< their triangles
+  std::string modelDirectory;               ///< the model's folder with its trailing separator
+  bool isFbxFile = true;
+  ActorType actorType = ActorType::None;
+  scene::KFbxSdkManager* sdkManager = nullptr;
+  scene::KFbxScene* scene = nullptr;
+  scene::KFbxNode* sceneRoot = nullptr;
+  const scene::KFbxNode* textureErrorNode = nullptr;  ///< the one mesh node that reports lost texture coordinates
+  bool materialReferenceReported = false;
+  void* packageHandle = nullptr;  ///< the open archive, or null
+  int32_t failureCode = 0;        ///< result of the run should an exception end the step that is running
+
+  // The process.
+  bool singleRootWarningGiven = false;
+};
+
+}  // namespace ts3d

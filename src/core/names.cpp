@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "core/names.h"
+
+#include <algorithm>
+
+namespace ts3d {
+namespace {
+
+char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+}  // namespace
+
+std::string SanitizeMeshName(std::string_view name) {
+  std::string clean(name);
+  for (const char unwanted : {':', '?', '!', '@', '*', '\\', '/', '|'}) {
+    const size_t at = clean.find(unwanted);
+    if (at == std::string::npos) continue;
+    // The character before the unwanted one goes too: mesh file names depend on it ("Arm:Left" -> "ArLeft").
+    const size_t first = at == 0 ? 0 : at - 1;
+    clean.erase(first, at + 1 - first);
+  }
+  return clean;
+}
+
+std::string LetterSuffix(int n) {
+  if (n <= 25) return std::string(1, static_cast<char>('a' + n));
+  const int k = (n - 26) / 26 + 1;
+  const int r = n - 26 * k;
+  return {static_cast<char>(96 + k), static_cast<char>('a' + r)};
+}
+
+std::string DirectoryPart(std::string_view path) {
+  const size_t separator = path.rfind('\\');
+  return std::string(separator == std::string_view::npos ? path : path.substr(0, separator + 1));
+}
+
+std::string FileNamePart(std::string_view path) {
+  const size_t separator = path.rfind('\\');
+  return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
+}
+
+std::string ReplaceExtension(std::string_view path, std::string_view extension) {
+  std::string replaced(path.substr(0, path.size() < 3 ? 0 : path.size() - 3));
+  return replaced.append(extension);
+}
+
+bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                            [](char x, char y) { return LowerCase(x) == LowerCase(y); });
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return LowerCase(c); });
+  return lower;
+}
+
+std::vector<std::string_view> SplitList(std::string_view list) {
+  std::vector<std::string_view> entries;
+  if (list.empty()) return entries;
+  for (;;) {
+    const size_t end = list.find('|');
+    entries.push_back(list.substr(0, end));
+    if (end == std::string_view::npos) return entries;
+    list.remove_prefix(end + 1);
+  }
+}
+
+bool SplitEntry(std::string_view entry, std::string_view& key, std::string_view& value) {
+  const size_t equals = entry.find('=');
+  if (equals == std::string_view::npos) return false;
+  key = entry.substr(0, equals);
+  value = entry.substr(equals + 1);
+  return true;
+}
+
+bool IsPlainFileName(std::string_view name) {
+  if (name.empty() || name == "." || name == "..") return false;
+  return std::none_of(name.begin(), name.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return c == '/' || c == '\\' || byte < 0x20 || byte == 0x7f;
+  });
+}
+
+}  // namespace ts3d

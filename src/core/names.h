@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace ts3d {
+
+/// Removes the first occurrence of each of : ? ! @ * \ / | from `name`, together with the character before it.
+std::string SanitizeMeshName(std::string_view name);
+
+/// Name suffix number `n` (from 0): "a" to "z", then "aa", "ab", ... "az", "ba", ...
+std::string LetterSuffix(int n);
+
+/// `path` up to and including its last backslash; the whole of it when it has none.
+std::string DirectoryPart(std::string_view path);
+
+/// What follows the last backslash of `path`; the whole of it when it has none.
+std::string FileNamePart(std::string_view path);
+
+/// `path` with its last three characters replaced by `extension`.
+std::string ReplaceExtension(std::string_view path, std::string_view extension);
+
+/// Compares without regard to the case of ASCII letters, whatever the locale.
+bool EqualsIgnoreCase(std::string_view a, std::string_view b);
+
+/// Copy of `text` with ASCII letters in lower case.
+std::string LowerCase(std::string_view text);
+
+/// The "|"-separated entries of a host list; none for an empty list. The views point into `list`.
+std::vector<std::string_view> SplitList(std::string_view list);
+
+/// Splits a list entry "key=value" at its first "="; false when there is none.
+bool SplitEntry(std::string_view entry, std::string_view& key, std::string_view& value);
+
+/// Whether `name` can only name a file inside the folder that it is opened in: not empty, not "." or "..", no
+/// separator and no control character.
+bool IsPlainFileName(std::string_view name);
+
+}  // namespace ts3d

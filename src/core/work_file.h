@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "core/conversion_job.h"
+#include "platform/files.h"
+
+namespace ts3d {
+
+/// Opens the work file `name` in the model's folder like fopen. Null when that fails, and for every name that
+/// could lead out of that folder: names come from the model and are not to be trusted.
+platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, const char* mode);
+
+/// Whether the model's folder holds a file `name`; false for every name that could lead out of it.
+bool WorkFileExists(const ConversionJob& job, std::string_view name);
+
+/// Writes the whole of `text` and closes the file; false when any of it failed.
+bool WriteAndClose(platform::FilePtr file, std::string_view text);
+
+/// Writes little-endian numbers to a file through a buffer of its own. A failed write is remembered, not
+/// reported; without a file every write fails.
+class ByteWriter {
+ public:
+  explicit ByteWriter(std::FILE* file) : file_(file) {}
+  ~ByteWriter() { Flush(); }
+  ByteWriter(const ByteWriter&) = delete;
+  ByteWriter& operator=(const ByteWriter&) = delete;
+
+  void Bytes(const void* data, size_t size);
+  void Int32(int32_t value) {
+    if (sizeof buffer_ - used_ < 4) Flush();
+    unsigned char* out = buffer_ + used_;
+    const auto bits = static_cast<uint32_t>(value);
+    out[0] = static_cast<unsigned char>(bits);
+    out[1] = static_cast<unsigned char>(bits >> 8);
+    out[2] = static_cast<unsigned char>(bits >> 16);
+    out[3] = static_cast<unsigned char>(bits >> 24);
+    used_ += 4;
+  }
+  void Float32(float value);
+
+  /// Writes what is buffered. False once any write has failed.
+  bool Flush();
+
+ private:
+  std::FILE* file_;
+  size_t used_ = 0;
+  bool failed_ = false;
+  unsigned char buffer_[1 << 15];
+};
+
+inline void ByteWriter::Float32(float value) { Int32(std::bit_cast<int32_t>(value)); }
+
+}  // namespace ts3d

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string_view>
+
+#include "core/conversion_job.h"
+
+namespace ts3d {
+
+/// The actor type that a model's path asks for, folder included, in any letter case.
+ActorType DetectActorType(std::string_view path);
+
+}  // namespace ts3d

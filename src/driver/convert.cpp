@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "driver/convert.h"
+
+#include <cstdio>
+
+#include "config/actor_config.h"
+#include "config/mesh_list.h"
+#include "core/names.h"
+#include "core/status.h"
+#include "driver/actor_type.h"
+#include "driver/scene_loader.h"
+#include "mesh/scene_walk.h"
+#include "package/actor_package.h"
+#include "platform/files.h"
+#include "skeleton/csf_writer.h"
+#include "skeleton/skeleton_state.h"
+
+namespace ts3d {
+namespace {
+
+constexpr const char* kSkeletonName = "skeleton.csf";
+
+void RemoveIfThere(const std::string& path) {
+  if (platform::FileExists(path)) platform::RemoveFile(path);
+}
+
+bool EndsInFbx(const std::string& path) {
+  const std::string ending = path.substr(path.size() < 4 ? 0 : path.size() - 4);
+  return EqualsIgnoreCase(ending, ".fbx");
+}
+
+std::string VersionLine(const char* what, const scene::KFbxFileVersion& version) {
+  char line[200];
+  std::snprintf(line, sizeof line, "FBX version number for this %s %d.%d.%d", what, version.major, version.minor,
+                version.revision);
+  return line;
+}
+
+void ReportLoaded(const ConversionJob& job, const LoadedVersions& versions) {
+  StatusLog(job, "Model Successfully Loaded");
+  if (!job.isFbxFile) return;
+  StatusLog(job, VersionLine("SDK", versions.sdk));
+  StatusLog(job, VersionLine("model", versions.file));
+}
+
+/// Adds everything but the textures, which are in the package already, and completes it.
+ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames) {
+  const std::string documentName = FileNamePart(ReplaceExtension(packagePath, "xfg"));
+  std::string noLines;
+  ConversionResult result = ConversionResult::Success;
+  if (AddFileToPackage(job, packagedNames, kSkeletonName, AfterAdding::DeleteFile) != 0 ||
+      AddFileToPackage(job, packagedNames, documentName, AfterAdding::KeepFile) != 0) {
+    result = ConversionResult::PackageFailed;
+  } else {
+    result = static_cast<ConversionResult>(WriteMeshListForScene(job, MeshListMode::AddMeshFiles, packagedNames,
+                                                                 AfterAdding::DeleteFile, noLines));
+  }
+  WriteMeshListForScene(job, MeshListMode::AddMaterialFiles, packagedNames, AfterAdding::DeleteFile, noLines);
+  if (!CloseActorPackage(job)) {
+    // A package without its directory only looks like one.
+    platform::RemoveFile(packagePath);
+    result = ConversionResult::PackageFailed;
+  }
+  if (result == ConversionResult::Success) StatusLog(job, "Successfully created CZP File");
+  return result;
+}
+
+void AbandonPackage(ConversionJob& job, const std::string& packagePath) {
+  CloseActorPackage(job);
+  platform::RemoveFile(packagePath);
+}
+
+ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
+  StatusLog(job, "Creating Tessaly 3D Studio CZP File");
+  const std::string packagePath = ReplaceExtension(fbxPath, "czp");
+  RemoveIfThere(packagePath);
+  job.failureCode = static_cast<int32_t>(ConversionResult::PackageFailed);
+  const bool isOpen = OpenActorPackage(job, packagePath, PackageMode::Create);
+  try {
+    PackagedNameSet packagedNames;
+    for (int i = 0; i < job.sceneRoot->GetChildCount(); ++i) {
+      WalkSceneNode(job.sceneRoot->GetChild(i), job, packagedNames);
+    }
+    WriteActorConfig(job, packagePath, packagedNames);
+    return isOpen ? FillPackage(job, packagePath, packagedNames) : ConversionResult::PackageFailed;
+  } catch (...) {
+    if (job.packageHandle) AbandonPackage(job, packagePath);
+    throw;
+  }
+}
+
+ConversionResult ConvertLoadedScene(ConversionJob& job, const std::string& fbxPath) {
+  RemoveIfThere(job.modelDirectory + kSkeletonName);
+  job.failureCode = static_cast<int32_t>(ConversionResult::SkeletonFailed);
+  StatusLog(job, "Generating Skeleton");
+  return WriteSkeleton(job) ? WritePackage(job, fbxPath) : ConversionResult::SkeletonFailed;
+}
+
+/// Frees the scene. The bone tree stays for the final settings; what points into the scene goes.
+void ReleaseScene(ConversionJob& job) {
+  DestroySdkObjects(job.sdkManager);
+  job.sdkManager = nullptr;
+  job.scene = nullptr;
+  job.sceneRoot = nullptr;
+  job.textureErrorNode = nullptr;
+  job.skeleton->bindPose = nullptr;
+  job.skeleton->firstBoneNode = nullptr;
+  job.skeleton->modelNode = nullptr;
+}
+
+}  // namespace
+
+void ResetRun(ConversionJob& job) {
+  job.skeleton = std::make_shared<SkeletonState>();
+  job.vertexTotal = 0;
+  job.polygonTotal = 0;
+  job.modelDirectory.clear();
+  job.textureErrorNode = nullptr;
+  job.materialReferenceReported = false;
+  job.packageHandle = nullptr;
+}
+
+ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& request) {
+  // A run that could not load its scene leaves the scene library's objects alive until here.
+  DestroySdkObjects(job.sdkManager);
+  job.sdkManager = nullptr;
+  ResetRun(job);
+  const std::string& fbxPath = request.fbxPath;
+  if (!platform::FileExists(fbxPath)) return ConversionResult::NoFile;
+  job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
+  StatusLog(job, "Initializing FBX Engine");
+  CreateSdkObjects(job.sdkManager, job.scene);
+  job.modelDirectory = DirectoryPart(fbxPath);
+  job.actorType = DetectActorType(request.actorPath.empty() ? fbxPath : request.actorPath);
+  job.isFbxFile = EndsInFbx(fbxPath);
+  StatusLog(job, job.isFbxFile ? "Loading FBX Model" : "Loading Model");
+  LoadedVersions versions;
+  if (!LoadScene(*job.sdkManager, *job.scene, fbxPath, versions)) return ConversionResult::LoadFailed;
+  ReportLoaded(job, versions);
+  job.sceneRoot = job.scene->GetRootNode();
+  const ConversionResult result = ConvertLoadedScene(job, fbxPath);
+  ReleaseScene(job);
+  if (result != ConversionResult::Success) job.vertexTotal = job.polygonTotal = 0;
+  return result;
+}
+
+}  // namespace ts3d

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/conversion_job.h"
+
+namespace ts3d {
+
+/// Results of a conversion; the numbers are those of the exported functions.
+enum class ConversionResult : int32_t {
+  Success = FBX_TO_TS3D_OK,
+  NoFile = FBX_TO_TS3D_NO_FILE,
+  LoadFailed = FBX_TO_TS3D_LOAD_FAILED,
+  PackageFailed = FBX_TO_TS3D_PACKAGE_FAILED,
+  SkeletonFailed = FBX_TO_TS3D_SKELETON_FAILED,
+  NoMesh = FBX_TO_TS3D_NO_MESH
+};
+
+/// What the host asks for, beside the settings in the job.
+struct ConversionRequest {
+  std::string fbxPath;
+  /// Path that the actor type is read from, when it is not `fbxPath`.
+  std::string actorPath;
+};
+
+/// Puts the job's counters to where every conversion starts.
+void ResetRun(ConversionJob& job);
+
+/// Converts one model into a package beside it, with the settings that the job holds.
+ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& request);
+
+}  // namespace ts3d

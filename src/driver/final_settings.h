@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/conversion_job.h"
+
+namespace ts3d {
+
+/// Results of the final settings; the numbers are those of the exported functions.
+enum class FinishResult : int32_t {
+  Success = FBX_TO_TS3D_OK,
+  DocumentUnreadable = FBX_TO_TS3D_DOCUMENT_UNREADABLE,
+  DocumentUnwritable = FBX_TO_TS3D_DOCUMENT_UNWRITABLE,
+  UpdateFailed = FBX_TO_TS3D_UPDATE_FAILED
+};
+
+/// The artist's last choices, beside those in the job.
+struct FinalSettings {
+  std::string sourcePath;     ///< the model; its last three characters give way to "xfg" and "czp"
+  float scalePercent = 0.0f;  ///< above 0: the scale is a hundredth of it; else 1
+  std::string meshList;       ///< "mesh=friendly" entries separated by "|"
+};
+
+/// Rewrites the document that a conversion left beside the package and adds it to the package again.
+FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings);
+
+/// The document `text` with the settings applied; none when a marker that the rewrite needs is missing from it.
+std::optional<std::string> RewriteDocument(std::string_view text, const ConversionJob& job, std::string_view meshList);
+
+}  // namespace ts3d

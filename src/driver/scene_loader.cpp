@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "driver/scene_loader.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/process.h"
+#include "scene/fbx_reader.h"
+
+namespace ts3d {
+namespace {
+
+using scene::EImportError;
+using scene::KFbxImporter;
+
+bool FailedFor(const KFbxImporter& importer, EImportError error) {
+  return importer.GetLastErrorID() == static_cast<int>(error);
+}
+
+void ReportInitializeFailure(const KFbxImporter& importer, const std::string& path,
+                             const LoadedVersions& versions) {
+  std::printf("Call to KFbxImporter::Initialize() failed.\n");
+  std::printf("Error returned: %s\n\n", importer.GetLastErrorString());
+  if (FailedFor(importer, EImportError::eVERSION_NOT_READABLE) ||
+      FailedFor(importer, EImportError::eVERSION_NOT_SUPPORTED)) {
+    const auto& [sdk, file] = versions;
+    std::printf("FBX version number for this FBX SDK is %d.%d.%d\n", sdk.major, sdk.minor, sdk.revision);
+    std::printf("FBX version number for file %s is %d.%d.%d\n\n", path.c_str(), file.major, file.minor,
+                file.revision);
+  }
+  std::fflush(stdout);
+}
+
+/// Reads one word from standard input into the settings and imports again.
+bool RetryWithPassword(KFbxImporter& importer, scene::KFbxScene& scene) {
+  std::printf("Please enter password:");
+  std::fflush(stdout);
+  char password[1024] = "";
+  if (std::scanf("%1023s", password) != 1) password[0] = '\0';
+  scene::KFbxIOSettings& settings = scene::KFbxIOSettings::Global();
+  settings.SetStringProp(scene::kPasswordSetting, password);
+  settings.SetBoolProp(scene::kPasswordEnableSetting, true);
+  if (importer.Import(scene, false)) return true;
+  if (FailedFor(importer, EImportError::ePASSWORD_ERROR)) {
+    std::printf("\nPassword is wrong, import aborted.\n");
+    std::fflush(stdout);
+  }
+  return false;
+}
+
+}  // namespace
+
+void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene) {
+  manager = scene::KFbxSdkManager::Create();
+  if (!manager) {
+    std::printf("Unable to create the FBX SDK manager\n");
+    std::exit(0);
+  }
+  manager->LoadPluginsDirectory(platform::ExecutableFolder(), platform::SharedLibraryExtension());
+  scene = manager->CreateScene("");
+}
+
+void DestroySdkObjects(scene::KFbxSdkManager* manager) {
+  if (manager) manager->Destroy();
+}
+
+bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
+               LoadedVersions& versions) {
+  versions.sdk = scene::kNativeVersion;
+  KFbxImporter* importer = manager.CreateImporter();
+  const bool initialized = importer->Initialize(path, -1);
+  versions.file = importer->GetFileVersion();
+  if (!initialized) {
+    ReportInitializeFailure(*importer, path, versions);
+    return false;
+  }
+  bool imported = importer->Import(scene, false);
+  if (!imported && FailedFor(*importer, EImportError::ePASSWORD_ERROR)) {
+    imported = RetryWithPassword(*importer, scene);
+  }
+  manager.DestroyImporter(importer);
+  return imported;
+}
+
+}  // namespace ts3d

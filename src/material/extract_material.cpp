@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "material/extract_material.h"
+
+#include "core/status.h"
+#include "material/texture_files.h"
+#include "material/xrf_writer.h"
+
+namespace ts3d {
+namespace {
+
+void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& record, const ConversionJob& job) {
+  // The two classes do not derive from each other, so at most one test succeeds.
+  if (const auto* lambert = dynamic_cast<const scene::KFbxSurfaceLambert*>(&material)) {
+    record.ambient = lambert->ambient;
+    record.diffuse = lambert->diffuse;
+    record.specular = {0, 0, 0, 1};
+    record.opacity = lambert->transparencyFactor;
+    record.shininess = 0.0;
+  } else if (const auto* phong = dynamic_cast<const scene::KFbxSurfacePhong*>(&material)) {
+    record.ambient = phong->ambient;
+    record.diffuse = phong->diffuse;
+    record.specular = phong->specular;
+    record.opacity = phong->transparencyFactor;
+    record.shininess = phong->shininess;
+  } else {
+    StatusLog(job, "Unkown type of Material");
+  }
+}
+
+const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material) {
+  const scene::KFbxProperty* diffuse = material.FindProperty("DiffuseColor");
+  return diffuse && diffuse->GetSrcTextureCount() > 0 ? diffuse->GetSrcTexture(0) : nullptr;
+}
+
+}  // namespace
+
+void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
+                   ConversionJob& job, PackagedNameSet& packagedNames) {
+  StatusLog(job, ComposeMessage("Writing Material: ", name));
+  MaterialRecord record;
+  record.name = name;
+  record.hasMap = hasMap;
+  ExtractColours(material, record, job);
+  const scene::KFbxTexture* texture = DiffuseTexture(material);
+  if (hasMap && texture) record.mapName = PackTexture(*texture, job, packagedNames);
+  WriteXrfFile(record, job);
+}
+
+void WriteDefaultMaterial(const std::string& name, bool hasMap, const ConversionJob& job) {
+  MaterialRecord record;
+  record.name = name;
+  record.ambient = record.diffuse = record.specular = {0.5, 0.5, 0.5};
+  record.shininess = 0.25;
+  record.hasMap = hasMap;
+  if (hasMap) record.mapName = "0";
+  WriteXrfFile(record, job);
+}
+
+}  // namespace ts3d

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "core/conversion_job.h"
+#include "package/actor_package.h"
+#include "scene/model/material.h"
+
+namespace ts3d {
+
+/// Writes the material file `name` for `material` and packs its diffuse texture.
+/// @param hasMap  whether the mesh has texture coordinates
+void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
+                   ConversionJob& job, PackagedNameSet& packagedNames);
+
+/// Writes the material file `name` of a mesh without materials.
+void WriteDefaultMaterial(const std::string& name, bool hasMap, const ConversionJob& job);
+
+}  // namespace ts3d

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "mesh/cmf_writer.h"
+
+#include <algorithm>
+
+#include "core/status.h"
+#include "core/work_file.h"
+#include "skeleton/skeleton_state.h"
+
+namespace ts3d {
+namespace {
+
+constexpr int32_t kVersion = 1000;
+constexpr size_t kProgressSteps = 20;
+
+class CmfWriter {
+ public:
+  CmfWriter(const MeshData& mesh, TextureCoordinates& coordinates, ConversionJob& job, std::FILE* file)
+      : mesh_(mesh), coordinates_(coordinates), job_(job), out_(file), warned_(OnlyDummyBone(job)) {}
+
+  void WriteHeader(size_t vertexCount, size_t faceCount) {
+    out_.Bytes("CMF", 4);
+    out_.Int32(kVersion);
+    out_.Int32(1);  // submeshes
+    out_.Int32(job_.nextMeshThreadId++);
+    out_.Int32(static_cast<int32_t>(vertexCount));
+    out_.Int32(static_cast<int32_t>(faceCount));
+    out_.Int32(0);  // level-of-detail steps
+    out_.Int32(0);  // springs
+    out_.Int32(1);  // texture maps
+  }
+
+  void WriteVertex(size_t index) {
+    ReportProgress(index);
+    const FullPointData& record = mesh_.records[index];
+    const auto point = static_cast<size_t>(record.controlPoint);
+    for (size_t axis = 0; axis < 3; ++axis) out_.Float32(static_cast<float>(mesh_.points[3 * point + axis]));
+    for (size_t axis = 0; axis < 3; ++axis) out_.Float32(mesh_.normals[3 * point + axis]);
+    out_.Int32(0);  // collapse identifier
+    out_.Int32(0);  // face-collapse count
+    const TextureCoordinate uv = coordinates_.Of(index, record);
+    out_.Float32(static_cast<float>(uv.u));
+    out_.Float32(1.0f - static_cast<float>(uv.v));
+    WriteInfluences(record);
+  }
+
+  void WriteFace(size_t triangle, std::span<const int32_t> outputIndex) {
+    for (size_t k = 0; k < 3; ++k) {
+      const int32_t output = outputIndex[static_cast<size_t>(mesh_.triangles.corners[3 * triangle + k])];
+      if (output == -1) {
+        StatusLog(job_, "Bad Write Vertex");
+      } else {
+        out_.Int32(output);
+      }
+    }
+  }
+
+  bool Finish() { return out_.Flush(); }
+
+ private:
+  /// A model without a skeleton has no weights, which is no news.
+  static bool OnlyDummyBone(const ConversionJob& job) {
+    const BoneTree& bones = job.skeleton->bones;
+    return bones.BoneCount() == 1 && bones.Root().children[0]->name == "dummy_bone";
+  }
+
+  void ReportProgress(size_t index) {
+    const size_t step = std::max<size_t>(mesh_.records.size() / kProgressSteps, 1);
+    if (index % step != 0) return;
+    StatusLog(job_, ComposeMessage("Writing Mesh: ", std::to_string(index / step * 5), "% done"));
+  }
+
+  void WriteInfluences(const FullPointData& record) {
+    const std::span<const BoneWeight> influences =
+        record.influenceList == -1 ? std::span<const BoneWeight>() : mesh_.influences.Of(record.influenceList);
+    if (influences.empty()) {
+      out_.Int32(1);
+      out_.Int32(0);
+      out_.Float32(1.0f);
+      if (!warned_) StatusLog(job_, "This model has some UNWEIGHTED vertices!\n");
+      warned_ = true;
+      return;
+    }
+    float sum = 0.0f;
+    for (const BoneWeight& influence : influences) sum += influence.weight;
+    const float reciprocal = 1.0f / sum;
+    out_.Int32(static_cast<int32_t>(influences.size()));
+    for (const BoneWeight& influence : influences) {
+      out_.Int32(influence.bone);
+      out_.Float32(influence.weight * reciprocal);
+    }
+  }
+
+  const MeshData& mesh_;
+  TextureCoordinates& coordinates_;
+  ConversionJob& job_;
+  ByteWriter out_;
+  bool warned_;
+};
+
+}  // namespace
+
+void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
+                  std::span<int32_t> outputIndex, ConversionJob& job) {
+  const std::string fileName = slice.name + ".cmf";
+  platform::FilePtr file = OpenWorkFile(job, fileName, "wb");
+  bool complete = false;
+  {
+    CmfWriter writer(mesh, coordinates, job, file.get());
+    writer.WriteHeader(slice.VertexCount(mesh), slice.FaceCount(mesh));
+    for (size_t i = 0; i < slice.VertexCount(mesh); ++i) {
+      const size_t record = slice.whole ? i : static_cast<size_t>(slice.records[i]);
+      outputIndex[record] = static_cast<int32_t>(i);
+      writer.WriteVertex(record);
+    }
+    for (size_t i = 0; i < slice.FaceCount(mesh); ++i) {
+      writer.WriteFace(slice.whole ? i : slice.triangles[i], outputIndex);
+    }
+    complete = writer.Finish();
+  }
+  // A torso would be packed as if it were a mesh.
+  if (file && (std::fclose(file.release()) != 0 || !complete)) platform::RemoveFile(job.modelDirectory + fileName);
+}
+
+}  // namespace ts3d

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/conversion_job.h"
+#include "mesh/point_data.h"
+#include "mesh/texture_coordinates.h"
+#include "scene/geometry/triangulate.h"
+#include "skeleton/bone_influences.h"
+
+namespace ts3d {
+
+/// What all output meshes of one scene mesh are cut from.
+struct MeshData {
+  std::vector<double> points;  ///< x, y, z of each control point
+  std::vector<float> normals;  ///< x, y, z of each control point
+  scene::KFbxTriangles triangles;
+  std::vector<FullPointData> records;
+  InfluenceTable influences;
+};
+
+/// One output mesh.
+struct MeshSlice {
+  std::string name;
+  bool whole = false;  ///< all records and all triangles; the lists are empty then
+  std::vector<int32_t> records;     ///< ascending
+  std::vector<uint32_t> triangles;  ///< ascending
+
+  size_t VertexCount(const MeshData& mesh) const { return whole ? mesh.records.size() : records.size(); }
+  size_t FaceCount(const MeshData& mesh) const { return whole ? mesh.triangles.Count() : triangles.size(); }
+};
+
+/// Writes `slice` as "<name>.cmf" into the model's folder and takes the next thread identifier. A file that cannot
+/// be written is left out without a message.
+/// @param outputIndex  scratch, one entry for each record
+void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
+                  std::span<int32_t> outputIndex, ConversionJob& job);
+
+}  // namespace ts3d

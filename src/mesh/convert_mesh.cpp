@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#include "mesh/convert_mesh.h"
+
+#include <algorithm>
+
+#include "core/names.h"
+#include "core/status.h"
+#include "material/extract_material.h"
+#include "mesh/cmf_writer.h"
+#include "mesh/material_slices.h"
+#include "mesh/mesh_filter.h"
+#include "mesh/pose_deform.h"
+#include "mesh/split_vertices.h"
+#include "scene/geometry/vertex_normals.h"
+#include "scene/model/mesh.h"
+
+namespace ts3d {
+namespace {
+
+using scene::KFbxMesh;
+using scene::KFbxNode;
+
+bool HasOtherThanTriangles(KFbxMesh& mesh) {
+  if (mesh.IsPlainTriangleMesh()) return false;
+  const int count = mesh.GetPolygonCount();
+  for (int i = 0; i < count; ++i) {
+    if (mesh.GetPolygonSize(i) != 3) return true;
+  }
+  return false;
+}
+
+scene::KFbxTriangles Triangulate(KFbxMesh& mesh, const std::string& name, const ConversionJob& job) {
+  if (const int dropped = mesh.GetDroppedPolygonCount(); dropped > 0) {
+    StatusLog(job, ComposeMessage(">>> Left out ", std::to_string(dropped),
+                                  " Polygon(s) with vertices that do not exist in: ", name));
+  }
+  if (HasOtherThanTriangles(mesh)) StatusLog(job, ComposeMessage("Triangulated the Mesh: ", name));
+  return TriangulateMesh(mesh);
+}
+
+/// Whether the normals of the mesh `name` are to point inward.
+bool TurnsNormals(const std::string& name, const ConversionJob& job) {
+  if (job.meshOptionList.empty()) return job.meshOptionMode == 1;
+  const std::vector<std::string_view> entries = SplitList(job.meshOptionList);
+  const bool listed = std::any_of(entries.begin(), entries.end(),
+                                  [&](std::string_view entry) { return EqualsIgnoreCase(entry, name); });
+  return (job.meshOptionMode == 2) == listed;
+}
+
+void CheckMaterialReference(KFbxMesh& mesh, int materialCount, ConversionJob& job) {
+  const scene::KFbxLayerElementMaterial* materials = mesh.GetMaterials();
+  if (materialCount < 2 || !materials || job.materialReferenceReported) return;
+  if (materials->GetReferenceMode() != scene::EReferenceMode::eDIRECT) return;
+  job.materialReferenceReported = true;
+  DebugTrace("material element with direct reference");
+}
+
+void WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh, const MeshData& data,
+                 TextureCoordinates& coordinates, ConversionJob& job) {
+  CheckMaterialReference(mesh, materialCount, job);
+  MaterialSlices slices(mesh, data, materialCount);
+  std::vector<int32_t> outputIndex(data.records.size(), -1);
+  for (int material = 0; material < std::max(materialCount, 1); ++material) {
+    const MeshSlice slice = slices.Slice(name, material);
+    if (!slice.whole && slice.triangles.empty()) continue;
+    StatusLog(job, ComposeMessage("Writing CMF Mesh: ", slice.name));
+    if (slices.DegenerateCount() > 0) {
+      StatusLog(job, ComposeMessage(">>> Removed : ", std::to_string(slices.DegenerateCount()),
+                                    " Degenerate Polygons(s)"));
+    }
+    WriteCmfFile(slice, data, coordinates, outputIndex, job);
+  }
+}
+
+void WriteMaterials(const std::string& name, const KFbxNode& node, bool hasMap, ConversionJob& job,
+                    PackagedNameSet& packagedNames) {
+  for (int material = 0; material < node.GetMaterialCount(); ++material) {
+    WriteMaterial(SliceName(name, material), *node.GetMaterial(material), hasMap, job, packagedNames);
+  }
+  if (node.GetMaterialCount() == 0) WriteDefaultMaterial(name, hasMap, job);
+}
+
+}  // namespace
+
+void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& packagedNames) {
+  const std::string name = SanitizeMeshName(node.GetName());
+  KFbxMesh* mesh = node.GetMesh();
+  if (skipThisMesh(name, job) || !mesh || mesh->GetControlPointsCount() == 0) return;
+
+  MeshData data;
+  data.influences = GatherBoneInfluences(*mesh, job);
+  data.triangles = Triangulate(*mesh, name, job);
+  job.vertexTotal += mesh->GetControlPointsCount();
+  job.polygonTotal += static_cast<int32_t>(data.triangles.Count());
+  data.points = PoseControlPoints(node, job);
+  data.normals = scene::ComputeVertexNormals(data.points, data.triangles.corners, TurnsNormals(name, job));
+  StatusLog(job, "Recreated Normal Vectors");
+  for (size_t i = 0; i + 2 < data.normals.size(); i += 3) {
+    // A point without a direction gets the diagonal, as a normal must have a length.
+    if (data.normals[i] == 0.0f && data.normals[i + 1] == 0.0f && data.normals[i + 2] == 0.0f) {
+      data.normals[i] = data.normals[i + 1] = data.normals[i + 2] = static_cast<float>(0.57734998);
+    }
+  }
+  data.records = SplitVertices(mesh->GetControlPointsCount(), mesh->GetUVs(), data.triangles);
+  StatusLog(job, "Writing Mesh Header");
+  TextureCoordinates coordinates(node, mesh->GetUVs(), job);
+  WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job);
+  WriteMaterials(name, node, coordinates.FoundAny(), job, packagedNames);
+  mesh->ReleaseArrays();
+}
+
+}  // namespace ts3d

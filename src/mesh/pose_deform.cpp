@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "mesh/pose_deform.h"
+
+#include <span>
+
+#include "core/status.h"
+#include "scene/model/mesh.h"
+#include "skeleton/bind_pose.h"
+#include "skeleton/skeleton_state.h"
+
+namespace ts3d {
+namespace {
+
+using scene::KFbxCluster;
+using scene::KFbxMesh;
+using scene::KFbxNode;
+using scene::KFbxVector4;
+using scene::KFbxXMatrix;
+using ELinkMode = scene::KFbxCluster::ELinkMode;
+
+KFbxVector4 PointAt(std::span<const double> points, size_t i) {
+  return {points[3 * i], points[3 * i + 1], points[3 * i + 2]};
+}
+
+void SetPoint(std::span<double> points, size_t i, const KFbxVector4& p) {
+  for (size_t axis = 0; axis < 3; ++axis) points[3 * i + axis] = p[axis];
+}
+
+void TransformPoints(const KFbxXMatrix& m, std::span<double> points) {
+  for (size_t i = 0; i < points.size() / 3; ++i) SetPoint(points, i, m.MultT(PointAt(points, i)));
+}
+
+/// Linear blend skinning of one mesh to the bind pose.
+class SkinDeformation {
+ public:
+  /// @param meshPose  bind pose of the mesh's node
+  SkinDeformation(const KFbxNode& node, const KFbxXMatrix& meshPose, ConversionJob& job)
+      : job_(job),
+        skeleton_(*job.skeleton),
+        mesh_(*node.GetMesh()),
+        geometric_(node.GetGeometricTransform()),
+        meshPose_(meshPose) {}
+
+  /// Moves `points` from the mesh's own space into the world of the bind pose.
+  void Apply(std::span<double> points) {
+    const ELinkMode mode = LinkMode();
+    if (mode == ELinkMode::eADDITIVE) return ApplyAdditive(points);
+    const size_t count = points.size() / 3;
+    std::vector<double> weightSum(count);
+    std::vector<double> sum(points.size());
+    ForEachPair(count, [&](const KFbxXMatrix& m, size_t i, double weight) {
+      const KFbxVector4 moved = m.MultT(PointAt(points, i)) * weight;
+      for (size_t axis = 0; axis < 3; ++axis) sum[3 * i + axis] += moved[axis];
+      weightSum[i] += weight;
+    });
+    TransformPoints(meshPose_ * geometric_, points);
+    for (size_t i = 0; i < count; ++i) {
+      if (weightSum[i] == 0.0) continue;
+      const KFbxVector4 blended = PointAt(sum, i);
+      SetPoint(points, i,
+               mode == ELinkMode::eNORMALIZE ? blended * (1.0 / weightSum[i])
+                                             : blended + PointAt(points, i) * (1.0 - weightSum[i]));
+    }
+  }
+
+ private:
+  /// The first cluster of the first skin decides for all.
+  ELinkMode LinkMode() const {
+    const scene::KFbxSkin* skin = mesh_.GetSkin(0);
+    return skin->GetClusterCount() > 0 ? skin->GetCluster(0)->GetLinkMode() : ELinkMode::eNORMALIZE;
+  }
+
+  /// Each cluster moves on what the ones before it left, by its weight.
+  void ApplyAdditive(std::span<double> points) {
+    const KFbxXMatrix toWorld = meshPose_ * geometric_;
+    const KFbxXMatrix fromWorld = toWorld.Inverse();
+    TransformPoints(toWorld, points);
+    ForEachPair(points.size() / 3, [&](const KFbxXMatrix& m, size_t i, double weight) {
+      const KFbxVector4 p = PointAt(points, i);
+      SetPoint(points, i, (m * fromWorld).MultT(p) * weight + p * (1.0 - weight));
+    });
+  }
+
+  /// Calls `visit` with the vertex transform, the control point and the weight of every pair of every cluster.
+  template <typename Visit>
+  void ForEachPair(size_t pointCount, const Visit& visit) {
+    for (int s = 0; s < mesh_.GetSkinCount(); ++s) {
+      scene::KFbxSkin& skin = *mesh_.GetSkin(s);
+      for (int c = 0; c < skin.GetClusterCount(); ++c) {
+        KFbxCluster& cluster = *skin.GetCluster(c);
+        if (!cluster.GetLink()) continue;
+        const KFbxXMatrix m = VertexTransform(cluster);
+        const std::span<const int32_t> indices = cluster.GetControlPointIndices();
+        const std::span<const double> weights = cluster.GetControlPointWeights();
+        for (size_t k = 0; k < indices.size(); ++k) {
+          const auto i = static_cast<size_t>(indices[k]);
+          if (weights[k] != 0.0 && indices[k] >= 0 && i < pointCount) visit(m, i, weights[k]);
+        }
+      }
+    }
+  }
+
+  /// From the mesh's own space to where the link takes it in the world of the bind pose.
+  KFbxXMatrix VertexTransform(const KFbxCluster& cluster) {
+    const KFbxNode& link = *cluster.GetLink();
+    if (cluster.GetLinkMode() == ELinkMode::eADDITIVE && cluster.GetAssociateModel()) {
+      const KFbxNode& associate = *cluster.GetAssociateModel();
+      const KFbxXMatrix associateBind =
+          cluster.GetTransformAssociateModelMatrix().value_or(PoseOf(associate, associate.GetGlobalFromDefaultTake()));
+      const KFbxXMatrix linkBind = LinkBind(cluster);
+      return associateBind * PoseOf(associate, associateBind).Inverse() * PoseOf(link, linkBind) *
+             linkBind.Inverse() * meshPose_ * geometric_;
+    }
+    const KFbxXMatrix linkBind = LinkBind(cluster);
+    const KFbxXMatrix meshBind = cluster.GetTransformMatrix().value_or(meshPose_);
+    return PoseOf(link, linkBind) * linkBind.Inverse() * meshBind * geometric_;
+  }
+
+  KFbxXMatrix LinkBind(const KFbxCluster& cluster) {
+    const KFbxNode& link = *cluster.GetLink();
+    return cluster.GetTransformLinkMatrix().value_or(PoseOf(link, link.GetGlobalFromDefaultTake()));
+  }
+
+  KFbxXMatrix PoseOf(const KFbxNode& node, const KFbxXMatrix& otherwise) {
+    const int index = BindPoseIndex(&node, *job_.scene, skeleton_);
+    return index >= 0 ? BindMatrix(index, skeleton_) : otherwise;
+  }
+
+  ConversionJob& job_;
+  SkeletonState& skeleton_;
+  KFbxMesh& mesh_;
+  const KFbxXMatrix& geometric_;
+  const KFbxXMatrix meshPose_;
+};
+
+}  // namespace
+
+std::vector<double> PoseControlPoints(const KFbxNode& node, ConversionJob& job) {
+  KFbxMesh& mesh = *node.GetMesh();
+  SkeletonState& skeleton = *job.skeleton;
+  const std::span<const double> source = mesh.GetControlPoints();
+  std::vector<double> points(source.begin(), source.end());
+
+  const int index = skeleton.hasExtractedBones ? BindPoseIndex(&node, *job.scene, skeleton) : -1;
+  if (index < 0) {
+    if (skeleton.hasExtractedBones) {
+      StatusLog(job, ComposeMessage("Missing Bind Pose Data for Mesh: ", node.GetName()));
+    }
+    TransformPoints(node.GetGeometricTransform(), points);
+  } else {
+    const KFbxXMatrix meshPose = BindMatrix(index, skeleton);
+    for (const scene::KFbxShape& shape : mesh.GetShapes()) ApplyShape(shape, points);
+    if (mesh.GetSkinCount() > 0) {
+      SkinDeformation(node, meshPose, job).Apply(points);
+    } else {
+      TransformPoints(meshPose * node.GetGeometricTransform(), points);
+    }
+  }
+  if (skeleton.firstBoneNode && job.actorType != ActorType::None) {
+    TransformPoints(skeleton.actorTurn, points);
+    StatusLog(job, "Applied Skeletal Deformation");
+  }
+  return points;
+}
+
+}  // namespace ts3d

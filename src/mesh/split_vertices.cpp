@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "mesh/split_vertices.h"
+
+#include <unordered_map>
+
+namespace ts3d {
+namespace {
+
+/// The corner list is walked once. Appended records are found by (control point, coordinate), so the work is linear
+/// however often a control point is split.
+class VertexSplitter {
+ public:
+  VertexSplitter(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs, scene::KFbxTriangles& triangles)
+      : uvs_(uvs), triangles_(triangles), records_(static_cast<size_t>(controlPointCount)) {
+    for (int32_t i = 0; i < controlPointCount; ++i) records_[static_cast<size_t>(i)].controlPoint = i;
+  }
+
+  std::vector<FullPointData> Split() {
+    for (size_t corner = 0; corner < triangles_.corners.size(); ++corner) Visit(corner);
+    for (const size_t corner : unmapped_) MoveUnmapped(corner);
+    return std::move(records_);
+  }
+
+ private:
+  void Visit(size_t corner) {
+    int32_t& index = triangles_.corners[corner];
+    FullPointData& record = records_[static_cast<size_t>(index)];
+    const int32_t coordinate =
+        uvs_ ? uvs_->GetTextureUVIndex(triangles_.SourceCorner(corner), index) : -1;
+    if (record.textureIndex == -1 || record.textureIndex == coordinate) {
+      record.textureIndex = coordinate;
+      record.influenceList = index;
+      // Whether a corner without a coordinate can stay is only known at the end.
+      if (coordinate == -1 && uvs_) unmapped_.push_back(corner);
+      return;
+    }
+    index = FurtherRecord(index, coordinate);
+  }
+
+  int32_t FurtherRecord(int32_t controlPoint, int32_t coordinate) {
+    const auto key = static_cast<uint64_t>(static_cast<uint32_t>(controlPoint)) << 32 |
+                     static_cast<uint32_t>(coordinate);
+    const auto [entry, isNew] = further_.try_emplace(key, static_cast<int32_t>(records_.size()));
+    if (isNew) records_.push_back({controlPoint, coordinate, controlPoint});
+    return entry->second;
+  }
+
+  /// A record made for corners without a coordinate takes over those that were met before it, too.
+  void MoveUnmapped(size_t corner) {
+    int32_t& index = triangles_.corners[corner];
+    const auto key = static_cast<uint64_t>(static_cast<uint32_t>(index)) << 32 | 0xffffffffu;
+    const auto entry = further_.find(key);
+    if (entry != further_.end()) index = entry->second;
+  }
+
+  scene::KFbxLayerElementUV* uvs_;
+  scene::KFbxTriangles& triangles_;
+  std::vector<FullPointData> records_;
+  std::unordered_map<uint64_t, int32_t> further_;
+  std::vector<size_t> unmapped_;
+};
+
+}  // namespace
+
+std::vector<FullPointData> SplitVertices(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs,
+                                         scene::KFbxTriangles& triangles) {
+  return VertexSplitter(controlPointCount, uvs, triangles).Split();
+}
+
+}  // namespace ts3d

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "mesh/point_data.h"
+#include "scene/geometry/triangulate.h"
+#include "scene/model/layer_element.h"
+
+namespace ts3d {
+
+/// Makes one record for each control point and a further one for each further texture coordinate that its corners
+/// use. Corners that use a further one are changed to its record.
+/// @param uvs  the texture coordinates, or null
+std::vector<FullPointData> SplitVertices(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs,
+                                         scene::KFbxTriangles& triangles);
+
+}  // namespace ts3d

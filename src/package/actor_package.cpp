@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "package/actor_package.h"
+
+#include <minizip/zip.h>
+
+#include <memory>
+#include <new>
+
+#include "core/names.h"
+#include "core/status.h"
+#include "core/work_file.h"
+
+namespace ts3d {
+namespace {
+
+constexpr size_t kCopyBufferSize = 16384;
+
+int32_t OpenMember(const ConversionJob& job, const std::string& name) {
+  zip_fileinfo info{};
+  if (IsPlainFileName(name)) info.dosDate = platform::DosWriteTime(job.modelDirectory + name);
+  return zipOpenNewFileInZip(job.packageHandle, name.c_str(), &info, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
+                             Z_DEFAULT_COMPRESSION);
+}
+
+/// @return 0, or a negative code after its status line
+int32_t CopyToMember(const ConversionJob& job, const std::string& name, std::FILE* file, char* buffer) {
+  for (;;) {
+    const size_t size = std::fread(buffer, 1, kCopyBufferSize, file);
+    if (size < kCopyBufferSize && !std::feof(file)) {
+      StatusLog(job, ComposeMessage(">>> Error in reading ", name));
+      return ZIP_ERRNO;
+    }
+    if (size == 0) return ZIP_OK;
+    const int32_t result = zipWriteInFileInZip(job.packageHandle, buffer, static_cast<unsigned>(size));
+    if (result < 0) {
+      StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
+      return result;
+    }
+  }
+}
+
+}  // namespace
+
+bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mode) {
+  const std::string native = platform::NativePath(path);
+  job.packageHandle =
+      zipOpen64(native.c_str(), mode == PackageMode::Create ? APPEND_STATUS_CREATE : APPEND_STATUS_ADDINZIP);
+  return job.packageHandle != nullptr;
+}
+
+int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
+                         AfterAdding afterAdding) {
+  // A member that fails is not tried again either.
+  if (!packagedNames.insert(name).second) return 0;
+  const std::unique_ptr<char[]> buffer(new (std::nothrow) char[kCopyBufferSize]);
+  if (!buffer) {
+    StatusLog(job, ">>> Error allocating memory");
+    return ZIP_INTERNALERROR;
+  }
+  int32_t result = OpenMember(job, name);
+  if (result != ZIP_OK) {
+    StatusLog(job, ComposeMessage(">>> Error in opening ", name, " in zipfile"));
+    return result;
+  }
+  // A member whose file fails stays open and becomes an empty one; the next member, or the end, closes it.
+  platform::FilePtr file = OpenWorkFile(job, name, "rb");
+  if (!file) {
+    StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
+    return ZIP_ERRNO;
+  }
+  result = CopyToMember(job, name, file.get(), buffer.get());
+  if (result != ZIP_OK) return result;
+  file.reset();
+  result = zipCloseFileInZip(job.packageHandle);
+  if (result != ZIP_OK) {
+    StatusLog(job, ComposeMessage(">>> Error in closing ", name, " in the zip file"));
+  } else if (afterAdding == AfterAdding::DeleteFile) {
+    platform::RemoveFile(name);
+  }
+  return result;
+}
+
+bool CloseActorPackage(ConversionJob& job) {
+  const int result = zipClose(job.packageHandle, "");
+  job.packageHandle = nullptr;
+  return result == ZIP_OK;
+}
+
+}  // namespace ts3d

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// The few operating-system calls of the converter. Paths come with backslashes; each backslash becomes the
+/// system's own separator here and nowhere else.
+namespace platform {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using FilePtr = std::unique_ptr<std::FILE, CloseFile>;
+
+/// `path` as the system's calls take it.
+std::string NativePath(std::string_view path);
+
+/// Whether a file-status query on `path` succeeds. True for folders as well.
+bool FileExists(std::string_view path);
+
+/// Size in bytes of the regular file `path`, or -1.
+int64_t FileSize(std::string_view path);
+
+/// Opens `path` like fopen; null when that fails.
+FilePtr OpenFile(std::string_view path, const char* mode);
+
+/// Deletes the file `path`; false when it could not be deleted.
+bool RemoveFile(std::string_view path);
+
+/// Renames `from` to `to`, in place of any file of that name, in one step.
+bool RenameFile(std::string_view from, std::string_view to);
+
+/// Creates the folder `path` unless it exists; false when there is none afterwards.
+bool MakeFolder(std::string_view path);
+
+/// Last-write time of `path` in local time as a DOS date and time word (date in the high half); 0 when unknown.
+uint32_t DosWriteTime(std::string_view path);
+
+/// A whole file, mapped read-only. The bytes stay valid as long as the object lives.
+class MappedFile {
+ public:
+  MappedFile() = default;
+  ~MappedFile();
+  MappedFile(const MappedFile&) = delete;
+  MappedFile& operator=(const MappedFile&) = delete;
+
+  /// Maps the regular file `path`. On failure returns false and sets `error` to the system's reason.
+  [[nodiscard]] bool Open(std::string_view path, std::string& error);
+
+  std::string_view Bytes() const { return {static_cast<const char*>(data_), size_}; }
+
+ private:
+  void* data_ = nullptr;
+  size_t size_ = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
+#include "platform/files.h"
+
+namespace platform {
+
+std::string NativePath(std::string_view path) {
+  std::string native(path);
+  std::replace(native.begin(), native.end(), '\\', '/');
+  return native;
+}
+
+bool FileExists(std::string_view path) {
+  struct stat info {};
+  return stat(NativePath(path).c_str(), &info) == 0;
+}
+
+int64_t FileSize(std::string_view path) {
+  struct stat info {};
+  if (stat(NativePath(path).c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return -1;
+  return info.st_size;
+}
+
+FilePtr OpenFile(std::string_view path, const char* mode) {
+  return FilePtr(std::fopen(NativePath(path).c_str(), mode));
+}
+
+bool RemoveFile(std::string_view path) { return unlink(NativePath(path).c_str()) == 0; }
+
+bool RenameFile(std::string_view from, std::string_view to) {
+  return std::rename(NativePath(from).c_str(), NativePath(to).c_str()) == 0;
+}
+
+bool MakeFolder(std::string_view path) {
+  const std::string native = NativePath(path);
+  struct stat info {};
+  return mkdir(native.c_str(), 0777) == 0 || (stat(native.c_str(), &info) == 0 && S_ISDIR(info.st_mode));
+}
+
+uint32_t DosWriteTime(std::string_view path) {
+  struct stat info {};
+  struct tm local {};
+  if (stat(NativePath(path).c_str(), &info) != 0 || !localtime_r(&info.st_mtime, &local)) return 0;
+  // The DOS format counts years from 1980 in seven bits.
+  if (local.tm_year < 80 || local.tm_year > 207) return 0;
+  const int date = ((local.tm_year - 80) << 9) | ((local.tm_mon + 1) << 5) | local.tm_mday;
+  const int time = (local.tm_hour << 11) | (local.tm_min << 5) | (std::min(local.tm_sec, 59) / 2);
+  return (static_cast<uint32_t>(date) << 16) | static_cast<uint32_t>(time);
+}
+
+MappedFile::~MappedFile() {
+  if (data_) munmap(data_, size_);
+}
+
+bool MappedFile::Open(std::string_view path, std::string& error) {
+  const auto fail = [&](const char* reason) {
+    error = reason;
+    return false;
+  };
+  const int file = open(NativePath(path).c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return fail(std::strerror(errno));
+  struct stat info {};
+  const bool known = fstat(file, &info) == 0;
+  void* data = nullptr;
+  if (known && S_ISREG(info.st_mode) && info.st_size > 0) {
+    data = mmap(nullptr, static_cast<size_t>(info.st_size), PROT_READ, MAP_PRIVATE, file, 0);
+  }
+  const int reason = errno;
+  close(file);
+  if (!known) return fail(std::strerror(reason));
+  if (S_ISDIR(info.st_mode)) return fail("it is a folder");
+  if (!S_ISREG(info.st_mode)) return fail("it is not a regular file");
+  if (data == MAP_FAILED) return fail(std::strerror(reason));
+  data_ = data;
+  size_ = static_cast<size_t>(info.st_size);
+  return true;
+}
+
+}  // namespace platform

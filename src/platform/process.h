@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+/// Sends `text` to the system's debug output. POSIX has none: there it goes to standard error when the
+/// environment variable FBX_TO_TS3D_TRACE is set, else nowhere.
+void DebugOutput(const char* text);
+
+/// Folder of the running executable with a trailing separator; empty when it cannot be told.
+std::string ExecutableFolder();
+
+/// File extension of shared libraries, without the dot.
+const char* SharedLibraryExtension();
+
+/// Paths of the shared libraries in `folder` whose extension is `extension` and that export `symbol`, sorted by
+/// name. A library that cannot be loaded, or that crashes while it is loaded, is left out: each candidate is tried
+/// in a child process first.
+std::vector<std::string> FindPlugins(std::string_view folder, std::string_view extension, const char* symbol);
+
+/// Loads the library `path` for the rest of the process and returns the address of `symbol`, or null.
+void* LoadPlugin(const std::string& path, const char* symbol);
+
+}  // namespace platform

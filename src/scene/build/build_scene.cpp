@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "scene/build/build_scene.h"
+
+#include "scene/build/scene_builder.h"
+
+namespace scene {
+
+SceneBuilder::SceneBuilder(const RecordTree& tree, KFbxScene& scene)
+    : scene_(scene), table_(tree), templates_(ReadTemplates(tree)), made_(table_.Objects().size()) {}
+
+void SceneBuilder::Build() {
+  CreateObjects();
+  ConnectNodes();
+  ConnectObjects();
+  CreateShapes();
+  CreatePoses();
+  scene_.EvaluateTransforms();
+}
+
+KFbxNode* SceneBuilder::NodeOf(uint32_t index) const {
+  return index == ObjectTable::kRoot ? scene_.GetRootNode() : Made<KFbxNode>(index);
+}
+
+const PropertyTemplate* SceneBuilder::TemplateOf(std::string_view kind) const {
+  const auto found = templates_.find(kind);
+  return found == templates_.end() ? nullptr : &found->second;
+}
+
+void BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene) {
+  scene.Clear();
+  SceneBuilder(*tree, scene).Build();
+  scene.KeepFile(std::move(tree));
+}
+
+}  // namespace scene

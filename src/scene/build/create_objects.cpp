@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "scene/build/scene_builder.h"
+
+namespace scene {
+namespace {
+
+using EAttributeType = KFbxNodeAttribute::EAttributeType;
+
+EAttributeType AttributeTypeOf(std::string_view subType) {
+  static constexpr std::pair<std::string_view, EAttributeType> kTypes[] = {
+      {"Null", EAttributeType::eNULL},
+      {"Marker", EAttributeType::eMARKER},
+      {"FKEffector", EAttributeType::eMARKER},
+      {"IKEffector", EAttributeType::eMARKER},
+      {"LimbNode", EAttributeType::eSKELETON},
+      {"Limb", EAttributeType::eSKELETON},
+      {"Root", EAttributeType::eSKELETON},
+      {"Mesh", EAttributeType::eMESH},
+      {"NurbsSurface", EAttributeType::eNURB},
+      {"Nurb", EAttributeType::eNURB},
+      {"Patch", EAttributeType::ePATCH},
+      {"Camera", EAttributeType::eCAMERA},
+      {"Light", EAttributeType::eLIGHT},
+      {"Line", EAttributeType::eLINE},
+      {"LodGroup", EAttributeType::eLOD_GROUP}};
+  for (const auto& [name, type] : kTypes) {
+    if (name == subType) return type;
+  }
+  return EAttributeType::eUNIDENTIFIED;
+}
+
+TransformProperties ReadTransform(const Properties& properties) {
+  const auto vector = [&](std::string_view name, const KFbxVector4& otherwise = {}) {
+    return properties.Vector(name, otherwise);
+  };
+  constexpr KFbxVector4 kOne{1, 1, 1};
+  TransformProperties transform;
+  transform.translation = vector("Lcl Translation");
+  transform.rotation = vector("Lcl Rotation");
+  transform.scaling = vector("Lcl Scaling", kOne);
+  transform.preRotation = vector("PreRotation");
+  transform.postRotation = vector("PostRotation");
+  transform.rotationOffset = vector("RotationOffset");
+  transform.rotationPivot = vector("RotationPivot");
+  transform.scalingOffset = vector("ScalingOffset");
+  transform.scalingPivot = vector("ScalingPivot");
+  transform.geometricTranslation = vector("GeometricTranslation");
+  transform.geometricRotation = vector("GeometricRotation");
+  transform.geometricScaling = vector("GeometricScaling", kOne);
+  transform.rotationOrder = properties.Integer("RotationOrder", 0);
+  transform.rotationActive = properties.Integer("RotationActive", 0) != 0;
+  transform.rotationSpaceForLimitOnly = properties.Integer("RotationSpaceForLimitOnly", 0) != 0;
+  const int inherit = properties.Integer("InheritType", 0);
+  transform.inheritType = inherit >= 0 && inherit <= 2 ? static_cast<InheritType>(inherit) : InheritType::RSrs;
+  return transform;
+}
+
+bool EqualsIgnoreCase(std::string_view text, std::string_view lower) {
+  if (text.size() != lower.size()) return false;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if ((c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c) != lower[i]) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+void SceneBuilder::CreateObjects() {
+  for (size_t i = 0; i < made_.size(); ++i) made_[i] = CreateObject(table_.Objects()[i]);
+}
+
+KFbxObject* SceneBuilder::CreateObject(const FbxObject& object) {
+  switch (object.kind) {
+    case ObjectKind::Model:
+      return CreateNode(object);
+    case ObjectKind::NodeAttribute:
+    case ObjectKind::Geometry:
+      return CreateAttribute(object);
+    case ObjectKind::Deformer:
+      return CreateDeformer(object);
+    case ObjectKind::Material:
+      return CreateMaterial(object);
+    case ObjectKind::Texture:
+      return &scene_.Create<KFbxTexture>(object.name, object.record);
+    case ObjectKind::LayeredTexture:
+      return &scene_.Create<KFbxLayeredTexture>(object.name);
+    case ObjectKind::Video:
+      return &scene_.Create<KFbxVideo>(object.name, object.record);
+    case ObjectKind::Pose:
+      return nullptr;
+  }
+  return nullptr;
+}
+
+KFbxNode* SceneBuilder::CreateNode(const FbxObject& object) {
+  KFbxNode& node = scene_.Create<KFbxNode>(object.name);
+  node.SetTransformProperties(ReadTransform(Properties(object.record, TemplateOf("Model"))));
+  return &node;
+}
+
+KFbxNodeAttribute* SceneBuilder::CreateAttribute(const FbxObject& object) {
+  if (object.kind == ObjectKind::Geometry) {
+    if (object.subType == "Shape") return nullptr;
+    if (object.subType == "Mesh") return &scene_.Create<KFbxMesh>(object.name, object.record);
+  }
+  return &scene_.Create<KFbxNodeAttribute>(object.name, AttributeTypeOf(object.subType));
+}
+
+KFbxObject* SceneBuilder::CreateDeformer(const FbxObject& object) {
+  if (object.subType == "Skin") return &scene_.Create<KFbxSkin>(object.name);
+  if (object.subType == "Cluster") return &scene_.Create<KFbxCluster>(object.name, object.record);
+  return nullptr;
+}
+
+KFbxSurfaceMaterial* SceneBuilder::CreateMaterial(const FbxObject& object) {
+  const Properties properties(object.record, TemplateOf("Material"));
+  const RecordRef child = object.record.Child("ShadingModel");
+  const std::string_view model = child ? child.Text(0) : properties.Text("ShadingModel");
+  const auto readCommon = [&](auto& material) {
+    material.ambient = properties.Vector("AmbientColor", {0.2, 0.2, 0.2});
+    material.diffuse = properties.Vector("DiffuseColor", {0.8, 0.8, 0.8});
+    material.emissive = properties.Vector("EmissiveColor", {});
+    material.transparencyFactor = properties.Number("TransparencyFactor", 0.0);
+    return &material;
+  };
+  if (EqualsIgnoreCase(model, "lambert")) return readCommon(scene_.Create<KFbxSurfaceLambert>(object.name));
+  if (!EqualsIgnoreCase(model, "phong")) return &scene_.Create<KFbxSurfaceMaterial>(object.name);
+  KFbxSurfacePhong& phong = scene_.Create<KFbxSurfacePhong>(object.name);
+  phong.specular = properties.Vector("SpecularColor", {0.2, 0.2, 0.2});
+  phong.shininess = properties.Number("ShininessExponent", properties.Number("Shininess", 20.0));
+  return readCommon(phong);
+}
+
+}  // namespace scene

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "scene/document/object_table.h"
+#include "scene/document/properties.h"
+#include "scene/model/material.h"
+#include "scene/model/mesh.h"
+#include "scene/model/scene.h"
+
+namespace scene {
+
+/// Makes scene objects from a document, one kind after the other. Objects of the document and of the scene go
+/// together by their index in the object table.
+class SceneBuilder {
+ public:
+  SceneBuilder(const RecordTree& tree, KFbxScene& scene);
+
+  void Build();
+
+ private:
+  template <typename T>
+  T* Made(uint32_t index) const {
+    return index == ObjectTable::kRoot ? nullptr : dynamic_cast<T*>(made_[index]);
+  }
+  KFbxNode* NodeOf(uint32_t index) const;
+  const PropertyTemplate* TemplateOf(std::string_view kind) const;
+
+  // create_objects.cpp
+  void CreateObjects();
+  KFbxObject* CreateObject(const FbxObject& object);
+  KFbxNode* CreateNode(const FbxObject& object);
+  KFbxNodeAttribute* CreateAttribute(const FbxObject& object);
+  KFbxObject* CreateDeformer(const FbxObject& object);
+  KFbxSurfaceMaterial* CreateMaterial(const FbxObject& object);
+
+  // connect_objects.cpp
+  void ConnectNodes();
+  void ConnectObjects();
+  void Connect(const FbxConnection& connection);
+  void ConnectToNode(uint32_t source, KFbxNode& node);
+  void ConnectToMesh(uint32_t source, KFbxMesh& mesh);
+
+  // create_shapes.cpp
+  void CreateShapes();
+  void AddChannel(uint32_t channel, std::span<const uint32_t> targets, KFbxMesh& mesh);
+  void AddInlineShapes(const FbxObject& geometry, KFbxMesh& mesh);
+
+  // create_poses.cpp
+  void CreatePoses();
+
+  KFbxScene& scene_;
+  ObjectTable table_;
+  std::unordered_map<std::string_view, PropertyTemplate> templates_;
+  std::vector<KFbxObject*> made_;
+};
+
+}  // namespace scene

@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+#include "scene/container/array_reader.h"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <type_traits>
+
+#include "scene/container/byte_cursor.h"
+#include "scene/container/inflate.h"
+#include "scene/container/number_text.h"
+
+namespace scene {
+namespace {
+
+/// `value` as T: integers are cut and clamped, numbers that are not finite become 0.
+template <typename T, typename S>
+T ConvertNumber(S value) {
+  if constexpr (std::is_floating_point_v<T>) {
+    const T number = static_cast<T>(value);
+    return std::isfinite(number) ? number : T{};
+  } else {
+    int64_t whole;
+    if constexpr (std::is_floating_point_v<S>) {
+      whole = ToInteger(static_cast<double>(value));
+    } else {
+      whole = static_cast<int64_t>(value);
+    }
+    constexpr int64_t kLowest = std::numeric_limits<T>::min(), kHighest = std::numeric_limits<T>::max();
+    return static_cast<T>(whole < kLowest ? kLowest : whole > kHighest ? kHighest : whole);
+  }
+}
+
+template <typename S, typename T>
+void ConvertElements(const char* from, size_t count, bool bigEndian, T* to) {
+  for (size_t i = 0; i < count; ++i) {
+    to[i] = ConvertNumber<T>(LoadNumber<S>(from + i * sizeof(S), bigEndian));
+  }
+}
+
+template <typename T>
+void ConvertArray(char element, const char* from, size_t count, bool bigEndian, T* to) {
+  switch (element) {
+    case 'f':
+      return ConvertElements<float>(from, count, bigEndian, to);
+    case 'd':
+      return ConvertElements<double>(from, count, bigEndian, to);
+    case 'i':
+      return ConvertElements<int32_t>(from, count, bigEndian, to);
+    case 'l':
+      return ConvertElements<int64_t>(from, count, bigEndian, to);
+    default:
+      return ConvertElements<uint8_t>(from, count, bigEndian, to);
+  }
+}
+
+template <typename T>
+constexpr char NativeElement() {
+  return std::is_same_v<T, double> ? 'd' : 'i';
+}
+
+template <typename T>
+bool ReadTypedArray(const Value& value, bool bigEndian, FbxArray<T>& out) {
+  const size_t elementSize = ArrayElementSize(value.element);
+  const size_t bytes = value.count * elementSize;
+  const bool native = value.element == NativeElement<T>();
+  T* to = out.Allocate(value.count);
+  if (!value.compressed) {
+    ConvertArray(value.element, value.data, value.count, bigEndian, to);
+    return true;
+  }
+  if (native) {
+    // Straight into its final place, then made right in place.
+    if (!Inflate(value.Span(), to, bytes)) return false;
+    ConvertArray(value.element, reinterpret_cast<const char*>(to), value.count, bigEndian, to);
+    return true;
+  }
+  const auto raw = std::make_unique_for_overwrite<char[]>(bytes);
+  if (!Inflate(value.Span(), raw.get(), bytes)) return false;
+  ConvertArray(value.element, raw.get(), value.count, bigEndian, to);
+  return true;
+}
+
+template <typename T>
+void ReadScalarRun(const Value& run, bool bigEndian, FbxArray<T>& out) {
+  T* to = out.Allocate(run.count);
+  const char* p = run.data;
+  const char* end = run.data + run.size;
+  for (uint32_t i = 0; i < run.count; ++i) {
+    Value value;
+    p += 1 + ReadScalar(*p, p + 1, static_cast<size_t>(end - p) - 1, bigEndian, value);
+    to[i] = value.kind == Value::Kind::Integer ? ConvertNumber<T>(value.integer) : ConvertNumber<T>(value.real);
+  }
+}
+
+/// Numbers of a text list; blanks, commas, line ends and comments separate them.
+template <typename T>
+void ReadNumberText(const Value& list, FbxArray<T>& out) {
+  const char* p = list.data;
+  const char* const end = list.data + list.size;
+  // Every number but the last is followed by at least one separator.
+  const size_t most = static_cast<size_t>(list.size) / 2 + 1;
+  const size_t guess = list.count < most ? list.count : most;
+  FbxArray<T> numbers;
+  T* to = numbers.Allocate(guess);
+  size_t count = 0;
+  while (p != end) {
+    if (*p == ';') {
+      const void* line = std::memchr(p, '\n', static_cast<size_t>(end - p));
+      p = line ? static_cast<const char*>(line) : end;
+    } else if (IsNumberCharacter(*p)) {
+      if (count == numbers.size()) {
+        FbxArray<T> larger;
+        T* place = larger.Allocate(count * 2 + 16);
+        std::memcpy(place, to, count * sizeof(T));
+        numbers = std::move(larger);
+        to = numbers.begin();
+      }
+      p = ParseNumber(p, end, to[count++]);
+    } else {
+      ++p;
+    }
+  }
+  numbers.Shorten(count);
+  out = std::move(numbers);
+}
+
+template <typename T>
+bool ReadNumbers(RecordRef record, FbxArray<T>& out) {
+  out.Release();
+  const Value* first = record.ValueAt(0);
+  if (!first) return true;
+  const bool bigEndian = record.Tree().bigEndian;
+  if (first->kind == Value::Kind::Array) {
+    if (ReadTypedArray(*first, bigEndian, out)) return true;
+    out.Release();
+    return false;
+  }
+  if (first->kind == Value::Kind::ScalarRun) {
+    ReadScalarRun(*first, bigEndian, out);
+    return true;
+  }
+  if (first->kind == Value::Kind::NumberText) {
+    ReadNumberText(*first, out);
+    return true;
+  }
+  T* to = out.Allocate(record.ValueCount());
+  for (size_t i = 0; i < out.size(); ++i) {
+    const Value& value = *record.ValueAt(i);
+    to[i] = value.kind == Value::Kind::Integer ? ConvertNumber<T>(value.integer)
+                                               : ConvertNumber<T>(record.Number(i, 0.0));
+  }
+  return true;
+}
+
+}  // namespace
+
+bool ReadArray(RecordRef record, FbxArray<double>& out) { return ReadNumbers(record, out); }
+bool ReadArray(RecordRef record, FbxArray<int32_t>& out) { return ReadNumbers(record, out); }
+
+size_t ArrayElementSize(char code) {
+  switch (code) {
+    case 'd':
+    case 'l':
+      return 8;
+    case 'f':
+    case 'i':
+      return 4;
+    case 'b':
+    case 'c':
+      return 1;
+    default:
+      return 0;
+  }
+}
+
+size_t ReadScalar(char code, const char* p, size_t left, bool bigEndian, Value& value) {
+  const auto integer = [&](auto number) {
+    value.kind = Value::Kind::Integer;
+    value.integer = static_cast<int64_t>(number);
+    return sizeof number;
+  };
+  const auto real = [&](auto number) {
+    value.kind = Value::Kind::Real;
+    value.real = static_cast<double>(number);
+    return sizeof number;
+  };
+  switch (code) {
+    case 'C':
+    case 'B':
+    case 'Z':
+      return left < 1 ? 0 : integer(LoadNumber<uint8_t>(p, bigEndian));
+    case 'Y':
+      return left < 2 ? 0 : integer(LoadNumber<int16_t>(p, bigEndian));
+    case 'I':
+      return left < 4 ? 0 : integer(LoadNumber<int32_t>(p, bigEndian));
+    case 'L':
+      return left < 8 ? 0 : integer(LoadNumber<int64_t>(p, bigEndian));
+    case 'F':
+      return left < 4 ? 0 : real(LoadNumber<float>(p, bigEndian));
+    case 'D':
+      return left < 8 ? 0 : real(LoadNumber<double>(p, bigEndian));
+    default:
+      return 0;
+  }
+}
+
+}  // namespace scene

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "scene/container/inflate.h"
+
+#if defined(FBX_TO_TS3D_LIBDEFLATE)
+#include <libdeflate.h>
+
+#include <memory>
+#else
+#include <zlib.h>
+#endif
+
+namespace scene {
+
+#if defined(FBX_TO_TS3D_LIBDEFLATE)
+
+bool Inflate(std::string_view packed, void* out, size_t size) {
+  struct Free {
+    void operator()(libdeflate_decompressor* d) const { libdeflate_free_decompressor(d); }
+  };
+  const std::unique_ptr<libdeflate_decompressor, Free> decompressor(libdeflate_alloc_decompressor());
+  // Without a place for the size, anything but exactly `size` bytes is an error.
+  return decompressor && libdeflate_zlib_decompress(decompressor.get(), packed.data(), packed.size(), out, size,
+                                                    nullptr) == LIBDEFLATE_SUCCESS;
+}
+
+#else
+
+bool Inflate(std::string_view packed, void* out, size_t size) {
+  uLongf written = size;
+  return uncompress(static_cast<Bytef*>(out), &written, reinterpret_cast<const Bytef*>(packed.data()),
+                    packed.size()) == Z_OK &&
+         written == size;
+}
+
+#endif
+
+}  // namespace scene

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace scene {
+
+/// What a container reader could not read, in words, and where.
+struct ParseError {
+  std::string text;
+
+  bool Failed() const { return !text.empty(); }
+};
+
+/// One value of a record. Arrays and long lists stay as the bytes of the file until somebody reads them.
+struct Value {
+  enum class Kind : uint8_t {
+    Integer,       ///< `integer`
+    Real,          ///< `real`
+    Text,          ///< `size` bytes at `data`; the word of an ASCII file too
+    Bytes,         ///< raw bytes of a binary file
+    Array,         ///< typed array of a binary file: `count` elements of type `element` in `size` bytes
+    ScalarRun,     ///< `count` numeric properties of a binary file, type bytes included
+    NumberText,    ///< comma list of an ASCII file; `count` is a guess
+  };
+
+  Kind kind = Kind::Integer;
+  char element = 0;         ///< type code of an array: f d i l b c
+  bool compressed = false;  ///< an array in a zlib stream
+  uint32_t count = 0;
+  union {
+    int64_t integer = 0;
+    double real;
+    const char* data;
+  };
+  uint64_t size = 0;
+
+  std::string_view Span() const { return {data, size}; }
+  bool IsList() const { return kind >= Kind::Array; }
+};
+
+/// One record. Records stand in pre-order, so the children of record i start at i + 1 and end before `end`.
+struct Record {
+  std::string_view name;
+  uint32_t firstValue = 0;
+  uint32_t valueCount = 0;
+  uint32_t end = 0;  ///< index behind the last record below this one
+};
+
+class RecordRef;
+
+/// All records of a file, whichever container it came in, and the bytes that they point into.
+class RecordTree {
+ public:
+  std::shared_ptr<const platform::MappedFile> file;
+  bool ascii = false;
+  bool bigEndian = false;
+  int version = 0;           ///< 7400 for 7.4
+  std::vector<Record> records;
+  std::vector<Value> values;
+  std::deque<std::string> decodedTexts;  ///< texts that are not in the file as they stand
+
+  /// The first top-level record `name`; an invalid reference when there is none.
+  RecordRef Find(std::string_view name) const;
+};
+
+/// A record of a tree, or none: then it has no name, no values and no children.
+class RecordRef {
+ public:
+  RecordRef() = default;
+  RecordRef(const RecordTree* tree, uint32_t index) : tree_(tree), index_(index) {}
+
+  explicit operator bool() const { return tree_ != nullptr; }
+  std::string_view Name() const { return tree_ ? Get().name : std::string_view(); }
+  size_t ValueCount() const { return tree_ ? Get().valueCount : 0; }
+  /// Value `i`, or null.
+  const Value* ValueAt(size_t i) const;
+
+  /// Value `i` as a number; `otherwise` when there is none or it is no number. Never infinite or not-a-number.
+  double Number(size_t i, double otherwise) const;
+  int64_t Integer(size_t i, int64_t otherwise) const;
+  /// Value `i` as text; empty when there is none or it is no text.
+  std::string_view Text(size_t i) const;
+
+  /// The first child called `name`, or none.
+  RecordRef Child(std::string_view name) const;
+
+  /// Children in file order: for (RecordRef child : record).
+  class Iterator {
+   public:
+    Iterator(const RecordTree* tree, uint32_t index) : tree_(tree), index_(index) {}
+    RecordRef operator*() const { return {tree_, index_}; }
+    Iterator& operator++() {
+      index_ = tree_->records[index_].end;
+      return *this;
+    }
+    bool operator!=(const Iterator& o) const { return index_ != o.index_; }
+
+   private:
+    const RecordTree* tree_;
+    uint32_t index_;
+  };
+  Iterator begin() const { return {tree_, tree_ ? index_ + 1 : 0}; }
+  Iterator end() const { return {tree_, tree_ ? Get().end : 0}; }
+
+  const RecordTree& Tree() const { return *tree_; }
+
+ private:
+  const Record& Get() const { return tree_->records[index_]; }
+
+  const RecordTree* tree_ = nullptr;
+  uint32_t index_ = 0;
+};
+
+}  // namespace scene

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "scene/fbx_reader.h"
+
+#include "scene/build/build_scene.h"
+#include "scene/container/container.h"
+#include "scene/embedded_files.h"
+
+namespace scene {
+namespace {
+
+constexpr int kOldestVersion = 7000;
+constexpr int kNewestVersion = 8999;
+
+KFbxFileVersion SplitVersion(int version) { return {version / 1000, version % 1000 / 100, version % 100 / 10}; }
+
+KString Describe(int version) {
+  const KFbxFileVersion v = SplitVersion(version);
+  return "FBX version " + std::to_string(v.major) + "." + std::to_string(v.minor) + "." +
+         std::to_string(v.revision);
+}
+
+class OpenFbxFile : public KFbxOpenFile {
+ public:
+  OpenFbxFile(std::shared_ptr<RecordTree> tree, std::string_view path) : tree_(std::move(tree)), path_(path) {}
+
+  KFbxFileVersion GetVersion() const override { return SplitVersion(tree_->version); }
+
+  KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings&) override {
+    // How protected files are encrypted is not known, so no password opens them.
+    if (tree_->Find("FBXHeaderExtension").Child("EncryptionType").Integer(0, 0) != 0) {
+      return {EImportError::ePASSWORD_ERROR, "the file is protected by a password"};
+    }
+    BuildScene(tree_, scene);
+    ExtractEmbeddedFiles(scene, path_);
+    return {};
+  }
+
+ private:
+  std::shared_ptr<RecordTree> tree_;
+  KString path_;
+};
+
+KFbxImportStatus CheckVersion(int version) {
+  if (version == 0) return {EImportError::eVERSION_NOT_READABLE, "the file's FBX version cannot be read"};
+  if (version > kNewestVersion) {
+    return {EImportError::eVERSION_NOT_READABLE, Describe(version) + " is not known"};
+  }
+  if (version < kOldestVersion) {
+    return {EImportError::eVERSION_NOT_SUPPORTED,
+            Describe(version) + " is too old; save the model as FBX 7.1 or later"};
+  }
+  return {};
+}
+
+}  // namespace
+
+bool FbxReader::Detects(std::string_view head) const { return DetectContainer(head) != ContainerKind::None; }
+
+std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, KFbxFileVersion& version,
+                                              KFbxImportStatus& status) const {
+  auto file = std::make_shared<platform::MappedFile>();
+  KString reason;
+  if (!file->Open(path, reason)) {
+    status = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
+    return nullptr;
+  }
+  const ContainerKind kind = DetectContainer(file->Bytes());
+  auto tree = std::make_shared<RecordTree>();
+  tree->ascii = kind == ContainerKind::Ascii;
+  tree->version = DetectVersion(file->Bytes(), kind);
+  tree->file = std::move(file);
+  version = SplitVersion(tree->version);
+  status = CheckVersion(tree->version);
+  if (!status.Succeeded()) return nullptr;
+  const ParseError error = tree->ascii ? ReadAsciiRecords(*tree) : ReadBinaryRecords(*tree);
+  if (error.Failed()) {
+    status = {EImportError::eFILE_CORRUPTED, error.text};
+    return nullptr;
+  }
+  return std::make_unique<OpenFbxFile>(std::move(tree), path);
+}
+
+}  // namespace scene

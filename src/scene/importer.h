@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "scene/reader_registry.h"
+
+namespace scene {
+
+class KFbxSdkManager;
+
+/// Imports one file into a scene.
+class KFbxImporter {
+ public:
+  explicit KFbxImporter(const KFbxReaderRegistry& readers) : readers_(readers) {}
+
+  /// Opens `path`, whatever its extension says, with the reader that knows its content.
+  /// @param format  -1: the content decides; no other value is known
+  [[nodiscard]] bool Initialize(std::string_view path, int format = -1);
+  /// Fills `scene` from the open file. May be called again after a password error.
+  [[nodiscard]] bool Import(KFbxScene& scene, bool nonBlocking = false);
+  /// Version of the file, as far as Initialize could tell it; 0.0.0 otherwise.
+  KFbxFileVersion GetFileVersion() const { return version_; }
+
+  int GetLastErrorID() const { return static_cast<int>(status_.error); }
+  const char* GetLastErrorString() const { return status_.text.c_str(); }
+
+ private:
+  const KFbxReaderRegistry& readers_;
+  std::unique_ptr<KFbxOpenFile> file_;
+  KFbxFileVersion version_;
+  KFbxImportStatus status_;
+};
+
+}  // namespace scene

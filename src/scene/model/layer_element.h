@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "scene/container/array_reader.h"
+#include "scene/container/record_tree.h"
+
+namespace scene {
+
+enum class EMappingMode { eNONE, eBY_CONTROL_POINT, eBY_POLYGON_VERTEX, eBY_POLYGON, eBY_EDGE, eALL_SAME };
+enum class EReferenceMode { eDIRECT, eINDEX, eINDEX_TO_DIRECT };
+
+/// How the entries of a layer element go with the mesh.
+struct LayerElementModes {
+  EMappingMode mapping = EMappingMode::eNONE;
+  EReferenceMode reference = EReferenceMode::eDIRECT;
+};
+
+/// Reads the modes of a "LayerElement..." record, in any of the spellings that files have.
+LayerElementModes ReadLayerElementModes(RecordRef element);
+
+/// Texture coordinates of one layer. Its arrays are decoded when they are first read.
+class KFbxLayerElementUV {
+ public:
+  KFbxLayerElementUV(RecordRef element, size_t polygonVertexCount);
+
+  EMappingMode GetMappingMode() const { return modes_.mapping; }
+  EReferenceMode GetReferenceMode() const { return modes_.reference; }
+  /// u, v pairs; empty when the element is damaged.
+  std::span<const double> GetDirectArray();
+  std::span<const int32_t> GetIndexArray();
+  void ReleaseIndexArray() { indices_.Release(); }
+
+  int GetCoordinateCount() { return static_cast<int>(GetDirectArray().size() / 2); }
+  /// Coordinate index of the corner number `polygonVertex` of the file's polygon table, which stands at
+  /// `controlPoint`; -1 when it has none.
+  int32_t GetTextureUVIndex(size_t polygonVertex, int32_t controlPoint);
+
+ private:
+  RecordRef element_;
+  LayerElementModes modes_;
+  FbxArray<double> direct_;
+  FbxArray<int32_t> indices_;
+  bool directRead_ = false;
+  bool indicesRead_ = false;
+};
+
+/// Material of each polygon, as an index into the node's materials.
+class KFbxLayerElementMaterial {
+ public:
+  explicit KFbxLayerElementMaterial(RecordRef element);
+
+  EMappingMode GetMappingMode() const { return modes_.mapping; }
+  EReferenceMode GetReferenceMode() const { return modes_.reference; }
+  /// Material index of polygon `polygon` of the file, whose first corner is number `firstCorner` of the polygon
+  /// table; -1 when it has none.
+  int32_t GetMaterialIndex(size_t polygon, size_t firstCorner) const;
+
+ private:
+  LayerElementModes modes_;
+  FbxArray<int32_t> indices_;
+};
+
+}  // namespace scene

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "scene/model/mesh.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace scene {
+namespace {
+
+constexpr int64_t kMostLayers = 1 << 20;
+
+int CountLayers(RecordRef geometry) {
+  int64_t count = 0;
+  bool hasElements = false;
+  for (const RecordRef record : geometry) {
+    if (record.Name() == "Layer") count = std::max(count, record.Integer(0, 0) + 1);
+    hasElements |= record.Name().starts_with("LayerElement");
+  }
+  if (count == 0 && hasElements) count = 1;
+  return static_cast<int>(std::clamp<int64_t>(count, 0, kMostLayers));
+}
+
+/// Typed index of the element `type` in layer 0, or -1. Without any layer the elements number themselves.
+int64_t TypedIndexInFirstLayer(RecordRef geometry, std::string_view type) {
+  bool anyLayer = false;
+  for (const RecordRef layer : geometry) {
+    if (layer.Name() != "Layer") continue;
+    anyLayer = true;
+    if (layer.Integer(0, 0) != 0) continue;
+    for (const RecordRef element : layer) {
+      if (element.Name() == "LayerElement" && element.Child("Type").Text(0) == type) {
+        return element.Child("TypedIndex").Integer(0, 0);
+      }
+    }
+  }
+  return anyLayer ? -1 : 0;
+}
+
+}  // namespace
+
+KFbxMesh::KFbxMesh(std::string_view name, RecordRef geometry)
+    : KFbxNodeAttribute(name, EAttributeType::eMESH), geometry_(geometry), layerCount_(CountLayers(geometry)) {}
+
+std::span<const double> KFbxMesh::GetControlPoints() {
+  if (!pointsRead_) {
+    pointsRead_ = true;
+    if (!ReadArray(geometry_.Child("Vertices"), points_)) points_.Release();
+    constexpr size_t kMost = std::numeric_limits<int32_t>::max();
+    points_.Shorten(std::min(points_.size() / 3, kMost) * 3);
+    pointCount_ = static_cast<int>(points_.size() / 3);
+  }
+  return points_.View();
+}
+
+int KFbxMesh::GetControlPointsCount() {
+  if (pointCount_ < 0) GetControlPoints();
+  return pointCount_;
+}
+
+void KFbxMesh::ReadPolygons() {
+  if (polygonsRead_) return;
+  polygonsRead_ = true;
+  droppedPolygons_ = 0;
+  if (!ReadArray(geometry_.Child("PolygonVertexIndex"), corners_)) corners_.Release();
+  const int32_t pointCount = GetControlPointsCount();
+  const auto cornerCount = static_cast<uint32_t>(corners_.size());
+  KFbxPolygon polygon;
+  bool sound = true;
+  plain_ = cornerCount % 3 == 0;
+  for (uint32_t i = 0; i < cornerCount; ++i) {
+    int32_t& corner = corners_[i];
+    const bool last = corner < 0 || i + 1 == cornerCount;
+    if (corner < 0) corner = ~corner;
+    sound &= corner < pointCount;
+    if (!last) continue;
+    polygon.size = i + 1 - polygon.firstCorner;
+    if (plain_ && (polygon.size != 3 || !sound)) {
+      // All polygons so far were triangles; from here on each is listed.
+      plain_ = false;
+      for (uint32_t k = 0; k < polygon.number; ++k) polygons_.push_back({3 * k, 3, k});
+    }
+    if (!sound) {
+      ++droppedPolygons_;
+    } else if (!plain_) {
+      polygons_.push_back(polygon);
+    }
+    sound = true;
+    ++polygon.number;
+    polygon.firstCorner = i + 1;
+  }
+}
+
+bool KFbxMesh::IsPlainTriangleMesh() {
+  ReadPolygons();
+  return plain_;
+}
+
+int KFbxMesh::GetDroppedPolygonCount() {
+  ReadPolygons();
+  return droppedPolygons_;
+}
+
+int KFbxMesh::GetPolygonCount() {
+  ReadPolygons();
+  return static_cast<int>(plain_ ? corners_.size() / 3 : polygons_.size());
+}
+
+KFbxPolygon KFbxMesh::GetPolygon(int i) {
+  ReadPolygons();
+  const auto index = static_cast<uint32_t>(i);
+  return plain_ ? KFbxPolygon{3 * index, 3, index} : polygons_[index];
+}
+
+std::span<const int32_t> KFbxMesh::GetPolygonVertices() {
+  ReadPolygons();
+  return corners_.View();
+}
+
+RecordRef KFbxMesh::FindLayerElement(std::string_view type) const {
+  const int64_t index = TypedIndexInFirstLayer(geometry_, type);
+  for (const RecordRef record : geometry_) {
+    if (record.Name() == type && record.Integer(0, 0) == index) return record;
+  }
+  return {};
+}
+
+KFbxLayerElementUV* KFbxMesh::GetUVs() {
+  if (!uvsRead_) {
+    uvsRead_ = true;
+    if (const RecordRef element = FindLayerElement("LayerElementUV")) {
+      uvs_ = std::make_unique<KFbxLayerElementUV>(element, GetPolygonVertices().size());
+      if (uvs_->GetMappingMode() == EMappingMode::eNONE || uvs_->GetCoordinateCount() == 0) uvs_.reset();
+    }
+  }
+  return uvs_.get();
+}
+
+KFbxLayerElementMaterial* KFbxMesh::GetMaterials() {
+  if (!materialsRead_) {
+    materialsRead_ = true;
+    if (const RecordRef element = FindLayerElement("LayerElementMaterial")) {
+      materials_ = std::make_unique<KFbxLayerElementMaterial>(element);
+      if (materials_->GetMappingMode() == EMappingMode::eNONE) materials_.reset();
+    }
+  }
+  return materials_.get();
+}
+
+void KFbxMesh::ReleasePolygons() {
+  corners_.Release();
+  polygons_ = {};
+  polygonsRead_ = false;
+}
+
+void KFbxMesh::ReleaseArrays() {
+  ReleasePolygons();
+  points_.Release();
+  pointsRead_ = false;
+  uvs_.reset();
+  uvsRead_ = false;
+  materials_.reset();
+  materialsRead_ = false;
+  for (KFbxSkin* skin : skins_) skin->ReleaseArrays();
+}
+
+}  // namespace scene

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "scene/model/layer_element.h"
+#include "scene/model/node_attribute.h"
+#include "scene/model/skin.h"
+
+namespace scene {
+
+/// Where a polygon stands in the file's polygon table.
+struct KFbxPolygon {
+  uint32_t firstCorner = 0;
+  uint32_t size = 0;
+  uint32_t number = 0;  ///< among all polygons of the file, the dropped ones included
+};
+
+/// A polygon mesh. Its arrays are decoded when they are first read and can be given up with ReleaseArrays; they
+/// come back when they are read again.
+class KFbxMesh : public KFbxNodeAttribute {
+ public:
+  KFbxMesh(std::string_view name, RecordRef geometry);
+
+  int GetControlPointsCount();
+  /// x, y, z of each control point.
+  std::span<const double> GetControlPoints();
+
+  int GetPolygonCount();
+  KFbxPolygon GetPolygon(int i);
+  int GetPolygonSize(int i) { return static_cast<int>(GetPolygon(i).size); }
+  /// Control points of all corners of all polygons of the file, dropped ones included.
+  std::span<const int32_t> GetPolygonVertices();
+  /// Whether the polygon table is nothing but triangles, corner after corner.
+  bool IsPlainTriangleMesh();
+  /// Polygons left out because a corner names a control point that does not exist.
+  int GetDroppedPolygonCount();
+
+  int GetLayerCount() const { return layerCount_; }
+  /// Elements of layer 0, or null.
+  KFbxLayerElementUV* GetUVs();
+  KFbxLayerElementMaterial* GetMaterials();
+
+  int GetSkinCount() const { return static_cast<int>(skins_.size()); }
+  KFbxSkin* GetSkin(int i) const { return skins_[static_cast<size_t>(i)]; }
+  std::span<const KFbxShape> GetShapes() const { return shapes_; }
+
+  void ReleasePolygons();
+  void ReleaseArrays();
+
+  // For whoever builds a scene.
+  void AddSkin(KFbxSkin& skin) { skins_.push_back(&skin); }
+  void AddShape(const KFbxShape& shape) { shapes_.push_back(shape); }
+
+ private:
+  RecordRef FindLayerElement(std::string_view type) const;
+  void ReadPolygons();
+
+  RecordRef geometry_;
+  int layerCount_ = 0;
+
+  FbxArray<double> points_;
+  bool pointsRead_ = false;
+  int pointCount_ = -1;  ///< kept when the points are released
+
+  FbxArray<int32_t> corners_;
+  std::vector<KFbxPolygon> polygons_;  ///< empty for a plain triangle mesh
+  bool polygonsRead_ = false;
+  bool plain_ = false;
+  int droppedPolygons_ = 0;
+
+  std::unique_ptr<KFbxLayerElementUV> uvs_;
+  bool uvsRead_ = false;
+  std::unique_ptr<KFbxLayerElementMaterial> materials_;
+  bool materialsRead_ = false;
+
+  std::vector<KFbxSkin*> skins_;
+  std::vector<KFbxShape> shapes_;
+};
+
+}  // namespace scene

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "scene/model/node.h"
+
+#include "scene/model/mesh.h"
+
+namespace scene {
+
+KFbxMesh* KFbxNode::GetMesh() const { return dynamic_cast<KFbxMesh*>(attribute_); }
+
+KFbxXMatrix KFbxNode::GetLocalFromDefaultTake() const {
+  return parent_ ? parent_->global_.Inverse() * global_ : global_;
+}
+
+void KFbxNode::SetTransformProperties(const TransformProperties& properties) {
+  properties_ = properties;
+  geometric_ = KFbxXMatrix(properties.geometricTranslation, properties.geometricRotation,
+                           properties.geometricScaling);
+}
+
+}  // namespace scene

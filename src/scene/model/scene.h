@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "scene/container/record_tree.h"
+#include "scene/model/node.h"
+#include "scene/model/pose.h"
+
+namespace scene {
+
+/// A loaded scene: owns every object of it and the file that their arrays are read from.
+class KFbxScene : public KFbxObject {
+ public:
+  explicit KFbxScene(std::string_view name);
+  ~KFbxScene() override;
+
+  KFbxNode* GetRootNode() const { return root_; }
+  int GetPoseCount() const { return static_cast<int>(poses_.size()); }
+  KFbxPose* GetPose(int i) const { return poses_[static_cast<size_t>(i)]; }
+
+  /// Calls `visit` for every object of class T.
+  template <typename T, typename Visit>
+  void ForEach(Visit visit) {
+    for (const auto& object : objects_) {
+      if (auto* found = dynamic_cast<T*>(object.get())) visit(*found);
+    }
+  }
+
+  // For whoever builds a scene.
+  template <typename T, typename... Args>
+  T& Create(Args&&... args) {
+    auto object = std::make_unique<T>(std::forward<Args>(args)...);
+    T& created = *object;
+    objects_.push_back(std::move(object));
+    return created;
+  }
+  void AddPose(KFbxPose& pose) { poses_.push_back(&pose); }
+  void KeepFile(std::shared_ptr<const RecordTree> tree) { tree_ = std::move(tree); }
+  /// Gives back everything that an earlier import left.
+  void Clear();
+  /// Evaluates the world transforms of all nodes below the root.
+  void EvaluateTransforms();
+
+ private:
+  std::shared_ptr<const RecordTree> tree_;
+  std::vector<std::unique_ptr<KFbxObject>> objects_;
+  std::vector<KFbxPose*> poses_;
+  KFbxNode* root_ = nullptr;
+};
+
+}  // namespace scene

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "scene/container/array_reader.h"
+#include "scene/math/matrix.h"
+#include "scene/model/object.h"
+
+namespace scene {
+
+class KFbxNode;
+
+/// The influence of one bone on the control points of a mesh.
+class KFbxCluster : public KFbxObject {
+ public:
+  enum class ELinkMode { eNORMALIZE = 0, eADDITIVE = 1, eTOTAL1 = 2 };
+
+  KFbxCluster(std::string_view name, RecordRef record);
+
+  /// The bone, or null.
+  KFbxNode* GetLink() const { return link_; }
+  ELinkMode GetLinkMode() const { return mode_; }
+  KFbxNode* GetAssociateModel() const { return associate_; }
+
+  int GetControlPointIndicesCount();
+  /// Not checked against the mesh.
+  std::span<const int32_t> GetControlPointIndices();
+  /// One for each index.
+  std::span<const double> GetControlPointWeights();
+  void ReleaseArrays();
+
+  /// World transform of the mesh node at bind time; none when the file has none. Files store it relative to the
+  /// link, which this undoes.
+  std::optional<KFbxXMatrix> GetTransformMatrix() const;
+  /// World transform of the link at bind time.
+  std::optional<KFbxXMatrix> GetTransformLinkMatrix() const { return transformLink_; }
+  /// World transform of the associate model at bind time.
+  std::optional<KFbxXMatrix> GetTransformAssociateModelMatrix() const { return transformAssociate_; }
+
+  // For whoever builds a scene.
+  void SetLink(KFbxNode* link) {
+    if (!link_) link_ = link;
+  }
+  void SetAssociateModel(KFbxNode* associate) { associate_ = associate; }
+
+ private:
+  void ReadPairs();
+
+  RecordRef record_;
+  KFbxNode* link_ = nullptr;
+  KFbxNode* associate_ = nullptr;
+  ELinkMode mode_ = ELinkMode::eNORMALIZE;
+  std::optional<KFbxXMatrix> storedTransform_, transformLink_, transformAssociate_;
+  FbxArray<int32_t> indices_;
+  FbxArray<double> weights_;
+  bool pairsRead_ = false;
+};
+
+/// A skin deformer.
+class KFbxSkin : public KFbxObject {
+ public:
+  using KFbxObject::KFbxObject;
+
+  int GetClusterCount() const { return static_cast<int>(clusters_.size()); }
+  KFbxCluster* GetCluster(int i) const { return clusters_[static_cast<size_t>(i)]; }
+  void AddCluster(KFbxCluster& cluster) { clusters_.push_back(&cluster); }
+  void ReleaseArrays();
+
+ private:
+  std::vector<KFbxCluster*> clusters_;
+};
+
+/// One target of a blend shape at its default weight.
+struct KFbxShape {
+  RecordRef record;   ///< holds "Indexes" and "Vertices", offsets from the base mesh
+  double factor = 0;  ///< 1 for fully on
+};
+
+/// Adds the offsets of `shape` to `points` (x, y, z each), once for each index that exists.
+void ApplyShape(const KFbxShape& shape, std::span<double> points);
+
+/// A matrix record of sixteen numbers; none when it is absent, has fewer or is not invertible.
+std::optional<KFbxXMatrix> ReadMatrix(RecordRef record);
+
+}  // namespace scene

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#include "scene/model/texture.h"
+
+#include <array>
+
+namespace scene {
+namespace {
+
+/// First text among children that files spell in several ways.
+std::string_view FirstText(RecordRef record, std::initializer_list<std::string_view> names) {
+  for (const std::string_view name : names) {
+    const std::string_view text = record.Child(name).Text(0);
+    if (!text.empty()) return text;
+  }
+  return {};
+}
+
+std::string_view FileNameOf(RecordRef record) { return FirstText(record, {"FileName", "Filename"}); }
+std::string_view RelativeFileNameOf(RecordRef record) {
+  return FirstText(record, {"RelativeFilename", "RelativeFileName"});
+}
+
+/// Decodes a whole base64 text; empty when it is none.
+KString DecodeBase64(std::string_view text) {
+  static constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  while (!text.empty() && text.back() == '=') text.remove_suffix(1);
+  std::array<int, 256> digits;
+  digits.fill(-1);
+  for (size_t i = 0; i < kAlphabet.size(); ++i) digits[static_cast<unsigned char>(kAlphabet[i])] = static_cast<int>(i);
+  KString bytes;
+  bytes.reserve(text.size() / 4 * 3 + 3);
+  uint32_t bits = 0;
+  int bitCount = 0;
+  for (const char c : text) {
+    const int digit = digits[static_cast<unsigned char>(c)];
+    if (digit < 0) return {};
+    bits = (bits << 6 | static_cast<uint32_t>(digit)) & 0xffffff;
+    bitCount += 6;
+    if (bitCount >= 8) {
+      bitCount -= 8;
+      bytes += static_cast<char>(bits >> bitCount & 0xff);
+    }
+  }
+  return bytes;
+}
+
+}  // namespace
+
+KFbxVideo::KFbxVideo(std::string_view name, RecordRef record)
+    : KFbxObject(name),
+      record_(record),
+      fileName_(FileNameOf(record)),
+      relativeFileName_(RelativeFileNameOf(record)) {}
+
+KString KFbxVideo::ReadContent() const {
+  const RecordRef content = record_.Child("Content");
+  KString bytes;
+  for (size_t i = 0; i < content.ValueCount(); ++i) {
+    const Value& chunk = *content.ValueAt(i);
+    if (chunk.kind == Value::Kind::Bytes) {
+      bytes += chunk.Span();
+    } else if (chunk.kind == Value::Kind::Text && content.Tree().ascii) {
+      // Each chunk is a complete text with its own padding.
+      const KString part = DecodeBase64(chunk.Span());
+      if (part.empty()) return {};
+      bytes += part;
+    }
+  }
+  return bytes;
+}
+
+KFbxTexture::KFbxTexture(std::string_view name, RecordRef record)
+    : KFbxObject(name), fileName_(FileNameOf(record)), relativeFileName_(RelativeFileNameOf(record)) {}
+
+}  // namespace scene

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "scene/container/record_tree.h"
+#include "scene/model/object.h"
+
+namespace scene {
+
+/// A picture file that may be embedded in the model.
+class KFbxVideo : public KFbxObject {
+ public:
+  KFbxVideo(std::string_view name, RecordRef record);
+
+  const KString& GetFileName() const { return fileName_; }
+  const KString& GetRelativeFileName() const { return relativeFileName_; }
+  /// The embedded file; empty when there is none or it is damaged.
+  KString ReadContent() const;
+
+ private:
+  RecordRef record_;
+  KString fileName_, relativeFileName_;
+};
+
+/// A file texture.
+class KFbxTexture : public KFbxObject {
+ public:
+  KFbxTexture(std::string_view name, RecordRef record);
+
+  const KString& GetFileName() const { return fileName_; }
+  const KString& GetRelativeFileName() const { return relativeFileName_; }
+  KFbxVideo* GetVideo() const { return video_; }
+
+  // For whoever builds a scene.
+  void SetFileName(std::string_view fileName) { fileName_ = fileName; }
+  void SetVideo(KFbxVideo& video) {
+    if (!video_) video_ = &video;
+  }
+
+ private:
+  KString fileName_, relativeFileName_;
+  KFbxVideo* video_ = nullptr;
+};
+
+/// A stack of textures; not a file texture itself.
+class KFbxLayeredTexture : public KFbxObject {
+ public:
+  using KFbxObject::KFbxObject;
+};
+
+}  // namespace scene

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "scene/io_settings.h"
+#include "scene/model/scene.h"
+
+namespace scene {
+
+/// Why a file could not be imported. The numbers of the first two and of the password error are known to hosts.
+enum class EImportError {
+  eNONE = 0,
+  eVERSION_NOT_READABLE = 1,   ///< no version in the file, or one that is newer than any that exists
+  eVERSION_NOT_SUPPORTED = 2,  ///< a version older than those that are read
+  eFILE_NOT_OPENED = 3,
+  eFORMAT_UNKNOWN = 4,
+  eFILE_CORRUPTED = 5,
+  eOUT_OF_MEMORY = 6,
+  ePASSWORD_ERROR = 9  ///< a protected file, and the password is missing or wrong
+};
+
+/// Outcome of a reader's step.
+struct KFbxImportStatus {
+  EImportError error = EImportError::eNONE;
+  KString text;
+
+  bool Succeeded() const { return error == EImportError::eNONE; }
+};
+
+/// Format version of a file, as 7, 4, 0 for 7.4.
+struct KFbxFileVersion {
+  int major = 0;
+  int minor = 0;
+  int revision = 0;
+};
+
+/// One open file of a reader's format.
+class KFbxOpenFile {
+ public:
+  virtual ~KFbxOpenFile() = default;
+  virtual KFbxFileVersion GetVersion() const = 0;
+  /// Fills `scene`. May be called again after a password error.
+  virtual KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) = 0;
+};
+
+/// A file format that scenes can be imported from.
+class KFbxReader {
+ public:
+  virtual ~KFbxReader() = default;
+  /// Usual file extension, lower case, without the dot.
+  virtual std::string_view GetExtension() const = 0;
+  /// Whether a file that starts with `head` (up to 4096 bytes) is of this format.
+  virtual bool Detects(std::string_view head) const = 0;
+  /// Opens the file. Null, with `status` set, when it cannot be read; `version` is set as far as it is known.
+  virtual std::unique_ptr<KFbxOpenFile> Open(std::string_view path, KFbxFileVersion& version,
+                                             KFbxImportStatus& status) const = 0;
+};
+
+/// The readers of a manager. Later ones are asked first, so a plug-in can take over a format.
+class KFbxReaderRegistry {
+ public:
+  void Register(std::unique_ptr<KFbxReader> reader) { readers_.push_back(std::move(reader)); }
+  /// The reader for a file that starts with `head`, or null.
+  const KFbxReader* Find(std::string_view head) const {
+    for (auto reader = readers_.rbegin(); reader != readers_.rend(); ++reader) {
+      if ((*reader)->Detects(head)) return reader->get();
+    }
+    return nullptr;
+  }
+  size_t GetReaderCount() const { return readers_.size(); }
+
+ private:
+  std::vector<std::unique_ptr<KFbxReader>> readers_;
+};
+
+/// The one function that a plug-in library exports, under the name of kRegisterReadersSymbol.
+using KFbxRegisterReaders = void (*)(KFbxReaderRegistry& registry);
+inline constexpr const char* kRegisterReadersSymbol = "FbxSceneRegisterReaders";
+
+}  // namespace scene

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "scene/importer.h"
+#include "scene/model/scene.h"
+
+namespace scene {
+
+/// Owns scenes, importers and the registry of readers; everything goes with it.
+class KFbxSdkManager {
+ public:
+  /// Null when there is no memory for a manager.
+  static KFbxSdkManager* Create();
+  /// Frees this object and all that it owns.
+  void Destroy() { delete this; }
+
+  /// Lets every library in `folder` whose file extension is `extension` and that exports kRegisterReadersSymbol
+  /// register its readers. Others are ignored, also those that cannot be loaded.
+  void LoadPluginsDirectory(std::string_view folder, std::string_view extension);
+
+  KFbxReaderRegistry& GetReaderRegistry() { return readers_; }
+  KFbxScene* CreateScene(std::string_view name);
+  KFbxImporter* CreateImporter();
+  void DestroyImporter(const KFbxImporter* importer);
+
+ private:
+  KFbxSdkManager();
+  ~KFbxSdkManager() = default;
+
+  KFbxReaderRegistry readers_;
+  std::vector<std::unique_ptr<KFbxScene>> scenes_;
+  std::vector<std::unique_ptr<KFbxImporter>> importers_;
+};
+
+}  // namespace scene

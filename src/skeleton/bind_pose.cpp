@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "skeleton/bind_pose.h"
+
+namespace ts3d {
+
+void ChooseBindPose(const scene::KFbxScene& scene, SkeletonState& skeleton) {
+  int largest = 0;
+  bool tie = false;
+  for (int i = 0; i < scene.GetPoseCount(); ++i) {
+    const scene::KFbxPose* pose = scene.GetPose(i);
+    if (!pose->IsBindPose()) continue;
+    if (pose->GetCount() > largest) {
+      largest = pose->GetCount();
+      skeleton.bindPose = pose;
+      tie = false;
+    } else if (pose->GetCount() == largest) {
+      tie = true;
+    }
+  }
+  if (skeleton.bindPose && tie) skeleton.bindPoseAmbiguous = true;
+}
+
+int BindPoseIndex(const scene::KFbxNode* node, const scene::KFbxScene& scene, SkeletonState& skeleton) {
+  if (!skeleton.bindPose) return -1;
+  const int index = skeleton.bindPose->Find(node);
+  if (index >= 0 || !skeleton.bindPoseAmbiguous) return index;
+  for (int i = 0; i < scene.GetPoseCount(); ++i) {
+    const scene::KFbxPose* pose = scene.GetPose(i);
+    const int found = pose->IsBindPose() ? pose->Find(node) : -1;
+    if (found < 0) continue;
+    skeleton.bindPose = pose;
+    return found;
+  }
+  return -1;
+}
+
+const scene::KFbxXMatrix& BindMatrix(int index, const SkeletonState& skeleton) {
+  return skeleton.bindPose->GetMatrix(index);
+}
+
+}  // namespace ts3d

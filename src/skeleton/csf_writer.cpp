@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "skeleton/csf_writer.h"
+
+#include "core/status.h"
+#include "skeleton/bind_pose.h"
+#include "skeleton/extract_bones.h"
+#include "skeleton/skeleton_state.h"
+
+namespace ts3d {
+namespace {
+
+constexpr int32_t kVersion = 900;
+
+void AddDummyBone(BoneTree& bones) {
+  BoneNode& dummy = bones.AddChild(bones.Root());
+  dummy.name = "dummy_bone";
+}
+
+void WriteVector(const scene::KFbxVector4& v, ByteWriter& out) {
+  for (size_t i = 0; i < 3; ++i) out.Float32(static_cast<float>(v[i]));
+}
+
+void WriteQuaternion(const scene::KFbxQuaternion& q, ByteWriter& out) {
+  for (size_t i = 0; i < 4; ++i) out.Float32(static_cast<float>(q[i]));
+}
+
+void WriteBone(const BoneNode& bone, ByteWriter& out) {
+  out.Int32(static_cast<int32_t>(bone.name.size()) + 1);
+  out.Bytes(bone.name.c_str(), bone.name.size() + 1);
+  WriteVector(bone.translation, out);
+  WriteQuaternion(bone.rotation, out);
+  WriteVector(bone.boneSpaceTranslation, out);
+  WriteQuaternion(bone.boneSpaceRotation, out);
+  out.Int32(bone.parent->id);
+  out.Int32(static_cast<int32_t>(bone.children.size()));
+  for (const BoneNode* child : bone.children) out.Int32(child->id);
+}
+
+}  // namespace
+
+void WriteCsf(BoneTree& bones, ByteWriter& out) {
+  if (bones.BoneCount() == 0) AddDummyBone(bones);
+  out.Bytes("CSF", 4);
+  out.Int32(kVersion);
+  out.Int32(bones.BoneCount());
+  for (const BoneNode* bone : bones.PreOrder()) WriteBone(*bone, out);
+}
+
+bool WriteSkeleton(ConversionJob& job) {
+  SkeletonState& skeleton = *job.skeleton;
+  StatusLog(job, "Writing CSF Skeleton");
+  ChooseBindPose(*job.scene, skeleton);
+  if (!skeleton.bindPose && job.isFbxFile) {
+    StatusLog(job, ">>> No Defined Bind Pose!");
+    StatusLog(job, ">>> Skeleton may not import correctly!");
+  }
+  const scene::KFbxNode& root = *job.scene->GetRootNode();
+  for (int i = 0; i < root.GetChildCount(); ++i) ExtractBones(*root.GetChild(i), job);
+  skeleton.hasExtractedBones = skeleton.bones.BoneCount() > 0;
+  if (!skeleton.hasExtractedBones && job.isFbxFile) {
+    StatusLog(job, ">>> This is NOT a rigged model as it has no skeleton!");
+  }
+  const platform::FilePtr file = OpenWorkFile(job, "skeleton.csf", "wb");
+  if (!file) return false;
+  ByteWriter out(file.get());
+  WriteCsf(skeleton.bones, out);
+  return out.Flush();
+}
+
+}  // namespace ts3d

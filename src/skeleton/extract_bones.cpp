@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "skeleton/extract_bones.h"
+
+#include <cmath>
+#include <vector>
+
+#include "core/names.h"
+#include "core/status.h"
+#include "skeleton/bind_pose.h"
+
+namespace ts3d {
+namespace {
+
+using scene::KFbxNode;
+using scene::KFbxNodeAttribute;
+using scene::KFbxVector4;
+using scene::KFbxXMatrix;
+
+constexpr double kLargestScaleDifference = 0.01;
+
+/// Quarter turn about X that stands an actor up, around the position of `m`.
+KFbxXMatrix TurnAround(const KFbxXMatrix& m) {
+  const KFbxVector4 p = m.GetT();
+  return KFbxXMatrix::Translation(p) * KFbxXMatrix::Rotation({90, 0, 0}) * KFbxXMatrix::Translation(-p);
+}
+
+class BoneExtractor {
+ public:
+  explicit BoneExtractor(ConversionJob& job) : job_(job), skeleton_(*job.skeleton), scene_(*job.scene) {}
+
+  void Extract(const KFbxNode& top) {
+    // A list of its own instead of recursion: node trees may be deeper than the call stack.
+    struct Pending {
+      const KFbxNode* node;
+      int32_t level;
+      BoneNode* parent;
+    };
+    std::vector<Pending> pending{{&top, 0, &skeleton_.bones.Root()}};
+    while (!pending.empty()) {
+      auto [node, level, parent] = pending.back();
+      pending.pop_back();
+      const KFbxNodeAttribute* attribute = node->GetNodeAttribute();
+      if (!attribute) continue;
+      if (node->IsSkeleton()) parent = ExtractBone(*node, *parent);
+      if (attribute->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eMESH &&
+          level < skeleton_.shallowestMeshLevel) {
+        skeleton_.shallowestMeshLevel = level;
+        skeleton_.modelNode = node->GetParent();
+      }
+      for (int i = node->GetChildCount(); i-- > 0;) pending.push_back({node->GetChild(i), level + 1, parent});
+    }
+  }
+
+ private:
+  /// @return the parent bone for the node's children
+  BoneNode* ExtractBone(const KFbxNode& node, BoneNode& parent) {
+    if (&parent == &skeleton_.bones.Root() && !parent.children.empty()) {
+      WarnOfSecondRoot();
+      return &parent;
+    }
+    if (!skeleton_.firstBoneNode) skeleton_.firstBoneNode = &node;
+    BoneNode& bone = skeleton_.bones.AddChild(parent);
+    bone.name = SanitizeMeshName(node.GetName());
+    KFbxXMatrix m = BoneTransform(node, bone);
+    m.SetT(m.GetT() * skeleton_.rootScale);
+    SetTransforms(bone, m);
+    return &bone;
+  }
+
+  /// The bone's transform relative to its parent, at bind time where the bind pose tells it.
+  KFbxXMatrix BoneTransform(const KFbxNode& node, const BoneNode& bone) {
+    KFbxXMatrix m;
+    if (&node == skeleton_.firstBoneNode) {
+      m = node.GetGlobalFromDefaultTake();
+    } else {
+      const KFbxXMatrix local = node.GetLocalFromDefaultTake();
+      m = KFbxXMatrix(local.GetT(), local.GetR(), local.GetS());
+    }
+    const bool isActorRoot = bone.id == 0 && job_.actorType != ActorType::None;
+    KFbxVector4 scale;
+    int index = -1;
+    if (skeleton_.bindPose) {
+      index = BindPoseIndex(&node, scene_, skeleton_);
+      if (index < 0) StatusLog(job_, ComposeMessage("No Bind Pose Data for: ", node.GetName()));
+    } else if (isActorRoot) {
+      m = Turn(m);
+    }
+    if (index >= 0) {
+      if (skeleton_.bindPose->IsLocalMatrix(index)) WarnOfLocalMatrix(bone);
+      m = BindMatrix(index, skeleton_);
+      const int parentIndex = BindPoseIndex(node.GetParent(), scene_, skeleton_);
+      if (isActorRoot) m = Turn(m);
+      scale = m.GetS();
+      CheckScale(bone, scale);
+      if (parentIndex >= 0 && bone.id > 0) m = BindMatrix(parentIndex, skeleton_).Inverse() * m;
+    }
+    if (bone.id == 0) {
+      skeleton_.rootTransform = node.GetGlobalFromDefaultTake();
+      skeleton_.rootScale = index >= 0 ? scale : skeleton_.rootTransform.GetS();
+    }
+    return m;
+  }
+
+  KFbxXMatrix Turn(const KFbxXMatrix& m) {
+    skeleton_.actorTurn = TurnAround(m);
+    return skeleton_.actorTurn * m;
+  }
+
+  static void SetTransforms(BoneNode& bone, const KFbxXMatrix& m) {
+    bone.translation = m.GetT();
+    bone.rotationEuler = m.GetR();
+    bone.rotation = EulerToQuaternion(bone.rotationEuler);
+    KFbxXMatrix space = m.Inverse();
+    if (bone.id > 0) {
+      space = space * KFbxXMatrix(bone.parent->boneSpaceTranslation, bone.parent->boneSpaceRotationEuler, {1, 1, 1});
+    }
+    bone.boneSpaceTranslation = space.GetT();
+    bone.boneSpaceRotationEuler = space.GetR();
+    bone.boneSpaceRotation = EulerToQuaternion(bone.boneSpaceRotationEuler);
+  }
+
+  void WarnOfSecondRoot() {
+    // Once in the life of the process, not once in a conversion: hosts show it in a dialog.
+    if (job_.singleRootWarningGiven) return;
+    job_.singleRootWarningGiven = true;
+    ReportTagged(job_, "", "-1");
+    StatusLog(job_, ">>> This skeleton does NOT have a single Root Bone");
+    StatusLog(job_, ">>> and will thus NOT import the rig correctly!");
+  }
+
+  void WarnOfLocalMatrix(const BoneNode& bone) {
+    ReportTagged(job_, bone.name, "102");
+    StatusLog(job_, ">>> Bind Pose Contains LOCAL MATRIX!!!");
+  }
+
+  void CheckScale(const BoneNode& bone, const KFbxVector4& s) {
+    if (s[0] < 0.0 || s[1] < 0.0 || s[2] < 0.0) {
+      ReportTagged(job_, bone.name, "100");
+      StatusLog(job_, ComposeMessage(">>> The Bone '", bone.name, "'"));
+      StatusLog(job_, ">>> is 'mirrored' or 'reflected'");
+    } else if (std::abs(s[0] - s[1]) > kLargestScaleDifference || std::abs(s[0] - s[2]) > kLargestScaleDifference ||
+               std::abs(s[1] - s[2]) > kLargestScaleDifference) {
+      ReportTagged(job_, bone.name, "101");
+      StatusLog(job_, ComposeMessage(">>> The Bone '", bone.name, "'"));
+      StatusLog(job_, ">>> Has a non-uniform scale value.");
+      StatusLog(job_, ">>> If you see oddities in the skeleton or rigging");
+      StatusLog(job_, ">>> Go back to your original modeling program and");
+      StatusLog(job_, ">>> correct this, then re-export it to FBX.");
+    }
+  }
+
+  ConversionJob& job_;
+  SkeletonState& skeleton_;
+  const scene::KFbxScene& scene_;
+};
+
+}  // namespace
+
+scene::KFbxQuaternion EulerToQuaternion(const KFbxVector4& degrees) {
+  constexpr double kHalfDegree = 3.141592653589793 / 180.0 * 0.5;
+  const double a = degrees[0] * kHalfDegree, b = degrees[1] * kHalfDegree, c = degrees[2] * kHalfDegree;
+  const double sa = std::sin(a), ca = std::cos(a);
+  const double sb = std::sin(b), cb = std::cos(b);
+  const double sc = std::sin(c), cc = std::cos(c);
+  return {sa * cb * cc - ca * sb * sc, ca * sb * cc + sa * cb * sc, ca * cb * sc - sa * sb * cc,
+          -(ca * cb * cc + sa * sb * sc)};
+}
+
+void ExtractBones(const scene::KFbxNode& node, ConversionJob& job) { BoneExtractor(job).Extract(node); }
+
+}  // namespace ts3d
