@@ -46,10 +46,12 @@ std::string UnposedHeight(ActorType actorType) {
 std::string Head(const ConversionJob& job, const std::string& documentPath) {
   std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE cal_config SYSTEM \"";
   text.append(kTypeDefinitionHost).append("/dtds/cal_config.dtd\">\n<cal_config>\n");
-  text += "\t<object_id>" + ObjectId(job.actorType, documentPath) + "</object_id>\n" + UnposedHeight(job.actorType);
+  text += "\t<object_id>" + ObjectId(job.actorType, documentPath) + "</object_id>\n" +
+          UnposedHeight(job.actorType);
   text += "\t<object_version major=\"1\" minor=\"0\" bugfix=\"0\"/>\n";
   text += "\t<scale>1.0</scale>\n<flags>\n\t<invert_v/>\n";
-  text += "\t<rotation x=\"" + std::to_string(job.rotationX) + "\" y=\"" + std::to_string(job.rotationY) + "\"/>\n";
+  text += "\t<rotation x=\"" + std::to_string(job.rotationX) + "\" y=\"" + std::to_string(job.rotationY) +
+          "\"/>\n";
   return text + "</flags>\n\n";
 }
 
@@ -80,7 +82,8 @@ void WriteActorConfig(ConversionJob& job, const std::string& packagePath, Packag
   const std::string documentPath = ReplaceExtension(packagePath, "xfg");
   platform::FilePtr file = platform::OpenFile(documentPath, "w");
   if (!file) return;
-  const std::string text = Head(job, documentPath) + Bones(job) + Lists(job, packagedNames) + "</cal_config>\n";
+  const std::string text =
+      Head(job, documentPath) + Bones(job) + Lists(job, packagedNames) + "</cal_config>\n";
   // A torso would be packed as if it were the document.
   if (!WriteAndClose(std::move(file), text)) platform::RemoveFile(documentPath);
 }

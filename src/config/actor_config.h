@@ -8,8 +8,8 @@
 
 namespace ts3d {
 
-/// Writes the document that tells the product how to assemble the actor, beside the package. When it cannot be
-/// written nothing happens: adding it to the package then fails and says so.
+/// Writes the document that tells the product how to assemble the actor, beside the package. When it cannot
+/// be written nothing happens: adding it to the package then fails and says so.
 void WriteActorConfig(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames);
 
 }  // namespace ts3d

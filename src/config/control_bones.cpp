@@ -12,7 +12,8 @@ struct ControlBoneBlock {
   std::string_view lines;
 };
 
-// The femur blocks hang on the forearm's twist bone of the same side: rigs without it have no femur twist either.
+// The femur blocks hang on the forearm's twist bone of the same side: rigs without it have no femur twist
+// either.
 // clang-format off
 constexpr ControlBoneBlock kBlocks[] = {
     {"lowerneck", "midneck",

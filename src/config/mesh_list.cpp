@@ -25,7 +25,8 @@ bool IsDoubleSided(std::string_view name, const ConversionJob& job) {
 }
 
 /// The output names of a mesh node, its own name first.
-std::vector<std::string> ListedNames(const std::string& baseName, const KFbxNode& node, const KFbxMesh& mesh) {
+std::vector<std::string> ListedNames(const std::string& baseName, const KFbxNode& node,
+                                     const KFbxMesh& mesh) {
   std::vector<std::string> names{baseName};
   const int extra = mesh.GetLayerCount() > 0 ? node.GetMaterialCount() - 1 : 0;
   for (int i = 0; i < extra; ++i) names.push_back(baseName + "_" + LetterSuffix(i));

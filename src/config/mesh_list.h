@@ -21,8 +21,8 @@ enum class MeshListMode : int32_t {
 /// The result of a walk that found no mesh.
 inline constexpr int32_t kNoMeshListed = 5;
 
-/// Walks all nodes below the scene's root, parents first, children in order. A mesh without control points is not
-/// listed and hides the nodes below it.
+/// Walks all nodes below the scene's root, parents first, children in order. A mesh without control points is
+/// not listed and hides the nodes below it.
 /// @param lines  receives the lines of the first two modes
 /// @return 0, or kNoMeshListed
 int32_t WriteMeshListForScene(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames,

@@ -25,9 +25,9 @@ enum class ActorType : int32_t { None = 0, Male = 1, Female = 2, Boy = 3, Girl =
 /// First thread identifier of the per-mesh materials, just above the fixed "body" thread.
 inline constexpr int32_t kFirstThreadId = 151;
 
-/// Everything one conversion knows about itself. Plain data, passed by reference to whatever needs it; the one
-/// process-wide instance lives behind the exported functions, because the final settings of a model build on the
-/// values that its conversion left.
+/// Everything one conversion knows about itself. Plain data, passed by reference to whatever needs it; the
+/// one process-wide instance lives behind the exported functions, because the final settings of a model build
+/// on the values that its conversion left.
 struct ConversionJob {
   // The host's settings.
   int32_t meshOptionMode = 0;
@@ -55,7 +55,8 @@ struct ConversionJob {
   scene::KFbxSdkManager* sdkManager = nullptr;
   scene::KFbxScene* scene = nullptr;
   scene::KFbxNode* sceneRoot = nullptr;
-  const scene::KFbxNode* textureErrorNode = nullptr;  ///< the one mesh node that reports lost texture coordinates
+  const scene::KFbxNode* textureErrorNode =
+      nullptr;  ///< the one mesh node that reports lost texture coordinates
   bool materialReferenceReported = false;
   void* packageHandle = nullptr;  ///< the open archive, or null
   int32_t failureCode = 0;        ///< result of the run should an exception end the step that is running

@@ -31,8 +31,8 @@ bool EndsInFbx(const std::string& path) {
 
 std::string VersionLine(const char* what, const scene::KFbxFileVersion& version) {
   char line[200];
-  std::snprintf(line, sizeof line, "FBX version number for this %s %d.%d.%d", what, version.major, version.minor,
-                version.revision);
+  std::snprintf(line, sizeof line, "FBX version number for this %s %d.%d.%d", what, version.major,
+                version.minor, version.revision);
   return line;
 }
 
@@ -44,7 +44,8 @@ void ReportLoaded(const ConversionJob& job, const LoadedVersions& versions) {
 }
 
 /// Adds everything but the textures, which are in the package already, and completes it.
-ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames) {
+ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
+                             PackagedNameSet& packagedNames) {
   const std::string documentName = FileNamePart(ReplaceExtension(packagePath, "xfg"));
   std::string noLines;
   ConversionResult result = ConversionResult::Success;
@@ -52,8 +53,8 @@ ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
       AddFileToPackage(job, packagedNames, documentName, AfterAdding::KeepFile) != 0) {
     result = ConversionResult::PackageFailed;
   } else {
-    result = static_cast<ConversionResult>(WriteMeshListForScene(job, MeshListMode::AddMeshFiles, packagedNames,
-                                                                 AfterAdding::DeleteFile, noLines));
+    result = static_cast<ConversionResult>(WriteMeshListForScene(
+        job, MeshListMode::AddMeshFiles, packagedNames, AfterAdding::DeleteFile, noLines));
   }
   WriteMeshListForScene(job, MeshListMode::AddMaterialFiles, packagedNames, AfterAdding::DeleteFile, noLines);
   if (!CloseActorPackage(job)) {

@@ -36,24 +36,25 @@ void StoreSettings(ConversionJob& job, int32_t rotationY, int32_t rotationX, con
 extern "C" {
 
 int32_t FBX_TO_TS3D_CALL ConvertFBXFileFinish(const char* sourcePath, float scalePercent, int32_t rotationY,
-                                              int32_t rotationX, const char* boneRenameList, const char* meshList,
-                                              void* callbackContext, FbxToTs3dStatusCallback statusCallback) {
+                                              int32_t rotationX, const char* boneRenameList,
+                                              const char* meshList, void* callbackContext,
+                                              FbxToTs3dStatusCallback statusCallback) {
   int32_t result = FBX_TO_TS3D_DOCUMENT_UNREADABLE;
   try {
     ConversionJob& job = ProcessJob();
     StoreSettings(job, rotationY, rotationX, boneRenameList, callbackContext, statusCallback);
-    result = static_cast<int32_t>(ts3d::ApplyFinalSettings(
-        job, {TextOrEmpty(sourcePath), scalePercent, TextOrEmpty(meshList)}));
+    result = static_cast<int32_t>(
+        ts3d::ApplyFinalSettings(job, {TextOrEmpty(sourcePath), scalePercent, TextOrEmpty(meshList)}));
   } catch (...) {
     // Out of memory, mostly.
   }
   return result;
 }
 
-int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32_t rotationY, int32_t rotationX,
-                                         int32_t finishOnly, const char* boneRenameList, int32_t* vertexTotalOut,
-                                         int32_t* polygonTotalOut, void* callbackContext,
-                                         FbxToTs3dStatusCallback statusCallback,
+int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32_t rotationY,
+                                         int32_t rotationX, int32_t finishOnly, const char* boneRenameList,
+                                         int32_t* vertexTotalOut, int32_t* polygonTotalOut,
+                                         void* callbackContext, FbxToTs3dStatusCallback statusCallback,
                                          FbxToTs3dTextureCallback textureCallback, int32_t meshOptionMode,
                                          const char* meshOptionList) {
   ConversionJob& job = ProcessJob();
@@ -66,8 +67,8 @@ int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32
     job.meshOptionList = TextOrEmpty(meshOptionList);
     // Hosts fill only the low byte of the flag's slot.
     if ((finishOnly & 0xff) != 0) {
-      result = ConvertFBXFileFinish(fbxPath, scale, rotationY, rotationX, boneRenameList, nullptr, callbackContext,
-                                    statusCallback);
+      result = ConvertFBXFileFinish(fbxPath, scale, rotationY, rotationX, boneRenameList, nullptr,
+                                    callbackContext, statusCallback);
       if (result != FBX_TO_TS3D_OK) job.vertexTotal = job.polygonTotal = 0;
     } else {
       const ConversionResult outcome = ts3d::RunConversion(job, {TextOrEmpty(fbxPath), {}});
@@ -84,19 +85,20 @@ int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32
   return result;
 }
 
-int32_t FBX_TO_TS3D_CALL ConvertFBXFile2(const char* fbxPath, float scale, int32_t rotationY, int32_t rotationX,
-                                         int32_t finishOnly, const char* boneRenameList, int32_t* vertexTotalOut,
-                                         int32_t* polygonTotalOut, void* callbackContext,
-                                         FbxToTs3dStatusCallback statusCallback,
+int32_t FBX_TO_TS3D_CALL ConvertFBXFile2(const char* fbxPath, float scale, int32_t rotationY,
+                                         int32_t rotationX, int32_t finishOnly, const char* boneRenameList,
+                                         int32_t* vertexTotalOut, int32_t* polygonTotalOut,
+                                         void* callbackContext, FbxToTs3dStatusCallback statusCallback,
                                          FbxToTs3dTextureCallback textureCallback, int32_t meshOptionMode) {
   return ConvertFBXFile3(fbxPath, scale, rotationY, rotationX, finishOnly, boneRenameList, vertexTotalOut,
-                         polygonTotalOut, callbackContext, statusCallback, textureCallback, meshOptionMode, nullptr);
+                         polygonTotalOut, callbackContext, statusCallback, textureCallback, meshOptionMode,
+                         nullptr);
 }
 
-int32_t FBX_TO_TS3D_CALL ConvertFBXFile(const char* fbxPath, float scale, int32_t rotationY, int32_t rotationX,
-                                        int32_t finishOnly, const char* boneRenameList, int32_t* vertexTotalOut,
-                                        int32_t* polygonTotalOut, void* callbackContext,
-                                        FbxToTs3dStatusCallback statusCallback,
+int32_t FBX_TO_TS3D_CALL ConvertFBXFile(const char* fbxPath, float scale, int32_t rotationY,
+                                        int32_t rotationX, int32_t finishOnly, const char* boneRenameList,
+                                        int32_t* vertexTotalOut, int32_t* polygonTotalOut,
+                                        void* callbackContext, FbxToTs3dStatusCallback statusCallback,
                                         FbxToTs3dTextureCallback textureCallback) {
   return ConvertFBXFile3(fbxPath, scale, rotationY, rotationX, finishOnly, boneRenameList, vertexTotalOut,
                          polygonTotalOut, callbackContext, statusCallback, textureCallback, 0, nullptr);

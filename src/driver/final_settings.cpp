@@ -51,7 +51,8 @@ FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& setting
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
 
   const std::optional<std::string> old = ReadDocument(documentPath);
-  const std::optional<std::string> rewritten = old ? RewriteDocument(*old, job, settings.meshList) : std::nullopt;
+  const std::optional<std::string> rewritten =
+      old ? RewriteDocument(*old, job, settings.meshList) : std::nullopt;
   if (!rewritten) {
     StatusLog(job, ">>> FAILED TO READ .XFG File!");
     return FinishResult::DocumentUnreadable;

@@ -28,7 +28,9 @@ struct FinalSettings {
 /// Rewrites the document that a conversion left beside the package and adds it to the package again.
 FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings);
 
-/// The document `text` with the settings applied; none when a marker that the rewrite needs is missing from it.
-std::optional<std::string> RewriteDocument(std::string_view text, const ConversionJob& job, std::string_view meshList);
+/// The document `text` with the settings applied; none when a marker that the rewrite needs is missing from
+/// it.
+std::optional<std::string> RewriteDocument(std::string_view text, const ConversionJob& job,
+                                           std::string_view meshList);
 
 }  // namespace ts3d

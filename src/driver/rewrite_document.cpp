@@ -65,8 +65,8 @@ std::string Switches(const std::vector<FriendlyMesh>& meshes) {
   std::string text = "<switches>\n";
   for (const FriendlyMesh& mesh : meshes) {
     if (mesh.prefix == 0) continue;
-    const std::string present = "          <case name=\"present\">\n               <mesh_active name=\"" + mesh.mesh +
-                                "\"/>\n          </case>\n";
+    const std::string present = "          <case name=\"present\">\n               <mesh_active name=\"" +
+                                mesh.mesh + "\"/>\n          </case>\n";
     const std::string absent = "          <case name=\"absent\">\n          </case>\n";
     text += "     <switch name=\"" + mesh.friendlyName + "\">\n";
     text += mesh.prefix == kPresentFirst ? present + absent : absent + present;
@@ -104,7 +104,8 @@ class DocumentRewriter {
 
   void ReplaceScaleAndFlags() {
     out_ += rest_.substr(0, Find("<scale>"));
-    out_ += "<scale>" + SixDecimals(static_cast<double>(job_.configScale)) + "</scale>\n<flags>\n\t<invert_v/>\n";
+    out_ +=
+        "<scale>" + SixDecimals(static_cast<double>(job_.configScale)) + "</scale>\n<flags>\n\t<invert_v/>\n";
     out_ += "\t<rotation x=\"" + std::to_string(job_.rotationX) + "\" y=\"" + std::to_string(job_.rotationY) +
             "\"/>\n";
     rest_.erase(0, Find("</flags>"));

@@ -13,14 +13,15 @@ struct LoadedVersions {
   scene::KFbxFileVersion file;
 };
 
-/// Creates the scene library's manager, with the plug-ins beside the running executable, and an empty scene. Ends
-/// the process with exit status 0 when there is no manager to be had.
+/// Creates the scene library's manager, with the plug-ins beside the running executable, and an empty scene.
+/// Ends the process with exit status 0 when there is no manager to be had.
 void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene);
 
 /// Frees the manager and everything that it owns; null is ignored.
 void DestroySdkObjects(scene::KFbxSdkManager* manager);
 
-/// Loads `path` into `scene`. Asks once for the password of a protected file. Problems are told on standard output.
+/// Loads `path` into `scene`. Asks once for the password of a protected file. Problems are told on standard
+/// output.
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
                LoadedVersions& versions);
 

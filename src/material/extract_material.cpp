@@ -8,7 +8,8 @@
 namespace ts3d {
 namespace {
 
-void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& record, const ConversionJob& job) {
+void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& record,
+                    const ConversionJob& job) {
   // The two classes do not derive from each other, so at most one test succeeds.
   if (const auto* lambert = dynamic_cast<const scene::KFbxSurfaceLambert*>(&material)) {
     record.ambient = lambert->ambient;

@@ -6,7 +6,8 @@
 
 namespace ts3d {
 
-std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job, PackagedNameSet& packagedNames) {
+std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job,
+                        PackagedNameSet& packagedNames) {
   const std::string& source =
       texture.GetFileName().empty() ? texture.GetRelativeFileName() : texture.GetFileName();
   const size_t separator = source.find_last_of("\\/");

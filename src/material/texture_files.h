@@ -9,9 +9,10 @@
 
 namespace ts3d {
 
-/// Brings the picture of `texture` into the package as a ".tga" file, with the host's help when it is of another
-/// kind, and reports when that fails.
+/// Brings the picture of `texture` into the package as a ".tga" file, with the host's help when it is of
+/// another kind, and reports when that fails.
 /// @return the picture's name in the package, whether it got there or not
-std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job, PackagedNameSet& packagedNames);
+std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job,
+                        PackagedNameSet& packagedNames);
 
 }  // namespace ts3d

@@ -23,7 +23,8 @@ std::string ColourLine(const char* element, const scene::KFbxVector4& colour, do
 }
 
 std::string XrfText(const MaterialRecord& material) {
-  std::string text = std::string("<MATERIAL VERSION=\"1000\" NUMMAPS=\"") + (material.hasMap ? "1" : "0") + "\">\n";
+  std::string text =
+      std::string("<MATERIAL VERSION=\"1000\" NUMMAPS=\"") + (material.hasMap ? "1" : "0") + "\">\n";
   text += ColourLine("AMBIENT", material.ambient, material.opacity);
   text += ColourLine("DIFFUSE", material.diffuse, material.opacity);
   text += ColourLine("SPECULAR", material.specular, material.opacity);

@@ -71,8 +71,9 @@ class CmfWriter {
   }
 
   void WriteInfluences(const FullPointData& record) {
-    const std::span<const BoneWeight> influences =
-        record.influenceList == -1 ? std::span<const BoneWeight>() : mesh_.influences.Of(record.influenceList);
+    const std::span<const BoneWeight> influences = record.influenceList == -1
+                                                       ? std::span<const BoneWeight>()
+                                                       : mesh_.influences.Of(record.influenceList);
     if (influences.empty()) {
       out_.Int32(1);
       out_.Int32(0);
@@ -119,7 +120,8 @@ void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinat
     complete = writer.Finish();
   }
   // A torso would be packed as if it were a mesh.
-  if (file && (std::fclose(file.release()) != 0 || !complete)) platform::RemoveFile(job.modelDirectory + fileName);
+  if (file && (std::fclose(file.release()) != 0 || !complete))
+    platform::RemoveFile(job.modelDirectory + fileName);
 }
 
 }  // namespace ts3d

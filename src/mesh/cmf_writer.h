@@ -25,7 +25,7 @@ struct MeshData {
 /// One output mesh.
 struct MeshSlice {
   std::string name;
-  bool whole = false;  ///< all records and all triangles; the lists are empty then
+  bool whole = false;               ///< all records and all triangles; the lists are empty then
   std::vector<int32_t> records;     ///< ascending
   std::vector<uint32_t> triangles;  ///< ascending
 
@@ -33,8 +33,8 @@ struct MeshSlice {
   size_t FaceCount(const MeshData& mesh) const { return whole ? mesh.triangles.Count() : triangles.size(); }
 };
 
-/// Writes `slice` as "<name>.cmf" into the model's folder and takes the next thread identifier. A file that cannot
-/// be written is left out without a message.
+/// Writes `slice` as "<name>.cmf" into the model's folder and takes the next thread identifier. A file that
+/// cannot be written is left out without a message.
 /// @param outputIndex  scratch, one entry for each record
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
                   std::span<int32_t> outputIndex, ConversionJob& job);

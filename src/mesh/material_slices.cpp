@@ -50,7 +50,8 @@ MaterialSlices::MaterialSlices(scene::KFbxMesh& mesh, const MeshData& data, int 
   }
   triangles_.resize(sum);
   for (size_t t = 0; t < count; ++t) {
-    if (materialOf[t] != kNone) triangles_[ends_[static_cast<size_t>(materialOf[t])]++] = static_cast<uint32_t>(t);
+    if (materialOf[t] != kNone)
+      triangles_[ends_[static_cast<size_t>(materialOf[t])]++] = static_cast<uint32_t>(t);
   }
   lastUse_.assign(data.records.size(), kNone);
 }

@@ -15,8 +15,9 @@ bool MatchesKeyword(std::string_view name, std::string_view keyword) {
 }
 
 bool IsHeadPart(std::string_view name) {
-  static constexpr std::string_view kKeywords[] = {"head",      "upper_teeth", "lower_teeth", "tongue", "left_eye",
-                                                   "right_eye", "inner_mouth", "mouth",       "socket", "sock"};
+  static constexpr std::string_view kKeywords[] = {"head",     "upper_teeth", "lower_teeth", "tongue",
+                                                   "left_eye", "right_eye",   "inner_mouth", "mouth",
+                                                   "socket",   "sock"};
   return EqualsIgnoreCase(name, "head_ncl1_1") ||
          std::any_of(std::begin(kKeywords), std::end(kKeywords),
                      [&](std::string_view keyword) { return MatchesKeyword(name, keyword); });

@@ -81,7 +81,8 @@ class SkinDeformation {
     });
   }
 
-  /// Calls `visit` with the vertex transform, the control point and the weight of every pair of every cluster.
+  /// Calls `visit` with the vertex transform, the control point and the weight of every pair of every
+  /// cluster.
   template <typename Visit>
   void ForEachPair(size_t pointCount, const Visit& visit) {
     for (int s = 0; s < mesh_.GetSkinCount(); ++s) {
@@ -105,8 +106,8 @@ class SkinDeformation {
     const KFbxNode& link = *cluster.GetLink();
     if (cluster.GetLinkMode() == ELinkMode::eADDITIVE && cluster.GetAssociateModel()) {
       const KFbxNode& associate = *cluster.GetAssociateModel();
-      const KFbxXMatrix associateBind =
-          cluster.GetTransformAssociateModelMatrix().value_or(PoseOf(associate, associate.GetGlobalFromDefaultTake()));
+      const KFbxXMatrix associateBind = cluster.GetTransformAssociateModelMatrix().value_or(
+          PoseOf(associate, associate.GetGlobalFromDefaultTake()));
       const KFbxXMatrix linkBind = LinkBind(cluster);
       return associateBind * PoseOf(associate, associateBind).Inverse() * PoseOf(link, linkBind) *
              linkBind.Inverse() * meshPose_ * geometric_;

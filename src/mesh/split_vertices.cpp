@@ -6,8 +6,8 @@
 namespace ts3d {
 namespace {
 
-/// The corner list is walked once. Appended records are found by (control point, coordinate), so the work is linear
-/// however often a control point is split.
+/// The corner list is walked once. Appended records are found by (control point, coordinate), so the work is
+/// linear however often a control point is split.
 class VertexSplitter {
  public:
   VertexSplitter(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs, scene::KFbxTriangles& triangles)
@@ -25,8 +25,7 @@ class VertexSplitter {
   void Visit(size_t corner) {
     int32_t& index = triangles_.corners[corner];
     FullPointData& record = records_[static_cast<size_t>(index)];
-    const int32_t coordinate =
-        uvs_ ? uvs_->GetTextureUVIndex(triangles_.SourceCorner(corner), index) : -1;
+    const int32_t coordinate = uvs_ ? uvs_->GetTextureUVIndex(triangles_.SourceCorner(corner), index) : -1;
     if (record.textureIndex == -1 || record.textureIndex == coordinate) {
       record.textureIndex = coordinate;
       record.influenceList = index;
@@ -38,8 +37,8 @@ class VertexSplitter {
   }
 
   int32_t FurtherRecord(int32_t controlPoint, int32_t coordinate) {
-    const auto key = static_cast<uint64_t>(static_cast<uint32_t>(controlPoint)) << 32 |
-                     static_cast<uint32_t>(coordinate);
+    const auto key =
+        static_cast<uint64_t>(static_cast<uint32_t>(controlPoint)) << 32 | static_cast<uint32_t>(coordinate);
     const auto [entry, isNew] = further_.try_emplace(key, static_cast<int32_t>(records_.size()));
     if (isNew) records_.push_back({controlPoint, coordinate, controlPoint});
     return entry->second;

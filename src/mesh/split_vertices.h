@@ -9,8 +9,8 @@
 
 namespace ts3d {
 
-/// Makes one record for each control point and a further one for each further texture coordinate that its corners
-/// use. Corners that use a further one are changed to its record.
+/// Makes one record for each control point and a further one for each further texture coordinate that its
+/// corners use. Corners that use a further one are changed to its record.
 /// @param uvs  the texture coordinates, or null
 std::vector<FullPointData> SplitVertices(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs,
                                          scene::KFbxTriangles& triangles);

@@ -19,8 +19,8 @@ class TextureCoordinates {
   /// @param uvs  the mesh's texture coordinates, or null
   TextureCoordinates(const scene::KFbxNode& node, scene::KFbxLayerElementUV* uvs, ConversionJob& job);
 
-  /// The coordinate of record number `index`; (0, 0) when none applies. A record that should have one and has none
-  /// is reported, but only for the first mesh of the conversion that has such records.
+  /// The coordinate of record number `index`; (0, 0) when none applies. A record that should have one and has
+  /// none is reported, but only for the first mesh of the conversion that has such records.
   TextureCoordinate Of(size_t index, const FullPointData& record);
 
   /// Whether some lookup found a coordinate.

@@ -20,9 +20,9 @@ enum class PackageMode { Create, Append };
 /// Opens the package `path` as the job's package; false when it cannot be opened.
 bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mode);
 
-/// Copies the file `name` of the model's folder into the job's package, once in a run. With `DeleteFile` the file
-/// `name` of the current directory is deleted afterwards, which is not the one that was copied when the model lies
-/// elsewhere.
+/// Copies the file `name` of the model's folder into the job's package, once in a run. With `DeleteFile` the
+/// file `name` of the current directory is deleted afterwards, which is not the one that was copied when the
+/// model lies elsewhere.
 /// @return 0, also when `name` was added before; otherwise a negative code, after a status line
 int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
                          AfterAdding afterAdding);

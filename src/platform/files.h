@@ -38,7 +38,8 @@ bool RenameFile(std::string_view from, std::string_view to);
 /// Creates the folder `path` unless it exists; false when there is none afterwards.
 bool MakeFolder(std::string_view path);
 
-/// Last-write time of `path` in local time as a DOS date and time word (date in the high half); 0 when unknown.
+/// Last-write time of `path` in local time as a DOS date and time word (date in the high half); 0 when
+/// unknown.
 uint32_t DosWriteTime(std::string_view path);
 
 /// A whole file, mapped read-only. The bytes stay valid as long as the object lives.

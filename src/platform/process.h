@@ -17,9 +17,9 @@ std::string ExecutableFolder();
 /// File extension of shared libraries, without the dot.
 const char* SharedLibraryExtension();
 
-/// Paths of the shared libraries in `folder` whose extension is `extension` and that export `symbol`, sorted by
-/// name. A library that cannot be loaded, or that crashes while it is loaded, is left out: each candidate is tried
-/// in a child process first.
+/// Paths of the shared libraries in `folder` whose extension is `extension` and that export `symbol`, sorted
+/// by name. A library that cannot be loaded, or that crashes while it is loaded, is left out: each candidate
+/// is tried in a child process first.
 std::vector<std::string> FindPlugins(std::string_view folder, std::string_view extension, const char* symbol);
 
 /// Loads the library `path` for the rest of the process and returns the address of `symbol`, or null.

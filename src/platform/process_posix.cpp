@@ -17,12 +17,14 @@
 namespace platform {
 namespace {
 
-/// Whether the file holds `symbol` as a whole zero-terminated text, as a symbol table does. Keeps libraries that
-/// have nothing to do with us from being loaded, and their constructors from running.
+/// Whether the file holds `symbol` as a whole zero-terminated text, as a symbol table does. Keeps libraries
+/// that have nothing to do with us from being loaded, and their constructors from running.
 bool NamesSymbol(const std::string& path, const char* symbol) {
   MappedFile file;
   std::string ignored;
-  if (!file.Open(path, ignored) || !file.Bytes().starts_with("\x7f" "ELF")) return false;
+  if (!file.Open(path, ignored) || !file.Bytes().starts_with("\x7f"
+                                                             "ELF"))
+    return false;
   std::string wanted(1, '\0');
   wanted.append(symbol).push_back('\0');
   return file.Bytes().find(wanted) != std::string_view::npos;
@@ -56,7 +58,8 @@ std::string ExecutableFolder() {
 
 const char* SharedLibraryExtension() { return "so"; }
 
-std::vector<std::string> FindPlugins(std::string_view folder, std::string_view extension, const char* symbol) {
+std::vector<std::string> FindPlugins(std::string_view folder, std::string_view extension,
+                                     const char* symbol) {
   std::vector<std::string> found;
   const std::string native = NativePath(folder);
   const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(native.c_str()), closedir);

@@ -26,7 +26,8 @@ bool IsPlainName(std::string_view name) {
 KString FolderFor(std::string_view modelPath) {
   const size_t separator = modelPath.find_last_of("\\/");
   const size_t dot = modelPath.rfind('.');
-  const bool hasExtension = dot != std::string_view::npos && (separator == std::string_view::npos || dot > separator);
+  const bool hasExtension =
+      dot != std::string_view::npos && (separator == std::string_view::npos || dot > separator);
   return KString(modelPath.substr(0, hasExtension ? dot : std::string_view::npos)) + ".fbm\\";
 }
 
@@ -51,8 +52,8 @@ void ExtractEmbeddedFiles(KFbxScene& scene, std::string_view modelPath) {
     if (!video) return;
     const auto [entry, isNew] = extracted.try_emplace(video);
     if (isNew) {
-      const KString name = BaseName(video->GetFileName().empty() ? video->GetRelativeFileName()
-                                                                 : video->GetFileName());
+      const KString name =
+          BaseName(video->GetFileName().empty() ? video->GetRelativeFileName() : video->GetFileName());
       const KString content = IsPlainName(name) ? video->ReadContent() : KString();
       if (!content.empty() && WriteContent(folder, folder + name, content)) entry->second = folder + name;
     }

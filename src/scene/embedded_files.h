@@ -7,9 +7,9 @@
 
 namespace scene {
 
-/// Writes the pictures that are embedded in the model `modelPath` into the folder "<model name>.fbm" beside it, as
-/// base names only, unless a file of that name and size is there, and points the textures to them. A picture that
-/// cannot be written leaves its texture as it is.
+/// Writes the pictures that are embedded in the model `modelPath` into the folder "<model name>.fbm" beside
+/// it, as base names only, unless a file of that name and size is there, and points the textures to them. A
+/// picture that cannot be written leaves its texture as it is.
 void ExtractEmbeddedFiles(KFbxScene& scene, std::string_view modelPath);
 
 }  // namespace scene

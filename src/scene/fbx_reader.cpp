@@ -11,7 +11,9 @@ namespace {
 constexpr int kOldestVersion = 7000;
 constexpr int kNewestVersion = 8999;
 
-KFbxFileVersion SplitVersion(int version) { return {version / 1000, version % 1000 / 100, version % 100 / 10}; }
+KFbxFileVersion SplitVersion(int version) {
+  return {version / 1000, version % 1000 / 100, version % 100 / 10};
+}
 
 KString Describe(int version) {
   const KFbxFileVersion v = SplitVersion(version);
@@ -21,7 +23,8 @@ KString Describe(int version) {
 
 class OpenFbxFile : public KFbxOpenFile {
  public:
-  OpenFbxFile(std::shared_ptr<RecordTree> tree, std::string_view path) : tree_(std::move(tree)), path_(path) {}
+  OpenFbxFile(std::shared_ptr<RecordTree> tree, std::string_view path)
+      : tree_(std::move(tree)), path_(path) {}
 
   KFbxFileVersion GetVersion() const override { return SplitVersion(tree_->version); }
 

@@ -12,8 +12,8 @@ namespace scene {
 inline constexpr std::string_view kPasswordSetting = "Import|AdvOptGrp|FileFormat|Fbx|Password";
 inline constexpr std::string_view kPasswordEnableSetting = "Import|AdvOptGrp|FileFormat|Fbx|Password_Enable";
 
-/// Import and export settings, addressed by "|"-separated paths. There is one set for the whole process: what is set
-/// stays in force for later imports.
+/// Import and export settings, addressed by "|"-separated paths. There is one set for the whole process: what
+/// is set stays in force for later imports.
 class KFbxIOSettings {
  public:
   static KFbxIOSettings& Global();

@@ -10,7 +10,8 @@
 
 namespace scene {
 
-/// Why a file could not be imported. The numbers of the first two and of the password error are known to hosts.
+/// Why a file could not be imported. The numbers of the first two and of the password error are known to
+/// hosts.
 enum class EImportError {
   eNONE = 0,
   eVERSION_NOT_READABLE = 1,   ///< no version in the file, or one that is newer than any that exists

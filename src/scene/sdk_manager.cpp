@@ -21,8 +21,8 @@ KFbxSdkManager* KFbxSdkManager::Create() {
 
 void KFbxSdkManager::LoadPluginsDirectory(std::string_view folder, std::string_view extension) {
   for (const std::string& path : platform::FindPlugins(folder, extension, kRegisterReadersSymbol)) {
-    const auto registerReaders = reinterpret_cast<KFbxRegisterReaders>(
-        platform::LoadPlugin(path, kRegisterReadersSymbol));
+    const auto registerReaders =
+        reinterpret_cast<KFbxRegisterReaders>(platform::LoadPlugin(path, kRegisterReadersSymbol));
     if (!registerReaders) continue;
     try {
       registerReaders(readers_);

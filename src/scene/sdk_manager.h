@@ -18,8 +18,8 @@ class KFbxSdkManager {
   /// Frees this object and all that it owns.
   void Destroy() { delete this; }
 
-  /// Lets every library in `folder` whose file extension is `extension` and that exports kRegisterReadersSymbol
-  /// register its readers. Others are ignored, also those that cannot be loaded.
+  /// Lets every library in `folder` whose file extension is `extension` and that exports
+  /// kRegisterReadersSymbol register its readers. Others are ignored, also those that cannot be loaded.
   void LoadPluginsDirectory(std::string_view folder, std::string_view extension);
 
   KFbxReaderRegistry& GetReaderRegistry() { return readers_; }

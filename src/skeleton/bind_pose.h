@@ -8,11 +8,12 @@
 
 namespace ts3d {
 
-/// Takes the scene's first bind pose with the largest number of nodes, and notes when another one is as large.
+/// Takes the scene's first bind pose with the largest number of nodes, and notes when another one is as
+/// large.
 void ChooseBindPose(const scene::KFbxScene& scene, SkeletonState& skeleton);
 
-/// Index of `node` in the bind pose, or -1. When the choice of the bind pose was ambiguous and it lacks the node,
-/// the first bind pose that has it becomes the bind pose.
+/// Index of `node` in the bind pose, or -1. When the choice of the bind pose was ambiguous and it lacks the
+/// node, the first bind pose that has it becomes the bind pose.
 int BindPoseIndex(const scene::KFbxNode* node, const scene::KFbxScene& scene, SkeletonState& skeleton);
 
 /// World transform of entry `index` of the bind pose.

@@ -36,8 +36,8 @@ class InfluenceTable {
   std::vector<BoneWeight> weights_;
 };
 
-/// Gathers the weights of every skin cluster of `mesh` and marks the bones that carry weight. A cluster whose link
-/// names no bone adds nothing and is reported; one without a link adds nothing silently.
+/// Gathers the weights of every skin cluster of `mesh` and marks the bones that carry weight. A cluster whose
+/// link names no bone adds nothing and is reported; one without a link adds nothing silently.
 InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, ConversionJob& job);
 
 }  // namespace ts3d

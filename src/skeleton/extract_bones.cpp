@@ -82,14 +82,15 @@ class BoneExtractor {
     if (skeleton_.bindPose) {
       index = BindPoseIndex(&node, scene_, skeleton_);
       if (index < 0) StatusLog(job_, ComposeMessage("No Bind Pose Data for: ", node.GetName()));
-    } else if (isActorRoot) {
-      m = Turn(m);
     }
+    if (isActorRoot) skeleton_.actorTurn = TurnAround(index >= 0 ? BindMatrix(index, skeleton_) : m);
+    // A root that only the bind pose lacks stays as it lies; its meshes are turned all the same.
+    if (isActorRoot && !skeleton_.bindPose) m = skeleton_.actorTurn * m;
     if (index >= 0) {
       if (skeleton_.bindPose->IsLocalMatrix(index)) WarnOfLocalMatrix(bone);
       m = BindMatrix(index, skeleton_);
       const int parentIndex = BindPoseIndex(node.GetParent(), scene_, skeleton_);
-      if (isActorRoot) m = Turn(m);
+      if (isActorRoot) m = skeleton_.actorTurn * m;
       scale = m.GetS();
       CheckScale(bone, scale);
       if (parentIndex >= 0 && bone.id > 0) m = BindMatrix(parentIndex, skeleton_).Inverse() * m;
@@ -101,18 +102,14 @@ class BoneExtractor {
     return m;
   }
 
-  KFbxXMatrix Turn(const KFbxXMatrix& m) {
-    skeleton_.actorTurn = TurnAround(m);
-    return skeleton_.actorTurn * m;
-  }
-
   static void SetTransforms(BoneNode& bone, const KFbxXMatrix& m) {
     bone.translation = m.GetT();
     bone.rotationEuler = m.GetR();
     bone.rotation = EulerToQuaternion(bone.rotationEuler);
     KFbxXMatrix space = m.Inverse();
     if (bone.id > 0) {
-      space = space * KFbxXMatrix(bone.parent->boneSpaceTranslation, bone.parent->boneSpaceRotationEuler, {1, 1, 1});
+      space = space *
+              KFbxXMatrix(bone.parent->boneSpaceTranslation, bone.parent->boneSpaceRotationEuler, {1, 1, 1});
     }
     bone.boneSpaceTranslation = space.GetT();
     bone.boneSpaceRotationEuler = space.GetR();
@@ -138,7 +135,8 @@ class BoneExtractor {
       ReportTagged(job_, bone.name, "100");
       StatusLog(job_, ComposeMessage(">>> The Bone '", bone.name, "'"));
       StatusLog(job_, ">>> is 'mirrored' or 'reflected'");
-    } else if (std::abs(s[0] - s[1]) > kLargestScaleDifference || std::abs(s[0] - s[2]) > kLargestScaleDifference ||
+    } else if (std::abs(s[0] - s[1]) > kLargestScaleDifference ||
+               std::abs(s[0] - s[2]) > kLargestScaleDifference ||
                std::abs(s[1] - s[2]) > kLargestScaleDifference) {
       ReportTagged(job_, bone.name, "101");
       StatusLog(job_, ComposeMessage(">>> The Bone '", bone.name, "'"));

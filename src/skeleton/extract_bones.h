@@ -7,12 +7,12 @@
 
 namespace ts3d {
 
-/// Quaternion of Euler angles x, y, z in degrees, as the skeleton file keeps every rotation: the scalar part is
-/// negated, because the runtime turns by the inverse of what it reads.
+/// Quaternion of Euler angles x, y, z in degrees, as the skeleton file keeps every rotation: the scalar part
+/// is negated, because the runtime turns by the inverse of what it reads.
 scene::KFbxQuaternion EulerToQuaternion(const scene::KFbxVector4& degrees);
 
-/// Adds a bone to the job's skeleton for every skeleton node at or below `node`, depth first, and reports what will
-/// not import well. Nodes without an attribute hide everything below them.
+/// Adds a bone to the job's skeleton for every skeleton node at or below `node`, depth first, and reports
+/// what will not import well. Nodes without an attribute hide everything below them.
 /// @param node  a child of the scene's root
 void ExtractBones(const scene::KFbxNode& node, ConversionJob& job);
 

@@ -13,19 +13,19 @@ class KFbxPose;
 
 namespace ts3d {
 
-/// What the skeleton of one conversion is and was made from. The bone tree outlives the scene: the final settings
-/// read it. The pointers into the scene are valid as long as the scene is.
+/// What the skeleton of one conversion is and was made from. The bone tree outlives the scene: the final
+/// settings read it. The pointers into the scene are valid as long as the scene is.
 struct SkeletonState {
   BoneTree bones;
   const scene::KFbxPose* bindPose = nullptr;
   bool hasExtractedBones = false;  ///< false too when the tree only holds the stand-in bone
   bool bindPoseAmbiguous = false;  ///< another bind pose has as many nodes
   const scene::KFbxNode* firstBoneNode = nullptr;
-  scene::KFbxXMatrix rootTransform;             ///< world transform of bone 0's node
-  scene::KFbxVector4 rootScale{1, 1, 1};        ///< scale of bone 0; multiplies every stored translation
-  scene::KFbxXMatrix actorTurn;                 ///< model space of the bind pose -> model space of the files
+  scene::KFbxXMatrix rootTransform;       ///< world transform of bone 0's node
+  scene::KFbxVector4 rootScale{1, 1, 1};  ///< scale of bone 0; multiplies every stored translation
+  scene::KFbxXMatrix actorTurn;           ///< model space of the bind pose -> model space of the files
   int32_t shallowestMeshLevel = 65565;
-  const scene::KFbxNode* modelNode = nullptr;   ///< parent of the shallowest mesh node
+  const scene::KFbxNode* modelNode = nullptr;  ///< parent of the shallowest mesh node
 };
 
 }  // namespace ts3d

@@ -7,8 +7,8 @@
 
 namespace scene {
 
-/// Fills the empty `scene` with what the records describe. Damaged objects, connections and elements lose only
-/// themselves; nothing of the scene is converted or repaired.
+/// Fills the empty `scene` with what the records describe. Damaged objects, connections and elements lose
+/// only themselves; nothing of the scene is converted or repaired.
 void BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene);
 
 }  // namespace scene

@@ -3,8 +3,8 @@
 
 namespace scene {
 
-/// Every node has one parent, the one of its last connection, and children stand in the order of their connections.
-/// What no chain of connections ties to the root stays out of the tree, and with it every cycle.
+/// Every node has one parent, the one of its last connection, and children stand in the order of their
+/// connections. What no chain of connections ties to the root stays out of the tree, and with it every cycle.
 void SceneBuilder::ConnectNodes() {
   constexpr uint32_t kNone = 0xffffffff;
   const std::span<const FbxConnection> connections = table_.Connections();
@@ -12,7 +12,8 @@ void SceneBuilder::ConnectNodes() {
   std::vector<std::vector<uint32_t>> childrenOf(made_.size());
   std::vector<uint32_t> rootChildren;
   const auto joinsNodes = [&](const FbxConnection& c) {
-    return c.property.empty() && Made<KFbxNode>(c.source) && NodeOf(c.destination) && c.source != c.destination;
+    return c.property.empty() && Made<KFbxNode>(c.source) && NodeOf(c.destination) &&
+           c.source != c.destination;
   };
   for (uint32_t i = 0; i < connections.size(); ++i) {
     if (joinsNodes(connections[i])) parentConnection[connections[i].source] = i;

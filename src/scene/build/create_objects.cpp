@@ -8,20 +8,13 @@ using EAttributeType = KFbxNodeAttribute::EAttributeType;
 
 EAttributeType AttributeTypeOf(std::string_view subType) {
   static constexpr std::pair<std::string_view, EAttributeType> kTypes[] = {
-      {"Null", EAttributeType::eNULL},
-      {"Marker", EAttributeType::eMARKER},
-      {"FKEffector", EAttributeType::eMARKER},
-      {"IKEffector", EAttributeType::eMARKER},
-      {"LimbNode", EAttributeType::eSKELETON},
-      {"Limb", EAttributeType::eSKELETON},
-      {"Root", EAttributeType::eSKELETON},
-      {"Mesh", EAttributeType::eMESH},
-      {"NurbsSurface", EAttributeType::eNURB},
-      {"Nurb", EAttributeType::eNURB},
-      {"Patch", EAttributeType::ePATCH},
-      {"Camera", EAttributeType::eCAMERA},
-      {"Light", EAttributeType::eLIGHT},
-      {"Line", EAttributeType::eLINE},
+      {"Null", EAttributeType::eNULL},         {"Marker", EAttributeType::eMARKER},
+      {"FKEffector", EAttributeType::eMARKER}, {"IKEffector", EAttributeType::eMARKER},
+      {"LimbNode", EAttributeType::eSKELETON}, {"Limb", EAttributeType::eSKELETON},
+      {"Root", EAttributeType::eSKELETON},     {"Mesh", EAttributeType::eMESH},
+      {"NurbsSurface", EAttributeType::eNURB}, {"Nurb", EAttributeType::eNURB},
+      {"Patch", EAttributeType::ePATCH},       {"Camera", EAttributeType::eCAMERA},
+      {"Light", EAttributeType::eLIGHT},       {"Line", EAttributeType::eLINE},
       {"LodGroup", EAttributeType::eLOD_GROUP}};
   for (const auto& [name, type] : kTypes) {
     if (name == subType) return type;
@@ -51,7 +44,8 @@ TransformProperties ReadTransform(const Properties& properties) {
   transform.rotationActive = properties.Integer("RotationActive", 0) != 0;
   transform.rotationSpaceForLimitOnly = properties.Integer("RotationSpaceForLimitOnly", 0) != 0;
   const int inherit = properties.Integer("InheritType", 0);
-  transform.inheritType = inherit >= 0 && inherit <= 2 ? static_cast<InheritType>(inherit) : InheritType::RSrs;
+  transform.inheritType =
+      inherit >= 0 && inherit <= 2 ? static_cast<InheritType>(inherit) : InheritType::RSrs;
   return transform;
 }
 

@@ -6,8 +6,8 @@
 namespace scene {
 namespace {
 
-/// Weights of a channel's targets at `percent`. `full` holds the percentage at which each target is fully on, in
-/// ascending order; between two of them both count in part.
+/// Weights of a channel's targets at `percent`. `full` holds the percentage at which each target is fully on,
+/// in ascending order; between two of them both count in part.
 std::vector<double> TargetFactors(double percent, std::span<const double> full) {
   std::vector<double> factors(full.size());
   size_t upper = 0;
@@ -40,7 +40,8 @@ void SceneBuilder::CreateShapes() {
   };
   for (const auto& [source, destination, property] : table_.Connections()) {
     if (!property.empty()) continue;
-    if (isA(source, ObjectKind::Geometry, "Shape") && isA(destination, ObjectKind::Deformer, "BlendShapeChannel")) {
+    if (isA(source, ObjectKind::Geometry, "Shape") &&
+        isA(destination, ObjectKind::Deformer, "BlendShapeChannel")) {
       targetsOfChannel[destination].push_back(source);
     } else if (isA(source, ObjectKind::Deformer, "BlendShapeChannel") &&
                isA(destination, ObjectKind::Deformer, "BlendShape")) {

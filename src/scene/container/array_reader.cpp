@@ -89,7 +89,8 @@ void ReadScalarRun(const Value& run, bool bigEndian, FbxArray<T>& out) {
   for (uint32_t i = 0; i < run.count; ++i) {
     Value value;
     p += 1 + ReadScalar(*p, p + 1, static_cast<size_t>(end - p) - 1, bigEndian, value);
-    to[i] = value.kind == Value::Kind::Integer ? ConvertNumber<T>(value.integer) : ConvertNumber<T>(value.real);
+    to[i] =
+        value.kind == Value::Kind::Integer ? ConvertNumber<T>(value.integer) : ConvertNumber<T>(value.real);
   }
 }
 

@@ -41,9 +41,9 @@ class FbxArray {
   size_t size_ = 0;
 };
 
-/// Decodes the numbers of a record, however the file holds them: as a typed array, packed or not, as a sequence of
-/// single values or as a text list. Numbers that are not finite become 0. False, with `out` empty, when the data is
-/// damaged; a record without numbers gives none.
+/// Decodes the numbers of a record, however the file holds them: as a typed array, packed or not, as a
+/// sequence of single values or as a text list. Numbers that are not finite become 0. False, with `out`
+/// empty, when the data is damaged; a record without numbers gives none.
 [[nodiscard]] bool ReadArray(RecordRef record, FbxArray<double>& out);
 [[nodiscard]] bool ReadArray(RecordRef record, FbxArray<int32_t>& out);
 

@@ -110,7 +110,8 @@ class AsciiReader {
   bool ReadRecord() {
     std::string_view name;
     if (!ReadName(name)) return false;
-    if (open_.size() >= kMaxRecordDepth) return Fail("record \"" + std::string(name) + "\": nested too deeply");
+    if (open_.size() >= kMaxRecordDepth)
+      return Fail("record \"" + std::string(name) + "\": nested too deeply");
     constexpr size_t kMost = std::numeric_limits<uint32_t>::max() - 1;
     if (tree_.records.size() >= kMost || tree_.values.size() >= kMost) return Fail("too many records");
     Record record;
@@ -129,8 +130,8 @@ class AsciiReader {
     return true;
   }
 
-  /// Values up to the first that no comma leads on from. Lists go on over line ends; a comma may also stand before
-  /// the first value or behind the last.
+  /// Values up to the first that no comma leads on from. Lists go on over line ends; a comma may also stand
+  /// before the first value or behind the last.
   bool ReadValues() {
     SkipSpace();
     if (p_ != end_ && *p_ == ',') ++p_;

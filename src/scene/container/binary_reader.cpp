@@ -59,7 +59,8 @@ class BinaryReader {
 
   /// A file may end without its null record and footer, but not before what makes it a scene.
   ParseError CheckCutFile() {
-    return tree_.Find("Objects") && tree_.Find("Connections") ? ParseError{} : Error("the file ends too early");
+    return tree_.Find("Objects") && tree_.Find("Connections") ? ParseError{}
+                                                              : Error("the file ends too early");
   }
 
   uint64_t Word() { return wide_ ? in_.Number<uint64_t>() : in_.Number<uint32_t>(); }
@@ -97,7 +98,8 @@ class BinaryReader {
     const uint64_t valuesEnd = in_.Offset() + header.valueBytes;
     // Leaf records of some writers leave the end at 0.
     const uint64_t end = header.end == 0 ? valuesEnd : header.end;
-    if (end < valuesEnd || end > limit || end <= start) return Fail(Quoted(header) + ": its end lies outside");
+    if (end < valuesEnd || end > limit || end <= start)
+      return Fail(Quoted(header) + ": its end lies outside");
     if (open_.size() >= kMaxRecordDepth) return Fail(Quoted(header) + ": nested too deeply");
     if (tree_.records.size() >= std::numeric_limits<uint32_t>::max() - 1) return Fail("too many records");
 
@@ -133,7 +135,8 @@ class BinaryReader {
     for (uint64_t i = 0; i < header.valueCount; ++i) {
       Value ignored;
       if (p == end) return false;
-      const size_t used = scene::ReadScalar(*p, p + 1, static_cast<size_t>(end - p) - 1, tree_.bigEndian, ignored);
+      const size_t used =
+          scene::ReadScalar(*p, p + 1, static_cast<size_t>(end - p) - 1, tree_.bigEndian, ignored);
       if (used == 0) return false;
       p += used + 1;
     }
@@ -181,7 +184,8 @@ class BinaryReader {
     const uint64_t unpacked = count * ArrayElementSize(code);
     if (left < 12 || size > left - 12) return Fail(Quoted(header) + ": an array reaches too far");
     if (encoding > 1) return Fail(Quoted(header) + ": an array of unknown encoding");
-    if (encoding == 0 && unpacked != size) return Fail(Quoted(header) + ": an array's size does not fit its count");
+    if (encoding == 0 && unpacked != size)
+      return Fail(Quoted(header) + ": an array's size does not fit its count");
     if (unpacked > kLargestArray || (encoding == 1 && unpacked > LargestInflatedSize(size))) {
       return Fail(Quoted(header) + ": an array claims more elements than it can hold");
     }

@@ -21,8 +21,8 @@ T LoadNumber(const char* bytes, bool bigEndian) {
   return value;
 }
 
-/// Checked reader over bytes that it does not own. A failed read returns zero and moves nothing, so a parser reads
-/// a whole record and tests Failed() once.
+/// Checked reader over bytes that it does not own. A failed read returns zero and moves nothing, so a parser
+/// reads a whole record and tests Failed() once.
 class ByteCursor {
  public:
   ByteCursor(std::string_view bytes, bool bigEndian) : bytes_(bytes), bigEndian_(bigEndian) {}

@@ -81,7 +81,8 @@ ContainerKind DetectContainer(std::string_view bytes) {
 int DetectVersion(std::string_view bytes, ContainerKind kind) {
   if (kind == ContainerKind::Binary) {
     if (bytes.size() < kVersionOffset + 4) return 0;
-    const uint32_t version = LoadNumber<uint32_t>(bytes.data() + kVersionOffset, bytes[kVersionOffset - 1] != 0);
+    const uint32_t version =
+        LoadNumber<uint32_t>(bytes.data() + kVersionOffset, bytes[kVersionOffset - 1] != 0);
     return version > 1000000 ? 0 : static_cast<int>(version);
   }
   if (kind == ContainerKind::None) return 0;

@@ -19,8 +19,8 @@ bool Inflate(std::string_view packed, void* out, size_t size) {
   };
   const std::unique_ptr<libdeflate_decompressor, Free> decompressor(libdeflate_alloc_decompressor());
   // Without a place for the size, anything but exactly `size` bytes is an error.
-  return decompressor && libdeflate_zlib_decompress(decompressor.get(), packed.data(), packed.size(), out, size,
-                                                    nullptr) == LIBDEFLATE_SUCCESS;
+  return decompressor && libdeflate_zlib_decompress(decompressor.get(), packed.data(), packed.size(), out,
+                                                    size, nullptr) == LIBDEFLATE_SUCCESS;
 }
 
 #else

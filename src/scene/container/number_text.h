@@ -9,8 +9,8 @@ namespace scene {
 /// `value` as an integer: truncated, clamped to the range of the type, 0 for not-a-number.
 int64_t ToInteger(double value);
 
-/// Reads one number from the text between `begin` and `end`, in any locale. Returns where the number's token ends;
-/// what is no finite number (1.#IND, nan, inf, too large) reads as 0.
+/// Reads one number from the text between `begin` and `end`, in any locale. Returns where the number's token
+/// ends; what is no finite number (1.#IND, nan, inf, too large) reads as 0.
 const char* ParseNumber(const char* begin, const char* end, double& value);
 
 /// The same for numbers that are meant as integers; a fraction is cut off.

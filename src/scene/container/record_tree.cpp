@@ -50,8 +50,9 @@ int64_t RecordRef::Integer(size_t i, int64_t otherwise) const {
 
 std::string_view RecordRef::Text(size_t i) const {
   const Value* value = ValueAt(i);
-  return value && (value->kind == Value::Kind::Text || value->kind == Value::Kind::Bytes) ? value->Span()
-                                                                                           : std::string_view();
+  return value && (value->kind == Value::Kind::Text || value->kind == Value::Kind::Bytes)
+             ? value->Span()
+             : std::string_view();
 }
 
 RecordRef RecordRef::Child(std::string_view name) const {

@@ -22,13 +22,13 @@ struct ParseError {
 /// One value of a record. Arrays and long lists stay as the bytes of the file until somebody reads them.
 struct Value {
   enum class Kind : uint8_t {
-    Integer,       ///< `integer`
-    Real,          ///< `real`
-    Text,          ///< `size` bytes at `data`; the word of an ASCII file too
-    Bytes,         ///< raw bytes of a binary file
-    Array,         ///< typed array of a binary file: `count` elements of type `element` in `size` bytes
-    ScalarRun,     ///< `count` numeric properties of a binary file, type bytes included
-    NumberText,    ///< comma list of an ASCII file; `count` is a guess
+    Integer,     ///< `integer`
+    Real,        ///< `real`
+    Text,        ///< `size` bytes at `data`; the word of an ASCII file too
+    Bytes,       ///< raw bytes of a binary file
+    Array,       ///< typed array of a binary file: `count` elements of type `element` in `size` bytes
+    ScalarRun,   ///< `count` numeric properties of a binary file, type bytes included
+    NumberText,  ///< comma list of an ASCII file; `count` is a guess
   };
 
   Kind kind = Kind::Integer;
@@ -62,7 +62,7 @@ class RecordTree {
   std::shared_ptr<const platform::MappedFile> file;
   bool ascii = false;
   bool bigEndian = false;
-  int version = 0;           ///< 7400 for 7.4
+  int version = 0;  ///< 7400 for 7.4
   std::vector<Record> records;
   std::vector<Value> values;
   std::deque<std::string> decodedTexts;  ///< texts that are not in the file as they stand
@@ -83,7 +83,8 @@ class RecordRef {
   /// Value `i`, or null.
   const Value* ValueAt(size_t i) const;
 
-  /// Value `i` as a number; `otherwise` when there is none or it is no number. Never infinite or not-a-number.
+  /// Value `i` as a number; `otherwise` when there is none or it is no number. Never infinite or
+  /// not-a-number.
   double Number(size_t i, double otherwise) const;
   int64_t Integer(size_t i, int64_t otherwise) const;
   /// Value `i` as text; empty when there is none or it is no text.

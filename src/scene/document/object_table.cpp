@@ -9,11 +9,15 @@ namespace {
 
 std::optional<ObjectKind> KindOf(std::string_view recordName) {
   static constexpr std::pair<std::string_view, ObjectKind> kKinds[] = {
-      {"Model", ObjectKind::Model},       {"NodeAttribute", ObjectKind::NodeAttribute},
-      {"Geometry", ObjectKind::Geometry}, {"Deformer", ObjectKind::Deformer},
-      {"Material", ObjectKind::Material}, {"Texture", ObjectKind::Texture},
+      {"Model", ObjectKind::Model},
+      {"NodeAttribute", ObjectKind::NodeAttribute},
+      {"Geometry", ObjectKind::Geometry},
+      {"Deformer", ObjectKind::Deformer},
+      {"Material", ObjectKind::Material},
+      {"Texture", ObjectKind::Texture},
       {"LayeredTexture", ObjectKind::LayeredTexture},
-      {"Video", ObjectKind::Video},       {"Pose", ObjectKind::Pose}};
+      {"Video", ObjectKind::Video},
+      {"Pose", ObjectKind::Pose}};
   for (const auto& [name, kind] : kKinds) {
     if (name == recordName) return kind;
   }
@@ -50,7 +54,8 @@ void ObjectTable::ReadObjects(const RecordTree& tree) {
   for (const RecordRef record : tree.Find("Objects")) {
     const std::optional<ObjectKind> kind = KindOf(record.Name());
     const Value* id = record.ValueAt(0);
-    if (!kind || record.ValueCount() < 3 || !id || id->kind != Value::Kind::Integer || id->integer == 0) continue;
+    if (!kind || record.ValueCount() < 3 || !id || id->kind != Value::Kind::Integer || id->integer == 0)
+      continue;
     FbxObject object;
     object.kind = *kind;
     object.id = id->integer;

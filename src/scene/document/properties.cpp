@@ -37,7 +37,9 @@ KFbxVector4 Properties::Vector(std::string_view name, const KFbxVector4& otherwi
   return vector;
 }
 
-std::string_view Properties::Text(std::string_view name) const { return Find(name).Text(kFirstPropertyValue); }
+std::string_view Properties::Text(std::string_view name) const {
+  return Find(name).Text(kFirstPropertyValue);
+}
 
 std::unordered_map<std::string_view, PropertyTemplate> ReadTemplates(const RecordTree& tree) {
   std::unordered_map<std::string_view, PropertyTemplate> templates;

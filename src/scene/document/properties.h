@@ -12,8 +12,8 @@ namespace scene {
 /// The property template of one object class, indexed by name.
 using PropertyTemplate = std::unordered_map<std::string_view, RecordRef>;
 
-/// The properties of one object: its own, then those of its class's template. Looked up by name only; of equal
-/// names the last one counts.
+/// The properties of one object: its own, then those of its class's template. Looked up by name only; of
+/// equal names the last one counts.
 class Properties {
  public:
   Properties() = default;

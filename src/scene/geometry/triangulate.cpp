@@ -51,7 +51,7 @@ class PolygonCutter {
     for (uint32_t i = 2; i < n; ++i) add(0, i - 1, i);
   }
 
-  /// Lays the polygon into the plane that shows most of it, turning left; false when it has no area.
+  /// Lays the polygon into its own plane, turning left; false when it has no area.
   bool Project(std::span<const int32_t> corners) {
     KFbxVector4 normal;
     const KFbxVector4 origin = PointOf(corners[0]);
@@ -60,17 +60,17 @@ class PolygonCutter {
       const KFbxVector4 b = PointOf(corners[(i + 1) % corners.size()]) - origin;
       normal = normal + a.CrossProduct(b);
     }
-    size_t axis = 0;
-    for (size_t i = 1; i < 3; ++i) {
-      if (std::abs(normal[i]) > std::abs(normal[axis])) axis = i;
-    }
-    if (!(std::abs(normal[axis]) > 0.0)) return false;
-    size_t u = (axis + 1) % 3, v = (axis + 2) % 3;
-    if (normal[axis] < 0.0) std::swap(u, v);
+    const double length = normal.Length();
+    if (!(length > 0.0) || !std::isfinite(length)) return false;
+    normal = normal * (1.0 / length);
+    const bool nearX = std::abs(normal[0]) > 0.7;
+    KFbxVector4 u = normal.CrossProduct(nearX ? KFbxVector4(0, 1, 0) : KFbxVector4(1, 0, 0));
+    u = u * (1.0 / u.Length());
+    const KFbxVector4 v = normal.CrossProduct(u);
     flat_.clear();
     for (const int32_t corner : corners) {
-      const KFbxVector4 p = PointOf(corner);
-      flat_.push_back({p[u], p[v]});
+      const KFbxVector4 p = PointOf(corner) - origin;
+      flat_.push_back({p.DotProduct(u), p.DotProduct(v)});
     }
     return true;
   }
@@ -102,8 +102,8 @@ class PolygonCutter {
     return turn < 7.0;
   }
 
-  /// Cuts off corners whose triangle holds no other corner, as long as there is one. When there is none, because the
-  /// outline crosses or touches itself, the corner that bends least the wrong way goes.
+  /// Cuts off corners whose triangle holds no other corner, as long as there is one. When there is none,
+  /// because the outline crosses or touches itself, the corner that bends least the wrong way goes.
   template <typename Add>
   void ClipEars(uint32_t n, const Add& add) {
     Link(n);

@@ -38,7 +38,8 @@ std::vector<float> ComputeVertexNormals(std::span<const double> points, std::spa
     const double angles[3] = {angleA, angleB, std::numbers::pi - angleA - angleB};
     for (size_t k = 0; k < 3; ++k) {
       float* sum = &normals[3 * static_cast<size_t>(triangles[t + k])];
-      for (size_t axis = 0; axis < 3; ++axis) sum[axis] += static_cast<float>(normal[axis] / area * angles[k]);
+      for (size_t axis = 0; axis < 3; ++axis)
+        sum[axis] += static_cast<float>(normal[axis] / area * angles[k]);
     }
   }
   const double sign = clockwise ? -1.0 : 1.0;

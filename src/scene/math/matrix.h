@@ -7,8 +7,8 @@
 
 namespace scene {
 
-/// An affine transform. Stored as in FBX files: sixteen numbers, 0-2 the image of the x axis, 4-6 of y, 8-10 of z,
-/// 12-14 the translation. Products are those of column vectors: (A * B) applies B first.
+/// An affine transform. Stored as in FBX files: sixteen numbers, 0-2 the image of the x axis, 4-6 of y, 8-10
+/// of z, 12-14 the translation. Products are those of column vectors: (A * B) applies B first.
 class KFbxXMatrix {
  public:
   /// The identity.

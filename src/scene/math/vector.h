@@ -29,7 +29,9 @@ class KFbxVector4 {
   }
 
   /// Of the first three components.
-  constexpr double DotProduct(const KFbxVector4& o) const { return v_[0] * o[0] + v_[1] * o[1] + v_[2] * o[2]; }
+  constexpr double DotProduct(const KFbxVector4& o) const {
+    return v_[0] * o[0] + v_[1] * o[1] + v_[2] * o[2];
+  }
   constexpr KFbxVector4 CrossProduct(const KFbxVector4& o) const {
     return {v_[1] * o[2] - v_[2] * o[1], v_[2] * o[0] - v_[0] * o[2], v_[0] * o[1] - v_[1] * o[0]};
   }

@@ -78,7 +78,8 @@ int32_t KFbxLayerElementUV::GetTextureUVIndex(size_t polygonVertex, int32_t cont
   return index >= 0 && static_cast<size_t>(index) < count ? index : -1;
 }
 
-KFbxLayerElementMaterial::KFbxLayerElementMaterial(RecordRef element) : modes_(ReadLayerElementModes(element)) {
+KFbxLayerElementMaterial::KFbxLayerElementMaterial(RecordRef element)
+    : modes_(ReadLayerElementModes(element)) {
   if (!ReadArray(element.Child("Materials"), indices_)) indices_.Release();
 }
 

@@ -54,8 +54,8 @@ class KFbxLayerElementMaterial {
 
   EMappingMode GetMappingMode() const { return modes_.mapping; }
   EReferenceMode GetReferenceMode() const { return modes_.reference; }
-  /// Material index of polygon `polygon` of the file, whose first corner is number `firstCorner` of the polygon
-  /// table; -1 when it has none.
+  /// Material index of polygon `polygon` of the file, whose first corner is number `firstCorner` of the
+  /// polygon table; -1 when it has none.
   int32_t GetMaterialIndex(size_t polygon, size_t firstCorner) const;
 
  private:

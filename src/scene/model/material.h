@@ -16,7 +16,9 @@ struct KFbxProperty {
 
   int GetSrcTextureCount() const { return static_cast<int>(textures.size()); }
   /// Texture `i` when it is a file texture, else null.
-  KFbxTexture* GetSrcTexture(int i) const { return dynamic_cast<KFbxTexture*>(textures[static_cast<size_t>(i)]); }
+  KFbxTexture* GetSrcTexture(int i) const {
+    return dynamic_cast<KFbxTexture*>(textures[static_cast<size_t>(i)]);
+  }
 };
 
 /// A material of any shading model.
@@ -42,7 +44,8 @@ class KFbxSurfaceMaterial : public KFbxObject {
   std::vector<KFbxProperty> properties_;  ///< those with textures
 };
 
-/// The colours and factors as the file or its template gives them: colours 0..1, not multiplied by their factors.
+/// The colours and factors as the file or its template gives them: colours 0..1, not multiplied by their
+/// factors.
 class KFbxSurfaceLambert : public KFbxSurfaceMaterial {
  public:
   using KFbxSurfaceMaterial::KFbxSurfaceMaterial;

@@ -39,7 +39,9 @@ int64_t TypedIndexInFirstLayer(RecordRef geometry, std::string_view type) {
 }  // namespace
 
 KFbxMesh::KFbxMesh(std::string_view name, RecordRef geometry)
-    : KFbxNodeAttribute(name, EAttributeType::eMESH), geometry_(geometry), layerCount_(CountLayers(geometry)) {}
+    : KFbxNodeAttribute(name, EAttributeType::eMESH),
+      geometry_(geometry),
+      layerCount_(CountLayers(geometry)) {}
 
 std::span<const double> KFbxMesh::GetControlPoints() {
   if (!pointsRead_) {

@@ -18,8 +18,8 @@ struct KFbxPolygon {
   uint32_t number = 0;  ///< among all polygons of the file, the dropped ones included
 };
 
-/// A polygon mesh. Its arrays are decoded when they are first read and can be given up with ReleaseArrays; they
-/// come back when they are read again.
+/// A polygon mesh. Its arrays are decoded when they are first read and can be given up with ReleaseArrays;
+/// they come back when they are read again.
 class KFbxMesh : public KFbxNodeAttribute {
  public:
   KFbxMesh(std::string_view name, RecordRef geometry);

@@ -13,8 +13,8 @@ KFbxXMatrix KFbxNode::GetLocalFromDefaultTake() const {
 
 void KFbxNode::SetTransformProperties(const TransformProperties& properties) {
   properties_ = properties;
-  geometric_ = KFbxXMatrix(properties.geometricTranslation, properties.geometricRotation,
-                           properties.geometricScaling);
+  geometric_ =
+      KFbxXMatrix(properties.geometricTranslation, properties.geometricRotation, properties.geometricScaling);
 }
 
 }  // namespace scene

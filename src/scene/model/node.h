@@ -34,8 +34,8 @@ class KFbxNode : public KFbxObject {
 
   /// World transform at the default take, without the geometric transform.
   const KFbxXMatrix& GetGlobalFromDefaultTake() const { return global_; }
-  /// Parent-relative transform with pivots, pre- and post-rotation and inherit type applied, to be taken apart with
-  /// GetT, GetR and GetS.
+  /// Parent-relative transform with pivots, pre- and post-rotation and inherit type applied, to be taken
+  /// apart with GetT, GetR and GetS.
   KFbxXMatrix GetLocalFromDefaultTake() const;
   /// Applies to the points of the node's attribute only.
   const KFbxXMatrix& GetGeometricTransform() const { return geometric_; }

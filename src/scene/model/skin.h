@@ -32,8 +32,8 @@ class KFbxCluster : public KFbxObject {
   std::span<const double> GetControlPointWeights();
   void ReleaseArrays();
 
-  /// World transform of the mesh node at bind time; none when the file has none. Files store it relative to the
-  /// link, which this undoes.
+  /// World transform of the mesh node at bind time; none when the file has none. Files store it relative to
+  /// the link, which this undoes.
   std::optional<KFbxXMatrix> GetTransformMatrix() const;
   /// World transform of the link at bind time.
   std::optional<KFbxXMatrix> GetTransformLinkMatrix() const { return transformLink_; }

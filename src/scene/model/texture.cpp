@@ -22,11 +22,13 @@ std::string_view RelativeFileNameOf(RecordRef record) {
 
 /// Decodes a whole base64 text; empty when it is none.
 KString DecodeBase64(std::string_view text) {
-  static constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  static constexpr std::string_view kAlphabet =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   while (!text.empty() && text.back() == '=') text.remove_suffix(1);
   std::array<int, 256> digits;
   digits.fill(-1);
-  for (size_t i = 0; i < kAlphabet.size(); ++i) digits[static_cast<unsigned char>(kAlphabet[i])] = static_cast<int>(i);
+  for (size_t i = 0; i < kAlphabet.size(); ++i)
+    digits[static_cast<unsigned char>(kAlphabet[i])] = static_cast<int>(i);
   KString bytes;
   bytes.reserve(text.size() / 4 * 3 + 3);
   uint32_t bits = 0;

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+namespace cli {
+
+/// Exit status for a wrong command line; all others are the converter's result codes.
+inline constexpr int kUsageError = 64;
+
+/// What the exit status `code` means to the person at the keyboard.
+const char* DescribeExitCode(int code);
+
+/// The table of all exit codes, for the help text.
+std::string ExitCodeTable();
+
+}  // namespace cli
