@@ -68,8 +68,14 @@ int ConvertIn(const fs::path& model, const fs::path& original, ts3d::ConversionJ
   return static_cast<int>(ts3d::RunConversion(job, {ConverterPath(model), ConverterPath(original)}));
 }
 
-fs::path WithExtension(fs::path path, const char* extension) {
+fs::path WithExtension(const fs::path& path, const char* extension) {
   return ts3d::ReplaceExtension(path.string(), extension);
+}
+
+/// A package without meshes, or one that was not completed, is of no use to anybody.
+void RemoveOutputs(const fs::path& model) {
+  std::error_code ignored;
+  for (const char* extension : {"czp", "xfg"}) fs::remove(WithExtension(model, extension), ignored);
 }
 
 void ReportSuccess(const fs::path& package, const ts3d::ConversionJob& job) {
@@ -94,6 +100,7 @@ int ConvertModel(const std::string& name, const ConvertOptions& options) {
   int code = 0;
   if (options.outputFolder.empty() || !fs::exists(model)) {
     code = ConvertIn(model, model, job);
+    if (code == FBX_TO_TS3D_PACKAGE_FAILED || code == FBX_TO_TS3D_NO_MESH) RemoveOutputs(model);
   } else {
     const WorkFolder work(model);
     code = ConvertIn(work.Model(), model, job);

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <exception>
 
 #include "convert_command.h"
 #include "exit_codes.h"
+#include "fbx_to_ts3d.h"
 
 namespace {
 
@@ -63,9 +65,7 @@ void AddConvertOptions(CLI::App& convert, cli::ConvertOptions& options) {
       ->excludes(verbose);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
   CLI::App app("Converts rigged, skinned FBX characters into actor packages (.czp) for Tessaly 3D Studio.",
                "fbx2czp");
   app.set_version_flag("--version", std::string("fbx2czp ") + FBX_TO_TS3D_VERSION);
@@ -82,4 +82,15 @@ int main(int argc, char** argv) {
     return cli::kUsageError;
   }
   return cli::RunConvert(convertOptions);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "fbx2czp: error: %s\n", error.what());
+    return FBX_TO_TS3D_LOAD_FAILED;
+  }
 }

@@ -11,12 +11,12 @@ std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job,
   const std::string& source =
       texture.GetFileName().empty() ? texture.GetRelativeFileName() : texture.GetFileName();
   const size_t separator = source.find_last_of("\\/");
-  const std::string baseName = source.substr(separator == std::string::npos ? 0 : separator + 1);
+  std::string baseName = source.substr(separator == std::string::npos ? 0 : separator + 1);
   if (baseName.find(".tga") != std::string::npos) {
     if (WorkFileExists(job, baseName)) AddFileToPackage(job, packagedNames, baseName, AfterAdding::KeepFile);
     return baseName;
   }
-  const std::string tgaName = baseName.substr(0, baseName.find('.')) + ".tga";
+  std::string tgaName = baseName.substr(0, baseName.find('.')) + ".tga";
   uint8_t converted = WorkFileExists(job, tgaName) ? 1 : 0;
   if (job.textureCallback) job.textureCallback(job.callbackContext, source.c_str(), &converted);
   if (converted) {

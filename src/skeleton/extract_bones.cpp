@@ -67,39 +67,38 @@ class BoneExtractor {
     return &bone;
   }
 
-  /// The bone's transform relative to its parent, at bind time where the bind pose tells it.
+  /// The bone's transform relative to its parent, at bind time where the bind pose tells it. Bone 0 also
+  /// settles the root scale and the actor's turn.
   KFbxXMatrix BoneTransform(const KFbxNode& node, const BoneNode& bone) {
-    KFbxXMatrix m;
-    if (&node == skeleton_.firstBoneNode) {
-      m = node.GetGlobalFromDefaultTake();
-    } else {
-      const KFbxXMatrix local = node.GetLocalFromDefaultTake();
-      m = KFbxXMatrix(local.GetT(), local.GetR(), local.GetS());
-    }
-    const bool isActorRoot = bone.id == 0 && job_.actorType != ActorType::None;
-    KFbxVector4 scale;
-    int index = -1;
-    if (skeleton_.bindPose) {
-      index = BindPoseIndex(&node, scene_, skeleton_);
-      if (index < 0) StatusLog(job_, ComposeMessage("No Bind Pose Data for: ", node.GetName()));
-    }
-    if (isActorRoot) skeleton_.actorTurn = TurnAround(index >= 0 ? BindMatrix(index, skeleton_) : m);
-    // A root that only the bind pose lacks stays as it lies; its meshes are turned all the same.
-    if (isActorRoot && !skeleton_.bindPose) m = skeleton_.actorTurn * m;
-    if (index >= 0) {
-      if (skeleton_.bindPose->IsLocalMatrix(index)) WarnOfLocalMatrix(bone);
-      m = BindMatrix(index, skeleton_);
-      const int parentIndex = BindPoseIndex(node.GetParent(), scene_, skeleton_);
-      if (isActorRoot) m = skeleton_.actorTurn * m;
-      scale = m.GetS();
-      CheckScale(bone, scale);
-      if (parentIndex >= 0 && bone.id > 0) m = BindMatrix(parentIndex, skeleton_).Inverse() * m;
-    }
+    const int index = BindPoseIndex(&node, scene_, skeleton_);
+    const bool isBound = skeleton_.bindPose && index >= 0;
+    KFbxXMatrix m = isBound ? BindMatrix(index, skeleton_) : DefaultTransform(node);
+    if (skeleton_.bindPose && !isBound)
+      StatusLog(job_, ComposeMessage("No Bind Pose Data for: ", node.GetName()));
+    if (isBound && skeleton_.bindPose->IsLocalMatrix(index)) WarnOfLocalMatrix(bone);
+    // Looking up the parent may move on to another bind pose, so it comes after the node's own matrix.
+    const int parentIndex = isBound ? BindPoseIndex(node.GetParent(), scene_, skeleton_) : -1;
     if (bone.id == 0) {
       skeleton_.rootTransform = node.GetGlobalFromDefaultTake();
-      skeleton_.rootScale = index >= 0 ? scale : skeleton_.rootTransform.GetS();
+      skeleton_.rootScale = (isBound ? m : skeleton_.rootTransform).GetS();
+      m = StandUp(m, isBound);
     }
-    return m;
+    if (isBound) CheckScale(bone, m.GetS());
+    return parentIndex >= 0 && bone.id > 0 ? BindMatrix(parentIndex, skeleton_).Inverse() * m : m;
+  }
+
+  KFbxXMatrix DefaultTransform(const KFbxNode& node) const {
+    if (&node == skeleton_.firstBoneNode) return node.GetGlobalFromDefaultTake();
+    const KFbxXMatrix local = node.GetLocalFromDefaultTake();
+    return {local.GetT(), local.GetR(), local.GetS()};
+  }
+
+  /// Bone 0 of an actor is turned up. A root that only the bind pose lacks stays as it lies; its meshes are
+  /// turned all the same.
+  KFbxXMatrix StandUp(const KFbxXMatrix& m, bool isBound) {
+    if (job_.actorType == ActorType::None) return m;
+    skeleton_.actorTurn = TurnAround(m);
+    return isBound || !skeleton_.bindPose ? skeleton_.actorTurn * m : m;
   }
 
   static void SetTransforms(BoneNode& bone, const KFbxXMatrix& m) {
