@@ -8,7 +8,7 @@
 namespace scene {
 namespace {
 
-constexpr int kOldestVersion = 7000;
+constexpr int kOldestVersion = 2000;
 constexpr int kNewestVersion = 8999;
 
 KFbxFileVersion SplitVersion(int version) {
@@ -19,6 +19,14 @@ KString Describe(int version) {
   const KFbxFileVersion v = SplitVersion(version);
   return "FBX version " + std::to_string(v.major) + "." + std::to_string(v.minor) + "." +
          std::to_string(v.revision);
+}
+
+/// Binary files older than 6.0 all claim to be 3.0 (or 2.0) at their start.
+int TrueVersion(const RecordTree& tree) {
+  constexpr int kClaimedByOldFiles = 3000, kFirstHonestVersion = 6000;
+  if (tree.ascii || tree.version > kClaimedByOldFiles) return tree.version;
+  const int64_t version = tree.Find("FBXHeaderExtension").Child("FBXVersion").Integer(0, 0);
+  return version > tree.version && version < kFirstHonestVersion ? static_cast<int>(version) : tree.version;
 }
 
 class OpenFbxFile : public KFbxOpenFile {
@@ -50,7 +58,7 @@ KFbxImportStatus CheckVersion(int version) {
   }
   if (version < kOldestVersion) {
     return {EImportError::eVERSION_NOT_SUPPORTED,
-            Describe(version) + " is too old; save the model as FBX 7.1 or later"};
+            Describe(version) + " is too old; save the model as FBX 6.1 or later"};
   }
   return {};
 }
@@ -80,6 +88,8 @@ std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, KFbxFileVer
     status = {EImportError::eFILE_CORRUPTED, error.text};
     return nullptr;
   }
+  tree->version = TrueVersion(*tree);
+  version = SplitVersion(tree->version);
   return std::make_unique<OpenFbxFile>(std::move(tree), path);
 }
 

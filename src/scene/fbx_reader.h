@@ -8,7 +8,7 @@ namespace scene {
 /// The FBX version that the library calls its own.
 inline constexpr KFbxFileVersion kNativeVersion{7, 7, 0};
 
-/// Reads FBX 7.0 to 8.x, binary and ASCII.
+/// Reads FBX 2.0 to 8.x, binary and ASCII.
 class FbxReader : public KFbxReader {
  public:
   std::string_view GetExtension() const override { return "fbx"; }

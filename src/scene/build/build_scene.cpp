@@ -12,6 +12,7 @@ void SceneBuilder::Build() {
   CreateObjects();
   ConnectNodes();
   ConnectObjects();
+  ConnectOldTextures();
   CreateShapes();
   CreatePoses();
   scene_.EvaluateTransforms();

@@ -49,6 +49,40 @@ TransformProperties ReadTransform(const Properties& properties) {
   return transform;
 }
 
+/// "Default" of the channel X, Y or Z below the channel `name`.
+KFbxVector4 ReadChannels(RecordRef transform, std::string_view name, const KFbxVector4& otherwise) {
+  static constexpr std::string_view kAxes[] = {"X", "Y", "Z"};
+  KFbxVector4 vector = otherwise;
+  for (const RecordRef group : transform) {
+    if (group.Name() != "Channel" || group.Text(0) != name) continue;
+    for (const RecordRef axis : group) {
+      for (size_t i = 0; i < 3; ++i) {
+        if (axis.Text(0) == kAxes[i]) vector[i] = axis.Child("Default").Number(0, otherwise[i]);
+      }
+    }
+  }
+  return vector;
+}
+
+/// Version 5 and older: no properties, only the channels of an animation.
+TransformProperties ReadTransformChannels(RecordRef channels) {
+  TransformProperties transform;
+  transform.translation = ReadChannels(channels, "T", {});
+  transform.rotation = ReadChannels(channels, "R", {});
+  transform.scaling = ReadChannels(channels, "S", {1, 1, 1});
+  transform.inheritType = InheritType::RSrs;
+  return transform;
+}
+
+/// A colour as a property or, before version 6, as a record of its own under its old name.
+KFbxVector4 ReadColour(const FbxObject& material, const Properties& properties, std::string_view name,
+                       std::string_view oldName, const KFbxVector4& otherwise) {
+  KFbxVector4 colour = otherwise;
+  const RecordRef old = material.record.Child(oldName);
+  for (size_t i = 0; i < 3; ++i) colour[i] = old.Number(i, otherwise[i]);
+  return properties.Vector(name, colour);
+}
+
 bool EqualsIgnoreCase(std::string_view text, std::string_view lower) {
   if (text.size() != lower.size()) return false;
   for (size_t i = 0; i < text.size(); ++i) {
@@ -61,6 +95,8 @@ bool EqualsIgnoreCase(std::string_view text, std::string_view lower) {
 }  // namespace
 
 void SceneBuilder::CreateObjects() {
+  if (table_.RootChannels())
+    scene_.GetRootNode()->SetTransformProperties(ReadTransformChannels(table_.RootChannels()));
   for (size_t i = 0; i < made_.size(); ++i) made_[i] = CreateObject(table_.Objects()[i]);
 }
 
@@ -89,7 +125,9 @@ KFbxObject* SceneBuilder::CreateObject(const FbxObject& object) {
 
 KFbxNode* SceneBuilder::CreateNode(const FbxObject& object) {
   KFbxNode& node = scene_.Create<KFbxNode>(object.name);
-  node.SetTransformProperties(ReadTransform(Properties(object.record, TemplateOf("Model"))));
+  node.SetTransformProperties(object.channels
+                                  ? ReadTransformChannels(object.channels)
+                                  : ReadTransform(Properties(object.record, TemplateOf("Model"))));
   return &node;
 }
 
@@ -112,17 +150,18 @@ KFbxSurfaceMaterial* SceneBuilder::CreateMaterial(const FbxObject& object) {
   const RecordRef child = object.record.Child("ShadingModel");
   const std::string_view model = child ? child.Text(0) : properties.Text("ShadingModel");
   const auto readCommon = [&](auto& material) {
-    material.ambient = properties.Vector("AmbientColor", {0.2, 0.2, 0.2});
-    material.diffuse = properties.Vector("DiffuseColor", {0.8, 0.8, 0.8});
-    material.emissive = properties.Vector("EmissiveColor", {});
+    material.ambient = ReadColour(object, properties, "AmbientColor", "Ambient", {0.2, 0.2, 0.2});
+    material.diffuse = ReadColour(object, properties, "DiffuseColor", "Diffuse", {0.8, 0.8, 0.8});
+    material.emissive = ReadColour(object, properties, "EmissiveColor", "Emissive", {});
     material.transparencyFactor = properties.Number("TransparencyFactor", 0.0);
     return &material;
   };
   if (EqualsIgnoreCase(model, "lambert")) return readCommon(scene_.Create<KFbxSurfaceLambert>(object.name));
   if (!EqualsIgnoreCase(model, "phong")) return &scene_.Create<KFbxSurfaceMaterial>(object.name);
   KFbxSurfacePhong& phong = scene_.Create<KFbxSurfacePhong>(object.name);
-  phong.specular = properties.Vector("SpecularColor", {0.2, 0.2, 0.2});
-  phong.shininess = properties.Number("ShininessExponent", properties.Number("Shininess", 20.0));
+  phong.specular = ReadColour(object, properties, "SpecularColor", "Specular", {0.2, 0.2, 0.2});
+  const double oldShininess = object.record.Child("Shininess").Number(0, 20.0);
+  phong.shininess = properties.Number("ShininessExponent", properties.Number("Shininess", oldShininess));
   return readCommon(phong);
 }
 

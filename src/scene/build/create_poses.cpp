@@ -11,7 +11,7 @@ void SceneBuilder::CreatePoses() {
     KFbxPose& pose = scene_.Create<KFbxPose>(object.name, type == "BindPose");
     for (const RecordRef entry : object.record) {
       uint32_t index = 0;
-      if (entry.Name() != "PoseNode" || !table_.Find(entry.Child("Node").Integer(0, 0), index)) continue;
+      if (entry.Name() != "PoseNode" || !table_.Find(entry.Child("Node"), 0, index)) continue;
       const KFbxNode* node = Made<KFbxNode>(index);
       const std::optional<KFbxXMatrix> matrix = ReadMatrix(entry.Child("Matrix"));
       if (node && matrix) pose.Add(*node, *matrix, entry.Child("Local").Integer(0, 0) != 0);

@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "scene/document/object_table.h"
@@ -44,6 +45,11 @@ class SceneBuilder {
   void Connect(const FbxConnection& connection);
   void ConnectToNode(uint32_t source, KFbxNode& node);
   void ConnectToMesh(uint32_t source, KFbxMesh& mesh);
+
+  // connect_textures.cpp
+  void ConnectOldTextures();
+  void ConnectOldTextures(const KFbxNode& node, KFbxMesh& mesh, std::span<KFbxTexture* const> textures,
+                          const std::unordered_set<const KFbxSurfaceMaterial*>& textured);
 
   // create_shapes.cpp
   void CreateShapes();

@@ -1,13 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "scene/document/object_table.h"
 
-#include <algorithm>
-#include <optional>
+#include <utility>
 
 namespace scene {
 namespace {
 
-std::optional<ObjectKind> KindOf(std::string_view recordName) {
+constexpr int kIdentifiedVersion = 7000;  ///< objects have identifiers from here on
+constexpr int kNamedVersion = 6000;       ///< objects and connections stand in lists from here on
+
+/// How connections name the root before version 7, in ASCII and binary.
+constexpr std::string_view kAsciiRoot = "Model::Scene";
+constexpr std::string_view kBinaryRoot("Scene\0\1Model", 12);
+
+}  // namespace
+
+bool FindObjectKind(std::string_view recordName, ObjectKind& kind) {
   static constexpr std::pair<std::string_view, ObjectKind> kKinds[] = {
       {"Model", ObjectKind::Model},
       {"NodeAttribute", ObjectKind::NodeAttribute},
@@ -18,70 +26,84 @@ std::optional<ObjectKind> KindOf(std::string_view recordName) {
       {"LayeredTexture", ObjectKind::LayeredTexture},
       {"Video", ObjectKind::Video},
       {"Pose", ObjectKind::Pose}};
-  for (const auto& [name, kind] : kKinds) {
-    if (name == recordName) return kind;
+  for (const auto& [name, known] : kKinds) {
+    if (name != recordName) continue;
+    kind = known;
+    return true;
   }
-  return std::nullopt;
+  return false;
 }
 
-/// Name part of "Class::Name" (ASCII) or "Name" 00 01 "Class" (binary); the whole text without a separator.
-std::string_view NamePart(std::string_view text, bool ascii) {
+std::string_view ObjectNamePart(std::string_view text, bool ascii) {
   const size_t at = text.find(ascii ? std::string_view("::") : std::string_view("\0\1", 2));
   if (at == std::string_view::npos) return text;
   return ascii ? text.substr(at + 2) : text.substr(0, at);
 }
 
-std::string_view WithoutPrefix(std::string_view subType) {
+std::string_view WithoutSubTypePrefix(std::string_view subType) {
   if (subType.starts_with("Fbx")) subType.remove_prefix(3);
   return subType;
 }
 
-}  // namespace
-
-ObjectTable::ObjectTable(const RecordTree& tree) {
-  ReadObjects(tree);
-  ReadConnections(tree);
+ObjectTable::ObjectTable(const RecordTree& tree) : ascii_(tree.ascii) {
+  if (tree.version >= kIdentifiedVersion) {
+    ReadIdentifiedObjects(tree);
+  } else if (tree.version >= kNamedVersion) {
+    ReadNamedObjects(tree);
+  } else {
+    ReadNestedObjects(tree);
+  }
 }
 
-bool ObjectTable::Find(int64_t id, uint32_t& index) const {
-  const auto found = byId_.find(id);
-  if (found == byId_.end()) return false;
+uint32_t ObjectTable::AddObject(const FbxObject& object) {
+  objects_.push_back(object);
+  return static_cast<uint32_t>(objects_.size()) - 1;
+}
+
+bool ObjectTable::Find(RecordRef record, size_t i, uint32_t& index) const {
+  const Value* value = record.ValueAt(i);
+  if (!value) return false;
+  if (value->kind == Value::Kind::Integer) {
+    const auto found = byId_.find(value->integer);
+    if (found == byId_.end()) return false;
+    index = found->second;
+    return true;
+  }
+  const auto found = byName_.find(record.Text(i));
+  if (found == byName_.end()) return false;
   index = found->second;
   return true;
 }
 
-void ObjectTable::ReadObjects(const RecordTree& tree) {
-  for (const RecordRef record : tree.Find("Objects")) {
-    const std::optional<ObjectKind> kind = KindOf(record.Name());
-    const Value* id = record.ValueAt(0);
-    if (!kind || record.ValueCount() < 3 || !id || id->kind != Value::Kind::Integer || id->integer == 0)
-      continue;
-    FbxObject object;
-    object.kind = *kind;
-    object.id = id->integer;
-    object.name = NamePart(record.Text(1), tree.ascii);
-    object.subType = WithoutPrefix(record.Text(2));
-    object.record = record;
-    if (byId_.emplace(object.id, static_cast<uint32_t>(objects_.size())).second) objects_.push_back(object);
-  }
+/// The root may stand at either end: it can be the link of a cluster.
+bool ObjectTable::FindEnd(RecordRef record, size_t i, uint32_t& index) const {
+  if (Find(record, i, index)) return true;
+  const Value* value = record.ValueAt(i);
+  if (!value) return false;
+  const bool isRoot = value->kind == Value::Kind::Integer
+                          ? value->integer == 0
+                          : record.Text(i) == (ascii_ ? kAsciiRoot : kBinaryRoot);
+  if (isRoot) index = kRoot;
+  return isRoot;
 }
 
-void ObjectTable::ReadConnections(const RecordTree& tree) {
-  for (const RecordRef record : tree.Find("Connections")) {
+void ObjectTable::ReadConnections(RecordRef connections) {
+  for (const RecordRef record : connections) {
     const std::string_view type = record.Text(0);
-    if (type != "OO" && type != "OP") continue;
     FbxConnection connection;
-    if (!Find(record.Integer(1, 0), connection.source)) {
-      // The root may be used too: it can be the link of a cluster.
-      if (record.Integer(1, -1) != 0) continue;
-      connection.source = kRoot;
-    }
-    if (!Find(record.Integer(2, -1), connection.destination)) {
-      if (record.Integer(2, -1) != 0) continue;
-      connection.destination = kRoot;
+    if ((type != "OO" && type != "OP") || !FindEnd(record, 1, connection.source) ||
+        !FindEnd(record, 2, connection.destination)) {
+      continue;
     }
     if (type == "OP") connection.property = record.Text(3);
-    if (type == "OO" || !connection.property.empty()) connections_.push_back(connection);
+    if (type == "OP" && connection.property.empty()) continue;
+    // Before version 7 a skin is connected to the model whose geometry it deforms.
+    const auto geometry = geometryOf_.find(connection.destination);
+    if (geometry != geometryOf_.end() && connection.source != kRoot &&
+        objects_[connection.source].kind == ObjectKind::Deformer) {
+      connection.destination = geometry->second;
+    }
+    connections_.push_back(connection);
   }
 }
 

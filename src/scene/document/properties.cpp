@@ -8,7 +8,11 @@
 namespace scene {
 
 Properties::Properties(RecordRef object, const PropertyTemplate* defaults)
-    : list_(object.Child("Properties70")), defaults_(defaults) {}
+    : list_(object.Child("Properties70")), defaults_(defaults) {
+  if (list_) return;
+  list_ = object.Child("Properties60");
+  if (list_) firstValue_ = 3;
+}
 
 RecordRef Properties::Find(std::string_view name) const {
   RecordRef found;
@@ -21,25 +25,23 @@ RecordRef Properties::Find(std::string_view name) const {
 }
 
 double Properties::Number(std::string_view name, double otherwise) const {
-  return Find(name).Number(kFirstPropertyValue, otherwise);
+  return Find(name).Number(firstValue_, otherwise);
 }
 
 int Properties::Integer(std::string_view name, int otherwise) const {
   constexpr int64_t kLimit = 0x7fffffff;
-  return static_cast<int>(std::clamp(Find(name).Integer(kFirstPropertyValue, otherwise), -kLimit, kLimit));
+  return static_cast<int>(std::clamp(Find(name).Integer(firstValue_, otherwise), -kLimit, kLimit));
 }
 
 KFbxVector4 Properties::Vector(std::string_view name, const KFbxVector4& otherwise) const {
   KFbxVector4 vector = otherwise;
   if (const RecordRef property = Find(name)) {
-    for (size_t i = 0; i < 3; ++i) vector[i] = property.Number(kFirstPropertyValue + i, otherwise[i]);
+    for (size_t i = 0; i < 3; ++i) vector[i] = property.Number(firstValue_ + i, otherwise[i]);
   }
   return vector;
 }
 
-std::string_view Properties::Text(std::string_view name) const {
-  return Find(name).Text(kFirstPropertyValue);
-}
+std::string_view Properties::Text(std::string_view name) const { return Find(name).Text(firstValue_); }
 
 std::unordered_map<std::string_view, PropertyTemplate> ReadTemplates(const RecordTree& tree) {
   std::unordered_map<std::string_view, PropertyTemplate> templates;

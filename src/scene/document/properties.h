@@ -17,7 +17,7 @@ using PropertyTemplate = std::unordered_map<std::string_view, RecordRef>;
 class Properties {
  public:
   Properties() = default;
-  /// @param object  the record that may hold "Properties70"
+  /// @param object  the record that may hold "Properties70" or, before version 7, "Properties60"
   /// @param defaults  the class's template or null; must outlive this object
   explicit Properties(RecordRef object, const PropertyTemplate* defaults = nullptr);
 
@@ -32,11 +32,10 @@ class Properties {
   RecordRef Find(std::string_view name) const;
 
   RecordRef list_;
+  /// Values stand behind a property's name, type and flags; version 7 has a sub-type before the flags.
+  size_t firstValue_ = 4;
   const PropertyTemplate* defaults_ = nullptr;
 };
-
-/// Values of a property record stand behind its name, type, sub-type and flags.
-inline constexpr size_t kFirstPropertyValue = 4;
 
 /// Templates of the document's "Definitions", by object class ("Model", "Material", ...).
 std::unordered_map<std::string_view, PropertyTemplate> ReadTemplates(const RecordTree& tree);

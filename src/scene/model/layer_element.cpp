@@ -3,33 +3,28 @@
 
 namespace scene {
 
+EMappingMode MappingModeOf(std::string_view text) {
+  if (text == "ByVertice" || text == "ByVertex" || text == "ByControlPoint")
+    return EMappingMode::eBY_CONTROL_POINT;
+  if (text == "ByPolygonVertex") return EMappingMode::eBY_POLYGON_VERTEX;
+  if (text == "ByPolygon") return EMappingMode::eBY_POLYGON;
+  if (text == "ByEdge") return EMappingMode::eBY_EDGE;
+  return text == "AllSame" ? EMappingMode::eALL_SAME : EMappingMode::eNONE;
+}
+
 LayerElementModes ReadLayerElementModes(RecordRef element) {
-  const std::string_view mapping = element.Child("MappingInformationType").Text(0);
   const std::string_view reference = element.Child("ReferenceInformationType").Text(0);
   LayerElementModes modes;
-  if (mapping == "ByVertice" || mapping == "ByVertex" || mapping == "ByControlPoint") {
-    modes.mapping = EMappingMode::eBY_CONTROL_POINT;
-  } else if (mapping == "ByPolygonVertex") {
-    modes.mapping = EMappingMode::eBY_POLYGON_VERTEX;
-  } else if (mapping == "ByPolygon") {
-    modes.mapping = EMappingMode::eBY_POLYGON;
-  } else if (mapping == "ByEdge") {
-    modes.mapping = EMappingMode::eBY_EDGE;
-  } else if (mapping == "AllSame") {
-    modes.mapping = EMappingMode::eALL_SAME;
-  }
-  if (reference == "IndexToDirect") {
-    modes.reference = EReferenceMode::eINDEX_TO_DIRECT;
-  } else if (reference == "Index") {
-    modes.reference = EReferenceMode::eINDEX;
-  }
+  modes.mapping = MappingModeOf(element.Child("MappingInformationType").Text(0));
+  if (reference == "IndexToDirect") modes.reference = EReferenceMode::eINDEX_TO_DIRECT;
+  if (reference == "Index") modes.reference = EReferenceMode::eINDEX;
   return modes;
 }
 
-KFbxLayerElementUV::KFbxLayerElementUV(RecordRef element, size_t polygonVertexCount)
-    : element_(element), modes_(ReadLayerElementModes(element)) {
+KFbxLayerElementUV::KFbxLayerElementUV(const LayerElementSource& source, size_t polygonVertexCount)
+    : modes_(source.modes), directRecord_(source.direct), indexRecord_(source.index) {
   // Without an index array the coordinates can only be meant directly.
-  if (element.Child("UVIndex").ValueCount() == 0) {
+  if (indexRecord_.ValueCount() == 0) {
     modes_.reference = EReferenceMode::eDIRECT;
   } else if (modes_.reference == EReferenceMode::eINDEX) {
     modes_.reference = EReferenceMode::eINDEX_TO_DIRECT;
@@ -45,7 +40,7 @@ KFbxLayerElementUV::KFbxLayerElementUV(RecordRef element, size_t polygonVertexCo
 std::span<const double> KFbxLayerElementUV::GetDirectArray() {
   if (!directRead_) {
     directRead_ = true;
-    if (!ReadArray(element_.Child("UV"), direct_) || direct_.size() % 2 != 0) direct_.Release();
+    if (!ReadArray(directRecord_, direct_) || direct_.size() % 2 != 0) direct_.Release();
   }
   return direct_.View();
 }
@@ -53,7 +48,7 @@ std::span<const double> KFbxLayerElementUV::GetDirectArray() {
 std::span<const int32_t> KFbxLayerElementUV::GetIndexArray() {
   if (!indicesRead_) {
     indicesRead_ = true;
-    if (!ReadArray(element_.Child("UVIndex"), indices_)) indices_.Release();
+    if (!ReadArray(indexRecord_, indices_)) indices_.Release();
   }
   return indices_.View();
 }
@@ -78,9 +73,8 @@ int32_t KFbxLayerElementUV::GetTextureUVIndex(size_t polygonVertex, int32_t cont
   return index >= 0 && static_cast<size_t>(index) < count ? index : -1;
 }
 
-KFbxLayerElementMaterial::KFbxLayerElementMaterial(RecordRef element)
-    : modes_(ReadLayerElementModes(element)) {
-  if (!ReadArray(element.Child("Materials"), indices_)) indices_.Release();
+KFbxLayerElementMaterial::KFbxLayerElementMaterial(const LayerElementSource& source) : modes_(source.modes) {
+  if (!ReadArray(source.index, indices_)) indices_.Release();
 }
 
 int32_t KFbxLayerElementMaterial::GetMaterialIndex(size_t polygon, size_t firstCorner) const {

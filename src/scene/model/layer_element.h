@@ -18,13 +18,23 @@ struct LayerElementModes {
   EReferenceMode reference = EReferenceMode::eDIRECT;
 };
 
+/// The mapping mode that `text` spells; eNONE for anything unknown.
+EMappingMode MappingModeOf(std::string_view text);
+
 /// Reads the modes of a "LayerElement..." record, in any of the spellings that files have.
 LayerElementModes ReadLayerElementModes(RecordRef element);
+
+/// Where the parts of an element stand in the file; versions before 6 have other names for them.
+struct LayerElementSource {
+  LayerElementModes modes;
+  RecordRef direct;
+  RecordRef index;
+};
 
 /// Texture coordinates of one layer. Its arrays are decoded when they are first read.
 class KFbxLayerElementUV {
  public:
-  KFbxLayerElementUV(RecordRef element, size_t polygonVertexCount);
+  KFbxLayerElementUV(const LayerElementSource& source, size_t polygonVertexCount);
 
   EMappingMode GetMappingMode() const { return modes_.mapping; }
   EReferenceMode GetReferenceMode() const { return modes_.reference; }
@@ -39,8 +49,8 @@ class KFbxLayerElementUV {
   int32_t GetTextureUVIndex(size_t polygonVertex, int32_t controlPoint);
 
  private:
-  RecordRef element_;
   LayerElementModes modes_;
+  RecordRef directRecord_, indexRecord_;
   FbxArray<double> direct_;
   FbxArray<int32_t> indices_;
   bool directRead_ = false;
@@ -50,7 +60,7 @@ class KFbxLayerElementUV {
 /// Material of each polygon, as an index into the node's materials.
 class KFbxLayerElementMaterial {
  public:
-  explicit KFbxLayerElementMaterial(RecordRef element);
+  explicit KFbxLayerElementMaterial(const LayerElementSource& source);
 
   EMappingMode GetMappingMode() const { return modes_.mapping; }
   EReferenceMode GetReferenceMode() const { return modes_.reference; }

@@ -14,7 +14,8 @@ int CountLayers(RecordRef geometry) {
   bool hasElements = false;
   for (const RecordRef record : geometry) {
     if (record.Name() == "Layer") count = std::max(count, record.Integer(0, 0) + 1);
-    hasElements |= record.Name().starts_with("LayerElement");
+    hasElements |= record.Name().starts_with("LayerElement") || record.Name() == "GeometryUVInfo" ||
+                   record.Name() == "MaterialAssignation";
   }
   if (count == 0 && hasElements) count = 1;
   return static_cast<int>(std::clamp<int64_t>(count, 0, kMostLayers));
@@ -126,12 +127,38 @@ RecordRef KFbxMesh::FindLayerElement(std::string_view type) const {
   return {};
 }
 
+LayerElementSource KFbxMesh::FindUVs() const {
+  if (const RecordRef element = FindLayerElement("LayerElementUV")) {
+    return {ReadLayerElementModes(element), element.Child("UV"), element.Child("UVIndex")};
+  }
+  const RecordRef old = geometry_.Child("GeometryUVInfo");
+  LayerElementModes modes = ReadLayerElementModes(old);
+  modes.reference = EReferenceMode::eINDEX_TO_DIRECT;
+  return {modes, old.Child("TextureUV"), old.Child("TextureUVVerticeIndex")};
+}
+
+LayerElementSource KFbxMesh::FindMaterials() const {
+  if (const RecordRef element = FindLayerElement("LayerElementMaterial")) {
+    return {ReadLayerElementModes(element), {}, element.Child("Materials")};
+  }
+  LayerElementModes modes;
+  modes.mapping = MappingModeOf(geometry_.Child("MaterialAssignation").Text(0));
+  modes.reference = EReferenceMode::eINDEX_TO_DIRECT;
+  return {modes, {}, geometry_.Child("Materials")};
+}
+
+LayerElementSource KFbxMesh::FindDiffuseTextures() const {
+  const RecordRef element = FindLayerElement("LayerElementTexture");
+  return {ReadLayerElementModes(element), {}, element.Child("TextureId")};
+}
+
 KFbxLayerElementUV* KFbxMesh::GetUVs() {
   if (!uvsRead_) {
     uvsRead_ = true;
-    if (const RecordRef element = FindLayerElement("LayerElementUV")) {
-      uvs_ = std::make_unique<KFbxLayerElementUV>(element, GetPolygonVertices().size());
-      if (uvs_->GetMappingMode() == EMappingMode::eNONE || uvs_->GetCoordinateCount() == 0) uvs_.reset();
+    const LayerElementSource source = FindUVs();
+    if (source.modes.mapping != EMappingMode::eNONE) {
+      uvs_ = std::make_unique<KFbxLayerElementUV>(source, GetPolygonVertices().size());
+      if (uvs_->GetCoordinateCount() == 0) uvs_.reset();
     }
   }
   return uvs_.get();
@@ -140,9 +167,9 @@ KFbxLayerElementUV* KFbxMesh::GetUVs() {
 KFbxLayerElementMaterial* KFbxMesh::GetMaterials() {
   if (!materialsRead_) {
     materialsRead_ = true;
-    if (const RecordRef element = FindLayerElement("LayerElementMaterial")) {
-      materials_ = std::make_unique<KFbxLayerElementMaterial>(element);
-      if (materials_->GetMappingMode() == EMappingMode::eNONE) materials_.reset();
+    const LayerElementSource source = FindMaterials();
+    if (source.modes.mapping != EMappingMode::eNONE) {
+      materials_ = std::make_unique<KFbxLayerElementMaterial>(source);
     }
   }
   return materials_.get();

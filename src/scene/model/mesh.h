@@ -43,6 +43,10 @@ class KFbxMesh : public KFbxNodeAttribute {
   KFbxLayerElementUV* GetUVs();
   KFbxLayerElementMaterial* GetMaterials();
 
+  /// Old files number the textures of the node here, by polygon or for all; no modes when there is no such
+  /// element.
+  LayerElementSource FindDiffuseTextures() const;
+
   int GetSkinCount() const { return static_cast<int>(skins_.size()); }
   KFbxSkin* GetSkin(int i) const { return skins_[static_cast<size_t>(i)]; }
   std::span<const KFbxShape> GetShapes() const { return shapes_; }
@@ -56,6 +60,8 @@ class KFbxMesh : public KFbxNodeAttribute {
 
  private:
   RecordRef FindLayerElement(std::string_view type) const;
+  LayerElementSource FindUVs() const;
+  LayerElementSource FindMaterials() const;
   void ReadPolygons();
 
   RecordRef geometry_;

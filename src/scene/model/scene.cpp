@@ -24,7 +24,9 @@ void KFbxScene::EvaluateTransforms() {
   const auto addChildren = [&](const KFbxNode& node, const WorldTransform& world) {
     for (int i = node.GetChildCount(); i-- > 0;) pending.push_back({node.GetChild(i), world});
   };
-  addChildren(*root_, {});
+  const WorldTransform rootWorld = EvaluateWorldTransform(root_->GetTransformProperties(), {});
+  root_->SetGlobalFromDefaultTake(rootWorld.global);
+  addChildren(*root_, rootWorld);
   while (!pending.empty()) {
     const Pending next = pending.back();
     pending.pop_back();

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "scene/document/object_table.h"
+
+namespace scene {
+
+void ObjectTable::ReadNamedObjects(const RecordTree& tree) {
+  for (const RecordRef record : tree.Find("Objects")) {
+    FbxObject object;
+    if (!FindObjectKind(record.Name(), object.kind) || record.ValueCount() < 1) continue;
+    object.name = ObjectNamePart(record.Text(0), tree.ascii);
+    object.subType = WithoutSubTypePrefix(record.Text(1));
+    object.record = record;
+    // Of equal names only the first can be meant by a connection; the others stay what they are.
+    const uint32_t index = AddObject(object);
+    byName_.emplace(record.Text(0), index);
+    if (object.kind == ObjectKind::Model) AddAttributeOf(index);
+  }
+  ReadConnections(tree.Find("Connections"));
+}
+
+/// Makes an object of its own from the attribute that a model's record holds along with the node.
+void ObjectTable::AddAttributeOf(uint32_t model) {
+  const FbxObject& node = objects_[model];
+  FbxObject attribute;
+  attribute.record = node.record;
+  attribute.name = node.name;
+  attribute.subType = node.subType;
+  const bool isMesh = node.subType == "Mesh" || (node.subType.empty() && node.record.Child("Vertices") &&
+                                                 node.record.Child("PolygonVertexIndex"));
+  if (!isMesh && node.subType.empty()) return;
+  attribute.kind = isMesh ? ObjectKind::Geometry : ObjectKind::NodeAttribute;
+  if (isMesh) attribute.subType = "Mesh";
+  const uint32_t index = AddObject(attribute);
+  if (isMesh) geometryOf_.emplace(model, index);
+  Connect(index, model);
+}
+
+}  // namespace scene
