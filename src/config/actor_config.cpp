@@ -80,6 +80,7 @@ std::string Lists(ConversionJob& job, PackagedNameSet& packagedNames) {
 
 void WriteActorConfig(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames) {
   const std::string documentPath = ReplaceExtension(packagePath, "xfg");
+  if (platform::IsSameFile(documentPath, job.inputPath)) return;
   platform::FilePtr file = platform::OpenFile(documentPath, "w");
   if (!file) return;
   const std::string text =

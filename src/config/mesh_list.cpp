@@ -24,15 +24,6 @@ bool IsDoubleSided(std::string_view name, const ConversionJob& job) {
   });
 }
 
-/// The output names of a mesh node, its own name first.
-std::vector<std::string> ListedNames(const std::string& baseName, const KFbxNode& node,
-                                     const KFbxMesh& mesh) {
-  std::vector<std::string> names{baseName};
-  const int extra = mesh.GetLayerCount() > 0 ? node.GetMaterialCount() - 1 : 0;
-  for (int i = 0; i < extra; ++i) names.push_back(baseName + "_" + LetterSuffix(i));
-  return names;
-}
-
 class MeshList {
  public:
   MeshList(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames, AfterAdding afterAdding,
@@ -46,12 +37,14 @@ class MeshList {
     while (!pending.empty()) {
       const KFbxNode& node = *pending.back();
       pending.pop_back();
-      if (KFbxMesh* mesh = node.GetMesh()) {
+      const scene::KFbxNodeAttribute* attribute = node.GetNodeAttribute();
+      if (attribute && attribute->GetAttributeType() == scene::KFbxNodeAttribute::EAttributeType::eMESH) {
+        KFbxMesh* mesh = node.GetMesh();
         const std::string baseName = SanitizeMeshName(node.GetName());
         DebugTrace(ComposeMessage("WriteMeshList '", baseName, "'"));
-        if (mesh->GetControlPointsCount() == 0) continue;
+        if (!mesh || mesh->GetControlPointsCount() == 0) continue;
         ++count;
-        List(ListedNames(baseName, node, *mesh));
+        List(baseName, mesh->GetLayerCount() > 0 ? std::max(node.GetMaterialCount(), 1) : 1);
       }
       for (int i = node.GetChildCount(); i-- > 0;) pending.push_back(node.GetChild(i));
     }
@@ -59,16 +52,17 @@ class MeshList {
   }
 
  private:
-  void List(std::vector<std::string> names) {
-    // Files go in the other way round: the extra ones, then the base name.
+  /// Lists the `count` output names of a mesh: its base name, then those of its further materials.
+  void List(const std::string& baseName, int count) {
     const bool addsFiles = mode_ == MeshListMode::AddMeshFiles || mode_ == MeshListMode::AddMaterialFiles;
-    if (addsFiles) std::rotate(names.begin(), names.begin() + 1, names.end());
-    for (const std::string& name : names) {
-      if (!skipThisMesh(name, job_)) ListName(name);
-    }
+    if (!addsFiles) ListName(baseName);
+    for (int i = 0; i < count - 1; ++i) ListName(baseName + "_" + LetterSuffix(i));
+    // Files go in the other way round: the further ones, then the base name.
+    if (addsFiles) ListName(baseName);
   }
 
   void ListName(const std::string& name) {
+    if (skipThisMesh(name, job_)) return;
     switch (mode_) {
       case MeshListMode::MeshLines:
         DebugTrace(ComposeMessage("Writing <mesh name=\"", name, "\""));

@@ -50,6 +50,8 @@ struct ConversionJob {
   int32_t vertexTotal = 0;                  ///< control points of the converted meshes
   int32_t polygonTotal = 0;                 ///< their triangles
   std::string modelDirectory;               ///< the model's folder with its trailing separator
+  std::string inputPath;    ///< the model; never written, packed or deleted, whatever names ask for
+  std::string packagePath;  ///< the open package; never packed into itself
   bool isFbxFile = true;
   ActorType actorType = ActorType::None;
   scene::KFbxSdkManager* sdkManager = nullptr;

@@ -7,9 +7,18 @@
 
 namespace ts3d {
 
+namespace {
+
+bool IsInputOrPackage(const ConversionJob& job, const std::string& path) {
+  return platform::IsSameFile(path, job.inputPath) || platform::IsSameFile(path, job.packagePath);
+}
+
+}  // namespace
+
 platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, const char* mode) {
-  if (!IsPlainFileName(name)) return nullptr;
-  return platform::OpenFile(job.modelDirectory + std::string(name), mode);
+  const std::string path = job.modelDirectory + std::string(name);
+  if (!IsPlainFileName(name) || IsInputOrPackage(job, path)) return nullptr;
+  return platform::OpenFile(path, mode);
 }
 
 bool WorkFileExists(const ConversionJob& job, std::string_view name) {

@@ -13,7 +13,8 @@
 namespace ts3d {
 
 /// Opens the work file `name` in the model's folder like fopen. Null when that fails, and for every name that
-/// could lead out of that folder: names come from the model and are not to be trusted.
+/// could lead out of that folder or to the model or the package itself: names come from the model and are not
+/// to be trusted.
 platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, const char* mode);
 
 /// Whether the model's folder holds a file `name`; false for every name that could lead out of it.

@@ -13,10 +13,8 @@ ActorType DetectActorType(std::string_view path) {
   const std::string lower = LowerCase(path);
   // What stands at the very start does not count.
   const auto has = [&](std::initializer_list<const char*> words) {
-    return std::any_of(words.begin(), words.end(), [&](const char* word) {
-      const size_t at = lower.find(word);
-      return at != std::string::npos && at > 0;
-    });
+    return std::any_of(words.begin(), words.end(),
+                       [&](const char* word) { return lower.find(word, 1) != std::string::npos; });
   };
   ActorType type = ActorType::None;
   if (!has({"actor ("})) return type;

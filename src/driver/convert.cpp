@@ -20,8 +20,11 @@ namespace {
 
 constexpr const char* kSkeletonName = "skeleton.csf";
 
-void RemoveIfThere(const std::string& path) {
+/// Deletes what an earlier run left at `path`; false when the model itself is there.
+bool ClearWay(const ConversionJob& job, const std::string& path) {
+  if (platform::IsSameFile(path, job.inputPath)) return false;
   if (platform::FileExists(path)) platform::RemoveFile(path);
+  return true;
 }
 
 bool EndsInFbx(const std::string& path) {
@@ -74,9 +77,8 @@ void AbandonPackage(ConversionJob& job, const std::string& packagePath) {
 ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
   StatusLog(job, "Creating Tessaly 3D Studio CZP File");
   const std::string packagePath = ReplaceExtension(fbxPath, "czp");
-  RemoveIfThere(packagePath);
   job.failureCode = static_cast<int32_t>(ConversionResult::PackageFailed);
-  const bool isOpen = OpenActorPackage(job, packagePath, PackageMode::Create);
+  const bool isOpen = ClearWay(job, packagePath) && OpenActorPackage(job, packagePath, PackageMode::Create);
   try {
     PackagedNameSet packagedNames;
     for (int i = 0; i < job.sceneRoot->GetChildCount(); ++i) {
@@ -91,7 +93,7 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
 }
 
 ConversionResult ConvertLoadedScene(ConversionJob& job, const std::string& fbxPath) {
-  RemoveIfThere(job.modelDirectory + kSkeletonName);
+  ClearWay(job, job.modelDirectory + kSkeletonName);
   job.failureCode = static_cast<int32_t>(ConversionResult::SkeletonFailed);
   StatusLog(job, "Generating Skeleton");
   return WriteSkeleton(job) ? WritePackage(job, fbxPath) : ConversionResult::SkeletonFailed;
@@ -116,6 +118,8 @@ void ResetRun(ConversionJob& job) {
   job.vertexTotal = 0;
   job.polygonTotal = 0;
   job.modelDirectory.clear();
+  job.inputPath.clear();
+  job.packagePath.clear();
   job.textureErrorNode = nullptr;
   job.materialReferenceReported = false;
   job.packageHandle = nullptr;
@@ -132,6 +136,7 @@ ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& requ
   StatusLog(job, "Initializing FBX Engine");
   CreateSdkObjects(job.sdkManager, job.scene);
   job.modelDirectory = DirectoryPart(fbxPath);
+  job.inputPath = fbxPath;
   job.actorType = DetectActorType(request.actorPath.empty() ? fbxPath : request.actorPath);
   job.isFbxFile = EndsInFbx(fbxPath);
   StatusLog(job, job.isFbxFile ? "Loading FBX Model" : "Loading Model");

@@ -6,7 +6,6 @@
 namespace {
 
 using ts3d::ConversionJob;
-using ts3d::ConversionResult;
 
 /// The one job of the process: final settings build on what the conversion before them left here.
 ConversionJob& ProcessJob() {
@@ -16,8 +15,8 @@ ConversionJob& ProcessJob() {
 
 std::string TextOrEmpty(const char* text) { return text ? text : ""; }
 
-bool LeavesOutputsAlone(ConversionResult result) {
-  return result == ConversionResult::NoFile || result == ConversionResult::LoadFailed;
+bool LeavesOutputsAlone(int32_t result) {
+  return result == FBX_TO_TS3D_NO_FILE || result == FBX_TO_TS3D_LOAD_FAILED;
 }
 
 void StoreSettings(ConversionJob& job, int32_t rotationY, int32_t rotationX, const char* boneRenameList,
@@ -71,15 +70,14 @@ int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32
                                     callbackContext, statusCallback);
       if (result != FBX_TO_TS3D_OK) job.vertexTotal = job.polygonTotal = 0;
     } else {
-      const ConversionResult outcome = ts3d::RunConversion(job, {TextOrEmpty(fbxPath), {}});
-      if (LeavesOutputsAlone(outcome)) return static_cast<int32_t>(outcome);
-      result = static_cast<int32_t>(outcome);
+      result = static_cast<int32_t>(ts3d::RunConversion(job, {TextOrEmpty(fbxPath), {}}));
     }
   } catch (...) {
     // Out of memory, mostly; the code is that of the step that was running.
     result = job.failureCode;
     job.vertexTotal = job.polygonTotal = 0;
   }
+  if (LeavesOutputsAlone(result)) return result;
   if (vertexTotalOut) *vertexTotalOut = job.vertexTotal;
   if (polygonTotalOut) *polygonTotalOut = job.polygonTotal;
   return result;

@@ -48,6 +48,7 @@ FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& setting
   const std::string& source = settings.sourcePath;
   job.isFbxFile = EqualsIgnoreCase(source.substr(source.size() < 4 ? 0 : source.size() - 4), ".fbx");
   job.modelDirectory = DirectoryPart(source);
+  job.inputPath = source;
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
 
   const std::optional<std::string> old = ReadDocument(documentPath);

@@ -2,6 +2,7 @@
 #include "mesh/convert_mesh.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "core/names.h"
 #include "core/status.h"
@@ -19,6 +20,12 @@ namespace {
 
 using scene::KFbxMesh;
 using scene::KFbxNode;
+
+/// Totals stay at the largest number that hosts can take.
+int32_t AddUp(int32_t total, size_t count) {
+  constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
+  return count > static_cast<size_t>(kMost - total) ? kMost : total + static_cast<int32_t>(count);
+}
 
 bool HasOtherThanTriangles(KFbxMesh& mesh) {
   if (mesh.IsPlainTriangleMesh()) return false;
@@ -90,8 +97,8 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
   MeshData data;
   data.influences = GatherBoneInfluences(*mesh, job);
   data.triangles = Triangulate(*mesh, name, job);
-  job.vertexTotal += mesh->GetControlPointsCount();
-  job.polygonTotal += static_cast<int32_t>(data.triangles.Count());
+  job.vertexTotal = AddUp(job.vertexTotal, static_cast<size_t>(mesh->GetControlPointsCount()));
+  job.polygonTotal = AddUp(job.polygonTotal, data.triangles.Count());
   data.points = PoseControlPoints(node, job);
   data.normals = scene::ComputeVertexNormals(data.points, data.triangles.corners, TurnsNormals(name, job));
   StatusLog(job, "Recreated Normal Vectors");

@@ -3,6 +3,8 @@
 
 #include <unordered_map>
 
+#include "scene/mixed_hash.h"
+
 namespace ts3d {
 namespace {
 
@@ -36,10 +38,13 @@ class VertexSplitter {
     index = FurtherRecord(index, coordinate);
   }
 
+  static uint64_t Key(int32_t controlPoint, int32_t coordinate) {
+    return scene::PairKey(static_cast<uint32_t>(controlPoint), static_cast<uint32_t>(coordinate));
+  }
+
   int32_t FurtherRecord(int32_t controlPoint, int32_t coordinate) {
-    const auto key =
-        static_cast<uint64_t>(static_cast<uint32_t>(controlPoint)) << 32 | static_cast<uint32_t>(coordinate);
-    const auto [entry, isNew] = further_.try_emplace(key, static_cast<int32_t>(records_.size()));
+    const auto [entry, isNew] =
+        further_.try_emplace(Key(controlPoint, coordinate), static_cast<int32_t>(records_.size()));
     if (isNew) records_.push_back({controlPoint, coordinate, controlPoint});
     return entry->second;
   }
@@ -47,15 +52,14 @@ class VertexSplitter {
   /// A record made for corners without a coordinate takes over those that were met before it, too.
   void MoveUnmapped(size_t corner) {
     int32_t& index = triangles_.corners[corner];
-    const auto key = static_cast<uint64_t>(static_cast<uint32_t>(index)) << 32 | 0xffffffffu;
-    const auto entry = further_.find(key);
+    const auto entry = further_.find(Key(index, -1));
     if (entry != further_.end()) index = entry->second;
   }
 
   scene::KFbxLayerElementUV* uvs_;
   scene::KFbxTriangles& triangles_;
   std::vector<FullPointData> records_;
-  std::unordered_map<uint64_t, int32_t> further_;
+  std::unordered_map<uint64_t, int32_t, scene::MixedHash> further_;
   std::vector<size_t> unmapped_;
 };
 

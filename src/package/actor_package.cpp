@@ -45,6 +45,7 @@ bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mod
   const std::string native = platform::NativePath(path);
   job.packageHandle =
       zipOpen64(native.c_str(), mode == PackageMode::Create ? APPEND_STATUS_CREATE : APPEND_STATUS_ADDINZIP);
+  job.packagePath = path;
   return job.packageHandle != nullptr;
 }
 

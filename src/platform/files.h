@@ -23,6 +23,9 @@ std::string NativePath(std::string_view path);
 /// Whether a file-status query on `path` succeeds. True for folders as well.
 bool FileExists(std::string_view path);
 
+/// Whether both paths lead to one file that exists.
+bool IsSameFile(std::string_view a, std::string_view b);
+
 /// Size in bytes of the regular file `path`, or -1.
 int64_t FileSize(std::string_view path);
 

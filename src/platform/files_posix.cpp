@@ -24,6 +24,13 @@ bool FileExists(std::string_view path) {
   return stat(NativePath(path).c_str(), &info) == 0;
 }
 
+bool IsSameFile(std::string_view a, std::string_view b) {
+  struct stat first {
+  }, second{};
+  return stat(NativePath(a).c_str(), &first) == 0 && stat(NativePath(b).c_str(), &second) == 0 &&
+         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
 int64_t FileSize(std::string_view path) {
   struct stat info {};
   if (stat(NativePath(path).c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return -1;

@@ -3,13 +3,16 @@
 
 #include <dirent.h>
 #include <dlfcn.h>
+#include <elf.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "platform/files.h"
@@ -17,20 +20,55 @@
 namespace platform {
 namespace {
 
-/// Whether the file holds `symbol` as a whole zero-terminated text, as a symbol table does. Keeps libraries
-/// that have nothing to do with us from being loaded, and their constructors from running.
-bool NamesSymbol(const std::string& path, const char* symbol) {
-  MappedFile file;
-  std::string ignored;
-  if (!file.Open(path, ignored) || !file.Bytes().starts_with("\x7f"
-                                                             "ELF"))
-    return false;
-  std::string wanted(1, '\0');
-  wanted.append(symbol).push_back('\0');
-  return file.Bytes().find(wanted) != std::string_view::npos;
+/// A record of type T at `offset` of `bytes`; false when it does not lie inside.
+template <typename T>
+bool ReadAt(std::string_view bytes, uint64_t offset, T& record) {
+  if (offset > bytes.size() || bytes.size() - offset < sizeof(T)) return false;
+  std::memcpy(&record, bytes.data() + offset, sizeof(T));
+  return true;
 }
 
-/// Loads the library in a child process, so that a crash at load stays there.
+/// Whether the section `symbols` of the library `elf`, whose names stand in the section `names`, defines
+/// `wanted`.
+bool DefinesSymbol(std::string_view elf, const Elf64_Shdr& symbols, const Elf64_Shdr& names,
+                   std::string_view wanted) {
+  if (names.sh_offset > elf.size() || names.sh_size > elf.size() - names.sh_offset) return false;
+  const std::string_view texts = elf.substr(names.sh_offset, names.sh_size);
+  Elf64_Sym symbol;
+  for (uint64_t at = 0; at + sizeof symbol <= symbols.sh_size; at += sizeof symbol) {
+    if (!ReadAt(elf, symbols.sh_offset + at, symbol)) return false;
+    if (symbol.st_shndx == SHN_UNDEF || symbol.st_name >= texts.size()) continue;
+    const std::string_view name = texts.substr(symbol.st_name);
+    if (name.starts_with(wanted) && name.size() > wanted.size() && name[wanted.size()] == '\0') return true;
+  }
+  return false;
+}
+
+/// Whether the dynamic symbols of the library `path` define `symbol`. Looked up in the file, so that
+/// libraries that have nothing to do with us are not loaded and their constructors do not run.
+bool ExportsSymbol(const std::string& path, const char* symbol) {
+  MappedFile file;
+  std::string ignored;
+  Elf64_Ehdr header;
+  if (!file.Open(path, ignored)) return false;
+  const std::string_view elf = file.Bytes();
+  if (!elf.starts_with(ELFMAG) || !ReadAt(elf, 0, header) || header.e_ident[EI_CLASS] != ELFCLASS64)
+    return false;
+  for (uint64_t i = 0; i < header.e_shnum; ++i) {
+    Elf64_Shdr section, names;
+    if (!ReadAt(elf, header.e_shoff + i * sizeof section, section)) return false;
+    if (section.sh_type == SHT_DYNSYM && section.sh_link < header.e_shnum &&
+        ReadAt(elf, header.e_shoff + section.sh_link * sizeof names, names) &&
+        DefinesSymbol(elf, section, names, symbol)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+constexpr int kMostLoadingMilliseconds = 5000;
+
+/// Loads the library in a child process, so that a crash or a hang at load stays there.
 bool SurvivesLoading(const std::string& path, const char* symbol) {
   const pid_t child = fork();
   if (child < 0) return false;
@@ -39,7 +77,16 @@ bool SurvivesLoading(const std::string& path, const char* symbol) {
     _exit(library && dlsym(library, symbol) ? 0 : 1);
   }
   int status = 0;
-  return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  pid_t ended = 0;
+  for (int waited = 0; ended == 0 && waited < kMostLoadingMilliseconds; ++waited) {
+    ended = waitpid(child, &status, WNOHANG);
+    if (ended == 0) usleep(1000);
+  }
+  if (ended == 0) {
+    kill(child, SIGKILL);
+    waitpid(child, &status, 0);
+  }
+  return ended == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 }  // namespace
@@ -69,7 +116,7 @@ std::vector<std::string> FindPlugins(std::string_view folder, std::string_view e
     const std::string_view name = entry->d_name;
     if (!name.ends_with(ending)) continue;
     const std::string path = native + "/" + std::string(name);
-    if (NamesSymbol(path, symbol) && SurvivesLoading(path, symbol)) found.push_back(path);
+    if (ExportsSymbol(path, symbol) && SurvivesLoading(path, symbol)) found.push_back(path);
   }
   std::sort(found.begin(), found.end());
   return found;

@@ -20,18 +20,27 @@ void ChooseBindPose(const scene::KFbxScene& scene, SkeletonState& skeleton) {
   if (skeleton.bindPose && tie) skeleton.bindPoseAmbiguous = true;
 }
 
+namespace {
+
+void IndexBindPoses(const scene::KFbxScene& scene, SkeletonState& skeleton) {
+  for (int i = 0; i < scene.GetPoseCount(); ++i) {
+    const scene::KFbxPose* pose = scene.GetPose(i);
+    if (!pose->IsBindPose()) continue;
+    for (int k = 0; k < pose->GetCount(); ++k) skeleton.firstPoseOf.emplace(pose->GetNode(k), pose);
+  }
+}
+
+}  // namespace
+
 int BindPoseIndex(const scene::KFbxNode* node, const scene::KFbxScene& scene, SkeletonState& skeleton) {
   if (!skeleton.bindPose) return -1;
   const int index = skeleton.bindPose->Find(node);
   if (index >= 0 || !skeleton.bindPoseAmbiguous) return index;
-  for (int i = 0; i < scene.GetPoseCount(); ++i) {
-    const scene::KFbxPose* pose = scene.GetPose(i);
-    const int found = pose->IsBindPose() ? pose->Find(node) : -1;
-    if (found < 0) continue;
-    skeleton.bindPose = pose;
-    return found;
-  }
-  return -1;
+  if (skeleton.firstPoseOf.empty()) IndexBindPoses(scene, skeleton);
+  const auto found = skeleton.firstPoseOf.find(node);
+  if (found == skeleton.firstPoseOf.end()) return -1;
+  skeleton.bindPose = found->second;
+  return skeleton.bindPose->Find(node);
 }
 
 const scene::KFbxXMatrix& BindMatrix(int index, const SkeletonState& skeleton) {

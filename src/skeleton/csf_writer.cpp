@@ -60,11 +60,12 @@ bool WriteSkeleton(ConversionJob& job) {
   if (!skeleton.hasExtractedBones && job.isFbxFile) {
     StatusLog(job, ">>> This is NOT a rigged model as it has no skeleton!");
   }
-  const platform::FilePtr file = OpenWorkFile(job, "skeleton.csf", "wb");
+  platform::FilePtr file = OpenWorkFile(job, "skeleton.csf", "wb");
   if (!file) return false;
   ByteWriter out(file.get());
   WriteCsf(skeleton.bones, out);
-  return out.Flush();
+  const bool written = out.Flush();
+  return std::fclose(file.release()) == 0 && written;
 }
 
 }  // namespace ts3d

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <unordered_map>
 
 #include "scene/math/matrix.h"
 #include "skeleton/bone_node.h"
@@ -20,6 +21,8 @@ struct SkeletonState {
   const scene::KFbxPose* bindPose = nullptr;
   bool hasExtractedBones = false;  ///< false too when the tree only holds the stand-in bone
   bool bindPoseAmbiguous = false;  ///< another bind pose has as many nodes
+  /// First bind pose of each node; filled when an ambiguous bind pose lacks a node.
+  std::unordered_map<const scene::KFbxNode*, const scene::KFbxPose*> firstPoseOf;
   const scene::KFbxNode* firstBoneNode = nullptr;
   scene::KFbxXMatrix rootTransform;       ///< world transform of bone 0's node
   scene::KFbxVector4 rootScale{1, 1, 1};  ///< scale of bone 0; multiplies every stored translation

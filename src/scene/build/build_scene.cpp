@@ -6,7 +6,11 @@
 namespace scene {
 
 SceneBuilder::SceneBuilder(const RecordTree& tree, KFbxScene& scene)
-    : scene_(scene), table_(tree), templates_(ReadTemplates(tree)), made_(table_.Objects().size()) {}
+    : scene_(scene),
+      table_(tree),
+      templates_(ReadTemplates(tree)),
+      made_(table_.Objects().size()),
+      taken_(made_.size()) {}
 
 void SceneBuilder::Build() {
   CreateObjects();

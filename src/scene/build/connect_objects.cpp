@@ -58,12 +58,19 @@ void SceneBuilder::Connect(const FbxConnection& connection) {
   } else if (auto* mesh = Made<KFbxMesh>(destination)) {
     ConnectToMesh(source, *mesh);
   } else if (auto* skin = Made<KFbxSkin>(destination)) {
-    if (auto* cluster = Made<KFbxCluster>(source)) skin->AddCluster(*cluster);
+    if (auto* cluster = Made<KFbxCluster>(source); cluster && TakeOnce(source)) skin->AddCluster(*cluster);
   } else if (auto* cluster = Made<KFbxCluster>(destination)) {
     cluster->SetLink(NodeOf(source));
   } else if (auto* texture = Made<KFbxTexture>(destination)) {
     if (auto* video = Made<KFbxVideo>(source)) texture->SetVideo(*video);
   }
+}
+
+/// A cluster belongs to one skin and a skin to one mesh: the first that takes it.
+bool SceneBuilder::TakeOnce(uint32_t object) {
+  const bool isFree = !taken_[object];
+  taken_[object] = true;
+  return isFree;
 }
 
 void SceneBuilder::ConnectToNode(uint32_t source, KFbxNode& node) {
@@ -72,7 +79,7 @@ void SceneBuilder::ConnectToNode(uint32_t source, KFbxNode& node) {
 }
 
 void SceneBuilder::ConnectToMesh(uint32_t source, KFbxMesh& mesh) {
-  if (auto* skin = Made<KFbxSkin>(source)) mesh.AddSkin(*skin);
+  if (auto* skin = Made<KFbxSkin>(source); skin && TakeOnce(source)) mesh.AddSkin(*skin);
 }
 
 }  // namespace scene

@@ -76,11 +76,12 @@ void SceneBuilder::AddChannel(uint32_t channel, std::span<const uint32_t> target
 
 /// Version 7.1 and older: "Shape" records inside the geometry, weighted by its property of the same name.
 void SceneBuilder::AddInlineShapes(const FbxObject& geometry, KFbxMesh& mesh) {
-  const Properties properties(geometry.record);
+  std::unordered_map<std::string_view, double> percents;
   for (const RecordRef shape : geometry.record) {
     if (shape.Name() != "Shape") continue;
-    const double percent = properties.Number(shape.Text(0), 0.0);
-    if (percent != 0.0) mesh.AddShape({shape, percent / 100.0});
+    if (percents.empty()) percents = Properties(geometry.record).Numbers();
+    const auto percent = percents.find(shape.Text(0));
+    if (percent != percents.end() && percent->second != 0.0) mesh.AddShape({shape, percent->second / 100.0});
   }
 }
 

@@ -43,6 +43,7 @@ class SceneBuilder {
   void ConnectNodes();
   void ConnectObjects();
   void Connect(const FbxConnection& connection);
+  bool TakeOnce(uint32_t object);
   void ConnectToNode(uint32_t source, KFbxNode& node);
   void ConnectToMesh(uint32_t source, KFbxMesh& mesh);
 
@@ -63,6 +64,7 @@ class SceneBuilder {
   ObjectTable table_;
   std::unordered_map<std::string_view, PropertyTemplate> templates_;
   std::vector<KFbxObject*> made_;
+  std::vector<bool> taken_;  ///< deformers that have found their place
 };
 
 }  // namespace scene

@@ -13,6 +13,9 @@
 namespace scene {
 namespace {
 
+/// The most that one array may take when it is decoded.
+constexpr size_t kMostBytes = 0x7fffffff;
+
 /// `value` as T: integers are cut and clamped, numbers that are not finite become 0.
 template <typename T, typename S>
 T ConvertNumber(S value) {
@@ -64,6 +67,7 @@ bool ReadTypedArray(const Value& value, bool bigEndian, FbxArray<T>& out) {
   const size_t elementSize = ArrayElementSize(value.element);
   const size_t bytes = value.count * elementSize;
   const bool native = value.element == NativeElement<T>();
+  if (value.count > kMostBytes / sizeof(T)) return false;
   T* to = out.Allocate(value.count);
   if (!value.compressed) {
     ConvertArray(value.element, value.data, value.count, bigEndian, to);

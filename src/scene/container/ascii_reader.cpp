@@ -259,7 +259,7 @@ class AsciiReader {
       const char* line = find('\n', comment, end_);
       if (!line) return nullptr;
       from = line + 1;
-      close = find('}', from, end_);
+      if (from > close) close = find('}', from, end_);
     }
     return close;
   }

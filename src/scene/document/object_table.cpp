@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/document/object_table.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace scene {
@@ -12,6 +13,24 @@ constexpr int kNamedVersion = 6000;       ///< objects and connections stand in 
 /// How connections name the root before version 7, in ASCII and binary.
 constexpr std::string_view kAsciiRoot = "Model::Scene";
 constexpr std::string_view kBinaryRoot("Scene\0\1Model", 12);
+
+/// Keeps a connection that a file repeats a million times from being made more than once.
+class RepeatGuard {
+ public:
+  bool Allow(const FbxConnection& connection, bool isMaterial) {
+    std::vector<std::string_view>& seen = seen_[PairKey(connection.source, connection.destination)];
+    if (seen.size() >= kMostOfPair) return false;
+    // One material may fill several slots of a node.
+    const bool isNew = std::find(seen.begin(), seen.end(), connection.property) == seen.end();
+    if (!isNew && !isMaterial) return false;
+    seen.push_back(connection.property);
+    return true;
+  }
+
+ private:
+  static constexpr size_t kMostOfPair = 256;
+  std::unordered_map<uint64_t, std::vector<std::string_view>, MixedHash> seen_;
+};
 
 }  // namespace
 
@@ -36,8 +55,11 @@ bool FindObjectKind(std::string_view recordName, ObjectKind& kind) {
 
 std::string_view ObjectNamePart(std::string_view text, bool ascii) {
   const size_t at = text.find(ascii ? std::string_view("::") : std::string_view("\0\1", 2));
-  if (at == std::string_view::npos) return text;
-  return ascii ? text.substr(at + 2) : text.substr(0, at);
+  const bool isSplit = at != std::string_view::npos;
+  std::string_view name =
+      ascii && isSplit ? text.substr(at + 2) : text.substr(0, ascii ? std::string_view::npos : at);
+  // Nothing that takes names can take a zero byte in one.
+  return name.substr(0, name.find('\0'));
 }
 
 std::string_view WithoutSubTypePrefix(std::string_view subType) {
@@ -88,6 +110,7 @@ bool ObjectTable::FindEnd(RecordRef record, size_t i, uint32_t& index) const {
 }
 
 void ObjectTable::ReadConnections(RecordRef connections) {
+  RepeatGuard repeats;
   for (const RecordRef record : connections) {
     const std::string_view type = record.Text(0);
     FbxConnection connection;
@@ -103,6 +126,7 @@ void ObjectTable::ReadConnections(RecordRef connections) {
         objects_[connection.source].kind == ObjectKind::Deformer) {
       connection.destination = geometry->second;
     }
+    if (!repeats.Allow(connection, IsMaterial(connection.source))) continue;
     connections_.push_back(connection);
   }
 }

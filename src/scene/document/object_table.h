@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "scene/container/record_tree.h"
+#include "scene/mixed_hash.h"
 
 namespace scene {
 
@@ -69,6 +70,9 @@ class ObjectTable {
   void Connect(uint32_t source, uint32_t destination, std::string_view property = {}) {
     connections_.push_back({source, destination, property});
   }
+  bool IsMaterial(uint32_t index) const {
+    return index != kRoot && objects_[index].kind == ObjectKind::Material;
+  }
   bool FindEnd(RecordRef record, size_t i, uint32_t& index) const;
   void ReadConnections(RecordRef connections);
 
@@ -86,7 +90,7 @@ class ObjectTable {
 
   bool ascii_;
   std::vector<FbxObject> objects_;
-  std::unordered_map<int64_t, uint32_t> byId_;
+  std::unordered_map<int64_t, uint32_t, MixedHash> byId_;
   std::unordered_map<std::string_view, uint32_t> byName_;
   /// Geometry that was made from the record of a model, by model.
   std::unordered_map<uint32_t, uint32_t> geometryOf_;

@@ -43,6 +43,12 @@ KFbxVector4 Properties::Vector(std::string_view name, const KFbxVector4& otherwi
 
 std::string_view Properties::Text(std::string_view name) const { return Find(name).Text(firstValue_); }
 
+std::unordered_map<std::string_view, double> Properties::Numbers() const {
+  std::unordered_map<std::string_view, double> numbers;
+  for (const RecordRef property : list_) numbers[property.Text(0)] = property.Number(firstValue_, 0.0);
+  return numbers;
+}
+
 std::unordered_map<std::string_view, PropertyTemplate> ReadTemplates(const RecordTree& tree) {
   std::unordered_map<std::string_view, PropertyTemplate> templates;
   for (const RecordRef type : tree.Find("Definitions")) {

@@ -27,6 +27,8 @@ class Properties {
   /// Components that the property lacks are those of `otherwise`.
   KFbxVector4 Vector(std::string_view name, const KFbxVector4& otherwise) const;
   std::string_view Text(std::string_view name) const;
+  /// All of the object's own properties that are numbers, by name.
+  std::unordered_map<std::string_view, double> Numbers() const;
 
  private:
   RecordRef Find(std::string_view name) const;

@@ -109,6 +109,7 @@ class PolygonCutter {
     Link(n);
     uint32_t current = 0, sinceLastEar = 0, left = n;
     while (left > 3) {
+      --work_;
       const bool stuck = sinceLastEar >= left || work_ <= 0;
       if (stuck) current = LeastBad(current, left);
       if (stuck || IsEar(current)) {
@@ -154,9 +155,10 @@ class PolygonCutter {
     });
   }
 
-  uint32_t LeastBad(uint32_t from, uint32_t left) const {
+  uint32_t LeastBad(uint32_t from, uint32_t left) {
     // Out of work: whatever comes first.
     if (work_ <= 0) return from;
+    work_ -= left;
     uint32_t best = from;
     for (uint32_t i = next_[from], k = 1; k < left; ++k, i = next_[i]) {
       if (Turn(i) > Turn(best)) best = i;

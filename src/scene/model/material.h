@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include "scene/math/vector.h"
@@ -11,7 +12,6 @@ namespace scene {
 
 /// A property of a material and the textures connected to it.
 struct KFbxProperty {
-  KString name;
   std::vector<KFbxObject*> textures;  ///< in connection order; file textures and layered ones
 
   int GetSrcTextureCount() const { return static_cast<int>(textures.size()); }
@@ -28,20 +28,15 @@ class KFbxSurfaceMaterial : public KFbxObject {
 
   /// The property `name`, or null when the material has no such property.
   const KFbxProperty* FindProperty(std::string_view name) const {
-    for (const KFbxProperty& property : properties_) {
-      if (property.name == name) return &property;
-    }
-    return nullptr;
+    const auto found = properties_.find(name);
+    return found == properties_.end() ? nullptr : &found->second;
   }
   void ConnectTexture(std::string_view propertyName, KFbxObject& texture) {
-    for (KFbxProperty& property : properties_) {
-      if (property.name == propertyName) return property.textures.push_back(&texture);
-    }
-    properties_.push_back({KString(propertyName), {&texture}});
+    properties_[KString(propertyName)].textures.push_back(&texture);
   }
 
  private:
-  std::vector<KFbxProperty> properties_;  ///< those with textures
+  std::map<KString, KFbxProperty, std::less<>> properties_;  ///< those with textures
 };
 
 /// The colours and factors as the file or its template gives them: colours 0..1, not multiplied by their

@@ -23,17 +23,19 @@ class KFbxPose : public KFbxObject {
     const auto found = byNode_.find(node);
     return found == byNode_.end() ? -1 : found->second;
   }
+  const KFbxNode* GetNode(int i) const { return entries_[static_cast<size_t>(i)].node; }
   const KFbxXMatrix& GetMatrix(int i) const { return entries_[static_cast<size_t>(i)].matrix; }
   bool IsLocalMatrix(int i) const { return entries_[static_cast<size_t>(i)].isLocal; }
 
   // For whoever builds a scene.
   void Add(const KFbxNode& node, const KFbxXMatrix& matrix, bool isLocal) {
     byNode_.emplace(&node, GetCount());
-    entries_.push_back({matrix, isLocal});
+    entries_.push_back({&node, matrix, isLocal});
   }
 
  private:
   struct Entry {
+    const KFbxNode* node;
     KFbxXMatrix matrix;
     bool isLocal;
   };
