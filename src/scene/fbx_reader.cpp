@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/fbx_reader.h"
 
+#include "platform/files.h"
 #include "scene/build/build_scene.h"
 #include "scene/container/container.h"
 #include "scene/embedded_files.h"
@@ -75,22 +76,25 @@ std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, KFbxFileVer
     status = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
     return nullptr;
   }
-  const ContainerKind kind = DetectContainer(file->Bytes());
   auto tree = std::make_shared<RecordTree>();
-  tree->ascii = kind == ContainerKind::Ascii;
-  tree->version = DetectVersion(file->Bytes(), kind);
-  tree->file = std::move(file);
+  tree->bytes = file->Bytes();
+  tree->storage = std::move(file);
+  status = ReadFbxRecords(*tree);
   version = SplitVersion(tree->version);
-  status = CheckVersion(tree->version);
   if (!status.Succeeded()) return nullptr;
-  const ParseError error = tree->ascii ? ReadAsciiRecords(*tree) : ReadBinaryRecords(*tree);
-  if (error.Failed()) {
-    status = {EImportError::eFILE_CORRUPTED, error.text};
-    return nullptr;
-  }
-  tree->version = TrueVersion(*tree);
-  version = SplitVersion(tree->version);
   return std::make_unique<OpenFbxFile>(std::move(tree), path);
+}
+
+KFbxImportStatus ReadFbxRecords(RecordTree& tree) {
+  const ContainerKind kind = DetectContainer(tree.bytes);
+  tree.ascii = kind == ContainerKind::Ascii;
+  tree.version = DetectVersion(tree.bytes, kind);
+  KFbxImportStatus status = CheckVersion(tree.version);
+  if (!status.Succeeded()) return status;
+  const ParseError error = tree.ascii ? ReadAsciiRecords(tree) : ReadBinaryRecords(tree);
+  if (error.Failed()) return {EImportError::eFILE_CORRUPTED, error.text};
+  tree.version = TrueVersion(tree);
+  return status;
 }
 
 }  // namespace scene

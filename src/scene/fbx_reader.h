@@ -17,4 +17,8 @@ class FbxReader : public KFbxReader {
                                      KFbxImportStatus& status) const override;
 };
 
+/// Reads all records of `tree.bytes`, whichever container and version they are, and sets the tree's version
+/// as far as it can be told.
+KFbxImportStatus ReadFbxRecords(RecordTree& tree);
+
 }  // namespace scene

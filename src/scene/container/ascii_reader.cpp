@@ -23,7 +23,7 @@ bool IsWordCharacter(char c) {
 class AsciiReader {
  public:
   explicit AsciiReader(RecordTree& tree) : tree_(tree) {
-    std::string_view text = tree.file->Bytes();
+    std::string_view text = tree.bytes;
     if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
     p_ = text.data();
     // A zero byte ends the text.
@@ -51,7 +51,7 @@ class AsciiReader {
 
  private:
   ParseError Error(const std::string& what) {
-    const char* begin = tree_.file->Bytes().data();
+    const char* begin = tree_.bytes.data();
     const auto line = std::count(begin, std::min(p_, end_), '\n') + 1;
     error_.text = what + " (at line " + std::to_string(line) + ")";
     return error_;

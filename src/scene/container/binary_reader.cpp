@@ -20,7 +20,7 @@ class BinaryReader {
   explicit BinaryReader(RecordTree& tree)
       : tree_(tree),
         wide_(tree.version >= kWideRecordVersion),
-        bytes_(tree.file->Bytes()),
+        bytes_(tree.bytes),
         in_(bytes_, tree.bigEndian) {}
 
   ParseError Read() {
@@ -209,7 +209,7 @@ class BinaryReader {
 
 ParseError ReadBinaryRecords(RecordTree& tree) {
   constexpr size_t kByteOrderOffset = 22;
-  tree.bigEndian = tree.file->Bytes()[kByteOrderOffset] != 0;
+  tree.bigEndian = tree.bytes[kByteOrderOffset] != 0;
   return BinaryReader(tree).Read();
 }
 

@@ -19,7 +19,7 @@ ContainerKind DetectContainer(std::string_view bytes);
 /// Version that the start of the file tells, before anything is parsed: 7400 for 7.4; 0 when it tells none.
 int DetectVersion(std::string_view bytes, ContainerKind kind);
 
-/// Reads all records of `tree.file` into `tree`, whose `ascii` and `version` are set. Arrays stay undecoded.
+/// Reads all records of `tree.bytes` into `tree`, whose `ascii` and `version` are set. Arrays stay undecoded.
 /// @return what is wrong and at which byte or line, or no error
 ParseError ReadBinaryRecords(RecordTree& tree);
 ParseError ReadAsciiRecords(RecordTree& tree);

@@ -8,8 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/files.h"
-
 namespace scene {
 
 /// What a container reader could not read, in words, and where.
@@ -59,7 +57,8 @@ class RecordRef;
 /// All records of a file, whichever container it came in, and the bytes that they point into.
 class RecordTree {
  public:
-  std::shared_ptr<const platform::MappedFile> file;
+  std::string_view bytes;               ///< the file
+  std::shared_ptr<const void> storage;  ///< keeps `bytes` alive
   bool ascii = false;
   bool bigEndian = false;
   int version = 0;  ///< 7400 for 7.4

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+//
+// Bytes -> records -> scene -> everything that a conversion reads of it.
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "scene/build/build_scene.h"
+#include "scene/fbx_reader.h"
+#include "scene/geometry/triangulate.h"
+#include "scene/geometry/vertex_normals.h"
+#include "scene/model/mesh.h"
+#include "scene/model/texture.h"
+
+namespace {
+
+constexpr size_t kLargestInput = 1 << 20;
+
+void ReadMesh(scene::KFbxMesh& mesh) {
+  const std::span<const double> source = mesh.GetControlPoints();
+  std::vector<double> points(source.begin(), source.end());
+  for (const scene::KFbxShape& shape : mesh.GetShapes()) ApplyShape(shape, points);
+  const scene::KFbxTriangles triangles = TriangulateMesh(mesh);
+  scene::ComputeVertexNormals(points, triangles.corners, false);
+  scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
+  for (size_t i = 0; uvs && i < triangles.corners.size(); ++i) {
+    uvs->GetTextureUVIndex(triangles.SourceCorner(i), triangles.corners[i]);
+  }
+  for (int s = 0; s < mesh.GetSkinCount(); ++s) {
+    for (int c = 0; c < mesh.GetSkin(s)->GetClusterCount(); ++c) {
+      mesh.GetSkin(s)->GetCluster(c)->GetControlPointWeights();
+      mesh.GetSkin(s)->GetCluster(c)->GetTransformMatrix();
+    }
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size > kLargestInput) return 0;
+  auto tree = std::make_shared<scene::RecordTree>();
+  auto bytes = std::make_shared<std::string>(reinterpret_cast<const char*>(data), size);
+  tree->bytes = *bytes;
+  tree->storage = bytes;
+  if (!ReadFbxRecords(*tree).Succeeded()) return 0;
+  scene::KFbxScene loaded("");
+  BuildScene(tree, loaded);
+  loaded.ForEach<scene::KFbxMesh>([](scene::KFbxMesh& mesh) { ReadMesh(mesh); });
+  loaded.ForEach<scene::KFbxNode>([](scene::KFbxNode& node) { node.GetLocalFromDefaultTake().GetR(); });
+  loaded.ForEach<scene::KFbxVideo>([](scene::KFbxVideo& video) { video.ReadContent(); });
+  return 0;
+}
