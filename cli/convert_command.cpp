@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "convert_command.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
 
-#include "core/names.h"
 #include "driver/convert.h"
 #include "exit_codes.h"
+#include "finish_settings.h"
+#include "host_paths.h"
 #include "status_printer.h"
 #include "work_folder.h"
 
@@ -16,60 +16,32 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-/// The converter splits paths at the backslash.
-std::string ConverterPath(const fs::path& path) {
-  std::string text = path.string();
-  std::replace(text.begin(), text.end(), '/', '\\');
-  return text;
-}
-
-std::string Join(const std::vector<std::string>& entries) {
-  std::string list;
-  for (const std::string& entry : entries) list += (list.empty() ? "" : "|") + entry;
-  return list;
-}
-
-void FBX_TO_TS3D_CALL PrintStatus(void* printer, const char* line) {
-  static_cast<StatusPrinter*>(printer)->Print(line);
-}
-
 ts3d::ConversionJob MakeJob(const ConvertOptions& options, StatusPrinter& printer) {
   ts3d::ConversionJob job;
-  job.callbackContext = &printer;
-  job.statusCallback = PrintStatus;
+  printer.Attach(job);
   job.rotationY = options.rotationY;
   job.rotationX = options.rotationX;
-  job.boneRenameList = Join(options.boneRenames);
+  job.boneRenameList = JoinList(options.boneRenames);
   job.meshOptionMode = options.meshMode;
   std::vector<std::string> meshes = options.meshes;
   for (const std::string& mesh : options.doubleSidedMeshes) meshes.push_back("!" + mesh);
-  job.meshOptionList = Join(meshes);
+  job.meshOptionList = JoinList(meshes);
   job.exclusionList = options.excludedNames;
   return job;
 }
 
-/// Makes `folder` the current directory as long as it lives: the converter deletes its work files there.
-class CurrentFolder {
- public:
-  explicit CurrentFolder(const fs::path& folder) : before_(fs::current_path()) {
-    fs::current_path(folder, failed_);
+/// Runs in the model's folder, where the converter deletes its work files.
+int ConvertIn(const fs::path& model, const fs::path& original, const std::optional<FinishSettings>& finish,
+              ts3d::ConversionJob& job) {
+  int code = 0;
+  {
+    const CurrentFolder current(model.parent_path());
+    code = static_cast<int>(ts3d::RunConversion(job, {ConverterPath(model), ConverterPath(original)}));
   }
-  ~CurrentFolder() { fs::current_path(before_, failed_); }
-  CurrentFolder(const CurrentFolder&) = delete;
-  CurrentFolder& operator=(const CurrentFolder&) = delete;
-
- private:
-  fs::path before_;
-  std::error_code failed_;
-};
-
-int ConvertIn(const fs::path& model, const fs::path& original, ts3d::ConversionJob& job) {
-  const CurrentFolder current(model.parent_path());
-  return static_cast<int>(ts3d::RunConversion(job, {ConverterPath(model), ConverterPath(original)}));
-}
-
-fs::path WithExtension(const fs::path& path, const char* extension) {
-  return ts3d::ReplaceExtension(path.string(), extension);
+  if (code != 0 || !finish) return code;
+  const TemporaryFolder nowhere;
+  const CurrentFolder current(nowhere.Path());
+  return ApplyFinishSettings(model, *finish, job);
 }
 
 /// A package without meshes, or one that was not completed, is of no use to anybody.
@@ -88,7 +60,8 @@ void ReportFailure(const std::string& model, const char* reason) {
   std::fprintf(stderr, "fbx2czp: error: %s: %s\n", model.c_str(), reason);
 }
 
-int ConvertModel(const std::string& name, const ConvertOptions& options) {
+int ConvertModel(const std::string& name, const ConvertOptions& options,
+                 const std::optional<FinishSettings>& finish) {
   const fs::path model = fs::absolute(name);
   if (model.string().find('\\') != std::string::npos) {
     ReportFailure(name, "a path with a backslash cannot be converted; rename the file or its folder");
@@ -99,11 +72,11 @@ int ConvertModel(const std::string& name, const ConvertOptions& options) {
   fs::path package = WithExtension(model, "czp");
   int code = 0;
   if (options.outputFolder.empty() || !fs::exists(model)) {
-    code = ConvertIn(model, model, job);
+    code = ConvertIn(model, model, finish, job);
     if (code == FBX_TO_TS3D_PACKAGE_FAILED || code == FBX_TO_TS3D_NO_MESH) RemoveOutputs(model);
   } else {
     const WorkFolder work(model);
-    code = ConvertIn(work.Model(), model, job);
+    code = ConvertIn(work.Model(), model, finish, job);
     if (code == 0) {
       fs::create_directories(options.outputFolder);
       work.MoveTo(options.outputFolder, WithExtension(model.filename(), "xfg"));
@@ -123,11 +96,13 @@ int ConvertModel(const std::string& name, const ConvertOptions& options) {
 }  // namespace
 
 int RunConvert(const ConvertOptions& options) {
+  std::optional<FinishSettings> finish;
+  if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
   int firstFailure = 0;
   for (const std::string& model : options.models) {
     int code = 0;
     try {
-      code = ConvertModel(model, options);
+      code = ConvertModel(model, options, finish);
     } catch (const fs::filesystem_error& error) {
       ReportFailure(model, error.what());
       code = FBX_TO_TS3D_PACKAGE_FAILED;

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+#include "status_printer.h"
 
-enum class Verbosity { Quiet, Normal, Verbose };
+namespace cli {
 
 /// What "fbx2czp convert" was asked for.
 struct ConvertOptions {
@@ -20,6 +20,7 @@ struct ConvertOptions {
   std::vector<std::string> meshes;
   std::vector<std::string> doubleSidedMeshes;
   std::vector<std::string> excludedNames;
+  std::string finishSettings;  ///< JSON file with final settings, or empty
   Verbosity verbosity = Verbosity::Normal;
 };
 

@@ -16,6 +16,11 @@ constexpr std::pair<int, const char*> kCodes[] = {
      "the package could not be written; is its folder writable and the disk not full?"},
     {FBX_TO_TS3D_SKELETON_FAILED, "the skeleton file could not be written; is the model's folder writable?"},
     {FBX_TO_TS3D_NO_MESH, "the model has no mesh to convert"},
+    {FBX_TO_TS3D_DOCUMENT_UNREADABLE,
+     "the .xfg document beside the model is missing, cannot be read or lacks a section; convert the model "
+     "again"},
+    {FBX_TO_TS3D_DOCUMENT_UNWRITABLE, "the .xfg document could not be written; is its folder writable?"},
+    {FBX_TO_TS3D_UPDATE_FAILED, "the package could not be opened or extended; it is as it was"},
     {kUsageError, "wrong command line"}};
 
 }  // namespace

@@ -4,9 +4,11 @@
 #include <string>
 #include <string_view>
 
-#include "convert_command.h"
+#include "core/conversion_job.h"
 
 namespace cli {
+
+enum class Verbosity { Quiet, Normal, Verbose };
 
 /// Shows the status lines of a conversion on standard error. On a terminal the lines that tell how far the
 /// writing of a mesh has come become a bar.
@@ -15,6 +17,8 @@ class StatusPrinter {
   explicit StatusPrinter(Verbosity verbosity);
   ~StatusPrinter() { ClearBar(); }
 
+  /// Makes this the status channel of `job`. Must outlive it.
+  void Attach(ts3d::ConversionJob& job);
   void Print(std::string_view line);
   void ClearBar();
 

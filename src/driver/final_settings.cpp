@@ -29,15 +29,26 @@ bool ReplaceDocument(const std::string& path, const std::string& text) {
   return false;
 }
 
+/// Adds the document to a copy of the package that then takes the package's place, so that whatever happens
+/// the package is the old one or the new one.
 bool AddToPackage(ConversionJob& job, const std::string& packagePath, const std::string& documentName) {
-  if (!OpenActorPackage(job, packagePath, PackageMode::Append)) {
+  const std::string newPath = packagePath + ".new";
+  if (!platform::CopyWholeFile(packagePath, newPath) ||
+      !OpenActorPackage(job, newPath, PackageMode::Append)) {
+    platform::RemoveFile(newPath);
     StatusLog(job, ">>> Failed to Open CZP File");
     return false;
   }
   PackagedNameSet packagedNames;
-  const bool added = AddFileToPackage(job, packagedNames, documentName, AfterAdding::DeleteFile) == 0;
-  if (!added) StatusLog(job, ">>> Failed updating CZP File");
-  return CloseActorPackage(job) && added;
+  const bool added = AddFileToPackage(job, packagedNames, documentName, AfterAdding::KeepFile) == 0;
+  if (CloseActorPackage(job) && added && platform::RenameFile(newPath, packagePath)) {
+    // What a conversion's work files know as deletion after adding: by the bare name.
+    platform::RemoveFile(documentName);
+    return true;
+  }
+  platform::RemoveFile(newPath);
+  StatusLog(job, ">>> Failed updating CZP File");
+  return false;
 }
 
 }  // namespace

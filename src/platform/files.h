@@ -38,6 +38,10 @@ bool RemoveFile(std::string_view path);
 /// Renames `from` to `to`, in place of any file of that name, in one step.
 bool RenameFile(std::string_view from, std::string_view to);
 
+/// Copies the regular file `from` to `to`, over any file of that name; false, with nothing left, when that
+/// fails.
+bool CopyWholeFile(std::string_view from, std::string_view to);
+
 /// Creates the folder `path` unless it exists; false when there is none afterwards.
 bool MakeFolder(std::string_view path);
 

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstring>
 #include <ctime>
+#include <filesystem>
+#include <system_error>
 
 #include "platform/files.h"
 
@@ -45,6 +47,17 @@ bool RemoveFile(std::string_view path) { return unlink(NativePath(path).c_str())
 
 bool RenameFile(std::string_view from, std::string_view to) {
   return std::rename(NativePath(from).c_str(), NativePath(to).c_str()) == 0;
+}
+
+bool CopyWholeFile(std::string_view from, std::string_view to) {
+  std::error_code failed;
+  const std::filesystem::path target = NativePath(to);
+  if (std::filesystem::copy_file(NativePath(from), target, std::filesystem::copy_options::overwrite_existing,
+                                 failed)) {
+    return true;
+  }
+  std::filesystem::remove(target, failed);
+  return false;
 }
 
 bool MakeFolder(std::string_view path) {

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/conversion_job.h"
+
+namespace cli {
+
+/// The final settings of a model, as the command line or a file gives them.
+struct FinishSettings {
+  double scalePercent = 100.0;
+  std::optional<int32_t> rotationX, rotationY;  ///< degrees; the conversion's, or 0, when absent
+  std::vector<std::string> boneRenames;         ///< "old=new"
+  std::vector<std::string> meshes;  ///< "mesh=friendly", with "~" or "`" before a switch's friendly name
+};
+
+/// Adds "mesh=friendly" as a mesh that a switch shows: present first, or absent first.
+void AddSwitchOn(FinishSettings& settings, const std::string& entry);
+void AddSwitchOff(FinishSettings& settings, const std::string& entry);
+
+/// Adds what the JSON file `path` says: "scale", "rotation": {"x", "y"}, and the objects "renames", "meshes",
+/// "switch_on" and "switch_off" of old and new names.
+/// @throws std::runtime_error with a reason for the person at the keyboard
+void ReadFinishSettings(const std::string& path, FinishSettings& settings);
+
+/// Applies the settings to the document and package that the conversion of `model` left. `job` knows the
+/// skeleton when it has run that conversion.
+/// @return the result code
+int ApplyFinishSettings(const std::string& model, const FinishSettings& settings, ts3d::ConversionJob& job);
+
+}  // namespace cli

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "host_paths.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+#include "core/names.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+
+std::string ConverterPath(const fs::path& path) {
+  std::string text = path.string();
+  std::replace(text.begin(), text.end(), '/', '\\');
+  return text;
+}
+
+std::string JoinList(const std::vector<std::string>& entries) {
+  std::string list;
+  for (const std::string& entry : entries) list += (list.empty() ? "" : "|") + entry;
+  return list;
+}
+
+fs::path WithExtension(const fs::path& path, const char* extension) {
+  return ts3d::ReplaceExtension(path.string(), extension);
+}
+
+TemporaryFolder::TemporaryFolder() {
+  std::string pattern = (fs::temp_directory_path() / "fbx2czp-XXXXXX").string();
+  if (!mkdtemp(pattern.data())) {
+    throw fs::filesystem_error("cannot make a temporary folder", pattern,
+                               std::error_code(errno, std::generic_category()));
+  }
+  path_ = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+}  // namespace cli
