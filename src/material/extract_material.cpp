@@ -28,12 +28,12 @@ void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& 
   }
 }
 
+}  // namespace
+
 const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material) {
   const scene::KFbxProperty* diffuse = material.FindProperty("DiffuseColor");
   return diffuse && diffuse->GetSrcTextureCount() > 0 ? diffuse->GetSrcTexture(0) : nullptr;
 }
-
-}  // namespace
 
 void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
                    ConversionJob& job, PackagedNameSet& packagedNames) {

@@ -9,6 +9,9 @@
 
 namespace ts3d {
 
+/// The first diffuse texture of `material`, or null when it has none or that one is no picture file.
+const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material);
+
 /// Writes the material file `name` for `material` and packs its diffuse texture.
 /// @param hasMap  whether the mesh has texture coordinates
 void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,

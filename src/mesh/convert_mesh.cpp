@@ -54,6 +54,16 @@ bool TurnsNormals(const std::string& name, const ConversionJob& job) {
   return (job.meshOptionMode == 2) == listed;
 }
 
+/// The file has room for one set of texture coordinates: that of the first material with a diffuse picture.
+void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh) {
+  for (int i = 0; i < node.GetMaterialCount(); ++i) {
+    if (const scene::KFbxTexture* texture = DiffuseTexture(*node.GetMaterial(i))) {
+      return mesh.SelectUVSet(texture->GetUVSet());
+    }
+  }
+  mesh.SelectUVSet({});
+}
+
 void CheckMaterialReference(KFbxMesh& mesh, int materialCount, ConversionJob& job) {
   const scene::KFbxLayerElementMaterial* materials = mesh.GetMaterials();
   if (materialCount < 2 || !materials || job.materialReferenceReported) return;
@@ -108,6 +118,7 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
       data.normals[i] = data.normals[i + 1] = data.normals[i + 2] = static_cast<float>(0.57734998);
     }
   }
+  SelectDiffuseUVSet(node, *mesh);
   data.records = SplitVertices(mesh->GetControlPointsCount(), mesh->GetUVs(), data.triangles);
   StatusLog(job, "Writing Mesh Header");
   TextureCoordinates coordinates(node, mesh->GetUVs(), job);

@@ -128,7 +128,7 @@ RecordRef KFbxMesh::FindLayerElement(std::string_view type) const {
 }
 
 LayerElementSource KFbxMesh::FindUVs() const {
-  if (const RecordRef element = FindLayerElement("LayerElementUV")) {
+  if (const RecordRef element = selectedUVs_ ? selectedUVs_ : FindLayerElement("LayerElementUV")) {
     return {ReadLayerElementModes(element), element.Child("UV"), element.Child("UVIndex")};
   }
   const RecordRef old = geometry_.Child("GeometryUVInfo");
@@ -150,6 +150,18 @@ LayerElementSource KFbxMesh::FindMaterials() const {
 LayerElementSource KFbxMesh::FindDiffuseTextures() const {
   const RecordRef element = FindLayerElement("LayerElementTexture");
   return {ReadLayerElementModes(element), {}, element.Child("TextureId")};
+}
+
+void KFbxMesh::SelectUVSet(std::string_view name) {
+  selectedUVs_ = {};
+  uvs_.reset();
+  uvsRead_ = false;
+  if (name.empty() || name == "default") return;
+  for (const RecordRef element : geometry_) {
+    if (element.Name() != "LayerElementUV" || element.Child("Name").Text(0) != name) continue;
+    selectedUVs_ = element;
+    return;
+  }
 }
 
 KFbxLayerElementUV* KFbxMesh::GetUVs() {

@@ -39,8 +39,12 @@ class KFbxMesh : public KFbxNodeAttribute {
   int GetDroppedPolygonCount();
 
   int GetLayerCount() const { return layerCount_; }
-  /// Elements of layer 0, or null.
+  /// Makes the texture coordinates called `name` those that GetUVs gives. Without such a set they stay those
+  /// of layer 0.
+  void SelectUVSet(std::string_view name);
+  /// The selected texture coordinates, or null.
   KFbxLayerElementUV* GetUVs();
+  /// The material element of layer 0, or null.
   KFbxLayerElementMaterial* GetMaterials();
 
   /// Old files number the textures of the node here, by polygon or for all; no modes when there is no such
@@ -77,6 +81,7 @@ class KFbxMesh : public KFbxNodeAttribute {
   bool plain_ = false;
   int droppedPolygons_ = 0;
 
+  RecordRef selectedUVs_;
   std::unique_ptr<KFbxLayerElementUV> uvs_;
   bool uvsRead_ = false;
   std::unique_ptr<KFbxLayerElementMaterial> materials_;

@@ -3,6 +3,8 @@
 
 #include <array>
 
+#include "scene/document/properties.h"
+
 namespace scene {
 namespace {
 
@@ -72,6 +74,9 @@ KString KFbxVideo::ReadContent() const {
 }
 
 KFbxTexture::KFbxTexture(std::string_view name, RecordRef record)
-    : KFbxObject(name), fileName_(FileNameOf(record)), relativeFileName_(RelativeFileNameOf(record)) {}
+    : KFbxObject(name),
+      fileName_(FileNameOf(record)),
+      relativeFileName_(RelativeFileNameOf(record)),
+      uvSet_(Properties(record).Text("UVSet")) {}
 
 }  // namespace scene

@@ -31,6 +31,8 @@ class KFbxTexture : public KFbxObject {
   const KString& GetFileName() const { return fileName_; }
   const KString& GetRelativeFileName() const { return relativeFileName_; }
   KFbxVideo* GetVideo() const { return video_; }
+  /// Name of the texture coordinates that the texture is made for; empty when it does not say.
+  const KString& GetUVSet() const { return uvSet_; }
 
   // For whoever builds a scene.
   void SetFileName(std::string_view fileName) { fileName_ = fileName; }
@@ -39,7 +41,7 @@ class KFbxTexture : public KFbxObject {
   }
 
  private:
-  KString fileName_, relativeFileName_;
+  KString fileName_, relativeFileName_, uvSet_;
   KFbxVideo* video_ = nullptr;
 };
 
