@@ -42,7 +42,9 @@ scene::KFbxTriangles Triangulate(KFbxMesh& mesh, const std::string& name, const 
                                   " Polygon(s) with vertices that do not exist in: ", name));
   }
   if (HasOtherThanTriangles(mesh)) StatusLog(job, ComposeMessage("Triangulated the Mesh: ", name));
-  return TriangulateMesh(mesh);
+  scene::KFbxTriangles triangles = TriangulateMesh(mesh);
+  mesh.ReleaseCorners();
+  return triangles;
 }
 
 /// Whether the normals of the mesh `name` are to point inward.
@@ -120,6 +122,10 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
   }
   SelectDiffuseUVSet(node, *mesh);
   data.records = SplitVertices(mesh->GetControlPointsCount(), mesh->GetUVs(), data.triangles);
+  if (scene::KFbxLayerElementUV* uvs = mesh->GetUVs();
+      uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) {
+    uvs->ReleaseIndexArray();
+  }
   StatusLog(job, "Writing Mesh Header");
   TextureCoordinates coordinates(node, mesh->GetUVs(), job);
   WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job);

@@ -42,7 +42,7 @@ class SkinDeformation {
         meshPose_(meshPose) {}
 
   /// Moves `points` from the mesh's own space into the world of the bind pose.
-  void Apply(std::span<double> points) {
+  void Apply(std::vector<double>& points) {
     const ELinkMode mode = LinkMode();
     if (mode == ELinkMode::eADDITIVE) return ApplyAdditive(points);
     const size_t count = points.size() / 3;
@@ -53,14 +53,18 @@ class SkinDeformation {
       for (size_t axis = 0; axis < 3; ++axis) sum[3 * i + axis] += moved[axis];
       weightSum[i] += weight;
     });
-    TransformPoints(meshPose_ * geometric_, points);
+    const KFbxXMatrix own = meshPose_ * geometric_;
     for (size_t i = 0; i < count; ++i) {
-      if (weightSum[i] == 0.0) continue;
       const KFbxVector4 blended = PointAt(sum, i);
-      SetPoint(points, i,
-               mode == ELinkMode::eNORMALIZE ? blended * (1.0 / weightSum[i])
-                                             : blended + PointAt(points, i) * (1.0 - weightSum[i]));
+      if (weightSum[i] == 0.0) {
+        SetPoint(sum, i, own.MultT(PointAt(points, i)));
+      } else if (mode == ELinkMode::eNORMALIZE) {
+        SetPoint(sum, i, blended * (1.0 / weightSum[i]));
+      } else {
+        SetPoint(sum, i, blended + own.MultT(PointAt(points, i)) * (1.0 - weightSum[i]));
+      }
     }
+    points = std::move(sum);
   }
 
  private:
@@ -141,6 +145,7 @@ std::vector<double> PoseControlPoints(const KFbxNode& node, ConversionJob& job) 
   SkeletonState& skeleton = *job.skeleton;
   const std::span<const double> source = mesh.GetControlPoints();
   std::vector<double> points(source.begin(), source.end());
+  mesh.ReleaseControlPoints();
 
   const int index = skeleton.hasExtractedBones ? BindPoseIndex(&node, *job.scene, skeleton) : -1;
   if (index < 0) {
@@ -153,6 +158,7 @@ std::vector<double> PoseControlPoints(const KFbxNode& node, ConversionJob& job) 
     for (const scene::KFbxShape& shape : mesh.GetShapes()) ApplyShape(shape, points);
     if (mesh.GetSkinCount() > 0) {
       SkinDeformation(node, meshPose, job).Apply(points);
+      mesh.ReleaseSkins();
     } else {
       TransformPoints(meshPose * node.GetGeometricTransform(), points);
     }

@@ -2,6 +2,7 @@
 #include "skeleton/bone_influences.h"
 
 #include <algorithm>
+#include <new>
 
 #include "core/names.h"
 #include "core/status.h"
@@ -12,11 +13,6 @@ namespace ts3d {
 namespace {
 
 constexpr float kUsedWeight = 0.05f;
-
-struct Influence {
-  int32_t controlPoint;
-  BoneWeight weight;
-};
 
 /// Identifier of the bone that `cluster` follows, or -1.
 int32_t FindBone(const scene::KFbxCluster& cluster, const ConversionJob& job) {
@@ -35,48 +31,71 @@ int32_t FindBone(const scene::KFbxCluster& cluster, const ConversionJob& job) {
   return -1;
 }
 
-/// Sums up what each cluster says about each control point, in time linear in its pairs.
-class InfluenceCollector {
- public:
-  explicit InfluenceCollector(int32_t controlPointCount)
-      : lastOf_(static_cast<size_t>(controlPointCount), kNone) {}
+/// A cluster that follows a bone.
+struct BoneCluster {
+  scene::KFbxCluster* cluster;
+  int32_t bone;
+};
 
-  /// @return whether some control point's weight makes the bone count as used
-  bool Add(scene::KFbxCluster& cluster, int32_t bone) {
-    const std::span<const int32_t> indices = cluster.GetControlPointIndices();
-    const std::span<const double> weights = cluster.GetControlPointWeights();
-    const size_t first = influences_.size();
-    for (size_t i = 0; i < indices.size(); ++i) {
-      if (indices[i] < 0 || static_cast<size_t>(indices[i]) >= lastOf_.size()) continue;
-      uint32_t& last = lastOf_[static_cast<size_t>(indices[i])];
-      const auto weight = static_cast<float>(weights[i]);
-      if (last != kNone && last >= first) {
-        influences_[last].weight.weight += weight;
-      } else {
-        last = static_cast<uint32_t>(influences_.size());
-        influences_.push_back({indices[i], {bone, weight}});
-      }
+/// Puts what each cluster says about each control point into one row per control point. Counts first and
+/// fills then, so that nothing is held twice; linear in the pairs.
+class InfluenceRows {
+ public:
+  explicit InfluenceRows(int32_t controlPointCount)
+      : lastOf_(static_cast<size_t>(controlPointCount), kNone),
+        ends_(static_cast<size_t>(controlPointCount)) {}
+
+  /// Makes room for the pairs of `cluster`. False when all clusters together have more than can be numbered.
+  bool Count(scene::KFbxCluster& cluster) {
+    for (const int32_t index : cluster.GetControlPointIndices()) {
+      if (!IsControlPoint(index)) continue;
+      if (total_ == kNone - 1) return false;
+      ++ends_[static_cast<size_t>(index)];
+      ++total_;
     }
-    return std::any_of(influences_.begin() + static_cast<std::ptrdiff_t>(first), influences_.end(),
-                       [](const Influence& influence) { return influence.weight.weight > kUsedWeight; });
+    return true;
   }
 
-  InfluenceTable Take() {
-    std::vector<uint32_t> ends(lastOf_.size());
-    for (const Influence& influence : influences_) ++ends[static_cast<size_t>(influence.controlPoint)];
+  void Allocate() {
+    weights_.resize(total_);
     uint32_t sum = 0;
-    for (uint32_t& end : ends) {
+    for (uint32_t& end : ends_) {
       const uint32_t count = end;
       end = sum;
       sum += count;
     }
-    std::vector<BoneWeight> rows(influences_.size());
-    for (const Influence& influence : influences_) {
-      rows[ends[static_cast<size_t>(influence.controlPoint)]++] = influence.weight;
+    begins_ = ends_;
+  }
+
+  /// @return whether some control point's weight makes the bone count as used
+  bool Fill(const BoneCluster& source) {
+    const std::span<const int32_t> indices = source.cluster->GetControlPointIndices();
+    const std::span<const double> weights = source.cluster->GetControlPointWeights();
+    const uint32_t number = clusterCount_++;
+    for (size_t i = 0; i < indices.size(); ++i) {
+      if (!IsControlPoint(indices[i])) continue;
+      const auto point = static_cast<size_t>(indices[i]);
+      const auto weight = static_cast<float>(weights[i]);
+      if (lastOf_[point] == number) {
+        weights_[ends_[point] - 1].weight += weight;
+      } else {
+        lastOf_[point] = number;
+        weights_[ends_[point]++] = {source.bone, weight};
+      }
     }
-    influences_ = {};
-    MergeRows(ends, rows);
-    return {std::move(ends), std::move(rows)};
+    return std::any_of(indices.begin(), indices.end(), [&](int32_t index) {
+      return IsControlPoint(index) && weights_[ends_[static_cast<size_t>(index)] - 1].weight > kUsedWeight;
+    });
+  }
+
+  InfluenceTable Take() {
+    uint32_t written = 0;
+    for (size_t point = 0; point < ends_.size(); ++point) {
+      written = MergeRow(begins_[point], ends_[point], written);
+      ends_[point] = written;
+    }
+    weights_.resize(written);
+    return {std::move(ends_), std::move(weights_)};
   }
 
  private:
@@ -91,43 +110,56 @@ class InfluenceCollector {
     for (Row i = begin; i != end; ++i) std::rotate(std::upper_bound(begin, i, *i, byBone), i, i + 1);
   }
 
-  /// Orders each row by bone and adds up what two clusters of one bone say.
-  static void MergeRows(std::vector<uint32_t>& ends, std::vector<BoneWeight>& rows) {
-    uint32_t begin = 0, written = 0;
-    for (uint32_t& end : ends) {
-      const auto row = rows.begin() + begin;
-      SortRow(row, rows.begin() + end);
-      const uint32_t first = written;
-      for (uint32_t i = begin; i < end; ++i) {
-        if (written > first && rows[written - 1].bone == rows[i].bone) {
-          rows[written - 1].weight += rows[i].weight;
-        } else {
-          rows[written++] = rows[i];
-        }
+  bool IsControlPoint(int32_t index) const { return index >= 0 && static_cast<size_t>(index) < ends_.size(); }
+
+  /// Orders a row by bone, adds up what two clusters of one bone say, and moves it to `written`.
+  /// @return the end of the moved row
+  uint32_t MergeRow(uint32_t begin, uint32_t end, uint32_t written) {
+    SortRow(weights_.begin() + begin, weights_.begin() + end);
+    const uint32_t first = written;
+    for (uint32_t i = begin; i < end; ++i) {
+      if (written > first && weights_[written - 1].bone == weights_[i].bone) {
+        weights_[written - 1].weight += weights_[i].weight;
+      } else {
+        weights_[written++] = weights_[i];
       }
-      begin = end;
-      end = written;
     }
-    rows.resize(written);
+    return written;
   }
 
-  std::vector<Influence> influences_;
-  std::vector<uint32_t> lastOf_;  ///< last influence of each control point
+  std::vector<uint32_t> lastOf_;  ///< the last cluster that named each control point
+  std::vector<uint32_t> begins_, ends_;
+  std::vector<BoneWeight> weights_;
+  uint32_t total_ = 0;
+  uint32_t clusterCount_ = 0;
 };
+
+/// Clusters of all skins whose link is a bone, in order.
+std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, const ConversionJob& job) {
+  std::vector<BoneCluster> found;
+  for (int s = 0; s < mesh.GetSkinCount(); ++s) {
+    const scene::KFbxSkin& skin = *mesh.GetSkin(s);
+    for (int c = 0; c < skin.GetClusterCount(); ++c) {
+      const int32_t bone = FindBone(*skin.GetCluster(c), job);
+      if (bone >= 0) found.push_back({skin.GetCluster(c), bone});
+    }
+  }
+  return found;
+}
 
 }  // namespace
 
 InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, ConversionJob& job) {
-  InfluenceCollector collector(mesh.GetControlPointsCount());
-  for (int s = 0; s < mesh.GetSkinCount(); ++s) {
-    scene::KFbxSkin& skin = *mesh.GetSkin(s);
-    for (int c = 0; c < skin.GetClusterCount(); ++c) {
-      scene::KFbxCluster& cluster = *skin.GetCluster(c);
-      const int32_t bone = FindBone(cluster, job);
-      if (bone >= 0 && collector.Add(cluster, bone)) job.skeleton->bones.MarkById(bone);
-    }
+  const std::vector<BoneCluster> clusters = FindBoneClusters(mesh, job);
+  InfluenceRows rows(mesh.GetControlPointsCount());
+  for (const BoneCluster& source : clusters) {
+    if (!rows.Count(*source.cluster)) throw std::bad_alloc();
   }
-  return collector.Take();
+  rows.Allocate();
+  for (const BoneCluster& source : clusters) {
+    if (rows.Fill(source)) job.skeleton->bones.MarkById(source.bone);
+  }
+  return rows.Take();
 }
 
 }  // namespace ts3d

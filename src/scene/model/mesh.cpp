@@ -67,6 +67,7 @@ void KFbxMesh::ReadPolygons() {
   if (!ReadArray(geometry_.Child("PolygonVertexIndex"), corners_)) corners_.Release();
   const int32_t pointCount = GetControlPointsCount();
   const auto cornerCount = static_cast<uint32_t>(corners_.size());
+  cornerCount_ = cornerCount;
   KFbxPolygon polygon;
   bool sound = true;
   plain_ = cornerCount % 3 == 0;
@@ -93,6 +94,11 @@ void KFbxMesh::ReadPolygons() {
   }
 }
 
+size_t KFbxMesh::GetPolygonVertexCount() {
+  ReadPolygons();
+  return cornerCount_;
+}
+
 bool KFbxMesh::IsPlainTriangleMesh() {
   ReadPolygons();
   return plain_;
@@ -105,7 +111,7 @@ int KFbxMesh::GetDroppedPolygonCount() {
 
 int KFbxMesh::GetPolygonCount() {
   ReadPolygons();
-  return static_cast<int>(plain_ ? corners_.size() / 3 : polygons_.size());
+  return static_cast<int>(plain_ ? cornerCount_ / 3 : polygons_.size());
 }
 
 KFbxPolygon KFbxMesh::GetPolygon(int i) {
@@ -115,6 +121,7 @@ KFbxPolygon KFbxMesh::GetPolygon(int i) {
 }
 
 std::span<const int32_t> KFbxMesh::GetPolygonVertices() {
+  if (cornersReleased_) ForgetPolygons();
   ReadPolygons();
   return corners_.View();
 }
@@ -169,7 +176,7 @@ KFbxLayerElementUV* KFbxMesh::GetUVs() {
     uvsRead_ = true;
     const LayerElementSource source = FindUVs();
     if (source.modes.mapping != EMappingMode::eNONE) {
-      uvs_ = std::make_unique<KFbxLayerElementUV>(source, GetPolygonVertices().size());
+      uvs_ = std::make_unique<KFbxLayerElementUV>(source, GetPolygonVertexCount());
       if (uvs_->GetCoordinateCount() == 0) uvs_.reset();
     }
   }
@@ -187,21 +194,35 @@ KFbxLayerElementMaterial* KFbxMesh::GetMaterials() {
   return materials_.get();
 }
 
-void KFbxMesh::ReleasePolygons() {
+void KFbxMesh::ReleaseControlPoints() {
+  points_.Release();
+  pointsRead_ = false;
+}
+
+void KFbxMesh::ReleaseCorners() {
   corners_.Release();
+  cornersReleased_ = true;
+}
+
+void KFbxMesh::ForgetPolygons() {
+  corners_.Release();
+  cornersReleased_ = false;
   polygons_ = {};
   polygonsRead_ = false;
 }
 
+void KFbxMesh::ReleaseSkins() {
+  for (KFbxSkin* skin : skins_) skin->ReleaseArrays();
+}
+
 void KFbxMesh::ReleaseArrays() {
-  ReleasePolygons();
-  points_.Release();
-  pointsRead_ = false;
+  ForgetPolygons();
+  ReleaseControlPoints();
+  ReleaseSkins();
   uvs_.reset();
   uvsRead_ = false;
   materials_.reset();
   materialsRead_ = false;
-  for (KFbxSkin* skin : skins_) skin->ReleaseArrays();
 }
 
 }  // namespace scene

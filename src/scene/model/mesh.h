@@ -33,6 +33,7 @@ class KFbxMesh : public KFbxNodeAttribute {
   int GetPolygonSize(int i) { return static_cast<int>(GetPolygon(i).size); }
   /// Control points of all corners of all polygons of the file, dropped ones included.
   std::span<const int32_t> GetPolygonVertices();
+  size_t GetPolygonVertexCount();
   /// Whether the polygon table is nothing but triangles, corner after corner.
   bool IsPlainTriangleMesh();
   /// Polygons left out because a corner names a control point that does not exist.
@@ -55,7 +56,10 @@ class KFbxMesh : public KFbxNodeAttribute {
   KFbxSkin* GetSkin(int i) const { return skins_[static_cast<size_t>(i)]; }
   std::span<const KFbxShape> GetShapes() const { return shapes_; }
 
-  void ReleasePolygons();
+  void ReleaseControlPoints();
+  /// Gives up the corners, but not what GetPolygon and the polygon counts tell.
+  void ReleaseCorners();
+  void ReleaseSkins();
   void ReleaseArrays();
 
   // For whoever builds a scene.
@@ -67,6 +71,7 @@ class KFbxMesh : public KFbxNodeAttribute {
   LayerElementSource FindUVs() const;
   LayerElementSource FindMaterials() const;
   void ReadPolygons();
+  void ForgetPolygons();
 
   RecordRef geometry_;
   int layerCount_ = 0;
@@ -78,6 +83,8 @@ class KFbxMesh : public KFbxNodeAttribute {
   FbxArray<int32_t> corners_;
   std::vector<KFbxPolygon> polygons_;  ///< empty for a plain triangle mesh
   bool polygonsRead_ = false;
+  bool cornersReleased_ = false;
+  size_t cornerCount_ = 0;
   bool plain_ = false;
   int droppedPolygons_ = 0;
 
