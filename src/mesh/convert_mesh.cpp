@@ -14,6 +14,7 @@
 #include "mesh/split_vertices.h"
 #include "scene/geometry/vertex_normals.h"
 #include "scene/model/mesh.h"
+#include "scene/model/scene.h"
 
 namespace ts3d {
 namespace {
@@ -111,6 +112,7 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
   data.triangles = Triangulate(*mesh, name, job);
   job.vertexTotal = AddUp(job.vertexTotal, static_cast<size_t>(mesh->GetControlPointsCount()));
   job.polygonTotal = AddUp(job.polygonTotal, data.triangles.Count());
+  job.scene->ReleaseFilePages();
   data.points = PoseControlPoints(node, job);
   data.normals = scene::ComputeVertexNormals(data.points, data.triangles.corners, TurnsNormals(name, job));
   StatusLog(job, "Recreated Normal Vectors");
@@ -126,6 +128,7 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
       uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) {
     uvs->ReleaseIndexArray();
   }
+  job.scene->ReleaseFilePages();
   StatusLog(job, "Writing Mesh Header");
   TextureCoordinates coordinates(node, mesh->GetUVs(), job);
   WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job);

@@ -61,6 +61,8 @@ class MappedFile {
   [[nodiscard]] bool Open(std::string_view path, std::string& error);
 
   std::string_view Bytes() const { return {static_cast<const char*>(data_), size_}; }
+  /// Gives the memory of what was read back to the system; it is read again where it is needed again.
+  void ReleasePages() const;
 
  private:
   void* data_ = nullptr;

@@ -81,6 +81,10 @@ MappedFile::~MappedFile() {
   if (data_) munmap(data_, size_);
 }
 
+void MappedFile::ReleasePages() const {
+  if (data_) madvise(data_, size_, MADV_DONTNEED);
+}
+
 bool MappedFile::Open(std::string_view path, std::string& error) {
   const auto fail = [&](const char* reason) {
     error = reason;

@@ -78,6 +78,7 @@ std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, KFbxFileVer
   }
   auto tree = std::make_shared<RecordTree>();
   tree->bytes = file->Bytes();
+  tree->releasePages = [mapped = file.get()] { mapped->ReleasePages(); };
   tree->storage = std::move(file);
   status = ReadFbxRecords(*tree);
   version = SplitVersion(tree->version);

@@ -25,10 +25,8 @@ class AsciiReader {
   explicit AsciiReader(RecordTree& tree) : tree_(tree) {
     std::string_view text = tree.bytes;
     if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
-    p_ = text.data();
-    // A zero byte ends the text.
-    const void* zero = std::memchr(p_, '\0', text.size());
-    end_ = zero ? static_cast<const char*>(zero) : p_ + text.size();
+    p_ = released_ = text.data();
+    end_ = p_ + text.size();
   }
 
   ParseError Read() {
@@ -69,6 +67,8 @@ class AsciiReader {
       } else if (IsBlank(*p_)) {
         ++p_;
       } else {
+        // A zero byte ends the text.
+        if (*p_ == '\0') end_ = p_;
         return;
       }
     }
@@ -245,7 +245,16 @@ class AsciiReader {
     if (!close) return Fail("an array is not closed");
     AddNumberText(p_, close, static_cast<uint64_t>(count));
     p_ = close + 1;
+    ReleasePassedPages();
     return true;
+  }
+
+  /// Most of a text is arrays that nobody may ever read; they need not stay in memory.
+  void ReleasePassedPages() {
+    constexpr std::ptrdiff_t kReleaseDistance = 1 << 20;
+    if (!tree_.releasePages || p_ - released_ < kReleaseDistance) return;
+    tree_.releasePages();
+    released_ = p_;
   }
 
   const char* FindArrayEnd(const char* from) const {
@@ -330,6 +339,7 @@ class AsciiReader {
 
   RecordTree& tree_;
   const char* p_ = nullptr;
+  const char* released_ = nullptr;  ///< up to here the pages were given back
   const char* end_ = nullptr;
   std::vector<uint32_t> open_;
   ParseError error_;

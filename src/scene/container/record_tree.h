@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -59,6 +60,7 @@ class RecordTree {
  public:
   std::string_view bytes;               ///< the file
   std::shared_ptr<const void> storage;  ///< keeps `bytes` alive
+  std::function<void()> releasePages;   ///< gives back memory of `bytes` that can be read again; may be empty
   bool ascii = false;
   bool bigEndian = false;
   int version = 0;  ///< 7400 for 7.4
