@@ -25,26 +25,30 @@ void SceneBuilder::ConnectOldTextures() {
   scene_.ForEach<KFbxSurfaceMaterial>([&](const KFbxSurfaceMaterial& material) {
     if (material.FindProperty(kDiffuse)) textured.insert(&material);
   });
+  // Nodes that share a material may bring it the same texture.
+  ConnectedTextures connected;
   for (const auto& [index, textures] : texturesOf) {
     KFbxNode& node = *Made<KFbxNode>(index);
-    if (KFbxMesh* mesh = node.GetMesh()) ConnectOldTextures(node, *mesh, textures, textured);
+    if (KFbxMesh* mesh = node.GetMesh()) ConnectOldTextures(node, *mesh, textures, textured, connected);
   }
 }
 
 void SceneBuilder::ConnectOldTextures(const KFbxNode& node, KFbxMesh& mesh,
                                       std::span<KFbxTexture* const> textures,
-                                      const std::unordered_set<const KFbxSurfaceMaterial*>& textured) {
+                                      const std::unordered_set<const KFbxSurfaceMaterial*>& textured,
+                                      ConnectedTextures& connected) {
   const LayerElementSource source = mesh.FindDiffuseTextures();
   FbxArray<int32_t> ids;
   if (source.modes.mapping == EMappingMode::eNONE || !ReadArray(source.index, ids) || ids.empty()) return;
-  std::set<std::pair<int32_t, int32_t>> connected;
   const auto connect = [&](int32_t materialIndex, int32_t id) {
     if (materialIndex < 0 || materialIndex >= node.GetMaterialCount() || id < 0 ||
-        static_cast<size_t>(id) >= textures.size() || !connected.emplace(materialIndex, id).second) {
+        static_cast<size_t>(id) >= textures.size()) {
       return;
     }
     KFbxSurfaceMaterial* material = node.GetMaterial(materialIndex);
-    if (!textured.contains(material)) material->ConnectTexture(kDiffuse, *textures[static_cast<size_t>(id)]);
+    KFbxTexture* texture = textures[static_cast<size_t>(id)];
+    if (textured.contains(material) || !connected.emplace(material, texture).second) return;
+    material->ConnectTexture(kDiffuse, *texture);
   };
   if (source.modes.mapping == EMappingMode::eALL_SAME) {
     for (int i = 0; i < node.GetMaterialCount(); ++i) connect(i, ids[0]);

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <set>
 #include <span>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "scene/document/object_table.h"
@@ -48,9 +50,11 @@ class SceneBuilder {
   void ConnectToMesh(uint32_t source, KFbxMesh& mesh);
 
   // connect_textures.cpp
+  using ConnectedTextures = std::set<std::pair<const KFbxSurfaceMaterial*, const KFbxTexture*>>;
   void ConnectOldTextures();
   void ConnectOldTextures(const KFbxNode& node, KFbxMesh& mesh, std::span<KFbxTexture* const> textures,
-                          const std::unordered_set<const KFbxSurfaceMaterial*>& textured);
+                          const std::unordered_set<const KFbxSurfaceMaterial*>& textured,
+                          ConnectedTextures& connected);
 
   // create_shapes.cpp
   void CreateShapes();

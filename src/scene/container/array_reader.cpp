@@ -25,7 +25,7 @@ T ConvertNumber(S value) {
   } else {
     int64_t whole;
     if constexpr (std::is_floating_point_v<S>) {
-      whole = ToInteger(static_cast<double>(value));
+      whole = std::isfinite(value) ? ToInteger(static_cast<double>(value)) : 0;
     } else {
       whole = static_cast<int64_t>(value);
     }

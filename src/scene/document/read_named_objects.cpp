@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scene/document/object_table.h"
+#include "scene/document/properties.h"
 
 namespace scene {
 
@@ -28,6 +29,8 @@ void ObjectTable::AddAttributeOf(uint32_t model) {
   const bool isMesh = node.subType == "Mesh" || (node.subType.empty() && node.record.Child("Vertices") &&
                                                  node.record.Child("PolygonVertexIndex"));
   if (!isMesh && node.subType.empty()) return;
+  // An empty object may say that it has no attribute at all.
+  if (node.subType == "Null" && Properties(node.record).Integer("DefaultAttributeIndex", 0) < 0) return;
   attribute.kind = isMesh ? ObjectKind::Geometry : ObjectKind::NodeAttribute;
   if (isMesh) attribute.subType = "Mesh";
   const uint32_t index = AddObject(attribute);

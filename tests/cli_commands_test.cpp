@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+//
+// The command-line tool as a person or a script runs it.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+
+#include "support/package_reader.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using support::Package;
+using support::ReadWholeFile;
+
+class Tool : public ::testing::Test {
+ protected:
+  /// Runs the tool in the folder. @return its exit status
+  int Run(const std::string& arguments) {
+    const std::string command =
+        "cd '" + folder_.Path() + "' && '" FBX2CZP_PATH "' " + arguments + " >out.txt 2>err.txt";
+    const int status = std::system(command.c_str());
+    output_ = ReadWholeFile(folder_.Path("out.txt"));
+    errors_ = ReadWholeFile(folder_.Path("err.txt"));
+    fs::remove(folder_.Path("out.txt"));
+    fs::remove(folder_.Path("err.txt"));
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  void CopySample(const std::string& name) const {
+    fs::create_directories(fs::path(folder_.Path(name)).parent_path());
+    fs::copy_file(TS3D_SAMPLES_FOLDER "/scout.fbx", folder_.Path(name));
+  }
+
+  std::string Files(const std::string& subfolder = ".") const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder_.Path(subfolder)))
+      names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    std::string all;
+    for (const std::string& name : names) all += (all.empty() ? "" : " ") + name;
+    return all;
+  }
+
+  bool Printed(const std::string& text) const { return errors_.find(text) != std::string::npos; }
+
+  support::TempFolder folder_;
+  std::string output_, errors_;
+};
+
+TEST_F(Tool, AWrongCommandLineIsToldInOneLineAndHasItsOwnExitStatus) {
+  for (const char* arguments : {"", "convert", "convert a.fbx --mesh-mode 3", "convert a.fbx --rename Bone",
+                                "convert a.fbx --scal 3", "convert a.fbx --mesh 'a|b'", "finish", "repack"}) {
+    EXPECT_EQ(Run(arguments), 64) << arguments;
+    EXPECT_EQ(std::count(errors_.begin(), errors_.end(), '\n'), 1) << errors_;
+    EXPECT_TRUE(errors_.starts_with("fbx2czp: error: ")) << errors_;
+  }
+}
+
+TEST_F(Tool, HelpTellsEveryExitCode) {
+  EXPECT_EQ(Run("convert --help"), 0);
+  for (const char* line : {"    0  ", "    1  ", "    2  ", "    3  ", "    4  ", "    5  ", "    6  ",
+                           "    7  ", "    8  ", "   64  "}) {
+    EXPECT_NE(output_.find(line), std::string::npos) << line;
+  }
+}
+
+TEST_F(Tool, ConvertLeavesPackageAndDocumentBesideTheModelAndNothingElse) {
+  CopySample("models/scout.fbx");
+  EXPECT_EQ(Run("convert models/scout.fbx"), 0) << errors_;
+  EXPECT_EQ(Files("models"), "scout.czp scout.fbx scout.xfg");
+  EXPECT_TRUE(output_.ends_with(" bytes\n")) << output_;
+  EXPECT_TRUE(Printed("Successfully created CZP File\n"));
+  EXPECT_FALSE(Printed("% done"));
+}
+
+TEST_F(Tool, ConvertIntoAFolderTouchesNothingBesideTheModel) {
+  CopySample("Actor (Male)/scout.fbx");
+  folder_.Write("Actor (Male)/cloth.tga", "not looked into");
+  EXPECT_EQ(Run("convert 'Actor (Male)/scout.fbx' -q -o packages/new"), 0) << errors_;
+  EXPECT_EQ(Files("Actor (Male)"), "cloth.tga scout.fbx");
+  EXPECT_EQ(Files("packages/new"), "scout.czp scout.xfg");
+  const Package package(folder_.Path("packages/new/scout.czp"));
+  EXPECT_EQ(package["cloth.tga"], "not looked into");
+  // The folder of the model decides on the actor type, not that of the work files.
+  EXPECT_NE(package["scout.xfg"].find("<object_id>actor (male)</object_id>"), std::string::npos);
+}
+
+TEST_F(Tool, AModelThatFailsDoesNotStopTheOthersAndLeavesNothing) {
+  CopySample("good.fbx");
+  folder_.Write("text.fbx", "no model\n");
+  folder_.Write("empty.fbx", "; FBX 7.5.0 project file\nObjects: {\n}\nConnections: {\n}\n");
+  EXPECT_EQ(Run("convert missing.fbx text.fbx empty.fbx good.fbx -q"), 1);
+  EXPECT_EQ(Files(), "empty.fbx good.czp good.fbx good.xfg text.fbx");
+  EXPECT_TRUE(Printed("fbx2czp: error: missing.fbx: the model file does not exist\n"));
+  EXPECT_TRUE(Printed("fbx2czp: error: text.fbx: the model could not be loaded"));
+  EXPECT_TRUE(Printed("fbx2czp: error: empty.fbx: the model has no mesh to convert\n"));
+  EXPECT_EQ(Run("convert empty.fbx good.fbx -q"), 5);
+}
+
+TEST_F(Tool, OptionsReachTheDocument) {
+  CopySample("scout.fbx");
+  EXPECT_EQ(
+      Run("convert scout.fbx -q --rotation-x -90 --rotation-y 180 --rename 'L_femur=left femur' --rename "
+          "headcontrol=hc --double-sided HAT --exclude backpack"),
+      0)
+      << errors_;
+  const std::string document = ReadWholeFile(folder_.Path("scout.xfg"));
+  for (const char* line :
+       {"\t<rotation x=\"-90\" y=\"180\"/>\n", "\t<bone_rename old=\"L_femur\" new=\"left femur\"/>\n",
+        "\t<bone_rename old=\"headcontrol\" new=\"!hc\"/>\n",
+        "\t<mesh name=\"hat\" file=\"hat.cmf\" backfacing=\"both\"/>\n"}) {
+    EXPECT_NE(document.find(line), std::string::npos) << line;
+  }
+  EXPECT_EQ(document.find("name=\"backpack\""), std::string::npos);
+}
+
+TEST_F(Tool, FinishKeepsTheDocumentAndRepackDropsTheOldOnes) {
+  CopySample("scout.fbx");
+  ASSERT_EQ(Run("convert scout.fbx -q"), 0);
+  folder_.Write(
+      "s.json",
+      R"({"scale": 50, "rotation": {"y": 7}, "meshes": {"body": "Skin"}, "switch_off": {"hat": "Cap"}})");
+  EXPECT_EQ(Run("finish scout.fbx --settings s.json --rotation-x 3"), 0) << errors_;
+  EXPECT_EQ(Run("finish scout.fbx --scale 200"), 0) << errors_;
+  const std::string document = ReadWholeFile(folder_.Path("scout.xfg"));
+  EXPECT_NE(document.find("<scale>2.000000</scale>"), std::string::npos);
+  EXPECT_NE(document.find("<material_file name=\"Skin\" threadID=\"151\">"), std::string::npos);
+  const Package grown(folder_.Path("scout.czp"));
+  EXPECT_EQ(grown.Count("scout.xfg"), 3u);
+
+  EXPECT_EQ(Run("repack scout.czp"), 0) << errors_;
+  const Package repacked(folder_.Path("scout.czp"));
+  EXPECT_EQ(repacked.Count("scout.xfg"), 1u);
+  EXPECT_EQ(repacked["scout.xfg"], document);
+  EXPECT_EQ(repacked.Members().size(), grown.Members().size() - 2);
+  for (const auto& member : repacked.Members()) EXPECT_EQ(member.bytes, grown[member.name]) << member.name;
+  EXPECT_EQ(Files(), "s.json scout.czp scout.fbx scout.xfg");
+}
+
+TEST_F(Tool, ConvertWithFinalSettingsKnowsTheSkeletonAndTheActorType) {
+  CopySample("Actor (Girl).fbx");
+  folder_.Write("s.json", R"({"renames": {"L_femur": "left femur"}})");
+  ASSERT_EQ(Run("convert 'Actor (Girl).fbx' -q -o out --finish-settings s.json"), 0) << errors_;
+  const std::string document = ReadWholeFile(folder_.Path("out/Actor (Girl).xfg"));
+  EXPECT_NE(document.find("\t<bone_rename old=\"headcontrol\" new=\"head control\"/>\n"), std::string::npos);
+  EXPECT_NE(document.find("<glance_adjust>-17</glance_adjust>\n"), std::string::npos);
+  EXPECT_EQ(Package(folder_.Path("out/Actor (Girl).czp"))["Actor (Girl).xfg"], document);
+}
+
+TEST_F(Tool, DamagedSettingsAndPackagesAreNamed) {
+  CopySample("scout.fbx");
+  folder_.Write("s.json", "{\"scale\": }");
+  EXPECT_EQ(Run("convert scout.fbx --finish-settings s.json"), 64);
+  EXPECT_TRUE(Printed("fbx2czp: error: s.json: ")) << errors_;
+  EXPECT_EQ(Run("finish scout.fbx"), 6);
+  folder_.Write("broken.czp", "PK no zip at all");
+  EXPECT_EQ(Run("repack broken.czp"), 8);
+  EXPECT_EQ(ReadWholeFile(folder_.Path("broken.czp")), "PK no zip at all");
+  EXPECT_EQ(Files(), "broken.czp s.json scout.fbx");
+}
+
+}  // namespace

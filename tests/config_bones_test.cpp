@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "config/bone_name_map.h"
+#include "config/bone_renames.h"
+#include "config/control_bones.h"
+#include "config/escape_xml.h"
+#include "config/fixed_materials.h"
+
+namespace {
+
+using ts3d::ActorType;
+
+/// A chain of bones; names that begin with "+" are weighted, and lose the "+".
+ts3d::BoneTree Chain(std::initializer_list<std::string_view> names) {
+  ts3d::BoneTree tree;
+  ts3d::BoneNode* parent = &tree.Root();
+  for (const std::string_view name : names) {
+    parent = &tree.AddChild(*parent);
+    parent->weighted = name.starts_with('+');
+    parent->name = name.substr(parent->weighted ? 1 : 0);
+  }
+  return tree;
+}
+
+std::string Line(const std::string& oldName, const std::string& newName) {
+  return "\t<bone_rename old=\"" + oldName + "\" new=\"" + newName + "\"/>\n";
+}
+
+TEST(BoneRenames, WithoutAListMarkTheRootAndAllUnweightedBones) {
+  EXPECT_EQ(BoneRenameLines(Chain({"+hip", "+spine"}), ""), Line("hip", "!hip"));
+  EXPECT_EQ(BoneRenameLines(Chain({"hip", "+spine", "L_femur"}), ""),
+            Line("hip", "!hip") + Line("hip", "!hip") + Line("L_femur", "!L_femur"));
+  EXPECT_EQ(BoneRenameLines(Chain({"a&b"}), ""), Line("a&b", "!a&b") + Line("a&b", "!a&b"));
+}
+
+TEST(BoneRenames, FollowTheHostsListAfterTheRoot) {
+  const auto tree = Chain({"hip", "+L_femur", "R_femur"});
+  const std::string root = Line("hip", "!hip");
+  EXPECT_EQ(BoneRenameLines(tree, "L_femur=left femur"), root + Line("L_femur", "left femur"));
+  EXPECT_EQ(BoneRenameLines(tree, "R_femur=right|none=x<y|l_femur=a"),
+            root + Line("R_femur", "!right") + Line("none", "!x<y") + Line("l_femur", "!a"));
+  EXPECT_EQ(BoneRenameLines(tree, "L_femur=a=b||hip"), root + Line("L_femur", "a=b"));
+}
+
+TEST(BoneRenames, OfTheFinalSettingsUseTheProductsNamesForTheOthers) {
+  const auto tree = Chain({"Mobo", "+L_hand", "l_FEMUR", "R_foot", "extra", "head"});
+  EXPECT_EQ(MappedBoneRenameLines(tree, "HEAD=x|nobody=y"),
+            Line("Mobo", "!Mobo") + Line("l_FEMUR", "!left femur") + Line("R_foot", "right foot") +
+                Line("extra", "!extra"));
+}
+
+TEST(BoneNames, AreFoundInAnyLetterCase) {
+  const std::pair<const char*, const char*> cases[] = {{"headcontrol", "head control"},
+                                                       {"L_FEMUR", "!left femur"},
+                                                       {"l_femura", "!left femur a"},
+                                                       {"R_toe", "right toes"},
+                                                       {"mobo", "!Mobo"},
+                                                       {"skirt_bone", "skirt adjustment"},
+                                                       {"SKIRT_CONTROL", "!skirt control"},
+                                                       {"L_indexcontrol", "!left indexcontrol "},
+                                                       {"L_indexcontrol_", "!left indexcontrol "},
+                                                       {"R_indexcontrol", "!right indexcontrol "},
+                                                       {"R_indexcontrol_", "!right indexcontrol "},
+                                                       {"R_midfingcontrol", "!right midfingcontrol"},
+                                                       {"L_indexcontrol ", ""},
+                                                       {"femur", ""},
+                                                       {"", ""}};
+  for (const auto& [rig, product] : cases) EXPECT_EQ(ts3d::FindProductBoneName(rig), product) << rig;
+}
+
+TEST(ControlBones, AreWrittenWhenBothBonesOfABlockExist) {
+  const auto block = [](const std::string& name, const std::string& base, const std::string& twist) {
+    return "<control_bone name=\"" + name + "\" base=\"!" + base + "\">\n   <twist_bone name=\"!" + twist +
+           " a\"/>\n   <twist_bone name=\"!" + twist + " b\"/>\n</control_bone>\n";
+  };
+  const auto inverse = [](const std::string& name, const std::string& control) {
+    return "<inverse_bone name=\"" + name + "\" base=\"!" + name + "\" control=\"" + control + "\"/>\n";
+  };
+  struct {
+    ts3d::BoneTree tree;
+    std::string blocks;
+  } cases[] = {
+      {Chain({"lowerneck", "midneck"}),
+       "<control_bone name=\"neck\" base=\"!upper neck\">\n   <twist_bone name=\"!lower neck\"/>\n"
+       "   <twist_bone name=\"!mid neck\"/>\n</control_bone>\n"},
+      {Chain({"lowerneck"}), ""},
+      {Chain({"lowerneck", "Midneck"}), ""},
+      {Chain({"L_forearmA", "L_forearmB"}), block("left forearm", "left forearm", "left forearm")},
+      {Chain({"L_bicepB", "L_bicepA"}), block("left upper arm", "left shoulder", "left bicep")},
+      {Chain({"R_bicepA", "R_bicepB"}), block("right upper arm", "right shoulder", "right bicep")},
+      {Chain({"L_hand", "L_forearm"}), inverse("left hand", "left forearm")},
+      {Chain({"R_hand", "L_forearm"}), ""},
+      // A femur needs its own second twist bone and that of the forearm, not its first.
+      {Chain({"R_femurA", "R_femurB"}), ""},
+      {Chain({"R_femurB", "R_forearmB"}), block("right femur", "right femur", "right femur")},
+      {Chain({"L_femurB", "R_forearmB"}), ""},
+      {Chain({"L_femurB", "L_forearmB"}), block("left femur", "left femur", "left femur")},
+      {Chain({"L_tibia", "L_femur", "R_tibia", "R_femur", "R_hand", "R_forearm", "R_forearmB", "R_forearmA"}),
+       block("right forearm", "right forearm", "right forearm") + inverse("right hand", "right forearm") +
+           inverse("right tibia", "right femur") + inverse("left tibia", "left femur")}};
+  for (const auto& [tree, blocks] : cases) EXPECT_EQ(ControlBoneBlocks(tree), blocks);
+}
+
+TEST(FixedMaterials, AreOneOfThreeSets) {
+  struct {
+    std::vector<ActorType> types;
+    long count;
+    const char *first, *last;
+  } const cases[] = {
+      {{ActorType::Male, ActorType::Female, ActorType::Teenager},
+       27,
+       "\t<material_file name=\"face\" threadID=\"51\">MediumResolutionSkin_1.xrf</material_file>\n",
+       "\t<material_file name=\"pig &amp; pony tails\" threadID=\"78\">pig &amp; pony "
+       "tails.xrf</material_file>\n"},
+      {{ActorType::Boy, ActorType::Girl},
+       11,
+       "\t<material_file name=\"face\" threadID=\"0\">MediumResolutionSkin_1.xrf</material_file>\n",
+       "\t<material_file name=\"&lt;hardware&gt;\" threadID=\"8\">hardware.xrf</material_file>\n"},
+      {{ActorType::Baby},
+       8,
+       "\t<material_file name=\"face\" threadID=\"12\">MediumResolutionSkin_1.xrf</material_file>\n"
+       "\t<material_file name=\"right eye\" threadID=\"10\">MediumResolutionSkin_2.xrf</material_file>\n",
+       "\t<material_file name=\"body\" threadID=\"150\">body.xrf</material_file>\n"}};
+  for (const auto& [types, count, first, last] : cases) {
+    for (const ActorType type : types) {
+      const std::string lines = ts3d::FixedMaterialLines(type);
+      EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), count);
+      EXPECT_TRUE(lines.starts_with(first)) << lines;
+      EXPECT_TRUE(lines.ends_with(last)) << lines;
+    }
+  }
+  EXPECT_EQ(ts3d::FixedMaterialLines(ActorType::None), "");
+  EXPECT_EQ(ts3d::FixedMaterialLines(static_cast<ActorType>(7)), "");
+}
+
+TEST(EscapeXml, ReplacesFourCharactersOnce) {
+  EXPECT_EQ(ts3d::EscapeXml("<a href=\"x\">&'\xe9</a>"), "&lt;a href=&quot;x&quot;&gt;&amp;'\xe9&lt;/a&gt;");
+  EXPECT_EQ(ts3d::EscapeXml("&amp;"), "&amp;amp;");
+  EXPECT_EQ(ts3d::EscapeXml(""), "");
+}
+
+}  // namespace

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "core/names.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+TEST(MeshNames, LoseTheFirstOfEachUnwantedCharacterAndTheOneBeforeIt) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"Body", "Body"},        {"Arm:Left", "ArLeft"}, {"a1:b2:c3", "ab2:c3"},
+      {"ab?cd", "acd"},        {"ab!cd", "acd"},       {"ab@cd", "acd"},
+      {"ab*cd", "acd"},        {"ab\\cd", "acd"},      {"ab/cd", "acd"},
+      {"ab|cd", "acd"},        {":abc", "abc"},        {"|", ""},
+      {"a/b:c/d", "c/d"},      {"x?y!z@", ""},         {"", ""},
+      {"..\\..\\x", "...\\x"}, {"\xc3\xa9:z", "\xc3z"}};
+  for (const auto& [name, clean] : cases) EXPECT_EQ(ts3d::SanitizeMeshName(name), clean) << name;
+}
+
+TEST(LetterSuffix, CountsThroughTheLettersAndThenThroughPairs) {
+  const std::pair<int, const char*> cases[] = {{0, "a"},   {25, "z"},  {26, "aa"}, {27, "ab"},  {51, "az"},
+                                               {52, "ba"}, {77, "bz"}, {78, "ca"}, {701, "zz"}, {702, "{a"}};
+  for (const auto& [number, suffix] : cases) EXPECT_EQ(ts3d::LetterSuffix(number), suffix) << number;
+}
+
+TEST(PathParts, AreDividedByTheLastBackslashOnly) {
+  struct {
+    const char *path, *directory, *fileName;
+  } const cases[] = {{"C:\\m\\x.fbx", "C:\\m\\", "x.fbx"},
+                     {"x.fbx", "x.fbx", "x.fbx"},
+                     {"C:/m/x.fbx", "C:/m/x.fbx", "C:/m/x.fbx"},
+                     {"a/b\\c/x.fbx", "a/b\\", "c/x.fbx"},
+                     {"folder\\", "folder\\", ""},
+                     {"", "", ""}};
+  for (const auto& [path, directory, fileName] : cases) {
+    EXPECT_EQ(ts3d::DirectoryPart(path), directory) << path;
+    EXPECT_EQ(ts3d::FileNamePart(path), fileName) << path;
+  }
+}
+
+TEST(ReplaceExtension, PutsItsTextInPlaceOfTheLastThreeCharactersWhateverTheyAre) {
+  EXPECT_EQ(ts3d::ReplaceExtension("m\\x.fbx", "czp"), "m\\x.czp");
+  EXPECT_EQ(ts3d::ReplaceExtension("x.CZP", "xfg"), "x.xfg");
+  EXPECT_EQ(ts3d::ReplaceExtension("model", "czp"), "moczp");
+  EXPECT_EQ(ts3d::ReplaceExtension("ab", "czp"), "czp");
+}
+
+TEST(Comparison, IgnoresTheCaseOfAsciiLettersOnly) {
+  EXPECT_TRUE(ts3d::EqualsIgnoreCase("L_Femur", "l_fEMUR"));
+  EXPECT_FALSE(ts3d::EqualsIgnoreCase("femur", "femurs"));
+  EXPECT_FALSE(ts3d::EqualsIgnoreCase("\xc9", "\xe9"));
+  EXPECT_FALSE(ts3d::EqualsIgnoreCase("[", "{"));
+  EXPECT_EQ(ts3d::LowerCase("A[Z\xc9 z"), "a[z\xc9 z");
+}
+
+TEST(HostLists, KeepEmptyEntriesButHaveNoneWhenTheyAreEmpty) {
+  EXPECT_THAT(ts3d::SplitList(""), ElementsAre());
+  EXPECT_THAT(ts3d::SplitList("a"), ElementsAre("a"));
+  EXPECT_THAT(ts3d::SplitList("a|b=c|"), ElementsAre("a", "b=c", ""));
+  EXPECT_THAT(ts3d::SplitList("||"), ElementsAre("", "", ""));
+}
+
+TEST(HostLists, EntriesAreSplitAtTheirFirstEqualsSign) {
+  std::string_view key, value;
+  ASSERT_TRUE(ts3d::SplitEntry("old=new=er", key, value));
+  EXPECT_EQ(key, "old");
+  EXPECT_EQ(value, "new=er");
+  ASSERT_TRUE(ts3d::SplitEntry("=", key, value));
+  EXPECT_EQ(key, "");
+  EXPECT_EQ(value, "");
+  EXPECT_FALSE(ts3d::SplitEntry("old", key, value));
+}
+
+TEST(PlainFileNames, CannotLeadOutOfTheirFolder) {
+  for (const char* name : {"Body.cmf", "...", "a b.tga", "C:x", "-", "\xc3\xa9.xrf"}) {
+    EXPECT_TRUE(ts3d::IsPlainFileName(name)) << name;
+  }
+  for (const char* name : {"", ".", "..", "a/b", "../x", "a\\b", "/etc", "a\nb", "\x7f", "tab\t"}) {
+    EXPECT_FALSE(ts3d::IsPlainFileName(name)) << name;
+  }
+  EXPECT_FALSE(ts3d::IsPlainFileName(std::string_view("a\0b", 3)));
+}
+
+}  // namespace

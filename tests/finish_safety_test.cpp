@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+//
+// Final settings that are interrupted: document and package are the old or the new ones, never a torso.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "driver/final_settings.h"
+#include "support/test_host.h"
+
+namespace {
+
+using support::Package;
+using support::ReadWholeFile;
+using support::TestHost;
+
+constexpr const char* kScout = TS3D_SAMPLES_FOLDER "/scout.fbx";
+
+class FinishSafety : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(host_.Convert(ReadWholeFile(kScout), "scout.fbx"), ts3d::ConversionResult::Success);
+    oldDocument_ = ReadWholeFile(Document());
+    oldPackage_ = ReadWholeFile(PackagePath());
+    // Where the converter cannot delete the document, so that every round starts alike.
+    std::filesystem::create_directory(host_.folder.Path("elsewhere"));
+    std::filesystem::current_path(host_.folder.Path("elsewhere"));
+  }
+
+  std::string Document() const { return host_.folder.Path("scout.xfg"); }
+  std::string PackagePath() const { return host_.folder.Path("scout.czp"); }
+
+  ts3d::FinishResult Finish() {
+    return ts3d::ApplyFinalSettings(host_.job, {host_.ModelPath("scout.fbx"), 150.0f, "body=Skin|hat=~Cap"});
+  }
+
+  /// Runs the final settings in a child process that `prepare` readies.
+  /// @return its exit status, or -1 when a signal ended it
+  template <typename Prepare>
+  int FinishInChild(const Prepare& prepare, useconds_t killAfter = 0) {
+    const pid_t child = fork();
+    if (child == 0) {
+      prepare();
+      _exit(static_cast<int>(Finish()));
+    }
+    if (killAfter > 0) {
+      usleep(killAfter);
+      kill(child, SIGKILL);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  void Restore() {
+    host_.folder.Write("scout.xfg", oldDocument_);
+    host_.folder.Write("scout.czp", oldPackage_);
+  }
+
+  void ExpectOldOrNew(const std::string& newDocument) {
+    const std::string document = ReadWholeFile(Document());
+    EXPECT_TRUE(document == oldDocument_ || document == newDocument) << document.size() << " bytes";
+    const Package package(PackagePath());
+    const size_t count = package.Count("scout.xfg");
+    EXPECT_TRUE((count == 1 && package["scout.xfg"] == oldDocument_) ||
+                (count == 2 && package["scout.xfg"] == newDocument));
+    CheckPackage(package);
+  }
+
+  std::string FinishedDocument() {
+    EXPECT_EQ(Finish(), ts3d::FinishResult::Success);
+    std::string document = ReadWholeFile(Document());
+    Restore();
+    return document;
+  }
+
+  TestHost host_;
+  std::string oldDocument_, oldPackage_;
+};
+
+TEST_F(FinishSafety, AFullDiskAtAnySizeLosesNothingAndIsReported) {
+  const std::string newDocument = FinishedDocument();
+  const rlim_t tooSmall = oldPackage_.size();
+  for (rlim_t limit = 0; limit <= tooSmall; limit += tooSmall / 40) {
+    Restore();
+    const int code = FinishInChild([limit] {
+      // Writing beyond the limit fails like a full disk once its signal is ignored.
+      signal(SIGXFSZ, SIG_IGN);
+      const rlimit size{limit, limit};
+      setrlimit(RLIMIT_FSIZE, &size);
+    });
+    EXPECT_TRUE(code == 7 || code == 8) << "limit " << limit << " gave " << code;
+    ExpectOldOrNew(newDocument);
+  }
+}
+
+TEST_F(FinishSafety, BeingKilledAtAnyMomentLosesNothing) {
+  const std::string newDocument = FinishedDocument();
+  for (useconds_t microseconds = 100; microseconds < 6000; microseconds += 200) {
+    Restore();
+    FinishInChild([] {}, microseconds);
+    ExpectOldOrNew(newDocument);
+  }
+}
+
+TEST_F(FinishSafety, AMissingPackageLeavesTheNewDocumentAndNothingElse) {
+  std::filesystem::remove(PackagePath());
+  host_.lines.clear();
+  EXPECT_EQ(Finish(), ts3d::FinishResult::UpdateFailed);
+  EXPECT_EQ(host_.Told(">>> Failed to Open CZP File"), 1u);
+  EXPECT_EQ(host_.FileNames(), "elsewhere scout.fbx scout.xfg");
+}
+
+}  // namespace

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "mesh/material_slices.h"
+#include "support/character.h"
+#include "support/test_host.h"
+
+namespace {
+
+using support::Character;
+using support::TestHost;
+using testing::ElementsAre;
+
+/// A strip of triangles (0 1 2) (1 2 3) ... with a material number each.
+Character StripOf(const std::vector<double>& numbers, int materialCount) {
+  Character model;
+  std::vector<double> points, polygons;
+  for (size_t i = 0; i < numbers.size() + 2; ++i) {
+    const auto x = static_cast<double>(i);
+    points.insert(points.end(), {x, static_cast<double>(i % 2), 0});
+    if (i >= 2) polygons.insert(polygons.end(), {x - 2, x - 1, -(x + 1)});
+  }
+  const auto mesh = model.Mesh("Body", points, polygons);
+  Character::MaterialNumbers(mesh, numbers);
+  for (int i = 0; i < materialCount; ++i) model.Material(mesh);
+  return model;
+}
+
+TEST(MaterialSlices, AreNamedAfterTheMeshAndLettered) {
+  EXPECT_EQ(ts3d::SliceName("Body", 0), "Body");
+  EXPECT_EQ(ts3d::SliceName("Body", 1), "Body_a");
+  EXPECT_EQ(ts3d::SliceName("Body", 27), "Body_aa");
+}
+
+TEST(MaterialSlices, HoldTheTrianglesOfOneMaterialAndOnlyTheirVertices) {
+  TestHost host;
+  ASSERT_EQ(host.Convert(StripOf({0, 1, 0, 2}, 3).Text()), ts3d::ConversionResult::Success);
+  EXPECT_EQ(host.ReadPackage().Names(),
+            "skeleton.csf model.xfg Body_a.cmf Body_b.cmf Body.cmf Body_a.xrf Body_b.xrf Body.xrf");
+  const auto body = host.Mesh("Body"), second = host.Mesh("Body_a"), third = host.Mesh("Body_b");
+  EXPECT_THAT(body.faces, ElementsAre(ElementsAre(0, 1, 2), ElementsAre(2, 3, 4)));
+  EXPECT_THAT(second.faces, ElementsAre(ElementsAre(0, 1, 2)));
+  ASSERT_EQ(second.vertices.size(), 3u);
+  EXPECT_EQ(second.vertices[0].position[0], 1.0f);
+  ASSERT_EQ(third.vertices.size(), 3u);
+  EXPECT_EQ(third.vertices[0].position[0], 3.0f);
+  EXPECT_EQ(body.threadId, 151);
+  EXPECT_EQ(second.threadId, 152);
+  EXPECT_EQ(third.threadId, 153);
+  EXPECT_THAT(host.LinesThatBegin("Writing CMF"),
+              ElementsAre("Writing CMF Mesh: Body", "Writing CMF Mesh: Body_a", "Writing CMF Mesh: Body_b"));
+}
+
+TEST(MaterialSlices, WithoutTrianglesGetNoMeshFileButAMaterial) {
+  TestHost host;
+  ASSERT_EQ(host.Convert(StripOf({0, 2}, 3).Text()), ts3d::ConversionResult::Success);
+  EXPECT_THAT(host.LinesThatBegin("Writing CMF"),
+              ElementsAre("Writing CMF Mesh: Body", "Writing CMF Mesh: Body_b"));
+  EXPECT_THAT(host.LinesThatBegin("Writing Material"),
+              ElementsAre("Writing Material: Body", "Writing Material: Body_a", "Writing Material: Body_b"));
+  EXPECT_THAT(host.LinesThatBegin(">>> Error"), ElementsAre(">>> Error in opening Body_a.cmf for reading"));
+  EXPECT_EQ(host.ReadPackage()["Body_a.cmf"], "");
+  EXPECT_EQ(host.Mesh("Body_b").threadId, 152);
+}
+
+TEST(MaterialSlices, KeepTheOrderOfTheVerticesWhateverTheirTriangles) {
+  Character model;
+  const auto mesh = model.Mesh("Body", {0, 0, 0, 1, 0, 0, 2, 1, 0, 3, 3, 0}, {3, 2, -1, 2, 1, -1});
+  Character::MaterialNumbers(mesh, {0, 1});
+  for (int i = 0; i < 2; ++i) model.Material(mesh);
+  TestHost host;
+  ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+  const auto body = host.Mesh("Body");
+  EXPECT_THAT(body.faces, ElementsAre(ElementsAre(2, 1, 0)));
+  EXPECT_EQ(body.vertices[1].position[0], 2.0f);
+  EXPECT_EQ(body.vertices[2].position[0], 3.0f);
+}
+
+TEST(MaterialSlices, LeaveOutTrianglesOfMaterialsThatTheNodeLacks) {
+  TestHost host;
+  ASSERT_EQ(host.Convert(StripOf({0, 7, -1, 1}, 2).Text()), ts3d::ConversionResult::Success);
+  EXPECT_EQ(host.Mesh("Body").faces.size(), 1u);
+  EXPECT_EQ(host.Mesh("Body_a").faces.size(), 1u);
+}
+
+TEST(MaterialSlices, TakeAllTrianglesWhenTheNodeHasOneMaterial) {
+  TestHost host;
+  ASSERT_EQ(host.Convert(StripOf({0, 1, 5}, 1).Text()), ts3d::ConversionResult::Success);
+  EXPECT_EQ(host.Mesh("Body").faces.size(), 3u);
+  EXPECT_EQ(host.ReadPackage().Names(), "skeleton.csf model.xfg Body.cmf Body.xrf");
+}
+
+TEST(DegenerateTriangles, AreRemovedOnlyFromMeshesOfTwoMaterials) {
+  for (const int materialCount : {0, 1, 2}) {
+    Character model;
+    const auto mesh =
+        model.Mesh("Body", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, -3, 1, 1, -4, 3, 1, -4, 2, 3, -4});
+    Character::MaterialNumbers(mesh, {0, 0, 0, 1});
+    for (int i = 0; i < materialCount; ++i) model.Material(mesh);
+    TestHost host;
+    ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+    const size_t removed = materialCount == 2 ? 1 : 0;
+    EXPECT_EQ(host.Told(">>> Removed : 3 Degenerate Polygons(s)"), removed);
+    EXPECT_EQ(host.Mesh("Body").faces.size(), materialCount == 2 ? 1u : 4u);
+    EXPECT_EQ(host.job.polygonTotal, 4);
+  }
+}
+
+TEST(Triangulation, IsToldOnceForMeshesOfOtherPolygonsOnly) {
+  Character model;
+  model.Triangle("Plain");
+  model.Mesh("Qu:ads", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, 2, -4, 3, 2, 1, -1});
+  TestHost host;
+  ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+  EXPECT_THAT(host.LinesThatBegin("Triangulated"), ElementsAre("Triangulated the Mesh: Qads"));
+  EXPECT_EQ(host.Mesh("Qads").faces.size(), 4u);
+  EXPECT_EQ(host.job.polygonTotal, 5);
+  EXPECT_EQ(host.job.vertexTotal, 7);
+}
+
+}  // namespace

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/files.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using support::TempFolder;
+
+TEST(PlatformFiles, BackslashesSeparateFolders) {
+  const TempFolder folder;
+  EXPECT_TRUE(platform::MakeFolder(folder.Path() + "\\sub"));
+  folder.Write("sub/file", "abc");
+  EXPECT_TRUE(platform::FileExists(folder.Path() + "\\sub\\file"));
+  EXPECT_EQ(platform::FileSize(folder.Path() + "\\sub\\file"), 3);
+}
+
+TEST(PlatformFiles, AFolderExistsButHasNoFileSize) {
+  const TempFolder folder;
+  EXPECT_TRUE(platform::FileExists(folder.Path()));
+  EXPECT_EQ(platform::FileSize(folder.Path()), -1);
+  EXPECT_EQ(platform::FileSize(folder.Path("missing")), -1);
+}
+
+TEST(PlatformFiles, TwoPathsMayLeadToOneFile) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "x"), copy = folder.Write("copy", "x");
+  std::filesystem::create_symlink(path, folder.Path("link"));
+  EXPECT_TRUE(platform::IsSameFile(path, folder.Path("./file")));
+  EXPECT_TRUE(platform::IsSameFile(path, folder.Path("link")));
+  EXPECT_FALSE(platform::IsSameFile(path, copy));
+  EXPECT_FALSE(platform::IsSameFile(folder.Path("missing"), folder.Path("missing")));
+}
+
+TEST(PlatformFiles, AFolderIsMadeOnlyWhereNoFileStands) {
+  const TempFolder folder;
+  folder.Write("file", "");
+  EXPECT_TRUE(platform::MakeFolder(folder.Path()));
+  EXPECT_FALSE(platform::MakeFolder(folder.Path("file")));
+  EXPECT_FALSE(platform::MakeFolder(folder.Path("missing/sub")));
+}
+
+TEST(PlatformFiles, RenamingReplacesAFile) {
+  const TempFolder folder;
+  const std::string from = folder.Write("from", "new"), to = folder.Write("to", "old");
+  EXPECT_TRUE(platform::RenameFile(from, to));
+  EXPECT_EQ(support::ReadWholeFile(to), "new");
+  EXPECT_FALSE(platform::FileExists(from));
+  EXPECT_FALSE(platform::RenameFile(from, to));
+}
+
+TEST(PlatformFiles, RemovingTakesFilesOnly) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "x");
+  EXPECT_TRUE(platform::RemoveFile(path));
+  EXPECT_FALSE(platform::RemoveFile(path));
+  EXPECT_FALSE(platform::RemoveFile(folder.Path()));
+}
+
+TEST(PlatformFiles, WriteTimesAreDosDatesInLocalTime) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", "");
+  struct tm time {};
+  time.tm_year = 109;  // 2009
+  time.tm_mon = 10;    // November
+  time.tm_mday = 23;
+  time.tm_hour = 14;
+  time.tm_min = 5;
+  time.tm_sec = 31;
+  time.tm_isdst = -1;
+  std::filesystem::last_write_time(
+      path, std::chrono::file_clock::from_sys(std::chrono::system_clock::from_time_t(std::mktime(&time))));
+  // Year 29, month 11, day 23: 0011101 1011 10111. Hour 14, minute 5, 15 double seconds: 01110 000101 01111.
+  EXPECT_EQ(platform::DosWriteTime(path), 0x3b7770afu);
+  EXPECT_EQ(platform::DosWriteTime(folder.Path("missing")), 0u);
+}
+
+TEST(MappedFile, GivesTheBytesOfAFileAlsoAfterItsRemoval) {
+  const TempFolder folder;
+  const std::string path = folder.Write("file", std::string("a\0b", 3));
+  platform::MappedFile file;
+  std::string error;
+  ASSERT_TRUE(file.Open(path, error));
+  platform::RemoveFile(path);
+  EXPECT_EQ(file.Bytes(), std::string_view("a\0b", 3));
+}
+
+TEST(MappedFile, AnEmptyFileHasNoBytes) {
+  const TempFolder folder;
+  platform::MappedFile file;
+  std::string error;
+  EXPECT_TRUE(file.Open(folder.Write("file", ""), error));
+  EXPECT_EQ(file.Bytes(), "");
+}
+
+TEST(MappedFile, WhatIsNoFileIsRefusedWithTheReason) {
+  const TempFolder folder;
+  platform::MappedFile file;
+  std::string error;
+  EXPECT_FALSE(file.Open(folder.Path("missing"), error));
+  EXPECT_EQ(error, "No such file or directory");
+  EXPECT_FALSE(file.Open(folder.Path(), error));
+  EXPECT_EQ(error, "it is a folder");
+  EXPECT_FALSE(file.Open("/dev/null", error));
+  EXPECT_EQ(error, "it is not a regular file");
+}
+
+}  // namespace

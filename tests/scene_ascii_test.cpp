@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <limits>
+
+#include "scene/container/array_reader.h"
+#include "support/load_scene.h"
+
+namespace {
+
+using namespace std::string_literals;
+using support::ReadAsciiText;
+
+struct TextCase {
+  const char* what;
+  std::string text;
+  std::string expected;
+};
+
+void ExpectDumps(std::initializer_list<TextCase> cases) {
+  for (const TextCase& c : cases) {
+    const support::ReadResult result = ReadAsciiText(c.text);
+    EXPECT_EQ(result.error, "") << c.what;
+    EXPECT_EQ(result.Dump(), c.expected) << c.what;
+  }
+}
+
+TEST(AsciiRecords, RecordsNestByBraces) {
+  ExpectDumps({{"siblings", "A: 1\nB: 2\n", "A:1 B:2"},
+               {"children", "A: 1, \"x\" {\n B: 2 {\n C: 3\n }\n}\nD: 4", "A:1,\"x\"{B:2{C:3}} D:4"},
+               {"empty block", "A: {\n}\nB: 1\n", "A B:1"},
+               {"record behind a brace", "A: {\n B: 1 } C: 2 { D: 3 }", "A{B:1} C:2{D:3}"},
+               {"brace on its own line", "A: 1\n{\n B: 2\n}\n", "A:1{B:2}"},
+               {"name with a dash", "Post-Extrapolation: {\nA: 1\n}", "Post-Extrapolation{A:1}"},
+               {"quoted name", "\"My Record\": 1", "My Record:1"},
+               {"no text", "", ""}});
+}
+
+TEST(AsciiRecords, CommentsAreSkippedWhateverTheyHold) {
+  ExpectDumps(
+      {{"line of its own", "; top {\nA: 1\n", "A:1"},
+       {"behind a value", "A: 1 ; 2, 3\nB: 4", "A:1 B:4"},
+       {"quote and brace", "A: { ; \"open } {\n B: 1\n}", "A{B:1}"},
+       {"inside a list", "A: 1, ;Model::\"'&\"\n 2\n", "A:1,2"},
+       {"inside a long list", "A: 1,2,3,4,5, ; 99,99\n6,7,8,9,10\n", "A:[1 2 3 4 5 6 7 8 9 10]"},
+       {"inside an array", "V: *4 {\n a: 1, ; } \" { 9\n 2, ;}\n3 ; }\n,4 }\nB: 5", "V:[1 2 3 4] B:5"},
+       {"at the end", "A: 1\n; the end", "A:1"}});
+}
+
+TEST(AsciiRecords, LineEndsByteOrderMarkAndZeroBytesAreTakenAsFilesHaveThem) {
+  ExpectDumps({{"carriage returns", "A: 1,\r\n2\r\nB: 3 {\r\n}\r\n", "A:1,2 B:3"},
+               {"byte order mark",
+                "\xef\xbb\xbf"
+                "A: 1",
+                "A:1"},
+               {"zero byte ends the text", "A: 1\n\0B: 2"s, "A:1"}});
+}
+
+TEST(AsciiRecords, AListEndsWhereNoCommaLeadsOn) {
+  ExpectDumps(
+      {{"comma before the line end", "A: 1,2,\n3\nB: 4", "A:1,2,3 B:4"},
+       {"comma behind the line end", "A: 1,2\n,3\nB: 4", "A:1,2,3 B:4"},
+       {"leading comma", "Content: ,\n\"QUJD\"\nB: 1", "Content:\"QUJD\" B:1"},
+       {"trailing comma", "A: 1,2,\nB: 3", "A:1,2 B:3"},
+       {"trailing comma of a long list", "A: 1,2,3,4,5,6,7,8,9,\nB: 3", "A:[1 2 3 4 5 6 7 8 9] B:3"},
+       {"no value before a line end", "TextureId: \nB: 1", "TextureId B:1"},
+       {"no value before a brace", "A: {\nTextureId: }", "A{TextureId}"},
+       {"texts and numbers mixed", "P: \"a\", \"\", \"A\",1,0.5,\"~\"", "P:\"a\",\"\",\"A\",1,0.5,\"~\""}});
+}
+
+TEST(AsciiRecords, TextsKeepEverythingButTheirThreeEscapes) {
+  ExpectDumps({{"quote", R"(A: "a&quot;b")", "A:\"a\"b\""},
+               {"line ends", R"(A: "a&cr;&lf;b")", "A:\"a\r\nb\""},
+               {"other ampersands", R"(A: "&amp; &quo &q & &&quot;")", "A:\"&amp; &quo &q & &\"\""},
+               {"structure characters", R"(A: "C:\new; {x} // y, z:")", R"(A:"C:\new; {x} // y, z:")"},
+               {"bytes that are no UTF-8", "A: \"\xe4\xff\"", "A:\"\xe4\xff\""}});
+}
+
+TEST(AsciiRecords, WordsAreTextsAndLettersAlsoNumbers) {
+  ExpectDumps({{"letters", "Shading: Y\nKey: 0,1,L", "Shading:\"Y\" Key:0,1,\"L\""}});
+  const support::ReadResult result = ReadAsciiText("Shading: Y\nCulling: CullingOff");
+  EXPECT_EQ(result["Shading"].Number(0, -1), 89);
+  EXPECT_EQ(result["Culling"].Number(0, -1), -1);
+}
+
+TEST(AsciiRecords, TheCountOfAnArrayIsNotTrusted) {
+  ExpectDumps({{"too small", "V: *1 { a: 1,2,3 }", "V:[1 2 3]"},
+               {"too large", "V: *99 { a: 1,2,3 }", "V:[1 2 3]"},
+               {"zero", "V: *0 { a: }", "V:[]"},
+               {"larger than any integer", "V: *99999999999999999999 { a: 7 }", "V:[7]"},
+               {"array of one digit numbers", "V: *5 {a:1,2,3,4,5}", "V:[1 2 3 4 5]"}});
+}
+
+TEST(AsciiRecords, NumbersAreReadInEverySpelling) {
+  const struct {
+    const char* text;
+    double expected;
+  } kNumbers[] = {{"3", 3},
+                  {"+3", 3},
+                  {"-7", -7},
+                  {".5", 0.5},
+                  {"-.5", -0.5},
+                  {"5.", 5},
+                  {"-1.2e-005", -0.000012},
+                  {"1E3", 1000},
+                  {"+2.5e+2", 250},
+                  {"1.#QNAN", 0},
+                  {"-1.#IND", 0},
+                  {"1.#INF00", 0},
+                  {"nan", 0},
+                  {"-nan(ind)", 0},
+                  {"NaN", 0},
+                  {"inf", 0},
+                  {"-infinity", 0},
+                  {"1e400", 0},
+                  {"-1e999999999", 0},
+                  {"1e-999999999", 0},
+                  {"1.7976931348623157e308", 1.7976931348623157e308}};
+  for (const auto& number : kNumbers) {
+    SCOPED_TRACE(number.text);
+    const std::string text = number.text;
+    const support::ReadResult result = ReadAsciiText("S: " + text + "\nV: *3 {a: 1," + text + ",2}");
+    ASSERT_EQ(result.error, "");
+    EXPECT_EQ(result["S"].Number(0, -99), number.expected);
+    EXPECT_EQ(result["V"].Number(1, -99), number.expected);
+    EXPECT_EQ(result["V"].Number(2, -99), 2);
+  }
+}
+
+TEST(AsciiRecords, IntegersBeyondDoublePrecisionKeepTheirDigits) {
+  const support::ReadResult result = ReadAsciiText("A: 9007199254740993, -9223372036854775808");
+  EXPECT_EQ(result["A"].Integer(0, 0), 9007199254740993);
+  EXPECT_EQ(result["A"].Integer(1, 0), std::numeric_limits<int64_t>::min());
+}
+
+TEST(AsciiRecords, DamagedTextIsRefusedWithItsLine) {
+  ASSERT_EQ(ReadAsciiText("A: {\n}\n").error, "");
+  const TextCase kCases[] = {
+      {"open text", "A: 1\nB: \"abc\nC: 2\n", "a text is not closed (at line 2)"},
+      {"open quoted name", "A: 1\n\"B: 2\n", "a text is not closed (at line 2)"},
+      {"open block", "A: {\nB: 1\n", "the file ends inside record \"A\" (at line 3)"},
+      {"open array", "V: *3 {\n a: 1,2\n", "an array is not closed (at line 2)"},
+      {"array closed in a comment only", "V: *3 {\n a: 1,2 ; }\n", "an array is not closed (at line 2)"},
+      {"array without count", "A: 1\nV: * { a: 1 }", "an array without its count (at line 2)"},
+      {"array of negative count", "V: *-3 { a: 1 }", "an array without its count (at line 1)"},
+      {"array without block", "V: *3 1,2,3", "an array without its block (at line 1)"},
+      {"brace too many", "A: {\n}\n}\n", "a \"}\" closes nothing (at line 3)"},
+      {"no colon", "A 1\n", "expected a record's name and a colon (at line 1)"},
+      {"value without a record", "A: 1\n\n5\n", "expected a record's name and a colon (at line 3)"},
+      {"no value at all", "A: @\n", "a value that is no number, word or text (at line 1)"}};
+  for (const TextCase& c : kCases) EXPECT_EQ(ReadAsciiText(c.text).error, c.expected) << c.what;
+}
+
+std::string Nested(int depth) {
+  std::string text;
+  for (int i = 1; i < depth; ++i) text += "N: {\n";
+  text += "N: 1\n";
+  for (int i = 1; i < depth; ++i) text += "}\n";
+  return text;
+}
+
+TEST(AsciiRecords, NestingDeeperThanThirtyTwoIsRefused) {
+  EXPECT_EQ(ReadAsciiText(Nested(32)).error, "");
+  EXPECT_EQ(ReadAsciiText(Nested(33)).error, "record \"N\": nested too deeply (at line 33)");
+}
+
+}  // namespace

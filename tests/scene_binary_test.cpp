@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include "scene/container/array_reader.h"
+#include "support/load_scene.h"
+
+namespace {
+
+using namespace std::string_literals;
+using support::BinaryFormat;
+using support::FbxRecord;
+using support::FbxRecords;
+using support::FbxValue;
+using support::Patched;
+using support::ReadRecords;
+using support::WriteBinary;
+using testing::HasSubstr;
+
+/// What a file of one version and byte order is called in failures.
+std::string Describe(const BinaryFormat& format) {
+  return std::to_string(format.version) + (format.bigEndian ? " big-endian" : " little-endian");
+}
+
+const BinaryFormat kFormats[] = {{.version = 7400},
+                                 {.version = 7400, .bigEndian = true},
+                                 {.version = 7500},
+                                 {.version = 7700, .bigEndian = true}};
+
+TEST(BinaryRecords, AFileWrittenByteByByteIsRead) {
+  const std::string file =
+      "Kaydara FBX Binary  \0\x1a\0"s  // magic, little-endian
+      "\xe8\x1c\0\0"s                  // version 7400
+      "\x37\0\0\0"s                    // end offset: 55
+      "\x02\0\0\0"s                    // two values
+      "\x0d\0\0\0"s                    // in 13 bytes
+      "\x02Hi"s                        // name
+      "I\xff\xff\xff\xff"s             // -1
+      "S\x03\0\0\0abc"s                // text
+      + std::string(13, '\0');         // null record
+  EXPECT_EQ(ReadRecords(file).Dump(), "Hi:-1,\"abc\"");
+}
+
+TEST(BinaryRecords, NestingIsKeptForAllHeaderWidthsAndByteOrders) {
+  const FbxRecords records = {{"A", {1}, {{"B", {2}, {{"C", {3}}}}, {"D"}}}, {"E", {"x"}}};
+  for (const BinaryFormat& format : kFormats) {
+    EXPECT_EQ(ReadRecords(WriteBinary(records, format)).Dump(), "A:1{B:2{C:3} D} E:\"x\"")
+        << Describe(format);
+  }
+}
+
+TEST(BinaryRecords, SingleValuesOfEveryTypeAreRead) {
+  const FbxRecords records = {{"A",
+                               {FbxValue::Number('C', 89), FbxValue::Number('B', 1),
+                                FbxValue::Number('Z', 255), FbxValue::Number('Y', -300), -70000}},
+                              {"B", {int64_t{-9000000000}, FbxValue::Number('F', 0.5), -1e300}},
+                              {"C", {"text", FbxValue::Raw("raw")}}};
+  for (const BinaryFormat& format : kFormats) {
+    EXPECT_EQ(ReadRecords(WriteBinary(records, format)).Dump(),
+              "A:89,1,255,-300,-70000 B:-9000000000,0.5,-1e+300 C:\"text\",<raw>")
+        << Describe(format);
+  }
+}
+
+TEST(BinaryRecords, ArraysOfEveryTypeAreReadPlainAndPacked) {
+  const struct {
+    char code;
+    std::vector<double> numbers;
+    const char* expected;
+  } kArrays[] = {{'f', {0.5, -2}, "V:[0.5 -2]"},
+                 {'d', {1e300, -0.125, 3}, "V:[1e+300 -0.125 3]"},
+                 {'i', {-7, 2147483647}, "V:[-7 2147483647]"},
+                 {'l', {-9000000000, 5}, "V:[-9000000000 5]"},
+                 {'b', {0, 1}, "V:[0 1]"},
+                 {'c', {0, 255}, "V:[0 255]"},
+                 {'d', {}, "V:[]"}};
+  for (const auto& array : kArrays) {
+    for (const BinaryFormat& format : kFormats) {
+      SCOPED_TRACE(Describe(format) + " " + array.expected);
+      const FbxRecords plain = {{"V", {FbxValue::Array(array.code, array.numbers)}}};
+      const FbxRecords packed = {{"V", {FbxValue::PackedArray(array.code, array.numbers)}}};
+      EXPECT_EQ(ReadRecords(WriteBinary(plain, format)).Dump(), array.expected);
+      EXPECT_EQ(ReadRecords(WriteBinary(packed, format)).Dump(), array.expected);
+    }
+  }
+}
+
+TEST(BinaryRecords, ALongRunOfSingleNumbersIsReadAsAList) {
+  const FbxRecord run("V", {1, 2, 3, 4, 0.5, int64_t{6}, FbxValue::Number('F', 7), 8, 9, 10});
+  for (const BinaryFormat& format : kFormats) {
+    EXPECT_EQ(ReadRecords(WriteBinary({run}, format)).Dump(), "V:[1 2 3 4 0.5 6 7 8 9 10]")
+        << Describe(format);
+  }
+}
+
+TEST(BinaryRecords, ALongRunWithATextKeepsItsValuesApart) {
+  const FbxRecord run("V", {1, 2, 3, 4, 5, 6, 7, 8, 9, "x"});
+  EXPECT_EQ(ReadRecords(WriteBinary({run})).Dump(), "V:1,2,3,4,5,6,7,8,9,\"x\"");
+}
+
+TEST(BinaryRecords, AnEndOffsetOfZeroEndsALeafBehindItsValues) {
+  FbxRecord leaf("Creator", {"me"});
+  leaf.endOffsetZero = true;
+  EXPECT_EQ(ReadRecords(WriteBinary({leaf, {"B"}})).Dump(), "Creator:\"me\" B");
+  EXPECT_EQ(ReadRecords(WriteBinary({leaf, {"B"}}, {.version = 7500})).Dump(), "Creator:\"me\" B");
+}
+
+TEST(BinaryRecords, ANestedListMayLackItsNullRecord) {
+  FbxRecord parent("A", {}, {{"B"}, {"C"}});
+  parent.nullRecord = false;
+  EXPECT_EQ(ReadRecords(WriteBinary({parent, {"D"}})).Dump(), "A{B C} D");
+}
+
+TEST(BinaryRecords, AFileMayLackItsNullRecordWhenItHasAWholeScene) {
+  const support::ReadResult whole =
+      ReadRecords(WriteBinary({{"Objects"}, {"Connections"}}, {.nullRecord = false}));
+  EXPECT_EQ(whole.error, "");
+  EXPECT_EQ(whole.Dump(), "Objects Connections");
+  // 27 bytes of file header and 13 + 7 of the record.
+  EXPECT_EQ(ReadRecords(WriteBinary({{"Objects"}}, {.nullRecord = false})).error,
+            "the file ends too early (at byte 47)");
+}
+
+TEST(BinaryRecords, WhatFollowsTheLastNullRecordIsIgnored) {
+  const support::ReadResult result = ReadRecords(WriteBinary({{"A"}}) + "footer, whatever it says");
+  EXPECT_EQ(result.error, "");
+  EXPECT_EQ(result.Dump(), "A");
+}
+
+TEST(BinaryRecords, TextsKeepTheirZeroBytes) {
+  const support::ReadResult result = ReadRecords(WriteBinary({{"A", {"name\0\1Model"s}}}));
+  EXPECT_EQ(result["A"].Text(0), "name\0\1Model"s);
+}
+
+/// One record with the text "hi": end offset at byte 27, value count 31, value bytes 35, name length 39, name
+/// 40, type byte 41, text length 42, text 46, null record 48.
+std::string OneText() { return WriteBinary({{"A", {"hi"}}}); }
+
+/// One record with two doubles: as above, then count at 42, encoding 46, size 50, elements 54 to 69.
+std::string OneArray() { return WriteBinary({{"V", {FbxValue::Array('d', {1, 2})}}}); }
+
+TEST(BinaryRecords, ADamagedRecordIsRefusedWithItsOffset) {
+  const struct {
+    const char* what;
+    std::string file;
+    const char* error;
+  } kCases[] = {
+      {"end before the record", Patched(OneText(), 27, 10),
+       "record \"A\": its end lies outside (at byte 41)"},
+      {"end inside the values", Patched(OneText(), 27, 44),
+       "record \"A\": its end lies outside (at byte 41)"},
+      {"end behind the file", Patched(OneText(), 27, 62), "record \"A\": its end lies outside (at byte 41)"},
+      {"values behind the file", Patched(OneText(), 35, 0x7fffffff),
+       "record \"A\": its values reach too far (at byte 41)"},
+      {"values behind the end", Patched(OneText(), 35, 8), "record \"A\": its end lies outside (at byte 41)"},
+      {"values cut short", Patched(OneText(), 35, 6), "record \"A\": a text reaches too far (at byte 46)"},
+      {"more values than there are", Patched(OneText(), 31, 2),
+       "record \"A\": a value of unknown type or cut off (at byte 49)"},
+      {"impossible value count", Patched(OneText(), 31, 0xffffffff),
+       "record \"A\": more values than bytes (at byte 41)"},
+      {"no values in the space of one", Patched(OneText(), 31, 0),
+       "record \"A\": its values do not fill their space (at byte 41)"},
+      {"unknown type", OneText().replace(41, 1, "x"),
+       "record \"A\": a value of unknown type or cut off (at byte 42)"},
+      {"endless text", Patched(OneText(), 42, 0xffffffff),
+       "record \"A\": a text reaches too far (at byte 46)"},
+      {"name behind the file", OneText().replace(39, 1, "\xc8"), "a record is cut off (at byte 40)"}};
+  for (const auto& damage : kCases) EXPECT_EQ(ReadRecords(damage.file).error, damage.error) << damage.what;
+}
+
+TEST(BinaryRecords, AChildMayNotReachBehindItsParent) {
+  // The parent's header and name take bytes 27 to 40, the child's 41 to 54.
+  const std::string file = WriteBinary({{"A", {}, {{"B"}}}, {"C"}});
+  EXPECT_EQ(ReadRecords(Patched(file, 41, 69)).error, "record \"B\": its end lies outside (at byte 55)");
+}
+
+TEST(BinaryRecords, ADamagedArrayHeaderIsRefusedWithItsOffset) {
+  const struct {
+    const char* what;
+    std::string file;
+    const char* error;
+  } kCases[] = {
+      {"count too large", Patched(OneArray(), 42, 3),
+       "record \"V\": an array's size does not fit its count (at byte 54)"},
+      {"count whose bytes overflow 32 bits", Patched(OneArray(), 42, 0x20000002),
+       "record \"V\": an array's size does not fit its count (at byte 54)"},
+      {"unknown encoding", Patched(OneArray(), 46, 2),
+       "record \"V\": an array of unknown encoding (at byte 54)"},
+      {"size behind the values", Patched(OneArray(), 50, 17),
+       "record \"V\": an array reaches too far (at byte 54)"},
+      {"header cut off", Patched(OneArray(), 35, 10), "record \"V\": an array reaches too far (at byte 54)"},
+      // 16 packed bytes give at most 16576 bytes, which are 2072 doubles.
+      {"packed bomb", Patched(Patched(OneArray(), 46, 1), 42, 2073),
+       "record \"V\": an array claims more elements than it can hold (at byte 54)"},
+      {"packed bomb of all bits", Patched(Patched(OneArray(), 46, 1), 42, 0xffffffff),
+       "record \"V\": an array claims more elements than it can hold (at byte 54)"}};
+  for (const auto& damage : kCases) EXPECT_EQ(ReadRecords(damage.file).error, damage.error) << damage.what;
+}
+
+TEST(BinaryRecords, DamagedPackedDataLeavesTheArrayEmpty) {
+  const std::string packed = WriteBinary({{"V", {FbxValue::PackedArray('d', {1, 2})}}});
+  std::string badChecksum = packed;
+  ++badChecksum[badChecksum.size() - 14];  // the last byte before the null record
+  std::string dictionary = packed;
+  dictionary[55] = '\xbb';  // asks for a preset dictionary; 0x78bb is a valid header
+  const struct {
+    const char* what;
+    std::string file;
+  } kCases[] = {{"longer than declared", Patched(packed, 42, 1)},
+                {"shorter than declared", Patched(packed, 42, 3)},
+                {"bad checksum", badChecksum},
+                {"preset dictionary", dictionary},
+                {"no stream at all", Patched(OneArray(), 46, 1)}};
+  for (const auto& damage : kCases) {
+    SCOPED_TRACE(damage.what);
+    const support::ReadResult result = ReadRecords(damage.file);
+    ASSERT_EQ(result.error, "");
+    scene::FbxArray<double> doubles;
+    doubles.Allocate(5);
+    EXPECT_FALSE(ReadArray(result["V"], doubles));
+    EXPECT_EQ(doubles.size(), 0u);
+    scene::FbxArray<int32_t> integers;
+    EXPECT_FALSE(ReadArray(result["V"], integers));
+  }
+}
+
+FbxRecord Nested(int depth) {
+  FbxRecord record("N");
+  for (int i = 1; i < depth; ++i) record = FbxRecord("N", {}, {record});
+  return record;
+}
+
+TEST(BinaryRecords, NestingDeeperThanThirtyTwoIsRefused) {
+  EXPECT_EQ(ReadRecords(WriteBinary({Nested(32)})).error, "");
+  EXPECT_THAT(ReadRecords(WriteBinary({Nested(33)})).error, HasSubstr("record \"N\": nested too deeply"));
+}
+
+TEST(BinaryRecords, HeadersOfAnotherWidthThanTheVersionTellsAreRefused) {
+  const FbxRecords records = {{"Objects", {}, {{"Model", {1, "a", "b"}}}}, {"Connections"}};
+  EXPECT_NE(ReadRecords(WriteBinary(records, {.version = 7400, .headersOf = 7500})).error, "");
+  EXPECT_NE(ReadRecords(WriteBinary(records, {.version = 7500, .headersOf = 7400})).error, "");
+}
+
+TEST(BinaryRecords, AFileCutAnywhereIsRefusedUnlessItsSceneIsWhole) {
+  const FbxRecords records = {{"Creator", {"me"}},
+                              {"Objects", {}, {{"Model", {7, FbxValue::Array('i', {1, 2, 3})}}}},
+                              {"Connections", {}, {{"C", {"OO", 1, 0}}}},
+                              {"Takes", {0.5}}};
+  const auto sizeOfFirst = [&](int count) {
+    return WriteBinary({records.begin(), records.begin() + count}, {.nullRecord = false}).size();
+  };
+  const std::string file = WriteBinary(records);
+  std::vector<size_t> accepted;
+  for (size_t size = 0; size <= file.size(); ++size) {
+    if (ReadRecords(file.substr(0, size)).error.empty()) accepted.push_back(size);
+  }
+  EXPECT_THAT(accepted, testing::ElementsAre(sizeOfFirst(3), sizeOfFirst(4), file.size()));
+}
+
+}  // namespace

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include "scene/model/material.h"
+#include "support/load_scene.h"
+
+namespace {
+
+using scene::KFbxSurfaceLambert;
+using scene::KFbxSurfaceMaterial;
+using scene::KFbxSurfacePhong;
+using support::FbxFile;
+using support::FbxRecords;
+using support::Property;
+using testing::ElementsAre;
+
+std::vector<double> Xyz(const scene::KFbxVector4& v) { return {v[0], v[1], v[2]}; }
+
+/// A scene whose node "node" (1) has the material 2, which `file` already holds.
+std::unique_ptr<scene::KFbxScene> SceneWithMaterial(FbxFile file) {
+  file.Model(1, "node");
+  file.Connect(1, 0);
+  file.Connect(2, 1);
+  return support::LoadScene(file);
+}
+
+KFbxSurfaceMaterial& MaterialOf(const scene::KFbxScene& scene) {
+  return *support::FindNode(scene, "node")->GetMaterial(0);
+}
+
+/// "lambert", "phong" or "other", by the class made for a shading model.
+std::string ClassFor(const char* shadingModel) {
+  FbxFile file;
+  file.Material(2, "m", shadingModel);
+  const auto scene = SceneWithMaterial(std::move(file));
+  if (dynamic_cast<KFbxSurfaceLambert*>(&MaterialOf(*scene))) return "lambert";
+  return dynamic_cast<KFbxSurfacePhong*>(&MaterialOf(*scene)) ? "phong" : "other";
+}
+
+TEST(Materials, TheShadingModelTellsTheClassInAnyCase) {
+  for (const char* model : {"lambert", "Lambert", "LAMBERT"}) EXPECT_EQ(ClassFor(model), "lambert") << model;
+  for (const char* model : {"phong", "Phong", "pHONG"}) EXPECT_EQ(ClassFor(model), "phong") << model;
+  for (const char* model : {"", "unknown", "phong1", "phon"}) EXPECT_EQ(ClassFor(model), "other") << model;
+}
+
+TEST(Materials, WithoutItsRecordThePropertyTellsTheShadingModel) {
+  FbxFile file;
+  file.Template("Material", {Property("ShadingModel", {"Lambert"})});
+  file.Object("Material", 2, "m");
+  const auto scene = SceneWithMaterial(std::move(file));
+  EXPECT_NE(dynamic_cast<KFbxSurfaceLambert*>(&MaterialOf(*scene)), nullptr);
+}
+
+/// The phong material with these own and template properties.
+struct LoadedPhong {
+  explicit LoadedPhong(FbxRecords own, FbxRecords defaults = {}) {
+    FbxFile file;
+    file.Template("Material", std::move(defaults));
+    file.Material(2, "m", "phong", std::move(own));
+    scene = SceneWithMaterial(std::move(file));
+  }
+  const KFbxSurfacePhong& operator*() const { return dynamic_cast<KFbxSurfacePhong&>(MaterialOf(*scene)); }
+
+  std::unique_ptr<scene::KFbxScene> scene;
+};
+
+TEST(Materials, ColoursAreReadAsTheyAreWithoutTheirFactors) {
+  const LoadedPhong phong({Property("AmbientColor", {0.1, 0.2, 0.3}),
+                           Property("DiffuseColor", {1.0, 2.0, 0.5}),
+                           Property("SpecularColor", {0.4, 0.5, 0.6}),
+                           Property("EmissiveColor", {0.7, 0.8, 0.9}), Property("DiffuseFactor", {0.5}),
+                           Property("TransparencyFactor", {0.25}), Property("ShininessExponent", {33.0})});
+  EXPECT_THAT(Xyz((*phong).ambient), ElementsAre(0.1, 0.2, 0.3));
+  EXPECT_THAT(Xyz((*phong).diffuse), ElementsAre(1, 2, 0.5));
+  EXPECT_THAT(Xyz((*phong).specular), ElementsAre(0.4, 0.5, 0.6));
+  EXPECT_THAT(Xyz((*phong).emissive), ElementsAre(0.7, 0.8, 0.9));
+  EXPECT_EQ((*phong).transparencyFactor, 0.25);
+  EXPECT_EQ((*phong).shininess, 33);
+}
+
+TEST(Materials, ATemplateGivesWhatTheMaterialLeavesOut) {
+  const LoadedPhong phong(
+      {Property("AmbientColor", {0.1, 0.2, 0.3})},
+      {Property("AmbientColor", {1.0, 1.0, 1.0}), Property("DiffuseColor", {0.5, 0.5, 0.5})});
+  EXPECT_THAT(Xyz((*phong).ambient), ElementsAre(0.1, 0.2, 0.3));
+  EXPECT_THAT(Xyz((*phong).diffuse), ElementsAre(0.5, 0.5, 0.5));
+}
+
+TEST(Materials, WithoutATemplateTheUsualDefaultsApply) {
+  const LoadedPhong phong({});
+  EXPECT_THAT(Xyz((*phong).ambient), ElementsAre(0.2, 0.2, 0.2));
+  EXPECT_THAT(Xyz((*phong).diffuse), ElementsAre(0.8, 0.8, 0.8));
+  EXPECT_THAT(Xyz((*phong).specular), ElementsAre(0.2, 0.2, 0.2));
+  EXPECT_THAT(Xyz((*phong).emissive), ElementsAre(0, 0, 0));
+  EXPECT_EQ((*phong).transparencyFactor, 0);
+  EXPECT_EQ((*phong).shininess, 20);
+}
+
+TEST(Materials, TheShininessHasTwoNames) {
+  EXPECT_EQ((*LoadedPhong({Property("Shininess", {5.0})})).shininess, 5);
+  EXPECT_EQ((*LoadedPhong({Property("Shininess", {5.0}), Property("ShininessExponent", {6.0})})).shininess,
+            6);
+}
+
+TEST(Materials, ANodesMaterialsStandInTheOrderOfTheirConnections) {
+  FbxFile file;
+  file.Model(1, "node");
+  file.Connect(1, 0);
+  for (const int id : {2, 3, 4}) file.Material(id, std::to_string(id), "phong");
+  for (const int id : {4, 2, 3}) file.Connect(id, 1);
+  const auto scene = support::LoadScene(file);
+  const scene::KFbxNode& node = *support::FindNode(*scene, "node");
+  ASSERT_EQ(node.GetMaterialCount(), 3);
+  EXPECT_EQ(node.GetMaterial(0)->GetName(), "4");
+  EXPECT_EQ(node.GetMaterial(1)->GetName(), "2");
+  EXPECT_EQ(node.GetMaterial(2)->GetName(), "3");
+}
+
+TEST(Materials, OneMaterialMayFillSeveralSlots) {
+  FbxFile file;
+  file.Model(1, "node");
+  file.Material(2, "a", "phong");
+  file.Material(3, "b", "phong");
+  file.Connect(1, 0);
+  for (const int id : {2, 3, 2}) file.Connect(id, 1);
+  const auto scene = support::LoadScene(file);
+  const scene::KFbxNode& node = *support::FindNode(*scene, "node");
+  ASSERT_EQ(node.GetMaterialCount(), 3);
+  EXPECT_EQ(node.GetMaterial(2), node.GetMaterial(0));
+}
+
+TEST(Textures, APropertysTexturesStandInTheOrderOfTheirConnections) {
+  FbxFile file;
+  file.Material(2, "m", "unknown");
+  for (const int id : {3, 4, 5}) file.Object("Texture", id, std::to_string(id));
+  file.Connect(5, 2, "DiffuseColor");
+  file.Connect(4, 2, "3dsMax|Parameters|base_color_map");
+  file.Connect(3, 2, "DiffuseColor");
+  file.Connect(4, 2);
+  const auto scene = SceneWithMaterial(std::move(file));
+  const scene::KFbxProperty* diffuse = MaterialOf(*scene).FindProperty("DiffuseColor");
+  ASSERT_NE(diffuse, nullptr);
+  ASSERT_EQ(diffuse->GetSrcTextureCount(), 2);
+  EXPECT_EQ(diffuse->GetSrcTexture(0)->GetName(), "5");
+  EXPECT_EQ(diffuse->GetSrcTexture(1)->GetName(), "3");
+  ASSERT_NE(MaterialOf(*scene).FindProperty("3dsMax|Parameters|base_color_map"), nullptr);
+  EXPECT_EQ(MaterialOf(*scene).FindProperty("Bump"), nullptr);
+}
+
+TEST(Textures, ALayeredTextureCountsButIsNoFileTexture) {
+  FbxFile file;
+  file.Material(2, "m", "phong");
+  file.Object("LayeredTexture", 3, "layers");
+  file.Object("Texture", 4, "layer");
+  file.Connect(3, 2, "DiffuseColor");
+  file.Connect(4, 3);
+  const auto scene = SceneWithMaterial(std::move(file));
+  const scene::KFbxProperty* diffuse = MaterialOf(*scene).FindProperty("DiffuseColor");
+  ASSERT_NE(diffuse, nullptr);
+  ASSERT_EQ(diffuse->GetSrcTextureCount(), 1);
+  EXPECT_EQ(diffuse->GetSrcTexture(0), nullptr);
+}
+
+TEST(Textures, ARepeatedConnectionCountsOnce) {
+  FbxFile file;
+  file.Material(2, "m", "phong");
+  file.Object("Texture", 3, "t");
+  for (int i = 0; i < 3; ++i) file.Connect(3, 2, "Bump");
+  const auto scene = SceneWithMaterial(std::move(file));
+  EXPECT_EQ(MaterialOf(*scene).FindProperty("Bump")->GetSrcTextureCount(), 1);
+}
+
+TEST(Textures, OnlyTexturesConnectToProperties) {
+  FbxFile file;
+  file.Material(2, "m", "phong");
+  file.Object("Video", 3, "video", "Clip");
+  file.Connect(3, 2, "DiffuseColor");
+  file.Connect(1, 2, "DiffuseColor");
+  const auto scene = SceneWithMaterial(std::move(file));
+  EXPECT_EQ(MaterialOf(*scene).FindProperty("DiffuseColor"), nullptr);
+}
+
+TEST(Textures, FileNamesAreKeptByteByByteInEverySpelling) {
+  const auto namesOf = [](const char* file, const char* relative) {
+    FbxFile builder;
+    support::FbxRecord& texture = builder.Object("Texture", 3, "t");
+    texture.Add({file, {"C:\\a b\\sk\xefn.tga"}});
+    texture.Add({relative, {"..\\skin.tga"}});
+    builder.Material(2, "m", "phong");
+    builder.Connect(3, 2, "Bump");
+    const auto scene = SceneWithMaterial(std::move(builder));
+    const scene::KFbxTexture& loaded = *MaterialOf(*scene).FindProperty("Bump")->GetSrcTexture(0);
+    return loaded.GetFileName() + ", " + loaded.GetRelativeFileName();
+  };
+  EXPECT_EQ(namesOf("FileName", "RelativeFilename"), "C:\\a b\\sk\xefn.tga, ..\\skin.tga");
+  EXPECT_EQ(namesOf("Filename", "RelativeFileName"), "C:\\a b\\sk\xefn.tga, ..\\skin.tga");
+}
+
+}  // namespace

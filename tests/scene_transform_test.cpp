@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include "scene/math/node_transform.h"
+#include "support/load_scene.h"
+
+namespace {
+
+using scene::EvaluateWorldTransform;
+using scene::InheritType;
+using scene::KFbxVector4;
+using scene::TransformProperties;
+using scene::WorldTransform;
+using testing::DoubleNear;
+using testing::ElementsAre;
+
+testing::Matcher<std::vector<double>> Near(double x, double y, double z) {
+  return ElementsAre(DoubleNear(x, 1e-12), DoubleNear(y, 1e-12), DoubleNear(z, 1e-12));
+}
+
+/// Where `node` below `parent` puts the point `p`.
+std::vector<double> Image(const TransformProperties& node, const KFbxVector4& p,
+                          const WorldTransform& parent = {}) {
+  const KFbxVector4 image = EvaluateWorldTransform(node, parent).global.MultT(p);
+  return {image[0], image[1], image[2]};
+}
+
+// Quarter turns: about x (x, y, z) goes to (x, -z, y), about y to (z, y, -x), about z to (-y, x, z).
+
+TransformProperties QuarterTurns(int order, bool active) {
+  TransformProperties node;
+  node.rotation = {90, 90, 90};
+  node.rotationOrder = order;
+  node.rotationActive = active;
+  return node;
+}
+
+TEST(NodeTransform, TheFirstLetterOfTheRotationOrderTurnsFirst) {
+  const KFbxVector4 p{1, 2, 3};
+  EXPECT_THAT(Image(QuarterTurns(0, true), p), Near(3, 2, -1)) << "XYZ";
+  EXPECT_THAT(Image(QuarterTurns(1, true), p), Near(2, 1, -3)) << "XZY";
+  EXPECT_THAT(Image(QuarterTurns(2, true), p), Near(-2, 1, 3)) << "YZX";
+  EXPECT_THAT(Image(QuarterTurns(3, true), p), Near(-1, 3, 2)) << "YXZ";
+  EXPECT_THAT(Image(QuarterTurns(4, true), p), Near(1, -3, 2)) << "ZXY";
+  EXPECT_THAT(Image(QuarterTurns(5, true), p), Near(3, -2, 1)) << "ZYX";
+}
+
+TEST(NodeTransform, UnknownRotationOrdersAreTakenAsXyz) {
+  for (const int order : {-1, 6, 7}) EXPECT_THAT(Image(QuarterTurns(order, true), {1, 2, 3}), Near(3, 2, -1));
+}
+
+TEST(NodeTransform, TheOrderCountsOnlyForAnActiveRotation) {
+  EXPECT_THAT(Image(QuarterTurns(5, false), {1, 2, 3}), Near(3, 2, -1));
+  TransformProperties limitOnly = QuarterTurns(5, true);
+  limitOnly.rotationSpaceForLimitOnly = true;
+  EXPECT_THAT(Image(limitOnly, {1, 2, 3}), Near(3, 2, -1));
+}
+
+TEST(NodeTransform, PreAndInvertedPostRotationEncloseAnActiveRotation) {
+  TransformProperties node;
+  node.preRotation = {90, 0, 0};
+  node.rotation = {0, 0, 90};
+  node.postRotation = {0, 90, 0};
+  // About z only.
+  EXPECT_THAT(Image(node, {1, 2, 3}), Near(-2, 1, 3));
+  // Back about y to (-3, 2, 1), about z to (-2, -3, 1), about x.
+  node.rotationActive = true;
+  EXPECT_THAT(Image(node, {1, 2, 3}), Near(-2, -1, -3));
+}
+
+TEST(NodeTransform, PivotsAndOffsetsMoveThePointStepByStep) {
+  TransformProperties node;
+  node.translation = {10, 0, 0};
+  node.rotationOffset = {0, 1, 0};
+  node.rotationPivot = {1, 0, 0};
+  node.rotation = {0, 0, 90};
+  node.scalingOffset = {0, 0, 5};
+  node.scalingPivot = {0, 2, 0};
+  node.scaling = {2, 2, 2};
+  // (1,0,3) from the scaling pivot, (2,0,6) scaled, (2,2,11) with pivot and offset; (1,2,11) from the
+  // rotation pivot, (-2,1,11) turned, (-1,2,11) with pivot and offset; then the translation.
+  EXPECT_THAT(Image(node, {1, 2, 3}), Near(9, 2, 11));
+}
+
+/// A parent that is moved by x 1, turned about z by 90 degrees and twice as long in x.
+WorldTransform LongParent() {
+  TransformProperties parent;
+  parent.translation = {1, 0, 0};
+  parent.rotation = {0, 0, 90};
+  parent.scaling = {2, 1, 1};
+  return EvaluateWorldTransform(parent, {});
+}
+
+TransformProperties LongChild(InheritType type) {
+  TransformProperties child;
+  child.translation = {1, 0, 0};
+  child.rotation = {0, 0, 90};
+  child.scaling = {1, 3, 1};
+  child.inheritType = type;
+  return child;
+}
+
+TEST(NodeTransform, ScaleIsInheritedAsTheInheritTypeTells) {
+  // The child's origin is at (1,2,0) in all cases. Both turns together negate x and y.
+  // Scales multiply per axis: (2,3,1), then the turns.
+  EXPECT_THAT(Image(LongChild(InheritType::RrSs), {1, 1, 0}, LongParent()), Near(-1, -1, 0));
+  // Plain product: (1,3,0), turned (-3,1,0), moved (-2,1,0); scaled (-4,1,0), turned (-1,-4,0), moved.
+  EXPECT_THAT(Image(LongChild(InheritType::RSrs), {1, 1, 0}, LongParent()), Near(0, -4, 0));
+  // Without the parent's scale: (1,3,0), then the turns.
+  EXPECT_THAT(Image(LongChild(InheritType::Rrs), {1, 1, 0}, LongParent()), Near(0, -1, 0));
+}
+
+TEST(NodeTransform, AChildThatIgnoresItsParentsScaleKeepsItsGrandparents) {
+  TransformProperties twice, thrice, plain;
+  twice.scaling = {2, 2, 2};
+  thrice.scaling = {3, 3, 3};
+  plain.inheritType = InheritType::Rrs;
+  const WorldTransform parent = EvaluateWorldTransform(thrice, EvaluateWorldTransform(twice, {}));
+  EXPECT_THAT(Image(plain, {1, 0, 0}, parent), Near(2, 0, 0));
+}
+
+TEST(NodeTransform, AScaleOfZeroDoesNotSpreadWhereItIsIgnored) {
+  TransformProperties flat, child;
+  flat.scaling = {0, 1, 1};
+  child.inheritType = InheritType::Rrs;
+  EXPECT_THAT(Image(child, {1, 1, 1}, EvaluateWorldTransform(flat, {})), Near(0, 1, 1));
+}
+
+TEST(NodeTransform, NodesOfASceneAreEvaluatedBelowTheirParents) {
+  support::FbxFile file;
+  using support::Property;
+  file.Model(1, "parent",
+             {Property("Lcl Translation", {1.0, 0.0, 0.0}), Property("Lcl Rotation", {0.0, 0.0, 90.0}),
+              Property("GeometricTranslation", {0.0, 0.0, 50.0})});
+  file.Model(2, "child", {Property("Lcl Translation", {2.0, 0.0, 0.0})});
+  file.Connect(1, 0);
+  file.Connect(2, 1);
+  const auto scene = support::LoadScene(file);
+  const scene::KFbxNode& child = *support::FindNode(*scene, "child");
+  const KFbxVector4 global = child.GetGlobalFromDefaultTake().GetT();
+  const KFbxVector4 local = child.GetLocalFromDefaultTake().GetT();
+  // Geometric transforms are not inherited.
+  EXPECT_THAT((std::vector{global[0], global[1], global[2]}), Near(1, 2, 0));
+  EXPECT_THAT((std::vector{local[0], local[1], local[2]}), Near(2, 0, 0));
+}
+
+TEST(NodeTransform, TheGeometricTransformScalesThenTurnsThenMoves) {
+  support::FbxFile file;
+  using support::Property;
+  file.Model(
+      1, "node",
+      {Property("GeometricTranslation", {0.0, 0.0, 5.0}), Property("GeometricRotation", {0.0, 0.0, 90.0}),
+       Property("GeometricScaling", {2.0, 1.0, 1.0})});
+  file.Connect(1, 0);
+  const auto scene = support::LoadScene(file);
+  const KFbxVector4 p = support::FindNode(*scene, "node")->GetGeometricTransform().MultT({1, 1, 1});
+  EXPECT_THAT((std::vector{p[0], p[1], p[2]}), Near(-1, 2, 6));
+}
+
+}  // namespace

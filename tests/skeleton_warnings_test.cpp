@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/character.h"
+#include "support/test_host.h"
+
+namespace {
+
+using support::Character;
+using support::Identity;
+using support::ScaleMatrix;
+using support::TestHost;
+using testing::ElementsAre;
+
+/// All warnings of the last conversion, in their order.
+std::vector<std::string> Warnings(const TestHost& host) {
+  std::vector<std::string> warnings;
+  for (const std::string& line : host.lines) {
+    if (line.starts_with("***") || line.starts_with(">>>") || line.starts_with("No Bind")) {
+      warnings.push_back(line);
+    }
+  }
+  return warnings;
+}
+
+std::vector<std::string> WarningsOfBoundBone(const support::Matrix16& matrix, bool isLocal = false) {
+  Character model;
+  const auto bone = model.Bone("L:hip");
+  model.BindPose({{bone, matrix, isLocal}});
+  TestHost host;
+  host.Convert(model.Text());
+  return Warnings(host);
+}
+
+TEST(SkeletonWarnings, TellOfUnevenScaleAboveAHundredth) {
+  EXPECT_THAT(WarningsOfBoundBone(ScaleMatrix(1, 1.005, 1)), ElementsAre());
+  EXPECT_THAT(WarningsOfBoundBone(ScaleMatrix(3, 3, 3)), ElementsAre());
+  for (const auto& matrix : {ScaleMatrix(1, 1.02, 1), ScaleMatrix(1, 1, 0.98), ScaleMatrix(2, 1, 1)}) {
+    EXPECT_THAT(WarningsOfBoundBone(matrix),
+                ElementsAre("***101:hip", ">>> The Bone 'hip'", ">>> Has a non-uniform scale value.",
+                            ">>> If you see oddities in the skeleton or rigging",
+                            ">>> Go back to your original modeling program and",
+                            ">>> correct this, then re-export it to FBX."));
+  }
+}
+
+TEST(SkeletonWarnings, TellOfMirroredBonesWithoutTheirUnevenScale) {
+  for (const auto& matrix : {ScaleMatrix(-1, 1, 1), ScaleMatrix(1, -3, 1), ScaleMatrix(-1, -1, -1)}) {
+    EXPECT_THAT(WarningsOfBoundBone(matrix),
+                ElementsAre("***100:hip", ">>> The Bone 'hip'", ">>> is 'mirrored' or 'reflected'"));
+  }
+}
+
+TEST(SkeletonWarnings, TellOfLocalMatrices) {
+  EXPECT_THAT(WarningsOfBoundBone(Identity(), true),
+              ElementsAre("***102:hip", ">>> Bind Pose Contains LOCAL MATRIX!!!"));
+}
+
+TEST(SkeletonWarnings, NameTheNodesThatTheBindPoseLacks) {
+  Character model;
+  const auto root = model.Bone("root");
+  model.Bone("a:b:tip", root);
+  model.BindPose({{root, Identity()}});
+  TestHost host;
+  host.Convert(model.Text());
+  EXPECT_THAT(Warnings(host), ElementsAre("No Bind Pose Data for: a:b:tip"));
+}
+
+TEST(SkeletonWarnings, TellOfAMissingBindPoseInFbxFilesOnly) {
+  Character model;
+  model.Bone("root");
+  TestHost host;
+  host.Convert(model.Text());
+  EXPECT_THAT(Warnings(host),
+              ElementsAre(">>> No Defined Bind Pose!", ">>> Skeleton may not import correctly!"));
+  host.Convert(model.Text(), "model.obj");
+  EXPECT_THAT(Warnings(host), ElementsAre());
+  host.Convert(Character().Text(), "model.obj");
+  EXPECT_THAT(Warnings(host), ElementsAre());
+}
+
+TEST(SkeletonWarnings, TellOfASecondRootOnceInTheLifeOfTheProcess) {
+  Character model;
+  const auto root = model.Bone("root"), second = model.Bone("second"), third = model.Bone("third");
+  model.BindPose({{root, Identity()}, {second, Identity()}, {third, Identity()}});
+  TestHost host;
+  host.Convert(model.Text());
+  EXPECT_THAT(Warnings(host), ElementsAre("***-1:", ">>> This skeleton does NOT have a single Root Bone",
+                                          ">>> and will thus NOT import the rig correctly!"));
+  host.Convert(model.Text());
+  EXPECT_THAT(Warnings(host), ElementsAre());
+}
+
+TEST(SkeletonExtraction, SkipsASecondRootWithItsChildren) {
+  Character model;
+  model.Bone("leg", model.Bone("root"));
+  model.Bone("lost", model.Bone("second"));
+  model.Bone("also lost", model.Null("group"));
+  TestHost host;
+  host.Convert(model.Text());
+  ASSERT_EQ(host.Bones().size(), 2u);
+  EXPECT_EQ(host.Bones()[1].name, "leg");
+}
+
+TEST(SkeletonExtraction, LooksBelowNodesOfEveryAttributeButNotBelowOnesWithout) {
+  Character hidden;
+  hidden.Bone("root", hidden.Node("group"));
+  TestHost host;
+  host.Convert(hidden.Text());
+  EXPECT_EQ(host.Bones()[0].name, "dummy_bone");
+  Character found;
+  found.Bone("root", found.Triangle("Body", found.Null("group")).node);
+  host.Convert(found.Text());
+  EXPECT_EQ(host.Bones()[0].name, "root");
+}
+
+}  // namespace
