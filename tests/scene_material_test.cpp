@@ -134,7 +134,7 @@ TEST(Textures, APropertysTexturesStandInTheOrderOfTheirConnections) {
   file.Material(2, "m", "unknown");
   for (const int id : {3, 4, 5}) file.Object("Texture", id, std::to_string(id));
   file.Connect(5, 2, "DiffuseColor");
-  file.Connect(4, 2, "3dsMax|Parameters|base_color_map");
+  file.Connect(4, 2, "Vendor|Parameters|base_color_map");
   file.Connect(3, 2, "DiffuseColor");
   file.Connect(4, 2);
   const auto scene = SceneWithMaterial(std::move(file));
@@ -143,7 +143,7 @@ TEST(Textures, APropertysTexturesStandInTheOrderOfTheirConnections) {
   ASSERT_EQ(diffuse->GetSrcTextureCount(), 2);
   EXPECT_EQ(diffuse->GetSrcTexture(0)->GetName(), "5");
   EXPECT_EQ(diffuse->GetSrcTexture(1)->GetName(), "3");
-  ASSERT_NE(MaterialOf(*scene).FindProperty("3dsMax|Parameters|base_color_map"), nullptr);
+  ASSERT_NE(MaterialOf(*scene).FindProperty("Vendor|Parameters|base_color_map"), nullptr);
   EXPECT_EQ(MaterialOf(*scene).FindProperty("Bump"), nullptr);
 }
 

@@ -74,10 +74,12 @@ TEST(Polygons, ANegativeIndexIsTheLastCorner) {
 }
 
 TEST(Polygons, ADroppedPolygonKeepsItsNumberInTheFile) {
-  LoadedMesh loaded(FourPoints({0, 1, -3, 0, 9, -3, 1, 2, -4}));
+  LoadedMesh loaded(FourPoints({0, 1, -3, 1, 2, -4, 0, 9, -3, 0, 2, -4}));
+  ASSERT_EQ(loaded.mesh.GetPolygonCount(), 3);
   EXPECT_EQ(loaded.mesh.GetPolygon(0).number, 0u);
-  EXPECT_EQ(loaded.mesh.GetPolygon(1).number, 2u);
-  EXPECT_EQ(loaded.mesh.GetPolygon(1).firstCorner, 6u);
+  EXPECT_EQ(loaded.mesh.GetPolygon(1).number, 1u);
+  EXPECT_EQ(loaded.mesh.GetPolygon(2).number, 3u);
+  EXPECT_EQ(loaded.mesh.GetPolygon(2).firstCorner, 9u);
 }
 
 TEST(Polygons, OnlyTrianglesThroughoutMakeAPlainMesh) {
