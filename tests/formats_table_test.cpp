@@ -10,7 +10,7 @@
 #include <map>
 #include <sstream>
 
-#include "corpus/scene_compare.h"
+#include "compare_corpus/scene_compare.h"
 #include "scene/model/material.h"
 #include "scene/model/mesh.h"
 #include "scene/sdk_manager.h"

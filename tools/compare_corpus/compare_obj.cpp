@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "corpus/compare_obj.h"
+#include "compare_corpus/compare_obj.h"
 
 #include <algorithm>
 #include <charconv>

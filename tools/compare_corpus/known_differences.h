@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "corpus/scene_compare.h"
+#include "compare_corpus/scene_compare.h"
 
 namespace corpus {
 

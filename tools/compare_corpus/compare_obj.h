@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "corpus/scene_compare.h"
+#include "compare_corpus/scene_compare.h"
 
 namespace corpus {
 

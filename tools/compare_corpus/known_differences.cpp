@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "corpus/known_differences.h"
+#include "compare_corpus/known_differences.h"
 
 namespace corpus {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "corpus/scene_compare.h"
+#include "compare_corpus/scene_compare.h"
 
 #include <algorithm>
 #include <array>

@@ -15,8 +15,8 @@
 #include <regex>
 #include <tuple>
 
-#include "corpus/compare_obj.h"
-#include "corpus/known_differences.h"
+#include "compare_corpus/compare_obj.h"
+#include "compare_corpus/known_differences.h"
 
 namespace {
 
