@@ -40,7 +40,10 @@ bool KFbxImporter::Initialize(std::string_view path, int) {
 }
 
 bool KFbxImporter::Import(KFbxScene& scene, bool) {
-  if (!file_) return false;
+  if (!file_) {
+    if (status_.Succeeded()) status_ = {EImportError::eFILE_NOT_OPENED, "no file is open"};
+    return false;
+  }
   try {
     status_ = file_->Read(scene, KFbxIOSettings::Global());
   } catch (const std::bad_alloc&) {

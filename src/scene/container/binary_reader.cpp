@@ -25,7 +25,6 @@ class BinaryReader {
 
   ParseError Read() {
     in_.Seek(kHeaderSize);
-    if (in_.Failed()) return Error("the file ends inside its header");
     while (!done_) {
       if (!open_.empty() && in_.Offset() == open_.back().end) {
         Close();  // a list without its null record
@@ -209,6 +208,7 @@ class BinaryReader {
 
 ParseError ReadBinaryRecords(RecordTree& tree) {
   constexpr size_t kByteOrderOffset = 22;
+  if (tree.bytes.size() < kHeaderSize) return {"the file ends inside its header"};
   tree.bigEndian = tree.bytes[kByteOrderOffset] != 0;
   return BinaryReader(tree).Read();
 }
