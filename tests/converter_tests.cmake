@@ -3,9 +3,7 @@ set(TS3D_CONVERTER_TESTS
   config_bones_test.cpp
   config_document_test.cpp
   core_names_test.cpp
-  core_status_test.cpp
   driver_convert_test.cpp
-  driver_damage_test.cpp
   driver_final_settings_test.cpp
   driver_password_test.cpp
   exports_c_test.c
@@ -13,7 +11,6 @@ set(TS3D_CONVERTER_TESTS
   material_files_test.cpp
   material_texture_test.cpp
   mesh_cmf_test.cpp
-  mesh_filter_test.cpp
   mesh_pose_test.cpp
   mesh_slices_test.cpp
   mesh_split_test.cpp

@@ -9,13 +9,14 @@ namespace {
 using testing::ElementsAre;
 
 TEST(MeshNames, LoseTheFirstOfEachUnwantedCharacterAndTheOneBeforeIt) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"Body", "Body"},        {"Arm:Left", "ArLeft"}, {"a1:b2:c3", "ab2:c3"},
-      {"ab?cd", "acd"},        {"ab!cd", "acd"},       {"ab@cd", "acd"},
-      {"ab*cd", "acd"},        {"ab\\cd", "acd"},      {"ab/cd", "acd"},
-      {"ab|cd", "acd"},        {":abc", "abc"},        {"|", ""},
-      {"a/b:c/d", "c/d"},      {"x?y!z@", ""},         {"", ""},
-      {"..\\..\\x", "...\\x"}, {"\xc3\xa9:z", "\xc3z"}};
+  const std::pair<const char*, const char*> cases[] = {{"Body", "Body"},        {"Arm:Left", "ArLeft"},
+                                                       {"a1:b2:c3", "ab2:c3"},  {"ab?cd", "acd"},
+                                                       {"ab!cd", "acd"},        {"ab@cd", "acd"},
+                                                       {"ab*cd", "acd"},        {"ab\\cd", "acd"},
+                                                       {"ab/cd", "acd"},        {"ab|cd", "acd"},
+                                                       {":abc", "abc"},         {"a/b:c/d", "c/d"},
+                                                       {"x?y!z@", ""},          {"", ""},
+                                                       {"..\\..\\x", "...\\x"}, {"\xc3\xa9:z", "\xc3z"}};
   for (const auto& [name, clean] : cases) EXPECT_EQ(ts3d::SanitizeMeshName(name), clean) << name;
 }
 
@@ -47,30 +48,11 @@ TEST(ReplaceExtension, PutsItsTextInPlaceOfTheLastThreeCharactersWhateverTheyAre
   EXPECT_EQ(ts3d::ReplaceExtension("ab", "czp"), "czp");
 }
 
-TEST(Comparison, IgnoresTheCaseOfAsciiLettersOnly) {
-  EXPECT_TRUE(ts3d::EqualsIgnoreCase("L_Femur", "l_fEMUR"));
-  EXPECT_FALSE(ts3d::EqualsIgnoreCase("femur", "femurs"));
-  EXPECT_FALSE(ts3d::EqualsIgnoreCase("\xc9", "\xe9"));
-  EXPECT_FALSE(ts3d::EqualsIgnoreCase("[", "{"));
-  EXPECT_EQ(ts3d::LowerCase("A[Z\xc9 z"), "a[z\xc9 z");
-}
-
 TEST(HostLists, KeepEmptyEntriesButHaveNoneWhenTheyAreEmpty) {
   EXPECT_THAT(ts3d::SplitList(""), ElementsAre());
   EXPECT_THAT(ts3d::SplitList("a"), ElementsAre("a"));
   EXPECT_THAT(ts3d::SplitList("a|b=c|"), ElementsAre("a", "b=c", ""));
   EXPECT_THAT(ts3d::SplitList("||"), ElementsAre("", "", ""));
-}
-
-TEST(HostLists, EntriesAreSplitAtTheirFirstEqualsSign) {
-  std::string_view key, value;
-  ASSERT_TRUE(ts3d::SplitEntry("old=new=er", key, value));
-  EXPECT_EQ(key, "old");
-  EXPECT_EQ(value, "new=er");
-  ASSERT_TRUE(ts3d::SplitEntry("=", key, value));
-  EXPECT_EQ(key, "");
-  EXPECT_EQ(value, "");
-  EXPECT_FALSE(ts3d::SplitEntry("old", key, value));
 }
 
 TEST(PlainFileNames, CannotLeadOutOfTheirFolder) {

@@ -26,27 +26,19 @@ support::Floats3 PositionOf(size_t i, TestHost& host, const Character& model,
   return support::ReadCmf(host.ReadPackage(name)["Body.cmf"]).vertices.at(i).position;
 }
 
-TEST(MeshPosition, IsItsOwnSpaceWithTheGeometricTransformWithoutABindPose) {
+TEST(MeshPosition, IsThatOfTheBindPoseOrItsOwnSpaceWithTheGeometricTransform) {
   Character model;
-  model.Mesh("Body", {1, 0, 0, 2, 0, 0, 0, 1, 0}, {0, 1, -3}, 0,
-             {At(100, 0, 0), Property("GeometricTranslation", {0.0, 0.0, 7.0}),
-              Property("GeometricScaling", {2.0, 1.0, 1.0})});
+  const auto mesh = model.Mesh("Body", {1, 0, 0, 2, 0, 0, 0, 1, 0}, {0, 1, -3}, 0,
+                               {At(100, 0, 0), Property("GeometricTranslation", {0.0, 0.0, 7.0}),
+                                Property("GeometricScaling", {2.0, 1.0, 1.0})});
   TestHost host;
   EXPECT_THAT(PositionOf(0, host, model), ElementsAre(2, 0, 7));
   EXPECT_EQ(host.LinesThatBegin("Missing Bind").size(), 0u);
-  model.Bone("root");
+  const auto root = model.Bone("root");
   EXPECT_THAT(PositionOf(0, host, model), ElementsAre(2, 0, 7));
   EXPECT_THAT(host.LinesThatBegin("Missing Bind"), ElementsAre("Missing Bind Pose Data for Mesh: Body"));
-}
-
-TEST(MeshPosition, IsThatOfTheBindPoseForMeshesWithoutASkin) {
-  Character model;
-  const auto root = model.Bone("root");
-  const auto mesh = model.Mesh("Body", {1, 0, 0, 2, 0, 0, 0, 1, 0}, {0, 1, -3}, 0,
-                               {At(100, 0, 0), Property("GeometricTranslation", {0.0, 0.0, 7.0})});
   model.BindPose({{root, Identity()}, {mesh.node, Translation(0, 50, 0)}});
-  TestHost host;
-  EXPECT_THAT(PositionOf(0, host, model), ElementsAre(1, 50, 7));
+  EXPECT_THAT(PositionOf(0, host, model), ElementsAre(2, 50, 7));
   EXPECT_EQ(host.LinesThatBegin("Missing Bind").size(), 0u);
 }
 

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "mesh/material_slices.h"
+#include "mesh/mesh_filter.h"
 #include "support/character.h"
 #include "support/test_host.h"
 
@@ -27,15 +27,8 @@ Character StripOf(const std::vector<double>& numbers, int materialCount) {
   return model;
 }
 
-TEST(MaterialSlices, AreNamedAfterTheMeshAndLettered) {
-  EXPECT_EQ(ts3d::SliceName("Body", 0), "Body");
-  EXPECT_EQ(ts3d::SliceName("Body", 1), "Body_a");
-  EXPECT_EQ(ts3d::SliceName("Body", 27), "Body_aa");
-}
-
 TEST(MaterialSlices, HoldTheTrianglesOfOneMaterialAndOnlyTheirVertices) {
-  TestHost host;
-  ASSERT_EQ(host.Convert(StripOf({0, 1, 0, 2}, 3).Text()), ts3d::ConversionResult::Success);
+  TestHost host(StripOf({0, 1, 0, 2}, 3));
   EXPECT_EQ(host.ReadPackage().Names(),
             "skeleton.csf model.xfg Body_a.cmf Body_b.cmf Body.cmf Body_a.xrf Body_b.xrf Body.xrf");
   const auto body = host.Mesh("Body"), second = host.Mesh("Body_a"), third = host.Mesh("Body_b");
@@ -48,13 +41,10 @@ TEST(MaterialSlices, HoldTheTrianglesOfOneMaterialAndOnlyTheirVertices) {
   EXPECT_EQ(body.threadId, 151);
   EXPECT_EQ(second.threadId, 152);
   EXPECT_EQ(third.threadId, 153);
-  EXPECT_THAT(host.LinesThatBegin("Writing CMF"),
-              ElementsAre("Writing CMF Mesh: Body", "Writing CMF Mesh: Body_a", "Writing CMF Mesh: Body_b"));
 }
 
 TEST(MaterialSlices, WithoutTrianglesGetNoMeshFileButAMaterial) {
-  TestHost host;
-  ASSERT_EQ(host.Convert(StripOf({0, 2}, 3).Text()), ts3d::ConversionResult::Success);
+  TestHost host(StripOf({0, 2}, 3));
   EXPECT_THAT(host.LinesThatBegin("Writing CMF"),
               ElementsAre("Writing CMF Mesh: Body", "Writing CMF Mesh: Body_b"));
   EXPECT_THAT(host.LinesThatBegin("Writing Material"),
@@ -64,31 +54,12 @@ TEST(MaterialSlices, WithoutTrianglesGetNoMeshFileButAMaterial) {
   EXPECT_EQ(host.Mesh("Body_b").threadId, 152);
 }
 
-TEST(MaterialSlices, KeepTheOrderOfTheVerticesWhateverTheirTriangles) {
-  Character model;
-  const auto mesh = model.Mesh("Body", {0, 0, 0, 1, 0, 0, 2, 1, 0, 3, 3, 0}, {3, 2, -1, 2, 1, -1});
-  Character::MaterialNumbers(mesh, {0, 1});
-  for (int i = 0; i < 2; ++i) model.Material(mesh);
-  TestHost host;
-  ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
-  const auto body = host.Mesh("Body");
-  EXPECT_THAT(body.faces, ElementsAre(ElementsAre(2, 1, 0)));
-  EXPECT_EQ(body.vertices[1].position[0], 2.0f);
-  EXPECT_EQ(body.vertices[2].position[0], 3.0f);
-}
-
-TEST(MaterialSlices, LeaveOutTrianglesOfMaterialsThatTheNodeLacks) {
-  TestHost host;
-  ASSERT_EQ(host.Convert(StripOf({0, 7, -1, 1}, 2).Text()), ts3d::ConversionResult::Success);
+TEST(MaterialSlices, LeaveOutTrianglesOfMaterialsThatTheNodeLacksUnlessItHasOne) {
+  TestHost host(StripOf({0, 7, -1, 1}, 2));
   EXPECT_EQ(host.Mesh("Body").faces.size(), 1u);
   EXPECT_EQ(host.Mesh("Body_a").faces.size(), 1u);
-}
-
-TEST(MaterialSlices, TakeAllTrianglesWhenTheNodeHasOneMaterial) {
-  TestHost host;
   ASSERT_EQ(host.Convert(StripOf({0, 1, 5}, 1).Text()), ts3d::ConversionResult::Success);
   EXPECT_EQ(host.Mesh("Body").faces.size(), 3u);
-  EXPECT_EQ(host.ReadPackage().Names(), "skeleton.csf model.xfg Body.cmf Body.xrf");
 }
 
 TEST(DegenerateTriangles, AreRemovedOnlyFromMeshesOfTwoMaterials) {
@@ -98,8 +69,7 @@ TEST(DegenerateTriangles, AreRemovedOnlyFromMeshesOfTwoMaterials) {
         model.Mesh("Body", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, -3, 1, 1, -4, 3, 1, -4, 2, 3, -4});
     Character::MaterialNumbers(mesh, {0, 0, 0, 1});
     for (int i = 0; i < materialCount; ++i) model.Material(mesh);
-    TestHost host;
-    ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+    TestHost host(model);
     const size_t removed = materialCount == 2 ? 1 : 0;
     EXPECT_EQ(host.Told(">>> Removed : 3 Degenerate Polygons(s)"), removed);
     EXPECT_EQ(host.Mesh("Body").faces.size(), materialCount == 2 ? 1u : 4u);
@@ -111,12 +81,43 @@ TEST(Triangulation, IsToldOnceForMeshesOfOtherPolygonsOnly) {
   Character model;
   model.Triangle("Plain");
   model.Mesh("Qu:ads", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, 2, -4, 3, 2, 1, -1});
-  TestHost host;
-  ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+  TestHost host(model);
   EXPECT_THAT(host.LinesThatBegin("Triangulated"), ElementsAre("Triangulated the Mesh: Qads"));
   EXPECT_EQ(host.Mesh("Qads").faces.size(), 4u);
   EXPECT_EQ(host.job.polygonTotal, 5);
   EXPECT_EQ(host.job.vertexTotal, 7);
+}
+
+TEST(MeshFilter, DropsTheHeadPartsOfActors) {
+  for (const char* name : {"HEAD", "head1", "Head_", "head_ncl1_1", "HEAD_NCL1_1", "upper_teeth",
+                           "lower_teeth2", "tongue", "left_eye", "right_eyeB", "inner_mouth", "mouth",
+                           "mouth2", "Mouth_", "socket", "sockets", "sock", "socks"}) {
+    ts3d::ConversionJob job;
+    EXPECT_FALSE(skipThisMesh(name, job)) << name;
+    job.actorType = ts3d::ActorType::Baby;
+    EXPECT_TRUE(skipThisMesh(name, job)) << name;
+  }
+}
+
+TEST(MeshFilter, KeepsNamesThatOnlyResembleHeadParts) {
+  ts3d::ConversionJob job;
+  job.actorType = ts3d::ActorType::Female;
+  for (const char* name : {"head_01", "heads_up", "hea", "forehead", "head_ncl1_2", "mouth_left", "sockets2",
+                           "socks_l", "left_eyes2", "teeth", "eye", "Body", ""}) {
+    EXPECT_FALSE(skipThisMesh(name, job)) << name;
+  }
+}
+
+TEST(MeshFilter, DropsWholeNamesOfTheExclusionListForEveryModel) {
+  Character model;
+  for (const char* name : {"Body", "Hat", "Bod"}) model.Triangle(name);
+  TestHost host;
+  host.job.exclusionList = {"bODY", ""};
+  ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+  EXPECT_EQ(host.ReadPackage().Names(), "skeleton.csf model.xfg Hat.cmf Bod.cmf Hat.xrf Bod.xrf");
+  EXPECT_EQ(host.Document().find("Body"), std::string::npos);
+  EXPECT_NE(host.Document().find("threadID=\"151\">Hat.xrf"), std::string::npos);
+  EXPECT_EQ(host.job.vertexTotal, 6);
 }
 
 }  // namespace

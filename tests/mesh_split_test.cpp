@@ -47,38 +47,27 @@ SplitMesh SplitFan(const std::vector<double>& coordinates) {
   return split;
 }
 
-TEST(VertexSplit, LeavesPointsOfOneCoordinateAlone) {
-  const SplitMesh split = SplitFan({0, 1, 2, 0, 2, 3});
-  EXPECT_THAT(split.corners, ElementsAre(0, 1, 2, 0, 2, 3));
-  EXPECT_THAT(split.records, ElementsAre(std::pair(0, 0), std::pair(1, 1), std::pair(2, 2), std::pair(3, 3),
-                                         std::pair(4, -1), std::pair(5, -1)));
-}
-
-TEST(VertexSplit, MakesOneMoreRecordForEachFurtherCoordinate) {
-  const SplitMesh two = SplitFan({0, 1, 2, 9, 2, 3});
-  EXPECT_THAT(two.corners, ElementsAre(0, 1, 2, 6, 2, 3));
-  ASSERT_EQ(two.records.size(), 7u);
-  EXPECT_EQ(two.records[0], std::pair(0, 0));
-  EXPECT_EQ(two.records[6], std::pair(0, 9));
-  const SplitMesh three = SplitFan({0, 1, 2, 9, 2, 3, 8, 3, 4, 9, 4, 5});
-  EXPECT_THAT(three.corners, ElementsAre(0, 1, 2, 6, 2, 3, 7, 3, 4, 6, 4, 5));
-  ASSERT_EQ(three.records.size(), 8u);
-  EXPECT_EQ(three.records[7], std::pair(0, 8));
-}
-
-TEST(VertexSplit, GivesAPointTheFirstCoordinateThatFollowsCornersWithout) {
-  const SplitMesh split = SplitFan({-1, 1, 2, 7, 2, 3});
-  EXPECT_THAT(split.corners, ElementsAre(0, 1, 2, 0, 2, 3));
-  EXPECT_EQ(split.records[0], std::pair(0, 7));
-  EXPECT_EQ(split.records.size(), 6u);
-}
-
-TEST(VertexSplit, MovesAllCornersWithoutACoordinateToTheRecordMadeForALaterOne) {
-  const SplitMesh split = SplitFan({-1, 1, 2, 7, 2, 3, -1, 3, 4});
-  EXPECT_THAT(split.corners, ElementsAre(6, 1, 2, 0, 2, 3, 6, 3, 4));
-  EXPECT_EQ(split.records[0], std::pair(0, 7));
-  ASSERT_EQ(split.records.size(), 7u);
-  EXPECT_EQ(split.records[6], std::pair(0, -1));
+TEST(VertexSplit, MakesOneMoreRecordForEachFurtherCoordinateOfAPoint) {
+  struct {
+    std::vector<double> coordinates;
+    std::vector<int32_t> corners;
+    std::pair<int32_t, int32_t> first;
+    std::vector<std::pair<int32_t, int32_t>> added;
+  } const cases[] = {
+      {{0, 1, 2, 0, 2, 3}, {0, 1, 2, 0, 2, 3}, {0, 0}, {}},
+      {{0, 1, 2, 9, 2, 3}, {0, 1, 2, 6, 2, 3}, {0, 0}, {{0, 9}}},
+      {{0, 1, 2, 9, 2, 3, 8, 3, 4, 9, 4, 5}, {0, 1, 2, 6, 2, 3, 7, 3, 4, 6, 4, 5}, {0, 0}, {{0, 9}, {0, 8}}},
+      // A point takes the first coordinate that follows corners without; such corners move when more come.
+      {{-1, 1, 2, 7, 2, 3}, {0, 1, 2, 0, 2, 3}, {0, 7}, {}},
+      {{-1, 1, 2, 7, 2, 3, -1, 3, 4}, {6, 1, 2, 0, 2, 3, 6, 3, 4}, {0, 7}, {{0, -1}}}};
+  for (const auto& [coordinates, corners, first, added] : cases) {
+    const SplitMesh split = SplitFan(coordinates);
+    EXPECT_EQ(split.corners, corners);
+    ASSERT_EQ(split.records.size(), 6 + added.size());
+    EXPECT_EQ(split.records[0], first);
+    EXPECT_EQ(split.records[2], std::pair(2, 2));
+    for (size_t i = 0; i < added.size(); ++i) EXPECT_EQ(split.records[6 + i], added[i]);
+  }
 }
 
 TEST(VertexSplit, GivesSplitVerticesThePositionNormalAndWeightsOfTheirPoint) {
@@ -87,8 +76,7 @@ TEST(VertexSplit, GivesSplitVerticesThePositionNormalAndWeightsOfTheirPoint) {
   auto mesh = model.Mesh("Body", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, -3, 0, 2, -4});
   Character::Coordinates(mesh, {0, 0, 0.5, 0.25, 1, 1}, {0, 0, 0, 1, 2, 0});
   model.Weights(mesh, tip, {0, 1, 2, 3}, {1, 1, 1, 1});
-  support::TestHost host;
-  ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+  support::TestHost host(model);
   const support::CmfMesh cmf = host.Mesh("Body");
   ASSERT_EQ(cmf.vertices.size(), 6u);
   EXPECT_EQ(cmf.vertices[4].u, 0.5f);

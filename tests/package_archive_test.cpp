@@ -2,8 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <ctime>
-
 #include "package/actor_package.h"
 #include "support/character.h"
 #include "support/test_host.h"
@@ -37,7 +35,7 @@ struct Archive : TestHost {
 };
 
 TEST(Archive, HoldsFilesOfAnySizeUnderTheirNames) {
-  for (const size_t size : {0u, 1u, 16383u, 16384u, 16385u, 50000u}) {
+  for (const size_t size : {0u, 16384u, 50000u}) {
     Archive archive;
     std::string bytes;
     for (size_t i = 0; i < size; ++i) bytes += static_cast<char>(i * 31 ^ i >> 8);
@@ -46,23 +44,6 @@ TEST(Archive, HoldsFilesOfAnySizeUnderTheirNames) {
     EXPECT_EQ(archive.Close()["a b\xe9.tga"], bytes) << size;
     EXPECT_THAT(archive.lines, ElementsAre());
   }
-}
-
-TEST(Archive, HoldsTheDateOfEachFile) {
-  setenv("TZ", "UTC0", 1);
-  tzset();
-  Archive archive;
-  const std::filesystem::path path = archive.folder.Write("a", "a");
-  const auto now = std::filesystem::file_time_type::clock::now();
-  const auto sinceThen = std::chrono::system_clock::now() - std::chrono::system_clock::from_time_t(981173106);
-  std::filesystem::last_write_time(path, now - std::chrono::duration_cast<std::chrono::seconds>(sinceThen));
-  archive.Add("a");
-  // 2001-02-03 in the high half; the time 04:05 in the upper bits of the low.
-  const uint32_t date = archive.Close().Members()[0].dosDate;
-  EXPECT_EQ(date >> 16, 21u << 9 | 2u << 5 | 3u);
-  EXPECT_EQ((date & 0xffff) >> 5, 4u << 6 | 5u);
-  unsetenv("TZ");
-  tzset();
 }
 
 TEST(Archive, TakesEachNameOnce) {
@@ -88,15 +69,6 @@ TEST(Archive, GetsAnEmptyMemberForAMissingFileAndGoesOn) {
   EXPECT_THAT(archive.lines, ElementsAre(">>> Error in opening a.cmf for reading"));
 }
 
-TEST(Archive, TellsOfFoldersInPlaceOfFiles) {
-  Archive archive;
-  std::filesystem::create_directory(archive.folder.Path("a.cmf"));
-  EXPECT_EQ(archive.Add("a.cmf", AfterAdding::DeleteFile), -1);
-  EXPECT_EQ(archive.Close().Names(), "a.cmf");
-  EXPECT_THAT(archive.lines, ElementsAre(">>> Error in reading a.cmf"));
-  EXPECT_TRUE(archive.Has("a.cmf"));
-}
-
 TEST(Archive, DeletesWhatHasTheNameInTheCurrentFolderNotWhatItPacked) {
   Archive archive;
   std::filesystem::create_directory(archive.folder.Path("models"));
@@ -113,31 +85,27 @@ TEST(Archive, DeletesWhatHasTheNameInTheCurrentFolderNotWhatItPacked) {
   EXPECT_TRUE(archive.Has("b.cmf"));
 }
 
-TEST(Archive, NeverReadsOrDeletesOutsideItsFolder) {
+TEST(Archive, NeverTakesTheModelNorWhatIsOutsideItsFolder) {
   Archive archive;
   std::filesystem::create_directory(archive.folder.Path("models"));
   archive.folder.Write("secret", "secret");
+  EXPECT_EQ(archive.Add("model.czp", AfterAdding::DeleteFile), -1) << "itself";
   archive.job.modelDirectory = archive.ModelPath("models\\");
-  for (const std::string& name : {std::string("../secret"), std::string("..\\secret"),
-                                  archive.folder.Path("secret"), std::string(".."), std::string()}) {
+  archive.job.inputPath = archive.folder.Write("models/model.fbx", "model");
+  for (const std::string& name :
+       {std::string("../secret"), std::string("..\\secret"), archive.folder.Path("secret"), std::string(".."),
+        std::string(), std::string("model.fbx")}) {
     EXPECT_NE(archive.Add(name, AfterAdding::DeleteFile), 0) << name;
   }
   const auto package = archive.Close();
   for (const support::Member& member : package.Members()) EXPECT_EQ(member.bytes, "") << member.name;
-  EXPECT_TRUE(archive.Has("secret"));
-}
-
-TEST(Archive, NeverHoldsTheModelOrItself) {
-  Archive archive;
-  archive.job.inputPath = archive.folder.Write("model.fbx", "model");
-  EXPECT_EQ(archive.Add("model.fbx", AfterAdding::DeleteFile), -1);
-  EXPECT_EQ(archive.Add("model.czp", AfterAdding::DeleteFile), -1);
-  EXPECT_EQ(archive.Close()["model.fbx"], "");
-  EXPECT_TRUE(archive.Has("model.fbx"));
+  EXPECT_TRUE(archive.Has("secret") && archive.Has("models/model.fbx"));
 }
 
 TEST(Archive, CanBeExtendedByANameThatItHolds) {
-  Archive archive;
+  Archive archive(PackageMode::Append);
+  EXPECT_FALSE(archive.Open(PackageMode::Append)) << "no archive yet";
+  ASSERT_TRUE(archive.Open(PackageMode::Create));
   archive.folder.Write("a.xfg", "old");
   archive.Add("a.xfg");
   archive.Close();
@@ -152,39 +120,11 @@ TEST(Archive, CanBeExtendedByANameThatItHolds) {
   EXPECT_FALSE(archive.Has("a.xfg"));
 }
 
-TEST(Archive, CannotBeExtendedUnlessItExists) {
-  Archive archive(PackageMode::Append);
-  EXPECT_FALSE(archive.Open(PackageMode::Append));
-  archive.folder.Write("model.czp", "no archive");
-  EXPECT_FALSE(archive.Open(PackageMode::Append));
-}
-
-TEST(PackageOfAModel, HoldsTexturesSkeletonDocumentMeshesAndMaterialsInThisOrder) {
-  Character model;
-  for (const char* name : {"Body", "Hat"}) {
-    const auto mesh = model.Mesh(name, {0, 0, 0, 1, 0, 0, 0, 1, 0}, {0, 1, -3, 0, 2, -2});
-    Character::Coordinates(mesh, {0, 0}, {0, 0, 0, 0, 0, 0});
-    Character::MaterialNumbers(mesh, {0, 1});
-    model.Texture(model.Material(mesh), std::string(name) + ".tga");
-    model.Material(mesh);
-  }
-  TestHost host;
-  host.folder.Write("Body.tga", "1");
-  host.folder.Write("Hat.tga", "2");
-  ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
-  EXPECT_EQ(
-      host.ReadPackage().Names(),
-      "Body.tga Hat.tga skeleton.csf model.xfg Body_a.cmf Body.cmf Hat_a.cmf Hat.cmf Body_a.xrf Body.xrf "
-      "Hat_a.xrf Hat.xrf");
-  EXPECT_EQ(host.FileNames(), "Body.tga Hat.tga model.czp model.fbx model.xfg");
-}
-
 TEST(PackageOfAModel, HoldsOnlyTheLastOfTwoMeshesOfOneNameOnce) {
   Character model;
   model.Triangle("Body");
   model.Mesh("Body", {0, 0, 0, 1, 0, 0, 0, 1, 0, 5, 5, 5}, {0, 1, -3});
-  TestHost host;
-  ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+  TestHost host(model);
   EXPECT_EQ(host.ReadPackage().Names(), "skeleton.csf model.xfg Body.cmf Body.xrf");
   EXPECT_EQ(host.Mesh("Body").vertices.size(), 4u);
 }

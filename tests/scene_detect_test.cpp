@@ -24,8 +24,7 @@ TEST(Detection, TheContentTellsTheContainer) {
                 {"magic cut off", binary.substr(0, 21), ContainerKind::None},
                 {"damaged magic", blanks, ContainerKind::None},
                 {"comment", "; FBX 7.4.0 project file\n", ContainerKind::Ascii},
-                {"comment with other blanks", "\r\n\t;FBX   7.4.0  project file\n", ContainerKind::Ascii},
-                {"byte order mark", "\xef\xbb\xbf; FBX 7.4.0 project file\n", ContainerKind::Ascii},
+                {"odd blanks", "\xef\xbb\xbf\r\n\t;FBX   7.4.0  project file\n", ContainerKind::Ascii},
                 {"header record only", "; by hand\nFBXHeaderExtension: {\n}\n", ContainerKind::Ascii},
                 {"header record too far behind", std::string(5000, '\n') + "FBXHeaderExtension: {}",
                  ContainerKind::None},
@@ -36,12 +35,11 @@ TEST(Detection, TheContentTellsTheContainer) {
 }
 
 TEST(Detection, TheVersionComesFromTheBinaryHeader) {
-  EXPECT_EQ(DetectVersion(support::WriteBinary({}, {.version = 7500}), ContainerKind::Binary), 7500);
-  EXPECT_EQ(
-      DetectVersion(support::WriteBinary({}, {.version = 7100, .bigEndian = true}), ContainerKind::Binary),
-      7100);
-  EXPECT_EQ(DetectVersion(support::WriteBinary({}).substr(0, 26), ContainerKind::Binary), 0);
-  EXPECT_EQ(DetectVersion(support::WriteBinary({}, {.version = 0xffffffff}), ContainerKind::Binary), 0);
+  const auto version = [](std::string_view bytes) { return DetectVersion(bytes, ContainerKind::Binary); };
+  EXPECT_EQ(version(support::WriteBinary({}, {.version = 7500})), 7500);
+  EXPECT_EQ(version(support::WriteBinary({}, {.version = 7100, .bigEndian = true})), 7100);
+  EXPECT_EQ(version(support::WriteBinary({}).substr(0, 26)), 0);
+  EXPECT_EQ(version(support::WriteBinary({}, {.version = 0xffffffff})), 0);
 }
 
 TEST(Detection, TheVersionOfATextComesFromItsFirstCommentElseFromItsRecord) {

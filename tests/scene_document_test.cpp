@@ -12,14 +12,12 @@ using namespace std::string_literals;
 using support::ChildNames;
 using support::Container;
 using support::FbxFile;
-using support::FbxRecord;
 using support::FbxValue;
 using support::FindNode;
 using support::LoadScene;
 using support::Property;
+using support::Xyz;
 using testing::ElementsAre;
-
-std::vector<double> Xyz(const scene::KFbxVector4& v) { return {v[0], v[1], v[2]}; }
 
 /// Name of the only node, whose object is called `text` in the file.
 std::string NodeNameFor(const std::string& text, Container container) {
@@ -30,12 +28,10 @@ std::string NodeNameFor(const std::string& text, Container container) {
 }
 
 TEST(ObjectNames, TheClassIsTakenOff) {
-  EXPECT_EQ(NodeNameFor("Model::Cube", Container::Ascii), "Cube");
   EXPECT_EQ(NodeNameFor("Model::Cube::Model", Container::Ascii), "Cube::Model");
   EXPECT_EQ(NodeNameFor("Model::rig:Hips", Container::Ascii), "rig:Hips");
   EXPECT_EQ(NodeNameFor("Model::", Container::Ascii), "");
   EXPECT_EQ(NodeNameFor("Plain", Container::Ascii), "Plain");
-  EXPECT_EQ(NodeNameFor("Cube\0\1Model"s, Container::Binary), "Cube");
   EXPECT_EQ(NodeNameFor("A::B\0\1Model"s, Container::Binary), "A::B");
   EXPECT_EQ(NodeNameFor("x\0\1y\0\1Model"s, Container::Binary), "x");
   EXPECT_EQ(NodeNameFor("Model::Plain", Container::Binary), "Model::Plain");
@@ -44,155 +40,76 @@ TEST(ObjectNames, TheClassIsTakenOff) {
 /// Transform properties of the only node, made with these own and template properties.
 scene::TransformProperties TransformOf(support::FbxRecords own, support::FbxRecords defaults = {}) {
   FbxFile file;
-  if (!defaults.empty()) file.Template("Model", std::move(defaults));
+  file.Template("Material", {Property("Lcl Translation", {9.0, 9.0, 9.0})});
+  file.Template("Model", std::move(defaults));
   file.Model(1, "node", std::move(own));
   file.Connect(1, 0);
   return FindNode(*LoadScene(file), "node")->GetTransformProperties();
 }
 
-TEST(ObjectProperties, DefaultsApplyWithoutATemplate) {
-  const scene::TransformProperties transform = TransformOf({});
+TEST(ObjectProperties, OddValuesAndMissingOnesKeepTheDefault) {
+  const scene::TransformProperties transform = TransformOf(
+      {Property("PreRotation", {1.0, 1.0, 1.0}), Property("PreRotation", {2.0, 3.0, 4.0}),
+       Property("Lcl Scaling", {2.0}), Property("RotationOrder", {"XYZ"}), Property("InheritType", {-1})});
+  EXPECT_THAT(Xyz(transform.preRotation), ElementsAre(2, 3, 4)) << "the last of equal names";
   EXPECT_THAT(Xyz(transform.translation), ElementsAre(0, 0, 0));
-  EXPECT_THAT(Xyz(transform.scaling), ElementsAre(1, 1, 1));
+  EXPECT_THAT(Xyz(transform.scaling), ElementsAre(2, 1, 1));
   EXPECT_THAT(Xyz(transform.geometricScaling), ElementsAre(1, 1, 1));
+  EXPECT_EQ(transform.rotationOrder, 0);
   EXPECT_FALSE(transform.rotationActive);
-  EXPECT_EQ(transform.inheritType, scene::InheritType::RrSs);
-}
-
-TEST(ObjectProperties, ATemplateGivesWhatTheObjectLeavesOut) {
-  const scene::TransformProperties transform =
-      TransformOf({Property("Lcl Translation", {1.0, 2.0, 3.0})},
-                  {Property("Lcl Translation", {9.0, 9.0, 9.0}), Property("RotationActive", {1})});
-  EXPECT_THAT(Xyz(transform.translation), ElementsAre(1, 2, 3));
-  EXPECT_TRUE(transform.rotationActive);
-}
-
-TEST(ObjectProperties, TheTemplateOfAnotherKindIsNotUsed) {
-  FbxFile file;
-  file.Template("Material", {Property("Lcl Translation", {9.0, 9.0, 9.0})});
-  file.Model(1, "node");
-  file.Connect(1, 0);
-  EXPECT_THAT(Xyz(FindNode(*LoadScene(file), "node")->GetTransformProperties().translation),
-              ElementsAre(0, 0, 0));
-}
-
-TEST(ObjectProperties, TheLastOfEqualNamesCounts) {
-  EXPECT_THAT(
-      Xyz(TransformOf({Property("PreRotation", {1.0, 1.0, 1.0}), Property("PreRotation", {2.0, 3.0, 4.0})})
-              .preRotation),
-      ElementsAre(2, 3, 4));
-}
-
-TEST(ObjectProperties, MissingComponentsKeepTheDefault) {
-  EXPECT_THAT(Xyz(TransformOf({Property("Lcl Scaling", {2.0})}).scaling), ElementsAre(2, 1, 1));
-  EXPECT_THAT(Xyz(TransformOf({Property("Lcl Scaling", {})}).scaling), ElementsAre(1, 1, 1));
-}
-
-TEST(ObjectProperties, ValuesOfTheWrongTypeKeepTheDefault) {
-  EXPECT_EQ(TransformOf({Property("RotationOrder", {"XYZ"})}).rotationOrder, 0);
+  EXPECT_EQ(transform.inheritType, scene::InheritType::RSrs);
+  EXPECT_EQ(TransformOf({}).inheritType, scene::InheritType::RrSs);
+  EXPECT_TRUE(TransformOf({}, {Property("RotationActive", {1})}).rotationActive);
+  EXPECT_EQ(TransformOf({Property("RotationOrder", {1})}, {Property("RotationOrder", {2})}).rotationOrder, 1);
+  EXPECT_EQ(TransformOf({Property("InheritType", {2})}).inheritType, scene::InheritType::Rrs);
   EXPECT_EQ(TransformOf({Property("RotationOrder", {5.0})}).rotationOrder, 5);
   EXPECT_THAT(Xyz(TransformOf({Property("Lcl Scaling", {"a", "b", 3})}).scaling), ElementsAre(97, 98, 3));
 }
 
-TEST(ObjectProperties, AnInheritTypeOutOfRangeIsTakenAsTheOrdinaryOne) {
-  EXPECT_EQ(TransformOf({Property("InheritType", {2})}).inheritType, scene::InheritType::Rrs);
-  EXPECT_EQ(TransformOf({Property("InheritType", {3})}).inheritType, scene::InheritType::RSrs);
-  EXPECT_EQ(TransformOf({Property("InheritType", {-1})}).inheritType, scene::InheritType::RSrs);
-}
-
-TEST(ObjectTable, OfEqualIdentifiersTheFirstObjectCounts) {
-  FbxFile file;
-  file.Model(1, "first");
-  file.Model(1, "second");
-  file.Connect(1, 0);
-  EXPECT_EQ(ChildNames(*LoadScene(file)->GetRootNode()), "first");
-}
-
-TEST(ObjectTable, ObjectsOfAnotherShapeAreSkipped) {
+TEST(ObjectTable, ObjectsOfAnotherShapeAndRepeatedIdentifiersAreSkipped) {
   FbxFile file;
   file.Model(-5, "negative");
+  file.Model(-5, "again");
   file.Model(0, "zero");
   file.Model(2, "short").values.pop_back();
   file.Model(3, "text").values[0] = FbxValue("3");
   file.Object("Constraint", 4, "other");
-  for (const int id : {-5, 0, 2, 3, 4}) file.Connect(id, 0);
+  file.Connect({{-5, 0}, {0, 0}, {2, 0}, {3, 0}, {4, 0}});
   EXPECT_EQ(ChildNames(*LoadScene(file)->GetRootNode()), "negative");
 }
 
-TEST(NodeTree, ChildrenStandInTheOrderOfTheirConnections) {
-  for (const Container container : {Container::Binary, Container::Ascii}) {
-    FbxFile file;
-    for (int id = 1; id <= 4; ++id) file.Model(id, std::string(1, static_cast<char>('a' + id - 1)));
-    for (const int id : {3, 1, 4}) file.Connect(id, 0);
-    file.Connect(2, 3);
-    const auto scene = LoadScene(file, container);
-    EXPECT_EQ(ChildNames(*scene->GetRootNode()), "c a d");
-    EXPECT_EQ(ChildNames(*FindNode(*scene, "c")), "b");
+/// The tree below a node, as "a(b c) d".
+std::string Tree(const scene::KFbxNode& node) {
+  std::string text;
+  for (int i = 0; i < node.GetChildCount(); ++i) {
+    const scene::KFbxNode& child = *node.GetChild(i);
+    text += (i ? " " : "") + child.GetName();
+    if (child.GetChildCount()) text += "(" + Tree(child) + ")";
   }
+  return text;
 }
 
-TEST(NodeTree, NodesWithoutAConnectionStayOut) {
-  FbxFile file;
-  file.Model(1, "in");
-  file.Model(2, "out");
-  file.Connect(1, 0);
-  EXPECT_EQ(ChildNames(*LoadScene(file)->GetRootNode()), "in");
-}
-
-TEST(NodeTree, ConnectionsToMissingObjectsAreDropped) {
-  FbxFile file;
-  file.Model(1, "a");
-  file.Connect(1, 0);
-  file.Connect(99, 1);
-  file.Connect(1, 99);
-  file.Connect(98, 99);
-  const auto scene = LoadScene(file);
-  EXPECT_EQ(ChildNames(*scene->GetRootNode()), "a");
-  EXPECT_EQ(ChildNames(*FindNode(*scene, "a")), "");
-}
-
-TEST(NodeTree, APropertyConnectionIsNoParent) {
-  FbxFile file;
-  file.Model(1, "a");
-  file.Model(2, "target");
-  file.Connect(1, 0);
-  file.Connect(2, 0);
-  file.Connect(2, 1, "LookAtProperty");
-  EXPECT_EQ(ChildNames(*LoadScene(file)->GetRootNode()), "a target");
-}
-
-TEST(NodeTree, AConnectionToItselfIsIgnored) {
-  FbxFile file;
-  file.Model(1, "a");
-  file.Connect(1, 0);
-  file.Connect(1, 1);
-  EXPECT_EQ(ChildNames(*LoadScene(file)->GetRootNode()), "a");
-}
-
-TEST(NodeTree, ACycleThatNothingTiesToTheRootStaysOut) {
-  FbxFile file;
-  for (int id = 1; id <= 4; ++id) file.Model(id, std::to_string(id));
-  file.Connect(1, 2);
-  file.Connect(2, 3);
-  file.Connect(3, 1);
-  file.Connect(4, 0);
-  const auto scene = LoadScene(file);
-  EXPECT_EQ(ChildNames(*scene->GetRootNode()), "4");
-  support::CheckScene(*scene);
-}
-
-TEST(NodeTree, OfTwoParentsTheLastConnectedCounts) {
-  FbxFile file;
-  file.Model(1, "first");
-  file.Model(2, "last");
-  file.Model(3, "child");
-  file.Connect(1, 0);
-  file.Connect(2, 0);
-  file.Connect(3, 1);
-  file.Connect(3, 2);
-  const auto scene = LoadScene(file);
-  EXPECT_EQ(ChildNames(*FindNode(*scene, "first")), "");
-  EXPECT_EQ(ChildNames(*FindNode(*scene, "last")), "child");
+TEST(NodeTree, ConnectionsMakeTheTree) {
+  const struct {
+    const char* what;
+    std::vector<std::pair<int, int>> connections;
+    const char* expected;
+  } kCases[] = {{"order of connections", {{3, 0}, {1, 0}, {4, 0}, {2, 3}}, "c(b) a d"},
+                {"missing objects", {{1, 0}, {99, 1}, {1, 99}, {98, 99}}, "a"},
+                {"itself", {{1, 0}, {1, 1}}, "a"},
+                {"cycle away from the root", {{1, 2}, {2, 3}, {3, 1}, {4, 0}}, "d"},
+                {"two parents, the last one counts", {{1, 0}, {2, 0}, {3, 1}, {3, 2}}, "a b(c)"}};
+  for (const auto& c : kCases) {
+    for (const Container container : {Container::Binary, Container::Ascii}) {
+      FbxFile file;
+      for (int id = 1; id <= 4; ++id) file.Model(id, std::string(1, static_cast<char>('a' + id - 1)));
+      file.Connect(c.connections);
+      file.Connect(4, 1, "LookAtProperty");
+      const auto scene = LoadScene(file, container);
+      EXPECT_EQ(Tree(*scene->GetRootNode()), c.expected) << c.what;
+      support::CheckScene(*scene);
+    }
+  }
 }
 
 TEST(NodeTree, AChainOfTwentyThousandNodesIsBuiltAndEvaluated) {
@@ -233,45 +150,17 @@ TEST(NodeAttributes, TheSubTypeTellsTheKind) {
   EXPECT_EQ(AttributeTypeFor("Geometry", "NurbsSurface"), EType::eNURB);
 }
 
-TEST(NodeAttributes, ANodeHasNoneUnlessOneIsConnected) {
+TEST(NodeAttributes, TheFirstConnectedOneCountsAndMayBeShared) {
   FbxFile file;
-  file.Model(1, "node");
-  file.Object("Geometry", 2, "", "Shape");
-  file.Connect(1, 0);
-  file.Connect(2, 1);
-  EXPECT_EQ(FindNode(*LoadScene(file), "node")->GetNodeAttribute(), nullptr);
-}
-
-TEST(NodeAttributes, TheFirstConnectedOneCounts) {
-  FbxFile file;
-  file.Model(1, "node");
-  file.Object("NodeAttribute", 2, "", "Null");
-  file.Mesh(3, {}, {});
-  file.Connect(1, 0);
-  file.Connect(3, 1);
-  file.Connect(2, 1);
-  EXPECT_NE(FindNode(*LoadScene(file), "node")->GetMesh(), nullptr);
-}
-
-TEST(NodeAttributes, SeveralNodesMayShareAMesh) {
-  FbxFile file;
-  file.Model(1, "a");
-  file.Model(2, "b");
-  file.Mesh(3, {0, 0, 0}, {});
-  for (const int id : {1, 2}) {
-    file.Connect(id, 0);
-    file.Connect(3, id);
-  }
+  for (const auto& [id, name] : {std::pair{1, "a"}, {2, "b"}, {3, "none"}}) file.Model(id, name);
+  file.Mesh(4, {}, {});
+  file.Object("NodeAttribute", 5, "", "Null");
+  file.Object("Geometry", 6, "", "Shape");
+  file.Connect({{1, 0}, {2, 0}, {3, 0}, {4, 1}, {5, 1}, {4, 2}, {6, 3}});
   const auto scene = LoadScene(file);
   ASSERT_NE(FindNode(*scene, "a")->GetMesh(), nullptr);
   EXPECT_EQ(FindNode(*scene, "a")->GetMesh(), FindNode(*scene, "b")->GetMesh());
-}
-
-TEST(SceneBuilding, AFileWithoutObjectsGivesAnEmptyScene) {
-  support::ReadResult result = support::ReadRecords(support::WriteBinary({{"Creator", {"me"}}}));
-  scene::KFbxScene scene("scene");
-  BuildScene(std::move(result.tree), scene);
-  EXPECT_EQ(ChildNames(*scene.GetRootNode()), "");
+  EXPECT_EQ(FindNode(*scene, "none")->GetNodeAttribute(), nullptr);
 }
 
 TEST(SceneBuilding, ASecondBuildLeavesNothingOfTheFirst) {

@@ -77,12 +77,10 @@ TEST(Importer, OnlyKnownVersionsAreRead) {
     int error;
     const char* text;
   } kCases[] = {{7000, 0, ""},
-                {8000, 0, ""},
                 {8990, 0, ""},
                 {0, 1, "the file's FBX version cannot be read"},
                 {0xffffffff, 1, "the file's FBX version cannot be read"},
                 {9000, 1, "FBX version 9.0.0 is not known"},
-                {40168, 1, "FBX version 40.1.6 is not known"},
                 {2000, 0, ""},
                 {1999, 2, "FBX version 1.9.9 is too old; save the model as FBX 6.1 or later"},
                 {1, 2, "FBX version 0.0.0 is too old; save the model as FBX 6.1 or later"}};
@@ -94,63 +92,46 @@ TEST(Importer, OnlyKnownVersionsAreRead) {
   }
 }
 
-TEST(Importer, TheVersionOfARefusedFileIsTold) {
-  EXPECT_EQ(ImportBytes(WriteBinary(OneNode(), {.version = 1500})).version, "1.5.0");
-  EXPECT_EQ(ImportBytes("; FBX 9.1.0 project file\n").version, "9.1.0");
-  EXPECT_EQ(ImportBytes("no FBX").version, "0.0.0");
-}
-
-TEST(Importer, OldBinaryFilesTellTheirVersionInARecord) {
+TEST(Importer, TheVersionIsToldAlsoOfOldAndRefusedFiles) {
   const auto versionOf = [](uint32_t header, int record) {
-    return ImportBytes(
-               WriteBinary({{"FBXHeaderExtension", {}, {{"FBXVersion", {record}}}}}, {.version = header}))
-        .version;
+    const FbxRecord extension("FBXHeaderExtension", {}, {{"FBXVersion", {record}}});
+    return ImportBytes(WriteBinary({extension}, {.version = header})).version;
   };
   EXPECT_EQ(versionOf(3000, 5800), "5.8.0");
   EXPECT_EQ(versionOf(2000, 4050), "4.0.5");
   EXPECT_EQ(versionOf(3000, 7400), "3.0.0") << "a version that says so at its start";
   EXPECT_EQ(versionOf(6100, 5800), "6.1.0");
+  EXPECT_EQ(versionOf(1500, 1500), "1.5.0");
+  EXPECT_EQ(ImportBytes("; FBX 9.1.0 project file\n").version, "9.1.0");
 }
 
 TEST(Importer, AProtectedFileOpensButIsNotImported) {
   FbxRecords records = OneNode();
-  records.push_back({"FBXHeaderExtension", {}, {{"EncryptionType", {1}}}});
+  FbxRecord& encryption = records.emplace_back("FBXHeaderExtension").Add({"EncryptionType", {1}});
   const Outcome outcome = ImportBytes(WriteBinary(records));
   EXPECT_TRUE(outcome.opened);
   EXPECT_FALSE(outcome.imported);
   EXPECT_EQ(outcome.error, 9);
   EXPECT_EQ(outcome.text, "the file is protected by a password");
   EXPECT_EQ(outcome.children, "");
-}
-
-TEST(Importer, AnEncryptionTypeOfZeroIsNoProtection) {
-  FbxRecords records = OneNode();
-  records.push_back({"FBXHeaderExtension", {}, {{"EncryptionType", {0}}}});
+  encryption.values = {0};
   EXPECT_TRUE(ImportBytes(WriteBinary(records)).imported);
 }
 
-TEST(Importer, WhatIsNoFileIsRefused) {
+TEST(Importer, WhatIsNoSoundFileIsRefusedWithTheReason) {
   const TempFolder folder;
-  EXPECT_EQ(ImportPath(folder.Path("missing.fbx")).error, 3);
-  EXPECT_EQ(ImportPath(folder.Path("missing.fbx")).text,
-            "the file cannot be opened: No such file or directory");
-  EXPECT_EQ(ImportPath(folder.Path()).error, 3);
-  EXPECT_EQ(ImportPath(folder.Path()).text, "the file cannot be opened: it is a folder");
-  EXPECT_EQ(ImportPath("").error, 3);
-}
-
-TEST(Importer, OtherFormatsAreRefused) {
-  EXPECT_EQ(ImportBytes("").error, 4);
-  EXPECT_EQ(ImportBytes("").text, "the file is empty");
-  EXPECT_EQ(ImportBytes("solid cube\n").error, 4);
-  EXPECT_EQ(ImportBytes("solid cube\n").text, "the file is not an FBX file");
-}
-
-TEST(Importer, ADamagedFileIsRefusedWithThePlace) {
-  const Outcome outcome = ImportBytes(support::Patched(WriteBinary(OneNode()), 27, 10));
-  EXPECT_EQ(outcome.error, 5);
-  EXPECT_THAT(outcome.text, HasSubstr("record \"Definitions\": its end lies outside (at byte 51)"));
-  EXPECT_EQ(ImportBytes("; FBX 7.4.0 project file\nA: {\n").error, 5);
+  const auto expect = [](const Outcome& outcome, int error, const char* text) {
+    EXPECT_EQ(outcome.error, error);
+    EXPECT_THAT(outcome.text, HasSubstr(text));
+  };
+  expect(ImportPath(folder.Path("missing.fbx")), 3, "the file cannot be opened: No such file or directory");
+  expect(ImportPath(folder.Path()), 3, "the file cannot be opened: it is a folder");
+  expect(ImportPath(""), 3, "");
+  expect(ImportBytes(""), 4, "the file is empty");
+  expect(ImportBytes("solid cube\n"), 4, "the file is not an FBX file");
+  expect(ImportBytes(support::Patched(WriteBinary(OneNode()), 27, 10)), 5,
+         "record \"Definitions\": its end lies outside (at byte 51)");
+  expect(ImportBytes("; FBX 7.4.0 project file\nA: {\n"), 5, "");
 }
 
 TEST(Importer, EmbeddedFilesAreWrittenBesideTheModel) {
@@ -163,30 +144,6 @@ TEST(Importer, EmbeddedFilesAreWrittenBesideTheModel) {
   const TempFolder folder;
   EXPECT_TRUE(ImportPath(folder.Write("my.model.fbx", WriteBinary(file.Records()))).imported);
   EXPECT_EQ(support::ReadWholeFile(folder.Path("my.model.fbm/skin.tga")), "picture");
-}
-
-TEST(Importer, AnImportReplacesTheSceneOfTheOneBefore) {
-  const TempFolder folder;
-  const ManagerPtr manager(scene::KFbxSdkManager::Create());
-  scene::KFbxScene& scene = *manager->CreateScene("scene");
-  scene::KFbxImporter& importer = *manager->CreateImporter();
-  const std::string path = folder.Write("model.fbx", WriteBinary(OneNode()));
-  for (int i = 0; i < 2; ++i) {
-    ASSERT_TRUE(importer.Initialize(path));
-    ASSERT_TRUE(importer.Import(scene));
-  }
-  manager->DestroyImporter(&importer);
-  EXPECT_EQ(support::ChildNames(*scene.GetRootNode()), "node");
-}
-
-TEST(Importer, AFailureIsForgottenByTheNextFile) {
-  const TempFolder folder;
-  const ManagerPtr manager(scene::KFbxSdkManager::Create());
-  scene::KFbxImporter& importer = *manager->CreateImporter();
-  ASSERT_FALSE(importer.Initialize(folder.Path("missing.fbx")));
-  EXPECT_TRUE(importer.Initialize(folder.Write("model.fbx", WriteBinary(OneNode()))));
-  EXPECT_EQ(importer.GetLastErrorID(), 0);
-  EXPECT_STREQ(importer.GetLastErrorString(), "");
 }
 
 /// A reader that takes every file and has no memory for any.
@@ -202,23 +159,16 @@ class HungryReader : public scene::KFbxReader {
 
 TEST(ReaderRegistry, TheLastRegisteredReaderIsAskedFirst) {
   const TempFolder folder;
+  const std::string path = folder.Write("model.fbx", WriteBinary(OneNode()));
   const ManagerPtr manager(scene::KFbxSdkManager::Create());
-  manager->GetReaderRegistry().Register(std::make_unique<HungryReader>());
   scene::KFbxImporter& importer = *manager->CreateImporter();
-  EXPECT_FALSE(importer.Initialize(folder.Write("model.fbx", WriteBinary(OneNode()))));
+  ASSERT_FALSE(importer.Initialize(folder.Path("missing.fbx")));
+  EXPECT_TRUE(importer.Initialize(path));
+  EXPECT_EQ(importer.GetLastErrorID(), 0);
+  manager->GetReaderRegistry().Register(std::make_unique<HungryReader>());
+  EXPECT_FALSE(importer.Initialize(path));
   EXPECT_EQ(importer.GetLastErrorID(), 6);
   EXPECT_STREQ(importer.GetLastErrorString(), "there is not enough memory to read the file");
-}
-
-TEST(IOSettings, AValueThatWasNotSetIsTheOneGiven) {
-  scene::KFbxIOSettings settings;
-  EXPECT_EQ(settings.GetStringProp("a|b", "otherwise"), "otherwise");
-  EXPECT_TRUE(settings.GetBoolProp("a|b", true));
-  settings.SetStringProp("a|b", "set");
-  settings.SetBoolProp("a|b", false);
-  EXPECT_EQ(settings.GetStringProp("a|b", "otherwise"), "set");
-  EXPECT_FALSE(settings.GetBoolProp("a|b", true));
-  EXPECT_EQ(settings.GetStringProp("a", "otherwise"), "otherwise");
 }
 
 }  // namespace

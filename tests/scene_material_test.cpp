@@ -12,9 +12,8 @@ using scene::KFbxSurfacePhong;
 using support::FbxFile;
 using support::FbxRecords;
 using support::Property;
+using support::Xyz;
 using testing::ElementsAre;
-
-std::vector<double> Xyz(const scene::KFbxVector4& v) { return {v[0], v[1], v[2]}; }
 
 /// A scene whose node "node" (1) has the material 2, which `file` already holds.
 std::unique_ptr<scene::KFbxScene> SceneWithMaterial(FbxFile file) {
@@ -41,13 +40,10 @@ TEST(Materials, TheShadingModelTellsTheClassInAnyCase) {
   for (const char* model : {"lambert", "Lambert", "LAMBERT"}) EXPECT_EQ(ClassFor(model), "lambert") << model;
   for (const char* model : {"phong", "Phong", "pHONG"}) EXPECT_EQ(ClassFor(model), "phong") << model;
   for (const char* model : {"", "unknown", "phong1", "phon"}) EXPECT_EQ(ClassFor(model), "other") << model;
-}
-
-TEST(Materials, WithoutItsRecordThePropertyTellsTheShadingModel) {
-  FbxFile file;
-  file.Template("Material", {Property("ShadingModel", {"Lambert"})});
-  file.Object("Material", 2, "m");
-  const auto scene = SceneWithMaterial(std::move(file));
+  FbxFile propertyOnly;
+  propertyOnly.Template("Material", {Property("ShadingModel", {"Lambert"})});
+  propertyOnly.Object("Material", 2, "m");
+  const auto scene = SceneWithMaterial(std::move(propertyOnly));
   EXPECT_NE(dynamic_cast<KFbxSurfaceLambert*>(&MaterialOf(*scene)), nullptr);
 }
 
@@ -65,11 +61,11 @@ struct LoadedPhong {
 };
 
 TEST(Materials, ColoursAreReadAsTheyAreWithoutTheirFactors) {
-  const LoadedPhong phong({Property("AmbientColor", {0.1, 0.2, 0.3}),
-                           Property("DiffuseColor", {1.0, 2.0, 0.5}),
-                           Property("SpecularColor", {0.4, 0.5, 0.6}),
-                           Property("EmissiveColor", {0.7, 0.8, 0.9}), Property("DiffuseFactor", {0.5}),
-                           Property("TransparencyFactor", {0.25}), Property("ShininessExponent", {33.0})});
+  const LoadedPhong phong(
+      {Property("AmbientColor", {0.1, 0.2, 0.3}), Property("DiffuseColor", {1.0, 2.0, 0.5}),
+       Property("SpecularColor", {0.4, 0.5, 0.6}), Property("EmissiveColor", {0.7, 0.8, 0.9}),
+       Property("DiffuseFactor", {0.5}), Property("TransparencyFactor", {0.25}), Property("Shininess", {5.0}),
+       Property("ShininessExponent", {33.0})});
   EXPECT_THAT(Xyz((*phong).ambient), ElementsAre(0.1, 0.2, 0.3));
   EXPECT_THAT(Xyz((*phong).diffuse), ElementsAre(1, 2, 0.5));
   EXPECT_THAT(Xyz((*phong).specular), ElementsAre(0.4, 0.5, 0.6));
@@ -78,106 +74,54 @@ TEST(Materials, ColoursAreReadAsTheyAreWithoutTheirFactors) {
   EXPECT_EQ((*phong).shininess, 33);
 }
 
-TEST(Materials, ATemplateGivesWhatTheMaterialLeavesOut) {
+TEST(Materials, WhatTheMaterialLeavesOutComesFromItsTemplateElseFromTheUsualDefaults) {
   const LoadedPhong phong(
-      {Property("AmbientColor", {0.1, 0.2, 0.3})},
+      {Property("AmbientColor", {0.1, 0.2, 0.3}), Property("Shininess", {5.0})},
       {Property("AmbientColor", {1.0, 1.0, 1.0}), Property("DiffuseColor", {0.5, 0.5, 0.5})});
   EXPECT_THAT(Xyz((*phong).ambient), ElementsAre(0.1, 0.2, 0.3));
   EXPECT_THAT(Xyz((*phong).diffuse), ElementsAre(0.5, 0.5, 0.5));
+  EXPECT_EQ((*phong).shininess, 5);
+  const LoadedPhong plain({});
+  EXPECT_THAT(Xyz((*plain).ambient), ElementsAre(0.2, 0.2, 0.2));
+  EXPECT_THAT(Xyz((*plain).diffuse), ElementsAre(0.8, 0.8, 0.8));
+  EXPECT_THAT(Xyz((*plain).specular), ElementsAre(0.2, 0.2, 0.2));
+  EXPECT_THAT(Xyz((*plain).emissive), ElementsAre(0, 0, 0));
+  EXPECT_EQ((*plain).transparencyFactor, 0);
+  EXPECT_EQ((*plain).shininess, 20);
 }
 
-TEST(Materials, WithoutATemplateTheUsualDefaultsApply) {
-  const LoadedPhong phong({});
-  EXPECT_THAT(Xyz((*phong).ambient), ElementsAre(0.2, 0.2, 0.2));
-  EXPECT_THAT(Xyz((*phong).diffuse), ElementsAre(0.8, 0.8, 0.8));
-  EXPECT_THAT(Xyz((*phong).specular), ElementsAre(0.2, 0.2, 0.2));
-  EXPECT_THAT(Xyz((*phong).emissive), ElementsAre(0, 0, 0));
-  EXPECT_EQ((*phong).transparencyFactor, 0);
-  EXPECT_EQ((*phong).shininess, 20);
-}
-
-TEST(Materials, TheShininessHasTwoNames) {
-  EXPECT_EQ((*LoadedPhong({Property("Shininess", {5.0})})).shininess, 5);
-  EXPECT_EQ((*LoadedPhong({Property("Shininess", {5.0}), Property("ShininessExponent", {6.0})})).shininess,
-            6);
-}
-
-TEST(Materials, ANodesMaterialsStandInTheOrderOfTheirConnections) {
+TEST(Materials, ANodesMaterialsStandInTheOrderOfTheirConnectionsAndMayRepeat) {
   FbxFile file;
   file.Model(1, "node");
-  file.Connect(1, 0);
-  for (const int id : {2, 3, 4}) file.Material(id, std::to_string(id), "phong");
-  for (const int id : {4, 2, 3}) file.Connect(id, 1);
+  for (const int id : {2, 3}) file.Material(id, std::to_string(id), "phong");
+  file.Connect({{1, 0}, {3, 1}, {2, 1}, {3, 1}});
   const auto scene = support::LoadScene(file);
   const scene::KFbxNode& node = *support::FindNode(*scene, "node");
   ASSERT_EQ(node.GetMaterialCount(), 3);
-  EXPECT_EQ(node.GetMaterial(0)->GetName(), "4");
+  EXPECT_EQ(node.GetMaterial(0)->GetName(), "3");
   EXPECT_EQ(node.GetMaterial(1)->GetName(), "2");
-  EXPECT_EQ(node.GetMaterial(2)->GetName(), "3");
-}
-
-TEST(Materials, OneMaterialMayFillSeveralSlots) {
-  FbxFile file;
-  file.Model(1, "node");
-  file.Material(2, "a", "phong");
-  file.Material(3, "b", "phong");
-  file.Connect(1, 0);
-  for (const int id : {2, 3, 2}) file.Connect(id, 1);
-  const auto scene = support::LoadScene(file);
-  const scene::KFbxNode& node = *support::FindNode(*scene, "node");
-  ASSERT_EQ(node.GetMaterialCount(), 3);
   EXPECT_EQ(node.GetMaterial(2), node.GetMaterial(0));
 }
 
 TEST(Textures, APropertysTexturesStandInTheOrderOfTheirConnections) {
   FbxFile file;
   file.Material(2, "m", "unknown");
-  for (const int id : {3, 4, 5}) file.Object("Texture", id, std::to_string(id));
-  file.Connect(5, 2, "DiffuseColor");
-  file.Connect(4, 2, "Vendor|Parameters|base_color_map");
-  file.Connect(3, 2, "DiffuseColor");
-  file.Connect(4, 2);
+  for (const int id : {3, 4}) file.Object("Texture", id, std::to_string(id));
+  file.Object("LayeredTexture", 5, "layers");
+  file.Object("Video", 6, "video", "Clip");
+  for (const int id : {4, 3, 5, 4, 6, 1}) file.Connect(id, 2, "DiffuseColor");
+  file.Connect(3, 2, "Vendor|Parameters|base_color_map");
+  file.Connect({{4, 2}, {4, 5}});
+  for (const int id : {6, 1}) file.Connect(id, 2, "Bump");
   const auto scene = SceneWithMaterial(std::move(file));
   const scene::KFbxProperty* diffuse = MaterialOf(*scene).FindProperty("DiffuseColor");
   ASSERT_NE(diffuse, nullptr);
-  ASSERT_EQ(diffuse->GetSrcTextureCount(), 2);
-  EXPECT_EQ(diffuse->GetSrcTexture(0)->GetName(), "5");
+  ASSERT_EQ(diffuse->GetSrcTextureCount(), 3) << "a repeated connection counts once";
+  EXPECT_EQ(diffuse->GetSrcTexture(0)->GetName(), "4");
   EXPECT_EQ(diffuse->GetSrcTexture(1)->GetName(), "3");
-  ASSERT_NE(MaterialOf(*scene).FindProperty("Vendor|Parameters|base_color_map"), nullptr);
-  EXPECT_EQ(MaterialOf(*scene).FindProperty("Bump"), nullptr);
-}
-
-TEST(Textures, ALayeredTextureCountsButIsNoFileTexture) {
-  FbxFile file;
-  file.Material(2, "m", "phong");
-  file.Object("LayeredTexture", 3, "layers");
-  file.Object("Texture", 4, "layer");
-  file.Connect(3, 2, "DiffuseColor");
-  file.Connect(4, 3);
-  const auto scene = SceneWithMaterial(std::move(file));
-  const scene::KFbxProperty* diffuse = MaterialOf(*scene).FindProperty("DiffuseColor");
-  ASSERT_NE(diffuse, nullptr);
-  ASSERT_EQ(diffuse->GetSrcTextureCount(), 1);
-  EXPECT_EQ(diffuse->GetSrcTexture(0), nullptr);
-}
-
-TEST(Textures, ARepeatedConnectionCountsOnce) {
-  FbxFile file;
-  file.Material(2, "m", "phong");
-  file.Object("Texture", 3, "t");
-  for (int i = 0; i < 3; ++i) file.Connect(3, 2, "Bump");
-  const auto scene = SceneWithMaterial(std::move(file));
-  EXPECT_EQ(MaterialOf(*scene).FindProperty("Bump")->GetSrcTextureCount(), 1);
-}
-
-TEST(Textures, OnlyTexturesConnectToProperties) {
-  FbxFile file;
-  file.Material(2, "m", "phong");
-  file.Object("Video", 3, "video", "Clip");
-  file.Connect(3, 2, "DiffuseColor");
-  file.Connect(1, 2, "DiffuseColor");
-  const auto scene = SceneWithMaterial(std::move(file));
-  EXPECT_EQ(MaterialOf(*scene).FindProperty("DiffuseColor"), nullptr);
+  EXPECT_EQ(diffuse->GetSrcTexture(2), nullptr) << "a layered texture is no file texture";
+  EXPECT_NE(MaterialOf(*scene).FindProperty("Vendor|Parameters|base_color_map"), nullptr);
+  EXPECT_EQ(MaterialOf(*scene).FindProperty("Bump"), nullptr) << "only textures connect to properties";
 }
 
 TEST(Textures, FileNamesAreKeptByteByByteInEverySpelling) {

@@ -27,9 +27,7 @@ std::string TexturesOfMaterials(FbxRecords elements, bool ownTexture = false) {
   file.Object("Texture", 5, "t");
   file.Object("Texture", 6, "u");
   file.Object("Texture", 7, "own");
-  for (const auto& [source, destination] : {std::pair{1, 0}, {2, 1}, {3, 1}, {4, 1}, {5, 1}, {6, 1}}) {
-    file.Connect(source, destination);
-  }
+  file.Connect({{1, 0}, {2, 1}, {3, 1}, {4, 1}, {5, 1}, {6, 1}});
   if (ownTexture) file.Connect(7, 3, "DiffuseColor");
   const auto scene = support::LoadScene(file);
   const scene::KFbxNode& node = *support::FindNode(*scene, "node");
@@ -45,43 +43,30 @@ std::string TexturesOfMaterials(FbxRecords elements, bool ownTexture = false) {
   return text;
 }
 
-TEST(OldTextures, OneTextureForAllPolygonsGoesToAllMaterials) {
-  EXPECT_EQ(TexturesOfMaterials({Element("LayerElementTexture", "AllSame", Ints("TextureId", {1}))}),
-            "M:u N:u");
+FbxRecord Textures(const char* mapping, std::vector<double> ids) {
+  return Element("LayerElementTexture", mapping, Ints("TextureId", std::move(ids)));
+}
+
+FbxRecord Materials(std::vector<double> numbers) {
+  return Element("LayerElementMaterial", "ByPolygon", Ints("Materials", std::move(numbers)));
+}
+
+TEST(OldTextures, OneTextureForAllPolygonsGoesToAllMaterialsWithoutTexturesOfTheirOwn) {
+  EXPECT_EQ(TexturesOfMaterials({Textures("AllSame", {1})}), "M:u N:u");
+  EXPECT_EQ(TexturesOfMaterials({Textures("AllSame", {0})}, true), "M:own N:t");
 }
 
 TEST(OldTextures, ATextureByPolygonGoesToTheMaterialOfItsPolygonOnce) {
-  const FbxRecord materials = Element("LayerElementMaterial", "ByPolygon", Ints("Materials", {1, 0, 1}));
-  EXPECT_EQ(TexturesOfMaterials(
-                {materials, Element("LayerElementTexture", "ByPolygon", Ints("TextureId", {1, 0, 1}))}),
-            "M:t N:u");
-  EXPECT_EQ(TexturesOfMaterials(
-                {materials, Element("LayerElementTexture", "ByPolygon", Ints("TextureId", {1, 0, 0}))}),
-            "M:t N:ut");
-}
-
-TEST(OldTextures, WithoutPolygonMaterialsTheFirstOneIsMeant) {
-  EXPECT_EQ(TexturesOfMaterials({Element("LayerElementTexture", "ByPolygon", Ints("TextureId", {1, 1, 1}))}),
-            "M:u N:");
-}
-
-TEST(OldTextures, AMaterialKeepsTexturesOfItsOwn) {
-  EXPECT_EQ(TexturesOfMaterials({Element("LayerElementTexture", "AllSame", Ints("TextureId", {0}))}, true),
-            "M:own N:t");
+  EXPECT_EQ(TexturesOfMaterials({Materials({1, 0, 1}), Textures("ByPolygon", {1, 0, 1})}), "M:t N:u");
+  EXPECT_EQ(TexturesOfMaterials({Materials({1, 0, 1}), Textures("ByPolygon", {1, 0, 0})}), "M:t N:ut");
+  EXPECT_EQ(TexturesOfMaterials({Textures("ByPolygon", {1, 1, 1})}), "M:u N:") << "no polygon materials";
 }
 
 TEST(OldTextures, NumbersThatMeanNoTextureOrMaterialAreIgnored) {
-  const FbxRecord materials = Element("LayerElementMaterial", "ByPolygon", Ints("Materials", {-1, 0, 2}));
-  EXPECT_EQ(TexturesOfMaterials(
-                {materials, Element("LayerElementTexture", "ByPolygon", Ints("TextureId", {0, -1, 0}))}),
-            "M: N:");
-  EXPECT_EQ(TexturesOfMaterials({Element("LayerElementTexture", "AllSame", Ints("TextureId", {2}))}),
-            "M: N:");
-  EXPECT_EQ(TexturesOfMaterials({Element("LayerElementTexture", "AllSame", Ints("TextureId", {}))}), "M: N:");
-  EXPECT_EQ(
-      TexturesOfMaterials({Element("LayerElementTexture", "NoMappingInformation", Ints("TextureId", {0}))}),
-      "M: N:");
-  EXPECT_EQ(TexturesOfMaterials({}), "M: N:");
+  EXPECT_EQ(TexturesOfMaterials({Materials({-1, 0, 2}), Textures("ByPolygon", {0, -1, 0})}), "M: N:");
+  EXPECT_EQ(TexturesOfMaterials({Textures("AllSame", {2})}), "M: N:");
+  EXPECT_EQ(TexturesOfMaterials({Textures("AllSame", {})}), "M: N:");
+  EXPECT_EQ(TexturesOfMaterials({Textures("NoMappingInformation", {0})}), "M: N:");
 }
 
 }  // namespace

@@ -31,16 +31,17 @@ struct LoadedCluster {
 };
 
 std::vector<double> Origin(const std::optional<KFbxXMatrix>& matrix) {
-  return matrix ? std::vector{matrix->GetT()[0], matrix->GetT()[1], matrix->GetT()[2]}
-                : std::vector<double>();
+  return matrix ? support::Xyz(matrix->GetT()) : std::vector<double>();
 }
 
 TEST(ClusterMatrices, TheStoredTransformIsUndoneByTheLink) {
-  LoadedCluster loaded({Doubles("Transform", Translation(1, 2, 3)), Doubles("TransformLink", QuarterTurn())});
+  LoadedCluster loaded({Doubles("Transform", Translation(1, 2, 3)), Doubles("TransformLink", QuarterTurn()),
+                        Doubles("TransformAssociateModel", Translation(4, 5, 6))});
   EXPECT_THAT(Origin(loaded.cluster.GetTransformMatrix()), ElementsAre(-2, 1, 3));
   EXPECT_THAT(Origin(loaded.cluster.GetTransformLinkMatrix()), ElementsAre(0, 0, 0));
   EXPECT_EQ(loaded.cluster.GetTransformLinkMatrix()->At(1), 1);
-  EXPECT_EQ(loaded.cluster.GetTransformAssociateModelMatrix(), std::nullopt);
+  EXPECT_THAT(Origin(loaded.cluster.GetTransformAssociateModelMatrix()), ElementsAre(4, 5, 6));
+  EXPECT_EQ(LoadedCluster(FbxRecords()).cluster.GetTransformAssociateModelMatrix(), std::nullopt);
 }
 
 TEST(ClusterMatrices, AMatrixThatCannotBeUsedIsAbsent) {
@@ -57,11 +58,6 @@ TEST(ClusterMatrices, AMatrixThatCannotBeUsedIsAbsent) {
   EXPECT_FALSE(transformWith({transform, Doubles("TransformLink", std::vector<double>(15, 1))}));
   EXPECT_FALSE(transformWith({transform, Doubles("TransformLink", std::vector<double>(28, 1))}));
   EXPECT_FALSE(transformWith({Doubles("TransformLink", Identity())}));
-}
-
-TEST(ClusterMatrices, TheAssociateModelsMatrixIsRead) {
-  LoadedCluster loaded({Doubles("TransformAssociateModel", Translation(4, 5, 6))});
-  EXPECT_THAT(Origin(loaded.cluster.GetTransformAssociateModelMatrix()), ElementsAre(4, 5, 6));
 }
 
 TEST(ClusterModes, TheWordTellsTheLinkMode) {
@@ -96,14 +92,6 @@ TEST(ClusterWeights, OfListsOfDifferentLengthTheShorterCounts) {
   EXPECT_EQ(LoadedCluster(FbxRecords()).cluster.GetControlPointIndicesCount(), 0);
 }
 
-TEST(ClusterWeights, ReleasedListsComeBack) {
-  LoadedCluster loaded({support::Ints("Indexes", {5}), Doubles("Weights", {0.25})});
-  EXPECT_THAT(loaded.cluster.GetControlPointIndices(), ElementsAre(5));
-  loaded.cluster.ReleaseArrays();
-  EXPECT_THAT(loaded.cluster.GetControlPointIndices(), ElementsAre(5));
-  EXPECT_THAT(loaded.cluster.GetControlPointWeights(), ElementsAre(0.25));
-}
-
 /// A mesh (3) on node "body" (1) with bones "a" (11) and "b" (12), skin 4 and cluster 5.
 FbxFile SkinnedBody() {
   FbxFile file;
@@ -113,72 +101,40 @@ FbxFile SkinnedBody() {
   file.Mesh(3, {0, 0, 0}, {});
   file.Skin(4);
   file.Cluster(5, {0}, {1});
-  for (const auto& [source, destination] : {std::pair{1, 0}, {11, 0}, {12, 0}, {3, 1}, {4, 3}, {5, 4}}) {
-    file.Connect(source, destination);
-  }
+  file.Connect({{1, 0}, {11, 0}, {12, 0}, {3, 1}, {4, 3}, {5, 4}});
   return file;
 }
 
-const KFbxCluster& ClusterOf(const scene::KFbxScene& scene) {
-  return *support::FindNode(scene, "body")->GetMesh()->GetSkin(0)->GetCluster(0);
-}
-
-TEST(Skins, ClustersStandInTheOrderOfTheirConnections) {
+TEST(Skins, ClustersStandInTheOrderOfTheirConnectionsBelowTheFirstMesh) {
   FbxFile file = SkinnedBody();
   file.Object("Deformer", 6, "second", "Cluster");
   file.Object("Deformer", 7, "third", "Cluster");
-  file.Connect(7, 4);
-  file.Connect(6, 4);
+  file.Model(20, "other");
+  file.Mesh(21, {0, 0, 0}, {});
+  // Two connections are repeated; of two meshes the skin belongs to the first.
+  file.Connect({{7, 4}, {6, 4}, {7, 4}, {4, 3}, {20, 0}, {21, 20}, {4, 21}});
   const auto scene = support::LoadScene(file);
   const scene::KFbxMesh* mesh = support::FindNode(*scene, "body")->GetMesh();
+  EXPECT_EQ(support::FindNode(*scene, "other")->GetMesh()->GetSkinCount(), 0);
   ASSERT_EQ(mesh->GetSkinCount(), 1);
   ASSERT_EQ(mesh->GetSkin(0)->GetClusterCount(), 3);
   EXPECT_EQ(mesh->GetSkin(0)->GetCluster(1)->GetName(), "third");
   EXPECT_EQ(mesh->GetSkin(0)->GetCluster(2)->GetName(), "second");
 }
 
-TEST(Skins, TheFirstConnectedBoneIsTheLink) {
-  FbxFile file = SkinnedBody();
-  file.Connect(12, 5, "SrcModel");
-  file.Connect(11, 5);
-  file.Connect(12, 5);
-  const auto scene = support::LoadScene(file);
-  ASSERT_NE(ClusterOf(*scene).GetLink(), nullptr);
-  EXPECT_EQ(ClusterOf(*scene).GetLink()->GetName(), "a");
-}
-
-TEST(Skins, ARepeatedConnectionCountsOnce) {
-  FbxFile file = SkinnedBody();
-  file.Connect(5, 4);
-  file.Connect(4, 3);
-  const auto scene = support::LoadScene(file);
-  EXPECT_EQ(support::FindNode(*scene, "body")->GetMesh()->GetSkinCount(), 1);
-  EXPECT_EQ(support::FindNode(*scene, "body")->GetMesh()->GetSkin(0)->GetClusterCount(), 1);
-}
-
-TEST(Skins, ASkinBelongsToTheFirstMeshThatItIsConnectedTo) {
-  FbxFile file = SkinnedBody();
-  file.Model(20, "other");
-  file.Mesh(21, {0, 0, 0}, {});
-  for (const auto& [source, destination] : {std::pair{20, 0}, {21, 20}, {4, 21}})
-    file.Connect(source, destination);
-  const auto scene = support::LoadScene(file);
-  EXPECT_EQ(support::FindNode(*scene, "body")->GetMesh()->GetSkinCount(), 1);
-  EXPECT_EQ(support::FindNode(*scene, "other")->GetMesh()->GetSkinCount(), 0);
-}
-
-TEST(Skins, TheRootMayBeALink) {
-  FbxFile file = SkinnedBody();
-  file.Connect(0, 5);
-  const auto scene = support::LoadScene(file);
-  EXPECT_EQ(ClusterOf(*scene).GetLink(), scene->GetRootNode());
-}
-
-TEST(Skins, AClusterMayLackItsLink) {
-  FbxFile file = SkinnedBody();
-  file.Connect(99, 5);
-  const auto scene = support::LoadScene(file);
-  EXPECT_EQ(ClusterOf(*scene).GetLink(), nullptr);
+TEST(Skins, TheFirstConnectedNodeIsTheLink) {
+  const auto linkOf = [](const std::vector<std::pair<int, int>>& connections) -> std::string {
+    FbxFile file = SkinnedBody();
+    file.Connect(12, 5, "SrcModel");
+    file.Connect(connections);
+    const auto scene = support::LoadScene(file);
+    const scene::KFbxMesh* mesh = support::FindNode(*scene, "body")->GetMesh();
+    const scene::KFbxNode* link = mesh->GetSkin(0)->GetCluster(0)->GetLink();
+    return !link ? "none" : link == scene->GetRootNode() ? "root" : link->GetName();
+  };
+  EXPECT_EQ(linkOf({{11, 5}, {12, 5}}), "a");
+  EXPECT_EQ(linkOf({{0, 5}}), "root");
+  EXPECT_EQ(linkOf({{99, 5}}), "none");
 }
 
 }  // namespace

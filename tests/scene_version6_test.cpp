@@ -11,7 +11,6 @@ using namespace std::string_literals;
 using support::ChildNames;
 using support::FindNode;
 using testing::ElementsAre;
-using EType = scene::KFbxNodeAttribute::EAttributeType;
 
 /// The scene of a 6.1 text with these objects and connections.
 std::unique_ptr<scene::KFbxScene> Load(const std::string& objects, const std::string& connections) {
@@ -21,8 +20,14 @@ std::unique_ptr<scene::KFbxScene> Load(const std::string& objects, const std::st
 
 TEST(VersionSix, NamesTieObjectsTogether) {
   const auto scene = Load(R"(
-    Model: "Model::a", "Null" { }
+    Model: "Model::a", "Null" {
+      Properties60: {
+        Property: "Lcl Translation", "Lcl Translation", "A+",1,2,3
+        Property: "RotationActive", "bool", "",1
+      }
+    }
     Model: "Model::b", "LimbNode" { }
+    Model: "Model::b", "Null" { }
     Model: "Model::Producer Top", "Camera" { }
   )",
                           R"(
@@ -32,7 +37,10 @@ TEST(VersionSix, NamesTieObjectsTogether) {
   )");
   EXPECT_EQ(ChildNames(*scene->GetRootNode()), "b");
   EXPECT_EQ(ChildNames(*FindNode(*scene, "b")), "a");
-  EXPECT_TRUE(FindNode(*scene, "b")->IsSkeleton());
+  EXPECT_TRUE(FindNode(*scene, "b")->IsSkeleton()) << "the first of equal names";
+  const scene::TransformProperties& transform = FindNode(*scene, "a")->GetTransformProperties();
+  EXPECT_THAT(support::Xyz(transform.translation), ElementsAre(1, 2, 3));
+  EXPECT_TRUE(transform.rotationActive);
 }
 
 TEST(VersionSix, TheRootOfABinaryFileHasItsClassBehindItsName) {
@@ -41,32 +49,6 @@ TEST(VersionSix, TheRootOfABinaryFileHasItsClassBehindItsName) {
       {"Connections", {}, {{"Connect", {"OO", "a\0\1Model"s, "Scene\0\1Model"s}}}}};
   const auto scene = support::LoadSceneBytes(support::WriteBinary(records, {.version = 6100}));
   EXPECT_EQ(ChildNames(*scene->GetRootNode()), "a");
-}
-
-TEST(VersionSix, OfEqualNamesTheFirstObjectIsMeant) {
-  const auto scene = Load(R"(
-    Model: "Model::a", "LimbNode" { }
-    Model: "Model::a", "Null" { }
-  )",
-                          "Connect: \"OO\", \"Model::a\", \"Model::Scene\"\n");
-  ASSERT_EQ(ChildNames(*scene->GetRootNode()), "a");
-  EXPECT_TRUE(FindNode(*scene, "a")->IsSkeleton());
-}
-
-TEST(VersionSix, PropertyValuesStandBehindThreeFields) {
-  const auto scene = Load(R"(
-    Model: "Model::a", "Null" {
-      Properties60: {
-        Property: "Lcl Translation", "Lcl Translation", "A+",1,2,3
-        Property: "RotationActive", "bool", "",1
-      }
-    }
-  )",
-                          "Connect: \"OO\", \"Model::a\", \"Model::Scene\"\n");
-  const scene::TransformProperties& transform = FindNode(*scene, "a")->GetTransformProperties();
-  EXPECT_EQ(transform.translation[0], 1);
-  EXPECT_EQ(transform.translation[2], 3);
-  EXPECT_TRUE(transform.rotationActive);
 }
 
 TEST(VersionSix, AModelHoldsItsMeshAndTakesTheMeshesSkin) {
@@ -117,40 +99,26 @@ TEST(VersionSix, AModelHoldsItsMeshAndTakesTheMeshesSkin) {
   EXPECT_EQ(mesh->GetShapes()[0].factor, 0.5);
 }
 
-TEST(VersionSix, AModelWithoutSubTypeIsAMeshWhenItHasPolygons) {
+TEST(VersionSix, SubTypePropertiesAndPolygonsTellTheAttribute) {
   const auto scene = Load(R"(
+    Model: "Model::null", "Null" { Properties60: { Property: "DefaultAttributeIndex", "int", "",0 } }
+    Model: "Model::bare", "Null" { Properties60: { Property: "DefaultAttributeIndex", "int", "",-1 } }
     Model: "Model::mesh", "" { Vertices: 0,0,0
       PolygonVertexIndex: -1 }
     Model: "Model::nothing", "" { Vertices: 0,0,0 }
   )",
                           R"(
+    Connect: "OO", "Model::null", "Model::Scene"
+    Connect: "OO", "Model::bare", "Model::Scene"
     Connect: "OO", "Model::mesh", "Model::Scene"
     Connect: "OO", "Model::nothing", "Model::Scene"
   )");
+  ASSERT_NE(FindNode(*scene, "null")->GetNodeAttribute(), nullptr);
+  EXPECT_EQ(FindNode(*scene, "null")->GetNodeAttribute()->GetAttributeType(),
+            scene::KFbxNodeAttribute::EAttributeType::eNULL);
+  EXPECT_EQ(FindNode(*scene, "bare")->GetNodeAttribute(), nullptr);
   EXPECT_NE(FindNode(*scene, "mesh")->GetMesh(), nullptr);
   EXPECT_EQ(FindNode(*scene, "nothing")->GetNodeAttribute(), nullptr);
-}
-
-/// The attribute of a "Null" model with these properties.
-const scene::KFbxNodeAttribute* AttributeOfNull(std::unique_ptr<scene::KFbxScene>& scene,
-                                                const std::string& properties) {
-  scene = Load("Model: \"Model::a\", \"Null\" {\nProperties60: {\n" + properties + "}\n}\n",
-               "Connect: \"OO\", \"Model::a\", \"Model::Scene\"\n");
-  return FindNode(*scene, "a")->GetNodeAttribute();
-}
-
-TEST(VersionSix, ANullModelHasANullAttribute) {
-  std::unique_ptr<scene::KFbxScene> scene;
-  const scene::KFbxNodeAttribute* attribute =
-      AttributeOfNull(scene, "Property: \"DefaultAttributeIndex\", \"int\", \"\",0\n");
-  ASSERT_NE(attribute, nullptr);
-  EXPECT_EQ(attribute->GetAttributeType(), EType::eNULL);
-  EXPECT_NE(AttributeOfNull(scene, ""), nullptr);
-}
-
-TEST(VersionSix, ANullModelThatDeniesItsAttributeHasNone) {
-  std::unique_ptr<scene::KFbxScene> scene;
-  EXPECT_EQ(AttributeOfNull(scene, "Property: \"DefaultAttributeIndex\", \"int\", \"\",-1\n"), nullptr);
 }
 
 TEST(VersionSix, PosesNameTheirNodes) {

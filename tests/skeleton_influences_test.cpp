@@ -33,32 +33,22 @@ MATCHER_P2(Influence, bone, weight, "") {
   return testing::ExplainMatchResult(Pair(bone, FloatNear(weight, 1e-6f)), arg, result_listener);
 }
 
-TEST(Influences, AreOrderedByBoneAndSumToOne) {
-  Rig rig;
-  rig.model.Weights(rig.body, rig.arm, {0}, {0.6});
-  rig.model.Weights(rig.body, rig.root, {0}, {0.2});
-  EXPECT_THAT(rig.Influences(), ElementsAre(Influence(0, 0.25f), Influence(1, 0.75f)));
-}
-
-TEST(Influences, AddUpWhereAClusterListsAPointTwice) {
-  Rig rig;
-  rig.model.Weights(rig.body, rig.root, {0, 1, 0}, {0.1, 1.0, 0.2});
-  rig.model.Weights(rig.body, rig.arm, {0}, {0.1});
-  EXPECT_THAT(rig.Influences(), ElementsAre(Influence(0, 0.75f), Influence(1, 0.25f)));
-}
-
-TEST(Influences, AddUpWhereTwoClustersFollowOneBone) {
-  Rig rig;
-  rig.model.Weights(rig.body, rig.arm, {0}, {0.1});
-  rig.model.Weights(rig.body, rig.root, {0}, {0.1});
-  rig.model.Weights(rig.body, rig.arm, {0}, {0.2});
-  EXPECT_THAT(rig.Influences(), ElementsAre(Influence(0, 0.25f), Influence(1, 0.75f)));
-}
-
-TEST(Influences, OfPointsThatDoNotExistAreLeftOut) {
-  Rig rig;
-  rig.model.Weights(rig.body, rig.arm, {3, -1, 0}, {0.5, 0.5, 0.5});
-  EXPECT_THAT(rig.Influences(), ElementsAre(Influence(1, 1.0f)));
+TEST(Influences, AreOrderedByBoneAddedUpAndSumToOne) {
+  using Cluster = std::tuple<bool, std::vector<double>, std::vector<double>>;
+  struct {
+    std::vector<Cluster> clusters;  ///< whether of the arm, points, weights
+    float root, arm;
+  } const cases[] = {{{{true, {0}, {0.6}}, {false, {0}, {0.2}}}, 0.25f, 0.75f},
+                     {{{false, {0, 1, 0}, {0.1, 1.0, 0.2}}, {true, {0}, {0.1}}}, 0.75f, 0.25f},
+                     {{{true, {0}, {0.1}}, {false, {0}, {0.1}}, {true, {0}, {0.2}}}, 0.25f, 0.75f},
+                     {{{true, {3, -1, 0}, {0.5, 0.5, 0.5}}, {false, {0}, {0.5}}}, 0.5f, 0.5f}};
+  for (const auto& [clusters, root, arm] : cases) {
+    Rig rig;
+    for (const auto& [ofArm, points, weights] : clusters) {
+      rig.model.Weights(rig.body, ofArm ? rig.arm : rig.root, points, weights);
+    }
+    EXPECT_THAT(rig.Influences(), ElementsAre(Influence(0, root), Influence(1, arm)));
+  }
 }
 
 TEST(Influences, MakeABoneWeightedOnlyAboveATwentieth) {
@@ -82,19 +72,12 @@ TEST(Influences, MakeABoneWeightedOnlyAboveATwentieth) {
 TEST(Influences, FindTheirBoneByItsCleanedNameOrWhatFollowsItsLastColon) {
   Rig rig;
   const auto hidden = rig.model.Node("hidden");
-  rig.model.Weights(rig.body, rig.model.Bone("a:b:root", hidden), {0}, {0.3});
-  rig.model.Weights(rig.body, rig.model.Bone("ar@?m", hidden), {0}, {0.1});
+  for (const auto& [name, weight] :
+       {std::pair("a:b:root", 0.3), std::pair("ar@?m", 0.1), std::pair("no:such:Arm", 1.0),
+        std::pair("rootBone", 1.0), std::pair("", 1.0)}) {
+    rig.model.Weights(rig.body, rig.model.Bone(name, hidden), {0}, {weight});
+  }
   EXPECT_THAT(rig.Influences(), ElementsAre(Influence(0, 0.75f), Influence(1, 0.25f)));
-  EXPECT_THAT(rig.host.LinesThatBegin(">>> Unable"), ElementsAre());
-}
-
-TEST(Influences, OfAnUnknownBoneAreLeftOutWithItsName) {
-  Rig rig;
-  const auto hidden = rig.model.Node("hidden");
-  rig.model.Weights(rig.body, rig.model.Bone("no:such:Arm", hidden), {0}, {1.0});
-  rig.model.Weights(rig.body, rig.model.Bone("rootBone", hidden), {0}, {1.0});
-  rig.model.Weights(rig.body, rig.model.Bone("", hidden), {0}, {1.0});
-  EXPECT_THAT(rig.Influences(), ElementsAre(Influence(0, 1.0f)));
   EXPECT_THAT(rig.host.LinesThatBegin(">>> Unable"),
               ElementsAre(">>> Unable to Find BoneID for Arm", ">>> Unable to Find BoneID for rootBone"));
 }

@@ -17,7 +17,6 @@ using support::Scaled;
 using support::TestHost;
 using support::Translation;
 using support::Turned;
-using testing::ElementsAre;
 using testing::FloatNear;
 using testing::Pointwise;
 
@@ -42,33 +41,6 @@ std::vector<support::CsfBone> BonesOf(const Character& model, const std::string&
   return support::ReadCsf(host.ReadPackage(name)["skeleton.csf"]);
 }
 
-TEST(BoneTree, NumbersBonesByCreationAndFindsThemInPreOrder) {
-  ts3d::BoneTree tree;
-  ts3d::BoneNode& hip = tree.AddChild(tree.Root());
-  ts3d::BoneNode& spine = tree.AddChild(hip);
-  tree.AddChild(hip).name = "twin";
-  EXPECT_EQ(tree.IdByName("twin"), 2);
-  tree.AddChild(spine).name = "twin";
-  EXPECT_EQ(tree.IdByName("twin"), 3);
-  std::vector<int32_t> order;
-  for (const ts3d::BoneNode* bone : tree.PreOrder()) order.push_back(bone->id);
-  EXPECT_THAT(order, ElementsAre(0, 1, 3, 2));
-}
-
-TEST(BoneTree, KnowsNoBoneOfAnotherCaseOrNumber) {
-  ts3d::BoneTree tree;
-  tree.AddChild(tree.Root()).name = "Hip";
-  EXPECT_EQ(tree.IdByName("Hip"), 0);
-  EXPECT_EQ(tree.IdByName("hip"), -1);
-  EXPECT_EQ(tree.IdByName("rootBone"), -1);
-  EXPECT_EQ(tree.FindByName("rootBone"), &tree.Root());
-  EXPECT_EQ(tree.FindById(-1), nullptr);
-  EXPECT_EQ(tree.FindById(1), nullptr);
-  EXPECT_FALSE(tree.MarkById(1));
-  EXPECT_TRUE(tree.MarkById(0));
-  EXPECT_TRUE(tree.FindById(0)->weighted);
-}
-
 TEST(SkeletonFile, HoldsOneBoneAtTheOriginWhenTheModelHasNone) {
   TestHost host;
   Character model;
@@ -88,18 +60,13 @@ TEST(SkeletonFile, HoldsTheTreeInPreOrder) {
   model.Bone("ne:ck", spine);
   model.Bone("leg", hip);
   const auto bones = BonesOf(model);
-  struct {
-    const char* name;
-    int32_t parent;
-    std::vector<int32_t> children;
-  } const expected[] = {
-      {"hip", -1, {1, 4}}, {"spine", 0, {2, 3}}, {"", 1, {}}, {"nck", 1, {}}, {"leg", 0, {}}};
-  ASSERT_EQ(bones.size(), std::size(expected));
-  for (size_t i = 0; i < bones.size(); ++i) {
-    EXPECT_EQ(bones[i].name, expected[i].name);
-    EXPECT_EQ(bones[i].parent, expected[i].parent) << i;
-    EXPECT_EQ(bones[i].children, expected[i].children) << i;
+  std::string tree;
+  for (const auto& bone : bones) {
+    tree += bone.name + " " + std::to_string(bone.parent) + ":";
+    for (const int32_t child : bone.children) tree += " " + std::to_string(child);
+    tree += "\n";
   }
+  EXPECT_EQ(tree, "hip -1: 1 4\nspine 0: 2 3\n 1:\nnck 1:\nleg 0:\n");
 }
 
 TEST(SkeletonFile, HoldsThousandsOfSiblings) {
@@ -112,28 +79,13 @@ TEST(SkeletonFile, HoldsThousandsOfSiblings) {
   EXPECT_EQ(bones[5000].name, "b5000");
 }
 
-TEST(EulerToQuaternion, NegatesTheScalarPart) {
-  struct {
-    scene::KFbxVector4 degrees;
-    double x, y, z, w;
-  } const cases[] = {{{0, 0, 0}, 0, 0, 0, -1},
-                     {{90, 0, 0}, 0.70710678, 0, 0, -0.70710678},
-                     {{0, -90, 0}, 0, -0.70710678, 0, -0.70710678},
-                     {{0, 0, 180}, 0, 0, 1, 0},
-                     {{0, 0, 60}, 0, 0, 0.5, -0.8660254},
-                     {{90, 90, 0}, 0.5, 0.5, -0.5, -0.5},
-                     {{90, 90, 90}, 0, 0.70710678, 0, -0.70710678}};
-  for (const auto& [degrees, x, y, z, w] : cases) {
-    const scene::KFbxQuaternion q = ts3d::EulerToQuaternion(degrees);
-    EXPECT_THAT((std::array{q[0], q[1], q[2], q[3]}), IsTurnedBy(x, y, z, w)) << degrees[0] << degrees[1];
-  }
-}
-
 TEST(Bones, CarryTheInverseOfTheirWorldTransform) {
   Character model;
   const auto root = model.Bone("root", 0, {At(10, 0, 0), Turned(0, 0, 90)});
-  model.Bone("tip", root, {At(5, 0, 0)});
+  const auto tip = model.Bone("tip", root, {At(5, 0, 0)});
+  model.Bone("end", tip, {Turned(90, 90, 90)});
   const auto bones = BonesOf(model);
+  EXPECT_THAT(bones[2].rotation, IsTurnedBy(0, kHalfTurnSine, 0, -kHalfTurnSine));
   EXPECT_THAT(bones[0].translation, IsAt(10, 0, 0));
   EXPECT_THAT(bones[0].rotation, IsTurnedBy(0, 0, kHalfTurnSine, -kHalfTurnSine));
   EXPECT_THAT(bones[0].spaceTranslation, IsAt(0, 10, 0));
@@ -144,25 +96,18 @@ TEST(Bones, CarryTheInverseOfTheirWorldTransform) {
   EXPECT_THAT(bones[1].spaceRotation, IsTurnedBy(0, 0, -kHalfTurnSine, -kHalfTurnSine));
 }
 
-TEST(Bones, AreScaledByTheRootBone) {
+TEST(Bones, TakePlaceAndScaleFromTheBindPoseOrTheRootBone) {
   Character model;
-  const auto group = model.Null("group");
-  const auto root = model.Bone("root", group, {At(1, 2, 3), Scaled(2, 2, 2)});
-  model.Bone("tip", root, {At(0, 1, 0)});
-  const auto bones = BonesOf(model);
-  EXPECT_THAT(bones[0].translation, IsAt(2, 4, 6));
-  EXPECT_THAT(bones[1].translation, IsAt(0, 2, 0));
-}
-
-TEST(Bones, AreScaledByTheBindPoseOfTheRootBoneWhenItHasOne) {
-  Character model;
-  const auto root = model.Bone("root", 0, {At(1, 2, 3), Scaled(2, 2, 2)});
-  const auto tip = model.Bone("tip", root, {At(0, 9, 0)});
-  model.BindPose({{root, {3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 3, 0, 1, 0, 0, 1}},
-                  {tip, {3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 3, 0, 1, 6, 0, 1}}});
-  const auto bones = BonesOf(model);
-  EXPECT_THAT(bones[0].translation, IsAt(3, 0, 0));
-  EXPECT_THAT(bones[1].translation, IsAt(0, 6, 0));
+  const auto root = model.Bone("root", model.Null("group"), {At(1, 2, 3), Scaled(2, 2, 2)});
+  const auto tip = model.Bone("tip", root, {At(0, 1, 0)});
+  const auto plain = BonesOf(model);
+  EXPECT_THAT(plain[0].translation, IsAt(2, 4, 6));
+  EXPECT_THAT(plain[1].translation, IsAt(0, 2, 0));
+  model.BindPose({{tip, {3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 3, 0, 1, 6, 0, 1}},
+                  {root, {3, 0, 0, 0, 0, 3, 0, 0, 0, 0, 3, 0, 1, 0, 0, 1}}});
+  const auto bound = BonesOf(model);
+  EXPECT_THAT(bound[0].translation, IsAt(3, 0, 0));
+  EXPECT_THAT(bound[1].translation, IsAt(0, 6, 0));
 }
 
 TEST(Bones, OfAnActorStandUpAroundTheRootBone) {
@@ -200,23 +145,6 @@ TEST(Bones, WithoutBindDataKeepTheirLocalTransformAndTheirChildrenTheWorldOne) {
   EXPECT_THAT(bones[2].translation, IsAt(0, 9, 0));
 }
 
-TEST(Bones, TakeTheirPlaceFromTheBindPoseRelativeToTheirParent) {
-  Character model;
-  const auto root = model.Bone("root", 0, {At(50, 0, 0)}), tip = model.Bone("tip", root, {At(50, 0, 0)});
-  model.BindPose({{tip, Translation(4, 6, 8)}, {root, Translation(1, 2, 3)}});
-  const auto bones = BonesOf(model);
-  EXPECT_THAT(bones[0].translation, IsAt(1, 2, 3));
-  EXPECT_THAT(bones[1].translation, IsAt(3, 4, 5));
-  EXPECT_THAT(bones[1].spaceTranslation, IsAt(-4, -6, -8));
-}
-
-TEST(Bones, AtTheRootStayInWorldSpaceWhenTheirGroupIsInTheBindPose) {
-  Character model;
-  const auto group = model.Null("group"), root = model.Bone("root", group);
-  model.BindPose({{group, Translation(0, 100, 0)}, {root, Translation(0, 101, 0)}});
-  EXPECT_THAT(BonesOf(model)[0].translation, IsAt(0, 101, 0));
-}
-
 struct PoseSpec {
   bool isBindPose;
   std::vector<int> nodes;
@@ -252,10 +180,8 @@ TEST(BindPose, IsTheFirstWithTheMostNodes) {
     int chosen;
     bool ambiguous;
   } const cases[] = {{{}, -1, false},
-                     {{{true, {}}}, -1, false},
                      {{{false, {0, 1, 2}}, {true, {0}}}, 1, false},
                      {{{true, {0}}, {true, {1, 2}}}, 1, false},
-                     {{{true, {0, 1}}, {true, {2}}}, 0, false},
                      {{{true, {0, 1}}, {true, {1, 2}}}, 0, true},
                      {{{true, {0}}, {true, {1}}, {true, {0, 1}}}, 2, false},
                      {{{true, {0, 1}}, {false, {1, 2}}}, 0, false}};

@@ -32,13 +32,11 @@ class Character {
     file_.Connect(Attribute("LimbNode"), bone);
     return bone;
   }
-  /// A node without an attribute.
   Id Node(std::string name, Id parent = 0, FbxRecords properties = {}) {
     file_.Model(++last_, std::move(name), std::move(properties));
     file_.Connect(last_, parent);
     return last_;
   }
-  /// A node with the null attribute.
   Id Null(std::string name, Id parent = 0) {
     const Id node = Node(std::move(name), parent);
     file_.Connect(Attribute("Null"), node);

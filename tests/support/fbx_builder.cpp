@@ -18,7 +18,7 @@ bool IsArray(char code) { return std::strchr("fdilbc", code) != nullptr; }
 class BinaryWriter {
  public:
   explicit BinaryWriter(const BinaryFormat& format)
-      : bigEndian_(format.bigEndian), wide_((format.headersOf ? format.headersOf : format.version) >= 7500) {
+      : bigEndian_(format.bigEndian), wide_(format.version >= 7500) {
     out_ = "Kaydara FBX Binary  \0\x1a"s;
     out_ += bigEndian_ ? '\1' : '\0';
     Put(format.version);
@@ -63,27 +63,12 @@ class BinaryWriter {
   }
 
   std::string NumberBytes(char code, double real, int64_t whole) const {
-    switch (code) {
-      case 'C':
-      case 'B':
-      case 'Z':
-      case 'b':
-      case 'c':
-        return Bytes(static_cast<uint8_t>(whole));
-      case 'Y':
-        return Bytes(static_cast<int16_t>(whole));
-      case 'I':
-      case 'i':
-        return Bytes(static_cast<int32_t>(whole));
-      case 'L':
-      case 'l':
-        return Bytes(whole);
-      case 'F':
-      case 'f':
-        return Bytes(static_cast<float>(real));
-      default:
-        return Bytes(real);
-    }
+    const auto isOneOf = [&](const char* codes) { return std::strchr(codes, code) != nullptr; };
+    if (isOneOf("CBZbc")) return Bytes(static_cast<uint8_t>(whole));
+    if (isOneOf("Y")) return Bytes(static_cast<int16_t>(whole));
+    if (isOneOf("Ii")) return Bytes(static_cast<int32_t>(whole));
+    if (isOneOf("Ll")) return Bytes(whole);
+    return isOneOf("Ff") ? Bytes(static_cast<float>(real)) : Bytes(real);
   }
 
   void Write(const FbxValue& value) {
@@ -132,27 +117,13 @@ std::string NumberText(double number) {
 
 std::string Quoted(const FbxValue& value) {
   std::string text = "\"" + (value.objectClass.empty() ? "" : value.objectClass + "::");
-  for (const char c : value.bytes) {
-    if (c == '"') {
-      text += "&quot;";
-    } else {
-      text += c;
-    }
-  }
+  for (const char c : value.bytes) text += c == '"' ? "&quot;" : std::string(1, c);
   return text + "\"";
 }
 
 std::string AsciiValue(const FbxValue& value) {
-  switch (value.code) {
-    case 'S':
-    case 'R':
-      return Quoted(value);
-    case 'F':
-    case 'D':
-      return NumberText(value.real);
-    default:
-      break;
-  }
+  if (value.code == 'S' || value.code == 'R') return Quoted(value);
+  if (value.code == 'F' || value.code == 'D') return NumberText(value.real);
   if (!IsArray(value.code)) return std::to_string(value.whole);
   std::string text = "*" + std::to_string(value.numbers.size()) + " {\n a: ";
   for (size_t i = 0; i < value.numbers.size(); ++i) text += (i ? "," : "") + NumberText(value.numbers[i]);
@@ -286,6 +257,10 @@ void FbxFile::Connect(int64_t source, int64_t destination) {
 
 void FbxFile::Connect(int64_t source, int64_t destination, std::string property) {
   connections_.push_back({"C", {"OP", source, destination, std::move(property)}});
+}
+
+void FbxFile::Connect(const std::vector<std::pair<int, int>>& sourcesAndDestinations) {
+  for (const auto& [source, destination] : sourcesAndDestinations) Connect(source, destination);
 }
 
 void FbxFile::Template(std::string kind, FbxRecords properties) {

@@ -5,6 +5,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace support {
@@ -57,7 +58,6 @@ struct BinaryFormat {
   uint32_t version = 7400;
   bool bigEndian = false;
   bool nullRecord = true;  ///< the file ends with a null record
-  uint32_t headersOf = 0;  ///< version whose record headers are written; 0: `version`
 };
 
 std::string WriteBinary(const FbxRecords& records, const BinaryFormat& format = {});
@@ -97,6 +97,7 @@ class FbxFile {
   /// `source` becomes part of `destination`, 0 being the root.
   void Connect(int64_t source, int64_t destination);
   void Connect(int64_t source, int64_t destination, std::string property);
+  void Connect(const std::vector<std::pair<int, int>>& sourcesAndDestinations);
   /// Default properties of all objects of the record `kind`.
   void Template(std::string kind, FbxRecords properties);
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "scene/model/scene.h"
 #include "support/fbx_builder.h"
@@ -37,5 +38,7 @@ std::unique_ptr<scene::KFbxScene> LoadScene(const FbxFile& file, Container conta
 scene::KFbxNode* FindNode(const scene::KFbxScene& scene, std::string_view name);
 /// Names of the children of `node`, separated by blanks.
 std::string ChildNames(const scene::KFbxNode& node);
+
+inline std::vector<double> Xyz(const scene::KFbxVector4& v) { return {v[0], v[1], v[2]}; }
 
 }  // namespace support

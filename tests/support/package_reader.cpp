@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <minizip/unzip.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <memory>
@@ -50,7 +51,9 @@ class Reader {
     for (float& value : values) value = Float();
     return values;
   }
-  void Expect(int32_t value, const char* what) { Require(Int() == value, what); }
+  void Expect(std::initializer_list<int32_t> values, const char* what) {
+    for (const int32_t value : values) Require(Int() == value, what);
+  }
   void ExpectEnd() const { Require(bytes_.empty(), "bytes after the end"); }
 
  private:
@@ -76,8 +79,7 @@ CmfVertex ReadVertex(Reader& in) {
   CmfVertex vertex;
   vertex.position = in.Floats<3>();
   vertex.normal = in.Floats<3>();
-  in.Expect(0, "collapse identifier");
-  in.Expect(0, "face-collapse count");
+  in.Expect({0, 0}, "collapse identifier and count");
   vertex.u = in.Float();
   vertex.v = in.Float();
   const size_t count = in.Count(8);
@@ -112,7 +114,7 @@ Member ReadMember(unzFile zip) {
   Require(read >= 0 && static_cast<uint64_t>(read) == info.uncompressed_size, "member of another size");
   Require(unzCloseCurrentFile(zip) == UNZ_OK, "member with a wrong checksum");
   bytes.pop_back();
-  return {std::string(name, info.size_filename), std::move(bytes), static_cast<uint32_t>(info.dosDate)};
+  return {std::string(name, info.size_filename), std::move(bytes)};
 }
 
 }  // namespace
@@ -120,7 +122,7 @@ Member ReadMember(unzFile zip) {
 std::vector<CsfBone> ReadCsf(std::string_view bytes) {
   Reader in(bytes);
   Require(in.Bytes(4) == std::string_view("CSF\0", 4), "no skeleton file");
-  in.Expect(900, "skeleton version");
+  in.Expect({900}, "skeleton version");
   std::vector<CsfBone> bones;
   for (size_t i = in.Count(4); i > 0; --i) bones.push_back(ReadBone(in));
   in.ExpectEnd();
@@ -131,13 +133,10 @@ CmfMesh ReadCmf(std::string_view bytes) {
   Reader in(bytes);
   CmfMesh mesh;
   Require(in.Bytes(4) == std::string_view("CMF\0", 4), "no mesh file");
-  in.Expect(1000, "mesh version");
-  in.Expect(1, "submesh count");
+  in.Expect({1000, 1}, "mesh version and submesh count");
   mesh.threadId = in.Int();
   const size_t vertexCount = in.Count(1), faceCount = in.Count(1);
-  in.Expect(0, "level-of-detail steps");
-  in.Expect(0, "springs");
-  in.Expect(1, "texture maps");
+  in.Expect({0, 0, 1}, "level-of-detail steps, springs and texture maps");
   for (size_t i = 0; i < vertexCount; ++i) mesh.vertices.push_back(ReadVertex(in));
   for (size_t i = 0; i < faceCount; ++i) {
     auto& face = mesh.faces.emplace_back();
@@ -168,16 +167,15 @@ std::string Package::Names() const {
 }
 
 size_t Package::Count(std::string_view name) const {
-  size_t count = 0;
-  for (const Member& member : members_) count += member.name == name;
-  return count;
+  return static_cast<size_t>(std::count_if(members_.begin(), members_.end(),
+                                           [&](const Member& member) { return member.name == name; }));
 }
 
 const std::string& Package::operator[](std::string_view name) const {
-  for (auto member = members_.rbegin(); member != members_.rend(); ++member) {
-    if (member->name == name) return member->bytes;
-  }
-  throw std::runtime_error("no member " + std::string(name));
+  const auto member =
+      std::find_if(members_.rbegin(), members_.rend(), [&](const Member& each) { return each.name == name; });
+  Require(member != members_.rend(), "no such member");
+  return member->bytes;
 }
 
 void CheckPackage(const Package& package) {
@@ -188,7 +186,7 @@ void CheckPackage(const Package& package) {
     EXPECT_TRUE(bone.parent >= -1 && bone.parent < boneCount) << bone.name;
     for (const int32_t child : bone.children) EXPECT_TRUE(child > bone.parent && child < boneCount) << child;
   }
-  for (const auto& [name, bytes, date] : package.Members()) {
+  for (const auto& [name, bytes] : package.Members()) {
     if (!name.ends_with(".cmf") || bytes.empty()) continue;
     for (const CmfVertex& vertex : ReadCmf(bytes).vertices) {
       float sum = 0;

@@ -45,9 +45,7 @@ CmfMesh ReadCmf(std::string_view bytes);
 
 struct Member {
   std::string name, bytes;
-  uint32_t dosDate = 0;  ///< date in the high half, time in the low
-
-  bool operator==(const Member& other) const { return name == other.name && bytes == other.bytes; }
+  bool operator==(const Member&) const = default;
 };
 
 /// The members of a package, in their order.

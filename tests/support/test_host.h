@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <string>
@@ -8,6 +10,7 @@
 
 #include "driver/convert.h"
 #include "driver/scene_loader.h"
+#include "support/character.h"
 #include "support/package_reader.h"
 #include "support/temp_folder.h"
 
@@ -29,6 +32,10 @@ class TestHost {
       if (self.convertsTextures) *converted = 1;
       if (self.forgetsTextures) *converted = 0;
     };
+  }
+  /// Converts `model` at once.
+  explicit TestHost(const Character& model) : TestHost() {
+    EXPECT_EQ(Convert(model.Text()), ts3d::ConversionResult::Success);
   }
   ~TestHost() {
     ts3d::DestroySdkObjects(job.sdkManager);
