@@ -43,6 +43,23 @@ TEST(VersionSix, NamesTieObjectsTogether) {
   EXPECT_TRUE(transform.rotationActive);
 }
 
+TEST(VersionSix, ModelsOfOneNameAllGetIntoTheTree) {
+  const auto scene = Load(R"(
+    Model: "Model::twin", "LimbNode" { }
+    Model: "Model::twin", "Null" { }
+    Model: "Model::group", "Null" { }
+  )",
+                          R"(
+    Connect: "OO", "Model::twin", "Model::Scene"
+    Connect: "OO", "Model::group", "Model::Scene"
+    Connect: "OO", "Model::twin", "Model::group"
+  )");
+  EXPECT_EQ(ChildNames(*scene->GetRootNode()), "twin group");
+  EXPECT_EQ(ChildNames(*FindNode(*scene, "group")), "twin");
+  EXPECT_TRUE(scene->GetRootNode()->GetChild(0)->IsSkeleton());
+  EXPECT_FALSE(FindNode(*scene, "group")->GetChild(0)->IsSkeleton());
+}
+
 TEST(VersionSix, TheRootOfABinaryFileHasItsClassBehindItsName) {
   const support::FbxRecords records = {
       {"Objects", {}, {{"Model", {"a\0\1Model"s, "Null"}}}},

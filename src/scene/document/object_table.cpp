@@ -120,13 +120,17 @@ void ObjectTable::ReadConnections(RecordRef connections) {
     }
     if (type == "OP") connection.property = record.Text(3);
     if (type == "OP" && connection.property.empty()) continue;
+    const bool isPlacement =
+        IsA(ObjectKind::Model, connection.source) &&
+        (connection.destination == kRoot || IsA(ObjectKind::Model, connection.destination));
+    if (isPlacement && type == "OO") connection.source = NextNamesake(connection.source);
     // Before version 7 a skin is connected to the model whose geometry it deforms.
     const auto geometry = geometryOf_.find(connection.destination);
     if (geometry != geometryOf_.end() && connection.source != kRoot &&
         objects_[connection.source].kind == ObjectKind::Deformer) {
       connection.destination = geometry->second;
     }
-    if (!repeats.Allow(connection, IsMaterial(connection.source))) continue;
+    if (!repeats.Allow(connection, IsA(ObjectKind::Material, connection.source))) continue;
     connections_.push_back(connection);
   }
 }

@@ -70,9 +70,7 @@ class ObjectTable {
   void Connect(uint32_t source, uint32_t destination, std::string_view property = {}) {
     connections_.push_back({source, destination, property});
   }
-  bool IsMaterial(uint32_t index) const {
-    return index != kRoot && objects_[index].kind == ObjectKind::Material;
-  }
+  bool IsA(ObjectKind kind, uint32_t index) const { return index != kRoot && objects_[index].kind == kind; }
   bool FindEnd(RecordRef record, size_t i, uint32_t& index) const;
   void ReadConnections(RecordRef connections);
 
@@ -82,6 +80,7 @@ class ObjectTable {
   // read_named_objects.cpp: version 6, objects with unique names and the geometry inside the model
   void ReadNamedObjects(const RecordTree& tree);
   void AddAttributeOf(uint32_t model);
+  uint32_t NextNamesake(uint32_t first);
 
   // read_nested_objects.cpp: version 5 and older, everything inside the models
   void ReadNestedObjects(const RecordTree& tree);
@@ -92,6 +91,9 @@ class ObjectTable {
   std::vector<FbxObject> objects_;
   std::unordered_map<int64_t, uint32_t, MixedHash> byId_;
   std::unordered_map<std::string_view, uint32_t> byName_;
+  /// Further objects of the name of an object, and how many of them have a parent.
+  std::unordered_map<uint32_t, std::vector<uint32_t>> namesakes_;
+  std::unordered_map<uint32_t, size_t> placed_;
   /// Geometry that was made from the record of a model, by model.
   std::unordered_map<uint32_t, uint32_t> geometryOf_;
   std::vector<FbxConnection> connections_;

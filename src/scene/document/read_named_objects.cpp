@@ -11,12 +11,21 @@ void ObjectTable::ReadNamedObjects(const RecordTree& tree) {
     object.name = ObjectNamePart(record.Text(0), tree.ascii);
     object.subType = WithoutSubTypePrefix(record.Text(1));
     object.record = record;
-    // Of equal names only the first can be meant by a connection; the others stay what they are.
     const uint32_t index = AddObject(object);
-    byName_.emplace(record.Text(0), index);
+    const auto [first, isNew] = byName_.emplace(record.Text(0), index);
+    if (!isNew) namesakes_[first->second].push_back(index);
     if (object.kind == ObjectKind::Model) AddAttributeOf(index);
   }
   ReadConnections(tree.Find("Connections"));
+}
+
+/// Models of one name cannot be told apart by connections. Each that ties the name to a parent takes the next
+/// of them, so that all of them get into the tree; everything else goes to the first.
+uint32_t ObjectTable::NextNamesake(uint32_t first) {
+  const auto others = namesakes_.find(first);
+  if (others == namesakes_.end()) return first;
+  const size_t place = placed_[first]++;
+  return place == 0 || place > others->second.size() ? first : others->second[place - 1];
 }
 
 /// Makes an object of its own from the attribute that a model's record holds along with the node.
