@@ -82,7 +82,7 @@ struct KFbxShape {
 /// Adds the offsets of `shape` to `points` (x, y, z each), once for each index that exists.
 void ApplyShape(const KFbxShape& shape, std::span<double> points);
 
-/// A matrix record of sixteen numbers; none when it is absent, has fewer or is not invertible.
+/// A matrix record of sixteen numbers; none when it is absent or has another count.
 std::optional<KFbxXMatrix> ReadMatrix(RecordRef record);
 
 }  // namespace scene
