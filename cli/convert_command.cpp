@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <optional>
 
 #include "driver/convert.h"
@@ -15,6 +16,30 @@
 namespace cli {
 namespace fs = std::filesystem;
 namespace {
+
+constexpr const char* kExamples =
+    "  fbx2czp convert hero.fbx\n"
+    "      writes hero.czp, and hero.xfg for later final settings, beside the model\n"
+    "  fbx2czp convert \"Actor (Female).fbx\" --rotation-y 180 --output packages\n"
+    "      the file name makes it a female actor; nothing is written beside the model\n"
+    "  fbx2czp convert hero.fbx --double-sided Hair --exclude Helper --rename L_femur=\"left femur\"\n"
+    "  fbx2czp convert hero.fbx --finish-settings hero.json\n"
+    "      converts and applies final settings, so that bone renames know the skeleton\n";
+
+/// What "fbx2czp convert" was asked for.
+struct ConvertOptions {
+  std::vector<std::string> models;
+  std::string outputFolder;  ///< empty: beside each model
+  int32_t rotationY = 0;
+  int32_t rotationX = 0;
+  std::vector<std::string> boneRenames;  ///< "old=new"
+  int32_t meshMode = 0;
+  std::vector<std::string> meshes;
+  std::vector<std::string> doubleSidedMeshes;
+  std::vector<std::string> excludedNames;
+  std::string finishSettings;  ///< JSON file with final settings, or empty
+  Verbosity verbosity = Verbosity::Normal;
+};
 
 ts3d::ConversionJob MakeJob(const ConvertOptions& options, StatusPrinter& printer) {
   ts3d::ConversionJob job;
@@ -93,8 +118,6 @@ int ConvertModel(const std::string& name, const ConvertOptions& options,
   return code;
 }
 
-}  // namespace
-
 int RunConvert(const ConvertOptions& options) {
   std::optional<FinishSettings> finish;
   if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
@@ -113,6 +136,40 @@ int RunConvert(const ConvertOptions& options) {
     if (firstFailure == 0) firstFailure = code;
   }
   return firstFailure;
+}
+
+}  // namespace
+
+void AddConvertCommand(CLI::App& app, RunCommand& run) {
+  const auto options = std::make_shared<ConvertOptions>();
+  CLI::App& convert = AddCommand(app, "convert", "Convert models into packages", run,
+                                 [options] { return RunConvert(*options); });
+  convert.add_option("MODEL", options->models, "FBX files, binary or ASCII")->required();
+  convert.add_option("-o,--output", options->outputFolder,
+                     "Folder for the package and its .xfg document (default: beside each model)");
+  convert.add_option("--rotation-y", options->rotationY,
+                     "Turn about the up axis in degrees, for the document (0)");
+  convert.add_option("--rotation-x", options->rotationX,
+                     "Turn about the side axis in degrees, for the document (0)");
+  Repeatable(convert.add_option("--rename", options->boneRenames, "Product name of a bone; repeat for more"))
+      ->check(ListPair("OLD=NEW"));
+  convert
+      .add_option(
+          "--mesh-mode", options->meshMode,
+          "Which meshes get inward normals. Without --mesh: 1 all, 0 and 2 none. With --mesh: 2 those, "
+          "0 and 1 all others (0)")
+      ->check(CLI::Range(0, 2));
+  Repeatable(convert.add_option("--mesh", options->meshes, "Mesh that --mesh-mode is about; repeat for more"))
+      ->check(ListEntry());
+  Repeatable(convert.add_option("--double-sided", options->doubleSidedMeshes,
+                                "Mesh to draw from both sides; repeat for more"))
+      ->check(ListEntry());
+  Repeatable(convert.add_option("--exclude", options->excludedNames,
+                                "Mesh or material to leave out; repeat for more"));
+  convert.add_option("--finish-settings", options->finishSettings,
+                     "JSON file with final settings to apply as well");
+  AddVerbosity(convert, options->verbosity);
+  SetFooter(convert, kExamples);
 }
 
 }  // namespace cli

@@ -3,12 +3,33 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 
 #include "exit_codes.h"
+#include "finish_settings.h"
 #include "host_paths.h"
+#include "status_printer.h"
 
 namespace cli {
 namespace {
+
+constexpr const char* kExamples =
+    "  fbx2czp finish hero.fbx --scale 95 --mesh Body=Skin --switch-on Hat=Cap\n"
+    "      changes the document of an earlier conversion and adds it to its package again\n"
+    "  fbx2czp finish hero.fbx --settings hero.json\n"
+    "\n"
+    "Settings file (JSON), every part optional:\n"
+    "  {\"scale\": 95, \"rotation\": {\"x\": 0, \"y\": 180}, \"renames\": {\"L_femur\": \"left femur\"},\n"
+    "   \"meshes\": {\"Body\": \"Skin\"}, \"switch_on\": {\"Hat\": \"Cap\"}, \"switch_off\": {\"Coat\": "
+    "\"Coat\"}}\n";
+
+/// What "fbx2czp finish" was asked for.
+struct FinishOptions {
+  std::string model;
+  std::string settingsFile;  ///< JSON, or empty; what the command line says comes behind it
+  FinishSettings settings;
+  Verbosity verbosity = Verbosity::Normal;
+};
 
 void Append(std::vector<std::string>& to, const std::vector<std::string>& from) {
   to.insert(to.end(), from.begin(), from.end());
@@ -27,8 +48,6 @@ FinishSettings Combine(const FinishOptions& options) {
   return settings;
 }
 
-}  // namespace
-
 int RunFinish(const FinishOptions& options) {
   const FinishSettings settings = Combine(options);
   const std::filesystem::path model = std::filesystem::absolute(options.model);
@@ -46,6 +65,42 @@ int RunFinish(const FinishOptions& options) {
     std::printf("%s: updated\n", WithExtension(options.model, "czp").c_str());
   }
   return code;
+}
+
+}  // namespace
+
+void AddFinishCommand(CLI::App& app, RunCommand& run) {
+  const auto options = std::make_shared<FinishOptions>();
+  CLI::App& finish = AddCommand(app, "finish", "Apply final settings to a converted model", run,
+                                [options] { return RunFinish(*options); });
+  FinishSettings& settings = options->settings;
+  finish
+      .add_option("MODEL", options->model,
+                  "The model that was converted; its .xfg and .czp files are changed")
+      ->required();
+  finish.add_option("--settings", options->settingsFile,
+                    "JSON file with the settings; the options add to it");
+  finish.add_option("--scale", settings.scalePercent, "Size in per cent (100)");
+  finish.add_option("--rotation-y", settings.rotationY, "Turn about the up axis in degrees (0)");
+  finish.add_option("--rotation-x", settings.rotationX, "Turn about the side axis in degrees (0)");
+  Repeatable(finish.add_option("--rename", settings.boneRenames, "Product name of a bone; repeat for more"))
+      ->check(ListPair("OLD=NEW"));
+  Repeatable(finish.add_option("--mesh", settings.meshes, "Friendly name of a mesh; repeat for more"))
+      ->check(ListPair("NAME=FRIENDLY"));
+  const auto addSwitch = [&](const char* name, const char* help,
+                             void (*add)(FinishSettings&, const std::string&)) {
+    Repeatable(finish.add_option_function<std::vector<std::string>>(
+                   name,
+                   [&settings, add](const std::vector<std::string>& entries) {
+                     for (const std::string& entry : entries) add(settings, entry);
+                   },
+                   help))
+        ->check(ListPair("NAME=FRIENDLY"));
+  };
+  addSwitch("--switch-on", "Mesh with a switch, shown at first; repeat for more", AddSwitchOn);
+  addSwitch("--switch-off", "Mesh with a switch, hidden at first; repeat for more", AddSwitchOff);
+  AddVerbosity(finish, options->verbosity);
+  SetFooter(finish, kExamples);
 }
 
 }  // namespace cli

@@ -104,8 +104,6 @@ size_t Repack(const fs::path& path, const fs::path& newPath) {
   return count - members.size();
 }
 
-}  // namespace
-
 int RunRepack(const std::string& path) {
   const fs::path newPath = path + ".new";
   try {
@@ -121,6 +119,18 @@ int RunRepack(const std::string& path) {
     std::fprintf(stderr, "fbx2czp: error: %s: %s\n", path.c_str(), error.what());
     return FBX_TO_TS3D_UPDATE_FAILED;
   }
+}
+
+}  // namespace
+
+void AddRepackCommand(CLI::App& app, RunCommand& run) {
+  const auto package = std::make_shared<std::string>();
+  CLI::App& repack = AddCommand(app, "repack", "Drop superseded members from a package", run,
+                                [package] { return RunRepack(*package); });
+  repack.add_option("PACKAGE", *package, "The .czp file")->required();
+  SetFooter(repack,
+            "  fbx2czp repack hero.czp\n"
+            "      drops the documents that earlier changes left in the package\n");
 }
 
 }  // namespace cli

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <string>
+#include "command.h"
 
 namespace cli {
 
-/// Rewrites the package `path` without the members that a later member of the same name supersedes. All
-/// others keep their packed bytes, dates and order. The old package stays until the new one is complete.
-/// @return 0, or the result code for a package that cannot be updated
-int RunRepack(const std::string& path);
+/// Adds "fbx2czp repack": a package without the members that later ones of the same name replaced. The exit
+/// status is 0, or 8 with the package as it was.
+void AddRepackCommand(CLI::App& app, RunCommand& run);
 
 }  // namespace cli

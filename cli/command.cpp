@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "command.h"
+
+#include <utility>
+
+#include "exit_codes.h"
+
+namespace cli {
+namespace {
+
+std::string CheckEntry(const std::string& entry) {
+  return entry.find('|') == std::string::npos ? std::string() : "\"" + entry + "\" holds a \"|\"";
+}
+
+std::string CheckPair(const std::string& entry) {
+  return entry.find('=') == std::string::npos ? "\"" + entry + "\" holds no \"=\"" : CheckEntry(entry);
+}
+
+}  // namespace
+
+CLI::App& AddCommand(CLI::App& app, const char* name, const char* description, RunCommand& run,
+                     RunCommand command) {
+  CLI::App& added = *app.add_subcommand(name, description);
+  added.final_callback([&run, command = std::move(command)] { run = command; });
+  return added;
+}
+
+CLI::Option* Repeatable(CLI::Option* option) { return option->allow_extra_args(false); }
+
+const CLI::Validator& ListEntry() {
+  static const CLI::Validator validator(CheckEntry, "NAME");
+  return validator;
+}
+
+CLI::Validator ListPair(const char* form) { return {CheckPair, form}; }
+
+void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
+  auto* verbose = command.add_flag_callback(
+      "-v,--verbose", [&] { verbosity = Verbosity::Verbose; }, "Show every status line");
+  command
+      .add_flag_callback(
+          "-q,--quiet", [&] { verbosity = Verbosity::Quiet; }, "Show problems only")
+      ->excludes(verbose);
+}
+
+void SetFooter(CLI::App& command, const std::string& examples) {
+  command.footer("Examples:\n" + examples + "\nExit codes:\n" + ExitCodeTable());
+}
+
+}  // namespace cli

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+#include "status_printer.h"
+
+namespace cli {
+
+/// What the chosen command does once the whole command line is understood; its result is the exit status.
+using RunCommand = std::function<int()>;
+
+/// Adds a command: `run` is set when the user chose it.
+CLI::App& AddCommand(CLI::App& app, const char* name, const char* description, RunCommand& run,
+                     RunCommand command);
+
+/// An option that may be given more than once, one value each time.
+CLI::Option* Repeatable(CLI::Option* option);
+
+/// Refuses what holds a "|": the converter separates list entries by it.
+const CLI::Validator& ListEntry();
+
+/// Refuses what holds no "=" or a "|"; `form` shows in the help.
+CLI::Validator ListPair(const char* form);
+
+/// --verbose and --quiet.
+void AddVerbosity(CLI::App& command, Verbosity& verbosity);
+
+/// The examples and exit codes below the help of a command. `examples` are whole lines.
+void SetFooter(CLI::App& command, const std::string& examples);
+
+}  // namespace cli
