@@ -11,6 +11,7 @@
 #include "finish_settings.h"
 #include "host_paths.h"
 #include "status_printer.h"
+#include "terminal.h"
 #include "work_folder.h"
 
 namespace cli {
@@ -37,6 +38,7 @@ struct ConvertOptions {
   std::vector<std::string> meshes;
   std::vector<std::string> doubleSidedMeshes;
   std::vector<std::string> excludedNames;
+  bool rigidBones = false;
   std::string finishSettings;  ///< JSON file with final settings, or empty
   Verbosity verbosity = Verbosity::Normal;
 };
@@ -52,6 +54,7 @@ ts3d::ConversionJob MakeJob(const ConvertOptions& options, StatusPrinter& printe
   for (const std::string& mesh : options.doubleSidedMeshes) meshes.push_back("!" + mesh);
   job.meshOptionList = JoinList(meshes);
   job.exclusionList = options.excludedNames;
+  job.rigidBones = options.rigidBones;
   return job;
 }
 
@@ -82,7 +85,7 @@ void ReportSuccess(const fs::path& package, const ts3d::ConversionJob& job) {
 }
 
 void ReportFailure(const std::string& model, const char* reason) {
-  std::fprintf(stderr, "fbx2czp: error: %s: %s\n", model.c_str(), reason);
+  PrintMessage(model, Severity::Error, reason);
 }
 
 int ConvertModel(const std::string& name, const ConvertOptions& options,
@@ -166,6 +169,9 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       ->check(ListEntry());
   Repeatable(convert.add_option("--exclude", options->excludedNames,
                                 "Mesh or material to leave out; repeat for more"));
+  convert.add_flag(
+      "--rigid-bones", options->rigidBones,
+      "Take the scale out of the bones and keep their places; for models whose root has a scale");
   convert.add_option("--finish-settings", options->finishSettings,
                      "JSON file with final settings to apply as well");
   AddVerbosity(convert, options->verbosity);

@@ -9,6 +9,7 @@
 #include "finish_settings.h"
 #include "host_paths.h"
 #include "status_printer.h"
+#include "terminal.h"
 
 namespace cli {
 namespace {
@@ -60,7 +61,7 @@ int RunFinish(const FinishOptions& options) {
   const CurrentFolder current(nowhere.Path());
   const int code = ApplyFinishSettings(model.string(), settings, job);
   if (code != 0) {
-    std::fprintf(stderr, "fbx2czp: error: %s: %s\n", options.model.c_str(), DescribeExitCode(code));
+    PrintMessage(options.model, Severity::Error, DescribeExitCode(code));
   } else {
     std::printf("%s: updated\n", WithExtension(options.model, "czp").c_str());
   }

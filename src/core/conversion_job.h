@@ -44,6 +44,9 @@ struct ConversionJob {
 
   /// Names (of meshes and materials) that are left out, in any letter case. The exports leave it empty.
   std::vector<std::string> exclusionList;
+  /// Bones lose their scale and keep their place in the world. The exports leave it off: by their rule the
+  /// root's scale multiplies the stored translations.
+  bool rigidBones = false;
 
   // One run.
   std::shared_ptr<SkeletonState> skeleton;  ///< null before the first conversion of the process
