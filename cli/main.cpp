@@ -3,9 +3,11 @@
 #include <cstdio>
 #include <exception>
 
+#include "completion_command.h"
 #include "convert_command.h"
 #include "exit_codes.h"
 #include "finish_command.h"
+#include "manual_command.h"
 #include "repack_command.h"
 #include "terminal.h"
 
@@ -21,6 +23,8 @@ int Run(int argc, char** argv) {
   cli::AddConvertCommand(app, run);
   cli::AddFinishCommand(app, run);
   cli::AddRepackCommand(app, run);
+  cli::AddCompletionCommand(app, run);
+  cli::AddManualCommand(app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
