@@ -4,6 +4,9 @@
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
 
 #include <array>
 #include <cerrno>
@@ -48,9 +51,13 @@ bool SendFrame(int file, std::string_view message) {
 }
 
 [[noreturn]] void RunChild(const ChildProcess::Work& work, int messages, int output, bool keepsInput) {
-  signal(SIGINT, SIG_DFL);
+  // Ctrl-C reaches the whole group; what then becomes of this process is the parent's business.
+  signal(SIGINT, SIG_IGN);
+  signal(SIGHUP, SIG_IGN);
   signal(SIGTERM, SIG_DFL);
-  signal(SIGHUP, SIG_DFL);
+#ifdef __linux__
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
   dup2(output, STDOUT_FILENO);
   if (!keepsInput) {
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
