@@ -10,8 +10,9 @@
 #include "exit_codes.h"
 #include "finish_settings.h"
 #include "host_paths.h"
-#include "status_printer.h"
+#include "job_callbacks.h"
 #include "terminal.h"
+#include "textures/image_reader.h"
 #include "work_folder.h"
 
 namespace cli {
@@ -39,13 +40,13 @@ struct ConvertOptions {
   std::vector<std::string> doubleSidedMeshes;
   std::vector<std::string> excludedNames;
   bool rigidBones = false;
-  std::string finishSettings;  ///< JSON file with final settings, or empty
+  int longestTextureSide = kDefaultLongestSide;  ///< pixels
+  std::string finishSettings;                    ///< JSON file with final settings, or empty
   Verbosity verbosity = Verbosity::Normal;
 };
 
-ts3d::ConversionJob MakeJob(const ConvertOptions& options, StatusPrinter& printer) {
+ts3d::ConversionJob MakeJob(const ConvertOptions& options) {
   ts3d::ConversionJob job;
-  printer.Attach(job);
   job.rotationY = options.rotationY;
   job.rotationX = options.rotationX;
   job.boneRenameList = JoinList(options.boneRenames);
@@ -88,6 +89,17 @@ void ReportFailure(const std::string& model, const char* reason) {
   PrintMessage(model, Severity::Error, reason);
 }
 
+/// Says what becomes of the textures of `model` while it is converted.
+void ReportTextures(const std::string& model, StatusPrinter& printer, TextureConverter& textures) {
+  textures.onConvert = [&printer](const fs::path& picture) {
+    printer.Print("Converting Texture: " + picture.string());
+  };
+  textures.onProblem = [&printer, model](const TextureProblem& problem) {
+    printer.ClearBar();
+    PrintMessage(model, Severity::Warning, "texture " + problem.source + " " + problem.text);
+  };
+}
+
 int ConvertModel(const std::string& name, const ConvertOptions& options,
                  const std::optional<FinishSettings>& finish) {
   const fs::path model = fs::absolute(name);
@@ -96,7 +108,10 @@ int ConvertModel(const std::string& name, const ConvertOptions& options,
     return FBX_TO_TS3D_NO_FILE;
   }
   StatusPrinter printer(options.verbosity);
-  ts3d::ConversionJob job = MakeJob(options, printer);
+  TextureConverter textures(model, options.longestTextureSide);
+  ReportTextures(name, printer, textures);
+  ts3d::ConversionJob job = MakeJob(options);
+  const JobCallbacks callbacks(job, printer, &textures);
   fs::path package = WithExtension(model, "czp");
   int code = 0;
   if (options.outputFolder.empty() || !fs::exists(model)) {
@@ -172,6 +187,10 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   convert.add_flag(
       "--rigid-bones", options->rigidBones,
       "Take the scale out of the bones and keep their places; for models whose root has a scale");
+  convert
+      .add_option("--max-texture", options->longestTextureSide,
+                  "Longest side in pixels of a texture that is converted (8192)")
+      ->check(CLI::Range(1, kLargestSide));
   convert.add_option("--finish-settings", options->finishSettings,
                      "JSON file with final settings to apply as well");
   AddVerbosity(convert, options->verbosity);

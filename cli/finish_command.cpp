@@ -8,7 +8,7 @@
 #include "exit_codes.h"
 #include "finish_settings.h"
 #include "host_paths.h"
-#include "status_printer.h"
+#include "job_callbacks.h"
 #include "terminal.h"
 
 namespace cli {
@@ -54,7 +54,7 @@ int RunFinish(const FinishOptions& options) {
   const std::filesystem::path model = std::filesystem::absolute(options.model);
   StatusPrinter printer(options.verbosity);
   ts3d::ConversionJob job;
-  printer.Attach(job);
+  const JobCallbacks callbacks(job, printer);
   // The converter deletes the packed document from the current directory; from here it cannot, so that it
   // stays beside the package for the next change.
   const TemporaryFolder nowhere;
