@@ -189,6 +189,9 @@ class Batch {
     result.model = tasks_[index].name;
     printer_.ModelDone();
     printer_.ClearBar();
+    for (const TextureProblem& problem : result.textureProblems) {
+      PrintMessage(result.model, Severity::Warning, "texture " + problem.source + " " + problem.text);
+    }
     if (options_.verbosity != Verbosity::Quiet) {
       for (const std::string& note : result.notes) PrintMessage(result.model, Severity::Note, note);
     }

@@ -12,6 +12,7 @@
 #include "convert_options.h"
 #include "exit_codes.h"
 #include "terminal.h"
+#include "textures/image_reader.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -85,6 +86,10 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   convert.add_flag(
       "--rigid-bones", options->rigidBones,
       "Take the scale out of the bones and keep their places; for models whose root has a scale");
+  convert
+      .add_option("--max-texture", options->longestTextureSide,
+                  "Longest side in pixels of a texture that is converted (8192)")
+      ->check(CLI::Range(1, kLargestSide));
   convert.add_option("--finish-settings", options->finishSettings,
                      "JSON file with final settings to apply as well");
   convert

@@ -13,6 +13,7 @@
 #include "host_paths.h"
 #include "job_host.h"
 #include "skeleton/skeleton_state.h"
+#include "textures/tga_file.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -30,6 +31,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.meshOptionList = JoinList(meshes);
   job.exclusionList = options.excludedNames;
   job.rigidBones = options.rigidBones;
+  job.offerTgaTextures = true;
 }
 
 /// Runs in the work folder, where the converter deletes its work files.
@@ -90,6 +92,11 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     onStatus(line);
   };
   ts3d::ConversionJob job;
+  TextureConverter textures(task.model, options.longestTextureSide);
+  textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
+  host.onTexture = [&](const std::string& source, bool exists) {
+    return textures.Provide(job, source, exists);
+  };
   host.Attach(job);
   SetUp(job, options);
   try {
@@ -99,6 +106,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     result.code = FBX_TO_TS3D_LOAD_FAILED;
     result.reason = "there is not enough memory";
   }
+  result.textureProblems = textures.Problems();
   if (result.code == 0) {
     NoteRootScale(job, result);
     result.vertices = job.vertexTotal;
@@ -113,6 +121,14 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
 
 void Publish(const ModelTask& task, const WorkFolder& work) {
   fs::create_directories(task.folder);
+  // Beside the model, converted pictures serve the next conversion. Somebody's own file is not written over.
+  for (const std::string& name : work.NewPictures()) {
+    const fs::path target = task.folder / name;
+    const bool isOurs = fs::is_regular_file(fs::symlink_status(target)) && IsWrittenByUs(target);
+    if (task.folder == task.model.parent_path() && (isOurs || !fs::exists(fs::symlink_status(target)))) {
+      work.MoveTo(task.folder, name);
+    }
+  }
   work.MoveTo(task.folder, WithExtension(task.model.filename(), "xfg"));
   work.MoveTo(task.folder, task.Package().filename());
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "status_printer.h"
+#include "textures/texture_converter.h"
 
 namespace cli {
 
@@ -21,9 +22,10 @@ struct ConvertOptions {
   std::vector<std::string> doubleSidedMeshes;
   std::vector<std::string> excludedNames;
   bool rigidBones = false;
-  std::string finishSettings;  ///< JSON file with final settings, or empty
-  unsigned jobs = 0;           ///< models at a time; 0: one for each processor core
-  std::string report;          ///< JSON file to write, or empty
+  int longestTextureSide = kDefaultLongestSide;  ///< pixels; larger pictures are refused
+  std::string finishSettings;                    ///< JSON file with final settings, or empty
+  unsigned jobs = 0;                             ///< models at a time; 0: one for each processor core
+  std::string report;                            ///< JSON file to write, or empty
   Verbosity verbosity = Verbosity::Normal;
 };
 

@@ -70,6 +70,10 @@ Json ToJson(const ModelResult& result) {
   for (const MemberSize& member : result.members) {
     members.push_back({{"name", member.name}, {"bytes", member.bytes}});
   }
+  Json textures = Json::array();
+  for (const TextureProblem& problem : result.textureProblems) {
+    textures.push_back({{"source", problem.source}, {"problem", problem.text}});
+  }
   return {{"model", result.model},
           {"result", result.code},
           {"meaning", DescribeExitCode(result.code)},
@@ -78,6 +82,7 @@ Json ToJson(const ModelResult& result) {
           {"status", result.status},
           {"warnings", result.Warnings()},
           {"notes", result.notes},
+          {"textures", std::move(textures)},
           {"vertices", result.vertices},
           {"triangles", result.triangles},
           {"seconds", result.seconds},
@@ -94,6 +99,10 @@ ModelResult ResultFromJson(const Json& json) {
   json.at("reader_output").get_to(result.readerOutput);
   json.at("status").get_to(result.status);
   json.at("notes").get_to(result.notes);
+  for (const Json& texture : json.at("textures")) {
+    result.textureProblems.push_back(
+        {texture.at("source").get<std::string>(), texture.at("problem").get<std::string>()});
+  }
   json.at("vertices").get_to(result.vertices);
   json.at("triangles").get_to(result.triangles);
   json.at("seconds").get_to(result.seconds);

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "textures/texture_converter.h"
+
 namespace cli {
 
 /// A file in a package.
@@ -23,6 +25,7 @@ struct ModelResult {
   std::vector<std::string> status;  ///< status lines in order, without line ends
   std::string readerOutput;         ///< what the reader said of a file that it cannot load
   std::vector<std::string> notes;   ///< advice in plain words
+  std::vector<TextureProblem> textureProblems;
   int32_t vertices = 0, triangles = 0;
   double seconds = 0.0;
   std::string package;  ///< path; empty on failure

@@ -48,6 +48,10 @@ struct ConversionJob {
   /// root's scale multiplies the stored translations.
   bool rigidBones = false;
 
+  /// Whether `textureCallback` is called for textures that are named ".tga" as well. The exports leave it
+  /// off.
+  bool offerTgaTextures = false;
+
   // One run.
   std::shared_ptr<SkeletonState> skeleton;  ///< null before the first conversion of the process
   int32_t vertexTotal = 0;                  ///< control points of the converted meshes
