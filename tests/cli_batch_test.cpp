@@ -144,7 +144,7 @@ TEST_F(Batch, CtrlCLeavesWholePackagesOrNone) {
   const int terminal = StartInTerminal({"convert", "models", "-o", "out", "--jobs", "2"});
   unsetenv("TMPDIR");
   std::string screen;
-  ReadUntil(terminal, " 3/300 ", screen);
+  ReadUntil(terminal, "]   1% ", screen);
   ASSERT_EQ(write(terminal, "\x03", 1), 1);
   EXPECT_EQ(WatchTerminal(terminal, screen), 130);
   EXPECT_NE(screen.find("interrupted; "), std::string::npos) << screen;
