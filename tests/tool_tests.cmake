@@ -1,5 +1,4 @@
 # Tests of final settings from outside, and of the command-line tool.
-find_package(pugixml REQUIRED)
 ts3d_add_tests(cli_commands_test.cpp finish_safety_test.cpp finish_xml_test.cpp)
 target_link_libraries(ts3d_tests PRIVATE pugixml::pugixml)
 target_compile_definitions(ts3d_tests PRIVATE FBX2CZP_PATH="$<TARGET_FILE:fbx2czp>")
