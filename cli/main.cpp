@@ -6,6 +6,7 @@
 #include "convert_command.h"
 #include "exit_codes.h"
 #include "finish_command.h"
+#include "inspect_command.h"
 #include "repack_command.h"
 
 namespace {
@@ -20,6 +21,7 @@ int Run(int argc, char** argv) {
   cli::AddConvertCommand(app, run);
   cli::AddFinishCommand(app, run);
   cli::AddRepackCommand(app, run);
+  cli::AddInspectCommand(app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
