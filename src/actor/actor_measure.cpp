@@ -11,10 +11,26 @@
 namespace actor {
 namespace {
 
+using Double3 = std::array<double, 3>;
+
+constexpr size_t kSomeBones = 5, kManyBones = 15;
+constexpr double kLargestSound = 0.04, kGross = 1.0;
+
 struct Carried {
-  std::array<double, 3> sum{};
+  Double3 sum{};
   size_t vertices = 0;
 };
+
+double Dot(const Double3& a, const Double3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
+Double3 Minus(const Double3& a, const Double3& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
+
+/// Distance of `point` from the line between `start` and `end`.
+double FromLine(const Double3& point, const Double3& start, const Double3& end) {
+  const Double3 line = Minus(end, start), from = Minus(point, start);
+  const double square = Dot(line, line);
+  const double along = square > 0.0 ? std::clamp(Dot(from, line) / square, 0.0, 1.0) : 0.0;
+  return std::hypot(from[0] - along * line[0], from[1] - along * line[1], from[2] - along * line[2]);
+}
 
 std::vector<Carried> SumByBone(const Actor& actor) {
   std::vector<Carried> carried(actor.skeleton.bones.size());
@@ -62,21 +78,29 @@ BoneDistance MeasureBoneDistance(const Actor& actor) {
     for (const Vertex& vertex : mesh.vertices) box.Add(vertex.position);
   }
   const double diagonal = box.Diagonal();
+  if (diagonal == 0.0) return {};
+  const auto placeOf = [&](size_t bone) { return BindTransform(actor.skeleton.bones[bone]).translation; };
   const std::vector<Carried> carried = SumByBone(actor);
   std::vector<double> distances;
   for (size_t i = 0; i < carried.size(); ++i) {
-    if (carried[i].vertices == 0 || diagonal == 0.0) continue;
+    if (carried[i].vertices == 0) continue;
     const auto count = static_cast<double>(carried[i].vertices);
-    const std::array<double, 3> place = BindTransform(actor.skeleton.bones[i]).translation;
-    const auto& sum = carried[i].sum;
-    distances.push_back(
-        std::hypot(sum[0] / count - place[0], sum[1] / count - place[1], sum[2] / count - place[2]) /
-        diagonal);
+    const Double3 middle{carried[i].sum[0] / count, carried[i].sum[1] / count, carried[i].sum[2] / count};
+    double nearest = FromLine(middle, placeOf(i), placeOf(i));
+    for (const int32_t child : actor.skeleton.bones[i].children) {
+      nearest = std::min(nearest, FromLine(middle, placeOf(i), placeOf(static_cast<size_t>(child))));
+    }
+    distances.push_back(nearest / diagonal);
   }
   if (distances.empty()) return {};
-  const auto middle = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
-  std::nth_element(distances.begin(), middle, distances.end());
-  return {distances.size(), *middle};
+  const auto median = distances.begin() + static_cast<std::ptrdiff_t>(distances.size() / 2);
+  std::nth_element(distances.begin(), median, distances.end());
+  return {distances.size(), *median};
+}
+
+bool IsAway(const BoneDistance& distance) {
+  return distance.bones >= kSomeBones &&
+         distance.median > (distance.bones >= kManyBones ? kLargestSound : kGross);
 }
 
 }  // namespace actor

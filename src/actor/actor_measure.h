@@ -22,16 +22,15 @@ Box BoundsOf(const Mesh& mesh);
 
 /// How far bones are from what hangs on them.
 struct BoneDistance {
-  size_t bones = 0;  ///< those that carry vertices with a weight above a half
-  double median =
-      0.0;  ///< distance from a bone to the middle of its vertices, as a part of the model's diagonal
+  size_t bones = 0;     ///< those that carry vertices with a weight above a half
+  double median = 0.0;  ///< from the line that a bone makes to its nearest child to the middle of its
+                        ///< vertices, as a part of the model's diagonal
 };
 
-/// Sound characters of 16 and more bones have a median of 0.002 to 0.004; a skeleton that is shifted by a
-/// tenth of the diagonal, turned, mirrored or of another scale brings it above 0.04. With few bones each
-/// carries a large part of the model, whose middle is naturally far from the joint.
-inline constexpr double kLargestSoundDistance = 0.04;
-inline constexpr size_t kFewestBones = 15;
+/// Whether a distance shows that skeleton and meshes do not belong together. Sound characters of 15 and more
+/// bones stay below 0.01; a skeleton that is shifted by a tenth of the diagonal is above 0.06. Few bones
+/// carry so much of the model each that only a gross distance tells.
+bool IsAway(const BoneDistance& distance);
 
 BoneDistance MeasureBoneDistance(const Actor& actor);
 

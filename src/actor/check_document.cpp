@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
+#include <map>
 #include <set>
 
 #include "actor/check_actor.h"
@@ -23,9 +23,7 @@ class DocumentCheck {
 
   void Run() {
     CheckSkeletonLine();
-    for (const DocumentMesh& mesh : document_.meshes) {
-      ExpectFile(mesh.file, "mesh \"" + mesh.name + "\"");
-    }
+    CheckMeshLines();
     CheckMaterialLines();
     for (const Mesh& mesh : actor_.meshes) CheckThread(mesh);
     for (const Material& material : actor_.materials) CheckPicture(material);
@@ -55,6 +53,20 @@ class DocumentCheck {
     }
   }
 
+  void CheckMeshLines() {
+    std::map<std::string, size_t> listed;
+    for (const DocumentMesh& mesh : document_.meshes) {
+      if (++listed[mesh.file] == 1) ExpectFile(mesh.file, "mesh \"" + mesh.name + "\"");
+    }
+    for (const auto& [file, count] : listed) {
+      if (count == 1) continue;
+      Problem("same-mesh-name",
+              "lists \"" + file + "\" " + std::to_string(count) +
+                  " times: meshes of one name replace each other, and only the last is left",
+              "give every mesh in the model a name of its own, then convert again");
+    }
+  }
+
   void CheckMaterialLines() {
     size_t ofProduct = 0;
     for (const DocumentMaterial& material : document_.materials) {
@@ -70,19 +82,21 @@ class DocumentCheck {
                 " materials that are not in the package: the product has them for its own bodies");
   }
 
-  /// The material whose thread a mesh has must be the mesh's own.
+  /// The thread of a mesh must be that of its own material.
   void CheckThread(const Mesh& mesh) {
     const std::string file = mesh.name + ".xrf";
-    const auto line = std::find_if(
-        document_.materials.begin(), document_.materials.end(), [&](const DocumentMaterial& material) {
-          return ts3d::EqualsIgnoreCase(material.file, file) && material.threadId >= kFirstThreadId;
-        });
-    if (line == document_.materials.end() || line->threadId == mesh.threadId) return;
+    const DocumentMaterial* own = nullptr;
+    for (const DocumentMaterial& material : document_.materials) {
+      if (!ts3d::EqualsIgnoreCase(material.file, file)) continue;
+      if (material.threadId == mesh.threadId) return;
+      own = &material;
+    }
+    if (!own) return;
     AddProblem(findings_, "thread-mismatch", mesh.name + ".cmf",
                "has the material thread " + std::to_string(mesh.threadId) +
-                   ", but the document gives its material " + std::to_string(line->threadId) +
-                   "; it is shown with another mesh's material",
-               "give every mesh in the model a name of its own, then convert again");
+                   ", but the document gives its material " + std::to_string(own->threadId) +
+                   "; it is shown with the material of another mesh",
+               "remove empty meshes and materials that no polygon has from the model, then convert again");
   }
 
   void CheckPicture(const Material& material) {

@@ -13,8 +13,10 @@ std::string Extension(const std::string& name) {
 }
 
 const char* AdviceForEmpty(const std::string& name) {
-  return Extension(name) == ".tga" ? "put the picture beside the model and convert again"
-                                   : "convert the model again and look at its messages";
+  const std::string extension = Extension(name);
+  if (extension == ".tga") return "put the picture beside the model and convert again";
+  if (extension == ".cmf") return "remove materials that no polygon has from the model, then convert again";
+  return "convert the model again and look at its messages";
 }
 
 void CheckMember(const Member& member, Findings& findings) {
@@ -68,7 +70,7 @@ void CheckUse(const Member& member, const UsedNames& used, bool isFolder, Findin
   } else if (extension == ".tga") {
     if (used.pictures.contains(name)) return;
     AddNote(findings, "unused-picture", member.name, "is a picture that no material uses");
-  } else if (extension != ".xfg" && !isFolder) {
+  } else if (extension != ".xfg" && !isFolder && !used.pictures.contains(name)) {
     AddNote(findings, "unknown-file", member.name, "is no part of an actor");
   }
 }

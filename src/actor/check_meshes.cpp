@@ -44,7 +44,7 @@ void CheckMeshes(const Actor& actor, Findings& findings) {
     if (!actor.skeleton.bones.empty()) CheckWeights(mesh, findings);
   }
   const BoneDistance distance = MeasureBoneDistance(actor);
-  if (distance.bones < kFewestBones || distance.median <= kLargestSoundDistance) return;
+  if (!IsAway(distance)) return;
   const int percent = static_cast<int>(std::lround(std::min(distance.median, 1e4) * 100.0));
   AddProblem(findings, "mesh-away", "",
              "the meshes stand away from their bones, " + std::to_string(percent) +
