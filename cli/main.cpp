@@ -5,6 +5,7 @@
 
 #include "convert_command.h"
 #include "exit_codes.h"
+#include "export_command.h"
 #include "finish_command.h"
 #include "inspect_command.h"
 #include "repack_command.h"
@@ -23,6 +24,7 @@ int Run(int argc, char** argv) {
   cli::AddFinishCommand(app, run);
   cli::AddRepackCommand(app, run);
   cli::AddInspectCommand(app, run);
+  cli::AddExportCommand(app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
