@@ -64,6 +64,8 @@ Json BoneNodes(const Skeleton& skeleton) {
     if (bone.parent >= 0) {
       place = BindTransform(skeleton.bones[static_cast<size_t>(bone.parent)]).Inverse() * place;
     }
+    // Rounding may bring a component just beyond 1, which the format does not allow.
+    for (double& part : place.rotation) part = std::clamp(part, -1.0, 1.0);
     Json node = {{"name", bone.name}, {"translation", place.translation}, {"rotation", place.rotation}};
     if (!bone.children.empty()) node["children"] = bone.children;
     nodes.push_back(std::move(node));
