@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#include "actor/material_reader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+namespace actor {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+std::string_view Trimmed(std::string_view text) {
+  const size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+/// Takes `expected` and the blanks before it from the front of `text`.
+bool Take(std::string_view& text, std::string_view expected) {
+  const size_t start = std::min(text.find_first_not_of(kBlanks), text.size());
+  if (!text.substr(start).starts_with(expected)) return false;
+  text.remove_prefix(start + expected.size());
+  return true;
+}
+
+/// Takes "<element>content</element>".
+bool TakeElement(std::string_view& text, const std::string& element, std::string_view& content) {
+  if (!Take(text, "<" + element + ">")) return false;
+  const std::string close = "</" + element + ">";
+  const size_t end = text.find(close);
+  if (end == std::string_view::npos) return false;
+  content = text.substr(0, end);
+  text.remove_prefix(end + close.size());
+  return true;
+}
+
+template <class Number>
+bool TakeNumber(std::string_view& text, Number& number) {
+  text = Trimmed(text);
+  const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (failed != std::errc()) return false;
+  text.remove_prefix(static_cast<size_t>(end - text.data()));
+  return text.empty() || kBlanks.find(text.front()) != std::string_view::npos;
+}
+
+bool TakeColour(std::string_view& text, const char* element, std::array<int32_t, 4>& colour) {
+  std::string_view content;
+  if (!TakeElement(text, element, content)) return false;
+  for (int32_t& channel : colour) {
+    if (!TakeNumber(content, channel)) return false;
+  }
+  return Trimmed(content).empty();
+}
+
+/// @return null, or the element that is wrong or missing
+const char* Read(std::string_view text, Material& material) {
+  if (!Take(text, "<MATERIAL VERSION=\"1000\" NUMMAPS=\"")) return "MATERIAL";
+  const bool announced = text.starts_with('1');
+  if (!Take(text, announced ? "1\">" : "0\">")) return "NUMMAPS";
+  if (!TakeColour(text, "AMBIENT", material.ambient)) return "AMBIENT";
+  if (!TakeColour(text, "DIFFUSE", material.diffuse)) return "DIFFUSE";
+  if (!TakeColour(text, "SPECULAR", material.specular)) return "SPECULAR";
+  std::string_view content;
+  if (!TakeElement(text, "SHININESS", content) || !TakeNumber(content, material.shininess) ||
+      !Trimmed(content).empty()) {
+    return "SHININESS";
+  }
+  material.hasMap = TakeElement(text, "MAP", content);
+  if (material.hasMap != announced) return "MAP";
+  if (material.hasMap) material.map = content;
+  return Take(text, "</MATERIAL>") && Trimmed(text).empty() ? nullptr : "/MATERIAL";
+}
+
+}  // namespace
+
+bool ReadMaterial(std::string_view bytes, Material& material, std::string& error) {
+  std::string name = std::move(material.name);
+  material = {};
+  const char* wrong = Read(bytes, material);
+  if (wrong) material = {};
+  material.name = std::move(name);
+  if (wrong) error = std::string("its element ") + wrong + " is wrong or missing";
+  return !wrong;
+}
+
+}  // namespace actor
