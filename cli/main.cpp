@@ -8,8 +8,8 @@
 #include "exit_codes.h"
 #include "export_command.h"
 #include "finish_command.h"
-#include "manual_command.h"
 #include "inspect_command.h"
+#include "manual_command.h"
 #include "repack_command.h"
 #include "terminal.h"
 
