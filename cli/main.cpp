@@ -6,6 +6,7 @@
 #include "convert_command.h"
 #include "exit_codes.h"
 #include "finish_command.h"
+#include "preview_command.h"
 #include "repack_command.h"
 
 namespace {
@@ -19,6 +20,7 @@ int Run(int argc, char** argv) {
   cli::RunCommand run;
   cli::AddConvertCommand(app, run);
   cli::AddFinishCommand(app, run);
+  cli::AddPreviewCommand(app, run);
   cli::AddRepackCommand(app, run);
   try {
     app.parse(argc, argv);

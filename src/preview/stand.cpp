@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "preview/stand.h"
+
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "preview/model.h"
+
+namespace preview {
+namespace {
+
+/// The mean place of some bones.
+struct Place {
+  Vector sum{};
+  int count = 0;
+
+  void Add(const Vector& origin) {
+    sum = sum + origin;
+    ++count;
+  }
+  Vector Mean() const { return sum * (1.0 / count); }
+};
+
+/// What the names of the bones tell.
+struct NamedPlaces {
+  Place head, foot, toe, left, right;
+};
+
+/// The words of a bone's name in lower case: "Bip01 L Foot" -> "bip01", "l", "foot".
+std::vector<std::string> Words(const std::string& name) {
+  std::vector<std::string> words(1);
+  for (const char c : name) {
+    const bool upper = c >= 'A' && c <= 'Z';
+    if (upper || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) {
+      words.back() += upper ? static_cast<char>(c - 'A' + 'a') : c;
+    } else {
+      words.emplace_back();
+    }
+  }
+  return words;
+}
+
+bool AnyHolds(const std::vector<std::string>& words, std::initializer_list<const char*> parts) {
+  for (const std::string& word : words) {
+    for (const char* part : parts) {
+      if (word.find(part) != std::string::npos) return true;
+    }
+  }
+  return false;
+}
+
+bool IsOnSide(const std::vector<std::string>& words, const char* letter, const char* side) {
+  return std::any_of(words.begin(), words.end(),
+                     [&](const std::string& word) { return word == letter || word.starts_with(side); });
+}
+
+NamedPlaces FindNamedPlaces(const actor::Skeleton& skeleton) {
+  NamedPlaces places;
+  for (const actor::Bone& bone : skeleton.bones) {
+    const std::vector<std::string> words = Words(bone.name);
+    const Vector origin = BoneOrigin(bone);
+    if (IsOnSide(words, "l", "left")) places.left.Add(origin);
+    if (IsOnSide(words, "r", "right")) places.right.Add(origin);
+    if (AnyHolds(words, {"control"})) continue;  // handles stand off the body
+    if (AnyHolds(words, {"head", "neck", "skull"})) places.head.Add(origin);
+    if (AnyHolds(words, {"toe"})) {
+      places.toe.Add(origin);
+    } else if (AnyHolds(words, {"foot", "feet", "ankle"})) {
+      places.foot.Add(origin);
+    }
+  }
+  return places;
+}
+
+/// The axis of the model's space along which `direction` leads most, `barred` left out.
+std::optional<Vector> NearestAxis(Vector direction, const Vector& barred) {
+  size_t longest = 0;
+  for (size_t i = 0; i < 3; ++i) {
+    if (barred[i] != 0.0) direction[i] = 0.0;
+    if (std::abs(direction[i]) > std::abs(direction[longest])) longest = i;
+  }
+  if (direction[longest] == 0.0) return std::nullopt;
+  Vector axis{};
+  axis[longest] = direction[longest] > 0.0 ? 1.0 : -1.0;
+  return axis;
+}
+
+std::optional<Vector> AxisFrom(const Place& from, const Place& to, const Vector& barred) {
+  if (from.count == 0 || to.count == 0) return std::nullopt;
+  return NearestAxis(to.Mean() - from.Mean(), barred);
+}
+
+/// Rule 1: the ground under the model.
+std::optional<Vector> UpFromGround(const Bounds& bounds) {
+  constexpr double kTolerance = 0.04;  // soles reach a little below the ground
+  Vector up{};
+  int found = 0;
+  for (size_t i = 0; i < 3; ++i) {
+    const double allowed = kTolerance * bounds.Extent()[i];
+    if (allowed <= 0.0) continue;
+    const bool above = std::abs(bounds.low[i]) <= allowed;
+    const bool below = std::abs(bounds.high[i]) <= allowed;
+    if (above == below) continue;
+    up[i] = above ? 1.0 : -1.0;
+    ++found;
+  }
+  return found == 1 ? std::optional(up) : std::nullopt;
+}
+
+Vector FindUp(const Bounds& bounds, const NamedPlaces& places, const Vector& side) {
+  if (const auto up = UpFromGround(bounds)) return *up;
+  if (const auto up = AxisFrom(places.foot.count ? places.foot : places.toe, places.head, side)) return *up;
+  return NearestAxis(bounds.Extent(), side).value_or(Vector{0, 1, 0});
+}
+
+Vector FindFront(const NamedPlaces& places, const Vector& up) {
+  if (const auto side = AxisFrom(places.right, places.left, up)) return Cross(*side, up);
+  if (const auto front = AxisFrom(places.foot, places.toe, up)) return *front;
+  return up[1] != 0.0 ? Vector{0, 0, 1} : Vector{0, -1, 0};
+}
+
+}  // namespace
+
+Stand FindStand(const actor::Actor& drawable) {
+  const NamedPlaces places = FindNamedPlaces(drawable.skeleton);
+  const Vector side = AxisFrom(places.right, places.left, {}).value_or(Vector{});
+  Stand stand;
+  stand.up = FindUp(ModelBounds(drawable), places, side);
+  stand.front = FindFront(places, stand.up);
+  stand.side = Cross(stand.up, stand.front);
+  return stand;
+}
+
+}  // namespace preview
