@@ -13,6 +13,7 @@
 #include "core/names.h"
 #include "exit_codes.h"
 #include "fbx_to_ts3d.h"
+#include "preview/page.h"
 #include "preview/picture.h"
 #include "preview/png_file.h"
 #include "preview_pictures.h"
@@ -27,7 +28,9 @@ constexpr const char* kExamples =
     "  fbx2czp preview hero.fbx -o hero.png --view front --size 1024\n"
     "      converts the model in a temporary folder first and shows the result\n"
     "  fbx2czp preview hero.czp -o turn.png --turntable 24\n"
-    "      writes turn_000.png to turn_023.png, once around the model\n";
+    "      writes turn_000.png to turn_023.png, once around the model\n"
+    "  fbx2czp preview hero.czp -o hero.html\n"
+    "      one page for any browser: turn the model around, bend its bones, see their weights\n";
 
 const std::map<std::string, preview::View> kViews = {
     {"front", {0, 0}}, {"side", {90, 0}}, {"top", {0, 90}}, {"three-quarter", {32, 12}}};
@@ -109,9 +112,23 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
   });
 }
 
+void WritePage(const PreviewOptions& options, const actor::Actor& actor) {
+  const std::string title = fs::path(options.input).filename().string();
+  WriteFile(options.output, preview::WritePage(actor, title, DecodePicture));
+}
+
 int RunPreview(const PreviewOptions& options) {
   try {
-    WritePictures(options, LoadInput(options.input));
+    const bool wantsPage = HasExtension(options.output, ".html");
+    if (wantsPage && preview::PageTemplate().empty())
+      throw PreviewFailure(kUsageError,
+                           "this fbx2czp was built without Node.js and has no page; write a .png picture");
+    const actor::Actor actor = LoadInput(options.input);
+    if (wantsPage) {
+      WritePage(options, actor);
+    } else {
+      WritePictures(options, actor);
+    }
     return FBX_TO_TS3D_OK;
   } catch (const PreviewFailure& failure) {
     std::fprintf(stderr, "fbx2czp: error: %s: %s\n", options.input.c_str(), failure.what());

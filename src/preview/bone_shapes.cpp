@@ -8,7 +8,7 @@ namespace {
 
 constexpr Colour kBoneColour = {0.20, 0.42, 0.85};
 constexpr Colour kJointColour = {1.0, 0.55, 0.05};
-constexpr double kJointRadius = 0.011;    ///< of the model's radius
+constexpr double kJointRadius = 0.014;    ///< of the model's radius
 constexpr double kBoneWidth = 0.10;       ///< of the bone's length
 constexpr double kLargestWidth = 0.035;   ///< of the model's radius
 constexpr double kSmallestWidth = 0.006;  ///< likewise

@@ -11,7 +11,7 @@ double Brightness(const Vector& normal, const Camera& camera) {
   const Vector fill = camera.ToViewer() * 0.6 - camera.Up() * 0.1 + camera.Right() * 0.8;
   Vector facing = Unit(normal, camera.ToViewer());
   if (Dot(facing, camera.ToViewer()) < 0.0) facing = facing * -1.0;
-  return 0.42 + 0.5 * std::max(Dot(facing, key), 0.0) + 0.14 * std::max(Dot(facing, fill), 0.0);
+  return 0.46 + 0.5 * std::max(Dot(facing, key), 0.0) + 0.14 * std::max(Dot(facing, fill), 0.0);
 }
 
 /// How many pixels of the texture lie side by side in one of the canvas.

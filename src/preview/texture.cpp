@@ -30,14 +30,6 @@ Pixels Halve(const Pixels& from) {
   return to;
 }
 
-/// Many programs write pictures with 32 bits and leave the opacity at 0 throughout.
-void MakeOpaqueIfInvisible(Pixels& pixels) {
-  for (size_t i = 3; i < pixels.rgba.size(); i += 4) {
-    if (pixels.rgba[i] != 0) return;
-  }
-  for (size_t i = 3; i < pixels.rgba.size(); i += 4) pixels.rgba[i] = 255;
-}
-
 /// Where `t` lies along `size` repeating texels: two neighbours and the share of the second.
 struct Between {
   int first, second;
@@ -53,6 +45,13 @@ Between Locate(double t, int size) {
 }
 
 }  // namespace
+
+void MakeOpaqueIfInvisible(Pixels& pixels) {
+  for (size_t i = 3; i < pixels.rgba.size(); i += 4) {
+    if (pixels.rgba[i] != 0) return;
+  }
+  for (size_t i = 3; i < pixels.rgba.size(); i += 4) pixels.rgba[i] = 255;
+}
 
 Texture::Texture(Pixels pixels) {
   MakeOpaqueIfInvisible(pixels);

@@ -20,6 +20,10 @@ struct Pixels {
 /// picture files is not the drawing's business.
 using PictureDecoder = std::function<std::optional<Pixels>(const std::string& bytes)>;
 
+/// Makes a picture opaque whose every pixel is invisible: many programs write 32 bits and leave the opacity
+/// 0.
+void MakeOpaqueIfInvisible(Pixels& pixels);
+
 /// A picture as a surface shows it, with smaller copies for surfaces that are far away.
 class Texture {
  public:
