@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-import { Box3 } from "three";
+import { Box3, Vector3 } from "three";
 import { readActor } from "./actor.js";
 import { Bones } from "./bones.js";
 import { Meshes } from "./meshes.js";
@@ -12,10 +12,11 @@ const kViewAngle = 32; // degrees, as in the tool's pictures
 function start() {
   const actor = readActor(document.getElementById("actor").textContent);
   const element = document.getElementById("stage");
-  const bones = new Bones(actor.bones, document.getElementById("labels"));
   const stage = new Stage(element, actor.stand, () => bones.placeNames(stage.camera, stage.width, stage.height));
   const meshes = new Meshes(actor, () => stage.draw());
   const pose = new Pose(actor.bones);
+  const size = new Box3().setFromObject(meshes.group).getSize(new Vector3()).length();
+  const bones = new Bones(actor.bones, document.getElementById("labels"), size);
   stage.model.add(meshes.group, bones.group);
   stage.scene.updateMatrixWorld();
 
@@ -58,7 +59,7 @@ function start() {
   stage.resize();
   follow();
   choose(actor.bones.length > 0 ? 0 : -1);
-  const box = new Box3().setFromObject(meshes.group).union(new Box3().setFromObject(bones.group));
+  const box = new Box3().setFromObject(meshes.group).union(new Box3().setFromObject(bones.points));
   stage.frame(box, kViewAngle);
   // For tests and for the browser's console.
   window.preview = { actor, pose, meshes, bones, stage, bend, choose };
