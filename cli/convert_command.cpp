@@ -10,7 +10,9 @@
 #include "exit_codes.h"
 #include "finish_settings.h"
 #include "host_paths.h"
-#include "status_printer.h"
+#include "job_callbacks.h"
+#include "terminal.h"
+#include "textures/image_reader.h"
 #include "work_folder.h"
 
 namespace cli {
@@ -37,13 +39,14 @@ struct ConvertOptions {
   std::vector<std::string> meshes;
   std::vector<std::string> doubleSidedMeshes;
   std::vector<std::string> excludedNames;
-  std::string finishSettings;  ///< JSON file with final settings, or empty
+  bool rigidBones = false;
+  int longestTextureSide = kDefaultLongestSide;  ///< pixels
+  std::string finishSettings;                    ///< JSON file with final settings, or empty
   Verbosity verbosity = Verbosity::Normal;
 };
 
-ts3d::ConversionJob MakeJob(const ConvertOptions& options, StatusPrinter& printer) {
+ts3d::ConversionJob MakeJob(const ConvertOptions& options) {
   ts3d::ConversionJob job;
-  printer.Attach(job);
   job.rotationY = options.rotationY;
   job.rotationX = options.rotationX;
   job.boneRenameList = JoinList(options.boneRenames);
@@ -52,6 +55,7 @@ ts3d::ConversionJob MakeJob(const ConvertOptions& options, StatusPrinter& printe
   for (const std::string& mesh : options.doubleSidedMeshes) meshes.push_back("!" + mesh);
   job.meshOptionList = JoinList(meshes);
   job.exclusionList = options.excludedNames;
+  job.rigidBones = options.rigidBones;
   return job;
 }
 
@@ -82,7 +86,18 @@ void ReportSuccess(const fs::path& package, const ts3d::ConversionJob& job) {
 }
 
 void ReportFailure(const std::string& model, const char* reason) {
-  std::fprintf(stderr, "fbx2czp: error: %s: %s\n", model.c_str(), reason);
+  PrintMessage(model, Severity::Error, reason);
+}
+
+/// Says what becomes of the textures of `model` while it is converted.
+void ReportTextures(const std::string& model, StatusPrinter& printer, TextureConverter& textures) {
+  textures.onConvert = [&printer](const fs::path& picture) {
+    printer.Print("Converting Texture: " + picture.string());
+  };
+  textures.onProblem = [&printer, model](const TextureProblem& problem) {
+    printer.ClearBar();
+    PrintMessage(model, Severity::Warning, "texture " + problem.source + " " + problem.text);
+  };
 }
 
 int ConvertModel(const std::string& name, const ConvertOptions& options,
@@ -93,7 +108,10 @@ int ConvertModel(const std::string& name, const ConvertOptions& options,
     return FBX_TO_TS3D_NO_FILE;
   }
   StatusPrinter printer(options.verbosity);
-  ts3d::ConversionJob job = MakeJob(options, printer);
+  TextureConverter textures(model, options.longestTextureSide);
+  ReportTextures(name, printer, textures);
+  ts3d::ConversionJob job = MakeJob(options);
+  const JobCallbacks callbacks(job, printer, &textures);
   fs::path package = WithExtension(model, "czp");
   int code = 0;
   if (options.outputFolder.empty() || !fs::exists(model)) {
@@ -166,6 +184,13 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       ->check(ListEntry());
   Repeatable(convert.add_option("--exclude", options->excludedNames,
                                 "Mesh or material to leave out; repeat for more"));
+  convert.add_flag(
+      "--rigid-bones", options->rigidBones,
+      "Take the scale out of the bones and keep their places; for models whose root has a scale");
+  convert
+      .add_option("--max-texture", options->longestTextureSide,
+                  "Longest side in pixels of a texture that is converted (8192)")
+      ->check(CLI::Range(1, kLargestSide));
   convert.add_option("--finish-settings", options->finishSettings,
                      "JSON file with final settings to apply as well");
   AddVerbosity(convert, options->verbosity);

@@ -8,7 +8,8 @@
 #include "exit_codes.h"
 #include "finish_settings.h"
 #include "host_paths.h"
-#include "status_printer.h"
+#include "job_callbacks.h"
+#include "terminal.h"
 
 namespace cli {
 namespace {
@@ -53,14 +54,14 @@ int RunFinish(const FinishOptions& options) {
   const std::filesystem::path model = std::filesystem::absolute(options.model);
   StatusPrinter printer(options.verbosity);
   ts3d::ConversionJob job;
-  printer.Attach(job);
+  const JobCallbacks callbacks(job, printer);
   // The converter deletes the packed document from the current directory; from here it cannot, so that it
   // stays beside the package for the next change.
   const TemporaryFolder nowhere;
   const CurrentFolder current(nowhere.Path());
   const int code = ApplyFinishSettings(model.string(), settings, job);
   if (code != 0) {
-    std::fprintf(stderr, "fbx2czp: error: %s: %s\n", options.model.c_str(), DescribeExitCode(code));
+    PrintMessage(options.model, Severity::Error, DescribeExitCode(code));
   } else {
     std::printf("%s: updated\n", WithExtension(options.model, "czp").c_str());
   }

@@ -6,8 +6,10 @@
 #include "convert_command.h"
 #include "exit_codes.h"
 #include "finish_command.h"
+#include "inspect_command.h"
 #include "preview_command.h"
 #include "repack_command.h"
+#include "terminal.h"
 
 namespace {
 
@@ -20,13 +22,14 @@ int Run(int argc, char** argv) {
   cli::RunCommand run;
   cli::AddConvertCommand(app, run);
   cli::AddFinishCommand(app, run);
-  cli::AddPreviewCommand(app, run);
   cli::AddRepackCommand(app, run);
+  cli::AddInspectCommand(app, run);
+  cli::AddPreviewCommand(app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
-    std::fprintf(stderr, "fbx2czp: error: %s. Try 'fbx2czp --help'.\n", error.what());
+    cli::PrintMessage("", cli::Severity::Error, std::string(error.what()) + ". Try 'fbx2czp --help'.");
     return cli::kUsageError;
   }
   return run();
@@ -38,7 +41,7 @@ int main(int argc, char** argv) {
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "fbx2czp: error: %s\n", error.what());
+    cli::PrintMessage("", cli::Severity::Error, error.what());
     return cli::kUsageError;
   }
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "preview_command.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -16,7 +15,9 @@
 #include "preview/page.h"
 #include "preview/picture.h"
 #include "preview/png_file.h"
-#include "preview_pictures.h"
+#include "terminal.h"
+#include "textures/image_reader.h"
+#include "textures/texture_converter.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -55,6 +56,15 @@ bool HasExtension(const fs::path& path, const char* extension) {
   return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
 }
 
+std::optional<preview::Pixels> DecodePicture(const std::string& bytes) {
+  try {
+    Image image = DecodeImage(bytes, kDefaultLongestSide);
+    return preview::Pixels{image.width, image.height, std::move(image.rgba)};
+  } catch (const std::runtime_error&) {
+    return std::nullopt;  // `inspect` tells of damaged pictures
+  }
+}
+
 void Load(const fs::path& package, actor::Actor& actor) {
   actor::Findings findings;
   std::string error;
@@ -62,7 +72,7 @@ void Load(const fs::path& package, actor::Actor& actor) {
     throw PreviewFailure(FBX_TO_TS3D_LOAD_FAILED, error);
   for (const actor::Finding& finding : findings) {
     if (finding.severity != actor::Severity::Problem) continue;
-    std::fprintf(stderr, "fbx2czp: warning: %s: %s\n", finding.subject.c_str(), finding.text.c_str());
+    PrintMessage(finding.subject, Severity::Warning, finding.text);
   }
 }
 
@@ -131,7 +141,7 @@ int RunPreview(const PreviewOptions& options) {
     }
     return FBX_TO_TS3D_OK;
   } catch (const PreviewFailure& failure) {
-    std::fprintf(stderr, "fbx2czp: error: %s: %s\n", options.input.c_str(), failure.what());
+    PrintMessage(options.input, Severity::Error, failure.what());
     return failure.exitStatus;
   }
 }

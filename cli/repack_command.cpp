@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "fbx_to_ts3d.h"
+#include "terminal.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -116,7 +117,7 @@ int RunRepack(const std::string& path) {
   } catch (const std::exception& error) {
     std::error_code ignored;
     fs::remove(newPath, ignored);
-    std::fprintf(stderr, "fbx2czp: error: %s: %s\n", path.c_str(), error.what());
+    PrintMessage(path, Severity::Error, error.what());
     return FBX_TO_TS3D_UPDATE_FAILED;
   }
 }

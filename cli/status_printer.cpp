@@ -18,19 +18,10 @@ bool IsProblem(std::string_view line) { return line.starts_with(">>>") || line.s
 
 bool IsProgress(std::string_view line) { return line.starts_with(kProgressLine) && line.ends_with("% done"); }
 
-void FBX_TO_TS3D_CALL PrintStatus(void* printer, const char* line) {
-  static_cast<StatusPrinter*>(printer)->Print(line);
-}
-
 }  // namespace
 
 StatusPrinter::StatusPrinter(Verbosity verbosity)
     : verbosity_(verbosity), isTerminal_(isatty(STDERR_FILENO) == 1) {}
-
-void StatusPrinter::Attach(ts3d::ConversionJob& job) {
-  job.callbackContext = this;
-  job.statusCallback = PrintStatus;
-}
 
 void StatusPrinter::Print(std::string_view line) {
   if (line.starts_with(kMeshLine)) mesh_ = line.substr(kMeshLine.size());

@@ -4,8 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "core/conversion_job.h"
-
 namespace cli {
 
 enum class Verbosity { Quiet, Normal, Verbose };
@@ -17,8 +15,7 @@ class StatusPrinter {
   explicit StatusPrinter(Verbosity verbosity);
   ~StatusPrinter() { ClearBar(); }
 
-  /// Makes this the status channel of `job`. Must outlive it.
-  void Attach(ts3d::ConversionJob& job);
+  /// Shows one status line.
   void Print(std::string_view line);
   void ClearBar();
 

@@ -94,9 +94,9 @@ TEST_F(Tool, AModelThatFailsDoesNotStopTheOthersAndLeavesNothing) {
   folder_.Write("empty.fbx", "; FBX 7.5.0 project file\nObjects: {\n}\nConnections: {\n}\n");
   EXPECT_EQ(Run("convert missing.fbx text.fbx empty.fbx good.fbx -q"), 1);
   EXPECT_EQ(Files(), "empty.fbx good.czp good.fbx good.xfg text.fbx");
-  EXPECT_TRUE(Printed("fbx2czp: error: missing.fbx: the model file does not exist\n"));
-  EXPECT_TRUE(Printed("fbx2czp: error: text.fbx: the model could not be loaded"));
-  EXPECT_TRUE(Printed("fbx2czp: error: empty.fbx: the model has no mesh to convert\n"));
+  EXPECT_TRUE(Printed("fbx2czp: missing.fbx: error: the model file does not exist\n"));
+  EXPECT_TRUE(Printed("fbx2czp: text.fbx: error: the model could not be loaded"));
+  EXPECT_TRUE(Printed("fbx2czp: empty.fbx: error: the model has no mesh to convert\n"));
   EXPECT_EQ(Run("convert empty.fbx good.fbx -q"), 5);
 }
 

@@ -145,6 +145,23 @@ TEST(Bones, WithoutBindDataKeepTheirLocalTransformAndTheirChildrenTheWorldOne) {
   EXPECT_THAT(bones[2].translation, IsAt(0, 9, 0));
 }
 
+TEST(Bones, WithoutScaleStandWhereTheyStandInTheWorld) {
+  Character model;
+  const auto root = model.Bone("root", model.Null("group"), {At(1, 2, 3), Scaled(100, 100, 100)});
+  const auto spine = model.Bone("spine", root, {At(0, 1, 0), Turned(0, 0, 90)});
+  model.Bone("neck", model.Null("between", spine), {At(0.5, 0, 0)});  // in no pose
+  model.BindPose({{root, {100, 0, 0, 0, 0, 100, 0, 0, 0, 0, 100, 0, 1, 2, 3, 1}},
+                  {spine, {0, 100, 0, 0, -100, 0, 0, 0, 0, 0, 100, 0, 1, 112, 3, 1}}});
+  TestHost host;
+  host.job.rigidBones = true;
+  EXPECT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::NoMesh);
+  const auto bones = support::ReadCsf(host.ReadPackage()["skeleton.csf"]);
+  EXPECT_THAT(bones[0].translation, IsAt(1, 2, 3));
+  EXPECT_THAT(bones[1].translation, IsAt(0, 110, 0));
+  EXPECT_THAT(bones[2].translation, IsAt(50, 0, 0)) << "goes along with the bind pose of its parent";
+  EXPECT_THAT(bones[2].spaceTranslation, IsAt(-162, 1, -3));
+}
+
 struct PoseSpec {
   bool isBindPose;
   std::vector<int> nodes;

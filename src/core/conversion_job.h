@@ -44,6 +44,13 @@ struct ConversionJob {
 
   /// Names (of meshes and materials) that are left out, in any letter case. The exports leave it empty.
   std::vector<std::string> exclusionList;
+  /// Bones lose their scale and keep their place in the world. The exports leave it off: by their rule the
+  /// root's scale multiplies the stored translations.
+  bool rigidBones = false;
+
+  /// Whether `textureCallback` is called for textures that are named ".tga" as well. The exports leave it
+  /// off.
+  bool offerTgaTextures = false;
 
   // One run.
   std::shared_ptr<SkeletonState> skeleton;  ///< null before the first conversion of the process

@@ -5,21 +5,39 @@
 #include "core/work_file.h"
 
 namespace ts3d {
+namespace {
+
+std::string BaseName(const std::string& path) {
+  const size_t separator = path.find_last_of("\\/");
+  return path.substr(separator == std::string::npos ? 0 : separator + 1);
+}
+
+/// @return whether the ".tga" file exists, by the host's word where it is asked
+bool OfferToHost(const ConversionJob& job, const std::string& source, const std::string& tgaName) {
+  uint8_t converted = WorkFileExists(job, tgaName) ? 1 : 0;
+  if (job.textureCallback) job.textureCallback(job.callbackContext, source.c_str(), &converted);
+  return converted != 0;
+}
+
+}  // namespace
+
+std::string TgaName(const std::string& source) {
+  std::string baseName = BaseName(source);
+  if (baseName.find(".tga") != std::string::npos) return baseName;
+  return baseName.substr(0, baseName.find('.')) + ".tga";
+}
 
 std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job,
                         PackagedNameSet& packagedNames) {
   const std::string& source =
       texture.GetFileName().empty() ? texture.GetRelativeFileName() : texture.GetFileName();
-  const size_t separator = source.find_last_of("\\/");
-  std::string baseName = source.substr(separator == std::string::npos ? 0 : separator + 1);
-  if (baseName.find(".tga") != std::string::npos) {
-    if (WorkFileExists(job, baseName)) AddFileToPackage(job, packagedNames, baseName, AfterAdding::KeepFile);
-    return baseName;
+  std::string tgaName = TgaName(source);
+  if (tgaName == BaseName(source)) {
+    if (job.offerTgaTextures) OfferToHost(job, source, tgaName);
+    if (WorkFileExists(job, tgaName)) AddFileToPackage(job, packagedNames, tgaName, AfterAdding::KeepFile);
+    return tgaName;
   }
-  std::string tgaName = baseName.substr(0, baseName.find('.')) + ".tga";
-  uint8_t converted = WorkFileExists(job, tgaName) ? 1 : 0;
-  if (job.textureCallback) job.textureCallback(job.callbackContext, source.c_str(), &converted);
-  if (converted) {
+  if (OfferToHost(job, source, tgaName)) {
     AddFileToPackage(job, packagedNames, tgaName, AfterAdding::KeepFile);
   } else {
     StatusLog(job, ">>> NEED TO MANUALLY CONVERT:");

@@ -62,7 +62,11 @@ class BoneExtractor {
     BoneNode& bone = skeleton_.bones.AddChild(parent);
     bone.name = SanitizeMeshName(node.GetName());
     KFbxXMatrix m = BoneTransform(node, bone);
-    m.SetT(m.GetT() * skeleton_.rootScale);
+    if (job_.rigidBones) {
+      m = RigidTransform(node, bone);
+    } else {
+      m.SetT(m.GetT() * skeleton_.rootScale);
+    }
     SetTransforms(bone, m);
     return &bone;
   }
@@ -87,6 +91,30 @@ class BoneExtractor {
     return parentIndex >= 0 && bone.id > 0 ? BindMatrix(parentIndex, skeleton_).Inverse() * m : m;
   }
 
+  /// The bone's transform relative to its parent bone without any scale, so that every bone stands where it
+  /// stands in the world.
+  KFbxXMatrix RigidTransform(const KFbxNode& node, const BoneNode& bone) {
+    const KFbxXMatrix world = skeleton_.actorTurn * BindWorld(node);
+    const KFbxXMatrix rigid(world.GetT(), world.GetR(), {1, 1, 1});
+    return bone.id > 0 ? BoneSpace(*bone.parent) * rigid : rigid;
+  }
+
+  /// World transform at bind time. What the bind pose lacks goes along with its next ancestor in there.
+  KFbxXMatrix BindWorld(const KFbxNode& node) {
+    for (const KFbxNode* bound = &node; bound; bound = bound->GetParent()) {
+      const int index = BindPoseIndex(bound, scene_, skeleton_);
+      if (index < 0) continue;
+      const KFbxXMatrix pose = BindMatrix(index, skeleton_);
+      if (bound == &node) return pose;
+      return pose * bound->GetGlobalFromDefaultTake().Inverse() * node.GetGlobalFromDefaultTake();
+    }
+    return node.GetGlobalFromDefaultTake();
+  }
+
+  static KFbxXMatrix BoneSpace(const BoneNode& bone) {
+    return {bone.boneSpaceTranslation, bone.boneSpaceRotationEuler, {1, 1, 1}};
+  }
+
   KFbxXMatrix DefaultTransform(const KFbxNode& node) const {
     if (&node == skeleton_.firstBoneNode) return node.GetGlobalFromDefaultTake();
     const KFbxXMatrix local = node.GetLocalFromDefaultTake();
@@ -106,10 +134,7 @@ class BoneExtractor {
     bone.rotationEuler = m.GetR();
     bone.rotation = EulerToQuaternion(bone.rotationEuler);
     KFbxXMatrix space = m.Inverse();
-    if (bone.id > 0) {
-      space = space *
-              KFbxXMatrix(bone.parent->boneSpaceTranslation, bone.parent->boneSpaceRotationEuler, {1, 1, 1});
-    }
+    if (bone.id > 0) space = space * BoneSpace(*bone.parent);
     bone.boneSpaceTranslation = space.GetT();
     bone.boneSpaceRotationEuler = space.GetR();
     bone.boneSpaceRotation = EulerToQuaternion(bone.boneSpaceRotationEuler);

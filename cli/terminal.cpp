@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "terminal.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace cli {
+namespace {
+
+const char* Code(Colour colour) {
+  switch (colour) {
+    case Colour::Red:
+      return "31";
+    case Colour::Yellow:
+      return "33";
+    case Colour::Green:
+      return "32";
+    case Colour::Bold:
+      break;
+  }
+  return "1";
+}
+
+std::string Label(Severity severity) {
+  switch (severity) {
+    case Severity::Note:
+      return Painted(stderr, Colour::Bold, "note: ");
+    case Severity::Warning:
+      return Painted(stderr, Colour::Yellow, "warning: ");
+    case Severity::Error:
+      break;
+  }
+  return Painted(stderr, Colour::Red, "error: ");
+}
+
+}  // namespace
+
+bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) == 1; }
+
+bool WantsColour(std::FILE* stream) {
+  const char* noColour = std::getenv("NO_COLOR");
+  const char* terminal = std::getenv("TERM");
+  if ((noColour && *noColour) || (terminal && std::string_view(terminal) == "dumb")) return false;
+  return IsTerminal(stream);
+}
+
+std::string Painted(std::FILE* stream, Colour colour, std::string_view text) {
+  if (!WantsColour(stream)) return std::string(text);
+  return std::string("\033[") + Code(colour) + "m" + std::string(text) + "\033[0m";
+}
+
+void PrintMessage(const std::string& subject, Severity severity, std::string_view text) {
+  const std::string line =
+      "fbx2czp: " + (subject.empty() ? "" : subject + ": ") + Label(severity) + std::string(text) + "\n";
+  std::fputs(line.c_str(), stderr);
+}
+
+}  // namespace cli

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "textures/texture_converter.h"
+
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "core/names.h"
+#include "material/texture_files.h"
+#include "platform/files.h"
+#include "scene/model/scene.h"
+#include "scene/model/texture.h"
+#include "textures/image_reader.h"
+#include "textures/texture_search.h"
+#include "textures/tga_file.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+/// The name relative to the model that the texture `source` has beside it; empty when it has none.
+std::string RelativeName(const ts3d::ConversionJob& job, const std::string& source) {
+  std::string name;
+  job.scene->ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
+    if (name.empty() && texture.GetFileName() == source) name = texture.GetRelativeFileName();
+  });
+  return name;
+}
+
+/// Whether `a` was written before `b`. False when that is unknown.
+bool IsOlder(const fs::path& a, const fs::path& b) {
+  std::error_code failedA, failedB;
+  const auto timeA = fs::last_write_time(a, failedA), timeB = fs::last_write_time(b, failedB);
+  return !failedA && !failedB && timeA < timeB;
+}
+
+bool IsSamePath(const fs::path& a, const fs::path& b) {
+  std::error_code failed;
+  return fs::equivalent(a, b, failed) && !failed;
+}
+
+std::string BaseName(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
+
+std::string DescribePlaces(const std::vector<std::string>& places) {
+  std::string text = "was not found; looked for";
+  for (const std::string& place : places) text += (&place == &places.front() ? " " : ", ") + place;
+  return text;
+}
+
+}  // namespace
+
+/// One texture on its way into the package.
+struct TextureConverter::Request {
+  const ts3d::ConversionJob& job;
+  std::string source;
+  bool exists;
+  std::string tgaName = ts3d::TgaName(source);
+  fs::path target = platform::NativePath(job.modelDirectory) + tgaName;
+
+  /// Whether the texture is itself the ".tga" file that the package will hold.
+  bool IsTga() const { return ts3d::EqualsIgnoreCase(BaseName(source), tgaName); }
+};
+
+TextureConverter::TextureConverter(fs::path model, int longestSide)
+    : model_(std::move(model)), longestSide_(longestSide) {}
+
+bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists) {
+  const auto [answer, isNew] = answers_.try_emplace(source, exists);
+  if (!isNew) return answer->second;
+  std::string reason;
+  try {
+    Bring({job, source, exists});
+    return answer->second = true;
+  } catch (const std::bad_alloc&) {
+    reason = "needs more memory than there is";
+  } catch (const std::exception& error) {
+    reason = error.what();
+  }
+  if (exists) reason += "; " + ts3d::TgaName(source) + " beside the model is packed as it is";
+  Report(source, std::move(reason));
+  return exists;
+}
+
+void TextureConverter::Bring(const Request& request) {
+  if (!ts3d::IsPlainFileName(request.tgaName) || !ts3d::LowerCase(request.tgaName).ends_with(".tga") ||
+      platform::IsSameFile(request.target.string(), request.job.inputPath)) {
+    throw std::runtime_error("has a name that cannot be used for a .tga file");
+  }
+  if (request.exists && request.IsTga() && !IsWrittenByUs(request.target)) {
+    pictures_.try_emplace(request.tgaName, request.target);
+    return CheckOwn(request);
+  }
+  const TextureSearch search = FindTexture(model_, request.source, RelativeName(request.job, request.source));
+  if (search.found.empty()) {
+    if (request.exists) return;
+    throw std::runtime_error(DescribePlaces(search.places));
+  }
+  const auto made = pictures_.find(request.tgaName);
+  if (made != pictures_.end() && made->second != search.found) {
+    throw std::runtime_error("is not used, as " + request.tgaName + " is made of " + made->second.string() +
+                             "; rename one of them");
+  }
+  Convert(request, search.found);
+  pictures_[request.tgaName] = search.found;
+}
+
+/// The picture is in the job's folder under its own name. It has to be of the right kind, and can be made so
+/// where that folder is a temporary one.
+void TextureConverter::CheckOwn(const Request& request) const {
+  int width = 0, height = 0;
+  if (IsPlainTga(request.target, width, height)) return CheckSize(width, height, longestSide_);
+  const Image image = ReadImage(request.target, longestSide_);
+  if (IsSamePath(request.target.parent_path(), model_.parent_path())) {
+    throw std::runtime_error("is not an uncompressed picture of 24 or 32 bits");
+  }
+  WriteTga(image, request.target);
+}
+
+void TextureConverter::Convert(const Request& request, const fs::path& picture) {
+  if (request.exists) {
+    if (!IsOlder(request.target, picture) || IsSamePath(request.target, picture)) return;
+    if (!IsWrittenByUs(request.target)) {
+      throw std::runtime_error("is newer than " + request.tgaName + ", which was not made by this program");
+    }
+  }
+  if (onConvert) onConvert(picture);
+  WriteTga(ReadImage(picture, longestSide_), request.target);
+}
+
+void TextureConverter::Report(const std::string& source, std::string text) {
+  problems_.push_back({source, std::move(text)});
+  if (onProblem) onProblem(problems_.back());
+}
+
+}  // namespace cli

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/conversion_job.h"
+
+namespace cli {
+
+/// What went wrong with a texture. Said as one sentence: "texture " + source + " " + text.
+struct TextureProblem {
+  std::string source;  ///< the picture's path as the model gives it
+  std::string text;    ///< "was not found; ..."
+};
+
+inline constexpr int kDefaultLongestSide = 8192;
+
+/// Finds the pictures that a conversion asks for and writes them as ".tga" files into the job's folder. One
+/// converter serves one conversion.
+class TextureConverter {
+ public:
+  /// @param model absolute path of the model; its folder is searched, while the job's own may be another
+  /// @param longestSide larger pictures (in pixels) are refused
+  TextureConverter(std::filesystem::path model, int longestSide);
+
+  /// Called with each picture before it is converted.
+  std::function<void(const std::filesystem::path& picture)> onConvert;
+  /// Called with each problem when it shows.
+  std::function<void(const TextureProblem& problem)> onProblem;
+
+  /// Answers the job's texture callback. Never throws; a texture that fails is told of once, as a problem. A
+  /// file that is somebody's work is never written over.
+  /// @param source the picture's path as the model gives it
+  /// @param exists whether the job's folder holds the ".tga" file already
+  /// @return whether it does now
+  bool Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists);
+
+  const std::vector<TextureProblem>& Problems() const { return problems_; }
+
+ private:
+  struct Request;
+
+  void Bring(const Request& request);
+  void CheckOwn(const Request& request) const;
+  void Convert(const Request& request, const std::filesystem::path& picture);
+  void Report(const std::string& source, std::string text);
+
+  std::filesystem::path model_;
+  int longestSide_;
+  std::map<std::string, bool> answers_;                    ///< by source
+  std::map<std::string, std::filesystem::path> pictures_;  ///< what each ".tga" file is made of
+  std::vector<TextureProblem> problems_;
+};
+
+}  // namespace cli

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "actor/actor.h"
+
+namespace actor {
+
+/// The box around points; empty (low above high) at first.
+struct Box {
+  Box();
+  void Add(const Vector3& point);
+  bool IsEmpty() const { return low[0] > high[0]; }
+  double Diagonal() const;  ///< 0 when empty
+
+  std::array<double, 3> low, high;
+};
+
+Box BoundsOf(const Mesh& mesh);
+
+/// How far bones are from what hangs on them.
+struct BoneDistance {
+  size_t bones = 0;     ///< those that carry vertices with a weight above a half
+  double median = 0.0;  ///< from the line that a bone makes to its nearest child to the middle of its
+                        ///< vertices, as a part of the model's diagonal
+};
+
+/// Whether a distance shows that skeleton and meshes do not belong together. Sound characters of 15 and more
+/// bones stay below 0.01; a skeleton that is shifted by a tenth of the diagonal is above 0.06. Few bones
+/// carry so much of the model each that only a gross distance tells.
+bool IsAway(const BoneDistance& distance);
+
+BoneDistance MeasureBoneDistance(const Actor& actor);
+
+}  // namespace actor
