@@ -1,5 +1,4 @@
 # Libraries that decode the pictures of models.
-find_package(PkgConfig REQUIRED)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
 pkg_check_modules(TURBOJPEG REQUIRED IMPORTED_TARGET libturbojpeg)
 pkg_check_modules(TIFF REQUIRED IMPORTED_TARGET libtiff-4>=4.5)

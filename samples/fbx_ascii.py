@@ -247,7 +247,7 @@ def build_scene(bones, globl, meshes, materials, texture_dir):
             properties(prop("Size", "double", 6.0, sub="Number")), record("TypeFlags", "Skeleton")])
         scene.connect(attribute, ids[name])
         pose.append((ids[name], globl[name]))
-    for name, _, ambient, specular, factor, shininess in materials:
+    for name, _, picture, ambient, specular, factor, shininess in materials:
         slots[name] = scene.add("Material", "Material::" + name, "", [
             record("Version", 102), record("ShadingModel", "phong"), record("MultiLayer", 0),
             properties(color("AmbientColor", *ambient), color("DiffuseColor", .8, .8, .8),
@@ -256,7 +256,7 @@ def build_scene(bones, globl, meshes, materials, texture_dir):
         texture = scene.add("Texture", "Texture::" + name, "", [
             record("Type", "TextureVideoClip"), record("Version", 202), record("TextureName", "Texture::" + name),
             properties(prop("UVSet", "KString", "map1"), prop("UseMaterial", "bool", 1)),
-            record("FileName", texture_dir + name + ".tga"), record("RelativeFilename", name + ".tga")])
+            record("FileName", texture_dir + picture), record("RelativeFilename", picture)])
         scene.connect(texture, slots[name], "DiffuseColor")
     for m in meshes:
         node = scene.model(m.name, "Mesh", m.origin, (0, 0, 0))

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Write the sample character: scout.fbx (ASCII 7.5) and its textures cloth.tga, skin.tga, metal.tga.
+"""Write the sample character: scout.fbx (ASCII 7.5) and its textures skin.tga, textures/cloth.png and
+textures/metal.png.
 
 Usage: make_scout.py [output directory, default: the directory of this script]
 
@@ -10,6 +11,7 @@ import math
 import os
 import struct
 import sys
+import zlib
 
 sys.dont_write_bytecode = True  # leave no cache directory beside the samples
 
@@ -255,18 +257,25 @@ def metal(x, y):
     rivet = x % 16 in (3, 12) and y % 8 == 1
     return add((70, 92, 88) if seam else (176, 190, 182) if rivet else (98, 128, 120), (1, 1, 1), 10 * grain(x, y // 3))
 
-def write_tga(path, paint, size=64):
-    with open(path, "wb") as f:
-        f.write(struct.pack("<BBBHHBHHHHBB", 0, 0, 2, 0, 0, 0, 0, 0, size, size, 24, 0))  # rows from the bottom up
-        for y in range(size):
-            for x in range(size):
-                r, g, b = (max(0, min(255, int(round(c)))) for c in paint(x, y))
-                f.write(bytes((b, g, r)))
+SIZE = 64  # pixels a side
 
-# name, painter, ambient, specular, specular factor, shininess
-MATERIALS = [("cloth", cloth, (.24, .22, .18), (.1, .1, .1), .3, 6.0),
-             ("skin", skin, (.3, .22, .2), (.3, .26, .24), .5, 14.0),
-             ("metal", metal, (.16, .18, .18), (.9, .9, .85), 1.0, 48.0)]
+def pixel(paint, x, y): return bytes(max(0, min(255, int(round(c)))) for c in paint(x, y))
+
+def tga(paint):
+    rows = [pixel(paint, x, y)[::-1] for y in range(SIZE) for x in range(SIZE)]  # from the bottom up
+    return struct.pack("<BBBHHBHHHHBB", 0, 0, 2, 0, 0, 0, 0, 0, SIZE, SIZE, 24, 0) + b"".join(rows)
+
+def png(paint):
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+    rows = [b"\0" + b"".join(pixel(paint, x, y) for x in range(SIZE)) for y in reversed(range(SIZE))]
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", SIZE, SIZE, 8, 2, 0, 0, 0)) +
+            chunk(b"IDAT", zlib.compress(b"".join(rows), 9)) + chunk(b"IEND", b""))
+
+# name, painter, picture, ambient, specular, specular factor, shininess
+MATERIALS = [("cloth", cloth, "textures\\cloth.png", (.24, .22, .18), (.1, .1, .1), .3, 6.0),
+             ("skin", skin, "skin.tga", (.3, .22, .2), (.3, .26, .24), .5, 14.0),
+             ("metal", metal, "textures\\metal.png", (.16, .18, .18), (.9, .9, .85), 1.0, 48.0)]
 
 def main():
     out = sys.argv[1] if len(sys.argv) > 1 else os.path.dirname(os.path.abspath(__file__))
@@ -274,8 +283,10 @@ def main():
     scene = build_scene(*build_bones(), meshes, MATERIALS, "C:\\art\\scout\\")
     with open(os.path.join(out, "scout.fbx"), "w", encoding="ascii", newline="\n") as f:
         f.write(document(scene, "make_scout.py"))
-    for name, paint, *_ in MATERIALS:
-        write_tga(os.path.join(out, name + ".tga"), paint)
+    os.makedirs(os.path.join(out, "textures"), exist_ok=True)
+    for _, paint, picture, *_ in MATERIALS:
+        with open(os.path.join(out, picture.replace("\\", "/")), "wb") as f:
+            f.write(tga(paint) if picture.endswith(".tga") else png(paint))
     for m in meshes:
         print("%-9s %5d points %5d polygons" % (m.name, len(m.points), len(m.polys)))
 

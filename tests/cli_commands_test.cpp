@@ -1,54 +1,17 @@
 // SPDX-License-Identifier: MIT
 //
 // The command-line tool as a person or a script runs it.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <cstdlib>
+#include <algorithm>
 
 #include "support/package_reader.h"
-#include "support/temp_folder.h"
+#include "support/tool.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using support::Package;
 using support::ReadWholeFile;
-
-class Tool : public ::testing::Test {
- protected:
-  /// Runs the tool in the folder. @return its exit status
-  int Run(const std::string& arguments) {
-    const std::string command =
-        "cd '" + folder_.Path() + "' && '" FBX2CZP_PATH "' " + arguments + " >out.txt 2>err.txt";
-    const int status = std::system(command.c_str());
-    output_ = ReadWholeFile(folder_.Path("out.txt"));
-    errors_ = ReadWholeFile(folder_.Path("err.txt"));
-    fs::remove(folder_.Path("out.txt"));
-    fs::remove(folder_.Path("err.txt"));
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-
-  void CopySample(const std::string& name) const {
-    fs::create_directories(fs::path(folder_.Path(name)).parent_path());
-    fs::copy_file(TS3D_SAMPLES_FOLDER "/scout.fbx", folder_.Path(name));
-  }
-
-  std::string Files(const std::string& subfolder = ".") const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder_.Path(subfolder)))
-      names.push_back(entry.path().filename());
-    std::sort(names.begin(), names.end());
-    std::string all;
-    for (const std::string& name : names) all += (all.empty() ? "" : " ") + name;
-    return all;
-  }
-
-  bool Printed(const std::string& text) const { return errors_.find(text) != std::string::npos; }
-
-  support::TempFolder folder_;
-  std::string output_, errors_;
-};
+using support::Tool;
 
 TEST_F(Tool, AWrongCommandLineIsToldInOneLineAndHasItsOwnExitStatus) {
   for (const char* arguments : {"", "convert", "convert a.fbx --mesh-mode 3", "convert a.fbx --rename Bone",

@@ -128,12 +128,10 @@ TEST(Conversion, NeverWritesOverTheModel) {
   }
 }
 
-/// The sample character with its textures, converted in `host`.
+/// The sample character with its textures, which are ".tga" files already, converted in `host`.
 ConversionResult ConvertSample(TestHost& host, const std::string& name = "scout.fbx") {
   const std::string samples = TS3D_SAMPLES_FOLDER;
-  for (const char* texture : {"cloth.tga", "metal.tga", "skin.tga"}) {
-    host.folder.Write(texture, support::ReadWholeFile(samples + "/" + texture));
-  }
+  for (const char* texture : {"cloth.tga", "metal.tga", "skin.tga"}) host.folder.Write(texture, texture);
   return host.Convert(support::ReadWholeFile(samples + "/scout.fbx"), name);
 }
 

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/temp_folder.h"
+
+namespace support {
+
+/// The command-line tool, run in a folder of its own.
+class Tool : public ::testing::Test {
+ protected:
+  /// Runs the tool in the folder. @return its exit status
+  int Run(const std::string& arguments) {
+    const std::string command =
+        "cd '" + folder_.Path() + "' && '" FBX2CZP_PATH "' " + arguments + " >out.txt 2>err.txt";
+    const int status = std::system(command.c_str());
+    output_ = ReadWholeFile(folder_.Path("out.txt"));
+    errors_ = ReadWholeFile(folder_.Path("err.txt"));
+    std::filesystem::remove(folder_.Path("out.txt"));
+    std::filesystem::remove(folder_.Path("err.txt"));
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  void CopySample(const std::string& name) const {
+    std::filesystem::create_directories(std::filesystem::path(folder_.Path(name)).parent_path());
+    std::filesystem::copy_file(TS3D_SAMPLES_FOLDER "/scout.fbx", folder_.Path(name));
+  }
+
+  std::string Files(const std::string& subfolder = ".") const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path(subfolder)))
+      names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
+    std::string all;
+    for (const std::string& name : names) all += (all.empty() ? "" : " ") + name;
+    return all;
+  }
+
+  bool Printed(const std::string& text) const { return errors_.find(text) != std::string::npos; }
+
+  TempFolder folder_;
+  std::string output_, errors_;
+};
+
+}  // namespace support

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+//
+// Textures on their way into a package, from the tool's side.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/character.h"
+#include "support/package_reader.h"
+#include "support/tool.h"
+#include "textures/texture_search.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using support::Package;
+using support::ReadWholeFile;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(TextureSearch, GoesFromThePathAsGivenToTheUsualFolders) {
+  const support::TempFolder folder;
+  for (const char* name : {"art", "models/Textures", "models/tex", "models/hero.fbm"}) {
+    fs::create_directories(folder.Path(name));
+  }
+  for (const char* name : {"art/a.png", "models/a.png", "models/Textures/a.png", "models/Textures/B.Png",
+                           "models/b.png.bak", "models/hero.fbm/b.png", "models/tex/c.png", "secret.png"}) {
+    folder.Write(name, name);
+  }
+  fs::create_directories(folder.Path("models/d.png"));
+  struct {
+    std::string fileName, relativeFileName, found;
+  } const cases[] = {{folder.Path("art/a.png"), "a.png", "art/a.png"},
+                     {folder.Path("ART\\A.PNG"), "", "art/a.png"},
+                     {"C:\\work\\a.png", "..\\art\\a.png", "models/../art/a.png"},
+                     {"C:\\work\\a.png", "textures/a.png", "models/Textures/a.png"},
+                     {"C:\\work\\a.png", "", "models/a.png"},
+                     {"/nowhere/b.PNG", "", "models/Textures/B.Png"},
+                     {"", "lost\\c.png", "models/tex/c.png"},
+                     {"d.png", "", ""},
+                     {"C:\\secret.png", "", ""},
+                     {"", "", ""}};
+  for (const auto& [fileName, relativeFileName, found] : cases) {
+    const auto search = cli::FindTexture(folder.Path("models/hero.fbx"), fileName, relativeFileName);
+    EXPECT_EQ(search.found, found.empty() ? "" : folder.Path(found)) << fileName << " " << relativeFileName;
+  }
+}
+
+class ToolTextures : public support::Tool {
+ protected:
+  /// A model of triangles, each with a picture of its own.
+  void WriteModel(const std::vector<std::string>& pictures) const {
+    support::Character model;
+    for (const std::string& picture : pictures) {
+      const auto mesh = model.Triangle("Mesh" + picture.substr(0, 1));
+      support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+      model.Texture(model.Material(mesh), picture);
+    }
+    folder_.Write("hero.fbx", model.Text());
+  }
+  void CopyCloth(const std::string& name) const {
+    fs::copy_file(TS3D_SAMPLES_FOLDER "/textures/cloth.png", folder_.Path(name));
+  }
+  std::string Packed(const std::string& name) const { return Package(folder_.Path("hero.czp"))[name]; }
+  void SetAge(const std::string& name, std::chrono::hours age) const {
+    fs::last_write_time(folder_.Path(name), fs::file_time_type::clock::now() - age);
+  }
+};
+
+/// 64 x 64 pixels of 24 bits, nothing packed.
+const auto kIsConverted = StartsWith(std::string("\0\0\2\0\0\0\0\0\0\0\0\0\x40\0\x40\0\x18\0", 18));
+
+TEST_F(ToolTextures, OfTheSampleAreFoundAndConverted) {
+  fs::copy(TS3D_SAMPLES_FOLDER, folder_.Path("s"), fs::copy_options::recursive);
+  for (const char* name : {"s/cloth.tga", "s/metal.tga"}) fs::remove(folder_.Path(name));
+  ASSERT_EQ(Run("convert s/scout.fbx -q -o out"), 0);
+  EXPECT_EQ(errors_, "");
+  const Package package(folder_.Path("out/scout.czp"));
+  for (const char* name : {"cloth.tga", "metal.tga"}) {
+    EXPECT_THAT(package[name], kIsConverted) << name;
+    EXPECT_FALSE(fs::exists(folder_.Path(std::string("s/") + name)));
+  }
+  // The lower left corner, which comes first: the sole of a boot.
+  EXPECT_EQ(package["cloth.tga"].substr(18, 3), "\x19\x1d\x25");
+  EXPECT_EQ(package["skin.tga"], ReadWholeFile(folder_.Path("s/skin.tga")));
+}
+
+TEST_F(ToolTextures, AreMadeAnewWhenThePictureIsNewerUnlessSomebodyElseMadeThem) {
+  WriteModel({"C:\\art\\cloth.PNG"});
+  CopyCloth("cloth.png");
+  ASSERT_EQ(Run("convert hero.fbx"), 0);
+  EXPECT_TRUE(Printed("Converting Texture: ")) << errors_;
+  ASSERT_EQ(Run("convert hero.fbx"), 0);
+  EXPECT_FALSE(Printed("Converting Texture: ")) << errors_;
+  SetAge("cloth.tga", 2h);
+  SetAge("cloth.png", 1h);
+  ASSERT_EQ(Run("convert hero.fbx"), 0);
+  EXPECT_TRUE(Printed("Converting Texture: ")) << errors_;
+
+  fs::remove(folder_.Path("cloth.tga"));
+  folder_.Write("original.tga", "painted by hand");
+  fs::create_symlink("original.tga", folder_.Path("cloth.tga"));
+  SetAge("original.tga", 2h);
+  ASSERT_EQ(Run("convert hero.fbx -q"), 0);
+  EXPECT_TRUE(Printed("cloth.tga beside the model is packed as it is")) << errors_;
+  EXPECT_EQ(Packed("cloth.tga"), "painted by hand");
+  EXPECT_EQ(Files(), "cloth.png cloth.tga hero.czp hero.fbx hero.xfg original.tga");
+}
+
+TEST_F(ToolTextures, ThatCannotBeConvertedAreNamedOnceAndStopNothing) {
+  WriteModel({"a\\missing.png", "damaged.png", "large.png", "text.png", "cloth.png", "tex/cloth.bmp"});
+  fs::create_directories(folder_.Path("tex"));
+  for (const char* name : {"large.png", "tex/cloth.bmp"}) CopyCloth(name);
+  folder_.Write("damaged.png", ReadWholeFile(folder_.Path("large.png")).substr(0, 3000));
+  folder_.Write("text.png", "no picture");
+  folder_.Write("cloth.png", ReadWholeFile(folder_.Path("large.png")));
+  EXPECT_EQ(Run("convert hero.fbx -q --max-texture 63"), 0);
+  EXPECT_TRUE(Printed("texture large.png is too large: 64 x 64 pixels, the limit is 63 a side\n")) << errors_;
+  EXPECT_EQ(Run("convert hero.fbx -q"), 0);
+  EXPECT_TRUE(Printed("texture a\\missing.png was not found; looked for " + folder_.Path("a/missing.png") +
+                      ", " + folder_.Path("missing.png") + ", " + folder_.Path("textures/missing.png")));
+  EXPECT_TRUE(Printed("texture damaged.png is damaged ("));
+  EXPECT_TRUE(Printed("texture text.png is not a picture that can be read (PNG"));
+  EXPECT_TRUE(
+      Printed("texture tex/cloth.bmp is not used, as cloth.tga is made of " + folder_.Path("cloth.png")));
+  EXPECT_THAT(Packed("cloth.tga"), kIsConverted);
+  EXPECT_EQ(Files(),
+            "cloth.png cloth.tga damaged.png hero.czp hero.fbx hero.xfg large.png large.tga tex text.png")
+      << errors_;
+}
+
+TEST_F(ToolTextures, NamedTgaAreFoundAndUnpackedButNeverWrittenOver) {
+  WriteModel({"D:/packed.tga"});
+  fs::create_directories(folder_.Path("images"));
+  // One run of four red pixels.
+  const std::string packed("\0\0\x0a\0\0\0\0\0\0\0\0\0\2\0\2\0\x18\0\x83\0\0\xff", 22);
+  folder_.Write("images/PACKED.TGA", packed);
+  ASSERT_EQ(Run("convert hero.fbx -q"), 0);
+  const std::string plain("\0\0\2\0\0\0\0\0\0\0\0\0\2\0\2\0\x18\0\0\0\xff\0\0\xff\0\0\xff\0\0\xff", 30);
+  EXPECT_FALSE(Printed("warning")) << errors_;
+  EXPECT_THAT(Packed("packed.tga"), StartsWith(plain));
+
+  folder_.Write("packed.tga", packed);
+  ASSERT_EQ(Run("convert hero.fbx -q"), 0);
+  EXPECT_TRUE(Printed("is not an uncompressed picture of 24 or 32 bits; packed.tga beside")) << errors_;
+  EXPECT_EQ(Packed("packed.tga"), packed);
+  ASSERT_EQ(Run("convert hero.fbx -q -o out"), 0);
+  EXPECT_THAT(Package(folder_.Path("out/hero.czp"))["packed.tga"], StartsWith(plain));
+  EXPECT_EQ(ReadWholeFile(folder_.Path("packed.tga")), packed);
+}
+
+}  // namespace
