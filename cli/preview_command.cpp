@@ -23,7 +23,8 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kFooter =
+    "Examples:\n"
     "  fbx2czp preview hero.czp -o hero.png --bones\n"
     "      a picture with the bones drawn over the model\n"
     "  fbx2czp preview hero.fbx -o hero.png --view front --size 1024\n"
@@ -31,10 +32,21 @@ constexpr const char* kExamples =
     "  fbx2czp preview hero.czp -o turn.png --turntable 24\n"
     "      writes turn_000.png to turn_023.png, once around the model\n"
     "  fbx2czp preview hero.czp -o hero.html\n"
-    "      one page for any browser: turn the model around, bend its bones, see their weights\n";
+    "      one page for any browser: turn the model around, bend its bones, see their weights\n"
+    "\nExit codes:\n"
+    "    0  success\n"
+    "    1  the package or model does not exist\n"
+    "    2  it could not be read; it is damaged or of a format that is not read\n"
+    "    3  the output could not be written\n"
+    "    5  the model has no mesh to convert\n"
+    "   64  wrong command line, or this build has no page\n";
 
 const std::map<std::string, preview::View> kViews = {
     {"front", {0, 0}}, {"side", {90, 0}}, {"top", {0, 90}}, {"three-quarter", {32, 12}}};
+
+const std::map<std::string, preview::Vector> kAxes = {{"x", {1, 0, 0}},   {"y", {0, 1, 0}},
+                                                      {"z", {0, 0, 1}},   {"-x", {-1, 0, 0}},
+                                                      {"-y", {0, -1, 0}}, {"-z", {0, 0, -1}}};
 
 /// What "fbx2czp preview" was asked for.
 struct PreviewOptions {
@@ -44,6 +56,11 @@ struct PreviewOptions {
   int size = 512;
   int turntable = 0;  ///< number of pictures; 0: one
   bool bones = false;
+  std::string up;  ///< axis; empty: concluded from the model
+
+  std::optional<preview::Vector> Up() const {
+    return up.empty() ? std::nullopt : std::optional(kAxes.at(up));
+  }
 };
 
 /// A failure with the exit status that belongs to it.
@@ -110,6 +127,7 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
   preview::PictureOptions picture;
   picture.size = options.size;
   picture.bones = options.bones;
+  picture.up = options.Up();
   picture.views = {kViews.at(options.view)};
   for (int i = 1; i < options.turntable; ++i) {
     preview::View view = picture.views.front();
@@ -124,7 +142,7 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
 
 void WritePage(const PreviewOptions& options, const actor::Actor& actor) {
   const std::string title = fs::path(options.input).filename().string();
-  WriteFile(options.output, preview::WritePage(actor, title, DecodePicture));
+  WriteFile(options.output, preview::WritePage(actor, title, DecodePicture, options.Up()));
 }
 
 int RunPreview(const PreviewOptions& options) {
@@ -170,10 +188,14 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
                   "front, side (the model's left), top or three-quarter (the default)")
       ->check(CLI::IsMember(kViews));
   preview
+      .add_option("--up", options->up,
+                  "Axis that leads upwards: x, y, z, -x, -y or -z (concluded from bones and bounds)")
+      ->check(CLI::IsMember(kAxes));
+  preview
       .add_option("--turntable", options->turntable,
                   "That many pictures once around the model; their names get numbers from _000")
       ->check(CLI::Range(1, 360));
-  SetFooter(preview, kExamples);
+  preview.footer(kFooter);
 }
 
 }  // namespace cli

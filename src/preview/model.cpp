@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "preview/model.h"
 
+#include "actor/rigid_transform.h"
+
 namespace preview {
 namespace {
 
@@ -16,24 +18,12 @@ bool AllFinite(const std::array<float, N>& numbers) {
   return std::all_of(numbers.begin(), numbers.end(), [](float number) { return std::isfinite(number); });
 }
 
-void SetUnitLength(actor::Quaternion& q) {
-  double square = 0.0;
-  for (const float part : q) square += static_cast<double>(part) * part;
-  if (!std::isfinite(square) || square < 1e-12) {
-    q = {0.0f, 0.0f, 0.0f, 1.0f};
-    return;
-  }
-  for (float& part : q) part = static_cast<float>(part / std::sqrt(square));
-}
-
 void CleanSkeleton(actor::Skeleton& skeleton) {
   int32_t index = 0;
   for (actor::Bone& bone : skeleton.bones) {
     if (bone.parent < 0 || bone.parent >= index) bone.parent = -1;
-    DropStrangeNumbers(bone.translation);
     DropStrangeNumbers(bone.boneSpaceTranslation);
-    SetUnitLength(bone.rotation);
-    SetUnitLength(bone.boneSpaceRotation);
+    DropStrangeNumbers(bone.boneSpaceRotation);
     ++index;
   }
 }
@@ -79,18 +69,9 @@ actor::Actor Drawable(const actor::Actor& source) {
   return drawable;
 }
 
-Vector BoneOrigin(const actor::Bone& bone) {
-  // Bone space is R * v + t with R * v = q* v q as stored, so the origin is R^-1 * -t = q (-t) q*.
-  const Vector axis = {bone.boneSpaceRotation[0], bone.boneSpaceRotation[1], bone.boneSpaceRotation[2]};
-  const double w = bone.boneSpaceRotation[3];
-  const Vector point = ToVector(bone.boneSpaceTranslation) * -1.0;
-  const Vector half = Cross(axis, point) * 2.0;
-  return point + half * w + Cross(axis, half);
-}
-
 std::vector<Vector> BoneOrigins(const actor::Skeleton& skeleton) {
   std::vector<Vector> origins;
-  for (const actor::Bone& bone : skeleton.bones) origins.push_back(BoneOrigin(bone));
+  for (const actor::Bone& bone : skeleton.bones) origins.push_back(actor::BindTransform(bone).translation);
   return origins;
 }
 

@@ -12,11 +12,8 @@ namespace preview {
 /// that are no numbers, parents that do not come before their children. Numbers that are none become 0.
 actor::Actor Drawable(const actor::Actor& source);
 
-/// Where `bone` sits in the model when it was bound. Taken from bone space: that is where the meshes are,
-/// with any scale of the root.
-Vector BoneOrigin(const actor::Bone& bone);
-
-/// The same of every bone.
+/// Where each bone sits in the model when it was bound. Bone space tells: that is where the meshes are,
+/// whatever scale the root has.
 std::vector<Vector> BoneOrigins(const actor::Skeleton& skeleton);
 
 /// The box around every vertex that a face uses; around the bones when there is none.

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "actor/actor.h"
 #include "preview/texture.h"
+#include "preview/vectors.h"
 
 namespace preview {
 
@@ -15,7 +17,9 @@ std::vector<std::string_view> PageTemplate();
 
 /// One page, complete in itself, that shows an actor in a browser.
 /// @param title shown above it
+/// @param up as FindStand takes it
 /// @throws std::logic_error in a build without the page
-std::string WritePage(const actor::Actor& source, const std::string& title, const PictureDecoder& decode);
+std::string WritePage(const actor::Actor& source, const std::string& title, const PictureDecoder& decode,
+                      const std::optional<Vector>& up = std::nullopt);
 
 }  // namespace preview

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "actor/rigid_transform.h"
 #include "preview/base64.h"
 #include "preview/model.h"
 #include "preview/png_file.h"
@@ -18,11 +19,11 @@ using nlohmann::json;
 json BoneData(const actor::Skeleton& skeleton) {
   json bones = json::array();
   for (const actor::Bone& bone : skeleton.bones) {
-    // Bone space turns by the stored quaternion's inverse, so that as it stands it leads back to the model.
+    const actor::RigidTransform bind = actor::BindTransform(bone);
     bones.push_back({{"name", bone.name},
                      {"parent", bone.parent},
-                     {"origin", BoneOrigin(bone)},
-                     {"rotation", bone.boneSpaceRotation}});
+                     {"origin", bind.translation},
+                     {"rotation", bind.rotation}});
   }
   return bones;
 }
@@ -119,10 +120,10 @@ std::string ForScript(const json& data) {
 
 }  // namespace
 
-std::string WritePageData(const actor::Actor& source, const std::string& title,
-                          const PictureDecoder& decode) {
+std::string WritePageData(const actor::Actor& source, const std::string& title, const PictureDecoder& decode,
+                          const std::optional<Vector>& up) {
   const actor::Actor actor = Drawable(source);
-  const Stand stand = FindStand(actor);
+  const Stand stand = FindStand(actor, up);
   Looks looks(actor, decode);
   json data = {{"title", title},
                {"stand", {{"side", stand.side}, {"up", stand.up}, {"front", stand.front}}},

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "actor/actor.h"
 #include "preview/texture.h"
+#include "preview/vectors.h"
 
 namespace preview {
 
@@ -16,6 +18,8 @@ namespace preview {
 ///  - materials: [{name, colour: [r, g, b] from 0 to 255, texture: number or -1}], each look once
 ///  - meshes: [{name, material: number or -1, positions (f32), normals (f32), uvs (f32), faces (u32),
 ///    influenceCounts (u16, one for each vertex), influenceBones (u32), influenceWeights (f32)}]
-std::string WritePageData(const actor::Actor& source, const std::string& title, const PictureDecoder& decode);
+/// @param up as FindStand takes it
+std::string WritePageData(const actor::Actor& source, const std::string& title, const PictureDecoder& decode,
+                          const std::optional<Vector>& up);
 
 }  // namespace preview

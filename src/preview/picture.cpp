@@ -26,7 +26,8 @@ std::vector<Vector> FramedPoints(const actor::Actor& actor, bool withBones) {
       if (used[i]) points.push_back(ToVector(mesh.vertices[i].position));
     }
   }
-  if (withBones || points.empty()) {
+  // A bone alone stands for none in models without a skeleton, and may be far off.
+  if ((withBones && actor.skeleton.bones.size() > 1) || points.empty()) {
     for (const Vector& origin : BoneOrigins(actor.skeleton)) points.push_back(origin);
   }
   return points;
@@ -36,7 +37,7 @@ std::vector<Camera> PlaceCameras(const actor::Actor& actor, const PictureOptions
   const std::vector<Vector> points = FramedPoints(actor, options.bones);
   Bounds framed;
   for (const Vector& point : points) framed.Add(point);
-  const Stand stand = FindStand(actor);
+  const Stand stand = FindStand(actor, options.up);
   std::vector<Camera> cameras;
   for (const View& view : options.views) cameras.emplace_back(stand, view, framed);
   Camera::Fit(cameras, points, options.size);

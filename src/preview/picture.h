@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "actor/actor.h"
@@ -16,6 +17,7 @@ inline constexpr int kSmallestPicture = 16, kLargestPicture = 4096;  ///< pixels
 struct PictureOptions {
   int size = 512;  ///< pixels of each side, from kSmallestPicture to kLargestPicture
   bool bones = false;
+  std::optional<Vector> up;            ///< as FindStand takes it
   std::vector<View> views = {View{}};  ///< a picture for each, in one scale
 };
 

@@ -58,9 +58,10 @@ bool IsOnSide(const std::vector<std::string>& words, const char* letter, const c
 
 NamedPlaces FindNamedPlaces(const actor::Skeleton& skeleton) {
   NamedPlaces places;
-  for (const actor::Bone& bone : skeleton.bones) {
-    const std::vector<std::string> words = Words(bone.name);
-    const Vector origin = BoneOrigin(bone);
+  const std::vector<Vector> origins = BoneOrigins(skeleton);
+  for (size_t i = 0; i < origins.size(); ++i) {
+    const std::vector<std::string> words = Words(skeleton.bones[i].name);
+    const Vector& origin = origins[i];
     if (IsOnSide(words, "l", "left")) places.left.Add(origin);
     if (IsOnSide(words, "r", "right")) places.right.Add(origin);
     if (AnyHolds(words, {"control"})) continue;  // handles stand off the body
@@ -112,7 +113,10 @@ std::optional<Vector> UpFromGround(const Bounds& bounds) {
 Vector FindUp(const Bounds& bounds, const NamedPlaces& places, const Vector& side) {
   if (const auto up = UpFromGround(bounds)) return *up;
   if (const auto up = AxisFrom(places.foot.count ? places.foot : places.toe, places.head, side)) return *up;
-  return NearestAxis(bounds.Extent(), side).value_or(Vector{0, 1, 0});
+  constexpr double kClearly = 1.25;
+  const Vector extent = bounds.Extent();
+  const bool alongZ = side[1] != 0.0 || (side[2] == 0.0 && extent[2] > kClearly * extent[1]);
+  return alongZ ? Vector{0, 0, 1} : Vector{0, 1, 0};
 }
 
 Vector FindFront(const NamedPlaces& places, const Vector& up) {
@@ -123,11 +127,11 @@ Vector FindFront(const NamedPlaces& places, const Vector& up) {
 
 }  // namespace
 
-Stand FindStand(const actor::Actor& drawable) {
+Stand FindStand(const actor::Actor& drawable, const std::optional<Vector>& up) {
   const NamedPlaces places = FindNamedPlaces(drawable.skeleton);
   const Vector side = AxisFrom(places.right, places.left, {}).value_or(Vector{});
   Stand stand;
-  stand.up = FindUp(ModelBounds(drawable), places, side);
+  stand.up = up ? *up : FindUp(ModelBounds(drawable), places, side);
   stand.front = FindFront(places, stand.up);
   stand.side = Cross(stand.up, stand.front);
   return stand;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include "actor/actor.h"
 #include "preview/vectors.h"
 
@@ -16,9 +18,10 @@ struct Stand {
 /// A package does not tell its up axis, so that it is concluded, in this order:
 ///  1. the one axis on which the model stands: its bounds begin (or end) at 0 there and on no other;
 ///  2. from bones called foot, toe or ankle to bones called head or neck;
-///  3. the longest side of its bounds, but not the one from right to left bones; upwards is positive.
+///  3. +Y or, when the bounds are clearly longer there, +Z; but not the axis from right to left bones.
 /// The front follows from bones called left and right ("L_hand", "hand.l", "LeftHand"), else it points from
 /// feet to toes, else to +Z of a model that stands along Y and to -Y of others.
-Stand FindStand(const actor::Actor& drawable);
+/// @param up the axis instead, one of the six of the model's space
+Stand FindStand(const actor::Actor& drawable, const std::optional<Vector>& up = std::nullopt);
 
 }  // namespace preview

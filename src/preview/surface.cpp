@@ -42,7 +42,9 @@ Surface SurfaceFinder::Find(const actor::Mesh& mesh) {
   Surface surface;
   const actor::Material* material = actor_.MaterialOf(mesh);
   if (!material) return surface;
-  for (size_t i = 0; i < 3; ++i) surface.colour[i] = std::clamp(material->diffuse[i], 0, 255) / 255.0;
+  constexpr double kDarkest = 0.1;  // black would show no shape
+  for (size_t i = 0; i < 3; ++i)
+    surface.colour[i] = std::clamp(material->diffuse[i] / 255.0, kDarkest, 1.0);
   if (material->hasMap) surface.texture = FindTexture(material->map);
   return surface;
 }
