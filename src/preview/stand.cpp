@@ -11,16 +11,22 @@
 namespace preview {
 namespace {
 
-/// The mean place of some bones.
+/// The middle of some bones: the median along each axis, so that a stray one does no harm.
 struct Place {
-  Vector sum{};
-  int count = 0;
+  std::vector<Vector> origins;
 
-  void Add(const Vector& origin) {
-    sum = sum + origin;
-    ++count;
+  bool IsEmpty() const { return origins.empty(); }
+  Vector Middle() const {
+    Vector middle{};
+    for (size_t axis = 0; axis < 3; ++axis) {
+      std::vector<double> along;
+      for (const Vector& origin : origins) along.push_back(origin[axis]);
+      const auto half = along.begin() + static_cast<std::ptrdiff_t>(along.size() / 2);
+      std::nth_element(along.begin(), half, along.end());
+      middle[axis] = *half;
+    }
+    return middle;
   }
-  Vector Mean() const { return sum * (1.0 / count); }
 };
 
 /// What the names of the bones tell.
@@ -62,14 +68,14 @@ NamedPlaces FindNamedPlaces(const actor::Skeleton& skeleton) {
   for (size_t i = 0; i < origins.size(); ++i) {
     const std::vector<std::string> words = Words(skeleton.bones[i].name);
     const Vector& origin = origins[i];
-    if (IsOnSide(words, "l", "left")) places.left.Add(origin);
-    if (IsOnSide(words, "r", "right")) places.right.Add(origin);
+    if (IsOnSide(words, "l", "left")) places.left.origins.push_back(origin);
+    if (IsOnSide(words, "r", "right")) places.right.origins.push_back(origin);
     if (AnyHolds(words, {"control"})) continue;  // handles stand off the body
-    if (AnyHolds(words, {"head", "neck", "skull"})) places.head.Add(origin);
+    if (AnyHolds(words, {"head", "neck", "skull"})) places.head.origins.push_back(origin);
     if (AnyHolds(words, {"toe"})) {
-      places.toe.Add(origin);
+      places.toe.origins.push_back(origin);
     } else if (AnyHolds(words, {"foot", "feet", "ankle"})) {
-      places.foot.Add(origin);
+      places.foot.origins.push_back(origin);
     }
   }
   return places;
@@ -89,18 +95,18 @@ std::optional<Vector> NearestAxis(Vector direction, const Vector& barred) {
 }
 
 std::optional<Vector> AxisFrom(const Place& from, const Place& to, const Vector& barred) {
-  if (from.count == 0 || to.count == 0) return std::nullopt;
-  return NearestAxis(to.Mean() - from.Mean(), barred);
+  if (from.IsEmpty() || to.IsEmpty()) return std::nullopt;
+  return NearestAxis(to.Middle() - from.Middle(), barred);
 }
 
 /// Rule 1: the ground under the model.
-std::optional<Vector> UpFromGround(const Bounds& bounds) {
+std::optional<Vector> UpFromGround(const Bounds& bounds, const Vector& side) {
   constexpr double kTolerance = 0.04;  // soles reach a little below the ground
   Vector up{};
   int found = 0;
   for (size_t i = 0; i < 3; ++i) {
     const double allowed = kTolerance * bounds.Extent()[i];
-    if (allowed <= 0.0) continue;
+    if (allowed <= 0.0 || side[i] != 0.0) continue;
     const bool above = std::abs(bounds.low[i]) <= allowed;
     const bool below = std::abs(bounds.high[i]) <= allowed;
     if (above == below) continue;
@@ -111,8 +117,9 @@ std::optional<Vector> UpFromGround(const Bounds& bounds) {
 }
 
 Vector FindUp(const Bounds& bounds, const NamedPlaces& places, const Vector& side) {
-  if (const auto up = UpFromGround(bounds)) return *up;
-  if (const auto up = AxisFrom(places.foot.count ? places.foot : places.toe, places.head, side)) return *up;
+  if (const auto up = UpFromGround(bounds, side)) return *up;
+  if (const auto up = AxisFrom(places.foot.IsEmpty() ? places.toe : places.foot, places.head, side))
+    return *up;
   constexpr double kClearly = 1.25;
   const Vector extent = bounds.Extent();
   const bool alongZ = side[1] != 0.0 || (side[2] == 0.0 && extent[2] > kClearly * extent[1]);

@@ -43,8 +43,7 @@ Surface SurfaceFinder::Find(const actor::Mesh& mesh) {
   const actor::Material* material = actor_.MaterialOf(mesh);
   if (!material) return surface;
   constexpr double kDarkest = 0.1;  // black would show no shape
-  for (size_t i = 0; i < 3; ++i)
-    surface.colour[i] = std::clamp(material->diffuse[i] / 255.0, kDarkest, 1.0);
+  for (size_t i = 0; i < 3; ++i) surface.colour[i] = std::clamp(material->diffuse[i] / 255.0, kDarkest, 1.0);
   if (material->hasMap) surface.texture = FindTexture(material->map);
   return surface;
 }
