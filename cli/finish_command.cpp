@@ -8,7 +8,8 @@
 #include "exit_codes.h"
 #include "finish_settings.h"
 #include "host_paths.h"
-#include "job_callbacks.h"
+#include "job_host.h"
+#include "status_printer.h"
 #include "terminal.h"
 
 namespace cli {
@@ -52,9 +53,11 @@ FinishSettings Combine(const FinishOptions& options) {
 int RunFinish(const FinishOptions& options) {
   const FinishSettings settings = Combine(options);
   const std::filesystem::path model = std::filesystem::absolute(options.model);
-  StatusPrinter printer(options.verbosity);
+  StatusPrinter printer(options.verbosity, 1);
+  JobHost host;
+  host.onStatus = [&](std::string_view line) { printer.Print(options.model, line); };
   ts3d::ConversionJob job;
-  const JobCallbacks callbacks(job, printer);
+  host.Attach(job);
   // The converter deletes the packed document from the current directory; from here it cannot, so that it
   // stays beside the package for the next change.
   const TemporaryFolder nowhere;

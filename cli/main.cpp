@@ -3,10 +3,12 @@
 #include <cstdio>
 #include <exception>
 
+#include "completion_command.h"
 #include "convert_command.h"
 #include "exit_codes.h"
 #include "finish_command.h"
 #include "inspect_command.h"
+#include "manual_command.h"
 #include "preview_command.h"
 #include "repack_command.h"
 #include "terminal.h"
@@ -25,6 +27,8 @@ int Run(int argc, char** argv) {
   cli::AddRepackCommand(app, run);
   cli::AddInspectCommand(app, run);
   cli::AddPreviewCommand(app, run);
+  cli::AddCompletionCommand(app, run);
+  cli::AddManualCommand(app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

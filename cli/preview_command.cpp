@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "actor/load_actor.h"
-#include "convert_quietly.h"
+#include "convert_model.h"
 #include "core/names.h"
 #include "exit_codes.h"
 #include "fbx_to_ts3d.h"
@@ -93,6 +93,15 @@ void Load(const fs::path& package, actor::Actor& actor) {
   }
 }
 
+/// @return the package, inside `work`
+fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work) {
+  const ModelResult result = ConvertInWorkFolder(task, work, {}, std::nullopt, [](std::string_view) {});
+  if (result.code != 0) throw PreviewFailure(result.code, result.reason);
+  for (const TextureProblem& problem : result.textureProblems)
+    PrintMessage(task.name, Severity::Warning, "texture " + problem.source + " " + problem.text);
+  return WithExtension(work.Model(), "czp");
+}
+
 actor::Actor LoadInput(const std::string& input) {
   actor::Actor actor;
   if (!fs::exists(input)) throw PreviewFailure(FBX_TO_TS3D_NO_FILE, "the file does not exist");
@@ -102,10 +111,7 @@ actor::Actor LoadInput(const std::string& input) {
   }
   const fs::path model = fs::absolute(input);
   const WorkFolder work(model);
-  fs::path package;
-  const int code = ConvertQuietly(model, work, package);
-  if (code != 0) throw PreviewFailure(code, DescribeExitCode(code));
-  Load(package, actor);
+  Load(ConvertQuietly({input, model, model.parent_path()}, work), actor);
   return actor;
 }
 

@@ -129,9 +129,23 @@ Bytes Gif() {
 }
 
 Bytes Psd() {
-  Bytes file("8BPS\0\1\0\0\0\0\0\0\0\3\0\0\0\x08\0\0\0\x08\0\x08\0\3\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 40);
-  for (size_t channel = 0; channel < 3; ++channel) {
+  Bytes file("8BPS\0\1\0\0\0\0\0\0\0\4\0\0\0\x08\0\0\0\x08\0\x08\0\3\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 40);
+  for (size_t channel = 0; channel < 4; ++channel) {
     for (size_t i = channel; i < kSide * kSide * 4; i += 4) file += Sample()[i];
+  }
+  return file;
+}
+
+/// Packed rows, and colours that are mixed with white where layers are transparent.
+Bytes LayeredPsd() {
+  Bytes file =
+      Psd().substr(0, 34) + Bytes("\0\0\0\x08\0\0\0\4\xff\xff\0\0\0\1", 14) + Bytes(2 * 4 * kSide, '\0');
+  for (size_t channel = 0; channel < 4; ++channel) {
+    for (size_t y = 0; y < kSide; ++y) {
+      const auto value = static_cast<uint8_t>(Sample()[y * kSide * 4 + channel]);
+      const int mixed = y < kSide / 2 || channel == 3 ? value : (value * 128 + 255 * 127) / 255;
+      file += Bytes{static_cast<char>(1 - kSide), static_cast<char>(mixed)};
+    }
   }
   return file;
 }
@@ -178,7 +192,8 @@ TEST(Pictures, OfEveryKindAreReadAndBoundedAndDamageIsNoticed) {
   ExpectSample("BMP", Bmp(), 0, true);
   ExpectSample("TGA", RunLengthTga(), 0, true);
   ExpectSample("GIF", Gif(), 0, false);
-  ExpectSample("PSD", Psd(), 0, false);
+  ExpectSample("PSD", Psd(), 0, true);
+  ExpectSample("PSD, layers", LayeredPsd(), 2, true);
   ExpectSample("DDS", DdsHeader(0x41, "\0\0\0\0", 32) + Sample(), 0, true);
   ExpectSample("DXT1", DxtBlocks("DXT1", "", ""), 8, false);
   ExpectSample("DXT3", DxtBlocks("DXT3", Bytes(8, '\xff'), Bytes(8, '\x88')), 8, true);

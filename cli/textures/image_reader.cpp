@@ -21,7 +21,8 @@ struct Signature {
 
 constexpr Signature kSignatures[] = {{0, "\x89PNG", DecodePng},     {0, "\xff\xd8\xff", DecodeJpeg},
                                      {0, {"II*\0", 4}, DecodeTiff}, {0, {"MM\0*", 4}, DecodeTiff},
-                                     {8, "WEBP", DecodeWebp},       {0, "DDS ", DecodeDds}};
+                                     {8, "WEBP", DecodeWebp},       {0, "DDS ", DecodeDds},
+                                     {0, "8BPS", DecodePsd}};
 
 }  // namespace
 

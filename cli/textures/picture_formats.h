@@ -14,7 +14,8 @@ Image DecodeJpeg(std::string_view bytes, int longestSide);
 Image DecodeTiff(std::string_view bytes, int longestSide);
 Image DecodeWebp(std::string_view bytes, int longestSide);
 Image DecodeDds(std::string_view bytes, int longestSide);
-/// BMP, GIF, PSD and every kind of TGA. @throws also for files that are none of these
+Image DecodePsd(std::string_view bytes, int longestSide);
+/// BMP, GIF and every kind of TGA. @throws also for files that are none of these
 Image DecodeWithStb(std::string_view bytes, int longestSide);
 
 /// An image of that size, all zero, after CheckSize.

@@ -11,7 +11,6 @@
 
 #define STBI_ONLY_BMP
 #define STBI_ONLY_GIF
-#define STBI_ONLY_PSD
 #define STBI_ONLY_TGA
 #define STBI_NO_STDIO
 #define STBI_FAILURE_USERMSG
@@ -55,7 +54,7 @@ int IsAtEnd(void* user) {
 constexpr stbi_io_callbacks kCallbacks = {Read, Skip, IsAtEnd};
 
 [[noreturn]] void FailUnread(std::string_view bytes) {
-  for (const char* start : {"BM", "GIF8", "8BPS"}) {
+  for (const char* start : {"BM", "GIF8"}) {
     if (bytes.starts_with(start)) FailDamaged(stbi_failure_reason());
   }
   throw std::runtime_error(

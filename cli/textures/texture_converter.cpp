@@ -104,16 +104,11 @@ void TextureConverter::Bring(const Request& request) {
   pictures_[request.tgaName] = search.found;
 }
 
-/// The picture is in the job's folder under its own name. It has to be of the right kind, and can be made so
-/// where that folder is a temporary one.
+/// The picture is in the job's folder under its own name; it has to be of the right kind.
 void TextureConverter::CheckOwn(const Request& request) const {
   int width = 0, height = 0;
   if (IsPlainTga(request.target, width, height)) return CheckSize(width, height, longestSide_);
-  const Image image = ReadImage(request.target, longestSide_);
-  if (IsSamePath(request.target.parent_path(), model_.parent_path())) {
-    throw std::runtime_error("is not an uncompressed picture of 24 or 32 bits");
-  }
-  WriteTga(image, request.target);
+  WriteTga(ReadImage(request.target, longestSide_), request.target);
 }
 
 void TextureConverter::Convert(const Request& request, const fs::path& picture) {

@@ -23,7 +23,7 @@ inline constexpr int kDefaultLongestSide = 8192;
 /// converter serves one conversion.
 class TextureConverter {
  public:
-  /// @param model absolute path of the model; its folder is searched, while the job's own may be another
+  /// @param model absolute path of the model, whose folder is searched; the job's own is a temporary one
   /// @param longestSide larger pictures (in pixels) are refused
   TextureConverter(std::filesystem::path model, int longestSide);
 
