@@ -11,7 +11,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
-set(CMAKE_FIND_LIBRARY_SUFFIXES .a)
-# The compiler's own libraries go into the DLL and the program: they run on a Windows that has nothing of ours.
+# zlib and the compiler's own libraries go into the DLL and the program: they run on a Windows that has nothing of ours.
+set(ZLIB_LIBRARY /usr/${triplet}/lib/libz.a CACHE FILEPATH "The static zlib")
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -static)
