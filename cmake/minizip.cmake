@@ -1,12 +1,8 @@
-if(FBX_TO_TS3D_MINIZIP_SOURCE)
-  # Not packaged for this system: built from the source that scripts/fetch-minizip has put there.
-  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/minizip)
-  file(CREATE_LINK ${FBX_TO_TS3D_MINIZIP_SOURCE} ${CMAKE_BINARY_DIR}/minizip/minizip SYMBOLIC)
-  add_library(ts3d_minizip STATIC
-    ${FBX_TO_TS3D_MINIZIP_SOURCE}/ioapi.c
-    ${FBX_TO_TS3D_MINIZIP_SOURCE}/unzip.c
-    ${FBX_TO_TS3D_MINIZIP_SOURCE}/zip.c)
-  target_include_directories(ts3d_minizip SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/minizip)
+if(FBX_TO_TS3D_SOURCES)
+  # Built from its source, like pugixml; the headers are included as <minizip/...>.
+  set(minizip ${FBX_TO_TS3D_SOURCES}/minizip)
+  add_library(ts3d_minizip STATIC ${minizip}/ioapi.c ${minizip}/unzip.c ${minizip}/zip.c)
+  target_include_directories(ts3d_minizip SYSTEM INTERFACE ${FBX_TO_TS3D_SOURCES})
   target_compile_options(ts3d_minizip PRIVATE -w)
   target_link_libraries(ts3d_minizip PUBLIC ZLIB::ZLIB)
   add_library(PkgConfig::MINIZIP ALIAS ts3d_minizip)

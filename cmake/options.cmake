@@ -1,3 +1,9 @@
+# Ending of the files that hold system calls.
+set(TS3D_SYSTEM posix)
+if(WIN32)
+  set(TS3D_SYSTEM windows)
+endif()
+
 # Compiler settings of every target of ours.
 add_library(ts3d_options INTERFACE)
 target_include_directories(ts3d_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
