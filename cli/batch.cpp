@@ -120,7 +120,7 @@ class Batch {
   }
 
   static const char* Refusal(const ModelTask& task) {
-    if (task.model.string().find('\\') != std::string::npos) {
+    if (fs::path::preferred_separator != '\\' && task.model.string().find('\\') != std::string::npos) {
       return "a path with a backslash cannot be converted; rename the file or its folder";
     }
     std::error_code failed;

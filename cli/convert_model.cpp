@@ -46,12 +46,12 @@ int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<F
   if (code != 0 || !finish) return code;
   const TemporaryFolder nowhere;
   const CurrentFolder current(nowhere.Path());
-  return ApplyFinishSettings(model, *finish, job);
+  return ApplyFinishSettings(model.string(), *finish, job);
 }
 
 std::vector<MemberSize> ListMembers(const fs::path& package) {
   std::vector<MemberSize> members;
-  const std::unique_ptr<void, int (*)(void*)> zip(unzOpen(package.c_str()), unzClose);
+  const std::unique_ptr<void, int (*)(void*)> zip(unzOpen(package.string().c_str()), unzClose);
   for (int result = zip ? unzGoToFirstFile(zip.get()) : UNZ_ERRNO; result == UNZ_OK;
        result = unzGoToNextFile(zip.get())) {
     unz_file_info info;

@@ -66,7 +66,7 @@ int RunFinish(const FinishOptions& options) {
   if (code != 0) {
     PrintMessage(options.model, Severity::Error, DescribeExitCode(code));
   } else {
-    std::printf("%s: updated\n", WithExtension(options.model, "czp").c_str());
+    std::printf("%s: updated\n", WithExtension(options.model, "czp").string().c_str());
   }
   return code;
 }

@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "core/names.h"
+#include "platform/files.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -27,13 +28,11 @@ fs::path WithExtension(const fs::path& path, const char* extension) {
   return ts3d::ReplaceExtension(path.string(), extension);
 }
 
-TemporaryFolder::TemporaryFolder() {
-  std::string pattern = (fs::absolute(fs::temp_directory_path()) / "fbx2czp-XXXXXX").string();
-  if (!mkdtemp(pattern.data())) {
-    throw fs::filesystem_error("cannot make a temporary folder", pattern,
+TemporaryFolder::TemporaryFolder() : path_(platform::MakeTemporaryFolder()) {
+  if (path_.empty()) {
+    throw fs::filesystem_error("cannot make a temporary folder",
                                std::error_code(errno, std::generic_category()));
   }
-  path_ = pattern;
 }
 
 TemporaryFolder::~TemporaryFolder() {

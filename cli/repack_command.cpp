@@ -89,11 +89,11 @@ void CopyMember(void* from, const Member& member, void* to) {
 
 /// @return how many members were dropped
 size_t Repack(const fs::path& path, const fs::path& newPath) {
-  const PackageReader from(unzOpen(path.c_str()));
+  const PackageReader from(unzOpen(path.string().c_str()));
   if (!from) throw std::runtime_error("the package cannot be opened");
   size_t count = 0;
   const std::vector<Member> members = LastMembers(from.get(), count);
-  zipFile to = zipOpen(newPath.c_str(), APPEND_STATUS_CREATE);
+  zipFile to = zipOpen(newPath.string().c_str(), APPEND_STATUS_CREATE);
   if (!to) throw std::runtime_error("the new package cannot be written");
   try {
     for (const Member& member : members) CopyMember(from.get(), member, to);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "terminal.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
+
+#include "platform/process.h"
 
 namespace cli {
 namespace {
@@ -36,7 +36,7 @@ std::string Label(Severity severity) {
 
 }  // namespace
 
-bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) == 1; }
+bool IsTerminal(std::FILE* stream) { return platform::IsTerminal(stream); }
 
 bool WantsColour(std::FILE* stream) {
   const char* noColour = std::getenv("NO_COLOR");

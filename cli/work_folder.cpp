@@ -9,16 +9,24 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
+/// Shows `file` under the path `as`: by a link, or by a copy where the system allows this user no links.
+void Show(const fs::path& file, const fs::path& as) {
+  std::error_code failed;
+  fs::create_symlink(file, as, failed);
+  if (failed) fs::create_hard_link(file, as, failed);
+  if (failed) fs::copy_file(file, as);
+}
+
 bool IsTga(const fs::path& name) { return ts3d::EqualsIgnoreCase(name.extension().string(), ".tga"); }
 
 }  // namespace
 
 WorkFolder::WorkFolder(const fs::path& model) : modelName_(model.filename()) {
-  fs::create_symlink(model, Model());
+  Show(model, Model());
   for (const fs::directory_entry& entry : fs::directory_iterator(model.parent_path())) {
     const fs::path name = entry.path().filename();
     if (IsTga(name) && name != modelName_) {
-      fs::create_symlink(entry.path(), folder_.Path() / name);
+      Show(entry.path(), folder_.Path() / name);
     }
   }
 }

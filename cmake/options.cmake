@@ -1,3 +1,9 @@
+# Ending of the files that hold system calls.
+set(TS3D_SYSTEM posix)
+if(WIN32)
+  set(TS3D_SYSTEM windows)
+endif()
+
 # Compiler settings of every target of ours.
 add_library(ts3d_options INTERFACE)
 target_include_directories(ts3d_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
@@ -5,6 +11,11 @@ target_compile_options(ts3d_options INTERFACE -Wall -Wextra -Wconversion)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # GCC 12 sees overlapping copies in every "literal" + std::string.
   target_compile_options(ts3d_options INTERFACE -Wno-restrict)
+endif()
+# A product and a sum are rounded one after the other, on every processor: models come out the same everywhere.
+add_compile_options(-ffp-contract=off)
+if(WIN32)
+  target_compile_definitions(ts3d_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 endif()
 if(FBX_TO_TS3D_WERROR)
   target_compile_options(ts3d_options INTERFACE -Werror)

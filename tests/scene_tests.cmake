@@ -1,5 +1,6 @@
 ts3d_add_tests(
   platform_files_test.cpp
+  scene_angles_test.cpp
   scene_array_test.cpp
   scene_ascii_test.cpp
   scene_binary_test.cpp

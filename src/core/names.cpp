@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "platform/files.h"
+
 namespace ts3d {
 namespace {
 
@@ -75,7 +77,7 @@ bool SplitEntry(std::string_view entry, std::string_view& key, std::string_view&
 }
 
 bool IsPlainFileName(std::string_view name) {
-  if (name.empty() || name == "." || name == "..") return false;
+  if (name.empty() || name == "." || name == ".." || platform::IsReservedFileName(name)) return false;
   return std::none_of(name.begin(), name.end(), [](char c) {
     const auto byte = static_cast<unsigned char>(c);
     return c == '/' || c == '\\' || byte < 0x20 || byte == 0x7f;

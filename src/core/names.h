@@ -37,7 +37,7 @@ std::vector<std::string_view> SplitList(std::string_view list);
 bool SplitEntry(std::string_view entry, std::string_view& key, std::string_view& value);
 
 /// Whether `name` can only name a file inside the folder that it is opened in: not empty, not "." or "..", no
-/// separator and no control character.
+/// separator, no control character and no name that the system keeps for itself.
 bool IsPlainFileName(std::string_view name);
 
 }  // namespace ts3d

@@ -20,6 +20,10 @@ using FilePtr = std::unique_ptr<std::FILE, CloseFile>;
 /// `path` as the system's calls take it.
 std::string NativePath(std::string_view path);
 
+/// Whether the system takes the plain file name `name` for something else than a file of that name: for a
+/// device, a drive or a part of another file.
+bool IsReservedFileName(std::string_view name);
+
 /// Whether a file-status query on `path` succeeds. True for folders as well.
 bool FileExists(std::string_view path);
 
@@ -44,6 +48,10 @@ bool CopyWholeFile(std::string_view from, std::string_view to);
 
 /// Creates the folder `path` unless it exists; false when there is none afterwards.
 bool MakeFolder(std::string_view path);
+
+/// Makes a new, empty folder of this user's own among the system's temporary files and returns its path.
+/// Empty when that fails.
+std::string MakeTemporaryFolder();
 
 /// Last-write time of `path` in local time as a DOS date and time word (date in the high half); 0 when
 /// unknown.

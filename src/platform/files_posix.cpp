@@ -21,6 +21,8 @@ std::string NativePath(std::string_view path) {
   return native;
 }
 
+bool IsReservedFileName(std::string_view) { return false; }
+
 bool FileExists(std::string_view path) {
   struct stat info {};
   return stat(NativePath(path).c_str(), &info) == 0;
@@ -64,6 +66,13 @@ bool MakeFolder(std::string_view path) {
   const std::string native = NativePath(path);
   struct stat info {};
   return mkdir(native.c_str(), 0777) == 0 || (stat(native.c_str(), &info) == 0 && S_ISDIR(info.st_mode));
+}
+
+std::string MakeTemporaryFolder() {
+  std::error_code failed;
+  const std::filesystem::path parent = std::filesystem::absolute(std::filesystem::temp_directory_path(failed));
+  std::string path = (parent / "fbx2czp-XXXXXX").string();
+  return !failed && mkdtemp(path.data()) ? path : std::string();
 }
 
 uint32_t DosWriteTime(std::string_view path) {

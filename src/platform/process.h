@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,9 @@ namespace platform {
 /// environment variable FBX_TO_TS3D_TRACE is set, else nowhere.
 void DebugOutput(const char* text);
 
+/// Whether `stream` goes to a terminal that understands the usual control sequences.
+bool IsTerminal(std::FILE* stream);
+
 /// Folder of the running executable with a trailing separator; empty when it cannot be told.
 std::string ExecutableFolder();
 
@@ -19,7 +23,7 @@ const char* SharedLibraryExtension();
 
 /// Paths of the shared libraries in `folder` whose extension is `extension` and that export `symbol`, sorted
 /// by name. A library that cannot be loaded, or that crashes while it is loaded, is left out: each candidate
-/// is tried in a child process first.
+/// is tried in a child process first. Windows has no such children; there a crash ends the process.
 std::vector<std::string> FindPlugins(std::string_view folder, std::string_view extension, const char* symbol);
 
 /// Loads the library `path` for the rest of the process and returns the address of `symbol`, or null.

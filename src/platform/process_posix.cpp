@@ -95,6 +95,8 @@ void DebugOutput(const char* text) {
   if (std::getenv("FBX_TO_TS3D_TRACE")) std::fputs(text, stderr);
 }
 
+bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) == 1; }
+
 std::string ExecutableFolder() {
   char path[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", path, sizeof path);

@@ -17,7 +17,8 @@ KString BaseName(std::string_view path) {
 
 /// Names come from the file: only what names a file inside the folder is written.
 bool IsPlainName(std::string_view name) {
-  return !name.empty() && name != "." && name != ".." && std::none_of(name.begin(), name.end(), [](char c) {
+  if (name.empty() || name == "." || name == ".." || platform::IsReservedFileName(name)) return false;
+  return std::none_of(name.begin(), name.end(), [](char c) {
     return static_cast<unsigned char>(c) < 0x20 || c == 0x7f || c == '/' || c == '\\' || c == ':';
   });
 }

@@ -6,6 +6,7 @@
 
 #include "core/names.h"
 #include "core/status.h"
+#include "scene/math/angles.h"
 #include "skeleton/bind_pose.h"
 
 namespace ts3d {
@@ -181,9 +182,9 @@ class BoneExtractor {
 scene::KFbxQuaternion EulerToQuaternion(const KFbxVector4& degrees) {
   constexpr double kHalfDegree = 3.141592653589793 / 180.0 * 0.5;
   const double a = degrees[0] * kHalfDegree, b = degrees[1] * kHalfDegree, c = degrees[2] * kHalfDegree;
-  const double sa = std::sin(a), ca = std::cos(a);
-  const double sb = std::sin(b), cb = std::cos(b);
-  const double sc = std::sin(c), cc = std::cos(c);
+  const auto [sa, ca] = scene::SinCos(a);
+  const auto [sb, cb] = scene::SinCos(b);
+  const auto [sc, cc] = scene::SinCos(c);
   return {sa * cb * cc - ca * sb * sc, ca * sb * cc + sa * cb * sc, ca * cb * sc - sa * sb * cc,
           -(ca * cb * cc + sa * sb * sc)};
 }

@@ -152,7 +152,8 @@ class BinaryReader {
 
   bool ReadValue(const Header& header, uint64_t valuesEnd) {
     const char code = in_.Number<char>();
-    const uint64_t left = in_.Failed() || in_.Offset() > valuesEnd ? 0 : valuesEnd - in_.Offset();
+    const bool hasRoom = !in_.Failed() && in_.Offset() <= valuesEnd;
+    const auto left = static_cast<size_t>(hasRoom ? valuesEnd - in_.Offset() : 0);
     Value value;
     if (const size_t used =
             scene::ReadScalar(code, bytes_.data() + in_.Offset(), left, tree_.bigEndian, value)) {

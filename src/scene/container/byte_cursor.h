@@ -56,7 +56,7 @@ class ByteCursor {
       failed_ = true;
       return {};
     }
-    const std::string_view taken = bytes_.substr(offset_, size);
+    const std::string_view taken = bytes_.substr(static_cast<size_t>(offset_), static_cast<size_t>(size));
     offset_ += size;
     return taken;
   }

@@ -7,6 +7,8 @@
 #include <memory>
 #else
 #include <zlib.h>
+
+#include <limits>
 #endif
 
 namespace scene {
@@ -26,9 +28,12 @@ bool Inflate(std::string_view packed, void* out, size_t size) {
 #else
 
 bool Inflate(std::string_view packed, void* out, size_t size) {
-  uLongf written = size;
+  // zlib counts in 32 bits on some systems.
+  constexpr size_t kMost = std::numeric_limits<uLong>::max();
+  if (size > kMost || packed.size() > kMost) return false;
+  auto written = static_cast<uLongf>(size);
   return uncompress(static_cast<Bytef*>(out), &written, reinterpret_cast<const Bytef*>(packed.data()),
-                    packed.size()) == Z_OK &&
+                    static_cast<uLong>(packed.size())) == Z_OK &&
          written == size;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace scene {
@@ -10,6 +11,6 @@ namespace scene {
 [[nodiscard]] bool Inflate(std::string_view packed, void* out, size_t size);
 
 /// The most bytes that `packed` bytes of deflated data can unpack to; a larger claim is a bomb.
-constexpr size_t LargestInflatedSize(size_t packed) { return packed * 1032 + 64; }
+constexpr uint64_t LargestInflatedSize(uint64_t packed) { return packed * 1032 + 64; }
 
 }  // namespace scene

@@ -41,7 +41,7 @@ struct Value {
   };
   uint64_t size = 0;
 
-  std::string_view Span() const { return {data, size}; }
+  std::string_view Span() const { return {data, static_cast<size_t>(size)}; }
   bool IsList() const { return kind >= Kind::Array; }
 };
 

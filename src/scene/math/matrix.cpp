@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "scene/math/angles.h"
+
 namespace scene {
 namespace {
 
@@ -12,9 +14,9 @@ constexpr double kDegree = std::numbers::pi / 180.0;
 }  // namespace
 
 KFbxXMatrix::KFbxXMatrix(const KFbxVector4& t, const KFbxVector4& r, const KFbxVector4& s) {
-  const double sx = std::sin(r[0] * kDegree), cx = std::cos(r[0] * kDegree);
-  const double sy = std::sin(r[1] * kDegree), cy = std::cos(r[1] * kDegree);
-  const double sz = std::sin(r[2] * kDegree), cz = std::cos(r[2] * kDegree);
+  const auto [sx, cx] = SinCos(r[0] * kDegree);
+  const auto [sy, cy] = SinCos(r[1] * kDegree);
+  const auto [sz, cz] = SinCos(r[2] * kDegree);
   m_ = {cy * cz * s[0],
         cy * sz * s[0],
         -sy * s[0],
@@ -74,12 +76,12 @@ KFbxVector4 KFbxXMatrix::GetR() const {
       entry = scale[axis] != 0.0 ? entry / scale[axis] : (row == axis ? 1.0 : 0.0);
     }
   }
-  const double cosY = std::hypot(q.m_[0], q.m_[1]);
-  const double y = std::atan2(-q.m_[2], cosY);
+  const double cosY = std::sqrt(q.m_[0] * q.m_[0] + q.m_[1] * q.m_[1]);
+  const double y = ArcTangent(-q.m_[2], cosY);
   // At the poles of y only the sum of x and z is known; all of it goes to x.
   const bool pole = cosY <= 1e-9;
-  const double x = pole ? std::atan2(-q.m_[9], q.m_[5]) : std::atan2(q.m_[6], q.m_[10]);
-  const double z = pole ? 0.0 : std::atan2(q.m_[1], q.m_[0]);
+  const double x = pole ? ArcTangent(-q.m_[9], q.m_[5]) : ArcTangent(q.m_[6], q.m_[10]);
+  const double z = pole ? 0.0 : ArcTangent(q.m_[1], q.m_[0]);
   return {x / kDegree, y / kDegree, z / kDegree};
 }
 

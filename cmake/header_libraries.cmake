@@ -1,0 +1,17 @@
+# CLI11, nlohmann-json and stb, which are nothing but headers.
+if(CMAKE_CROSSCOMPILING)
+  # They lie among the headers of the build machine; only their own folders are shown to the cross compiler.
+  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/headers)
+  foreach(folder CLI nlohmann stb)
+    file(CREATE_LINK /usr/include/${folder} ${CMAKE_BINARY_DIR}/headers/${folder} SYMBOLIC)
+  endforeach()
+  add_library(ts3d_headers INTERFACE)
+  target_include_directories(ts3d_headers SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/headers)
+  add_library(CLI11::CLI11 ALIAS ts3d_headers)
+  add_library(nlohmann_json::nlohmann_json ALIAS ts3d_headers)
+  set(STB_INCLUDE_DIR ${CMAKE_BINARY_DIR}/headers)
+else()
+  find_package(CLI11 REQUIRED)
+  find_package(nlohmann_json REQUIRED)
+  find_path(STB_INCLUDE_DIR stb/stb_image.h REQUIRED)
+endif()

@@ -1,0 +1,7 @@
+if(FBX_TO_TS3D_SOURCES)
+  add_library(ts3d_pugixml STATIC ${FBX_TO_TS3D_SOURCES}/pugixml/src/pugixml.cpp)
+  target_include_directories(ts3d_pugixml SYSTEM PUBLIC ${FBX_TO_TS3D_SOURCES}/pugixml/src)
+  add_library(pugixml::pugixml ALIAS ts3d_pugixml)
+else()
+  find_package(pugixml REQUIRED)
+endif()

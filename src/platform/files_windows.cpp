@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+#include <windows.h>
+
+#include <algorithm>
+#include <limits>
+#include <system_error>
+
+#include "platform/files.h"
+
+namespace platform {
+namespace {
+
+struct CloseWindowsHandle {
+  void operator()(void* handle) const { CloseHandle(handle); }
+};
+using HandlePtr = std::unique_ptr<void, CloseWindowsHandle>;
+
+DWORD Attributes(std::string_view path) { return GetFileAttributesA(NativePath(path).c_str()); }
+
+bool IsFolder(DWORD attributes) {
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+/// Opens an existing file, others may read, write and delete it meanwhile; null when that fails.
+HandlePtr OpenHandle(std::string_view path, DWORD access, DWORD flags) {
+  void* handle =
+      CreateFileA(NativePath(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                  nullptr, OPEN_EXISTING, flags, nullptr);
+  return HandlePtr(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
+
+bool Identify(std::string_view path, BY_HANDLE_FILE_INFORMATION& info) {
+  // Folders are opened with this flag only.
+  const HandlePtr file = OpenHandle(path, 0, FILE_FLAG_BACKUP_SEMANTICS);
+  return file && GetFileInformationByHandle(file.get(), &info);
+}
+
+std::string LastError() { return std::system_category().message(static_cast<int>(GetLastError())); }
+
+}  // namespace
+
+std::string NativePath(std::string_view path) { return std::string(path); }
+
+bool IsReservedFileName(std::string_view name) {
+  if (name.find(':') != std::string_view::npos) return true;  // a drive, or a second stream of a file
+  std::string base(name.substr(0, name.find('.')));
+  base.erase(base.find_last_not_of(' ') + 1);
+  std::transform(base.begin(), base.end(), base.begin(),
+                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  if (base.size() == 4 && (base.starts_with("COM") || base.starts_with("LPT"))) {
+    return base[3] >= '0' && base[3] <= '9';
+  }
+  return base == "CON" || base == "PRN" || base == "AUX" || base == "NUL" || base == "CONIN$" ||
+         base == "CONOUT$";
+}
+
+bool FileExists(std::string_view path) { return Attributes(path) != INVALID_FILE_ATTRIBUTES; }
+
+bool IsSameFile(std::string_view a, std::string_view b) {
+  BY_HANDLE_FILE_INFORMATION first, second;
+  return Identify(a, first) && Identify(b, second) &&
+         first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
+         first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
+}
+
+int64_t FileSize(std::string_view path) {
+  WIN32_FILE_ATTRIBUTE_DATA info;
+  if (!GetFileAttributesExA(NativePath(path).c_str(), GetFileExInfoStandard, &info)) return -1;
+  if (IsFolder(info.dwFileAttributes)) return -1;
+  return (static_cast<int64_t>(info.nFileSizeHigh) << 32) | info.nFileSizeLow;
+}
+
+FilePtr OpenFile(std::string_view path, const char* mode) {
+  return FilePtr(std::fopen(NativePath(path).c_str(), mode));
+}
+
+bool RemoveFile(std::string_view path) { return DeleteFileA(NativePath(path).c_str()) != 0; }
+
+bool RenameFile(std::string_view from, std::string_view to) {
+  return MoveFileExA(NativePath(from).c_str(), NativePath(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
+bool CopyWholeFile(std::string_view from, std::string_view to) {
+  constexpr BOOL kOnlyNewFiles = FALSE;
+  if (CopyFileA(NativePath(from).c_str(), NativePath(to).c_str(), kOnlyNewFiles)) return true;
+  RemoveFile(to);
+  return false;
+}
+
+bool MakeFolder(std::string_view path) {
+  return CreateDirectoryA(NativePath(path).c_str(), nullptr) || IsFolder(Attributes(path));
+}
+
+std::string MakeTemporaryFolder() {
+  constexpr int kTries = 100;
+  char parent[MAX_PATH + 1];
+  const DWORD length = GetTempPathA(sizeof parent, parent);
+  if (length == 0 || length > MAX_PATH) return {};
+  for (int i = 0; i < kTries; ++i) {
+    const std::string path = std::string(parent, length) + "fbx2czp-" +
+                             std::to_string(GetCurrentProcessId()) + "-" + std::to_string(GetTickCount64()) +
+                             "-" + std::to_string(i);
+    if (CreateDirectoryA(path.c_str(), nullptr)) return path;
+  }
+  return {};
+}
+
+uint32_t DosWriteTime(std::string_view path) {
+  WIN32_FIND_DATAA found;
+  void* search = FindFirstFileA(NativePath(path).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return 0;
+  FindClose(search);
+  FILETIME local;
+  WORD date = 0, time = 0;
+  if (!FileTimeToLocalFileTime(&found.ftLastWriteTime, &local) ||
+      !FileTimeToDosDateTime(&local, &date, &time)) {
+    return 0;
+  }
+  return (static_cast<uint32_t>(date) << 16) | time;
+}
+
+MappedFile::~MappedFile() {
+  if (data_) UnmapViewOfFile(data_);
+}
+
+void MappedFile::ReleasePages() const {
+  // Unlocking pages that are not locked takes them out of the working set.
+  if (data_) VirtualUnlock(data_, size_);
+}
+
+bool MappedFile::Open(std::string_view path, std::string& error) {
+  const auto fail = [&](const std::string& reason) {
+    error = reason;
+    return false;
+  };
+  if (IsFolder(Attributes(path))) return fail("it is a folder");
+  const HandlePtr file = OpenHandle(path, GENERIC_READ, FILE_ATTRIBUTE_NORMAL);
+  if (!file) return fail(LastError());
+  LARGE_INTEGER size;
+  if (GetFileType(file.get()) != FILE_TYPE_DISK) return fail("it is not a regular file");
+  if (!GetFileSizeEx(file.get(), &size)) return fail(LastError());
+  if (size.QuadPart == 0) return true;
+  if (static_cast<uint64_t>(size.QuadPart) > std::numeric_limits<size_t>::max()) {
+    return fail("it is too large for a 32-bit program");
+  }
+  const HandlePtr mapping(CreateFileMappingA(file.get(), nullptr, PAGE_READONLY, 0, 0, nullptr));
+  if (!mapping) return fail(LastError());
+  // The view keeps file and mapping open.
+  data_ = MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0);
+  if (!data_) return fail(LastError());
+  size_ = static_cast<size_t>(size.QuadPart);
+  return true;
+}
+
+}  // namespace platform
