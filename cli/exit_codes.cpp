@@ -21,7 +21,9 @@ constexpr std::pair<int, const char*> kCodes[] = {
      "again"},
     {FBX_TO_TS3D_DOCUMENT_UNWRITABLE, "the .xfg document could not be written; is its folder writable?"},
     {FBX_TO_TS3D_UPDATE_FAILED, "the package could not be opened or extended; it is as it was"},
-    {kUsageError, "wrong command line"}};
+    {kUsageError, "wrong command line"},
+    {kCrashed, "the conversion crashed; the model is told, and the others were converted"},
+    {kInterrupted, "interrupted; nothing half done is left"}};
 
 }  // namespace
 

@@ -8,6 +8,11 @@ namespace cli {
 /// Exit status for a wrong command line; all others are the converter's result codes.
 inline constexpr int kUsageError = 64;
 
+/// Exit status when the conversion of a model crashed.
+inline constexpr int kCrashed = 70;
+/// Exit status after Ctrl-C.
+inline constexpr int kInterrupted = 130;
+
 /// What the exit status `code` means to the person at the keyboard.
 const char* DescribeExitCode(int code);
 

@@ -28,7 +28,7 @@ fs::path WithExtension(const fs::path& path, const char* extension) {
 }
 
 TemporaryFolder::TemporaryFolder() {
-  std::string pattern = (fs::temp_directory_path() / "fbx2czp-XXXXXX").string();
+  std::string pattern = (fs::absolute(fs::temp_directory_path()) / "fbx2czp-XXXXXX").string();
   if (!mkdtemp(pattern.data())) {
     throw fs::filesystem_error("cannot make a temporary folder", pattern,
                                std::error_code(errno, std::generic_category()));

@@ -3,11 +3,13 @@
 #include <cstdio>
 #include <exception>
 
+#include "completion_command.h"
 #include "convert_command.h"
 #include "exit_codes.h"
 #include "export_command.h"
 #include "finish_command.h"
 #include "inspect_command.h"
+#include "manual_command.h"
 #include "repack_command.h"
 #include "terminal.h"
 
@@ -23,6 +25,8 @@ int Run(int argc, char** argv) {
   cli::AddConvertCommand(app, run);
   cli::AddFinishCommand(app, run);
   cli::AddRepackCommand(app, run);
+  cli::AddCompletionCommand(app, run);
+  cli::AddManualCommand(app, run);
   cli::AddInspectCommand(app, run);
   cli::AddExportCommand(app, run);
   try {

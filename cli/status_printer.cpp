@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "status_printer.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+
+#include "terminal.h"
 
 namespace cli {
 namespace {
@@ -16,30 +16,43 @@ constexpr int kBarWidth = 30;
 
 bool IsProblem(std::string_view line) { return line.starts_with(">>>") || line.starts_with("***"); }
 
-bool IsProgress(std::string_view line) { return line.starts_with(kProgressLine) && line.ends_with("% done"); }
-
 }  // namespace
 
-StatusPrinter::StatusPrinter(Verbosity verbosity)
-    : verbosity_(verbosity), isTerminal_(isatty(STDERR_FILENO) == 1) {}
-
-void StatusPrinter::Print(std::string_view line) {
-  if (line.starts_with(kMeshLine)) mesh_ = line.substr(kMeshLine.size());
-  if (IsProgress(line) && verbosity_ != Verbosity::Verbose) {
-    if (isTerminal_ && verbosity_ == Verbosity::Normal) ShowBar(line);
-    return;
-  }
-  ClearBar();
-  if (verbosity_ == Verbosity::Quiet && !IsProblem(line)) return;
-  // A few lines bring their own line end.
-  while (line.ends_with('\n')) line.remove_suffix(1);
-  std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+bool IsProgressLine(std::string_view line) {
+  return line.starts_with(kProgressLine) && line.ends_with("% done");
 }
 
-void StatusPrinter::ShowBar(std::string_view line) {
-  const int percent = std::clamp(std::atoi(std::string(line.substr(kProgressLine.size())).c_str()), 0, 100);
+StatusPrinter::StatusPrinter(Verbosity verbosity, size_t total)
+    : verbosity_(verbosity), showsBar_(verbosity == Verbosity::Normal && IsTerminal(stderr)), total_(total) {}
+
+void StatusPrinter::Print(const std::string& model, std::string_view line) {
+  if (line.starts_with(kMeshLine)) mesh_ = line.substr(kMeshLine.size());
+  if (total_ > 1) ShowModels(model);
+  if (IsProgressLine(line) && verbosity_ != Verbosity::Verbose) {
+    if (total_ == 1) ShowBar(std::atoi(std::string(line.substr(kProgressLine.size())).c_str()), mesh_);
+    return;
+  }
+  // Of many models only what is wrong is told.
+  const bool tellsAll = verbosity_ == Verbosity::Verbose || (verbosity_ == Verbosity::Normal && total_ == 1);
+  if (!tellsAll && !IsProblem(line)) return;
+  ClearBar();
+  const std::string text(line);
+  std::fprintf(stderr, "fbx2czp: %s: %s\n", model.c_str(),
+               (IsProblem(line) ? Painted(stderr, Colour::Yellow, text) : text).c_str());
+}
+
+void StatusPrinter::ModelDone() { ++done_; }
+
+void StatusPrinter::ShowModels(const std::string& model) {
+  ShowBar(static_cast<int>(100 * done_ / total_),
+          std::to_string(done_) + "/" + std::to_string(total_) + " " + model);
+}
+
+void StatusPrinter::ShowBar(int percent, const std::string& text) {
+  if (!showsBar_) return;
+  percent = std::clamp(percent, 0, 100);
   const std::string done(static_cast<size_t>(percent * kBarWidth / 100), '#');
-  std::fprintf(stderr, "\r[%-*s] %3d%% %.40s\033[K", kBarWidth, done.c_str(), percent, mesh_.c_str());
+  std::fprintf(stderr, "\r[%-*s] %3d%% %.40s\033[K", kBarWidth, done.c_str(), percent, text.c_str());
   barShown_ = true;
 }
 

@@ -8,24 +8,30 @@ namespace cli {
 
 enum class Verbosity { Quiet, Normal, Verbose };
 
-/// Shows the status lines of a conversion on standard error. On a terminal the lines that tell how far the
-/// writing of a mesh has come become a bar.
+/// Whether a status line only tells how far a mesh is.
+bool IsProgressLine(std::string_view line);
+
+/// Prints status lines to standard error, each behind the name of its model, and a progress bar on terminals.
 class StatusPrinter {
  public:
-  explicit StatusPrinter(Verbosity verbosity);
-  ~StatusPrinter() { ClearBar(); }
+  /// @param total  models to convert; with more than one the bar counts them
+  StatusPrinter(Verbosity verbosity, size_t total);
 
-  /// Shows one status line.
-  void Print(std::string_view line);
+  void Print(const std::string& model, std::string_view line);
+  /// Counts a model that is done.
+  void ModelDone();
+  /// Takes the bar away, so that something else can be printed.
   void ClearBar();
 
  private:
-  void ShowBar(std::string_view line);
+  void ShowBar(int percent, const std::string& text);
+  void ShowModels(const std::string& model);
 
   Verbosity verbosity_;
-  bool isTerminal_;
-  bool barShown_ = false;
+  bool showsBar_;
+  size_t total_, done_ = 0;
   std::string mesh_;
+  bool barShown_ = false;
 };
 
 }  // namespace cli

@@ -7,15 +7,30 @@
 
 namespace cli {
 namespace fs = std::filesystem;
+namespace {
+
+bool IsTga(const fs::path& name) { return ts3d::EqualsIgnoreCase(name.extension().string(), ".tga"); }
+
+}  // namespace
 
 WorkFolder::WorkFolder(const fs::path& model) : modelName_(model.filename()) {
   fs::create_symlink(model, Model());
   for (const fs::directory_entry& entry : fs::directory_iterator(model.parent_path())) {
     const fs::path name = entry.path().filename();
-    if (ts3d::EqualsIgnoreCase(name.extension().string(), ".tga") && name != modelName_) {
+    if (IsTga(name) && name != modelName_) {
       fs::create_symlink(entry.path(), folder_.Path() / name);
     }
   }
+}
+
+std::vector<std::string> WorkFolder::NewPictures() const {
+  std::vector<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder_.Path())) {
+    if (IsTga(entry.path()) && fs::is_regular_file(entry.symlink_status())) {
+      names.push_back(entry.path().filename().string());
+    }
+  }
+  return names;
 }
 
 void WorkFolder::MoveTo(const fs::path& folder, const fs::path& name) const {

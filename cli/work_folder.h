@@ -2,6 +2,8 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "host_paths.h"
 
@@ -20,6 +22,9 @@ class WorkFolder {
   /// Moves the file `name` into `folder`, over any file of that name. Nothing happens when there is no such
   /// file.
   void MoveTo(const std::filesystem::path& folder, const std::filesystem::path& name) const;
+
+  /// Names of the ".tga" files that were written here.
+  std::vector<std::string> NewPictures() const;
 
  private:
   TemporaryFolder folder_;

@@ -142,10 +142,8 @@ TEST_F(ToolTextures, NamedTgaAreFoundAndUnpackedButNeverWrittenOver) {
 
   folder_.Write("packed.tga", packed);
   ASSERT_EQ(Run("convert hero.fbx -q"), 0);
-  EXPECT_TRUE(Printed("is not an uncompressed picture of 24 or 32 bits; packed.tga beside")) << errors_;
-  EXPECT_EQ(Packed("packed.tga"), packed);
-  ASSERT_EQ(Run("convert hero.fbx -q -o out"), 0);
-  EXPECT_THAT(Package(folder_.Path("out/hero.czp"))["packed.tga"], StartsWith(plain));
+  EXPECT_EQ(errors_.find("warning"), std::string::npos) << errors_;
+  EXPECT_THAT(Packed("packed.tga"), StartsWith(plain));
   EXPECT_EQ(ReadWholeFile(folder_.Path("packed.tga")), packed);
 }
 

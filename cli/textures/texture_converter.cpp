@@ -77,7 +77,9 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
     reason = error.what();
   }
   if (exists) reason += "; " + ts3d::TgaName(source) + " beside the model is packed as it is";
-  Report(source, std::move(reason));
+  // Embedded pictures were written to a folder that is gone when somebody reads this.
+  const bool isInside = source.starts_with(job.modelDirectory);
+  problems_.push_back({isInside ? source.substr(job.modelDirectory.size()) : source, std::move(reason)});
   return exists;
 }
 
@@ -104,16 +106,11 @@ void TextureConverter::Bring(const Request& request) {
   pictures_[request.tgaName] = search.found;
 }
 
-/// The picture is in the job's folder under its own name. It has to be of the right kind, and can be made so
-/// where that folder is a temporary one.
+/// The picture is in the job's folder under its own name; it has to be of the right kind.
 void TextureConverter::CheckOwn(const Request& request) const {
   int width = 0, height = 0;
   if (IsPlainTga(request.target, width, height)) return CheckSize(width, height, longestSide_);
-  const Image image = ReadImage(request.target, longestSide_);
-  if (IsSamePath(request.target.parent_path(), model_.parent_path())) {
-    throw std::runtime_error("is not an uncompressed picture of 24 or 32 bits");
-  }
-  WriteTga(image, request.target);
+  WriteTga(ReadImage(request.target, longestSide_), request.target);
 }
 
 void TextureConverter::Convert(const Request& request, const fs::path& picture) {
@@ -125,11 +122,6 @@ void TextureConverter::Convert(const Request& request, const fs::path& picture) 
   }
   if (onConvert) onConvert(picture);
   WriteTga(ReadImage(picture, longestSide_), request.target);
-}
-
-void TextureConverter::Report(const std::string& source, std::string text) {
-  problems_.push_back({source, std::move(text)});
-  if (onProblem) onProblem(problems_.back());
 }
 
 }  // namespace cli

@@ -23,14 +23,12 @@ inline constexpr int kDefaultLongestSide = 8192;
 /// converter serves one conversion.
 class TextureConverter {
  public:
-  /// @param model absolute path of the model; its folder is searched, while the job's own may be another
+  /// @param model absolute path of the model, whose folder is searched; the job's own is a temporary one
   /// @param longestSide larger pictures (in pixels) are refused
   TextureConverter(std::filesystem::path model, int longestSide);
 
   /// Called with each picture before it is converted.
   std::function<void(const std::filesystem::path& picture)> onConvert;
-  /// Called with each problem when it shows.
-  std::function<void(const TextureProblem& problem)> onProblem;
 
   /// Answers the job's texture callback. Never throws; a texture that fails is told of once, as a problem. A
   /// file that is somebody's work is never written over.
@@ -47,7 +45,6 @@ class TextureConverter {
   void Bring(const Request& request);
   void CheckOwn(const Request& request) const;
   void Convert(const Request& request, const std::filesystem::path& picture);
-  void Report(const std::string& source, std::string text);
 
   std::filesystem::path model_;
   int longestSide_;

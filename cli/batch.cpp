@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "batch.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <list>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <thread>
+
+#include "child_process.h"
+#include "core/names.h"
+#include "exit_codes.h"
+#include "interrupt.h"
+#include "terminal.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Clock = std::chrono::steady_clock;
+
+constexpr char kStatusMessage = 'S', kResultMessage = 'R';
+
+void AddFolder(const std::string& name, const ConvertOptions& options, std::vector<ModelTask>& tasks) {
+  std::vector<fs::path> found;
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(name)) {
+    const bool isModel = ts3d::EqualsIgnoreCase(entry.path().extension().string(), ".fbx");
+    if (isModel && entry.is_regular_file()) found.push_back(entry.path());
+  }
+  std::sort(found.begin(), found.end());
+  for (const fs::path& path : found) {
+    const fs::path model = fs::absolute(path);
+    const fs::path folder = options.outputFolder.empty()
+                                ? model.parent_path()
+                                : fs::absolute(options.outputFolder) / fs::relative(path, name).parent_path();
+    tasks.push_back({path.lexically_normal().string(), model, folder});
+  }
+}
+
+void PrintLines(const std::string& model, const std::string& text) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.empty()) std::fprintf(stderr, "fbx2czp: %s: %s\n", model.c_str(), line.c_str());
+  }
+}
+
+/// A model whose conversion runs.
+class Running {
+ public:
+  Running(size_t index, const ModelTask& task, const ConvertOptions& options,
+          const std::optional<FinishSettings>& finish, bool keepsInput)
+      : index_(index),
+        work_(task.model),
+        child_(
+            [&](const ChildProcess::Send& send) {
+              const auto onStatus = [&](std::string_view line) { send(kStatusMessage + std::string(line)); };
+              ModelResult result = ConvertInWorkFolder(task, work_, options, finish, onStatus);
+              send(kResultMessage + ToJson(result).dump(-1, ' ', false, Json::error_handler_t::replace));
+            },
+            keepsInput) {}
+
+  size_t Index() const { return index_; }
+  ChildProcess& Child() { return child_; }
+  const WorkFolder& Work() const { return work_; }
+  double Seconds() const { return std::chrono::duration<double>(Clock::now() - begin_).count(); }
+
+  ModelResult result;
+  bool hasResult = false;
+  std::string output;
+
+ private:
+  size_t index_;
+  Clock::time_point begin_ = Clock::now();
+  WorkFolder work_;
+  ChildProcess child_;
+};
+
+class Batch {
+ public:
+  Batch(const std::vector<ModelTask>& tasks, const ConvertOptions& options,
+        const std::optional<FinishSettings>& finish)
+      : tasks_(tasks), options_(options), finish_(finish), printer_(options.verbosity, tasks.size()) {
+    results_.resize(tasks.size());
+  }
+
+  std::vector<ModelResult> Run(bool& interrupted) {
+    const InterruptWatch watch;
+    const size_t atATime = options_.jobs ? options_.jobs : std::max(1u, std::thread::hardware_concurrency());
+    while ((next_ < tasks_.size() || !running_.empty()) && !watch.Interrupted()) {
+      while (next_ < tasks_.size() && running_.size() < atATime) Start(next_++);
+      TakeMessages();
+    }
+    interrupted = watch.Interrupted();
+    printer_.ClearBar();
+    running_.clear();
+    std::vector<ModelResult> finished;
+    for (std::optional<ModelResult>& result : results_) {
+      if (result) finished.push_back(std::move(*result));
+    }
+    return finished;
+  }
+
+ private:
+  void Start(size_t index) {
+    const ModelTask& task = tasks_[index];
+    if (const char* problem = Refusal(task)) return Fail(index, FBX_TO_TS3D_NO_FILE, problem);
+    if (!packages_.insert({task.Package(), index}).second) {
+      return Fail(index, kUsageError,
+                  "another model of this command line makes the same package, " + task.Package().string());
+    }
+    try {
+      running_.emplace_back(index, task, options_, finish_, tasks_.size() == 1);
+    } catch (const std::exception& error) {
+      Fail(index, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+    }
+  }
+
+  static const char* Refusal(const ModelTask& task) {
+    if (task.model.string().find('\\') != std::string::npos) {
+      return "a path with a backslash cannot be converted; rename the file or its folder";
+    }
+    std::error_code failed;
+    return fs::exists(task.model, failed) ? nullptr : DescribeExitCode(FBX_TO_TS3D_NO_FILE);
+  }
+
+  void TakeMessages() {
+    std::vector<ChildProcess*> children;
+    for (Running& model : running_) children.push_back(&model.Child());
+    if (!children.empty()) ChildProcess::WaitForAny(children);
+    for (auto model = running_.begin(); model != running_.end();) {
+      const bool goesOn =
+          model->Child().Receive({[&](std::string_view message) { TakeMessage(*model, message); },
+                                  [&](std::string_view text) { TakeOutput(*model, text); }});
+      if (!goesOn) Finish(*model);
+      model = goesOn ? std::next(model) : running_.erase(model);
+    }
+  }
+
+  void TakeMessage(Running& model, std::string_view message) {
+    if (message.starts_with(kStatusMessage)) {
+      printer_.Print(tasks_[model.Index()].name, message.substr(1));
+    } else if (message.starts_with(kResultMessage)) {
+      model.result = ResultFromJson(Json::parse(message.substr(1)));
+      model.hasResult = true;
+    }
+  }
+
+  /// The reader's own words about a file that it cannot load, and the question for a password.
+  void TakeOutput(Running& model, std::string_view text) {
+    model.output += text;
+    if (tasks_.size() > 1) return;
+    printer_.ClearBar();
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+  }
+
+  void Finish(Running& model) {
+    const ModelTask& task = tasks_[model.Index()];
+    if (!model.hasResult) {
+      return Fail(model.Index(), kCrashed,
+                  "the conversion ended with signal " + std::to_string(model.Child().Signal()) +
+                      "; please send us the model, so that we can mend that");
+    }
+    ModelResult& result = model.result;
+    result.readerOutput = std::move(model.output);
+    if (result.code == 0) {
+      try {
+        Publish(task, model.Work());
+      } catch (const fs::filesystem_error& error) {
+        return Fail(model.Index(), FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+      }
+    }
+    result.seconds = model.Seconds();
+    Tell(model.Index(), std::move(result));
+  }
+
+  void Fail(size_t index, int code, const std::string& reason) {
+    ModelResult result;
+    result.code = code;
+    result.reason = reason;
+    Tell(index, std::move(result));
+  }
+
+  void Tell(size_t index, ModelResult result) {
+    result.model = tasks_[index].name;
+    printer_.ModelDone();
+    printer_.ClearBar();
+    for (const TextureProblem& problem : result.textureProblems) {
+      PrintMessage(result.model, Severity::Warning, "texture " + problem.source + " " + problem.text);
+    }
+    if (options_.verbosity != Verbosity::Quiet) {
+      for (const std::string& note : result.notes) PrintMessage(result.model, Severity::Note, note);
+    }
+    if (result.code != 0) {
+      if (tasks_.size() > 1) PrintLines(result.model, result.readerOutput);
+      PrintMessage(result.model, Severity::Error, result.reason);
+    } else if (tasks_.size() == 1 || options_.verbosity == Verbosity::Verbose) {
+      std::printf("%s: %d vertices, %d triangles, %ju bytes\n", result.package.c_str(), result.vertices,
+                  result.triangles, static_cast<uintmax_t>(result.packageBytes));
+      std::fflush(stdout);
+    }
+    results_[index] = std::move(result);
+  }
+
+  const std::vector<ModelTask>& tasks_;
+  const ConvertOptions& options_;
+  const std::optional<FinishSettings>& finish_;
+  StatusPrinter printer_;
+  std::vector<std::optional<ModelResult>> results_;
+  std::list<Running> running_;
+  std::map<fs::path, size_t> packages_;  ///< whose package each is
+  size_t next_ = 0;
+};
+
+}  // namespace
+
+std::vector<ModelTask> FindModels(const ConvertOptions& options) {
+  std::vector<ModelTask> tasks;
+  for (const std::string& name : options.models) {
+    if (fs::is_directory(name)) {
+      AddFolder(name, options, tasks);
+      continue;
+    }
+    const fs::path model = fs::absolute(name);
+    tasks.push_back(
+        {name, model,
+         options.outputFolder.empty() ? model.parent_path() : fs::absolute(options.outputFolder)});
+  }
+  return tasks;
+}
+
+std::vector<ModelResult> ConvertAll(const std::vector<ModelTask>& tasks, const ConvertOptions& options,
+                                    const std::optional<FinishSettings>& finish, bool& interrupted) {
+  return Batch(tasks, options, finish).Run(interrupted);
+}
+
+}  // namespace cli

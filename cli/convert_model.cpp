@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "convert_model.h"
+
+#include <minizip/unzip.h>
+
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <new>
+
+#include "driver/convert.h"
+#include "exit_codes.h"
+#include "host_paths.h"
+#include "job_host.h"
+#include "skeleton/skeleton_state.h"
+#include "textures/tga_file.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr double kScaleTolerance = 1e-3;
+
+void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
+  job.rotationY = options.rotationY;
+  job.rotationX = options.rotationX;
+  job.boneRenameList = JoinList(options.boneRenames);
+  job.meshOptionMode = options.meshMode;
+  std::vector<std::string> meshes = options.meshes;
+  for (const std::string& mesh : options.doubleSidedMeshes) meshes.push_back("!" + mesh);
+  job.meshOptionList = JoinList(meshes);
+  job.exclusionList = options.excludedNames;
+  job.rigidBones = options.rigidBones;
+  job.offerTgaTextures = true;
+}
+
+/// Runs in the work folder, where the converter deletes its work files.
+int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<FinishSettings>& finish,
+            ts3d::ConversionJob& job) {
+  const fs::path model = work.Model();
+  int code = 0;
+  {
+    const CurrentFolder current(model.parent_path());
+    code = static_cast<int>(ts3d::RunConversion(job, {ConverterPath(model), ConverterPath(task.model)}));
+  }
+  if (code != 0 || !finish) return code;
+  const TemporaryFolder nowhere;
+  const CurrentFolder current(nowhere.Path());
+  return ApplyFinishSettings(model, *finish, job);
+}
+
+std::vector<MemberSize> ListMembers(const fs::path& package) {
+  std::vector<MemberSize> members;
+  const std::unique_ptr<void, int (*)(void*)> zip(unzOpen(package.c_str()), unzClose);
+  for (int result = zip ? unzGoToFirstFile(zip.get()) : UNZ_ERRNO; result == UNZ_OK;
+       result = unzGoToNextFile(zip.get())) {
+    unz_file_info info;
+    char name[1024] = "";
+    if (unzGetCurrentFileInfo(zip.get(), &info, name, sizeof name - 1, nullptr, 0, nullptr, 0) != UNZ_OK)
+      break;
+    members.push_back({name, info.uncompressed_size});
+  }
+  return members;
+}
+
+void NoteRootScale(const ts3d::ConversionJob& job, ModelResult& result) {
+  if (job.rigidBones || !job.skeleton || !job.skeleton->hasExtractedBones) return;
+  const scene::KFbxVector4& scale = job.skeleton->rootScale;
+  bool isScaled = false;
+  for (size_t axis = 0; axis < 3; ++axis) isScaled |= !(std::abs(scale[axis] - 1.0) <= kScaleTolerance);
+  if (!isScaled) return;
+  char text[400];
+  std::snprintf(text, sizeof text,
+                "the root bone has a scale of %g, %g, %g. Its stored position is multiplied by that, so the "
+                "model floats away from its place until an animation moves it there. Convert with "
+                "--rigid-bones, or apply the scale in your modelling program before the export",
+                scale[0], scale[1], scale[2]);
+  result.notes.emplace_back(text);
+}
+
+}  // namespace
+
+fs::path ModelTask::Package() const { return folder / WithExtension(model.filename(), "czp"); }
+
+ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
+                                const std::optional<FinishSettings>& finish,
+                                const std::function<void(std::string_view)>& onStatus) {
+  ModelResult result;
+  JobHost host;
+  host.onStatus = [&](std::string_view line) {
+    if (!IsProgressLine(line)) result.status.emplace_back(line);
+    onStatus(line);
+  };
+  ts3d::ConversionJob job;
+  TextureConverter textures(task.model, options.longestTextureSide);
+  textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
+  host.onTexture = [&](const std::string& source, bool exists) {
+    return textures.Provide(job, source, exists);
+  };
+  host.Attach(job);
+  SetUp(job, options);
+  try {
+    result.code = Convert(task, work, finish, job);
+    if (result.code != 0) result.reason = DescribeExitCode(result.code);
+  } catch (const std::bad_alloc&) {
+    result.code = FBX_TO_TS3D_LOAD_FAILED;
+    result.reason = "there is not enough memory";
+  }
+  result.textureProblems = textures.Problems();
+  if (result.code == 0) {
+    NoteRootScale(job, result);
+    result.vertices = job.vertexTotal;
+    result.triangles = job.polygonTotal;
+    const fs::path package = WithExtension(work.Model(), "czp");
+    result.packageBytes = fs::file_size(package);
+    result.members = ListMembers(package);
+    result.package = task.Package().string();
+  }
+  return result;
+}
+
+void Publish(const ModelTask& task, const WorkFolder& work) {
+  fs::create_directories(task.folder);
+  // Beside the model, converted pictures serve the next conversion. Somebody's own file is not written over.
+  for (const std::string& name : work.NewPictures()) {
+    const fs::path target = task.folder / name;
+    const bool isOurs = fs::is_regular_file(fs::symlink_status(target)) && IsWrittenByUs(target);
+    if (task.folder == task.model.parent_path() && (isOurs || !fs::exists(fs::symlink_status(target)))) {
+      work.MoveTo(task.folder, name);
+    }
+  }
+  work.MoveTo(task.folder, WithExtension(task.model.filename(), "xfg"));
+  work.MoveTo(task.folder, task.Package().filename());
+}
+
+}  // namespace cli

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "status_printer.h"
+#include "textures/texture_converter.h"
+
+namespace cli {
+
+/// What "fbx2czp convert" was asked for.
+struct ConvertOptions {
+  std::vector<std::string> models;  ///< files and folders
+  std::string outputFolder;         ///< empty: beside each model
+  int32_t rotationY = 0;
+  int32_t rotationX = 0;
+  std::vector<std::string> boneRenames;  ///< "old=new"
+  int32_t meshMode = 0;
+  std::vector<std::string> meshes;
+  std::vector<std::string> doubleSidedMeshes;
+  std::vector<std::string> excludedNames;
+  bool rigidBones = false;
+  int longestTextureSide = kDefaultLongestSide;  ///< pixels; larger pictures are refused
+  std::string finishSettings;                    ///< JSON file with final settings, or empty
+  unsigned jobs = 0;                             ///< models at a time; 0: one for each processor core
+  std::string report;                            ///< JSON file to write, or empty
+  Verbosity verbosity = Verbosity::Normal;
+};
+
+}  // namespace cli

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "interrupt.h"
+
+#include <csignal>
+
+namespace cli {
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void NoteInterrupt(int) { interrupted = 1; }
+
+void Handle(int signal, void (*handler)(int)) {
+  // What the shell has switched off, as nohup does, stays off.
+  if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
+void SetHandlers(void (*handler)(int)) {
+  Handle(SIGINT, handler);
+  Handle(SIGTERM, handler);
+#ifdef SIGHUP
+  Handle(SIGHUP, handler);
+#endif
+}
+
+}  // namespace
+
+InterruptWatch::InterruptWatch() {
+  interrupted = 0;
+  SetHandlers(NoteInterrupt);
+}
+
+InterruptWatch::~InterruptWatch() { SetHandlers(SIG_DFL); }
+
+bool InterruptWatch::Interrupted() const { return interrupted != 0; }
+
+}  // namespace cli

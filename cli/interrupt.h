@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace cli {
+
+/// As long as it lives, a wish to end the process (Ctrl-C, a closed terminal, a batch system) is noted
+/// instead of obeyed, so that nothing half done is left. One at a time.
+class InterruptWatch {
+ public:
+  InterruptWatch();
+  ~InterruptWatch();
+  InterruptWatch(const InterruptWatch&) = delete;
+  InterruptWatch& operator=(const InterruptWatch&) = delete;
+
+  bool Interrupted() const;
+};
+
+}  // namespace cli

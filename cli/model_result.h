@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+#include "textures/texture_converter.h"
+
+namespace cli {
+
+/// A file in a package.
+struct MemberSize {
+  std::string name;
+  uint64_t bytes = 0;
+};
+
+/// What became of one model.
+struct ModelResult {
+  std::string model;                ///< as the user wrote it
+  int code = 0;                     ///< result code; 0 is success
+  std::string reason;               ///< why it failed; empty on success
+  std::vector<std::string> status;  ///< status lines in order, without line ends
+  std::string readerOutput;         ///< what the reader said of a file that it cannot load
+  std::vector<std::string> notes;   ///< advice in plain words
+  std::vector<TextureProblem> textureProblems;
+  int32_t vertices = 0, triangles = 0;
+  double seconds = 0.0;
+  std::string package;  ///< path; empty on failure
+  uint64_t packageBytes = 0;
+  std::vector<MemberSize> members;
+
+  /// How often each coded warning ("***100:...") was given, by its code.
+  std::map<std::string, int> Warnings() const;
+};
+
+/// One model's part of a report, see docs/report.md.
+nlohmann::ordered_json ToJson(const ModelResult& result);
+/// The opposite. @throws nlohmann::json::exception on anything else
+ModelResult ResultFromJson(const nlohmann::ordered_json& json);
+
+/// Writes the report of all models to the file `path`, in one step.
+/// @throws std::runtime_error when it cannot be written
+void WriteReport(const std::string& path, const std::vector<ModelResult>& results, double seconds);
+
+/// A table with a line for each model and one for all of them.
+std::string SummaryTable(const std::vector<ModelResult>& results, double seconds);
+
+}  // namespace cli

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+//
+// Many models at once, in terminals and farms.
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <nlohmann/json.hpp>
+
+#include "support/package_reader.h"
+#include "support/tool.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+using support::ReadWholeFile;
+using support::Tool;
+
+class Batch : public Tool {
+ protected:
+  void MakeModels(int count) const {
+    CopySample("models/m.fbx");
+    for (int i = 1; i < count; ++i) {
+      fs::create_hard_link(folder_.Path("models/m.fbx"),
+                           folder_.Path("models/m" + std::to_string(i) + ".fbx"));
+    }
+  }
+
+  /// Starts the tool in a terminal of its own. @return the terminal; `process_` is the tool
+  int StartInTerminal(const std::vector<std::string>& arguments) {
+    int terminal = -1;
+    process_ = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (process_ != 0) return terminal;
+    setenv("TERM", "xterm", 1);
+    std::vector<char*> words{const_cast<char*>("fbx2czp")};
+    for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+    words.push_back(nullptr);
+    if (chdir(folder_.Path().c_str()) == 0) execv(FBX2CZP_PATH, words.data());
+    _exit(127);
+  }
+
+  /// Adds what the terminal shows to `screen` until that holds `text`, or to the end.
+  static void ReadUntil(int terminal, const std::string& text, std::string& screen) {
+    std::array<char, 4096> chunk;
+    while (text.empty() || screen.find(text) == std::string::npos) {
+      const ssize_t size = read(terminal, chunk.data(), chunk.size());
+      if (size <= 0) return;
+      screen.append(chunk.data(), static_cast<size_t>(size));
+    }
+  }
+
+  /// Reads the terminal to its end. @return the exit status
+  int WatchTerminal(int terminal, std::string& screen) const {
+    ReadUntil(terminal, "", screen);
+    close(terminal);
+    int status = 0;
+    waitpid(process_, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  size_t WorkFolders() const {
+    size_t count = 0;
+    for (const auto& entry : fs::directory_iterator(folder_.Path("tmp")))
+      count += entry.is_directory() ? 1 : 0;
+    return count;
+  }
+
+  pid_t process_ = -1;
+};
+
+TEST_F(Batch, FoldersAreConvertedWithTheirSubfoldersAndReported) {
+  CopySample("in/a.fbx");
+  CopySample("in/deep/Actor (Boy).FBX");
+  folder_.Write("in/broken.fbx", "Kaydara FBX Binary  ");
+  folder_.Write("in/readme.txt", "no model");
+  EXPECT_EQ(Run("convert in missing.fbx --jobs 2 -o out --report report.json"), 2);
+  EXPECT_EQ(Files("out"), "a.czp a.xfg deep");
+  EXPECT_EQ(Files("out/deep"), "Actor (Boy).czp Actor (Boy).xfg");
+  EXPECT_TRUE(Printed("fbx2czp: in/broken.fbx: error: ")) << errors_;
+  EXPECT_NE(output_.find("\nall                      2/4 "), std::string::npos) << output_;
+
+  const Json report = Json::parse(ReadWholeFile(folder_.Path("report.json")));
+  EXPECT_EQ(report["version"], 1);
+  EXPECT_EQ(report["totals"]["failed"], 2);
+  const Json& models = report["models"];
+  ASSERT_EQ(models.size(), 4u);
+  EXPECT_EQ(models[0]["model"], "in/a.fbx");
+  EXPECT_EQ(models[0]["package_bytes"], fs::file_size(folder_.Path("out/a.czp")));
+  const support::Package package(folder_.Path("out/a.czp"));
+  ASSERT_EQ(models[0]["members"].size(), package.Members().size());
+  for (size_t i = 0; i < package.Members().size(); ++i) {
+    EXPECT_EQ(models[0]["members"][i]["name"], package.Members()[i].name);
+    EXPECT_EQ(models[0]["members"][i]["bytes"], package.Members()[i].bytes.size());
+  }
+  EXPECT_EQ(models[0]["status"].back(), "Successfully created CZP File");
+  EXPECT_EQ(models[1]["result"], 2);
+  EXPECT_NE(models[1]["reader_output"].get<std::string>().find("Error returned: "), std::string::npos);
+  EXPECT_EQ(models[3]["result"], 1);
+}
+
+TEST_F(Batch, TwoModelsNeverWriteOnePackage) {
+  CopySample("a/hero.fbx");
+  CopySample("b/hero.fbx");
+  EXPECT_EQ(Run("convert a/hero.fbx b/hero.fbx -o out"), 64);
+  EXPECT_TRUE(
+      Printed("fbx2czp: b/hero.fbx: error: another model of this command line makes the same package"));
+  EXPECT_EQ(Files("out"), "hero.czp hero.xfg");
+}
+
+TEST_F(Batch, AConversionThatIsKilledIsToldAndLeavesNothing) {
+  CopySample("a.fbx");
+  fs::create_directory(folder_.Path("tmp"));
+  // A file-size limit ends the conversion by a signal in the middle of a mesh file.
+  const std::string command = "cd '" + folder_.Path() +
+                              "' && ulimit -f 20 && TMPDIR=tmp '" FBX2CZP_PATH "' convert -q a.fbx 2>err.txt";
+  EXPECT_EQ(WEXITSTATUS(std::system(("bash -c \"" + command + "\"").c_str())), 70);
+  EXPECT_NE(ReadWholeFile(folder_.Path("err.txt")).find("a.fbx: error: the conversion ended with signal 25"),
+            std::string::npos);
+  EXPECT_EQ(Files(), "a.fbx err.txt tmp");
+  EXPECT_EQ(WorkFolders(), 0u);
+}
+
+TEST_F(Batch, ATerminalShowsABarAndColoursUnlessTheyAreSwitchedOff) {
+  CopySample("scout.fbx");
+  std::string screen;
+  EXPECT_EQ(WatchTerminal(StartInTerminal({"convert", "scout.fbx", "missing.fbx"}), screen), 1);
+  EXPECT_NE(screen.find("\033[31merror: \033[0m"), std::string::npos) << screen;
+  screen.clear();
+  setenv("NO_COLOR", "1", 1);
+  EXPECT_EQ(WatchTerminal(StartInTerminal({"convert", "scout.fbx"}), screen), 0);
+  unsetenv("NO_COLOR");
+  EXPECT_NE(screen.find("% head\033[K"), std::string::npos) << screen;
+  EXPECT_EQ(screen.find("\033[3"), std::string::npos) << screen;
+  EXPECT_NE(screen.find("\r\033[Kfbx2czp: scout.fbx: "), std::string::npos);
+}
+
+TEST_F(Batch, CtrlCLeavesWholePackagesOrNone) {
+  MakeModels(300);
+  fs::create_directory(folder_.Path("tmp"));
+  setenv("TMPDIR", folder_.Path("tmp").c_str(), 1);
+  const int terminal = StartInTerminal({"convert", "models", "-o", "out", "--jobs", "2"});
+  unsetenv("TMPDIR");
+  std::string screen;
+  ReadUntil(terminal, "]   1% ", screen);
+  ASSERT_EQ(write(terminal, "\x03", 1), 1);
+  EXPECT_EQ(WatchTerminal(terminal, screen), 130);
+  EXPECT_NE(screen.find("interrupted; "), std::string::npos) << screen;
+  EXPECT_EQ(WorkFolders(), 0u);
+  size_t packages = 0;
+  for (const auto& entry : fs::directory_iterator(folder_.Path("out"))) {
+    if (entry.path().extension() != ".czp") continue;
+    ++packages;
+    EXPECT_GT(support::Package(entry.path()).Members().size(), 10u) << entry.path();
+  }
+  EXPECT_GE(packages, 1u);
+  EXPECT_LT(packages, 300u);
+}
+
+/// The first shell command in `docs/farm.md`.
+std::string FarmCommand() {
+  const std::string text = ReadWholeFile(TS3D_SOURCE_FOLDER "/docs/farm.md");
+  const size_t begin = text.find("```sh\n") + 6;
+  return text.substr(begin, text.find("```", begin) - begin);
+}
+
+TEST_F(Batch, TheLineForGnuParallelInTheDocsWorks) {
+  if (std::system("parallel --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "GNU parallel is not installed";
+  CopySample("characters/a/hero.fbx");
+  CopySample("characters/b/hero.FBX");
+  folder_.Write("characters/broken.fbx", "no model");
+  folder_.Write("run.sh",
+                "PATH='" + fs::path(FBX2CZP_PATH).parent_path().string() + "':$PATH\n" + FarmCommand());
+  EXPECT_EQ(WEXITSTATUS(std::system(("cd '" + folder_.Path() + "' && bash run.sh 2>err.txt").c_str())), 1);
+  EXPECT_EQ(Files("packages/characters/a") + Files("packages/characters/b"),
+            "hero.czp hero.xfghero.czp hero.xfg");
+  EXPECT_EQ(Json::parse(ReadWholeFile(folder_.Path("characters/broken.json")))["models"][0]["result"], 2);
+}
+
+}  // namespace
