@@ -32,8 +32,8 @@ size_t Width(const std::string& text) {
       std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xc0) != 0x80; }));
 }
 
-/// Rows with their columns one below the other; the first row is the heading. The first column stands to the
-/// left, those after it that are numbers to the right.
+/// Rows with their columns one below the other, the first to the left, the others to the right; the first row
+/// is the heading.
 std::string Table(const std::vector<Row>& rows) {
   std::vector<size_t> widths(rows[0].size());
   for (const Row& row : rows) {
