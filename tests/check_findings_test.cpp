@@ -108,14 +108,14 @@ TEST_F(Check, TellsOfBonesThatAreLostOrShareNames) {
   const auto group = rig.Node("group");
   rig.Bone("hidden2", rig.Bone("hidden1", group));
   rig.Bone("under", rig.Bone("second"));
-  for (const auto& [name, parent] :
-       {std::pair("tip", rig.tip), std::pair("", rig.tip), std::pair("a:b", rig.root)}) {
+  for (const auto& [name, parent] : {std::pair("tip", rig.tip), std::pair("", rig.tip),
+                                     std::pair("a:b", rig.root), std::pair("c&d", rig.root)}) {
     rig.pose.push_back({rig.Bone(name, parent), Identity()});
   }
   EXPECT_THAT(
       Told(rig.File()),
       UnorderedElementsAre("hidden-bones group", "second-root second", "same-bone-name tip", "unnamed-bone",
-                           "bone-name-changed a:b", testing::StartsWith("posed-bones")));
+                           "bone-name-changed a:b", "xml-bone-name c&d", testing::StartsWith("posed-bones")));
   EXPECT_THAT(TextOf("hidden-bones"), HasSubstr("2 skeleton nodes"));
   Character none;
   none.Triangle("Body");
@@ -177,16 +177,20 @@ TEST_F(Check, TellsOfWeights) {
   }
   auto additive = rig.Further("Additive");
   rig.Weights(additive, rig.tip, {0}, {0}).Add({"Mode", {"Additive"}});
+  constexpr Character::Id kNobody = 9999;
+  rig.Weights(additive, kNobody, {0}, {1});
   auto total = rig.Further("Total");
+  total.skin = 0;
   rig.Weights(total, rig.tip, {0}, {0}).Add({"Mode", {"Total1"}});
   rig.pose.push_back({rig.Triangle("Bare").node, Identity()});
   rig.pose.push_back({rig.Triangle("Hung", rig.tip).node, Identity()});
-  EXPECT_THAT(Told(rig.File()),
-              UnorderedElementsAre("unknown-link stranger", "unweighted-vertices Body", "bad-weights Body",
-                                   "unnormalised-weights Body, Crowd", "weights-out-of-range Body",
-                                   "many-influences Crowd", "additive-skin Additive", "total-one-skin Total",
-                                   "no-skin Bare", "no-skin-on-bone Hung", "no-uvs Hung, Bare",
-                                   "no-material Hung, Bare"));
+  EXPECT_THAT(
+      Told(rig.File()),
+      UnorderedElementsAre("unknown-link stranger", "unweighted-vertices Body", "bad-weights Body",
+                           "unnormalised-weights Body, Crowd", "weights-out-of-range Body",
+                           "many-influences Crowd", "additive-skin Additive", "cluster-without-bone Additive",
+                           "several-skins Total", "total-one-skin Total", "no-skin Bare",
+                           "no-skin-on-bone Hung", "no-uvs Hung, Bare", "no-material Hung, Bare"));
   EXPECT_THAT(TextOf("unweighted-vertices"), HasSubstr("1 of 3 points"));
 }
 
@@ -208,10 +212,11 @@ TEST_F(Check, TellsOfMeshesThatComeOutOtherwise) {
   const auto parts = add("Parts", four, {0, 1, -3, 0, 0, -2, 1, 2, -4});
   rig.Material(parts);
   Character::MaterialNumbers(parts, {0, 0, 7});
+  rig.Other("NurbsSurface", "Vase");
   const std::vector<std::string> told = Told(rig.File());
   for (const char* line : {"empty-mesh Empty", "hidden-by-empty-mesh Hidden", "loose-points Loose, Broken",
                            "no-triangles Faceless", "dropped-polygons Broken", "degenerate-triangles Parts",
-                           "lost-triangles Parts", "unused-material Parts_a"}) {
+                           "lost-triangles Parts", "unused-material Parts_a", "not-a-mesh Vase"}) {
     EXPECT_THAT(told, testing::Contains(line));
   }
 }
@@ -235,6 +240,9 @@ TEST_F(Check, TellsOfMaterialsAndPictures) {
   rig.Texture(rig.material, "second.png");
   rig.Further("Jacket");
   rig.Texture(rig.material, "c:/a/skin.v2.png");
+  rig.Texture(rig.material, "bumps.png", "", "NormalMap");
+  rig.Further("Stack");
+  rig.Texture(rig.material, "", "", "DiffuseColor", "LayeredTexture");
   rig.Further("Hat");
   rig.Texture(rig.material, "");
   auto flat = rig.Triangle("Flat");
@@ -247,12 +255,12 @@ TEST_F(Check, TellsOfMaterialsAndPictures) {
   Character::Coordinates(patchy, {0, 0, 1, 0}, {0, 1, 5});
   rig.Material(patchy, "lambert", {Property("DiffuseColor", {2.0, 0.0, 0.0})});
   rig.Material(patchy, "unheard-of");
-  EXPECT_THAT(
-      Told(rig.File()),
-      UnorderedElementsAre("several-textures material", "texture-clash skin.tga", "texture-nameless material",
-                           "texture-unusable Flat", "opacity-partial material", "opacity-zero material",
-                           "missing-uvs Patchy", "colour-range material", "unknown-material material",
-                           "unused-material Patchy_a"));
+  EXPECT_THAT(Told(rig.File()),
+              UnorderedElementsAre(
+                  "several-textures material", "maps-ignored material", "texture-not-a-file material",
+                  "texture-clash skin.tga", "texture-nameless material", "texture-unusable Flat",
+                  "opacity-partial material", "opacity-zero material", "missing-uvs Patchy",
+                  "colour-range material", "unknown-material material", "unused-material Patchy_a"));
 }
 
 TEST_F(Check, ComparesTheBonesOfActorsWithTheProducts) {

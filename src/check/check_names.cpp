@@ -20,12 +20,7 @@ bool BreaksXml(std::string_view text) { return text.find_first_of("&<\"") != std
 class NameCheck {
  public:
   explicit NameCheck(RigCheck& check) : check_(check), report_(check.report) {
-    ForEachListedName(*check.job.sceneRoot, false,
-                      [&](const std::string& name) { listed_.insert(LowerCase(name)); });
-    for (const Finding& finding : report_.findings) {
-      if (finding.code == findings::kHidingMesh.code)
-        hidden_.insert(finding.names.begin(), finding.names.end());
-    }
+    ForEachListedName(*check.job.sceneRoot, false, [&](const std::string& name) { listed_.insert(name); });
   }
 
   void Run() {
@@ -55,17 +50,14 @@ class NameCheck {
   void TellPacking(const RigCheck::Slot& slot) {
     if (skipThisMesh(slot.name, check_.job)) {
       report_.Add(findings::kExcluded, slot.name);
-    } else if (!slot.written) {
+    } else if (!slot.written && listed_.contains(slot.name)) {
       report_.Add(findings::kUnusedSlot, slot.name);
-    } else if (!listed_.contains(LowerCase(slot.name)) && !hidden_.contains(slot.node)) {
-      report_.Add(findings::kNotPacked, slot.name);
     }
   }
 
   RigCheck& check_;
   RigReport& report_;
   std::unordered_set<std::string> listed_;
-  std::unordered_set<std::string> hidden_;  ///< meshes below an empty one, which is told of already
   std::unordered_map<std::string, const RigCheck::Slot*> first_;  ///< by output name in lower case
 };
 

@@ -130,10 +130,6 @@ inline constexpr FindingKind kHidingMesh{
     "hidden-by-empty-mesh", Warning, Mesh,
     "Below the mesh \"{}\", which has no points; nothing below that one gets into the package.",
     "Delete the empty mesh, or move the meshes out from below it."};
-inline constexpr FindingKind kNotPacked{
-    "not-packed", Warning, Mesh,
-    "The file is made but not packed: the mesh says of no polygon which material it has.",
-    "Assign the materials anew, or keep only one of them."};
 inline constexpr FindingKind kUnusedSlot{
     "unused-material", Note, Mesh,
     "No triangle uses the material of this part; the package lists it with an empty file.",
