@@ -110,6 +110,8 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
   MeshData data;
   data.influences = GatherBoneInfluences(*mesh, job);
   data.triangles = Triangulate(*mesh, name, job);
+  // Only slices ask which polygon a triangle is from.
+  if (node.GetMaterialCount() < 2) data.triangles.polygons = std::vector<uint32_t>();
   job.vertexTotal = AddUp(job.vertexTotal, static_cast<size_t>(mesh->GetControlPointsCount()));
   job.polygonTotal = AddUp(job.polygonTotal, data.triangles.Count());
   job.scene->ReleaseFilePages();
