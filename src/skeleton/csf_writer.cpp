@@ -60,12 +60,9 @@ bool WriteSkeleton(ConversionJob& job) {
   if (!skeleton.hasExtractedBones && job.isFbxFile) {
     StatusLog(job, ">>> This is NOT a rigged model as it has no skeleton!");
   }
-  platform::FilePtr file = OpenWorkFile(job, "skeleton.csf", "wb");
-  if (!file) return false;
-  ByteWriter out(file.get());
+  WorkFileWriter out(job, "skeleton.csf");
   WriteCsf(skeleton.bones, out);
-  const bool written = out.Flush();
-  return std::fclose(file.release()) == 0 && written;
+  return out.Finish();
 }
 
 }  // namespace ts3d
