@@ -31,6 +31,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.meshOptionList = JoinList(meshes);
   job.exclusionList = options.excludedNames;
   job.rigidBones = options.rigidBones;
+  job.holdsSmallFiles = true;
   job.offerTgaTextures = true;
 }
 

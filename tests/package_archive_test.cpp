@@ -144,4 +144,25 @@ TEST(PackageOfAModel, LeavesItsWorkFilesWhenTheCurrentFolderIsAnother) {
   EXPECT_FALSE(host.Has("Body.cmf"));
 }
 
+TEST(PackageOfAModel, IsTheSameWhenSmallFilesStayInMemory) {
+  Character model;
+  model.Triangle("Body");
+  std::vector<double> points;
+  std::vector<double> table;
+  for (int i = 0; i < 1200; ++i) {  // a mesh file larger than the buffer that files are written through
+    points.insert(points.end(), {i / 3 * 1.0, i % 3 == 1 ? 1.0 : 0.0, i % 3 == 2 ? 1.0 : 0.0});
+    table.push_back(i % 3 == 2 ? ~i : i);
+  }
+  model.Mesh("Cape", points, table);
+  const TestHost plain(model);
+  TestHost holding;
+  holding.job.holdsSmallFiles = true;
+  holding.folder.Write("Body.xrf", "what an earlier run left");
+  ASSERT_EQ(holding.Convert(model.Text()), ts3d::ConversionResult::Success);
+  const support::Package expected = plain.ReadPackage(), package = holding.ReadPackage();
+  EXPECT_EQ(package.Names(), expected.Names());
+  for (const auto& member : expected.Members()) EXPECT_EQ(package[member.name], member.bytes) << member.name;
+  EXPECT_EQ(holding.FileNames(), plain.FileNames());
+}
+
 }  // namespace

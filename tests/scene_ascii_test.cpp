@@ -44,6 +44,22 @@ TEST(AsciiRecords, CommentsAreSkippedWhateverTheyHold) {
        {"behind a value", "A: 1 ; 2, 3\nB: 4", "A:1 B:4"}});
 }
 
+TEST(AsciiRecords, ALongArrayIsReadWholeWhereverItsCommentsFall) {
+  // Longer than the pieces that arrays are looked through in; the comments' ends move against the pieces'.
+  std::string text = "V: *40000 {\n a: 0";
+  for (int i = 1; i < 40000; ++i) {
+    text += "," + std::to_string(i);
+    if (i % 997 == 0) text += " ; } " + std::string(static_cast<size_t>(i) % 2000, '}') + "\n";
+  }
+  const support::ReadResult result = ReadAsciiText(text + "\n}\nB: 5");
+  scene::FbxArray<int32_t> numbers;
+  ASSERT_TRUE(scene::ReadArray(result["V"], numbers));
+  ASSERT_EQ(numbers.size(), 40000u);
+  for (int32_t i = 0; i < 40000; ++i) ASSERT_EQ(numbers[static_cast<size_t>(i)], i);
+  EXPECT_EQ(result["B"].Integer(0, 0), 5);
+  EXPECT_NE(ReadAsciiText(text).error, "");
+}
+
 TEST(AsciiRecords, LineEndsByteOrderMarkAndZeroBytesAreTakenAsFilesHaveThem) {
   ExpectDumps({{"carriage returns", "A: 1,\r\n2\r\nB: 3 {\r\n}\r\n", "A:1,2 B:3"},
                {"byte order mark",

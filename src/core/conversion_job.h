@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -44,6 +45,11 @@ struct ConversionJob {
 
   /// Names (of meshes and materials) that are left out, in any letter case. The exports leave it empty.
   std::vector<std::string> exclusionList;
+
+  /// Whether work files that fit into a writer's buffer stay in `heldFiles` instead of going to the disk:
+  /// making and deleting a file takes longer than packing it. Nobody sees them there, so the exports leave it
+  /// off.
+  bool holdsSmallFiles = false;
   /// Bones lose their scale and keep their place in the world. The exports leave it off: by their rule the
   /// root's scale multiplies the stored translations.
   bool rigidBones = false;
@@ -67,6 +73,9 @@ struct ConversionJob {
   const scene::KFbxNode* textureErrorNode =
       nullptr;  ///< the one mesh node that reports lost texture coordinates
   bool materialReferenceReported = false;
+  std::map<std::string, std::string, std::less<>>
+      heldFiles;                  ///< bytes of work files that are not on the disk
+  size_t heldBytes = 0;           ///< of all files that were ever held
   void* packageHandle = nullptr;  ///< the open archive, or null
   int32_t failureCode = 0;        ///< result of the run should an exception end the step that is running
 

@@ -22,7 +22,15 @@ platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, 
 }
 
 bool WorkFileExists(const ConversionJob& job, std::string_view name) {
-  return IsPlainFileName(name) && platform::FileExists(job.modelDirectory + std::string(name));
+  return IsPlainFileName(name) &&
+         (job.heldFiles.contains(name) || platform::FileExists(job.modelDirectory + std::string(name)));
+}
+
+void WriteHeldFiles(ConversionJob& job) {
+  for (const auto& [name, bytes] : job.heldFiles) {
+    if (platform::FilePtr file = OpenWorkFile(job, name, "wb")) WriteAndClose(std::move(file), bytes);
+  }
+  job.heldFiles.clear();
 }
 
 bool WriteAndClose(platform::FilePtr file, std::string_view text) {
@@ -33,7 +41,8 @@ bool WriteAndClose(platform::FilePtr file, std::string_view text) {
 void ByteWriter::Bytes(const void* data, size_t size) {
   if (sizeof buffer_ - used_ < size) Flush();
   if (size > sizeof buffer_) {
-    failed_ |= !file_ || std::fwrite(data, 1, size, file_) != size;
+    std::FILE* file = File();
+    failed_ |= !file || std::fwrite(data, 1, size, file) != size;
     return;
   }
   std::memcpy(buffer_ + used_, data, size);
@@ -41,9 +50,40 @@ void ByteWriter::Bytes(const void* data, size_t size) {
 }
 
 bool ByteWriter::Flush() {
-  if (used_ > 0) failed_ |= !file_ || std::fwrite(buffer_, 1, used_, file_) != used_;
+  if (used_ > 0) {
+    std::FILE* file = File();
+    failed_ |= !file || std::fwrite(buffer_, 1, used_, file) != used_;
+  }
   used_ = 0;
   return !failed_;
+}
+
+WorkFileWriter::WorkFileWriter(ConversionJob& job, std::string name)
+    : ByteWriter(nullptr), job_(job), name_(std::move(name)) {
+  // What is on the disk already is written there, with the checks of OpenWorkFile.
+  held_ = job.holdsSmallFiles && IsPlainFileName(name_) && !platform::FileExists(job.modelDirectory + name_);
+  if (!held_) Open();
+}
+
+void WorkFileWriter::Open() {
+  held_ = false;
+  job_.heldFiles.erase(name_);
+  file_ = OpenWorkFile(job_, name_, "wb");
+}
+
+bool WorkFileWriter::Finish() {
+  constexpr size_t kMostHeld = 4 << 20;
+  if (held_ && job_.heldBytes + Buffered().size() <= kMostHeld) {
+    job_.heldBytes += Buffered().size();
+    job_.heldFiles.insert_or_assign(name_, std::string(Buffered()));
+    return true;
+  }
+  bool complete = Flush();
+  if (!file_) return false;
+  complete &= std::fclose(file_.release()) == 0;
+  // A torso would be packed as if it were the whole file.
+  if (!complete) platform::RemoveFile(job_.modelDirectory + name_);
+  return complete;
 }
 
 }  // namespace ts3d

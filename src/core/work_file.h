@@ -17,8 +17,12 @@ namespace ts3d {
 /// to be trusted.
 platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, const char* mode);
 
-/// Whether the model's folder holds a file `name`; false for every name that could lead out of it.
+/// Whether the model's folder holds a file `name`, or the job does; false for every name that could lead out
+/// of it.
 bool WorkFileExists(const ConversionJob& job, std::string_view name);
+
+/// Puts what the job still holds onto the disk, where a run that does not hold files leaves it.
+void WriteHeldFiles(ConversionJob& job);
 
 /// Writes the whole of `text` and closes the file; false when any of it failed.
 bool WriteAndClose(platform::FilePtr file, std::string_view text);
@@ -28,7 +32,7 @@ bool WriteAndClose(platform::FilePtr file, std::string_view text);
 class ByteWriter {
  public:
   explicit ByteWriter(std::FILE* file) : file_(file) {}
-  ~ByteWriter() { Flush(); }
+  virtual ~ByteWriter() { Flush(); }
   ByteWriter(const ByteWriter&) = delete;
   ByteWriter& operator=(const ByteWriter&) = delete;
 
@@ -48,6 +52,11 @@ class ByteWriter {
   /// Writes what is buffered. False once any write has failed.
   bool Flush();
 
+ protected:
+  /// Where the bytes go; asked for when the buffer is written.
+  virtual std::FILE* File() { return file_; }
+  std::string_view Buffered() const { return {reinterpret_cast<const char*>(buffer_), used_}; }
+
  private:
   std::FILE* file_;
   size_t used_ = 0;
@@ -56,5 +65,27 @@ class ByteWriter {
 };
 
 inline void ByteWriter::Float32(float value) { Int32(std::bit_cast<int32_t>(value)); }
+
+/// Writes one work file, to the disk or, where the job holds small files, into the job.
+class WorkFileWriter : public ByteWriter {
+ public:
+  /// Starts the work file `name`: opens it, or waits whether the job can hold it.
+  WorkFileWriter(ConversionJob& job, std::string name);
+
+  /// Completes the file. False, with no file left, when it could not be opened or any write has failed.
+  bool Finish();
+
+ private:
+  void Open();
+  std::FILE* File() override {
+    if (held_) Open();
+    return file_.get();
+  }
+
+  ConversionJob& job_;
+  std::string name_;
+  platform::FilePtr file_;
+  bool held_;  ///< everything is in the buffer so far, and may stay in memory
+};
 
 }  // namespace ts3d

@@ -7,6 +7,7 @@
 #include "config/mesh_list.h"
 #include "core/names.h"
 #include "core/status.h"
+#include "core/work_file.h"
 #include "driver/actor_type.h"
 #include "driver/scene_loader.h"
 #include "mesh/scene_walk.h"
@@ -124,6 +125,8 @@ void ResetRun(ConversionJob& job) {
   job.textureErrorNode = nullptr;
   job.materialReferenceReported = false;
   job.packageHandle = nullptr;
+  job.heldFiles.clear();
+  job.heldBytes = 0;
 }
 
 ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& request) {
@@ -147,6 +150,7 @@ ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& requ
   job.sceneRoot = job.scene->GetRootNode();
   const ConversionResult result = ConvertLoadedScene(job, fbxPath);
   ReleaseScene(job);
+  WriteHeldFiles(job);
   if (result != ConversionResult::Success) job.vertexTotal = job.polygonTotal = 0;
   return result;
 }

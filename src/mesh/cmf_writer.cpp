@@ -15,8 +15,12 @@ constexpr size_t kProgressSteps = 20;
 
 class CmfWriter {
  public:
-  CmfWriter(const MeshData& mesh, TextureCoordinates& coordinates, ConversionJob& job, std::FILE* file)
-      : mesh_(mesh), coordinates_(coordinates), job_(job), out_(file), warned_(OnlyDummyBone(job)) {}
+  CmfWriter(const MeshData& mesh, TextureCoordinates& coordinates, ConversionJob& job, std::string fileName)
+      : mesh_(mesh),
+        coordinates_(coordinates),
+        job_(job),
+        out_(job, std::move(fileName)),
+        warned_(OnlyDummyBone(job)) {}
 
   void WriteHeader(size_t vertexCount, size_t faceCount) {
     out_.Bytes("CMF", 4);
@@ -55,7 +59,7 @@ class CmfWriter {
     }
   }
 
-  bool Finish() { return out_.Flush(); }
+  void Finish() { out_.Finish(); }
 
  private:
   /// A model without a skeleton has no weights, which is no news.
@@ -95,7 +99,7 @@ class CmfWriter {
   const MeshData& mesh_;
   TextureCoordinates& coordinates_;
   ConversionJob& job_;
-  ByteWriter out_;
+  WorkFileWriter out_;
   bool warned_;
 };
 
@@ -103,25 +107,17 @@ class CmfWriter {
 
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
                   std::span<int32_t> outputIndex, ConversionJob& job) {
-  const std::string fileName = slice.name + ".cmf";
-  platform::FilePtr file = OpenWorkFile(job, fileName, "wb");
-  bool complete = false;
-  {
-    CmfWriter writer(mesh, coordinates, job, file.get());
-    writer.WriteHeader(slice.VertexCount(mesh), slice.FaceCount(mesh));
-    for (size_t i = 0; i < slice.VertexCount(mesh); ++i) {
-      const size_t record = slice.whole ? i : static_cast<size_t>(slice.records[i]);
-      outputIndex[record] = static_cast<int32_t>(i);
-      writer.WriteVertex(record);
-    }
-    for (size_t i = 0; i < slice.FaceCount(mesh); ++i) {
-      writer.WriteFace(slice.whole ? i : slice.triangles[i], outputIndex);
-    }
-    complete = writer.Finish();
+  CmfWriter writer(mesh, coordinates, job, slice.name + ".cmf");
+  writer.WriteHeader(slice.VertexCount(mesh), slice.FaceCount(mesh));
+  for (size_t i = 0; i < slice.VertexCount(mesh); ++i) {
+    const size_t record = slice.whole ? i : static_cast<size_t>(slice.records[i]);
+    outputIndex[record] = static_cast<int32_t>(i);
+    writer.WriteVertex(record);
   }
-  // A torso would be packed as if it were a mesh.
-  if (file && (std::fclose(file.release()) != 0 || !complete))
-    platform::RemoveFile(job.modelDirectory + fileName);
+  for (size_t i = 0; i < slice.FaceCount(mesh); ++i) {
+    writer.WriteFace(slice.whole ? i : slice.triangles[i], outputIndex);
+  }
+  writer.Finish();
 }
 
 }  // namespace ts3d

@@ -71,6 +71,8 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
   MeshData data;
   data.influences = GatherBoneInfluences(mesh, job);
   data.triangles = Triangulate(mesh, name, job);
+  // Only slices ask which polygon a triangle is from.
+  if (node.GetMaterialCount() < 2) data.triangles.polygons = std::vector<uint32_t>();
   job.vertexTotal = AddUp(job.vertexTotal, static_cast<size_t>(mesh.GetControlPointsCount()));
   job.polygonTotal = AddUp(job.polygonTotal, data.triangles.Count());
   job.scene->ReleaseFilePages();

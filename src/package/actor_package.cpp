@@ -17,25 +17,41 @@ constexpr size_t kCopyBufferSize = 16384;
 
 int32_t OpenMember(const ConversionJob& job, const std::string& name) {
   zip_fileinfo info{};
-  if (IsPlainFileName(name)) info.dosDate = platform::DosWriteTime(job.modelDirectory + name);
+  if (job.heldFiles.contains(name)) {
+    info.dosDate = platform::DosTimeNow();
+  } else if (IsPlainFileName(name)) {
+    info.dosDate = platform::DosWriteTime(job.modelDirectory + name);
+  }
   return zipOpenNewFileInZip(job.packageHandle, name.c_str(), &info, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
                              Z_DEFAULT_COMPRESSION);
 }
 
 /// @return 0, or a negative code after its status line
-int32_t CopyToMember(const ConversionJob& job, const std::string& name, std::FILE* file, char* buffer) {
+int32_t WriteToMember(const ConversionJob& job, const std::string& name, const char* data, size_t size) {
+  const int32_t result = zipWriteInFileInZip(job.packageHandle, data, static_cast<unsigned>(size));
+  if (result < 0) StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
+  return result;
+}
+
+/// @return 0, or a negative code after its status line
+int32_t FillMember(const ConversionJob& job, const std::string& name, char* buffer) {
+  if (const auto held = job.heldFiles.find(name); held != job.heldFiles.end()) {
+    return WriteToMember(job, name, held->second.data(), held->second.size());
+  }
+  const platform::FilePtr file = OpenWorkFile(job, name, "rb");
+  if (!file) {
+    StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
+    return ZIP_ERRNO;
+  }
   for (;;) {
-    const size_t size = std::fread(buffer, 1, kCopyBufferSize, file);
-    if (size < kCopyBufferSize && !std::feof(file)) {
+    const size_t size = std::fread(buffer, 1, kCopyBufferSize, file.get());
+    if (size < kCopyBufferSize && !std::feof(file.get())) {
       StatusLog(job, ComposeMessage(">>> Error in reading ", name));
       return ZIP_ERRNO;
     }
     if (size == 0) return ZIP_OK;
-    const int32_t result = zipWriteInFileInZip(job.packageHandle, buffer, static_cast<unsigned>(size));
-    if (result < 0) {
-      StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
-      return result;
-    }
+    const int32_t result = WriteToMember(job, name, buffer, size);
+    if (result < 0) return result;
   }
 }
 
@@ -64,18 +80,12 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
     return result;
   }
   // A member whose file fails stays open and becomes an empty one; the next member, or the end, closes it.
-  platform::FilePtr file = OpenWorkFile(job, name, "rb");
-  if (!file) {
-    StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
-    return ZIP_ERRNO;
-  }
-  result = CopyToMember(job, name, file.get(), buffer.get());
+  result = FillMember(job, name, buffer.get());
   if (result != ZIP_OK) return result;
-  file.reset();
   result = zipCloseFileInZip(job.packageHandle);
   if (result != ZIP_OK) {
     StatusLog(job, ComposeMessage(">>> Error in closing ", name, " in the zip file"));
-  } else if (afterAdding == AfterAdding::DeleteFile) {
+  } else if (afterAdding == AfterAdding::DeleteFile && job.heldFiles.erase(name) == 0) {
     platform::RemoveFile(name);
   }
   return result;

@@ -57,6 +57,9 @@ std::string MakeTemporaryFolder();
 /// unknown.
 uint32_t DosWriteTime(std::string_view path);
 
+/// The present moment in the same form.
+uint32_t DosTimeNow();
+
 /// A whole file, mapped read-only. The bytes stay valid as long as the object lives.
 class MappedFile {
  public:

@@ -75,16 +75,26 @@ std::string MakeTemporaryFolder() {
   return !failed && mkdtemp(path.data()) ? path : std::string();
 }
 
-uint32_t DosWriteTime(std::string_view path) {
-  struct stat info {};
+namespace {
+
+uint32_t DosTime(std::time_t moment) {
   struct tm local {};
-  if (stat(NativePath(path).c_str(), &info) != 0 || !localtime_r(&info.st_mtime, &local)) return 0;
+  if (!localtime_r(&moment, &local)) return 0;
   // The DOS format counts years from 1980 in seven bits.
   if (local.tm_year < 80 || local.tm_year > 207) return 0;
   const int date = ((local.tm_year - 80) << 9) | ((local.tm_mon + 1) << 5) | local.tm_mday;
   const int time = (local.tm_hour << 11) | (local.tm_min << 5) | (std::min(local.tm_sec, 59) / 2);
   return (static_cast<uint32_t>(date) << 16) | static_cast<uint32_t>(time);
 }
+
+}  // namespace
+
+uint32_t DosWriteTime(std::string_view path) {
+  struct stat info {};
+  return stat(NativePath(path).c_str(), &info) == 0 ? DosTime(info.st_mtime) : 0;
+}
+
+uint32_t DosTimeNow() { return DosTime(std::time(nullptr)); }
 
 MappedFile::~MappedFile() {
   if (data_) munmap(data_, size_);

@@ -105,18 +105,29 @@ std::string MakeTemporaryFolder() {
   return {};
 }
 
+namespace {
+
+uint32_t DosTime(const FILETIME& moment) {
+  FILETIME local;
+  WORD date = 0, time = 0;
+  if (!FileTimeToLocalFileTime(&moment, &local) || !FileTimeToDosDateTime(&local, &date, &time)) return 0;
+  return (static_cast<uint32_t>(date) << 16) | time;
+}
+
+}  // namespace
+
 uint32_t DosWriteTime(std::string_view path) {
   WIN32_FIND_DATAA found;
   void* search = FindFirstFileA(NativePath(path).c_str(), &found);
   if (search == INVALID_HANDLE_VALUE) return 0;
   FindClose(search);
-  FILETIME local;
-  WORD date = 0, time = 0;
-  if (!FileTimeToLocalFileTime(&found.ftLastWriteTime, &local) ||
-      !FileTimeToDosDateTime(&local, &date, &time)) {
-    return 0;
-  }
-  return (static_cast<uint32_t>(date) << 16) | time;
+  return DosTime(found.ftLastWriteTime);
+}
+
+uint32_t DosTimeNow() {
+  FILETIME now;
+  GetSystemTimeAsFileTime(&now);
+  return DosTime(now);
 }
 
 MappedFile::~MappedFile() {

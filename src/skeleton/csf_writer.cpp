@@ -64,12 +64,9 @@ void ExtractSkeleton(ConversionJob& job) {
 bool WriteSkeleton(ConversionJob& job) {
   StatusLog(job, "Writing CSF Skeleton");
   ExtractSkeleton(job);
-  platform::FilePtr file = OpenWorkFile(job, "skeleton.csf", "wb");
-  if (!file) return false;
-  ByteWriter out(file.get());
+  WorkFileWriter out(job, "skeleton.csf");
   WriteCsf(job.skeleton->bones, out);
-  const bool written = out.Flush();
-  return std::fclose(file.release()) == 0 && written;
+  return out.Finish();
 }
 
 }  // namespace ts3d

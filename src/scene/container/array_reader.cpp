@@ -100,8 +100,10 @@ void ReadScalarRun(const Value& run, bool bigEndian, FbxArray<T>& out) {
 
 /// Numbers of a text list; blanks, commas, line ends and comments separate them.
 template <typename T>
-void ReadNumberText(const Value& list, FbxArray<T>& out) {
+void ReadNumberText(const RecordTree& tree, const Value& list, FbxArray<T>& out) {
+  constexpr std::ptrdiff_t kPieceSize = 1 << 16;
   const char* p = list.data;
+  const char* counted = p;  ///< up to here the tree knows what was read
   const char* const end = list.data + list.size;
   // Every number but the last is followed by at least one separator.
   const size_t most = static_cast<size_t>(list.size) / 2 + 1;
@@ -122,10 +124,15 @@ void ReadNumberText(const Value& list, FbxArray<T>& out) {
         to = numbers.begin();
       }
       p = ParseNumber(p, end, to[count++]);
+      if (p - counted >= kPieceSize) {
+        tree.PassedOver(static_cast<size_t>(p - counted));
+        counted = p;
+      }
     } else {
       ++p;
     }
   }
+  tree.PassedOver(static_cast<size_t>(end - counted));
   numbers.Shorten(count);
   out = std::move(numbers);
 }
@@ -137,16 +144,17 @@ bool ReadNumbers(RecordRef record, FbxArray<T>& out) {
   if (!first) return true;
   const bool bigEndian = record.Tree().bigEndian;
   if (first->kind == Value::Kind::Array) {
-    if (ReadTypedArray(*first, bigEndian, out)) return true;
-    out.Release();
-    return false;
+    const bool read = ReadTypedArray(*first, bigEndian, out);
+    if (!read) out.Release();
+    record.Tree().PassedOver(first->size);
+    return read;
   }
   if (first->kind == Value::Kind::ScalarRun) {
     ReadScalarRun(*first, bigEndian, out);
     return true;
   }
   if (first->kind == Value::Kind::NumberText) {
-    ReadNumberText(*first, out);
+    ReadNumberText(record.Tree(), *first, out);
     return true;
   }
   T* to = out.Allocate(record.ValueCount());

@@ -9,6 +9,9 @@
 namespace scene {
 namespace {
 
+/// Arrays are looked through in pieces of this size.
+constexpr std::ptrdiff_t kPieceSize = 1 << 16;
+
 /// Longer lists of numbers are kept as text.
 constexpr size_t kLongestPlainList = 8;
 
@@ -25,7 +28,7 @@ class AsciiReader {
   explicit AsciiReader(RecordTree& tree) : tree_(tree) {
     std::string_view text = tree.bytes;
     if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
-    p_ = released_ = text.data();
+    p_ = counted_ = text.data();
     end_ = p_ + text.size();
   }
 
@@ -245,32 +248,42 @@ class AsciiReader {
     if (!close) return Fail("an array is not closed");
     AddNumberText(p_, close, static_cast<uint64_t>(count));
     p_ = close + 1;
-    ReleasePassedPages();
     return true;
   }
 
-  /// Most of a text is arrays that nobody may ever read; they need not stay in memory.
-  void ReleasePassedPages() {
-    constexpr std::ptrdiff_t kReleaseDistance = 1 << 20;
-    if (!tree_.releasePages || p_ - released_ < kReleaseDistance) return;
-    tree_.releasePages();
-    released_ = p_;
+  /// Lets go of what lies before `p`: most of a text is arrays that nobody may ever read.
+  void PassOver(const char* p) {
+    if (p - counted_ < kPieceSize) return;
+    tree_.PassedOver(static_cast<size_t>(p - counted_));
+    counted_ = p;
   }
 
-  const char* FindArrayEnd(const char* from) const {
-    const auto find = [&](char c, const char* begin, const char* end) {
+  /// The "}" of the array at `from`, or null. Looks for it piece by piece.
+  const char* FindArrayEnd(const char* from) {
+    const auto find = [](char c, const char* begin, const char* end) {
       return static_cast<const char*>(std::memchr(begin, c, static_cast<size_t>(end - begin)));
     };
-    const char* close = find('}', from, end_);
-    // A comment may hold anything, so look behind it.
-    for (const char* comment = close ? find(';', from, close) : nullptr; comment;
-         comment = close ? find(';', from, close) : nullptr) {
-      const char* line = find('\n', comment, end_);
-      if (!line) return nullptr;
-      from = line + 1;
-      if (from > close) close = find('}', from, end_);
+    const char* piece = from;  // ends at the next "}", if there is one
+    bool closes = false;
+    for (;;) {
+      // A comment may hold anything, so look behind it.
+      if (const char* comment = find(';', from, piece)) {
+        const char* line = find('\n', comment, end_);
+        if (!line) return nullptr;
+        from = line + 1;
+        if (from <= piece) continue;
+      } else if (closes) {
+        return piece;
+      } else {
+        from = piece;
+      }
+      if (from == end_) return nullptr;
+      PassOver(from);
+      const char* const end = end_ - from > kPieceSize ? from + kPieceSize : end_;
+      const char* close = find('}', from, end);
+      closes = close != nullptr;
+      piece = closes ? close : end;
     }
-    return close;
   }
 
   void AddNumberText(const char* begin, const char* end, uint64_t guess) {
@@ -322,7 +335,7 @@ class AsciiReader {
   }
 
   /// Behind the last number of the list that starts at `p`: number tokens with a comma between each two.
-  const char* FindNumbersEnd(const char* p, size_t& count) const {
+  const char* FindNumbersEnd(const char* p, size_t& count) {
     const char* last = p;
     for (;;) {
       const char* token = p;
@@ -331,6 +344,7 @@ class AsciiReader {
       if (p == token || (p != end_ && *p == ':')) return last;
       last = p;
       ++count;
+      PassOver(p);
       p = SkipBlanksAndComments(p);
       if (p == end_ || *p != ',') return last;
       while (p != end_ && *p == ',') p = SkipBlanksAndComments(p + 1);
@@ -339,7 +353,7 @@ class AsciiReader {
 
   RecordTree& tree_;
   const char* p_ = nullptr;
-  const char* released_ = nullptr;  ///< up to here the pages were given back
+  const char* counted_ = nullptr;  ///< up to here the tree knows what was read
   const char* end_ = nullptr;
   std::vector<uint32_t> open_;
   ParseError error_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -68,8 +69,21 @@ class RecordTree {
   std::vector<Value> values;
   std::deque<std::string> decodedTexts;  ///< texts that are not in the file as they stand
 
+  /// Counts bytes of the file that were read for now, and gives their memory back when they have become many:
+  /// a text is many times as large as the numbers in it.
+  void PassedOver(size_t count) const {
+    passed_ += count;
+    if (passed_ < kMostPassed) return;
+    passed_ = 0;
+    if (releasePages) releasePages();
+  }
+
   /// The first top-level record `name`; an invalid reference when there is none.
   RecordRef Find(std::string_view name) const;
+
+ private:
+  static constexpr size_t kMostPassed = 1 << 18;
+  mutable size_t passed_ = 0;
 };
 
 /// A record of a tree, or none: then it has no name, no values and no children.

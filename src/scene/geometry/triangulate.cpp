@@ -34,7 +34,7 @@ class PolygonCutter {
     const auto n = static_cast<uint32_t>(corners.size());
     if (n < 3) return;
     if (n == 3) return add(0, 1, 2);
-    if (!Project(corners)) return Fan(n, add);
+    if ((n == 4 && IsClearlyConvexQuad(corners)) || !Project(corners)) return Fan(n, add);
     if (n == 4) return CutQuad(add);
     if (IsConvex()) return Fan(n, add);
     ClipEars(n, add);
@@ -49,6 +49,18 @@ class PolygonCutter {
   template <typename Add>
   static void Fan(uint32_t n, const Add& add) {
     for (uint32_t i = 2; i < n; ++i) add(0, i - 1, i);
+  }
+
+  /// Whether the diagonal from the first corner lies inside by so much that CutQuad would find the same. Most
+  /// polygons are such quads, and this takes a third of the time.
+  bool IsClearlyConvexQuad(std::span<const int32_t> corners) const {
+    const KFbxVector4 origin = PointOf(corners[0]);
+    const KFbxVector4 a = PointOf(corners[1]) - origin, b = PointOf(corners[2]) - origin,
+                      c = PointOf(corners[3]) - origin;
+    const KFbxVector4 first = a.CrossProduct(b), second = b.CrossProduct(c), normal = first + second;
+    const double length = a.DotProduct(a) + b.DotProduct(b) + c.DotProduct(c);
+    const double least = 1e-10 * length * std::sqrt(normal.DotProduct(normal));
+    return first.DotProduct(normal) > least && second.DotProduct(normal) > least;
   }
 
   /// Lays the polygon into its own plane, turning left; false when it has no area.

@@ -207,7 +207,7 @@ void KFbxMesh::ReleaseCorners() {
 void KFbxMesh::ForgetPolygons() {
   corners_.Release();
   cornersReleased_ = false;
-  polygons_ = {};
+  polygons_ = std::vector<KFbxPolygon>();
   polygonsRead_ = false;
 }
 

@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+// Times the stages of a conversion, each on what the ones before it made of the model.
+//
+//   ts3d_bench MODEL.fbx ASCII_MODEL.fbx [options of Google Benchmark]
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "driver/convert.h"
+#include "driver/scene_loader.h"
+#include "mesh/cmf_writer.h"
+#include "mesh/material_slices.h"
+#include "mesh/pose_deform.h"
+#include "mesh/split_vertices.h"
+#include "package/actor_package.h"
+#include "scene/build/build_scene.h"
+#include "scene/container/array_reader.h"
+#include "scene/container/inflate.h"
+#include "scene/fbx_reader.h"
+#include "scene/geometry/vertex_normals.h"
+#include "scene/model/scene.h"
+#include "skeleton/csf_writer.h"
+
+namespace {
+
+std::string modelPath, asciiPath;
+
+/// The file `path` as an unread tree.
+scene::RecordTree LoadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  const auto bytes =
+      std::make_shared<std::string>(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  scene::RecordTree tree;
+  tree.bytes = *bytes;
+  tree.storage = bytes;
+  return tree;
+}
+
+std::shared_ptr<scene::RecordTree> ReadRecords(const std::string& path) {
+  auto tree = std::make_shared<scene::RecordTree>(LoadFile(path));
+  if (!scene::ReadFbxRecords(*tree).Succeeded()) throw std::runtime_error("cannot read " + path);
+  return tree;
+}
+
+/// Calls `visit` with every value of the tree that is an array or a list.
+template <typename Visit>
+void ForEachArray(const scene::RecordTree& tree, const Visit& visit) {
+  for (uint32_t i = 0; i < tree.records.size(); ++i) {
+    const scene::RecordRef record(&tree, i);
+    if (record.ValueCount() == 1 && record.ValueAt(0)->IsList()) visit(record, *record.ValueAt(0));
+  }
+}
+
+void ReadContainer(benchmark::State& state, const std::string& path) {
+  const scene::RecordTree file = LoadFile(path);
+  for (auto _ : state) {
+    scene::RecordTree tree = file;
+    benchmark::DoNotOptimize(scene::ReadFbxRecords(tree));
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * file.bytes.size()));
+}
+
+void ContainerBinary(benchmark::State& state) { ReadContainer(state, modelPath); }
+void ContainerAscii(benchmark::State& state) { ReadContainer(state, asciiPath); }
+
+void NumbersAscii(benchmark::State& state) {
+  const auto tree = ReadRecords(asciiPath);
+  uint64_t bytes = 0;
+  for (auto _ : state) {
+    ForEachArray(*tree, [&](scene::RecordRef record, const scene::Value& value) {
+      scene::FbxArray<double> numbers;
+      benchmark::DoNotOptimize(scene::ReadArray(record, numbers));
+      bytes += value.size;
+    });
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(bytes));
+}
+
+void InflateArrays(benchmark::State& state) {
+  const auto tree = ReadRecords(modelPath);
+  uint64_t bytes = 0;
+  for (auto _ : state) {
+    ForEachArray(*tree, [&](scene::RecordRef, const scene::Value& value) {
+      if (!value.compressed) return;
+      const size_t size = value.count * scene::ArrayElementSize(value.element);
+      const auto out = std::make_unique_for_overwrite<char[]>(size);
+      benchmark::DoNotOptimize(scene::Inflate(value.Span(), out.get(), size));
+      bytes += size;
+    });
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(bytes));
+}
+
+void BuildTheScene(benchmark::State& state) {
+  const auto tree = ReadRecords(modelPath);
+  for (auto _ : state) {
+    scene::KFbxScene scene("");
+    scene::BuildScene(tree, scene);
+  }
+}
+
+/// The model loaded into a job, and its first mesh taken as far as the mesh files.
+class Model {
+ public:
+  Model() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "ts3d_bench_XXXXXX").string();
+    if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
+    ResetRun(job);
+    job.modelDirectory = pattern + "/";
+    ts3d::LoadedVersions versions;
+    ts3d::CreateSdkObjects(job.sdkManager, job.scene);
+    if (!LoadScene(*job.sdkManager, *job.scene, modelPath, versions) || !WriteSkeleton(job)) {
+      throw std::runtime_error("cannot load " + modelPath);
+    }
+    const scene::KFbxNode& root = *job.scene->GetRootNode();
+    for (int i = 0; i < root.GetChildCount(); ++i) {
+      if (root.GetChild(i)->GetMesh()) node = root.GetChild(i);
+    }
+    if (!node) throw std::runtime_error("no mesh in " + modelPath);
+    mesh = node->GetMesh();
+    data.influences = GatherBoneInfluences(*mesh, job);
+    triangles = TriangulateMesh(*mesh);
+    data.points = PoseControlPoints(*node, job);
+    data.triangles = triangles;
+    data.normals = scene::ComputeVertexNormals(data.points, data.triangles.corners, false);
+    data.records = ts3d::SplitVertices(mesh->GetControlPointsCount(), mesh->GetUVs(), data.triangles);
+  }
+  ~Model() {
+    std::error_code ignored;
+    std::filesystem::remove_all(job.modelDirectory, ignored);
+    ts3d::DestroySdkObjects(job.sdkManager);
+  }
+  Model(const Model&) = delete;
+  Model& operator=(const Model&) = delete;
+
+  void WriteMeshFile() {
+    ts3d::TextureCoordinates coordinates(*node, mesh->GetUVs(), job);
+    std::vector<int32_t> outputIndex(data.records.size());
+    ts3d::MeshSlice slice;
+    slice.name = "mesh";
+    slice.whole = true;
+    WriteCmfFile(slice, data, coordinates, outputIndex, job);
+  }
+
+  ts3d::ConversionJob job;
+  const scene::KFbxNode* node = nullptr;
+  scene::KFbxMesh* mesh = nullptr;
+  scene::KFbxTriangles triangles;  ///< before the vertices were split
+  ts3d::MeshData data;
+};
+
+/// Unpacks points and weights again, as the real run does once.
+void DeformPose(benchmark::State& state) {
+  Model model;
+  for (auto _ : state) benchmark::DoNotOptimize(PoseControlPoints(*model.node, model.job));
+}
+
+void SplitVertices(benchmark::State& state) {
+  Model model;
+  for (auto _ : state) {
+    scene::KFbxTriangles triangles = model.triangles;
+    benchmark::DoNotOptimize(
+        ts3d::SplitVertices(model.mesh->GetControlPointsCount(), model.mesh->GetUVs(), triangles));
+  }
+}
+
+/// As if the node had two materials; with one the mesh is not looked through.
+void SliceByMaterial(benchmark::State& state) {
+  Model model;
+  for (auto _ : state) {
+    ts3d::MaterialSlices slices(*model.mesh, model.data, 2);
+    benchmark::DoNotOptimize(slices.Slice("mesh", 0));
+  }
+}
+
+void WriteMesh(benchmark::State& state) {
+  Model model;
+  for (auto _ : state) model.WriteMeshFile();
+}
+
+void PackMesh(benchmark::State& state) {
+  Model model;
+  model.WriteMeshFile();
+  for (auto _ : state) {
+    ts3d::PackagedNameSet names;
+    OpenActorPackage(model.job, model.job.modelDirectory + "mesh.czp", ts3d::PackageMode::Create);
+    AddFileToPackage(model.job, names, "mesh.cmf", ts3d::AfterAdding::KeepFile);
+    CloseActorPackage(model.job);
+  }
+}
+
+BENCHMARK(ContainerBinary)->Unit(benchmark::kMillisecond);
+BENCHMARK(ContainerAscii)->Unit(benchmark::kMillisecond);
+BENCHMARK(NumbersAscii)->Unit(benchmark::kMillisecond);
+BENCHMARK(InflateArrays)->Unit(benchmark::kMillisecond);
+BENCHMARK(BuildTheScene)->Unit(benchmark::kMillisecond);
+BENCHMARK(DeformPose)->Unit(benchmark::kMillisecond);
+BENCHMARK(SplitVertices)->Unit(benchmark::kMillisecond);
+BENCHMARK(SliceByMaterial)->Unit(benchmark::kMillisecond);
+BENCHMARK(WriteMesh)->Unit(benchmark::kMillisecond);
+BENCHMARK(PackMesh)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (argc != 3) {
+    std::fprintf(stderr, "usage: ts3d_bench MODEL.fbx ASCII_MODEL.fbx\n");
+    return 2;
+  }
+  modelPath = argv[1];
+  asciiPath = argv[2];
+  benchmark::RunSpecifiedBenchmarks();
+}
