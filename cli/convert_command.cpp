@@ -94,7 +94,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
                      "JSON file with final settings to apply as well");
   convert
       .add_option("-j,--jobs", options->jobs,
-                  "Models to convert at a time (default: one for each processor core)")
+                  "Models to convert at a time (default: one for each processor core; on Windows always 1)")
       ->check(CLI::Range(1, 1024));
   convert.add_option("--report", options->report, "JSON file to write with the results of all models");
   AddVerbosity(convert, options->verbosity);
