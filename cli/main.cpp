@@ -8,8 +8,9 @@
 #include "exit_codes.h"
 #include "export_command.h"
 #include "finish_command.h"
-#include "manual_command.h"
 #include "inspect_command.h"
+#include "manual_command.h"
+#include "preview_command.h"
 #include "repack_command.h"
 #include "terminal.h"
 
@@ -24,11 +25,12 @@ int Run(int argc, char** argv) {
   cli::RunCommand run;
   cli::AddConvertCommand(app, run);
   cli::AddFinishCommand(app, run);
+  cli::AddInspectCommand(app, run);
+  cli::AddPreviewCommand(app, run);
+  cli::AddExportCommand(app, run);
   cli::AddRepackCommand(app, run);
   cli::AddCompletionCommand(app, run);
   cli::AddManualCommand(app, run);
-  cli::AddInspectCommand(app, run);
-  cli::AddExportCommand(app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -13,7 +13,7 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-/// Removes the unfinished files that are left when it goes.
+/// Removes its files when it goes.
 struct Unfinished {
   ~Unfinished() {
     std::error_code ignored;
@@ -41,9 +41,12 @@ void ReplaceFiles(const fs::path& folder, const std::vector<actor::ExportedFile>
     if (!ts3d::WriteAndClose(std::move(stream), file.bytes)) Fail(file.name);
   }
   for (size_t i = 0; i < files.size(); ++i) {
-    const std::string path = (folder / files[i].name).string();
-    if (!platform::RenameFile(unfinished.paths[i].string(), path)) Fail(files[i].name);
+    const fs::path path = folder / files[i].name;
+    if (!platform::RenameFile(unfinished.paths[i].string(), path.string())) Fail(files[i].name);
+    // A part of the files is of no use: until the last is in its place they go together.
+    unfinished.paths[i] = path;
   }
+  unfinished.paths.clear();
 }
 
 }  // namespace cli

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "actor/actor.h"
+#include "preview/vectors.h"
+
+namespace preview {
+
+/// `source` without what cannot be drawn: faces and influences whose numbers lead nowhere, faces with corners
+/// that are no numbers, parents that do not come before their children. Numbers that are none become 0.
+actor::Actor Drawable(const actor::Actor& source);
+
+/// Where each bone sits in the model when it was bound. Bone space tells: that is where the meshes are,
+/// whatever scale the root has.
+std::vector<Vector> BoneOrigins(const actor::Skeleton& skeleton);
+
+/// The box around every vertex that a face uses; around the bones when there is none.
+Bounds ModelBounds(const actor::Actor& drawable);
+
+}  // namespace preview

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "actor/actor.h"
+#include "preview/camera.h"
+#include "preview/canvas.h"
+#include "preview/texture.h"
+
+namespace preview {
+
+/// How a mesh looks: its picture, or the colour of its material without one, or grey.
+struct Surface {
+  std::shared_ptr<const Texture> texture;  ///< null: `colour`
+  Colour colour{0.72, 0.72, 0.72};
+};
+
+/// Finds the surfaces of an actor's meshes; decodes each picture once.
+class SurfaceFinder {
+ public:
+  SurfaceFinder(const actor::Actor& actor, const PictureDecoder& decode) : actor_(actor), decode_(decode) {}
+
+  Surface Find(const actor::Mesh& mesh);
+
+ private:
+  std::shared_ptr<const Texture> FindTexture(const std::string& name);
+
+  const actor::Actor& actor_;
+  const PictureDecoder& decode_;
+  std::map<const actor::Picture*, std::shared_ptr<const Texture>> textures_;
+};
+
+/// Draws the faces of a mesh. Both sides are drawn and lit alike.
+void DrawMesh(const actor::Mesh& mesh, const Surface& surface, const Camera& camera, Canvas& canvas,
+              int samples);
+
+}  // namespace preview
