@@ -32,9 +32,10 @@ size_t Width(const std::string& text) {
       std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xc0) != 0x80; }));
 }
 
-/// Rows with their columns one below the other; the first row is the heading. The first column stands to the
-/// left, those after it that are numbers to the right.
+/// Rows with their columns one below the other, the first to the left, the others to the right; the first row
+/// is the heading.
 std::string Table(const std::vector<Row>& rows) {
+  if (rows.size() == 1) return {};
   std::vector<size_t> widths(rows[0].size());
   for (const Row& row : rows) {
     for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], Width(row[i]));
@@ -134,7 +135,7 @@ std::string Pictures(const std::vector<actor::Picture>& pictures) {
                     known ? std::to_string(header.width) + " x " + std::to_string(header.height) : "-",
                     known ? std::to_string(header.bits) : "-"});
   }
-  return "\n" + Counted(pictures.size(), "picture") + "\n" + (pictures.empty() ? "" : Table(rows));
+  return "\n" + Counted(pictures.size(), "picture") + "\n" + Table(rows);
 }
 
 std::string FindingLines(const actor::Findings& findings) {

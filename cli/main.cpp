@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "check_command.h"
 #include "completion_command.h"
 #include "convert_command.h"
 #include "exit_codes.h"
@@ -24,6 +25,7 @@ int Run(int argc, char** argv) {
   app.footer("'fbx2czp COMMAND --help' tells more, with examples.");
   cli::RunCommand run;
   cli::AddConvertCommand(app, run);
+  cli::AddCheckCommand(app, run);
   cli::AddFinishCommand(app, run);
   cli::AddInspectCommand(app, run);
   cli::AddPreviewCommand(app, run);

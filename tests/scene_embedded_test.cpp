@@ -32,7 +32,7 @@ FbxFile FileWithVideo(const std::string& fileName, FbxValues content) {
 std::string ExtractTo(const TempFolder& folder, const FbxFile& file,
                       Container container = Container::Binary) {
   const auto scene = support::LoadScene(file, container);
-  scene::ExtractEmbeddedFiles(*scene, folder.Path("model.fbx"));
+  scene::ExtractEmbeddedFiles(*scene, folder.Path("model.fbx"), true);
   std::string name;
   scene->ForEach<scene::KFbxTexture>(
       [&](const scene::KFbxTexture& texture) { name = texture.GetFileName(); });

@@ -94,7 +94,7 @@ void CheckSkeleton(const Skeleton& skeleton, Findings& findings) {
   const size_t count = skeleton.bones.size();
   if (const size_t bad = std::min(FirstAstray(skeleton, compared), compared.firstTurned); bad < count) {
     AddProblem(findings, "bone-space", skeleton.bones[bad].name,
-               "rests elsewhere than the mesh was bound to it, so the mesh is torn there",
+               "rests elsewhere than the mesh was bound to it, so the mesh is distorted there",
                "bind the model again in its rest pose without scaled bones, then export and convert it");
     return;
   }

@@ -15,27 +15,6 @@ namespace {
 
 constexpr std::string_view kTypeDefinitionHost = "http://www.tessaly3d.example";
 
-std::string ObjectId(ActorType actorType, const std::string& documentPath) {
-  switch (actorType) {
-    case ActorType::Male:
-      return "actor (male)";
-    case ActorType::Female:
-      return "actor (female)";
-    case ActorType::Boy:
-      return "actor (boy)";
-    case ActorType::Girl:
-      return "actor (girl)";
-    case ActorType::Teenager:
-      return "actor (teenager)";
-    case ActorType::Baby:
-      return "actor (baby)";
-    case ActorType::None:
-      break;
-  }
-  const std::string fileName = FileNamePart(documentPath);
-  return fileName.substr(0, fileName.size() < 4 ? 0 : fileName.size() - 4);
-}
-
 /// Heights of the product's own bodies, not of the model.
 std::string UnposedHeight(ActorType actorType) {
   if (actorType == ActorType::Male) return "\t<unposed_height>1.76136</unposed_height>\n";
@@ -77,6 +56,27 @@ std::string Lists(ConversionJob& job, PackagedNameSet& packagedNames) {
 }
 
 }  // namespace
+
+std::string ObjectId(ActorType actorType, const std::string& documentPath) {
+  switch (actorType) {
+    case ActorType::Male:
+      return "actor (male)";
+    case ActorType::Female:
+      return "actor (female)";
+    case ActorType::Boy:
+      return "actor (boy)";
+    case ActorType::Girl:
+      return "actor (girl)";
+    case ActorType::Teenager:
+      return "actor (teenager)";
+    case ActorType::Baby:
+      return "actor (baby)";
+    case ActorType::None:
+      break;
+  }
+  const std::string fileName = FileNamePart(documentPath);
+  return fileName.substr(0, fileName.size() < 4 ? 0 : fileName.size() - 4);
+}
 
 void WriteActorConfig(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames) {
   const std::string documentPath = ReplaceExtension(packagePath, "xfg");

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "config/bone_name_map.h"
 
-#include <utility>
-
 #include "core/names.h"
 
 namespace ts3d {
@@ -100,6 +98,8 @@ constexpr std::pair<std::string_view, std::string_view> kBoneNameMap[] = {
 // clang-format on
 
 }  // namespace
+
+std::span<const std::pair<std::string_view, std::string_view>> BoneNameMap() { return kBoneNameMap; }
 
 std::string_view FindProductBoneName(std::string_view rigName) {
   for (const auto& [rig, product] : kBoneNameMap) {

@@ -24,11 +24,11 @@ bool IsDoubleSided(std::string_view name, const ConversionJob& job) {
   });
 }
 
-class MeshList {
+/// Walks over listed meshes: parents first, children in order.
+class MeshListWalk {
  public:
-  MeshList(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames, AfterAdding afterAdding,
-           std::string& lines)
-      : job_(job), mode_(mode), packagedNames_(packagedNames), afterAdding_(afterAdding), lines_(lines) {}
+  MeshListWalk(bool baseNameLast, const std::function<void(const std::string&)>& visit)
+      : baseNameLast_(baseNameLast), visit_(visit) {}
 
   /// @return the number of meshes listed at or below `top`
   int32_t Walk(const KFbxNode& top) {
@@ -54,12 +54,21 @@ class MeshList {
  private:
   /// Lists the `count` output names of a mesh: its base name, then those of its further materials.
   void List(const std::string& baseName, int count) {
-    const bool addsFiles = mode_ == MeshListMode::AddMeshFiles || mode_ == MeshListMode::AddMaterialFiles;
-    if (!addsFiles) ListName(baseName);
-    for (int i = 0; i < count - 1; ++i) ListName(baseName + "_" + LetterSuffix(i));
-    // Files go in the other way round: the further ones, then the base name.
-    if (addsFiles) ListName(baseName);
+    if (!baseNameLast_) visit_(baseName);
+    for (int i = 0; i < count - 1; ++i) visit_(baseName + "_" + LetterSuffix(i));
+    if (baseNameLast_) visit_(baseName);
   }
+
+  bool baseNameLast_;
+  const std::function<void(const std::string&)>& visit_;
+};
+
+/// What one walk does with each listed name.
+class MeshList {
+ public:
+  MeshList(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames, AfterAdding afterAdding,
+           std::string& lines)
+      : job_(job), mode_(mode), packagedNames_(packagedNames), afterAdding_(afterAdding), lines_(lines) {}
 
   void ListName(const std::string& name) {
     if (skipThisMesh(name, job_)) return;
@@ -90,13 +99,23 @@ class MeshList {
 
 }  // namespace
 
+int32_t ForEachListedName(const KFbxNode& root, bool baseNameLast,
+                          const std::function<void(const std::string&)>& visit) {
+  MeshListWalk walk(baseNameLast, visit);
+  int32_t count = 0;
+  for (int i = 0; i < root.GetChildCount(); ++i) count += walk.Walk(*root.GetChild(i));
+  return count;
+}
+
 int32_t WriteMeshListForScene(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames,
                               AfterAdding afterAdding, std::string& lines) {
   const KFbxNode* root = job.scene->GetRootNode();
   if (!root) return kNoMeshListed;
   MeshList list(job, mode, packagedNames, afterAdding, lines);
-  int32_t count = 0;
-  for (int i = 0; i < root->GetChildCount(); ++i) count += list.Walk(*root->GetChild(i));
+  // Files go in the other way round: the further ones, then the base name.
+  const bool addsFiles = mode == MeshListMode::AddMeshFiles || mode == MeshListMode::AddMaterialFiles;
+  const int32_t count =
+      ForEachListedName(*root, addsFiles, [&](const std::string& name) { list.ListName(name); });
   return count > 0 ? 0 : kNoMeshListed;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "core/conversion_job.h"
@@ -20,6 +21,13 @@ enum class MeshListMode : int32_t {
 
 /// The result of a walk that found no mesh.
 inline constexpr int32_t kNoMeshListed = 5;
+
+/// Calls `visit` with every name that the document lists for the scene below `root`, in its order. `visit` is
+/// called for names that the mesh filter refuses, too.
+/// @param baseNameLast  whether a mesh's own name comes after those of its further materials
+/// @return the number of meshes
+int32_t ForEachListedName(const scene::KFbxNode& root, bool baseNameLast,
+                          const std::function<void(const std::string&)>& visit);
 
 /// Walks all nodes below the scene's root, parents first, children in order. A mesh without control points is
 /// not listed and hides the nodes below it.

@@ -107,6 +107,7 @@ void ReleaseScene(ConversionJob& job) {
   job.sceneRoot = nullptr;
   job.textureErrorNode = nullptr;
   job.skeleton->bindPose = nullptr;
+  job.skeleton->boneNodes.clear();
   job.skeleton->firstBoneNode = nullptr;
   job.skeleton->modelNode = nullptr;
 }

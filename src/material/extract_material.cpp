@@ -35,13 +35,19 @@ const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& mater
   return diffuse && diffuse->GetSrcTextureCount() > 0 ? diffuse->GetSrcTexture(0) : nullptr;
 }
 
-void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
-                   ConversionJob& job, PackagedNameSet& packagedNames) {
-  StatusLog(job, ComposeMessage("Writing Material: ", name));
+MaterialRecord ReadMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
+                            const ConversionJob& job) {
   MaterialRecord record;
   record.name = name;
   record.hasMap = hasMap;
   ExtractColours(material, record, job);
+  return record;
+}
+
+void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
+                   ConversionJob& job, PackagedNameSet& packagedNames) {
+  StatusLog(job, ComposeMessage("Writing Material: ", name));
+  MaterialRecord record = ReadMaterial(name, material, hasMap, job);
   const scene::KFbxTexture* texture = DiffuseTexture(material);
   if (hasMap && texture) record.mapName = PackTexture(*texture, job, packagedNames);
   WriteXrfFile(record, job);

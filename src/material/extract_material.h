@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/conversion_job.h"
+#include "material/material_record.h"
 #include "package/actor_package.h"
 #include "scene/model/material.h"
 
@@ -11,6 +12,11 @@ namespace ts3d {
 
 /// The first diffuse texture of `material`, or null when it has none or that one is no picture file.
 const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material);
+
+/// What the material file `name` says for `material`, but for the name of its picture.
+/// @param hasMap  whether the mesh has texture coordinates
+MaterialRecord ReadMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
+                            const ConversionJob& job);
 
 /// Writes the material file `name` for `material` and packs its diffuse texture.
 /// @param hasMap  whether the mesh has texture coordinates

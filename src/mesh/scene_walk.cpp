@@ -7,7 +7,7 @@
 
 namespace ts3d {
 
-void WalkSceneNode(const scene::KFbxNode* node, ConversionJob& job, PackagedNameSet& packagedNames) {
+void ForEachMeshNode(const scene::KFbxNode* node, const std::function<void(const scene::KFbxNode&)>& visit) {
   if (!node) return;
   // A list of its own instead of recursion: node trees may be deeper than the call stack.
   std::vector<const scene::KFbxNode*> pending{node};
@@ -16,10 +16,14 @@ void WalkSceneNode(const scene::KFbxNode* node, ConversionJob& job, PackagedName
     pending.pop_back();
     const scene::KFbxNodeAttribute* attribute = next.GetNodeAttribute();
     if (attribute && attribute->GetAttributeType() == scene::KFbxNodeAttribute::EAttributeType::eMESH) {
-      ConvertMeshNode(next, job, packagedNames);
+      visit(next);
     }
     for (int i = next.GetChildCount(); i-- > 0;) pending.push_back(next.GetChild(i));
   }
+}
+
+void WalkSceneNode(const scene::KFbxNode* node, ConversionJob& job, PackagedNameSet& packagedNames) {
+  ForEachMeshNode(node, [&](const scene::KFbxNode& mesh) { ConvertMeshNode(mesh, job, packagedNames); });
 }
 
 }  // namespace ts3d

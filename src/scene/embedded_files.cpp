@@ -45,7 +45,7 @@ bool WriteContent(const KString& folder, const KString& path, const KString& con
 
 }  // namespace
 
-void ExtractEmbeddedFiles(KFbxScene& scene, std::string_view modelPath) {
+void ExtractEmbeddedFiles(KFbxScene& scene, std::string_view modelPath, bool write) {
   const KString folder = FolderFor(modelPath);
   std::map<const KFbxVideo*, KString> extracted;
   scene.ForEach<KFbxTexture>([&](KFbxTexture& texture) {
@@ -56,9 +56,11 @@ void ExtractEmbeddedFiles(KFbxScene& scene, std::string_view modelPath) {
       const KString name =
           BaseName(video->GetFileName().empty() ? video->GetRelativeFileName() : video->GetFileName());
       const KString content = IsPlainName(name) ? video->ReadContent() : KString();
-      if (!content.empty() && WriteContent(folder, folder + name, content)) entry->second = folder + name;
+      if (!content.empty() && (!write || WriteContent(folder, folder + name, content))) {
+        entry->second = folder + name;
+      }
     }
-    if (!entry->second.empty()) texture.SetFileName(entry->second);
+    if (!entry->second.empty()) texture.SetEmbeddedFile(entry->second);
   });
 }
 

@@ -37,13 +37,13 @@ class OpenFbxFile : public KFbxOpenFile {
 
   KFbxFileVersion GetVersion() const override { return SplitVersion(tree_->version); }
 
-  KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings&) override {
+  KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
     // How protected files are encrypted is not known, so no password opens them.
     if (tree_->Find("FBXHeaderExtension").Child("EncryptionType").Integer(0, 0) != 0) {
       return {EImportError::ePASSWORD_ERROR, "the file is protected by a password"};
     }
     BuildScene(tree_, scene);
-    ExtractEmbeddedFiles(scene, path_);
+    ExtractEmbeddedFiles(scene, path_, settings.GetBoolProp(kExtractEmbeddedSetting, true));
     return {};
   }
 

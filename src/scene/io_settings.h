@@ -11,6 +11,8 @@ namespace scene {
 /// Paths of the settings that a password-protected file needs.
 inline constexpr std::string_view kPasswordSetting = "Import|AdvOptGrp|FileFormat|Fbx|Password";
 inline constexpr std::string_view kPasswordEnableSetting = "Import|AdvOptGrp|FileFormat|Fbx|Password_Enable";
+/// Whether imports write the pictures that are embedded in a model; true unless set.
+inline constexpr std::string_view kExtractEmbeddedSetting = "Import|AdvOptGrp|FileFormat|Fbx|ExtractEmbedded";
 
 /// Import and export settings, addressed by "|"-separated paths. There is one set for the whole process: what
 /// is set stays in force for later imports.

@@ -46,9 +46,8 @@ void WriteCsf(BoneTree& bones, ByteWriter& out) {
   for (const BoneNode* bone : bones.PreOrder()) WriteBone(*bone, out);
 }
 
-bool WriteSkeleton(ConversionJob& job) {
+void ExtractSkeleton(ConversionJob& job) {
   SkeletonState& skeleton = *job.skeleton;
-  StatusLog(job, "Writing CSF Skeleton");
   ChooseBindPose(*job.scene, skeleton);
   if (!skeleton.bindPose && job.isFbxFile) {
     StatusLog(job, ">>> No Defined Bind Pose!");
@@ -60,10 +59,15 @@ bool WriteSkeleton(ConversionJob& job) {
   if (!skeleton.hasExtractedBones && job.isFbxFile) {
     StatusLog(job, ">>> This is NOT a rigged model as it has no skeleton!");
   }
+}
+
+bool WriteSkeleton(ConversionJob& job) {
+  StatusLog(job, "Writing CSF Skeleton");
+  ExtractSkeleton(job);
   platform::FilePtr file = OpenWorkFile(job, "skeleton.csf", "wb");
   if (!file) return false;
   ByteWriter out(file.get());
-  WriteCsf(skeleton.bones, out);
+  WriteCsf(job.skeleton->bones, out);
   const bool written = out.Flush();
   return std::fclose(file.release()) == 0 && written;
 }

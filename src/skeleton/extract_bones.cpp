@@ -61,6 +61,7 @@ class BoneExtractor {
     }
     if (!skeleton_.firstBoneNode) skeleton_.firstBoneNode = &node;
     BoneNode& bone = skeleton_.bones.AddChild(parent);
+    skeleton_.boneNodes.push_back(&node);
     bone.name = SanitizeMeshName(node.GetName());
     KFbxXMatrix m = BoneTransform(node, bone);
     if (job_.rigidBones) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <unordered_map>
+#include <vector>
 
 #include "scene/math/matrix.h"
 #include "skeleton/bone_node.h"
@@ -18,6 +19,7 @@ namespace ts3d {
 /// settings read it. The pointers into the scene are valid as long as the scene is.
 struct SkeletonState {
   BoneTree bones;
+  std::vector<const scene::KFbxNode*> boneNodes;  ///< the scene's node of each bone, by identifier
   const scene::KFbxPose* bindPose = nullptr;
   bool hasExtractedBones = false;  ///< false too when the tree only holds the stand-in bone
   bool bindPoseAmbiguous = false;  ///< another bind pose has as many nodes

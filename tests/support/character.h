@@ -37,9 +37,11 @@ class Character {
     file_.Connect(last_, parent);
     return last_;
   }
-  Id Null(std::string name, Id parent = 0) {
+  Id Null(std::string name, Id parent = 0) { return Other("Null", std::move(name), parent); }
+  /// A node with an attribute of the kind `subType`.
+  Id Other(const char* subType, std::string name, Id parent = 0) {
     const Id node = Node(std::move(name), parent);
-    file_.Connect(Attribute("Null"), node);
+    file_.Connect(Attribute(subType), node);
     return node;
   }
   MeshNode Mesh(std::string name, std::vector<double> points, std::vector<double> polygons, Id parent = 0,
@@ -76,11 +78,12 @@ class Character {
     file_.Connect(last_, mesh.node);
     return last_;
   }
-  FbxRecord& Texture(Id material, std::string fileName, std::string relativeFileName = "") {
-    FbxRecord& texture = file_.Object("Texture", ++last_, "texture");
+  FbxRecord& Texture(Id material, std::string fileName, std::string relativeFileName = "",
+                     const char* property = "DiffuseColor", const char* kind = "Texture") {
+    FbxRecord& texture = file_.Object(kind, ++last_, "texture");
     texture.Add({"FileName", {std::move(fileName)}});
     texture.Add({"RelativeFilename", {std::move(relativeFileName)}});
-    file_.Connect(last_, material, "DiffuseColor");
+    file_.Connect(last_, material, property);
     return texture;
   }
 

@@ -31,11 +31,16 @@ class KFbxTexture : public KFbxObject {
   const KString& GetFileName() const { return fileName_; }
   const KString& GetRelativeFileName() const { return relativeFileName_; }
   KFbxVideo* GetVideo() const { return video_; }
+  /// Whether the picture is embedded in the model; the file name is then that of the picture taken out of it.
+  bool IsEmbedded() const { return isEmbedded_; }
   /// Name of the texture coordinates that the texture is made for; empty when it does not say.
   const KString& GetUVSet() const { return uvSet_; }
 
   // For whoever builds a scene.
-  void SetFileName(std::string_view fileName) { fileName_ = fileName; }
+  void SetEmbeddedFile(std::string_view fileName) {
+    fileName_ = fileName;
+    isEmbedded_ = true;
+  }
   void SetVideo(KFbxVideo& video) {
     if (!video_) video_ = &video;
   }
@@ -43,6 +48,7 @@ class KFbxTexture : public KFbxObject {
  private:
   KString fileName_, relativeFileName_, uvSet_;
   KFbxVideo* video_ = nullptr;
+  bool isEmbedded_ = false;
 };
 
 /// A stack of textures; not a file texture itself.

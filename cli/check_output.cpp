@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "check_output.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "host_paths.h"
+#include "terminal.h"
+
+namespace cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using ts3d::Finding;
+using ts3d::RigReport;
+
+constexpr int kJsonVersion = 1;
+
+/// `text` without what could control a terminal: names come from the model.
+std::string Printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; },
+      '?');
+  return text;
+}
+
+void PrintLine(const std::string& line) { std::printf("%s\n", Printable(line).c_str()); }
+
+std::string Quoted(const std::string& name) { return "\"" + name + "\""; }
+
+/// "1 bone", "2 bones".
+std::string Counted(size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+void PrintMeshes(const RigReport& report) {
+  constexpr size_t kMostLines = 20;
+  size_t vertices = 0, triangles = 0;
+  for (const ts3d::OutputMesh& mesh : report.meshes) {
+    vertices += mesh.vertices;
+    triangles += mesh.triangles;
+  }
+  PrintLine("  " + Counted(report.meshes.size(), "mesh", "meshes") + ", " +
+            Counted(vertices, "vertex", "vertices") + ", " + Counted(triangles, "triangle", "triangles"));
+  for (size_t i = 0; i < std::min(report.meshes.size(), kMostLines); ++i) {
+    const ts3d::OutputMesh& mesh = report.meshes[i];
+    PrintLine("    " + mesh.name + ": " + Counted(mesh.vertices, "vertex", "vertices") + ", " +
+              Counted(mesh.triangles, "triangle", "triangles") + ", " +
+              (mesh.material.empty() ? "no material" : "material " + Quoted(mesh.material)) +
+              (mesh.texture.empty() ? "" : ", picture " + mesh.texture));
+  }
+  if (report.meshes.size() > kMostLines) {
+    PrintLine("    and " + std::to_string(report.meshes.size() - kMostLines) + " more");
+  }
+}
+
+void PrintSummary(const CheckedModel& model) {
+  const RigReport& report = model.report;
+  PrintLine(model.name + ": FBX " + report.version + ", would become " +
+            WithExtension(std::filesystem::path(model.name).filename(), "czp").string() + " with the name " +
+            Quoted(report.objectId));
+  const auto weighted = std::count_if(report.bones.begin(), report.bones.end(),
+                                      [](const ts3d::OutputBone& bone) { return bone.weighted; });
+  PrintLine("  " + Counted(report.bones.size(), "bone", "bones") + ", " + std::to_string(weighted) +
+            " of them with weights");
+  PrintMeshes(report);
+  if (report.textures.empty()) return;
+  std::string line = "  " + Counted(report.textures.size(), "picture", "pictures") + ":";
+  for (const ts3d::UsedTexture& texture : report.textures) line += " " + texture.tgaName;
+  PrintLine(line);
+}
+
+/// "bones "a", "b" and 3 more: ", or nothing for the file itself.
+std::string SubjectText(const Finding& finding) {
+  constexpr size_t kMostNames = 6;
+  if (finding.names.empty()) return {};
+  std::string text = std::string(NameOf(finding.subject, finding.names.size()));
+  const size_t shown = std::min(finding.names.size(), kMostNames);
+  for (size_t i = 0; i < shown; ++i) text += (i == 0 ? " " : ", ") + Quoted(finding.names[i]);
+  if (shown < finding.names.size()) text += " and " + std::to_string(finding.names.size() - shown) + " more";
+  return text + ": ";
+}
+
+std::string Label(ts3d::Severity severity) {
+  const std::string text = std::string(NameOf(severity)) + ":";
+  if (severity == ts3d::Severity::Fatal) return Painted(stdout, Colour::Red, text);
+  return Painted(stdout, severity == ts3d::Severity::Warning ? Colour::Yellow : Colour::Bold, text);
+}
+
+void PrintFinding(const std::string& model, const Finding& finding) {
+  std::printf("fbx2czp: %s: %s %s [%s]\n", Printable(model).c_str(), Label(finding.severity).c_str(),
+              Printable(SubjectText(finding) + finding.text).c_str(), finding.code.c_str());
+  if (!finding.fix.empty()) PrintLine("    Fix: " + finding.fix);
+}
+
+Json FindingAsJson(const Finding& finding) {
+  return {{"code", finding.code},
+          {"severity", NameOf(finding.severity)},
+          {"about", NameOf(finding.subject)},
+          {"names", finding.names},
+          {"text", finding.text},
+          {"fix", finding.fix}};
+}
+
+Json ReportAsJson(const CheckedModel& model) {
+  const RigReport& report = model.report;
+  Json json{{"model", model.name},
+            {"result", report.Worst() == ts3d::Severity::Note ? "sound" : NameOf(report.Worst())},
+            {"fbx_version", report.version},
+            {"object_id", report.objectId}};
+  Json& bones = json["bones"] = Json::array();
+  for (const ts3d::OutputBone& bone : report.bones) {
+    bones.push_back({{"name", bone.name}, {"parent", bone.parent}, {"weighted", bone.weighted}});
+  }
+  Json& meshes = json["meshes"] = Json::array();
+  for (const ts3d::OutputMesh& mesh : report.meshes) {
+    meshes.push_back({{"name", mesh.name},
+                      {"node", mesh.node},
+                      {"vertices", mesh.vertices},
+                      {"triangles", mesh.triangles},
+                      {"material", mesh.material},
+                      {"texture", mesh.texture}});
+  }
+  Json& textures = json["textures"] = Json::array();
+  for (const ts3d::UsedTexture& texture : report.textures) {
+    textures.push_back({{"name", texture.tgaName},
+                        {"file", texture.fileName},
+                        {"relative_file", texture.relativeFileName},
+                        {"embedded", texture.isEmbedded},
+                        {"materials", texture.materials}});
+  }
+  json["members"] = report.members;
+  Json& findings = json["findings"] = Json::array();
+  for (const Finding& finding : report.findings) findings.push_back(FindingAsJson(finding));
+  return json;
+}
+
+}  // namespace
+
+void PrintReport(const CheckedModel& model, bool quiet) {
+  if (model.report.loaded && !quiet) PrintSummary(model);
+  for (const Finding& finding : model.report.findings) {
+    if (!quiet || finding.severity != ts3d::Severity::Note) PrintFinding(model.name, finding);
+  }
+  std::fflush(stdout);
+}
+
+std::string ReportsAsJson(const std::vector<CheckedModel>& models) {
+  Json json{{"version", kJsonVersion}, {"models", Json::array()}};
+  for (const CheckedModel& model : models) json["models"].push_back(ReportAsJson(model));
+  // Names are bytes of the model and need not be UTF-8.
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace cli

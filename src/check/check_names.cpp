@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "check/finding_kinds.h"
+#include "check/rig_check.h"
+#include "config/mesh_list.h"
+#include "core/names.h"
+#include "core/work_file.h"
+#include "mesh/mesh_filter.h"
+
+namespace ts3d {
+namespace {
+
+bool BreaksXml(std::string_view text) { return text.find_first_of("&<\"") != std::string_view::npos; }
+
+/// Checks the output names of all meshes.
+class NameCheck {
+ public:
+  explicit NameCheck(RigCheck& check) : check_(check), report_(check.report) {
+    ForEachListedName(*check.job.sceneRoot, false, [&](const std::string& name) { listed_.insert(name); });
+  }
+
+  void Run() {
+    for (const RigCheck::Slot& slot : check_.slots) {
+      TellName(slot);
+      TellClash(slot);
+      TellPacking(slot);
+    }
+  }
+
+ private:
+  void TellName(const RigCheck::Slot& slot) {
+    const std::string name = SanitizeMeshName(slot.node);
+    if (name != slot.node) report_.Add(findings::kNameChanged, slot.node, {name});
+    if (BreaksXml(name)) report_.Add(findings::kXmlName, slot.node);
+    if (!IsPlainFileName(slot.name + ".cmf")) report_.Add(findings::kUnwritable, slot.node);
+  }
+
+  void TellClash(const RigCheck::Slot& slot) {
+    const auto [entry, isNew] = first_.try_emplace(LowerCase(slot.name), &slot);
+    if (isNew) return;
+    const RigCheck::Slot& other = *entry->second;
+    report_.Add(other.name == slot.name ? findings::kNameClash : findings::kCaseClash, slot.name,
+                {other.node, slot.node});
+  }
+
+  void TellPacking(const RigCheck::Slot& slot) {
+    if (skipThisMesh(slot.name, check_.job)) {
+      report_.Add(findings::kExcluded, slot.name);
+    } else if (!slot.written && listed_.contains(slot.name)) {
+      report_.Add(findings::kUnusedSlot, slot.name);
+    }
+  }
+
+  RigCheck& check_;
+  RigReport& report_;
+  std::unordered_set<std::string> listed_;
+  std::unordered_map<std::string, const RigCheck::Slot*> first_;  ///< by output name in lower case
+};
+
+/// The rename lines of the document name the root and the bones without weight.
+void TellBoneNames(RigCheck& check) {
+  const BoneTree& bones = check.job.skeleton->bones;
+  for (int32_t id = 0; id < bones.BoneCount(); ++id) {
+    const BoneNode& bone = *bones.FindById(id);
+    if ((id == 0 || !bone.weighted) && BreaksXml(bone.name)) {
+      check.report.Add(findings::kXmlBoneName, bone.name);
+    }
+  }
+}
+
+std::string FileName(const UsedTexture& texture) {
+  const std::string& source = texture.fileName.empty() ? texture.relativeFileName : texture.fileName;
+  return source.substr(source.find_last_of("\\/") + 1);
+}
+
+void TellTextureNames(RigCheck& check) {
+  std::unordered_map<std::string, const UsedTexture*> first;
+  for (const UsedTexture& texture : check.report.textures) {
+    const auto [entry, isNew] = first.try_emplace(LowerCase(texture.tgaName), &texture);
+    if (isNew) continue;
+    const std::string name = FileName(texture), other = FileName(*entry->second);
+    // Pictures of one name in several folders are taken for copies.
+    if (EqualsIgnoreCase(name, other)) continue;
+    check.report.Add(findings::kTextureClash, texture.tgaName, {other, name});
+  }
+}
+
+void TellExclusions(RigCheck& check) {
+  for (const std::string& excluded : check.job.exclusionList) {
+    const bool known =
+        std::any_of(check.report.findings.begin(), check.report.findings.end(), [&](const Finding& finding) {
+          return finding.code == findings::kExcluded.code &&
+                 std::any_of(finding.names.begin(), finding.names.end(), [&](const std::string& name) {
+                   return EqualsIgnoreCase(SanitizeMeshName(name), excluded);
+                 });
+        });
+    if (!known) check.report.Add(findings::kUnknownExclusion, excluded);
+  }
+}
+
+}  // namespace
+
+void CheckNames(RigCheck& check) {
+  NameCheck(check).Run();
+  TellBoneNames(check);
+  TellTextureNames(check);
+  TellExclusions(check);
+}
+
+std::vector<std::string> ExpectedMembers(const RigCheck& check) {
+  std::vector<std::string> members;
+  std::set<std::string> known;
+  const auto add = [&](const std::string& name) {
+    if (known.insert(name).second) members.push_back(name);
+  };
+  for (const UsedTexture& texture : check.report.textures) add(texture.tgaName);
+  add("skeleton.csf");
+  add(FileNamePart(ReplaceExtension(check.job.inputPath, "xfg")));
+  for (const char* extension : {".cmf", ".xrf"}) {
+    ForEachListedName(*check.job.sceneRoot, true, [&](const std::string& name) {
+      if (!skipThisMesh(name, check.job)) add(name + extension);
+    });
+  }
+  return members;
+}
+
+}  // namespace ts3d

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "check/check_rig.h"
+
+#include <new>
+
+#include "check/finding_kinds.h"
+#include "check/rig_check.h"
+#include "config/actor_config.h"
+#include "config/mesh_list.h"
+#include "core/names.h"
+#include "driver/actor_type.h"
+#include "driver/convert.h"
+#include "driver/scene_loader.h"
+#include "mesh/scene_walk.h"
+#include "scene/io_settings.h"
+#include "scene/model/node.h"
+#include "skeleton/csf_writer.h"
+
+namespace ts3d {
+namespace {
+
+using scene::KFbxNode;
+using EAttributeType = scene::KFbxNodeAttribute::EAttributeType;
+
+/// Keeps imports from writing embedded pictures as long as it lives.
+class NoExtraction {
+ public:
+  NoExtraction() : before_(Settings().GetBoolProp(scene::kExtractEmbeddedSetting, true)) {
+    Settings().SetBoolProp(scene::kExtractEmbeddedSetting, false);
+  }
+  ~NoExtraction() { Settings().SetBoolProp(scene::kExtractEmbeddedSetting, before_); }
+  NoExtraction(const NoExtraction&) = delete;
+  NoExtraction& operator=(const NoExtraction&) = delete;
+
+ private:
+  static scene::KFbxIOSettings& Settings() { return scene::KFbxIOSettings::Global(); }
+  bool before_;
+};
+
+/// The scene library's objects of a job, as long as it lives.
+class SceneObjects {
+ public:
+  explicit SceneObjects(ConversionJob& job) : job_(job) { CreateSdkObjects(job.sdkManager, job.scene); }
+  ~SceneObjects() { DestroySdkObjects(job_.sdkManager); }
+  SceneObjects(const SceneObjects&) = delete;
+  SceneObjects& operator=(const SceneObjects&) = delete;
+
+ private:
+  ConversionJob& job_;
+};
+
+void StartJob(const std::string& path, const CheckOptions& options, RigCheck& check) {
+  ConversionJob& job = check.job;
+  ResetRun(job);
+  check.lines.Attach(job);
+  job.modelDirectory = DirectoryPart(path);
+  job.inputPath = path;
+  job.actorType = DetectActorType(path);
+  job.exclusionList = options.excludedNames;
+  check.report.objectId = ObjectId(job.actorType, ReplaceExtension(path, "xfg"));
+}
+
+bool Load(RigCheck& check) {
+  scene::KFbxImporter& importer = *check.job.sdkManager->CreateImporter();
+  const bool loaded = importer.Initialize(check.job.inputPath) && importer.Import(*check.job.scene);
+  if (const auto [major, minor, revision] = importer.GetFileVersion(); major > 0) {
+    check.report.version =
+        std::to_string(major) + "." + std::to_string(minor) + "." + std::to_string(revision);
+  }
+  if (importer.GetLastErrorID() == static_cast<int>(scene::EImportError::ePASSWORD_ERROR)) {
+    check.report.Add(findings::kPassword);
+  } else if (!loaded) {
+    check.report.Add(findings::kNotLoaded, {}, {importer.GetLastErrorString()});
+  }
+  check.job.sceneRoot = check.job.scene->GetRootNode();
+  return loaded;
+}
+
+const char* GeometryName(EAttributeType type) {
+  switch (type) {
+    case EAttributeType::eNURB:
+      return "NURBS surface";
+    case EAttributeType::ePATCH:
+      return "patch";
+    case EAttributeType::eLINE:
+      return "line";
+    default:
+      return nullptr;
+  }
+}
+
+/// Tells of geometry that is no mesh, and of meshes that the package leaves out with an empty one above.
+void CheckNodes(RigCheck& check) {
+  struct Pending {
+    const KFbxNode* node;
+    const KFbxNode* emptyMesh;
+  };
+  std::vector<Pending> pending{{check.job.sceneRoot, nullptr}};
+  while (!pending.empty()) {
+    Pending next = pending.back();
+    pending.pop_back();
+    const scene::KFbxNodeAttribute* attribute = next.node->GetNodeAttribute();
+    if (attribute && attribute->GetAttributeType() == EAttributeType::eMESH) {
+      scene::KFbxMesh* mesh = next.node->GetMesh();
+      const bool empty = !mesh || mesh->GetControlPointsCount() == 0;
+      if (empty && !next.emptyMesh) next.emptyMesh = next.node;
+      if (!empty && next.emptyMesh) {
+        check.report.Add(findings::kHidingMesh, next.node->GetName(), {next.emptyMesh->GetName()});
+      }
+    } else if (const char* geometry = attribute ? GeometryName(attribute->GetAttributeType()) : nullptr) {
+      check.report.Add(findings::kNotAMesh, next.node->GetName(), {geometry});
+    }
+    for (int i = next.node->GetChildCount(); i-- > 0;) {
+      pending.push_back({next.node->GetChild(i), next.emptyMesh});
+    }
+  }
+}
+
+void Summarise(RigCheck& check) {
+  const BoneTree& bones = check.job.skeleton->bones;
+  for (const BoneNode* bone : bones.PreOrder()) {
+    const bool isRoot = bone->parent == &bones.Root();
+    check.report.bones.push_back({bone->name, isRoot ? std::string() : bone->parent->name, bone->weighted});
+  }
+  check.report.members = ExpectedMembers(check);
+}
+
+void CheckScene(RigCheck& check) {
+  ExtractSkeleton(check.job);
+  CheckBones(check);
+  CheckPose(check);
+  CheckActorBones(check);
+  for (int i = 0; i < check.job.sceneRoot->GetChildCount(); ++i) {
+    ForEachMeshNode(check.job.sceneRoot->GetChild(i),
+                    [&](const KFbxNode& node) { CheckMeshNode(node, check); });
+  }
+  CheckNodes(check);
+  CheckBindPose(check);
+  if (ForEachListedName(*check.job.sceneRoot, false, [](const std::string&) {}) == 0) {
+    check.report.Add(findings::kNoMesh);
+  } else if (check.report.meshes.empty()) {
+    check.report.Add(findings::kAllLeftOut);
+  }
+  CheckNames(check);
+  Summarise(check);
+}
+
+}  // namespace
+
+RigReport CheckRig(const std::string& path, const CheckOptions& options) {
+  RigCheck check;
+  StartJob(path, options, check);
+  if (!platform::FileExists(path)) {
+    check.report.Add(findings::kNoFile);
+    return std::move(check.report);
+  }
+  const NoExtraction noExtraction;
+  const SceneObjects objects(check.job);
+  try {
+    check.report.loaded = Load(check);
+    if (check.report.loaded) CheckScene(check);
+  } catch (const std::bad_alloc&) {
+    check.report.Add(findings::kNotLoaded, {}, {"there is not enough memory"});
+  }
+  check.report.SortFindings();
+  return std::move(check.report);
+}
+
+}  // namespace ts3d

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "check/rig_report.h"
+
+namespace ts3d {
+
+struct CheckOptions {
+  std::vector<std::string> excludedNames;  ///< meshes and materials to leave out, in any letter case
+};
+
+/// Goes through a conversion of the model `path` (with backslashes) without writing anything, and tells what
+/// the package would hold and what is wrong with the rig. Whether pictures exist is left to the caller, who
+/// knows where to look for them.
+RigReport CheckRig(const std::string& path, const CheckOptions& options = {});
+
+}  // namespace ts3d

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "mesh/prepare_mesh.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "core/names.h"
+#include "core/status.h"
+#include "material/extract_material.h"
+#include "mesh/pose_deform.h"
+#include "mesh/split_vertices.h"
+#include "scene/geometry/vertex_normals.h"
+#include "scene/model/mesh.h"
+#include "scene/model/scene.h"
+
+namespace ts3d {
+namespace {
+
+using scene::KFbxMesh;
+using scene::KFbxNode;
+
+/// Totals stay at the largest number that hosts can take.
+int32_t AddUp(int32_t total, size_t count) {
+  constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
+  return count > static_cast<size_t>(kMost - total) ? kMost : total + static_cast<int32_t>(count);
+}
+
+bool HasOtherThanTriangles(KFbxMesh& mesh) {
+  if (mesh.IsPlainTriangleMesh()) return false;
+  const int count = mesh.GetPolygonCount();
+  for (int i = 0; i < count; ++i) {
+    if (mesh.GetPolygonSize(i) != 3) return true;
+  }
+  return false;
+}
+
+scene::KFbxTriangles Triangulate(KFbxMesh& mesh, const std::string& name, const ConversionJob& job) {
+  if (const int dropped = mesh.GetDroppedPolygonCount(); dropped > 0) {
+    StatusLog(job, ComposeMessage(">>> Left out ", std::to_string(dropped),
+                                  " Polygon(s) with vertices that do not exist in: ", name));
+  }
+  if (HasOtherThanTriangles(mesh)) StatusLog(job, ComposeMessage("Triangulated the Mesh: ", name));
+  scene::KFbxTriangles triangles = TriangulateMesh(mesh);
+  mesh.ReleaseCorners();
+  return triangles;
+}
+
+/// Whether the normals of the mesh `name` are to point inward.
+bool TurnsNormals(const std::string& name, const ConversionJob& job) {
+  if (job.meshOptionList.empty()) return job.meshOptionMode == 1;
+  const std::vector<std::string_view> entries = SplitList(job.meshOptionList);
+  const bool listed = std::any_of(entries.begin(), entries.end(),
+                                  [&](std::string_view entry) { return EqualsIgnoreCase(entry, name); });
+  return (job.meshOptionMode == 2) == listed;
+}
+
+/// The file has room for one set of texture coordinates: that of the first material with a diffuse picture.
+void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh) {
+  for (int i = 0; i < node.GetMaterialCount(); ++i) {
+    if (const scene::KFbxTexture* texture = DiffuseTexture(*node.GetMaterial(i))) {
+      return mesh.SelectUVSet(texture->GetUVSet());
+    }
+  }
+  mesh.SelectUVSet({});
+}
+
+}  // namespace
+
+MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJob& job) {
+  KFbxMesh& mesh = *node.GetMesh();
+  MeshData data;
+  data.influences = GatherBoneInfluences(mesh, job);
+  data.triangles = Triangulate(mesh, name, job);
+  job.vertexTotal = AddUp(job.vertexTotal, static_cast<size_t>(mesh.GetControlPointsCount()));
+  job.polygonTotal = AddUp(job.polygonTotal, data.triangles.Count());
+  job.scene->ReleaseFilePages();
+  data.points = PoseControlPoints(node, job);
+  data.normals = scene::ComputeVertexNormals(data.points, data.triangles.corners, TurnsNormals(name, job));
+  StatusLog(job, "Recreated Normal Vectors");
+  for (size_t i = 0; i + 2 < data.normals.size(); i += 3) {
+    // A point without a direction gets the diagonal, as a normal must have a length.
+    if (data.normals[i] == 0.0f && data.normals[i + 1] == 0.0f && data.normals[i + 2] == 0.0f) {
+      data.normals[i] = data.normals[i + 1] = data.normals[i + 2] = static_cast<float>(0.57734998);
+    }
+  }
+  SelectDiffuseUVSet(node, mesh);
+  data.records = SplitVertices(mesh.GetControlPointsCount(), mesh.GetUVs(), data.triangles);
+  if (scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
+      uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) {
+    uvs->ReleaseIndexArray();
+  }
+  job.scene->ReleaseFilePages();
+  return data;
+}
+
+}  // namespace ts3d
