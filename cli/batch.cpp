@@ -120,8 +120,13 @@ class Batch {
   }
 
   static const char* Refusal(const ModelTask& task) {
-    if (fs::path::preferred_separator != '\\' && task.model.string().find('\\') != std::string::npos) {
+    constexpr bool kIsWindows = fs::path::preferred_separator == '\\';
+    const std::string path = task.model.string();
+    if (!kIsWindows && path.find('\\') != std::string::npos) {
       return "a path with a backslash cannot be converted; rename the file or its folder";
+    }
+    if (kIsWindows && std::any_of(path.begin(), path.end(), [](char c) { return (c & 0x80) != 0; })) {
+      return "on Windows the path may only hold plain Latin letters; rename the file or its folder";
     }
     std::error_code failed;
     return fs::exists(task.model, failed) ? nullptr : DescribeExitCode(FBX_TO_TS3D_NO_FILE);

@@ -99,8 +99,9 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       .add_option("--finish-settings", options->finishSettings,
                   "JSON file with final settings to apply as well")
       ->type_name("FILE");
-  TakesNumber(convert.add_option("-j,--jobs", options->jobs,
-                                 "Models to convert at a time (default: one for each processor core)"),
+  TakesNumber(convert.add_option(
+                  "-j,--jobs", options->jobs,
+                  "Models to convert at a time (default: one for each processor core; on Windows always 1)"),
               1, 1024);
   convert.add_option("--report", options->report, "JSON file to write with the results of all models")
       ->type_name("FILE");

@@ -70,7 +70,8 @@ bool MakeFolder(std::string_view path) {
 
 std::string MakeTemporaryFolder() {
   std::error_code failed;
-  const std::filesystem::path parent = std::filesystem::absolute(std::filesystem::temp_directory_path(failed));
+  const std::filesystem::path parent =
+      std::filesystem::absolute(std::filesystem::temp_directory_path(failed));
   std::string path = (parent / "fbx2czp-XXXXXX").string();
   return !failed && mkdtemp(path.data()) ? path : std::string();
 }

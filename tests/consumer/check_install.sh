@@ -34,3 +34,4 @@ export PKG_CONFIG_PATH=$(dirname "$(find "$work/installed" -name fbx_to_ts3d.pc)
 cc "$source/samples/host/host.c" $(pkg-config --cflags --libs fbx_to_ts3d) -o "$work/by_pkg_config" ||
   fail "the pkg-config file"
 "$work/installed/bin/fbx2czp" --version >/dev/null || fail "the installed tool does not run"
+echo "the installed library serves hosts in C, C++ and Python"
