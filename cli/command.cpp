@@ -27,12 +27,17 @@ CLI::App& AddCommand(CLI::App& app, const char* name, const char* description, R
 
 CLI::Option* Repeatable(CLI::Option* option) { return option->allow_extra_args(false); }
 
-const CLI::Validator& ListEntry() {
-  static const CLI::Validator validator(CheckEntry, "NAME");
-  return validator;
+CLI::Option* TakesName(CLI::Option* option) {
+  return option->type_name("NAME")->check(CLI::Validator(CheckEntry, ""));
 }
 
-CLI::Validator ListPair(const char* form) { return {CheckPair, form}; }
+CLI::Option* TakesPair(CLI::Option* option, const char* form) {
+  return option->type_name(form)->check(CLI::Validator(CheckPair, ""));
+}
+
+CLI::Option* TakesNumber(CLI::Option* option, int least, int most) {
+  return option->type_name("NUMBER")->check(CLI::Range(least, most).description(""));
+}
 
 void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
   auto* verbose = command.add_flag_callback(

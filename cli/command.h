@@ -20,10 +20,13 @@ CLI::App& AddCommand(CLI::App& app, const char* name, const char* description, R
 CLI::Option* Repeatable(CLI::Option* option);
 
 /// Refuses what holds a "|": the converter separates list entries by it.
-const CLI::Validator& ListEntry();
+CLI::Option* TakesName(CLI::Option* option);
 
 /// Refuses what holds no "=" or a "|"; `form` shows in the help.
-CLI::Validator ListPair(const char* form);
+CLI::Option* TakesPair(CLI::Option* option, const char* form);
+
+/// Refuses numbers outside `least` to `most`.
+CLI::Option* TakesNumber(CLI::Option* option, int least, int most);
 
 /// --verbose and --quiet.
 void AddVerbosity(CLI::App& command, Verbosity& verbosity);

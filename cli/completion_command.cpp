@@ -119,6 +119,7 @@ void AddCompletionCommand(CLI::App& app, RunCommand& run) {
       });
   completion.add_option("SHELL", *shell, "bash, zsh or fish")
       ->required()
+      ->type_name("")
       ->check(CLI::IsMember({"bash", "zsh", "fish"}));
   completion.footer(
       "Examples:\n"

@@ -61,42 +61,49 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   CLI::App& convert = AddCommand(app, "convert", "Convert models into packages", run,
                                  [options] { return RunConvert(*options); });
   convert.add_option("MODEL", options->models, "FBX files, binary or ASCII, and folders of such files")
-      ->required();
-  convert.add_option("-o,--output", options->outputFolder,
-                     "Folder for the package and its .xfg document (default: beside each model)");
-  convert.add_option("--rotation-y", options->rotationY,
-                     "Turn about the up axis in degrees, for the document (0)");
-  convert.add_option("--rotation-x", options->rotationX,
-                     "Turn about the side axis in degrees, for the document (0)");
-  Repeatable(convert.add_option("--rename", options->boneRenames, "Product name of a bone; repeat for more"))
-      ->check(ListPair("OLD=NEW"));
+      ->required()
+      ->type_name("");
   convert
-      .add_option(
-          "--mesh-mode", options->meshMode,
-          "Which meshes get inward normals. Without --mesh: 1 all, 0 and 2 none. With --mesh: 2 those, "
-          "0 and 1 all others (0)")
-      ->check(CLI::Range(0, 2));
-  Repeatable(convert.add_option("--mesh", options->meshes, "Mesh that --mesh-mode is about; repeat for more"))
-      ->check(ListEntry());
-  Repeatable(convert.add_option("--double-sided", options->doubleSidedMeshes,
-                                "Mesh to draw from both sides; repeat for more"))
-      ->check(ListEntry());
+      .add_option("-o,--output", options->outputFolder,
+                  "Folder for the package and its .xfg document (default: beside each model)")
+      ->type_name("FOLDER");
+  convert
+      .add_option("--rotation-y", options->rotationY,
+                  "Turn about the up axis in degrees, for the document (0)")
+      ->type_name("DEGREES");
+  convert
+      .add_option("--rotation-x", options->rotationX,
+                  "Turn about the side axis in degrees, for the document (0)")
+      ->type_name("DEGREES");
+  TakesPair(Repeatable(convert.add_option("--rename", options->boneRenames,
+                                          "Product name of a bone; repeat for more")),
+            "OLD=NEW");
+  TakesNumber(convert.add_option("--mesh-mode", options->meshMode,
+                                 "Which meshes get inward normals. Without --mesh: 1 all, 0 and 2 none.\n"
+                                 "With --mesh: 2 those, 0 and 1 all others (0)"),
+              0, 2);
+  TakesName(Repeatable(
+      convert.add_option("--mesh", options->meshes, "Mesh that --mesh-mode is about; repeat for more")));
+  TakesName(Repeatable(convert.add_option("--double-sided", options->doubleSidedMeshes,
+                                          "Mesh to draw from both sides; repeat for more")));
   Repeatable(convert.add_option("--exclude", options->excludedNames,
-                                "Mesh or material to leave out; repeat for more"));
+                                "Mesh or material to leave out; repeat for more"))
+      ->type_name("NAME");
   convert.add_flag(
       "--rigid-bones", options->rigidBones,
       "Take the scale out of the bones and keep their places; for models whose root has a scale");
+  TakesNumber(convert.add_option("--max-texture", options->longestTextureSide,
+                                 "Longest side in pixels of a texture that is converted (8192)"),
+              1, kLargestSide);
   convert
-      .add_option("--max-texture", options->longestTextureSide,
-                  "Longest side in pixels of a texture that is converted (8192)")
-      ->check(CLI::Range(1, kLargestSide));
-  convert.add_option("--finish-settings", options->finishSettings,
-                     "JSON file with final settings to apply as well");
-  convert
-      .add_option("-j,--jobs", options->jobs,
-                  "Models to convert at a time (default: one for each processor core)")
-      ->check(CLI::Range(1, 1024));
-  convert.add_option("--report", options->report, "JSON file to write with the results of all models");
+      .add_option("--finish-settings", options->finishSettings,
+                  "JSON file with final settings to apply as well")
+      ->type_name("FILE");
+  TakesNumber(convert.add_option("-j,--jobs", options->jobs,
+                                 "Models to convert at a time (default: one for each processor core)"),
+              1, 1024);
+  convert.add_option("--report", options->report, "JSON file to write with the results of all models")
+      ->type_name("FILE");
   AddVerbosity(convert, options->verbosity);
   SetFooter(convert, kExamples);
 }

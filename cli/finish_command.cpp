@@ -81,25 +81,29 @@ void AddFinishCommand(CLI::App& app, RunCommand& run) {
   finish
       .add_option("MODEL", options->model,
                   "The model that was converted; its .xfg and .czp files are changed")
-      ->required();
-  finish.add_option("--settings", options->settingsFile,
-                    "JSON file with the settings; the options add to it");
-  finish.add_option("--scale", settings.scalePercent, "Size in per cent (100)");
-  finish.add_option("--rotation-y", settings.rotationY, "Turn about the up axis in degrees (0)");
-  finish.add_option("--rotation-x", settings.rotationX, "Turn about the side axis in degrees (0)");
-  Repeatable(finish.add_option("--rename", settings.boneRenames, "Product name of a bone; repeat for more"))
-      ->check(ListPair("OLD=NEW"));
-  Repeatable(finish.add_option("--mesh", settings.meshes, "Friendly name of a mesh; repeat for more"))
-      ->check(ListPair("NAME=FRIENDLY"));
+      ->required()
+      ->type_name("");
+  finish
+      .add_option("--settings", options->settingsFile, "JSON file with the settings; the options add to it")
+      ->type_name("FILE");
+  finish.add_option("--scale", settings.scalePercent, "Size in per cent (100)")->type_name("PERCENT");
+  finish.add_option("--rotation-y", settings.rotationY, "Turn about the up axis in degrees (0)")
+      ->type_name("DEGREES");
+  finish.add_option("--rotation-x", settings.rotationX, "Turn about the side axis in degrees (0)")
+      ->type_name("DEGREES");
+  TakesPair(Repeatable(finish.add_option("--rename", settings.boneRenames,
+                                         "Product name of a bone; repeat for more")),
+            "OLD=NEW");
+  TakesPair(
+      Repeatable(finish.add_option("--mesh", settings.meshes, "Friendly name of a mesh; repeat for more")),
+      "NAME=FRIENDLY");
   const auto addSwitch = [&](const char* name, const char* help,
                              void (*add)(FinishSettings&, const std::string&)) {
-    Repeatable(finish.add_option_function<std::vector<std::string>>(
-                   name,
-                   [&settings, add](const std::vector<std::string>& entries) {
-                     for (const std::string& entry : entries) add(settings, entry);
-                   },
-                   help))
-        ->check(ListPair("NAME=FRIENDLY"));
+    const auto addAll = [&settings, add](const std::vector<std::string>& entries) {
+      for (const std::string& entry : entries) add(settings, entry);
+    };
+    TakesPair(Repeatable(finish.add_option_function<std::vector<std::string>>(name, addAll, help)),
+              "NAME=FRIENDLY");
   };
   addSwitch("--switch-on", "Mesh with a switch, shown at first; repeat for more", AddSwitchOn);
   addSwitch("--switch-off", "Mesh with a switch, hidden at first; repeat for more", AddSwitchOff);

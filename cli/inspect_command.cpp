@@ -8,6 +8,7 @@
 #include "actor/check_actor.h"
 #include "actor/load_actor.h"
 #include "inspection.h"
+#include "terminal.h"
 
 namespace cli {
 namespace {
@@ -25,7 +26,7 @@ int RunInspect(const InspectOptions& options) {
   std::string error;
   if (!ReadPackage(options.path, actor::ReadLimits(), inspection.contents, error) ||
       !BuildActor(inspection.contents, inspection.actor, inspection.findings, error)) {
-    std::fprintf(stderr, "fbx2czp: error: %s: %s\n", options.path.c_str(), error.c_str());
+    PrintMessage(options.path, Severity::Error, error);
     return kUnreadable;
   }
   CheckActor(inspection.contents, inspection.actor, inspection.findings);

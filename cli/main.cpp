@@ -6,6 +6,7 @@
 #include "completion_command.h"
 #include "convert_command.h"
 #include "exit_codes.h"
+#include "export_command.h"
 #include "finish_command.h"
 #include "inspect_command.h"
 #include "manual_command.h"
@@ -25,10 +26,11 @@ int Run(int argc, char** argv) {
   cli::AddConvertCommand(app, run);
   cli::AddFinishCommand(app, run);
   cli::AddRepackCommand(app, run);
-  cli::AddInspectCommand(app, run);
-  cli::AddPreviewCommand(app, run);
   cli::AddCompletionCommand(app, run);
   cli::AddManualCommand(app, run);
+  cli::AddInspectCommand(app, run);
+  cli::AddExportCommand(app, run);
+  cli::AddPreviewCommand(app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

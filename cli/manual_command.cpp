@@ -27,7 +27,8 @@ std::string Escaped(const std::string& text) {
 void AddOptions(const CLI::App& command, std::ostream& page) {
   for (const CLI::Option* option : command.get_options()) {
     page << ".TP\n.B " << Escaped(option->get_name(option->get_positional(), true));
-    if (option->get_items_expected_max() > 0 && !option->get_positional()) page << " \\fIvalue\\fR";
+    if (option->get_items_expected_max() > 0 && !option->get_positional())
+      page << " \\fI" << Escaped(option->get_type_name()) << "\\fR";
     page << "\n" << Escaped(option->get_description()) << "\n";
   }
 }

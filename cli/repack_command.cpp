@@ -128,7 +128,7 @@ void AddRepackCommand(CLI::App& app, RunCommand& run) {
   const auto package = std::make_shared<std::string>();
   CLI::App& repack = AddCommand(app, "repack", "Drop superseded members from a package", run,
                                 [package] { return RunRepack(*package); });
-  repack.add_option("PACKAGE", *package, "The .czp file")->required();
+  repack.add_option("PACKAGE", *package, "The .czp file")->required()->type_name("");
   SetFooter(repack,
             "  fbx2czp repack hero.czp\n"
             "      drops the documents that earlier changes left in the package\n");

@@ -159,4 +159,24 @@ TEST_F(Batch, CtrlCLeavesWholePackagesOrNone) {
   EXPECT_LT(packages, 300u);
 }
 
+/// The first shell command in `docs/farm.md`.
+std::string FarmCommand() {
+  const std::string text = ReadWholeFile(TS3D_SOURCE_FOLDER "/docs/farm.md");
+  const size_t begin = text.find("```sh\n") + 6;
+  return text.substr(begin, text.find("```", begin) - begin);
+}
+
+TEST_F(Batch, TheLineForGnuParallelInTheDocsWorks) {
+  if (std::system("parallel --version >/dev/null 2>&1") != 0) GTEST_SKIP() << "GNU parallel is not installed";
+  CopySample("characters/a/hero.fbx");
+  CopySample("characters/b/hero.FBX");
+  folder_.Write("characters/broken.fbx", "no model");
+  folder_.Write("run.sh",
+                "PATH='" + fs::path(FBX2CZP_PATH).parent_path().string() + "':$PATH\n" + FarmCommand());
+  EXPECT_EQ(WEXITSTATUS(std::system(("cd '" + folder_.Path() + "' && bash run.sh 2>err.txt").c_str())), 1);
+  EXPECT_EQ(Files("packages/characters/a") + Files("packages/characters/b"),
+            "hero.czp hero.xfghero.czp hero.xfg");
+  EXPECT_EQ(Json::parse(ReadWholeFile(folder_.Path("characters/broken.json")))["models"][0]["result"], 2);
+}
+
 }  // namespace

@@ -1,12 +1,18 @@
 # Tests of final settings from outside, and of the command-line tool.
+find_package(assimp REQUIRED)
 ts3d_add_tests(
+  actor_export_test.cpp
+  actor_findings_test.cpp
+  actor_readers_test.cpp
   cli_batch_test.cpp
   cli_commands_test.cpp
+  cli_package_test.cpp
   finish_safety_test.cpp
   finish_xml_test.cpp
   textures_decode_test.cpp
   textures_tool_test.cpp)
-target_link_libraries(ts3d_tests PRIVATE pugixml::pugixml nlohmann_json::nlohmann_json fbx2czp_textures util
+target_link_libraries(ts3d_tests PRIVATE ts3d_actor assimp::assimp pugixml::pugixml nlohmann_json::nlohmann_json
+  fbx2czp_textures util
   # What writes the pictures of the tests.
   PkgConfig::PNG PkgConfig::TURBOJPEG PkgConfig::TIFF PkgConfig::WEBP)
 target_compile_definitions(ts3d_tests PRIVATE FBX2CZP_PATH="$<TARGET_FILE:fbx2czp>")

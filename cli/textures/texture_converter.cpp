@@ -77,7 +77,9 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
     reason = error.what();
   }
   if (exists) reason += "; " + ts3d::TgaName(source) + " beside the model is packed as it is";
-  Report(source, std::move(reason));
+  // Embedded pictures were written to a folder that is gone when somebody reads this.
+  const bool isInside = source.starts_with(job.modelDirectory);
+  problems_.push_back({isInside ? source.substr(job.modelDirectory.size()) : source, std::move(reason)});
   return exists;
 }
 
@@ -120,11 +122,6 @@ void TextureConverter::Convert(const Request& request, const fs::path& picture) 
   }
   if (onConvert) onConvert(picture);
   WriteTga(ReadImage(picture, longestSide_), request.target);
-}
-
-void TextureConverter::Report(const std::string& source, std::string text) {
-  problems_.push_back({source, std::move(text)});
-  if (onProblem) onProblem(problems_.back());
 }
 
 }  // namespace cli

@@ -29,8 +29,6 @@ class TextureConverter {
 
   /// Called with each picture before it is converted.
   std::function<void(const std::filesystem::path& picture)> onConvert;
-  /// Called with each problem when it shows.
-  std::function<void(const TextureProblem& problem)> onProblem;
 
   /// Answers the job's texture callback. Never throws; a texture that fails is told of once, as a problem. A
   /// file that is somebody's work is never written over.
@@ -47,7 +45,6 @@ class TextureConverter {
   void Bring(const Request& request);
   void CheckOwn(const Request& request) const;
   void Convert(const Request& request, const std::filesystem::path& picture);
-  void Report(const std::string& source, std::string text);
 
   std::filesystem::path model_;
   int longestSide_;

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+//
+// Exports read by libraries that are not ours.
+#include <assimp/postprocess.h>
+#include <assimp/scene.h>
+#include <gtest/gtest.h>
+
+#include <assimp/Importer.hpp>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "actor/export_gltf.h"
+#include "actor/export_obj.h"
+#include "support/sample_actor.h"
+
+namespace {
+
+using actor::Actor;
+using nlohmann::json;
+using support::SampleActor;
+
+actor::EncodedPicture Encode(const actor::Picture& picture) {
+  return {"PNG of " + picture.name,
+          picture.name == "skin.tga" ? actor::Opacity::Cutout : actor::Opacity::Opaque};
+}
+
+json JsonOf(const std::string& glb) {
+  size_t size = 0;
+  for (size_t i = 16; i-- > 12;) size = size << 8 | static_cast<unsigned char>(glb[i]);
+  return json::parse(glb.substr(20, size));
+}
+
+const aiMesh* FindMesh(const aiScene& scene, const std::string& name) {
+  for (unsigned i = 0; i < scene.mNumMeshes; ++i) {
+    if (name == scene.mMeshes[i]->mName.C_Str()) return scene.mMeshes[i];
+  }
+  return nullptr;
+}
+
+using Weights = std::map<std::string, float>;
+
+/// Weights by the name of the bone, of each vertex.
+std::vector<Weights> WeightsOf(const aiMesh& mesh) {
+  std::vector<Weights> weights(mesh.mNumVertices);
+  for (unsigned b = 0; b < mesh.mNumBones; ++b) {
+    const aiBone& bone = *mesh.mBones[b];
+    for (unsigned i = 0; i < bone.mNumWeights; ++i) {
+      const aiVertexWeight& weight = bone.mWeights[i];
+      if (weight.mWeight > 0.0f) weights[weight.mVertexId][bone.mName.C_Str()] = weight.mWeight;
+    }
+  }
+  return weights;
+}
+
+void ExpectNear(const aiVector3D& a, const actor::Vector3& b, float tolerance) {
+  EXPECT_NEAR(a.x, b[0], tolerance);
+  EXPECT_NEAR(a.y, b[1], tolerance);
+  EXPECT_NEAR(a.z, b[2], tolerance);
+}
+
+void ExpectSameMesh(const aiMesh& got, const actor::Mesh& mesh, const Actor& whole) {
+  ASSERT_EQ(got.mNumVertices, mesh.vertices.size());
+  ASSERT_EQ(got.mNumFaces, mesh.faces.size());
+  const std::vector<Weights> weights = WeightsOf(got);
+  for (unsigned i = 0; i < got.mNumVertices; ++i) {
+    const actor::Vertex& vertex = mesh.vertices[i];
+    ExpectNear(got.mVertices[i], vertex.position, 0.0f);
+    ExpectNear(got.mNormals[i], vertex.normal, 1e-5f);
+    EXPECT_NEAR(got.mTextureCoords[0][i].x, vertex.uv[0], 1e-6f);
+    EXPECT_NEAR(got.mTextureCoords[0][i].y, 1.0f - vertex.uv[1], 1e-6f)
+        << "the reader counts from the bottom";
+    ASSERT_EQ(weights[i].size(), vertex.influenceCount);
+    for (uint32_t k = 0; k < vertex.influenceCount; ++k) {
+      const actor::Influence& influence = mesh.influences[vertex.firstInfluence + k];
+      const std::string& bone = whole.skeleton.bones[static_cast<size_t>(influence.bone)].name;
+      EXPECT_NEAR(weights[i].at(bone), influence.weight, 1e-5f) << bone;
+    }
+  }
+  for (unsigned i = 0; i < got.mNumFaces; ++i) {
+    for (unsigned k = 0; k < 3; ++k) {
+      EXPECT_EQ(static_cast<int32_t>(got.mFaces[i].mIndices[k]), mesh.faces[i][k]);
+    }
+  }
+}
+
+aiMatrix4x4 WorldMatrix(const aiNode* node) {
+  aiMatrix4x4 matrix;
+  for (; node; node = node->mParent) matrix = node->mTransformation * matrix;
+  return matrix;
+}
+
+/// At rest every bone has to leave the mesh where it is.
+void ExpectRestIsIdentity(const aiScene& scene) {
+  size_t checked = 0;
+  for (unsigned m = 0; m < scene.mNumMeshes; ++m) {
+    for (unsigned b = 0; b < scene.mMeshes[m]->mNumBones; ++b) {
+      const aiBone& bone = *scene.mMeshes[m]->mBones[b];
+      const aiNode* node = scene.mRootNode->FindNode(bone.mName);
+      ASSERT_TRUE(node) << bone.mName.C_Str();
+      EXPECT_TRUE((WorldMatrix(node) * bone.mOffsetMatrix).Equal(aiMatrix4x4(), 1e-3f)) << bone.mName.C_Str();
+      ++checked;
+    }
+  }
+  EXPECT_GT(checked, 0u);
+}
+
+TEST(ExportGlb, HoldsPositionsWeightsAndJointsOfThePackage) {
+  Actor whole = SampleActor();
+  // What a scaled root does: stored places are off, bone space and meshes are not.
+  whole.skeleton.bones[0].translation[1] *= 3.0f;
+  const std::string glb = ExportGlb(whole, "test", Encode);
+  Assimp::Importer importer;
+  const aiScene* scene = importer.ReadFileFromMemory(glb.data(), glb.size(), 0, "glb");
+  ASSERT_TRUE(scene) << importer.GetErrorString();
+  ASSERT_EQ(scene->mNumMeshes, whole.meshes.size());
+  for (const actor::Mesh& mesh : whole.meshes) {
+    const aiMesh* got = FindMesh(*scene, mesh.name);
+    ASSERT_TRUE(got) << mesh.name;
+    ExpectSameMesh(*got, mesh, whole);
+  }
+  ExpectRestIsIdentity(*scene);
+}
+
+TEST(ExportGlb, DescribesMaterialsAndPicturesOnce) {
+  Actor whole = SampleActor();
+  whole.document.meshes[2].bothSides = true;
+  const json glb = JsonOf(ExportGlb(whole, "test", Encode));
+  EXPECT_EQ(glb["images"].size(), 3u);
+  std::map<std::string, json> materials;
+  for (const json& material : glb["materials"]) materials[material["name"]] = material;
+  EXPECT_EQ(materials["head"]["alphaMode"], "MASK");
+  EXPECT_EQ(materials["head"]["doubleSided"], true);
+  EXPECT_FALSE(materials["hat"].contains("doubleSided") || materials["hat"].contains("alphaMode"));
+  const json plain =
+      JsonOf(ExportGlb(whole, "test", [](const actor::Picture&) { return actor::EncodedPicture(); }));
+  EXPECT_FALSE(plain.contains("images"));
+  const double colour = plain["materials"][0]["pbrMetallicRoughness"]["baseColorFactor"][0];
+  EXPECT_NEAR(colour, 0.604, 1e-3) << "204 of 255 on a screen, as an amount of light";
+}
+
+TEST(ExportGlb, TakesManyInfluencesSeveralTopBonesAndNoneAtAll) {
+  Actor whole = SampleActor();
+  for (actor::Bone& bone : whole.skeleton.bones) {
+    bone.parent = -1;
+    bone.children.clear();
+  }
+  actor::Mesh& mesh = whole.meshes[0];
+  mesh.vertices[0].firstInfluence = static_cast<uint32_t>(mesh.influences.size());
+  mesh.vertices[0].influenceCount = 21;
+  for (int32_t i = 0; i < 21; ++i) mesh.influences.push_back({i % 20, i == 20 ? -1.0f : 0.5f});
+  mesh.vertices[1].influenceCount = 0;
+  const json glb = JsonOf(ExportGlb(whole, "test", Encode));
+  const json& attributes = glb["meshes"][0]["primitives"][0]["attributes"];
+  EXPECT_TRUE(attributes.contains("WEIGHTS_3") && attributes.contains("JOINTS_3"));
+  EXPECT_FALSE(attributes.contains("JOINTS_4")) << "16 are enough";
+  EXPECT_EQ(glb["nodes"][29]["children"].size(), 29u) << "one node above all joints";
+  whole = Actor();
+  EXPECT_EQ(JsonOf(ExportGlb(whole, "test", Encode)).size(), 1u) << "nothing but the head";
+}
+
+TEST(ExportObj, HoldsTheMeshesAtRest) {
+  Actor whole = SampleActor();
+  whole.meshes[0].name = "body\n../a";
+  const auto files = ExportObj(whole, "out", Encode);
+  ASSERT_EQ(files.size(), 5u);
+  for (const actor::ExportedFile& file : files)
+    EXPECT_EQ(file.name.find('/'), std::string::npos) << file.name;
+  Assimp::Importer importer;
+  const aiScene* scene = importer.ReadFileFromMemory(files[4].bytes.data(), files[4].bytes.size(), 0, "obj");
+  ASSERT_TRUE(scene) << importer.GetErrorString();
+  for (size_t m = 1; m < whole.meshes.size(); ++m) {
+    const actor::Mesh& mesh = whole.meshes[m];
+    const aiMesh* got = FindMesh(*scene, mesh.name);
+    ASSERT_TRUE(got) << mesh.name;
+    ASSERT_EQ(got->mNumFaces, mesh.faces.size());
+    for (unsigned i = 0; i < got->mNumFaces; ++i) {
+      for (unsigned k = 0; k < 3; ++k) {
+        const auto vertex = static_cast<size_t>(mesh.faces[i][k]);
+        ExpectNear(got->mVertices[got->mFaces[i].mIndices[k]], mesh.vertices[vertex].position, 1e-4f);
+      }
+    }
+  }
+  EXPECT_NE(files[3].bytes.find("newmtl head\n"), std::string::npos);
+  EXPECT_NE(files[3].bytes.find("map_Kd out_skin.png\n"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+//
+// The commands that read packages, as a person or a script runs them.
+#include <nlohmann/json.hpp>
+
+#include "support/sample_actor.h"
+#include "support/tool.h"
+
+namespace {
+
+class PackageTool : public support::Tool {
+ protected:
+  void WriteSample() const { folder_.Write("scout.czp", support::SamplePackage()); }
+};
+
+TEST_F(PackageTool, InspectTellsWhatIsThereAndWhatIsWrong) {
+  WriteSample();
+  EXPECT_EQ(Run("inspect scout.czp"), 0) << errors_;
+  EXPECT_NE(output_.find("    20                    R_hand\n"), std::string::npos) << output_;
+  EXPECT_NE(output_.find("\nNothing is wrong\n"), std::string::npos) << output_;
+
+  std::filesystem::create_directory(folder_.Path("parts"));
+  for (const actor::Member& member : support::SampleContents().members) {
+    if (member.name != "hat.cmf") folder_.Write("parts/" + member.name, member.bytes);
+  }
+  folder_.Write("parts/no.txt", "");
+  EXPECT_EQ(Run("inspect parts --json"), 1) << errors_;
+  const auto json = nlohmann::json::parse(output_);
+  EXPECT_EQ(json["schema"], 1);
+  EXPECT_EQ(json["problems"], 2) << "the missing mesh, and the empty file";
+  EXPECT_EQ(json["bones"].size(), 29u);
+  EXPECT_EQ(json["meshes"].size(), 6u);
+  EXPECT_EQ(json["pictures"][0]["width"], 1);
+}
+
+TEST_F(PackageTool, WhatIsNoPackageIsRefusedInOneLine) {
+  folder_.Write("text.czp", "no archive");
+  std::filesystem::create_directory(folder_.Path("empty"));
+  for (const char* arguments :
+       {"inspect text.czp", "inspect missing.czp", "inspect empty --json", "export text.czp -o out.glb"}) {
+    EXPECT_EQ(Run(arguments), 2) << arguments;
+    EXPECT_EQ(std::count(errors_.begin(), errors_.end(), '\n'), 1) << errors_;
+    EXPECT_EQ(output_, "");
+  }
+  EXPECT_EQ(Files(), "empty text.czp");
+}
+
+TEST_F(PackageTool, ExportWritesAllFilesOrNone) {
+  WriteSample();
+  EXPECT_EQ(Run("export scout.czp -o a.glb"), 0) << errors_;
+  EXPECT_TRUE(support::ReadWholeFile(folder_.Path("a.glb")).starts_with("glTF"));
+  EXPECT_EQ(Run("export scout.czp -o a.obj"), 0) << errors_;
+  EXPECT_EQ(Files(), "a.glb a.mtl a.obj a_cloth.png a_metal.png a_skin.png scout.czp");
+  EXPECT_TRUE(support::ReadWholeFile(folder_.Path("a_skin.png")).starts_with("\x89PNG"));
+
+  std::filesystem::create_directory(folder_.Path("b.glb"));
+  EXPECT_EQ(Run("export scout.czp -o b.glb"), 1);
+  EXPECT_EQ(Run("export scout.czp -o none/b.glb"), 1);
+  std::filesystem::create_directory(folder_.Path("c.obj"));
+  EXPECT_EQ(Run("export scout.czp -o c.obj"), 1);
+  EXPECT_EQ(Run("export scout.czp -o b.fbx"), 64);
+  EXPECT_EQ(Files(), "a.glb a.mtl a.obj a_cloth.png a_metal.png a_skin.png b.glb c.obj scout.czp");
+}
+
+}  // namespace
