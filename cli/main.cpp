@@ -25,12 +25,12 @@ int Run(int argc, char** argv) {
   cli::RunCommand run;
   cli::AddConvertCommand(app, run);
   cli::AddFinishCommand(app, run);
+  cli::AddInspectCommand(app, run);
+  cli::AddPreviewCommand(app, run);
+  cli::AddExportCommand(app, run);
   cli::AddRepackCommand(app, run);
   cli::AddCompletionCommand(app, run);
   cli::AddManualCommand(app, run);
-  cli::AddInspectCommand(app, run);
-  cli::AddExportCommand(app, run);
-  cli::AddPreviewCommand(app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
