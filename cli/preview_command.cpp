@@ -2,7 +2,6 @@
 #include "preview_command.h"
 
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -12,12 +11,12 @@
 #include "core/names.h"
 #include "exit_codes.h"
 #include "fbx_to_ts3d.h"
+#include "package_pictures.h"
 #include "preview/page.h"
 #include "preview/picture.h"
-#include "preview/png_file.h"
+#include "replace_files.h"
 #include "terminal.h"
-#include "textures/image_reader.h"
-#include "textures/texture_converter.h"
+#include "textures/png_writer.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -73,12 +72,13 @@ bool HasExtension(const fs::path& path, const char* extension) {
   return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
 }
 
-std::optional<preview::Pixels> DecodePicture(const std::string& bytes) {
+std::optional<preview::Pixels> DecodePixels(const actor::Picture& picture) {
   try {
-    Image image = DecodeImage(bytes, kDefaultLongestSide);
+    Image image = DecodePicture(picture);
     return preview::Pixels{image.width, image.height, std::move(image.rgba)};
-  } catch (const std::runtime_error&) {
-    return std::nullopt;  // `inspect` tells of damaged pictures
+  } catch (const std::runtime_error& error) {
+    PrintMessage(picture.name, Severity::Warning, std::string(error.what()) + "; it is left out");
+    return std::nullopt;
   }
 }
 
@@ -115,11 +115,19 @@ actor::Actor LoadInput(const std::string& input) {
   return actor;
 }
 
-void WriteFile(const fs::path& path, const std::string& bytes) {
-  std::ofstream file(path, std::ios::binary);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  file.close();
-  if (!file) throw PreviewFailure(FBX_TO_TS3D_PACKAGE_FAILED, path.string() + " cannot be written");
+void WriteFile(const fs::path& path, std::string bytes) {
+  try {
+    ReplaceFiles(path.parent_path(), {{path.filename().string(), std::move(bytes)}});
+  } catch (const std::runtime_error& error) {
+    throw PreviewFailure(FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+  }
+}
+
+std::string ToPng(const preview::Image& drawn) {
+  Image image{drawn.width, drawn.height, {}};
+  for (size_t i = 0; i < drawn.rgb.size(); i += 3)
+    image.rgba.insert(image.rgba.end(), {drawn.rgb[i], drawn.rgb[i + 1], drawn.rgb[i + 2], 255});
+  return EncodePng(image);
 }
 
 /// "picture.png" -> "picture_007.png"
@@ -140,15 +148,15 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
     view.turn += 360.0 * i / options.turntable;
     picture.views.push_back(view);
   }
-  preview::DrawPictures(actor, picture, DecodePicture, [&](size_t index, const preview::Image& image) {
+  preview::DrawPictures(actor, picture, DecodePixels, [&](size_t index, const preview::Image& image) {
     WriteFile(options.turntable > 0 ? NumberedName(options.output, index) : fs::path(options.output),
-              preview::EncodePng(image));
+              ToPng(image));
   });
 }
 
 void WritePage(const PreviewOptions& options, const actor::Actor& actor) {
   const std::string title = fs::path(options.input).filename().string();
-  WriteFile(options.output, preview::WritePage(actor, title, DecodePicture, options.Up()));
+  WriteFile(options.output, preview::WritePage(actor, title, EncodePicture, options.Up()));
 }
 
 int RunPreview(const PreviewOptions& options) {

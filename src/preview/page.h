@@ -6,8 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "actor/actor.h"
-#include "preview/texture.h"
+#include "actor/export_model.h"
 #include "preview/vectors.h"
 
 namespace preview {
@@ -19,7 +18,7 @@ std::vector<std::string_view> PageTemplate();
 /// @param title shown above it
 /// @param up as FindStand takes it
 /// @throws std::logic_error in a build without the page
-std::string WritePage(const actor::Actor& source, const std::string& title, const PictureDecoder& decode,
-                      const std::optional<Vector>& up = std::nullopt);
+std::string WritePage(const actor::Actor& source, const std::string& title,
+                      const actor::PictureEncoder& encode, const std::optional<Vector>& up = std::nullopt);
 
 }  // namespace preview

@@ -7,8 +7,8 @@
 
 #include "actor/rigid_transform.h"
 #include "preview/base64.h"
+#include "preview/canvas.h"
 #include "preview/model.h"
-#include "preview/png_file.h"
 #include "preview/stand.h"
 
 namespace preview {
@@ -31,23 +31,19 @@ json BoneData(const actor::Skeleton& skeleton) {
 /// Collects the looks of the meshes, each once.
 class Looks {
  public:
-  Looks(const actor::Actor& actor, const PictureDecoder& decode) : actor_(actor), decode_(decode) {}
+  Looks(const actor::Actor& actor, const actor::PictureEncoder& encode) : actor_(actor), encode_(encode) {}
 
   /// @return number of the mesh's look, -1 for none
   int Find(const actor::Mesh& mesh) {
-    const actor::Material* material = actor_.MaterialOf(mesh);
-    if (!material) return -1;
-    const int texture = material->hasMap ? FindTexture(material->map) : -1;
+    if (!actor_.MaterialOf(mesh)) return -1;
+    const actor::Look look = actor::LookOf(actor_, mesh);
+    const int texture = look.picture ? FindTexture(*look.picture) : -1;
     json colour = json::array();
-    for (size_t i = 0; i < 3; ++i) colour.push_back(std::clamp(material->diffuse[i], 0, 255));
-    const bool showsPicture = texture >= 0;
-    const std::string key = showsPicture ? std::to_string(texture) : colour.dump();
+    for (const uint8_t part : ToBytes(look.diffuse)) colour.push_back(part);
+    const std::string name = texture >= 0 ? look.picture->name : "colour " + colour.dump();
+    const std::pair key(texture, name);
     const auto [entry, isNew] = numbers_.try_emplace(key, static_cast<int>(materials_.size()));
-    if (isNew) {
-      materials_.push_back({{"name", showsPicture ? material->map : "colour " + colour.dump()},
-                            {"colour", std::move(colour)},
-                            {"texture", texture}});
-    }
+    if (isNew) materials_.push_back({{"name", name}, {"colour", std::move(colour)}, {"texture", texture}});
     return entry->second;
   }
 
@@ -55,23 +51,19 @@ class Looks {
   json TakeTextures() { return std::move(textures_); }
 
  private:
-  int FindTexture(const std::string& name) {
-    const actor::Picture* picture = actor_.FindPicture(name);
-    if (!picture) return -1;
-    const auto [entry, isNew] = pictures_.try_emplace(picture, -1);
+  int FindTexture(const actor::Picture& picture) {
+    const auto [entry, isNew] = pictures_.try_emplace(&picture, -1);
     if (!isNew) return entry->second;
-    std::optional<Pixels> pixels = decode_(picture->bytes);
-    if (!pixels || pixels->rgba.empty()) return -1;
-    MakeOpaqueIfInvisible(*pixels);
+    const std::string png = encode_(picture).png;
+    if (png.empty()) return -1;
     entry->second = static_cast<int>(textures_.size());
-    textures_.push_back(
-        {{"name", picture->name}, {"url", "data:image/png;base64," + ToBase64(EncodePng(*pixels))}});
+    textures_.push_back({{"name", picture.name}, {"url", "data:image/png;base64," + ToBase64(png)}});
     return entry->second;
   }
 
   const actor::Actor& actor_;
-  const PictureDecoder& decode_;
-  std::map<std::string, int> numbers_;
+  const actor::PictureEncoder& encode_;
+  std::map<std::pair<int, std::string>, int> numbers_;
   std::map<const actor::Picture*, int> pictures_;
   json materials_ = json::array(), textures_ = json::array();
 };
@@ -120,11 +112,11 @@ std::string ForScript(const json& data) {
 
 }  // namespace
 
-std::string WritePageData(const actor::Actor& source, const std::string& title, const PictureDecoder& decode,
-                          const std::optional<Vector>& up) {
+std::string WritePageData(const actor::Actor& source, const std::string& title,
+                          const actor::PictureEncoder& encode, const std::optional<Vector>& up) {
   const actor::Actor actor = Drawable(source);
   const Stand stand = FindStand(actor, up);
-  Looks looks(actor, decode);
+  Looks looks(actor, encode);
   json data = {{"title", title},
                {"stand", {{"side", stand.side}, {"up", stand.up}, {"front", stand.front}}},
                {"bones", BoneData(actor.skeleton)},

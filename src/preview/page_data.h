@@ -4,8 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "actor/actor.h"
-#include "preview/texture.h"
+#include "actor/export_model.h"
 #include "preview/vectors.h"
 
 namespace preview {
@@ -19,7 +18,7 @@ namespace preview {
 ///  - meshes: [{name, material: number or -1, positions (f32), normals (f32), uvs (f32), faces (u32),
 ///    influenceCounts (u16, one for each vertex), influenceBones (u32), influenceWeights (f32)}]
 /// @param up as FindStand takes it
-std::string WritePageData(const actor::Actor& source, const std::string& title, const PictureDecoder& decode,
-                          const std::optional<Vector>& up);
+std::string WritePageData(const actor::Actor& source, const std::string& title,
+                          const actor::PictureEncoder& encode, const std::optional<Vector>& up);
 
 }  // namespace preview

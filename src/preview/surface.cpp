@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "preview/surface.h"
 
+#include "actor/export_model.h"
+
 namespace preview {
 namespace {
 
@@ -39,21 +41,19 @@ Corner MakeCorner(const actor::Vertex& vertex, const Vector& faceNormal, const C
 }  // namespace
 
 Surface SurfaceFinder::Find(const actor::Mesh& mesh) {
-  Surface surface;
-  const actor::Material* material = actor_.MaterialOf(mesh);
-  if (!material) return surface;
+  const actor::Look look = actor::LookOf(actor_, mesh);
   constexpr double kDarkest = 0.1;  // black would show no shape
-  for (size_t i = 0; i < 3; ++i) surface.colour[i] = std::clamp(material->diffuse[i] / 255.0, kDarkest, 1.0);
-  if (material->hasMap) surface.texture = FindTexture(material->map);
+  Surface surface;
+  for (size_t i = 0; i < 3; ++i) surface.colour[i] = std::clamp(look.diffuse[i], kDarkest, 1.0);
+  surface.texture = FindTexture(look.picture);
   return surface;
 }
 
-std::shared_ptr<const Texture> SurfaceFinder::FindTexture(const std::string& name) {
-  const actor::Picture* picture = actor_.FindPicture(name);
+std::shared_ptr<const Texture> SurfaceFinder::FindTexture(const actor::Picture* picture) {
   if (!picture) return nullptr;
   const auto [entry, isNew] = textures_.try_emplace(picture);
   if (isNew) {
-    std::optional<Pixels> pixels = decode_(picture->bytes);
+    std::optional<Pixels> pixels = decode_(*picture);
     if (pixels && !pixels->rgba.empty()) entry->second = std::make_shared<Texture>(std::move(*pixels));
   }
   return entry->second;

@@ -3,7 +3,6 @@
 
 #include <map>
 #include <memory>
-#include <string>
 
 #include "actor/actor.h"
 #include "preview/camera.h"
@@ -12,10 +11,10 @@
 
 namespace preview {
 
-/// How a mesh looks: its picture, or the colour of its material without one, or grey.
+/// How a mesh looks: its picture, or the colour of its material without one.
 struct Surface {
   std::shared_ptr<const Texture> texture;  ///< null: `colour`
-  Colour colour{0.72, 0.72, 0.72};
+  Colour colour{};
 };
 
 /// Finds the surfaces of an actor's meshes; decodes each picture once.
@@ -26,7 +25,7 @@ class SurfaceFinder {
   Surface Find(const actor::Mesh& mesh);
 
  private:
-  std::shared_ptr<const Texture> FindTexture(const std::string& name);
+  std::shared_ptr<const Texture> FindTexture(const actor::Picture* picture);
 
   const actor::Actor& actor_;
   const PictureDecoder& decode_;

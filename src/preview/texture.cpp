@@ -46,15 +46,7 @@ Between Locate(double t, int size) {
 
 }  // namespace
 
-void MakeOpaqueIfInvisible(Pixels& pixels) {
-  for (size_t i = 3; i < pixels.rgba.size(); i += 4) {
-    if (pixels.rgba[i] != 0) return;
-  }
-  for (size_t i = 3; i < pixels.rgba.size(); i += 4) pixels.rgba[i] = 255;
-}
-
 Texture::Texture(Pixels pixels) {
-  MakeOpaqueIfInvisible(pixels);
   levels_.push_back(std::move(pixels));
   while (levels_.back().width > 1 || levels_.back().height > 1) levels_.push_back(Halve(levels_.back()));
 }

@@ -5,8 +5,9 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <string>
 #include <vector>
+
+#include "actor/actor.h"
 
 namespace preview {
 
@@ -16,13 +17,9 @@ struct Pixels {
   std::vector<uint8_t> rgba;
 };
 
-/// Decodes a picture file. Returns nothing when it cannot be read. Whoever draws brings it along: reading
+/// Decodes a picture of a package; nothing when it cannot be read. Whoever draws brings it along: reading
 /// picture files is not the drawing's business.
-using PictureDecoder = std::function<std::optional<Pixels>(const std::string& bytes)>;
-
-/// Makes a picture opaque whose every pixel is invisible: many programs write 32 bits and leave the opacity
-/// 0.
-void MakeOpaqueIfInvisible(Pixels& pixels);
+using PictureDecoder = std::function<std::optional<Pixels>(const actor::Picture& picture)>;
 
 /// A picture as a surface shows it, with smaller copies for surfaces that are far away.
 class Texture {

@@ -65,7 +65,7 @@ inline actor::Actor HostileActor() {
 }
 
 /// A picture of four fields: red, green, blue and white from the upper left, the last invisible.
-inline std::optional<preview::Pixels> FourFields(const std::string&) {
+inline std::optional<preview::Pixels> FourFields(const actor::Picture&) {
   constexpr int kSize = 32;
   const std::array<uint8_t, 4> fields[] = {
       {255, 0, 0, 255}, {0, 255, 0, 255}, {0, 0, 255, 255}, {255, 255, 255, 0}};
