@@ -11,6 +11,10 @@ install(TARGETS fbx_to_ts3d EXPORT FbxToTs3dTargets
 install(FILES ${PROJECT_SOURCE_DIR}/include/fbx_to_ts3d.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(TARGETS fbx2czp RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+if(TARGET fbx2czp_pictures)
+  # The tool looks for it there, from its own folder.
+  install(TARGETS fbx2czp_pictures LIBRARY DESTINATION lib/fbx2czp COMPONENT tool)
+endif()
 foreach(component library development tool)
   set(doc_${component} ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_${component}})
   install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${doc_${component}} COMPONENT ${component} RENAME copyright)
