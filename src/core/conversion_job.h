@@ -68,6 +68,7 @@ struct ConversionJob {
       nullptr;  ///< the one mesh node that reports lost texture coordinates
   bool materialReferenceReported = false;
   void* packageHandle = nullptr;  ///< the open archive, or null
+  bool packageIsDamaged = false;  ///< part of the open package was lost in writing: none may stay
   int32_t failureCode = 0;        ///< result of the run should an exception end the step that is running
 
   // The process.

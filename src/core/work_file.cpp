@@ -21,8 +21,22 @@ platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, 
   return platform::OpenFile(path, mode);
 }
 
+platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, const char* mode) {
+  platform::FilePtr file = OpenWorkFile(job, name, mode);
+  const std::string path = job.modelDirectory + std::string(name);
+  if (!file && IsPlainFileName(name) && !IsInputOrPackage(job, path) && platform::FileSize(path) >= 0) {
+    job.packageIsDamaged |= !platform::RemoveFile(path);
+  }
+  return file;
+}
+
 bool WorkFileExists(const ConversionJob& job, std::string_view name) {
   return IsPlainFileName(name) && platform::FileExists(job.modelDirectory + std::string(name));
+}
+
+void DiscardWorkFile(ConversionJob& job, std::string_view name) {
+  job.packageIsDamaged = true;
+  platform::RemoveFile(job.modelDirectory + std::string(name));
 }
 
 bool WriteAndClose(platform::FilePtr file, std::string_view text) {

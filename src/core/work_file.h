@@ -17,8 +17,15 @@ namespace ts3d {
 /// to be trusted.
 platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, const char* mode);
 
+/// Opens the work file `name` like OpenWorkFile to write all of it. What an earlier run left under that name is
+/// never taken for it: where that cannot be written over, it goes, or the package is damaged.
+platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, const char* mode);
+
 /// Whether the model's folder holds a file `name`; false for every name that could lead out of it.
 bool WorkFileExists(const ConversionJob& job, std::string_view name);
+
+/// Deletes the work file `name`, whose writing failed half-way. The package it was for is damaged by that.
+void DiscardWorkFile(ConversionJob& job, std::string_view name);
 
 /// Writes the whole of `text` and closes the file; false when any of it failed.
 bool WriteAndClose(platform::FilePtr file, std::string_view text);

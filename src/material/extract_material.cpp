@@ -53,7 +53,7 @@ void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& ma
   WriteXrfFile(record, job);
 }
 
-void WriteDefaultMaterial(const std::string& name, bool hasMap, const ConversionJob& job) {
+void WriteDefaultMaterial(const std::string& name, bool hasMap, ConversionJob& job) {
   MaterialRecord record;
   record.name = name;
   record.ambient = record.diffuse = record.specular = {0.5, 0.5, 0.5};

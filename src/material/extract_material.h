@@ -24,6 +24,6 @@ void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& ma
                    ConversionJob& job, PackagedNameSet& packagedNames);
 
 /// Writes the material file `name` of a mesh without materials.
-void WriteDefaultMaterial(const std::string& name, bool hasMap, const ConversionJob& job);
+void WriteDefaultMaterial(const std::string& name, bool hasMap, ConversionJob& job);
 
 }  // namespace ts3d

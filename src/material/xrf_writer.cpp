@@ -35,13 +35,11 @@ std::string XrfText(const MaterialRecord& material) {
 
 }  // namespace
 
-void WriteXrfFile(const MaterialRecord& material, const ConversionJob& job) {
+void WriteXrfFile(const MaterialRecord& material, ConversionJob& job) {
   if (skipThisMesh(material.name, job)) return;
   const std::string fileName = material.name + ".xrf";
-  platform::FilePtr file = OpenWorkFile(job, fileName, "w");
-  if (file && !WriteAndClose(std::move(file), XrfText(material))) {
-    platform::RemoveFile(job.modelDirectory + fileName);
-  }
+  platform::FilePtr file = CreateWorkFile(job, fileName, "w");
+  if (file && !WriteAndClose(std::move(file), XrfText(material))) DiscardWorkFile(job, fileName);
 }
 
 }  // namespace ts3d

@@ -8,6 +8,6 @@ namespace ts3d {
 
 /// Writes "<name>.xrf" into the model's folder, unless the mesh filter refuses the name. A file that cannot
 /// be written is left out without a message.
-void WriteXrfFile(const MaterialRecord& material, const ConversionJob& job);
+void WriteXrfFile(const MaterialRecord& material, ConversionJob& job);
 
 }  // namespace ts3d

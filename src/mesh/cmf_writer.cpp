@@ -104,7 +104,7 @@ class CmfWriter {
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
                   std::span<int32_t> outputIndex, ConversionJob& job) {
   const std::string fileName = slice.name + ".cmf";
-  platform::FilePtr file = OpenWorkFile(job, fileName, "wb");
+  platform::FilePtr file = CreateWorkFile(job, fileName, "wb");
   bool complete = false;
   {
     CmfWriter writer(mesh, coordinates, job, file.get());
@@ -120,8 +120,7 @@ void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinat
     complete = writer.Finish();
   }
   // A torso would be packed as if it were a mesh.
-  if (file && (std::fclose(file.release()) != 0 || !complete))
-    platform::RemoveFile(job.modelDirectory + fileName);
+  if (file && (std::fclose(file.release()) != 0 || !complete)) DiscardWorkFile(job, fileName);
 }
 
 }  // namespace ts3d

@@ -3,6 +3,7 @@
 
 #include <minizip/zip.h>
 
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -14,38 +15,62 @@ namespace ts3d {
 namespace {
 
 constexpr size_t kCopyBufferSize = 16384;
+/// From here on a member's header needs 64 bits for its sizes.
+constexpr int64_t kLargeMember = 0xffffffff;
 
 int32_t OpenMember(const ConversionJob& job, const std::string& name) {
   zip_fileinfo info{};
-  if (IsPlainFileName(name)) info.dosDate = platform::DosWriteTime(job.modelDirectory + name);
-  return zipOpenNewFileInZip(job.packageHandle, name.c_str(), &info, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
-                             Z_DEFAULT_COMPRESSION);
+  bool isLarge = false;
+  if (IsPlainFileName(name)) {
+    info.dosDate = platform::DosWriteTime(job.modelDirectory + name);
+    isLarge = platform::FileSize(job.modelDirectory + name) >= kLargeMember;
+  }
+  return zipOpenNewFileInZip64(job.packageHandle, name.c_str(), &info, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
+                               Z_DEFAULT_COMPRESSION, isLarge ? 1 : 0);
 }
 
 /// @return 0, or a negative code after its status line
-int32_t CopyToMember(const ConversionJob& job, const std::string& name, std::FILE* file, char* buffer) {
-  for (;;) {
+int32_t CopyToMember(ConversionJob& job, const std::string& name, std::FILE* file, char* buffer) {
+  for (bool isEmpty = true;; isEmpty = false) {
     const size_t size = std::fread(buffer, 1, kCopyBufferSize, file);
     if (size < kCopyBufferSize && !std::feof(file)) {
+      // A member without anything in it can be seen; one without its end cannot.
+      if (!isEmpty) job.packageIsDamaged = true;
       StatusLog(job, ComposeMessage(">>> Error in reading ", name));
       return ZIP_ERRNO;
     }
     if (size == 0) return ZIP_OK;
     const int32_t result = zipWriteInFileInZip(job.packageHandle, buffer, static_cast<unsigned>(size));
     if (result < 0) {
+      job.packageIsDamaged = true;
       StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
       return result;
     }
   }
 }
 
+/// Whether the end of the archive tells how many members there are. From 65,535 on that takes a record that
+/// minizip writes behind large archives only.
+bool CountsAllMembers(const std::string& path) {
+  constexpr size_t kLocatorSize = 20, kEndSize = 22, kCountOffset = 10;
+  unsigned char end[kLocatorSize + kEndSize] = {};
+  const platform::FilePtr file = platform::OpenFile(path, "rb");
+  if (!file) return false;
+  // The end of an empty archive is all there is.
+  if (std::fseek(file.get(), -static_cast<long>(sizeof end), SEEK_END) != 0) return true;
+  if (std::fread(end, 1, sizeof end, file.get()) != sizeof end) return false;
+  const unsigned char* count = end + kLocatorSize + kCountOffset;
+  return count[0] != 0xff || count[1] != 0xff || std::memcmp(end, "PK\x06\x07", 4) == 0;
+}
+
 }  // namespace
 
 bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mode) {
   const std::string native = platform::NativePath(path);
+  job.packagePath = path;
+  job.packageIsDamaged = false;
   job.packageHandle =
       zipOpen64(native.c_str(), mode == PackageMode::Create ? APPEND_STATUS_CREATE : APPEND_STATUS_ADDINZIP);
-  job.packagePath = path;
   return job.packageHandle != nullptr;
 }
 
@@ -55,11 +80,13 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
   if (!packagedNames.insert(name).second) return 0;
   const std::unique_ptr<char[]> buffer(new (std::nothrow) char[kCopyBufferSize]);
   if (!buffer) {
+    job.packageIsDamaged = true;
     StatusLog(job, ">>> Error allocating memory");
     return ZIP_INTERNALERROR;
   }
   int32_t result = OpenMember(job, name);
   if (result != ZIP_OK) {
+    job.packageIsDamaged = true;
     StatusLog(job, ComposeMessage(">>> Error in opening ", name, " in zipfile"));
     return result;
   }
@@ -74,6 +101,7 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
   file.reset();
   result = zipCloseFileInZip(job.packageHandle);
   if (result != ZIP_OK) {
+    job.packageIsDamaged = true;
     StatusLog(job, ComposeMessage(">>> Error in closing ", name, " in the zip file"));
   } else if (afterAdding == AfterAdding::DeleteFile) {
     platform::RemoveFile(name);
@@ -84,7 +112,7 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
 bool CloseActorPackage(ConversionJob& job) {
   const int result = zipClose(job.packageHandle, "");
   job.packageHandle = nullptr;
-  return result == ZIP_OK;
+  return result == ZIP_OK && !job.packageIsDamaged && CountsAllMembers(job.packagePath);
 }
 
 }  // namespace ts3d

@@ -9,6 +9,7 @@
 namespace ts3d {
 namespace {
 
+constexpr const char* kFileName = "skeleton.csf";
 constexpr int32_t kVersion = 900;
 
 void AddDummyBone(BoneTree& bones) {
@@ -64,12 +65,14 @@ void ExtractSkeleton(ConversionJob& job) {
 bool WriteSkeleton(ConversionJob& job) {
   StatusLog(job, "Writing CSF Skeleton");
   ExtractSkeleton(job);
-  platform::FilePtr file = OpenWorkFile(job, "skeleton.csf", "wb");
+  platform::FilePtr file = OpenWorkFile(job, kFileName, "wb");
   if (!file) return false;
   ByteWriter out(file.get());
   WriteCsf(job.skeleton->bones, out);
   const bool written = out.Flush();
-  return std::fclose(file.release()) == 0 && written;
+  if (std::fclose(file.release()) == 0 && written) return true;
+  DiscardWorkFile(job, kFileName);
+  return false;
 }
 
 }  // namespace ts3d
