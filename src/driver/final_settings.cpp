@@ -26,7 +26,8 @@ std::optional<std::string> ReadDocument(const std::string& path) {
 /// A new file beside the one that it is to replace in one step. It goes when that does not happen.
 class Replacement {
  public:
-  explicit Replacement(std::string target) : target_(std::move(target)), path_(target_ + ".new") {}
+  explicit Replacement(std::string target)
+      : target_(std::move(target)), path_(target_.substr(0, target_.size() - TooMany(target_)) + ".new") {}
   ~Replacement() {
     if (!done_) platform::RemoveFile(path_);
   }
@@ -38,6 +39,12 @@ class Replacement {
   bool TakePlace() { return done_ = platform::RenameFile(path_, target_); }
 
  private:
+  /// How many characters have to go, as a longer name is not to be had.
+  static size_t TooMany(const std::string& target) {
+    constexpr size_t kLongestName = 255, kEnding = 4;
+    return FileNamePart(target).size() + kEnding > kLongestName ? kEnding : 0;
+  }
+
   std::string target_, path_;
   bool done_ = false;
 };
