@@ -52,12 +52,12 @@ int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<F
 
 std::vector<MemberSize> ListMembers(const fs::path& package) {
   std::vector<MemberSize> members;
-  const std::unique_ptr<void, int (*)(void*)> zip(unzOpen(package.string().c_str()), unzClose);
+  const std::unique_ptr<void, int (*)(void*)> zip(unzOpen64(package.string().c_str()), unzClose);
   for (int result = zip ? unzGoToFirstFile(zip.get()) : UNZ_ERRNO; result == UNZ_OK;
        result = unzGoToNextFile(zip.get())) {
-    unz_file_info info;
+    unz_file_info64 info;
     char name[1024] = "";
-    if (unzGetCurrentFileInfo(zip.get(), &info, name, sizeof name - 1, nullptr, 0, nullptr, 0) != UNZ_OK)
+    if (unzGetCurrentFileInfo64(zip.get(), &info, name, sizeof name - 1, nullptr, 0, nullptr, 0) != UNZ_OK)
       break;
     members.push_back({name, info.uncompressed_size});
   }

@@ -30,13 +30,14 @@ void Check(int result, const char* what) {
 /// A member of the package that is read.
 struct Member {
   std::string name;
-  unz_file_pos position{};
+  unz64_file_pos position{};
 };
 
-std::string CurrentName(void* package, unz_file_info& info) {
-  Check(unzGetCurrentFileInfo(package, &info, nullptr, 0, nullptr, 0, nullptr, 0), "a member cannot be read");
+std::string CurrentName(void* package, unz_file_info64& info) {
+  Check(unzGetCurrentFileInfo64(package, &info, nullptr, 0, nullptr, 0, nullptr, 0),
+        "a member cannot be read");
   std::string name(info.size_filename, '\0');
-  Check(unzGetCurrentFileInfo(package, &info, name.data(), info.size_filename, nullptr, 0, nullptr, 0),
+  Check(unzGetCurrentFileInfo64(package, &info, name.data(), info.size_filename, nullptr, 0, nullptr, 0),
         "a member cannot be read");
   return name;
 }
@@ -44,13 +45,16 @@ std::string CurrentName(void* package, unz_file_info& info) {
 /// The last member of each name, in package order.
 std::vector<Member> LastMembers(void* package, size_t& count) {
   std::vector<Member> all;
-  for (int result = unzGoToFirstFile(package); result == UNZ_OK; result = unzGoToNextFile(package)) {
-    unz_file_info info;
+  int result = unzGoToFirstFile(package);
+  for (; result == UNZ_OK; result = unzGoToNextFile(package)) {
+    unz_file_info64 info;
     Member member;
     member.name = CurrentName(package, info);
-    Check(unzGetFilePos(package, &member.position), "a member cannot be found");
+    Check(unzGetFilePos64(package, &member.position), "a member cannot be found");
     all.push_back(std::move(member));
   }
+  // Members behind a damaged entry of the directory would be lost.
+  if (result != UNZ_END_OF_LIST_OF_FILE) throw std::runtime_error("the package's directory is damaged");
   count = all.size();
   std::map<std::string, size_t> last;
   for (size_t i = 0; i < all.size(); ++i) last[all[i].name] = i;
@@ -62,9 +66,9 @@ std::vector<Member> LastMembers(void* package, size_t& count) {
 }
 
 void CopyMember(void* from, const Member& member, void* to) {
-  unz_file_pos position = member.position;
-  unz_file_info info;
-  Check(unzGoToFilePos(from, &position), "a member cannot be found");
+  unz64_file_pos position = member.position;
+  unz_file_info64 info;
+  Check(unzGoToFilePos64(from, &position), "a member cannot be found");
   CurrentName(from, info);
   int method = 0, level = 0;
   constexpr int kRaw = 1;
@@ -73,9 +77,10 @@ void CopyMember(void* from, const Member& member, void* to) {
   entry.dosDate = info.dosDate;
   entry.internal_fa = info.internal_fa;
   entry.external_fa = info.external_fa;
-  Check(
-      zipOpenNewFileInZip2(to, member.name.c_str(), &entry, nullptr, 0, nullptr, 0, "", method, level, kRaw),
-      "a member cannot be written");
+  const int isLarge = info.uncompressed_size >= 0xffffffff ? 1 : 0;
+  Check(zipOpenNewFileInZip2_64(to, member.name.c_str(), &entry, nullptr, 0, nullptr, 0, "", method, level,
+                                kRaw, isLarge),
+        "a member cannot be written");
   std::vector<char> buffer(1 << 16);
   for (;;) {
     const int size = unzReadCurrentFile(from, buffer.data(), static_cast<unsigned>(buffer.size()));
@@ -83,17 +88,17 @@ void CopyMember(void* from, const Member& member, void* to) {
     if (size == 0) break;
     Check(zipWriteInFileInZip(to, buffer.data(), static_cast<unsigned>(size)), "a member cannot be written");
   }
-  Check(zipCloseFileInZipRaw(to, info.uncompressed_size, info.crc), "a member cannot be written");
+  Check(zipCloseFileInZipRaw64(to, info.uncompressed_size, info.crc), "a member cannot be written");
   Check(unzCloseCurrentFile(from), "a member is damaged");
 }
 
 /// @return how many members were dropped
 size_t Repack(const fs::path& path, const fs::path& newPath) {
-  const PackageReader from(unzOpen(path.string().c_str()));
+  const PackageReader from(unzOpen64(path.string().c_str()));
   if (!from) throw std::runtime_error("the package cannot be opened");
   size_t count = 0;
   const std::vector<Member> members = LastMembers(from.get(), count);
-  zipFile to = zipOpen(newPath.string().c_str(), APPEND_STATUS_CREATE);
+  zipFile to = zipOpen64(newPath.string().c_str(), APPEND_STATUS_CREATE);
   if (!to) throw std::runtime_error("the new package cannot be written");
   try {
     for (const Member& member : members) CopyMember(from.get(), member, to);

@@ -81,12 +81,12 @@ std::string ObjectId(ActorType actorType, const std::string& documentPath) {
 void WriteActorConfig(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames) {
   const std::string documentPath = ReplaceExtension(packagePath, "xfg");
   if (platform::IsSameFile(documentPath, job.inputPath)) return;
-  platform::FilePtr file = platform::OpenFile(documentPath, "w");
-  if (!file) return;
   const std::string text =
       Head(job, documentPath) + Bones(job) + Lists(job, packagedNames) + "</cal_config>\n";
+  platform::FilePtr file = CreateWorkFile(job, FileNamePart(documentPath), "w");
+  if (!file) return;
   // A torso would be packed as if it were the document.
-  if (!WriteAndClose(std::move(file), text)) platform::RemoveFile(documentPath);
+  if (!WriteAndClose(std::move(file), text)) DiscardWorkFile(job, FileNamePart(documentPath));
 }
 
 }  // namespace ts3d

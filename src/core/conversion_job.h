@@ -77,6 +77,7 @@ struct ConversionJob {
       heldFiles;                  ///< bytes of work files that are not on the disk
   size_t heldBytes = 0;           ///< of all files that were ever held
   void* packageHandle = nullptr;  ///< the open archive, or null
+  bool packageIsDamaged = false;  ///< part of the open package was lost in writing: none may stay
   int32_t failureCode = 0;        ///< result of the run should an exception end the step that is running
 
   // The process.

@@ -5,8 +5,8 @@
 
 namespace ts3d {
 
-void StatusLog(const ConversionJob& job, const std::string& text) {
-  if (job.statusCallback) job.statusCallback(job.callbackContext, text.c_str());
+void StatusLog(const ConversionJob& job, const char* text) {
+  if (job.statusCallback) job.statusCallback(job.callbackContext, text);
 }
 
 void ReportTagged(const ConversionJob& job, std::string_view text, std::string_view tag) {

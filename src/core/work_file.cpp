@@ -21,6 +21,15 @@ platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, 
   return platform::OpenFile(path, mode);
 }
 
+platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, const char* mode) {
+  platform::FilePtr file = OpenWorkFile(job, name, mode);
+  const std::string path = job.modelDirectory + std::string(name);
+  if (!file && IsPlainFileName(name) && !IsInputOrPackage(job, path) && platform::FileSize(path) >= 0) {
+    job.packageIsDamaged |= !platform::RemoveFile(path);
+  }
+  return file;
+}
+
 bool WorkFileExists(const ConversionJob& job, std::string_view name) {
   return IsPlainFileName(name) &&
          (job.heldFiles.contains(name) || platform::FileExists(job.modelDirectory + std::string(name)));
@@ -31,6 +40,11 @@ void WriteHeldFiles(ConversionJob& job) {
     if (platform::FilePtr file = OpenWorkFile(job, name, "wb")) WriteAndClose(std::move(file), bytes);
   }
   job.heldFiles.clear();
+}
+
+void DiscardWorkFile(ConversionJob& job, std::string_view name) {
+  job.packageIsDamaged = true;
+  platform::RemoveFile(job.modelDirectory + std::string(name));
 }
 
 bool WriteAndClose(platform::FilePtr file, std::string_view text) {
@@ -58,17 +72,19 @@ bool ByteWriter::Flush() {
   return !failed_;
 }
 
-WorkFileWriter::WorkFileWriter(ConversionJob& job, std::string name)
-    : ByteWriter(nullptr), job_(job), name_(std::move(name)) {
+WorkFileWriter::WorkFileWriter(ConversionJob& job, std::string name, Content content)
+    : ByteWriter(nullptr), job_(job), name_(std::move(name)), content_(content) {
+  const bool isBytes = content == Content::Binary || !platform::kTextModeChangesBytes;
   // What is on the disk already is written there, with the checks of OpenWorkFile.
-  held_ = job.holdsSmallFiles && IsPlainFileName(name_) && !platform::FileExists(job.modelDirectory + name_);
+  held_ = job.holdsSmallFiles && isBytes && IsPlainFileName(name_) &&
+          !platform::FileExists(job.modelDirectory + name_);
   if (!held_) Open();
 }
 
 void WorkFileWriter::Open() {
   held_ = false;
   job_.heldFiles.erase(name_);
-  file_ = OpenWorkFile(job_, name_, "wb");
+  file_ = CreateWorkFile(job_, name_, content_ == Content::Text ? "w" : "wb");
 }
 
 bool WorkFileWriter::Finish() {
@@ -82,7 +98,7 @@ bool WorkFileWriter::Finish() {
   if (!file_) return false;
   complete &= std::fclose(file_.release()) == 0;
   // A torso would be packed as if it were the whole file.
-  if (!complete) platform::RemoveFile(job_.modelDirectory + name_);
+  if (!complete) DiscardWorkFile(job_, name_);
   return complete;
 }
 

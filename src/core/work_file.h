@@ -17,12 +17,19 @@ namespace ts3d {
 /// to be trusted.
 platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, const char* mode);
 
+/// Opens the work file `name` like OpenWorkFile to write all of it. What an earlier run left under that name
+/// is never taken for it: where that cannot be written over, it goes, or the package is damaged.
+platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, const char* mode);
+
 /// Whether the model's folder holds a file `name`, or the job does; false for every name that could lead out
 /// of it.
 bool WorkFileExists(const ConversionJob& job, std::string_view name);
 
 /// Puts what the job still holds onto the disk, where a run that does not hold files leaves it.
 void WriteHeldFiles(ConversionJob& job);
+
+/// Deletes the work file `name`, whose writing failed half-way. The package it was for is damaged by that.
+void DiscardWorkFile(ConversionJob& job, std::string_view name);
 
 /// Writes the whole of `text` and closes the file; false when any of it failed.
 bool WriteAndClose(platform::FilePtr file, std::string_view text);
@@ -69,10 +76,13 @@ inline void ByteWriter::Float32(float value) { Int32(std::bit_cast<int32_t>(valu
 /// Writes one work file, to the disk or, where the job holds small files, into the job.
 class WorkFileWriter : public ByteWriter {
  public:
-  /// Starts the work file `name`: opens it, or waits whether the job can hold it.
-  WorkFileWriter(ConversionJob& job, std::string name);
+  enum class Content { Binary, Text };
 
-  /// Completes the file. False, with no file left, when it could not be opened or any write has failed.
+  /// Starts the work file `name`: opens it, or waits whether the job can hold it.
+  WorkFileWriter(ConversionJob& job, std::string name, Content content);
+
+  /// Completes the file. False, with no file left, when it could not be opened or any write has failed. The
+  /// package is damaged by the latter.
   bool Finish();
 
  private:
@@ -84,6 +94,7 @@ class WorkFileWriter : public ByteWriter {
 
   ConversionJob& job_;
   std::string name_;
+  Content content_;
   platform::FilePtr file_;
   bool held_;  ///< everything is in the buffer so far, and may stay in memory
 };

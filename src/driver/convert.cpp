@@ -62,8 +62,9 @@ ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
   }
   WriteMeshListForScene(job, MeshListMode::AddMaterialFiles, packagedNames, AfterAdding::DeleteFile, noLines);
   if (!CloseActorPackage(job)) {
-    // A package without its directory only looks like one.
+    // A package without its directory, or with half a member, only looks like one.
     platform::RemoveFile(packagePath);
+    StatusLog(job, ">>> Failed to Complete CZP File");
     result = ConversionResult::PackageFailed;
   }
   if (result == ConversionResult::Success) StatusLog(job, "Successfully created CZP File");
@@ -71,7 +72,8 @@ ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
 }
 
 void AbandonPackage(ConversionJob& job, const std::string& packagePath) {
-  CloseActorPackage(job);
+  job.packageIsDamaged = true;
+  if (job.packageHandle) CloseActorPackage(job);
   platform::RemoveFile(packagePath);
 }
 
@@ -88,7 +90,7 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
     WriteActorConfig(job, packagePath, packagedNames);
     return isOpen ? FillPackage(job, packagePath, packagedNames) : ConversionResult::PackageFailed;
   } catch (...) {
-    if (job.packageHandle) AbandonPackage(job, packagePath);
+    if (isOpen) AbandonPackage(job, packagePath);
     throw;
   }
 }

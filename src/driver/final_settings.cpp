@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "driver/final_settings.h"
 
+#include <new>
+
 #include "core/names.h"
 #include "core/status.h"
 #include "core/work_file.h"
@@ -16,46 +18,73 @@ std::optional<std::string> ReadDocument(const std::string& path) {
   if (size < 0) return std::nullopt;
   std::string text(static_cast<size_t>(size), '\0');
   text.resize(std::fread(text.data(), 1, text.size(), file.get()));
+  // The beginning of a document may be taken for all of it.
+  if (std::ferror(file.get())) return std::nullopt;
   return text;
 }
 
-/// Writes the new document beside the old one and puts it into its place in one step.
+/// A new file beside the one that it is to replace in one step. It goes when that does not happen.
+class Replacement {
+ public:
+  explicit Replacement(std::string target)
+      : target_(std::move(target)), path_(target_.substr(0, target_.size() - TooMany(target_)) + ".new") {}
+  ~Replacement() {
+    if (!done_) platform::RemoveFile(path_);
+  }
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  const std::string& Target() const { return target_; }
+  const std::string& Path() const { return path_; }
+  bool TakePlace() { return done_ = platform::RenameFile(path_, target_); }
+
+ private:
+  /// How many characters have to go, as a longer name is not to be had.
+  static size_t TooMany(const std::string& target) {
+    constexpr size_t kLongestName = 255, kEnding = 4;
+    return FileNamePart(target).size() + kEnding > kLongestName ? kEnding : 0;
+  }
+
+  std::string target_, path_;
+  bool done_ = false;
+};
+
 bool ReplaceDocument(const std::string& path, const std::string& text) {
-  const std::string newPath = path + ".new";
-  platform::FilePtr file = platform::OpenFile(newPath, "w");
-  if (!file) return false;
-  if (WriteAndClose(std::move(file), text) && platform::RenameFile(newPath, path)) return true;
-  platform::RemoveFile(newPath);
-  return false;
+  Replacement document(path);
+  platform::FilePtr file = platform::OpenFile(document.Path(), "w");
+  return file && WriteAndClose(std::move(file), text) && document.TakePlace();
 }
 
-/// Adds the document to a copy of the package that then takes the package's place, so that whatever happens
-/// the package is the old one or the new one.
-bool AddToPackage(ConversionJob& job, const std::string& packagePath, const std::string& documentName) {
-  const std::string newPath = packagePath + ".new";
-  if (!platform::CopyWholeFile(packagePath, newPath) ||
-      !OpenActorPackage(job, newPath, PackageMode::Append)) {
-    platform::RemoveFile(newPath);
-    StatusLog(job, ">>> Failed to Open CZP File");
-    return false;
+/// Adds the document to the open copy of the package that then takes the package's place, so that whatever
+/// happens the package is the old one or the new one.
+bool AddToPackage(ConversionJob& job, Replacement& package, const std::string& documentName) {
+  bool added = false;
+  try {
+    PackagedNameSet packagedNames;
+    added = AddFileToPackage(job, packagedNames, documentName, AfterAdding::KeepFile) == 0;
+  } catch (const std::bad_alloc&) {
+    job.packageIsDamaged = true;
   }
-  PackagedNameSet packagedNames;
-  const bool added = AddFileToPackage(job, packagedNames, documentName, AfterAdding::KeepFile) == 0;
-  if (CloseActorPackage(job) && added && platform::RenameFile(newPath, packagePath)) {
-    // What a conversion's work files know as deletion after adding: by the bare name.
-    platform::RemoveFile(documentName);
-    return true;
-  }
-  platform::RemoveFile(newPath);
-  StatusLog(job, ">>> Failed updating CZP File");
-  return false;
+  if (!CloseActorPackage(job) || !added || !package.TakePlace()) return false;
+  // What a conversion's work files know as deletion after adding: by the bare name.
+  platform::RemoveFile(documentName);
+  return true;
 }
 
-}  // namespace
+/// What a step that fails is told as.
+struct Failure {
+  FinishResult code;
+  const char* line;
+};
+constexpr Failure kUnreadable{FinishResult::DocumentUnreadable, ">>> FAILED TO READ .XFG File!"};
+constexpr Failure kUnwritable{FinishResult::DocumentUnwritable, ">>> FAILED TO WRITE .XFG File!"};
+constexpr Failure kNotOpened{FinishResult::UpdateFailed, ">>> Failed to Open CZP File"};
+constexpr Failure kNotUpdated{FinishResult::UpdateFailed, ">>> Failed updating CZP File"};
 
-FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings) {
-  StatusLog(job, "Updating CZP File with Final Settings");
+/// @param step is set to what a failure of the step that is running means
+bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   const std::string documentPath = ReplaceExtension(settings.sourcePath, "xfg");
+  const std::string documentName = FileNamePart(documentPath);
   const std::string& source = settings.sourcePath;
   job.isFbxFile = EqualsIgnoreCase(source.substr(source.size() < 4 ? 0 : source.size() - 4), ".fbx");
   job.modelDirectory = DirectoryPart(source);
@@ -65,19 +94,32 @@ FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& setting
   const std::optional<std::string> old = ReadDocument(documentPath);
   const std::optional<std::string> rewritten =
       old ? RewriteDocument(*old, job, settings.meshList) : std::nullopt;
-  if (!rewritten) {
-    StatusLog(job, ">>> FAILED TO READ .XFG File!");
-    return FinishResult::DocumentUnreadable;
+  if (!rewritten) return false;
+  step = kUnwritable;
+  if (!ReplaceDocument(documentPath, *rewritten)) return false;
+  step = kNotOpened;
+  Replacement package(ReplaceExtension(documentPath, "czp"));
+  if (!platform::CopyWholeFile(package.Target(), package.Path()) ||
+      !OpenActorPackage(job, package.Path(), PackageMode::Append)) {
+    return false;
   }
-  if (!ReplaceDocument(documentPath, *rewritten)) {
-    StatusLog(job, ">>> FAILED TO WRITE .XFG File!");
-    return FinishResult::DocumentUnwritable;
+  step = kNotUpdated;
+  return AddToPackage(job, package, documentName);
+}
+
+}  // namespace
+
+FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings) {
+  StatusLog(job, "Updating CZP File with Final Settings");
+  Failure step = kUnreadable;
+  bool done = false;
+  try {
+    done = Finish(job, settings, step);
+  } catch (const std::bad_alloc&) {
+    // The step that was running has failed.
   }
-  if (!AddToPackage(job, ReplaceExtension(documentPath, "czp"), FileNamePart(documentPath))) {
-    return FinishResult::UpdateFailed;
-  }
-  StatusLog(job, "Successfully created CZP File");
-  return FinishResult::Success;
+  StatusLog(job, done ? "Successfully created CZP File" : step.line);
+  return done ? FinishResult::Success : step.code;
 }
 
 }  // namespace ts3d

@@ -38,7 +38,7 @@ std::string XrfText(const MaterialRecord& material) {
 void WriteXrfFile(const MaterialRecord& material, ConversionJob& job) {
   if (skipThisMesh(material.name, job)) return;
   const std::string text = XrfText(material);
-  WorkFileWriter out(job, material.name + ".xrf");
+  WorkFileWriter out(job, material.name + ".xrf", WorkFileWriter::Content::Text);
   out.Bytes(text.data(), text.size());
   out.Finish();
 }

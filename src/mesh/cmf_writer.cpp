@@ -19,7 +19,7 @@ class CmfWriter {
       : mesh_(mesh),
         coordinates_(coordinates),
         job_(job),
-        out_(job, std::move(fileName)),
+        out_(job, std::move(fileName), WorkFileWriter::Content::Binary),
         warned_(OnlyDummyBone(job)) {}
 
   void WriteHeader(size_t vertexCount, size_t faceCount) {

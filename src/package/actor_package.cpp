@@ -3,6 +3,7 @@
 
 #include <minizip/zip.h>
 
+#include <cstring>
 #include <memory>
 #include <new>
 
@@ -14,27 +15,34 @@ namespace ts3d {
 namespace {
 
 constexpr size_t kCopyBufferSize = 16384;
+/// From here on a member's header needs 64 bits for its sizes.
+constexpr int64_t kLargeMember = 0xffffffff;
 
 int32_t OpenMember(const ConversionJob& job, const std::string& name) {
   zip_fileinfo info{};
+  bool isLarge = false;
   if (job.heldFiles.contains(name)) {
     info.dosDate = platform::DosTimeNow();
   } else if (IsPlainFileName(name)) {
     info.dosDate = platform::DosWriteTime(job.modelDirectory + name);
+    isLarge = platform::FileSize(job.modelDirectory + name) >= kLargeMember;
   }
-  return zipOpenNewFileInZip(job.packageHandle, name.c_str(), &info, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
-                             Z_DEFAULT_COMPRESSION);
+  return zipOpenNewFileInZip64(job.packageHandle, name.c_str(), &info, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
+                               Z_DEFAULT_COMPRESSION, isLarge ? 1 : 0);
 }
 
 /// @return 0, or a negative code after its status line
-int32_t WriteToMember(const ConversionJob& job, const std::string& name, const char* data, size_t size) {
+int32_t WriteToMember(ConversionJob& job, const std::string& name, const char* data, size_t size) {
   const int32_t result = zipWriteInFileInZip(job.packageHandle, data, static_cast<unsigned>(size));
-  if (result < 0) StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
+  if (result < 0) {
+    job.packageIsDamaged = true;
+    StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
+  }
   return result;
 }
 
 /// @return 0, or a negative code after its status line
-int32_t FillMember(const ConversionJob& job, const std::string& name, char* buffer) {
+int32_t FillMember(ConversionJob& job, const std::string& name, char* buffer) {
   if (const auto held = job.heldFiles.find(name); held != job.heldFiles.end()) {
     return WriteToMember(job, name, held->second.data(), held->second.size());
   }
@@ -43,9 +51,11 @@ int32_t FillMember(const ConversionJob& job, const std::string& name, char* buff
     StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
     return ZIP_ERRNO;
   }
-  for (;;) {
+  for (bool isEmpty = true;; isEmpty = false) {
     const size_t size = std::fread(buffer, 1, kCopyBufferSize, file.get());
     if (size < kCopyBufferSize && !std::feof(file.get())) {
+      // A member without anything in it can be seen; one without its end cannot.
+      if (!isEmpty) job.packageIsDamaged = true;
       StatusLog(job, ComposeMessage(">>> Error in reading ", name));
       return ZIP_ERRNO;
     }
@@ -55,13 +65,28 @@ int32_t FillMember(const ConversionJob& job, const std::string& name, char* buff
   }
 }
 
+/// Whether the end of the archive tells how many members there are. From 65,535 on that takes a record that
+/// minizip writes behind large archives only.
+bool CountsAllMembers(const std::string& path) {
+  constexpr size_t kLocatorSize = 20, kEndSize = 22, kCountOffset = 10;
+  unsigned char end[kLocatorSize + kEndSize] = {};
+  const platform::FilePtr file = platform::OpenFile(path, "rb");
+  if (!file) return false;
+  // The end of an empty archive is all there is.
+  if (std::fseek(file.get(), -static_cast<long>(sizeof end), SEEK_END) != 0) return true;
+  if (std::fread(end, 1, sizeof end, file.get()) != sizeof end) return false;
+  const unsigned char* count = end + kLocatorSize + kCountOffset;
+  return count[0] != 0xff || count[1] != 0xff || std::memcmp(end, "PK\x06\x07", 4) == 0;
+}
+
 }  // namespace
 
 bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mode) {
   const std::string native = platform::NativePath(path);
+  job.packagePath = path;
+  job.packageIsDamaged = false;
   job.packageHandle =
       zipOpen64(native.c_str(), mode == PackageMode::Create ? APPEND_STATUS_CREATE : APPEND_STATUS_ADDINZIP);
-  job.packagePath = path;
   return job.packageHandle != nullptr;
 }
 
@@ -71,11 +96,13 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
   if (!packagedNames.insert(name).second) return 0;
   const std::unique_ptr<char[]> buffer(new (std::nothrow) char[kCopyBufferSize]);
   if (!buffer) {
+    job.packageIsDamaged = true;
     StatusLog(job, ">>> Error allocating memory");
     return ZIP_INTERNALERROR;
   }
   int32_t result = OpenMember(job, name);
   if (result != ZIP_OK) {
+    job.packageIsDamaged = true;
     StatusLog(job, ComposeMessage(">>> Error in opening ", name, " in zipfile"));
     return result;
   }
@@ -84,6 +111,7 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
   if (result != ZIP_OK) return result;
   result = zipCloseFileInZip(job.packageHandle);
   if (result != ZIP_OK) {
+    job.packageIsDamaged = true;
     StatusLog(job, ComposeMessage(">>> Error in closing ", name, " in the zip file"));
   } else if (afterAdding == AfterAdding::DeleteFile && job.heldFiles.erase(name) == 0) {
     platform::RemoveFile(name);
@@ -94,7 +122,7 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
 bool CloseActorPackage(ConversionJob& job) {
   const int result = zipClose(job.packageHandle, "");
   job.packageHandle = nullptr;
-  return result == ZIP_OK;
+  return result == ZIP_OK && !job.packageIsDamaged && CountsAllMembers(job.packagePath);
 }
 
 }  // namespace ts3d

@@ -27,7 +27,8 @@ bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mod
 int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
                          AfterAdding afterAdding);
 
-/// Closes the job's package; false when it could not be completed.
+/// Closes the job's package; false when it is not complete: something of it was lost in writing, or it has
+/// more members than it can tell (65,534).
 bool CloseActorPackage(ConversionJob& job);
 
 }  // namespace ts3d

@@ -17,6 +17,13 @@ struct CloseFile {
 };
 using FilePtr = std::unique_ptr<std::FILE, CloseFile>;
 
+/// Whether files that are opened as text get other line ends than they are given.
+#ifdef _WIN32
+inline constexpr bool kTextModeChangesBytes = true;
+#else
+inline constexpr bool kTextModeChangesBytes = false;
+#endif
+
 /// `path` as the system's calls take it.
 std::string NativePath(std::string_view path);
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
@@ -45,7 +46,13 @@ FilePtr OpenFile(std::string_view path, const char* mode) {
   return FilePtr(std::fopen(NativePath(path).c_str(), mode));
 }
 
-bool RemoveFile(std::string_view path) { return unlink(NativePath(path).c_str()) == 0; }
+bool RemoveFile(std::string_view path) {
+  // Without memory of its own: what is half-written has to go when there is none left, too.
+  char native[PATH_MAX];
+  if (path.size() >= sizeof native) return false;
+  *std::replace_copy(path.begin(), path.end(), native, '\\', '/') = '\0';
+  return unlink(native) == 0;
+}
 
 bool RenameFile(std::string_view from, std::string_view to) {
   return std::rename(NativePath(from).c_str(), NativePath(to).c_str()) == 0;

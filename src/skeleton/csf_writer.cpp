@@ -64,7 +64,7 @@ void ExtractSkeleton(ConversionJob& job) {
 bool WriteSkeleton(ConversionJob& job) {
   StatusLog(job, "Writing CSF Skeleton");
   ExtractSkeleton(job);
-  WorkFileWriter out(job, "skeleton.csf");
+  WorkFileWriter out(job, "skeleton.csf", WorkFileWriter::Content::Binary);
   WriteCsf(job.skeleton->bones, out);
   return out.Finish();
 }
