@@ -62,21 +62,14 @@ constexpr const char* kTexts[] = {
     "Shape",   "BindPose",     "Null",          "ByPolygonVertex",  "ByPolygon",     "ByVertice",
     "AllSame", "Direct",       "IndexToDirect", "Additive",         "Total1",        "OO",
     "OP",      "DiffuseColor", "Lcl Scaling",   "InheritType",      "phong",         "lambert"};
-constexpr double kNumbers[] = {0,
-                               1,
-                               -1,
-                               2,
-                               0.5,
-                               100,
-                               1e-40,
-                               1e38,
-                               1e300,
-                               -1e300,
-                               2147483647.0,
-                               -2147483648.0,
-                               4294967295.0,
-                               std::numeric_limits<double>::infinity(),
-                               std::numeric_limits<double>::quiet_NaN()};
+constexpr double kWholeNumbers[] = {0, 1, -1, 2, 3, 100, 65536, 2147483647.0, -2147483648.0, 4294967295.0};
+constexpr double kRealNumbers[] = {0.5,
+                                   1e-40,
+                                   1e38,
+                                   1e300,
+                                   -1e300,
+                                   std::numeric_limits<double>::infinity(),
+                                   std::numeric_limits<double>::quiet_NaN()};
 constexpr uint32_t kVersions[] = {2000, 3000, 5000, 5800, 6100, 7100, 7400, 7500, 8000};
 
 size_t Pick(size_t count, Random& random) { return random() % count; }
@@ -120,9 +113,16 @@ bool IsText(const FbxValue& value) { return value.code == 'S' || value.code == '
 
 double AnyNumber(char code, Random& random) {
   const bool isReal = code == 'f' || code == 'd' || code == 'F' || code == 'D';
-  // Not-a-number and infinity are no values of the integer types.
-  const size_t count = std::size(kNumbers) - (isReal ? 0 : 5);
-  return random() % 4 == 0 ? static_cast<double>(random() % 64) : kNumbers[Pick(count, random)];
+  if (random() % 4 == 0) return static_cast<double>(random() % 64);
+  return isReal && random() % 2 ? Any(kRealNumbers, random) : Any(kWholeNumbers, random);
+}
+
+/// What the integer types cannot hold becomes 0.
+void MakeWhole(std::vector<double>& numbers) {
+  constexpr double kLimit = 1e18;
+  for (double& number : numbers) {
+    if (!(number > -kLimit && number < kLimit)) number = 0;
+  }
 }
 
 void MutateArray(FbxValue& value, Random& random) {
@@ -139,9 +139,7 @@ void MutateArray(FbxValue& value, Random& random) {
       break;
     case 3:
       value.code = "fdilbc"[random() % 6];
-      for (double& number : numbers) {
-        if (!(number > -1e9 && number < 1e9)) number = 0;
-      }
+      MakeWhole(numbers);
       break;
     case 4:
       for (double& number : numbers) number = -number;
@@ -262,6 +260,7 @@ FbxValue ValueOf(scene::RecordRef record, const scene::Value& value) {
   if (!ReadArray(record, numbers)) numbers.Release();
   FbxValue array =
       FbxValue::Array(value.kind == Kind::Array ? value.element : 'd', {numbers.begin(), numbers.end()});
+  if (array.code != 'd' && array.code != 'f') MakeWhole(array.numbers);
   array.packed = value.compressed;
   return array;
 }

@@ -32,7 +32,6 @@ class WorkFolder {
     if (!mkdtemp(pattern.data())) std::abort();
     outer_ = pattern;
     fs::create_directory(Inner());
-    fs::current_path(Inner());
   }
   ~WorkFolder() {
     std::error_code ignored;
@@ -40,16 +39,25 @@ class WorkFolder {
   }
 
   std::string Inner() const { return outer_ + "/model"; }
-  void Empty() const {
-    for (const auto& entry : fs::directory_iterator(Inner())) fs::remove_all(entry.path());
+  /// Makes the folder the current one, as hosts of the converter do, and empties it. The fuzzer's own paths
+  /// hold again after Leave.
+  void Enter() const {
+    fs::current_path(Inner());
+    Empty();
   }
+  void Leave() const { fs::current_path(before_); }
   bool IsAlone() const {
     const auto entries = fs::directory_iterator(outer_);
     return std::distance(begin(entries), end(entries)) == 1;
   }
 
  private:
+  void Empty() const {
+    for (const auto& entry : fs::directory_iterator(Inner())) fs::remove_all(entry.path());
+  }
+
   std::string outer_;
+  fs::path before_ = fs::current_path();
 };
 
 /// What a conversion wrote must be sound, whatever it was made from.
@@ -79,7 +87,7 @@ size_t Store(const fuzz::RecordFile& file, uint8_t* data, size_t size, size_t ma
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const WorkFolder folder;
   if (size < 27 || size > kLargestInput) return 0;
-  folder.Empty();
+  folder.Enter();
   std::ofstream("model.fbx", std::ios::binary)
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   ts3d::ConversionJob job;
@@ -91,6 +99,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const ts3d::ConversionResult result = RunConversion(job, {folder.Inner() + "\\model.fbx", actor});
   ts3d::DestroySdkObjects(job.sdkManager);
   if (result == ts3d::ConversionResult::Success) CheckPackage("model.czp");
+  folder.Leave();
   if (!folder.IsAlone()) __builtin_trap();
   return 0;
 }
