@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// Bytes -> package -> actor -> everything that is checked and exported of it. Bytes that are no archive are
-// tried as each of the files that packages hold.
+// Packages read back: an archive, or one file of a package beside a sound skeleton -> actor -> everything
+// that is said of it and exported from it. The first byte tells what the rest is.
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 
+#include "actor/actor_measure.h"
 #include "actor/check_actor.h"
 #include "actor/export_gltf.h"
 #include "actor/export_obj.h"
@@ -13,40 +15,62 @@
 
 namespace {
 
-constexpr size_t kLargestInput = 1 << 18;
+constexpr size_t kLargestInput = 1 << 16;
+constexpr const char* kNames[] = {"skeleton.csf", "body.cmf", "body.xrf", "model.xfg", "skin.tga"};
 
-actor::PackageContents AsEachFile(const std::string& bytes) {
-  actor::PackageContents contents;
-  for (const char* name : {"skeleton.csf", "a.cmf", "a.xrf", "a.xfg", "a.tga"}) {
-    actor::Member& member = contents.members.emplace_back();
-    member.name = name;
-    member.size = bytes.size();
-    member.bytes = bytes;
+/// A skeleton of two bones, for meshes to hang on.
+std::string SmallSkeleton() {
+  std::string bytes("CSF\0\x84\x03\0\0\x02\0\0\0", 12);
+  const auto number = [&](int32_t value) {
+    for (int i = 0; i < 4; ++i) bytes += static_cast<char>(value >> 8 * i & 0xff);
+  };
+  for (int32_t bone = 0; bone < 2; ++bone) {
+    number(2);
+    bytes += bone == 0 ? std::string("a\0", 2) : std::string("b\0", 2);
+    for (int i = 0; i < 2; ++i) {
+      for (int k = 0; k < 6; ++k) number(0);
+      number(static_cast<int32_t>(0xbf800000));  // w = -1
+    }
+    number(bone - 1);
+    number(1 - bone);
+    if (bone == 0) number(1);
   }
-  return contents;
+  return bytes;
 }
 
-void Use(const actor::PackageContents& contents) {
-  actor::Actor actor;
-  actor::Findings findings;
-  std::string error;
-  if (!BuildActor(contents, actor, findings, error)) return;
-  CheckActor(contents, actor, findings);
-  const auto encode = [](const actor::Picture& picture) { return actor::EncodedPicture{picture.name}; };
-  ExportGlb(actor, "fuzz", encode);
-  ExportObj(actor, "fuzz", encode);
+bool MakeContents(uint8_t kind, std::string bytes, actor::PackageContents& contents) {
+  constexpr size_t kCount = std::size(kNames);
+  if (kind % (kCount + 1) == kCount) {
+    std::string error;
+    return ReadPackageBytes(bytes, {100, 1 << 20, 1 << 22, 1 << 22}, contents, error);
+  }
+  const char* name = kNames[kind % kCount];
+  if (kind % kCount != 0) contents.members.push_back({kNames[0], 0, 0, {}, true, false, SmallSkeleton()});
+  contents.members.push_back({name, bytes.size(), bytes.size(), {}, true, false, std::move(bytes)});
+  return true;
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  if (size > kLargestInput) return 0;
-  const std::string bytes(reinterpret_cast<const char*>(data), size);
-  actor::ReadLimits limits;
-  limits.totalBytes = limits.memberBytes = uint64_t{4} << 20;
+  if (size == 0 || size > kLargestInput) return 0;
   actor::PackageContents contents;
+  std::string rest(reinterpret_cast<const char*>(data) + 1, size - 1);
+  actor::PictureHeader header;
+  actor::ReadPictureHeader(rest, header);
+  if (!MakeContents(data[0], std::move(rest), contents)) return 0;
+  actor::Actor actor;
+  actor::Findings findings;
   std::string error;
-  const bool isArchive = ReadPackageBytes(bytes, limits, contents, error);
-  Use(isArchive ? contents : AsEachFile(bytes));
+  if (!BuildActor(contents, actor, findings, error)) return 0;
+  CheckActor(contents, actor, findings);
+  MeasureBoneDistance(actor);
+  const auto encode = [](const actor::Picture&) { return actor::EncodedPicture{"png", {}}; };
+  try {
+    ExportGlb(actor, "fuzz", encode);
+    ExportObj(actor, "model", encode);
+  } catch (const std::runtime_error&) {
+    // Larger than the format allows.
+  }
   return 0;
 }

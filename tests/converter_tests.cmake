@@ -15,13 +15,19 @@ set(TS3D_CONVERTER_TESTS
   mesh_slices_test.cpp
   mesh_split_test.cpp
   package_archive_test.cpp
+  runtime_client_test.cpp
   skeleton_influences_test.cpp
   skeleton_tree_test.cpp
   skeleton_warnings_test.cpp
-  support/package_reader.cpp)
+  support/package_reader.cpp
+  support/runtime_actor.cpp)
 list(TRANSFORM TS3D_CONVERTER_TESTS PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
 ts3d_add_tests(${TS3D_CONVERTER_TESTS})
 
 # The exported functions are called through the shared library, as hosts do.
 target_link_libraries(ts3d_tests PRIVATE fbx_to_ts3d)
 target_compile_definitions(ts3d_tests PRIVATE TS3D_SAMPLES_FOLDER="${PROJECT_SOURCE_DIR}/samples")
+
+# The runtime that skeletons, meshes and materials are made for; tests only.
+pkg_check_modules(CAL3D REQUIRED IMPORTED_TARGET cal3d)
+target_link_libraries(ts3d_tests PRIVATE PkgConfig::CAL3D)

@@ -182,6 +182,7 @@ TEST(Layers, TheHighestLayerNumberGivesTheCount) {
   };
   EXPECT_EQ(count({Layer(0, 0), Layer(2, 0)}), 3);
   EXPECT_EQ(count({{"LayerElementNormal", {0}}}), 1) << "elements without a layer";
+  EXPECT_EQ(count({{"Layer", {std::numeric_limits<int64_t>::max()}}}), 1 << 20) << "bounded";
   EXPECT_EQ(count({}), 0);
   EXPECT_EQ(count({Layer(2147483647, 0)}), 1048576) << "limited";
   EXPECT_EQ(count({Layer(-5, 0)}), 0);

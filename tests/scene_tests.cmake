@@ -4,6 +4,7 @@ ts3d_add_tests(
   scene_array_test.cpp
   scene_ascii_test.cpp
   scene_binary_test.cpp
+  scene_claims_test.cpp
   scene_damage_test.cpp
   scene_detect_test.cpp
   scene_document_test.cpp

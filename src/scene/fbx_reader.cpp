@@ -42,7 +42,9 @@ class OpenFbxFile : public KFbxOpenFile {
     if (tree_->Find("FBXHeaderExtension").Child("EncryptionType").Integer(0, 0) != 0) {
       return {EImportError::ePASSWORD_ERROR, "the file is protected by a password"};
     }
-    BuildScene(tree_, scene);
+    if (const ParseError error = BuildScene(tree_, scene); error.Failed()) {
+      return {EImportError::eFILE_CORRUPTED, error.text};
+    }
     ExtractEmbeddedFiles(scene, path_, settings.GetBoolProp(kExtractEmbeddedSetting, true));
     return {};
   }

@@ -2,6 +2,7 @@
 #include "skeleton/extract_bones.h"
 
 #include <cmath>
+#include <unordered_map>
 #include <vector>
 
 #include "core/names.h"
@@ -103,14 +104,25 @@ class BoneExtractor {
 
   /// World transform at bind time. What the bind pose lacks goes along with its next ancestor in there.
   KFbxXMatrix BindWorld(const KFbxNode& node) {
-    for (const KFbxNode* bound = &node; bound; bound = bound->GetParent()) {
-      const int index = BindPoseIndex(bound, scene_, skeleton_);
-      if (index < 0) continue;
-      const KFbxXMatrix pose = BindMatrix(index, skeleton_);
-      if (bound == &node) return pose;
-      return pose * bound->GetGlobalFromDefaultTake().Inverse() * node.GetGlobalFromDefaultTake();
+    const KFbxNode* bound = NextBound(node);
+    if (!bound) return node.GetGlobalFromDefaultTake();
+    const KFbxXMatrix pose = BindMatrix(BindPoseIndex(bound, scene_, skeleton_), skeleton_);
+    if (bound == &node) return pose;
+    return pose * bound->GetGlobalFromDefaultTake().Inverse() * node.GetGlobalFromDefaultTake();
+  }
+
+  /// The node itself or its next ancestor that the bind pose has, or null. Answers are kept, so that a long
+  /// chain of bones is not climbed once for each of them.
+  const KFbxNode* NextBound(const KFbxNode& node) {
+    std::vector<const KFbxNode*> passed;
+    const KFbxNode* bound = &node;
+    while (bound && BindPoseIndex(bound, scene_, skeleton_) < 0) {
+      const auto known = nextBound_.find(bound);
+      if (known == nextBound_.end()) passed.push_back(bound);
+      bound = known == nextBound_.end() ? bound->GetParent() : known->second;
     }
-    return node.GetGlobalFromDefaultTake();
+    for (const KFbxNode* each : passed) nextBound_[each] = bound;
+    return bound;
   }
 
   static KFbxXMatrix BoneSpace(const BoneNode& bone) {
@@ -176,6 +188,7 @@ class BoneExtractor {
   ConversionJob& job_;
   SkeletonState& skeleton_;
   const scene::KFbxScene& scene_;
+  std::unordered_map<const KFbxNode*, const KFbxNode*> nextBound_;
 };
 
 }  // namespace

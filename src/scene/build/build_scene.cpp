@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/build/build_scene.h"
 
+#include "scene/build/check_claims.h"
 #include "scene/build/scene_builder.h"
 
 namespace scene {
@@ -31,10 +32,22 @@ const PropertyTemplate* SceneBuilder::TemplateOf(std::string_view kind) const {
   return found == templates_.end() ? nullptr : &found->second;
 }
 
-void BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene) {
+ParseError BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene) {
   scene.Clear();
-  SceneBuilder(*tree, scene).Build();
-  scene.KeepFile(std::move(tree));
+  SceneBuilder builder(*tree, scene);
+  // An object takes a kilobyte; in files it takes a hundred bytes and more, its connection included.
+  constexpr size_t kFewObjects = 65536, kSmallestObject = 128;
+  if (builder.ObjectCount() > kFewObjects + tree->bytes.size() / kSmallestObject) {
+    return {"too many objects for a file of this size"};
+  }
+  builder.Build();
+  ParseError error{FindExcessiveClaim(scene, tree->bytes.size(), tree->MemoryAllowance())};
+  if (error.Failed()) {
+    scene.Clear();
+  } else {
+    scene.KeepFile(std::move(tree));
+  }
+  return error;
 }
 
 }  // namespace scene

@@ -9,6 +9,8 @@ namespace scene {
 
 /// Fills the empty `scene` with what the records describe. Damaged objects, connections and elements lose
 /// only themselves; nothing of the scene is converted or repaired.
-void BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene);
+/// @return why the file is refused because it asks for absurd amounts of memory or time, or no error; the
+/// scene is empty then
+ParseError BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene);
 
 }  // namespace scene

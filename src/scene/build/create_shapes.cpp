@@ -65,8 +65,8 @@ void SceneBuilder::AddChannel(uint32_t channel, std::span<const uint32_t> target
   if (percent == 0.0) return;
   FbxArray<double> full;
   // Some exporters write one weight for each control point there; then a target is fully on at 100.
-  if (targets.size() == 1 || !ReadArray(record.Child("FullWeights"), full) || full.size() != targets.size() ||
-      !IsUsable(full.View())) {
+  if (targets.size() == 1 || !ReadArray(record.Child("FullWeights"), full, targets.size()) ||
+      full.size() != targets.size() || !IsUsable(full.View())) {
     for (const uint32_t target : targets.last(1)) mesh.AddShape({table_[target].record, percent / 100.0});
     return;
   }
@@ -77,9 +77,11 @@ void SceneBuilder::AddChannel(uint32_t channel, std::span<const uint32_t> target
 /// Version 7.1 and older: "Shape" records inside the geometry, weighted by its property of the same name.
 void SceneBuilder::AddInlineShapes(const FbxObject& geometry, KFbxMesh& mesh) {
   std::unordered_map<std::string_view, double> percents;
+  bool read = false;
   for (const RecordRef shape : geometry.record) {
     if (shape.Name() != "Shape") continue;
-    if (percents.empty()) percents = Properties(geometry.record).Numbers();
+    if (!read) percents = Properties(geometry.record).Numbers();
+    read = true;
     const auto percent = percents.find(shape.Text(0));
     if (percent != percents.end() && percent->second != 0.0) mesh.AddShape({shape, percent->second / 100.0});
   }

@@ -23,6 +23,7 @@ class SceneBuilder {
  public:
   SceneBuilder(const RecordTree& tree, KFbxScene& scene);
 
+  size_t ObjectCount() const { return table_.Objects().size(); }
   void Build();
 
  private:

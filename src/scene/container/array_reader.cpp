@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/container/array_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -138,10 +139,12 @@ void ReadNumberText(const RecordTree& tree, const Value& list, FbxArray<T>& out)
 }
 
 template <typename T>
-bool ReadNumbers(RecordRef record, FbxArray<T>& out) {
+bool ReadNumbers(RecordRef record, FbxArray<T>& out, size_t most) {
   out.Release();
   const Value* first = record.ValueAt(0);
   if (!first) return true;
+  const size_t count = ClaimedCount(record);
+  if (count > most || count * sizeof(double) > record.Tree().MemoryAllowance()) return false;
   const bool bigEndian = record.Tree().bigEndian;
   if (first->kind == Value::Kind::Array) {
     const bool read = ReadTypedArray(*first, bigEndian, out);
@@ -168,8 +171,20 @@ bool ReadNumbers(RecordRef record, FbxArray<T>& out) {
 
 }  // namespace
 
-bool ReadArray(RecordRef record, FbxArray<double>& out) { return ReadNumbers(record, out); }
-bool ReadArray(RecordRef record, FbxArray<int32_t>& out) { return ReadNumbers(record, out); }
+bool ReadArray(RecordRef record, FbxArray<double>& out, size_t most) {
+  return ReadNumbers(record, out, most);
+}
+bool ReadArray(RecordRef record, FbxArray<int32_t>& out, size_t most) {
+  return ReadNumbers(record, out, most);
+}
+
+size_t ClaimedCount(RecordRef record) {
+  const Value* first = record.ValueAt(0);
+  if (!first || !first->IsList()) return record.ValueCount();
+  // A text cannot hold more numbers than it has room for separators.
+  const size_t room = static_cast<size_t>(first->size) / 2 + 1;
+  return first->kind == Value::Kind::NumberText ? std::min<size_t>(first->count, room) : first->count;
+}
 
 size_t ArrayElementSize(char code) {
   switch (code) {

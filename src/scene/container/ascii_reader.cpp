@@ -116,7 +116,9 @@ class AsciiReader {
     if (open_.size() >= kMaxRecordDepth)
       return Fail("record \"" + std::string(name) + "\": nested too deeply");
     constexpr size_t kMost = std::numeric_limits<uint32_t>::max() - 1;
-    if (tree_.records.size() >= kMost || tree_.values.size() >= kMost) return Fail("too many records");
+    if (tree_.records.size() >= kMost || tree_.values.size() >= kMost || tree_.IsOvercrowded()) {
+      return Fail("too many records for a file of this size");
+    }
     Record record;
     record.name = name;
     record.firstValue = static_cast<uint32_t>(tree_.values.size());

@@ -100,7 +100,9 @@ class BinaryReader {
     if (end < valuesEnd || end > limit || end <= start)
       return Fail(Quoted(header) + ": its end lies outside");
     if (open_.size() >= kMaxRecordDepth) return Fail(Quoted(header) + ": nested too deeply");
-    if (tree_.records.size() >= std::numeric_limits<uint32_t>::max() - 1) return Fail("too many records");
+    if (tree_.records.size() >= std::numeric_limits<uint32_t>::max() - 1 || tree_.IsOvercrowded()) {
+      return Fail("too many records for a file of this size");
+    }
 
     Record record;
     record.name = header.name;

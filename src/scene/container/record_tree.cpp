@@ -35,10 +35,11 @@ double RecordRef::Number(size_t i, double otherwise) const {
         break;
     }
   }
-  // A long list counts as its elements.
+  // A long list counts as its elements, but who asks for single ones never means an array of a mesh.
+  constexpr size_t kMostElements = 1024;
   if (ValueCount() != 1) return otherwise;
   FbxArray<double> elements;
-  if (!ReadArray(*this, elements) || i >= elements.size()) return otherwise;
+  if (!ReadArray(*this, elements, kMostElements) || i >= elements.size()) return otherwise;
   return elements[i];
 }
 

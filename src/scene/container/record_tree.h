@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "scene/container/chunk_list.h"
+
 namespace scene {
 
 /// What a container reader could not read, in words, and where.
@@ -65,8 +67,8 @@ class RecordTree {
   bool ascii = false;
   bool bigEndian = false;
   int version = 0;  ///< 7400 for 7.4
-  std::vector<Record> records;
-  std::vector<Value> values;
+  ChunkList<Record> records;
+  ChunkList<Value> values;
   std::deque<std::string> decodedTexts;  ///< texts that are not in the file as they stand
 
   /// Counts bytes of the file that were read for now, and gives their memory back when they have become many:
@@ -76,6 +78,13 @@ class RecordTree {
     if (passed_ < kMostPassed) return;
     passed_ = 0;
     if (releasePages) releasePages();
+  }
+  /// The most that may be unpacked at a time: what a file of this size can honestly ask for.
+  uint64_t MemoryAllowance() const { return 16 * uint64_t{bytes.size()} + (64 << 20); }
+  /// Whether the records take more memory than those of any honest file of this size.
+  bool IsOvercrowded() const {
+    return records.size() * sizeof(Record) + values.size() * sizeof(Value) >
+           10 * bytes.size() + (size_t{16} << 20);
   }
 
   /// The first top-level record `name`; an invalid reference when there is none.
@@ -127,6 +136,9 @@ class RecordRef {
   Iterator end() const { return {tree_, tree_ ? Get().end : 0}; }
 
   const RecordTree& Tree() const { return *tree_; }
+  /// Number of the record in its tree, and of the records below it.
+  uint32_t Index() const { return index_; }
+  uint32_t CountBelow() const { return tree_ ? Get().end - index_ - 1 : 0; }
 
  private:
   const Record& Get() const { return tree_->records[index_]; }

@@ -7,20 +7,6 @@ namespace {
 /// The node that old plug-ins put above everything. It is the scene's root under another name.
 constexpr std::string_view kRootModel = "Fbx_Root";
 
-/// The models of the current take, which may hold the transforms.
-std::unordered_map<std::string_view, RecordRef> CurrentTakeModels(const RecordTree& tree) {
-  std::unordered_map<std::string_view, RecordRef> models;
-  const RecordRef takes = tree.Find("Takes");
-  const std::string_view current = takes.Child("Current").Text(0);
-  for (const RecordRef take : takes) {
-    if (take.Name() != "Take" || take.Text(0) != current) continue;
-    for (const RecordRef model : take) {
-      if (model.Name() == "Model") models.emplace(model.Text(0), model);
-    }
-  }
-  return models;
-}
-
 RecordRef TransformChannel(RecordRef holder) {
   for (const RecordRef channel : holder) {
     if (channel.Name() == "Channel" && channel.Text(0) == "Transform") return channel;
@@ -28,10 +14,26 @@ RecordRef TransformChannel(RecordRef holder) {
   return {};
 }
 
+/// Transforms that the current take may hold, by the name of the model.
+std::unordered_map<std::string_view, RecordRef> CurrentTakeTransforms(const RecordTree& tree) {
+  std::unordered_map<std::string_view, RecordRef> transforms;
+  const RecordRef takes = tree.Find("Takes");
+  const std::string_view current = takes.Child("Current").Text(0);
+  for (const RecordRef take : takes) {
+    if (take.Name() != "Take" || take.Text(0) != current) continue;
+    for (const RecordRef model : take) {
+      if (model.Name() == "Model" && !transforms.contains(model.Text(0))) {
+        transforms.emplace(model.Text(0), TransformChannel(model));
+      }
+    }
+  }
+  return transforms;
+}
+
 }  // namespace
 
 void ObjectTable::ReadNestedObjects(const RecordTree& tree) {
-  const auto takeModels = CurrentTakeModels(tree);
+  const auto takeTransforms = CurrentTakeTransforms(tree);
   std::vector<RecordRef> models;
   for (uint32_t i = 0; i < tree.records.size(); i = tree.records[i].end) {
     const RecordRef record(&tree, i);
@@ -50,9 +52,9 @@ void ObjectTable::ReadNestedObjects(const RecordTree& tree) {
     }
     node.subType = record.Child("Type").Text(0);
     if (node.subType.empty() && record.Child("Vertices")) node.subType = "Mesh";
-    const auto inTake = takeModels.find(record.Text(0));
+    const auto inTake = takeTransforms.find(record.Text(0));
     node.channels = TransformChannel(record);
-    if (!node.channels && inTake != takeModels.end()) node.channels = TransformChannel(inTake->second);
+    if (!node.channels && inTake != takeTransforms.end()) node.channels = inTake->second;
     const uint32_t index = AddObject(node);
     byName_.emplace(record.Text(0), index);
     indices.push_back(index);

@@ -13,7 +13,7 @@ int CountLayers(RecordRef geometry) {
   int64_t count = 0;
   bool hasElements = false;
   for (const RecordRef record : geometry) {
-    if (record.Name() == "Layer") count = std::max(count, record.Integer(0, 0) + 1);
+    if (record.Name() == "Layer") count = std::max(count, std::min(record.Integer(0, 0), kMostLayers) + 1);
     hasElements |= record.Name().starts_with("LayerElement") || record.Name() == "GeometryUVInfo" ||
                    record.Name() == "MaterialAssignation";
   }

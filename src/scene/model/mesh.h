@@ -18,6 +18,12 @@ struct KFbxPolygon {
   uint32_t number = 0;  ///< among all polygons of the file, the dropped ones included
 };
 
+/// What a mesh asks for by what its records say, before anything is decoded.
+struct KFbxMeshClaim {
+  uint64_t bytes = 0;  ///< of all arrays that are in memory at once
+  uint64_t work = 0;   ///< bytes to go through each time the mesh is converted
+};
+
 /// A polygon mesh. Its arrays are decoded when they are first read and can be given up with ReleaseArrays;
 /// they come back when they are read again.
 class KFbxMesh : public KFbxNodeAttribute {
@@ -55,6 +61,8 @@ class KFbxMesh : public KFbxNodeAttribute {
   int GetSkinCount() const { return static_cast<int>(skins_.size()); }
   KFbxSkin* GetSkin(int i) const { return skins_[static_cast<size_t>(i)]; }
   std::span<const KFbxShape> GetShapes() const { return shapes_; }
+
+  KFbxMeshClaim GetClaim() const;
 
   void ReleaseControlPoints();
   /// Gives up the corners, but not what GetPolygon and the polygon counts tell.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scene/model/scene.h"
 
+#include <deque>
+
 namespace scene {
 
 KFbxScene::KFbxScene(std::string_view name) : KFbxObject(name) { Clear(); }
@@ -15,24 +17,26 @@ void KFbxScene::Clear() {
 }
 
 void KFbxScene::EvaluateTransforms() {
-  struct Pending {
-    KFbxNode* node;
-    WorldTransform parent;
+  struct Open {
+    const KFbxNode* node;
+    int nextChild;
+    WorldTransform world;
   };
-  // Depth first with a list of its own: trees may be deeper than the call stack.
-  std::vector<Pending> pending;
-  const auto addChildren = [&](const KFbxNode& node, const WorldTransform& world) {
-    for (int i = node.GetChildCount(); i-- > 0;) pending.push_back({node.GetChild(i), world});
+  // Depth first with a list of its own: trees may be deeper than the call stack. It holds one entry for each
+  // level, because a world transform is large.
+  std::deque<Open> open;
+  const auto evaluate = [&](KFbxNode& node, const WorldTransform& parent) {
+    const WorldTransform world = EvaluateWorldTransform(node.GetTransformProperties(), parent);
+    node.SetGlobalFromDefaultTake(world.global);
+    if (node.GetChildCount() > 0) open.push_back({&node, 0, world});
   };
-  const WorldTransform rootWorld = EvaluateWorldTransform(root_->GetTransformProperties(), {});
-  root_->SetGlobalFromDefaultTake(rootWorld.global);
-  addChildren(*root_, rootWorld);
-  while (!pending.empty()) {
-    const Pending next = pending.back();
-    pending.pop_back();
-    const WorldTransform world = EvaluateWorldTransform(next.node->GetTransformProperties(), next.parent);
-    next.node->SetGlobalFromDefaultTake(world.global);
-    addChildren(*next.node, world);
+  evaluate(*root_, {});
+  while (!open.empty()) {
+    Open& last = open.back();
+    KFbxNode& child = *last.node->GetChild(last.nextChild++);
+    const WorldTransform world = last.world;
+    if (last.nextChild == last.node->GetChildCount()) open.pop_back();
+    evaluate(child, world);
   }
 }
 

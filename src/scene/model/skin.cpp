@@ -23,7 +23,7 @@ std::optional<KFbxXMatrix> ReadInvertibleMatrix(RecordRef record) {
 
 std::optional<KFbxXMatrix> ReadMatrix(RecordRef record) {
   FbxArray<double> numbers;
-  if (!ReadArray(record, numbers) || numbers.size() != 16) return std::nullopt;
+  if (!ReadArray(record, numbers, 16) || numbers.size() != 16) return std::nullopt;
   KFbxXMatrix matrix;
   for (size_t i = 0; i < 16; ++i) {
     if (i % 4 != 3) matrix.At(i) = numbers[i];
@@ -47,6 +47,10 @@ void KFbxCluster::ReadPairs() {
   const size_t count = std::min(indices_.size(), weights_.size());
   indices_.Shorten(count);
   weights_.Shorten(count);
+}
+
+uint64_t KFbxCluster::GetClaim() const {
+  return 4 * ClaimedCount(record_.Child("Indexes")) + 8 * ClaimedCount(record_.Child("Weights"));
 }
 
 int KFbxCluster::GetControlPointIndicesCount() {
@@ -77,6 +81,10 @@ std::optional<KFbxXMatrix> KFbxCluster::GetTransformMatrix() const {
 
 void KFbxSkin::ReleaseArrays() {
   for (KFbxCluster* cluster : clusters_) cluster->ReleaseArrays();
+}
+
+uint64_t KFbxShape::GetClaim() const {
+  return 4 * ClaimedCount(record.Child("Indexes")) + 8 * ClaimedCount(record.Child("Vertices"));
 }
 
 void ApplyShape(const KFbxShape& shape, std::span<double> points) {

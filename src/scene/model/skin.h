@@ -31,6 +31,8 @@ class KFbxCluster : public KFbxObject {
   /// One for each index.
   std::span<const double> GetControlPointWeights();
   void ReleaseArrays();
+  /// Bytes that the arrays say they take when they are decoded.
+  uint64_t GetClaim() const;
 
   /// World transform of the mesh node at bind time; none when the file has none. Files store it relative to
   /// the link, which this undoes.
@@ -77,6 +79,9 @@ class KFbxSkin : public KFbxObject {
 struct KFbxShape {
   RecordRef record;   ///< holds "Indexes" and "Vertices", offsets from the base mesh
   double factor = 0;  ///< 1 for fully on
+
+  /// Bytes that the arrays say they take when they are decoded.
+  uint64_t GetClaim() const;
 };
 
 /// Adds the offsets of `shape` to `points` (x, y, z each), once for each index that exists.

@@ -8,10 +8,13 @@
 namespace scene {
 namespace {
 
+/// What systems take at most.
+constexpr size_t kLongestPath = 4096;
+
 /// First text among children that files spell in several ways.
 std::string_view FirstText(RecordRef record, std::initializer_list<std::string_view> names) {
   for (const std::string_view name : names) {
-    const std::string_view text = record.Child(name).Text(0);
+    const std::string_view text = record.Child(name).Text(0).substr(0, kLongestPath);
     if (!text.empty()) return text;
   }
   return {};

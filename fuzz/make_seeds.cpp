@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+//
+// make_seeds FOLDER: writes the seeds of each target into FOLDER/<target>: small rigs, the fixtures, the
+// files of the packages that they become, and pictures.
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "actor/load_actor.h"
+#include "driver/convert.h"
+#include "driver/scene_loader.h"
+#include "support/character.h"
+#include "support/sample_pictures.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Rig {
+  std::string name, bytes;
+};
+
+void Write(const fs::path& path, const std::string& bytes) {
+  fs::create_directories(path.parent_path());
+  std::ofstream file(path, std::ios::binary);
+  if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {
+    std::fprintf(stderr, "cannot write %s\n", path.c_str());
+    std::exit(1);
+  }
+}
+
+/// Skin, two materials, coordinates, a picture with an embedded file, bind pose.
+std::string SmallRig() {
+  using namespace support;
+  Character model;
+  const auto hip = model.Bone("hip", 0, {At(0, 1, 0), Scaled(100, 100, 100)});
+  const auto knee = model.Bone("knee", hip, {At(0, 1, 0), Turned(0, 0, 30)});
+  auto mesh = model.Mesh("body", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1}, {0, 1, 2, -4, 0, 1, -5}, 0,
+                         {Turned(10, 20, 30)});
+  model.Coordinates(mesh, {0, 0, 1, 0, 1, 1}, {0, 1, 2, 0, 1, 2, 0});
+  model.MaterialNumbers(mesh, {0, 1});
+  const auto cloth = model.Material(mesh, "phong", {Property("DiffuseColor", {1.0, 0.5, 0.25})});
+  model.Texture(cloth, "C:\\art\\cloth.png", "cloth.png");
+  model.Material(mesh, "lambert");
+  model.Weights(mesh, hip, {0, 1, 2, 4}, {1, 0.5, 0.25, 1});
+  model.Weights(mesh, knee, {1, 2, 3}, {0.5, 0.75, 1}).Add(Doubles("TransformLink", Translation(1, 2, 3)));
+  model.BindPose({{hip, ScaleMatrix(100, 100, 100)}, {knee, Translation(0, 2, 0)}, {mesh.node, Identity()}});
+  return model.Text();
+}
+
+std::vector<Rig> Rigs(const fs::path& source) {
+  std::vector<Rig> rigs{{"small.fbx", SmallRig()}};
+  for (const auto& entry : fs::directory_iterator(source / "tests/fixtures")) {
+    if (entry.path().extension() != ".fbx") continue;
+    rigs.push_back({entry.path().filename(), support::ReadWholeFile(entry.path())});
+  }
+  return rigs;
+}
+
+uint8_t KindOf(const std::string& name) {
+  static constexpr const char* kEndings[] = {".csf", ".cmf", ".xrf", ".xfg", ".tga"};
+  uint8_t kind = 0;
+  while (kind < std::size(kEndings) && !name.ends_with(kEndings[kind])) ++kind;
+  return kind;
+}
+
+/// The files that `rig` becomes, each behind its kind's number, and the document for the final settings.
+void WritePackageSeeds(const fs::path& out, const Rig& rig) {
+  const support::TempFolder folder;
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.Path());
+  folder.Write(rig.name, rig.bytes);
+  ts3d::ConversionJob job;
+  const ts3d::ConversionResult result = RunConversion(job, {folder.Path() + "\\" + rig.name, {}});
+  ts3d::DestroySdkObjects(job.sdkManager);
+  fs::current_path(before);
+  if (result != ts3d::ConversionResult::Success) return;
+  const std::string stem = rig.name.substr(0, rig.name.size() - 3);
+  const std::string package = support::ReadWholeFile(folder.Path(stem + "czp"));
+  actor::PackageContents contents;
+  std::string error;
+  if (!ReadPackageBytes(package, {}, contents, error)) return;
+  Write(out / "package_fuzz" / (stem + "czp"), '\x05' + package);
+  for (const actor::Member& member : contents.members) {
+    const auto kind = static_cast<char>(KindOf(member.name));
+    Write(out / "package_fuzz" / (stem + member.name), kind + member.bytes);
+    if (!member.name.ends_with(".xfg")) continue;
+    std::string input = member.bytes;
+    input.append("\0body=Skin|hat=~Cap|body_a=`Hat", 31).append("\0hip=pelvis", 11);
+    Write(out / "document_fuzz" / member.name, input);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) return std::fprintf(stderr, "usage: make_seeds FOLDER\n"), 1;
+  const fs::path out = fs::absolute(argv[1]);
+  constexpr size_t kBinaryHeader = 27;
+  for (const Rig& rig : Rigs(TS3D_SOURCE_FOLDER)) {
+    const bool isBinary = rig.bytes.starts_with("Kaydara");
+    // The start of a file is the target's own.
+    const std::string body = rig.bytes.substr(isBinary ? kBinaryHeader : 0);
+    Write(out / (isBinary ? "binary_fuzz" : "ascii_fuzz") / rig.name, (isBinary ? '\x04' : '\0') + body);
+    Write(out / "load_fuzz" / rig.name, rig.bytes);
+    Write(out / "rig_fuzz" / rig.name, rig.bytes);
+    WritePackageSeeds(out, rig);
+  }
+  for (const support::SamplePicture& picture : support::SamplePictures()) {
+    Write(out / "image_fuzz" / picture.kind, picture.file);
+    Write(out / "package_fuzz" / picture.kind, '\x04' + picture.file);
+  }
+  return 0;
+}

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "scene/build/check_claims.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "scene/model/mesh.h"
+
+namespace scene {
+namespace {
+
+/// Memory that a conversion takes for each byte of a mesh's arrays.
+constexpr uint64_t kMemoryPerByte = 4;
+
+/// Text that a name becomes in all lists of the document.
+uint64_t ListedSize(const KFbxNode& node) {
+  return static_cast<uint64_t>(std::max(node.GetMaterialCount(), 1)) * (4 * node.GetName().size() + 200);
+}
+
+}  // namespace
+
+KString FindExcessiveClaim(KFbxScene& scene, uint64_t fileSize, uint64_t allowance) {
+  // A mesh may serve thousands of nodes and is converted for each of them.
+  const uint64_t mostWork = 512 * fileSize + (uint64_t{2} << 30);
+  std::unordered_map<const KFbxMesh*, KFbxMeshClaim> claims;
+  uint64_t work = 0, text = 0;
+  KString excess;
+  scene.ForEach<KFbxNode>([&](const KFbxNode& node) {
+    const KFbxMesh* mesh = node.GetParent() ? node.GetMesh() : nullptr;
+    if (!mesh || !excess.empty()) return;
+    const auto [claim, isNew] = claims.try_emplace(mesh);
+    if (isNew) claim->second = mesh->GetClaim();
+    work += claim->second.work;
+    text += ListedSize(node);
+    if (claim->second.bytes > allowance / kMemoryPerByte) {
+      excess = "a mesh unpacks to far more than a file of this size can hold";
+    } else if (work > mostWork) {
+      excess = "its nodes repeat large meshes too often";
+    } else if (text > allowance / 2) {
+      excess = "its meshes have too many materials for a file of this size";
+    }
+  });
+  return excess;
+}
+
+}  // namespace scene

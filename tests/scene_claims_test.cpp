@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+//
+// Models that ask for far more memory or time than their size are refused before anything is spent.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "scene/build/build_scene.h"
+#include "support/load_scene.h"
+
+namespace {
+
+using namespace support;
+using testing::HasSubstr;
+
+/// Why the file is refused; empty when it is not.
+std::string Refusal(const FbxFile& file) {
+  ReadResult result = ReadRecords(WriteBinary(file.Records()));
+  if (!result.error.empty()) return result.error;
+  scene::KFbxScene scene("scene");
+  return BuildScene(std::move(result.tree), scene).text;
+}
+
+/// 18 MB of zeros, which pack to 18 KB.
+FbxRecord Bomb(const char* name, char code = 'd') {
+  return {name, {FbxValue::PackedArray(code, std::vector<double>(2'250'000))}};
+}
+
+/// A mesh with the extra records below its geometry, on a node with a skin of one cluster.
+FbxFile MeshWith(FbxRecords extra, FbxRecords ofCluster = {}) {
+  FbxFile file;
+  file.Model(1, "body");
+  FbxRecord& mesh = file.Object("Geometry", 2, "", "Mesh");
+  mesh.children = std::move(extra);
+  mesh.Add(Doubles("Vertices", {0, 0, 0, 1, 0, 0, 0, 1, 0}));
+  mesh.Add(Ints("PolygonVertexIndex", {0, 1, -3}));
+  file.Skin(3);
+  file.Object("Deformer", 4, "", "Cluster").children = std::move(ofCluster);
+  file.Connect({{1, 0}, {2, 1}, {3, 2}, {4, 3}});
+  return file;
+}
+
+TEST(ExcessiveClaims, OfPackedArraysAreRefusedUnlessNobodyReadsThem) {
+  const char* const refusal = "a mesh unpacks to far more than a file of this size can hold";
+  EXPECT_EQ(Refusal(MeshWith({Bomb("Vertices")})), refusal);
+  EXPECT_EQ(Refusal(MeshWith({Bomb("PolygonVertexIndex", 'i')})), refusal);
+  EXPECT_EQ(Refusal(MeshWith({}, {Bomb("Indexes", 'i'), Bomb("Weights")})), refusal);
+  EXPECT_EQ(Refusal(MeshWith({{"LayerElementUV", {0}, {Bomb("UV")}}})), refusal);
+  EXPECT_EQ(Refusal(MeshWith({{"LayerElementNormal", {0}, {Bomb("Normals")}}})), "");
+  EXPECT_EQ(Refusal(MeshWith({}, {Bomb("Transform")})), "");
+}
+
+/// One mesh under `count` nodes.
+FbxFile Instances(int count, size_t points) {
+  FbxFile file;
+  file.Object("Geometry", 1, "", "Mesh")
+      .Add({"Vertices", {FbxValue::PackedArray('d', std::vector<double>(3 * points))}});
+  for (int i = 0; i < count; ++i) {
+    file.Model(10 + i, "tree");
+    file.Connect(10 + i, 0);
+    file.Connect(1, 10 + i);
+  }
+  return file;
+}
+
+TEST(ExcessiveClaims, OfMeshesThatServeManyNodesAreRefusedWhenNothingHonestAsksForThem) {
+  EXPECT_EQ(Refusal(Instances(5000, 10'000)), "");
+  EXPECT_EQ(Refusal(Instances(20'000, 500'000)), "its nodes repeat large meshes too often");
+}
+
+TEST(ExcessiveClaims, OfNamesAndObjectsAreRefused) {
+  FbxFile materials = MeshWith({});
+  materials.Model(9, std::string(5000, 'n'));
+  materials.Connect({{9, 0}, {2, 9}});
+  for (int i = 100; i < 20'000; ++i) {
+    materials.Material(i, "m", "phong");
+    materials.Connect(i, 9);
+  }
+  EXPECT_EQ(Refusal(materials), "its meshes have too many materials for a file of this size");
+  FbxFile objects;
+  for (int i = 1; i < 140'000; ++i) objects.Object("Model", i, "");
+  EXPECT_EQ(Refusal(objects), "too many objects for a file of this size");
+}
+
+TEST(ExcessiveClaims, OfRecordsAreRefused) {
+  std::string text = "; FBX 7.4.0 project file\n";
+  for (int i = 0; i < 2'000'000; ++i) text += "a:";
+  EXPECT_THAT(ReadRecords(text).error, HasSubstr("too many records for a file of this size"));
+}
+
+TEST(LongNames, AreCutWhereNoFileSystemTakesThemAnyway) {
+  FbxFile file;
+  file.Model(1, std::string(100'000, 'n'));
+  file.Connect(1, 0);
+  EXPECT_EQ(LoadScene(file)->GetRootNode()->GetChild(0)->GetName(), std::string(1024, 'n'));
+}
+
+}  // namespace
