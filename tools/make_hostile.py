@@ -399,10 +399,10 @@ def property_tables(size):
 def old_take(size):
     """Models of one name that all look up the same long list of channels."""
     half = size // 2
-    channels = b"Channel:\"x\"{}\n" * (half // 15)
+    channels = b"Channel:\"x\"{}\n" * (half // 30)
     models = b"Model:\"a\"{}\n" * (half // 13)
     return (b"; FBX 5.8.0 project file\n" + models + b"Takes:{\nCurrent:\"t\"\nTake:\"t\"{\nModel:\"a\"{\n" + channels +
-            b"Channel:\"Transform\"{}\n}\n}\n}\nObjects:{}\nConnections:{}\n")
+            b"Channel:\"Transform\"{\n" + channels + b"}\n}\n}\n}\nObjects:{}\nConnections:{}\n")
 
 
 @model

@@ -126,9 +126,16 @@ KFbxObject* SceneBuilder::CreateObject(const FbxObject& object) {
 KFbxNode* SceneBuilder::CreateNode(const FbxObject& object) {
   KFbxNode& node = scene_.Create<KFbxNode>(object.name);
   node.SetTransformProperties(object.channels
-                                  ? ReadTransformChannels(object.channels)
+                                  ? TransformOf(object.channels)
                                   : ReadTransform(Properties(object.record, TemplateOf("Model"))));
   return &node;
+}
+
+/// Models of one name share the channels of a take, which may be long.
+const TransformProperties& SceneBuilder::TransformOf(RecordRef channels) {
+  const auto [transform, isNew] = channelTransforms_.try_emplace(channels.Index());
+  if (isNew) transform->second = ReadTransformChannels(channels);
+  return transform->second;
 }
 
 KFbxNodeAttribute* SceneBuilder::CreateAttribute(const FbxObject& object) {

@@ -38,6 +38,7 @@ class SceneBuilder {
   void CreateObjects();
   KFbxObject* CreateObject(const FbxObject& object);
   KFbxNode* CreateNode(const FbxObject& object);
+  const TransformProperties& TransformOf(RecordRef channels);
   KFbxNodeAttribute* CreateAttribute(const FbxObject& object);
   KFbxObject* CreateDeformer(const FbxObject& object);
   KFbxSurfaceMaterial* CreateMaterial(const FbxObject& object);
@@ -69,6 +70,7 @@ class SceneBuilder {
   ObjectTable table_;
   std::unordered_map<std::string_view, PropertyTemplate> templates_;
   std::vector<KFbxObject*> made_;
+  std::unordered_map<uint32_t, TransformProperties> channelTransforms_;  ///< by the channels' record
   std::vector<bool> taken_;  ///< deformers that have found their place
 };
 

@@ -136,7 +136,7 @@ class RecordRef {
   Iterator end() const { return {tree_, tree_ ? Get().end : 0}; }
 
   const RecordTree& Tree() const { return *tree_; }
-  /// Number of the record in its tree, and of the records below it.
+  /// Number of the record in its tree; how many records are below it.
   uint32_t Index() const { return index_; }
   uint32_t CountBelow() const { return tree_ ? Get().end - index_ - 1 : 0; }
 
