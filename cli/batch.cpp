@@ -52,12 +52,15 @@ void PrintLines(const std::string& model, const std::string& text) {
 class Running {
  public:
   Running(size_t index, const ModelTask& task, const ConvertOptions& options,
-          const std::optional<FinishSettings>& finish, bool keepsInput)
+          const std::optional<FinishSettings>& finish, const StatusPrinter& printer, bool keepsInput)
       : index_(index),
         work_(task.model),
         child_(
             [&](const ChildProcess::Send& send) {
-              const auto onStatus = [&](std::string_view line) { send(kStatusMessage + std::string(line)); };
+              // Each message wakes the other process: thousands of them cost more than a small model.
+              const auto onStatus = [&](std::string_view line) {
+                if (printer.Wants(line)) send(kStatusMessage + std::string(line));
+              };
               ModelResult result = ConvertInWorkFolder(task, work_, options, finish, onStatus);
               send(kResultMessage + ToJson(result).dump(-1, ' ', false, Json::error_handler_t::replace));
             },
@@ -89,6 +92,8 @@ class Batch {
 
   std::vector<ModelResult> Run(bool& interrupted) {
     const InterruptWatch watch;
+    // A process of its own takes a millisecond, which a single model need not pay: nothing else can suffer.
+    if (tasks_.size() == 1 && options_.report.empty()) return RunHere(watch, interrupted);
     const size_t atATime = options_.jobs ? options_.jobs : std::max(1u, std::thread::hardware_concurrency());
     while ((next_ < tasks_.size() || !running_.empty()) && !watch.Interrupted()) {
       while (next_ < tasks_.size() && running_.size() < atATime) Start(next_++);
@@ -97,6 +102,36 @@ class Batch {
     interrupted = watch.Interrupted();
     printer_.ClearBar();
     running_.clear();
+    return Finished();
+  }
+
+ private:
+  struct InterruptedRun {};
+
+  /// Converts the only model in this process.
+  std::vector<ModelResult> RunHere(const InterruptWatch& watch, bool& interrupted) {
+    const ModelTask& task = tasks_.front();
+    const auto onStatus = [&](std::string_view line) {
+      if (watch.Interrupted()) throw InterruptedRun();
+      printer_.Print(task.name, line);
+    };
+    try {
+      if (const char* problem = Refusal(task)) {
+        Fail(0, FBX_TO_TS3D_NO_FILE, problem);
+      } else {
+        const WorkFolder work(task.model);
+        Complete(0, work, ConvertInWorkFolder(task, work, options_, finish_, onStatus));
+      }
+    } catch (const InterruptedRun&) {
+      interrupted = true;
+    } catch (const std::exception& error) {
+      Fail(0, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+    }
+    printer_.ClearBar();
+    return Finished();
+  }
+
+  std::vector<ModelResult> Finished() {
     std::vector<ModelResult> finished;
     for (std::optional<ModelResult>& result : results_) {
       if (result) finished.push_back(std::move(*result));
@@ -104,7 +139,6 @@ class Batch {
     return finished;
   }
 
- private:
   void Start(size_t index) {
     const ModelTask& task = tasks_[index];
     if (const char* problem = Refusal(task)) return Fail(index, FBX_TO_TS3D_NO_FILE, problem);
@@ -113,7 +147,7 @@ class Batch {
                   "another model of this command line makes the same package, " + task.Package().string());
     }
     try {
-      running_.emplace_back(index, task, options_, finish_, tasks_.size() == 1);
+      running_.emplace_back(index, task, options_, finish_, printer_, tasks_.size() == 1);
     } catch (const std::exception& error) {
       Fail(index, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
     }
@@ -164,23 +198,25 @@ class Batch {
   }
 
   void Finish(Running& model) {
-    const ModelTask& task = tasks_[model.Index()];
     if (!model.hasResult) {
       return Fail(model.Index(), kCrashed,
                   "the conversion ended with signal " + std::to_string(model.Child().Signal()) +
                       "; please send us the model, so that we can mend that");
     }
-    ModelResult& result = model.result;
-    result.readerOutput = std::move(model.output);
+    model.result.readerOutput = std::move(model.output);
+    model.result.seconds = model.Seconds();
+    Complete(model.Index(), model.Work(), std::move(model.result));
+  }
+
+  void Complete(size_t index, const WorkFolder& work, ModelResult result) {
     if (result.code == 0) {
       try {
-        Publish(task, model.Work());
+        Publish(tasks_[index], work);
       } catch (const fs::filesystem_error& error) {
-        return Fail(model.Index(), FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+        return Fail(index, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
       }
     }
-    result.seconds = model.Seconds();
-    Tell(model.Index(), std::move(result));
+    Tell(index, std::move(result));
   }
 
   void Fail(size_t index, int code, const std::string& reason) {

@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -15,7 +14,6 @@
 #include "textures/image_reader.h"
 
 namespace cli {
-namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kExamples =

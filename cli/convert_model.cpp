@@ -114,7 +114,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     result.triangles = job.polygonTotal;
     const fs::path package = WithExtension(work.Model(), "czp");
     result.packageBytes = fs::file_size(package);
-    result.members = ListMembers(package);
+    if (!options.report.empty()) result.members = ListMembers(package);
     result.package = task.Package().string();
   }
   return result;

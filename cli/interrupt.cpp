@@ -8,7 +8,11 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-void NoteInterrupt(int) { interrupted = 1; }
+/// The second wish is obeyed at once.
+void NoteInterrupt(int signal) {
+  interrupted = 1;
+  std::signal(signal, SIG_DFL);
+}
 
 void Handle(int signal, void (*handler)(int)) {
   // What the shell has switched off, as nohup does, stays off.

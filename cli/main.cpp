@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
 #include "check_command.h"
 #include "completion_command.h"
@@ -30,6 +31,26 @@ void KeepFreedMemory() {
 #endif
 }
 
+struct Command {
+  std::string_view name;
+  void (*add)(CLI::App& app, cli::RunCommand& run);
+};
+constexpr Command kCommands[] = {
+    {"convert", cli::AddConvertCommand}, {"check", cli::AddCheckCommand},
+    {"finish", cli::AddFinishCommand},   {"inspect", cli::AddInspectCommand},
+    {"preview", cli::AddPreviewCommand}, {"export", cli::AddExportCommand},
+    {"repack", cli::AddRepackCommand},   {"completion", cli::AddCompletionCommand},
+    {"manual", cli::AddManualCommand}};
+
+/// Adds the commands that `first`, the first word of the command line, may need. Setting up all of them takes
+/// as long as a small mesh.
+void AddCommands(std::string_view first, CLI::App& app, cli::RunCommand& run) {
+  for (const Command& command : kCommands) {
+    if (command.name == first && first != "completion" && first != "manual") return command.add(app, run);
+  }
+  for (const Command& command : kCommands) command.add(app, run);
+}
+
 int Run(int argc, char** argv) {
   CLI::App app("Converts rigged, skinned FBX characters into actor packages (.czp) for Tessaly 3D Studio.",
                "fbx2czp");
@@ -37,15 +58,7 @@ int Run(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer("'fbx2czp COMMAND --help' tells more, with examples.");
   cli::RunCommand run;
-  cli::AddConvertCommand(app, run);
-  cli::AddCheckCommand(app, run);
-  cli::AddFinishCommand(app, run);
-  cli::AddInspectCommand(app, run);
-  cli::AddPreviewCommand(app, run);
-  cli::AddExportCommand(app, run);
-  cli::AddRepackCommand(app, run);
-  cli::AddCompletionCommand(app, run);
-  cli::AddManualCommand(app, run);
+  AddCommands(argc > 1 ? argv[1] : "", app, run);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

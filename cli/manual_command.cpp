@@ -13,12 +13,8 @@ std::string Escaped(const std::string& text) {
   bool atLineStart = true;
   for (const char c : text) {
     if (atLineStart && (c == '.' || c == '\'')) escaped += "\\&";
-    if (c == '\\')
-      escaped += "\\e";
-    else if (c == '-')
-      escaped += "\\-";
-    else
-      escaped += c;
+    if (c == '\\' || c == '-') escaped += '\\';
+    escaped += c == '\\' ? 'e' : c;
     atLineStart = c == '\n';
   }
   return escaped;

@@ -162,9 +162,10 @@ void WritePage(const PreviewOptions& options, const actor::Actor& actor) {
 int RunPreview(const PreviewOptions& options) {
   try {
     const bool wantsPage = HasExtension(options.output, ".html");
-    if (wantsPage && preview::PageTemplate().empty())
+    if (wantsPage && preview::PageTemplate().empty()) {
       throw PreviewFailure(kUsageError,
                            "this fbx2czp was built without Node.js and has no page; write a .png picture");
+    }
     const actor::Actor actor = LoadInput(options.input);
     if (wantsPage) {
       WritePage(options, actor);

@@ -25,6 +25,16 @@ bool IsProgressLine(std::string_view line) {
 StatusPrinter::StatusPrinter(Verbosity verbosity, size_t total)
     : verbosity_(verbosity), showsBar_(verbosity == Verbosity::Normal && IsTerminal(stderr)), total_(total) {}
 
+bool StatusPrinter::Wants(std::string_view line) const {
+  if (IsProgressLine(line)) return showsBar_ || verbosity_ == Verbosity::Verbose;
+  return showsBar_ || TellsAll() || IsProblem(line);
+}
+
+bool StatusPrinter::TellsAll() const {
+  // Of many models only what is wrong is told.
+  return verbosity_ == Verbosity::Verbose || (verbosity_ == Verbosity::Normal && total_ == 1);
+}
+
 void StatusPrinter::Print(const std::string& model, std::string_view line) {
   if (line.starts_with(kMeshLine)) mesh_ = line.substr(kMeshLine.size());
   if (total_ > 1) ShowModels(model);
@@ -32,9 +42,7 @@ void StatusPrinter::Print(const std::string& model, std::string_view line) {
     if (total_ == 1) ShowBar(std::atoi(std::string(line.substr(kProgressLine.size())).c_str()), mesh_);
     return;
   }
-  // Of many models only what is wrong is told.
-  const bool tellsAll = verbosity_ == Verbosity::Verbose || (verbosity_ == Verbosity::Normal && total_ == 1);
-  if (!tellsAll && !IsProblem(line)) return;
+  if (!TellsAll() && !IsProblem(line)) return;
   ClearBar();
   const std::string text(line);
   std::fprintf(stderr, "fbx2czp: %s: %s\n", model.c_str(),

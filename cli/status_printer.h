@@ -17,6 +17,8 @@ class StatusPrinter {
   /// @param total  models to convert; with more than one the bar counts them
   StatusPrinter(Verbosity verbosity, size_t total);
 
+  /// Whether Print would show anything of `line`.
+  bool Wants(std::string_view line) const;
   void Print(const std::string& model, std::string_view line);
   /// Counts a model that is done.
   void ModelDone();
@@ -24,6 +26,7 @@ class StatusPrinter {
   void ClearBar();
 
  private:
+  bool TellsAll() const;
   void ShowBar(int percent, const std::string& text);
   void ShowModels(const std::string& model);
 
