@@ -115,7 +115,8 @@ TEST_F(Batch, AConversionThatIsKilledIsToldAndLeavesNothing) {
   fs::create_directory(folder_.Path("tmp"));
   // A file-size limit ends the conversion by a signal in the middle of a mesh file.
   const std::string command = "cd '" + folder_.Path() +
-                              "' && ulimit -f 20 && TMPDIR=tmp '" FBX2CZP_PATH "' convert -q a.fbx missing.fbx 2>err.txt >out.txt";
+                              "' && ulimit -f 20 && TMPDIR=tmp '" FBX2CZP_PATH
+                              "' convert -q a.fbx missing.fbx 2>err.txt >out.txt";
   EXPECT_EQ(WEXITSTATUS(std::system(("bash -c \"" + command + "\"").c_str())), 70);
   EXPECT_NE(ReadWholeFile(folder_.Path("err.txt")).find("a.fbx: error: the conversion ended with signal 25"),
             std::string::npos);
