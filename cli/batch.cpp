@@ -27,16 +27,20 @@ constexpr char kStatusMessage = 'S', kResultMessage = 'R';
 
 void AddFolder(const std::string& name, const ConvertOptions& options, std::vector<ModelTask>& tasks) {
   std::vector<fs::path> found;
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(name)) {
-    const bool isModel = ts3d::EqualsIgnoreCase(entry.path().extension().string(), ".fbx");
-    if (isModel && entry.is_regular_file()) found.push_back(entry.path());
+  std::error_code failed;
+  // What cannot be looked into is no reason to leave out the rest.
+  fs::recursive_directory_iterator entry(name, fs::directory_options::skip_permission_denied, failed);
+  for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
+    const bool isModel = ts3d::EqualsIgnoreCase(entry->path().extension().string(), ".fbx");
+    std::error_code unknown;
+    if (isModel && entry->is_regular_file(unknown)) found.push_back(entry->path());
   }
   std::sort(found.begin(), found.end());
   for (const fs::path& path : found) {
     const fs::path model = fs::absolute(path);
-    const fs::path folder = options.outputFolder.empty()
-                                ? model.parent_path()
-                                : fs::absolute(options.outputFolder) / fs::relative(path, name).parent_path();
+    const fs::path folder = options.outputFolder.empty() ? model.parent_path()
+                                                         : fs::absolute(options.outputFolder) /
+                                                               path.lexically_relative(name).parent_path();
     tasks.push_back({path.lexically_normal().string(), model, folder});
   }
 }
@@ -44,8 +48,19 @@ void AddFolder(const std::string& name, const ConvertOptions& options, std::vect
 void PrintLines(const std::string& model, const std::string& text) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
-    if (!line.empty()) std::fprintf(stderr, "fbx2czp: %s: %s\n", model.c_str(), line.c_str());
+    if (!line.empty())
+      std::fprintf(stderr, "fbx2czp: %s: %s\n", Printable(model).c_str(), Printable(line).c_str());
   }
+}
+
+/// Why a conversion ended without a result.
+std::string DescribeSignal(int signal) {
+  const std::string text = "the conversion ended with signal " + std::to_string(signal);
+  constexpr int kKill = 9, kTerminate = 15, kFileTooLarge = 25;
+  if (signal == kKill) return text + ": it was killed, perhaps for lack of memory";
+  if (signal == kTerminate) return text + ": somebody ended it";
+  if (signal == kFileTooLarge) return text + ": a file would have become larger than allowed";
+  return text + "; please send us the model, so that we can mend that";
 }
 
 /// A model whose conversion runs.
@@ -61,7 +76,13 @@ class Running {
               const auto onStatus = [&](std::string_view line) {
                 if (printer.Wants(line)) send(kStatusMessage + std::string(line));
               };
-              ModelResult result = ConvertInWorkFolder(task, work_, options, finish, onStatus);
+              ModelResult result;
+              try {
+                result = ConvertInWorkFolder(task, work_, options, finish, onStatus);
+              } catch (const std::exception& error) {
+                result.code = FBX_TO_TS3D_PACKAGE_FAILED;
+                result.reason = error.what();
+              }
               send(kResultMessage + ToJson(result).dump(-1, ' ', false, Json::error_handler_t::replace));
             },
             keepsInput) {}
@@ -96,7 +117,7 @@ class Batch {
     if (tasks_.size() == 1 && options_.report.empty()) return RunHere(watch, interrupted);
     const size_t atATime = options_.jobs ? options_.jobs : std::max(1u, std::thread::hardware_concurrency());
     while ((next_ < tasks_.size() || !running_.empty()) && !watch.Interrupted()) {
-      while (next_ < tasks_.size() && running_.size() < atATime) Start(next_++);
+      while (next_ < tasks_.size() && running_.size() < atATime && Start(next_)) ++next_;
       TakeMessages();
     }
     interrupted = watch.Interrupted();
@@ -139,18 +160,27 @@ class Batch {
     return finished;
   }
 
-  void Start(size_t index) {
+  /// @return false when the system has no room for another process until one has ended
+  bool Start(size_t index) {
     const ModelTask& task = tasks_[index];
-    if (const char* problem = Refusal(task)) return Fail(index, FBX_TO_TS3D_NO_FILE, problem);
-    if (!packages_.insert({task.Package(), index}).second) {
-      return Fail(index, kUsageError,
-                  "another model of this command line makes the same package, " + task.Package().string());
+    if (const char* problem = Refusal(task)) {
+      Fail(index, FBX_TO_TS3D_NO_FILE, problem);
+      return true;
+    }
+    std::error_code unknown;
+    const fs::path package = fs::weakly_canonical(task.folder, unknown) / task.Package().filename();
+    if (packages_.emplace(package, index).first->second != index) {
+      Fail(index, kUsageError,
+           "another model of this command line makes the same package, " + task.Package().string());
+      return true;
     }
     try {
       running_.emplace_back(index, task, options_, finish_, printer_, tasks_.size() == 1);
     } catch (const std::exception& error) {
+      if (!running_.empty()) return false;
       Fail(index, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
     }
+    return true;
   }
 
   static const char* Refusal(const ModelTask& task) {
@@ -163,7 +193,9 @@ class Batch {
       return "on Windows the path may only hold plain Latin letters; rename the file or its folder";
     }
     std::error_code failed;
-    return fs::exists(task.model, failed) ? nullptr : DescribeExitCode(FBX_TO_TS3D_NO_FILE);
+    const fs::file_status status = fs::status(task.model, failed);
+    if (!fs::exists(status)) return DescribeExitCode(FBX_TO_TS3D_NO_FILE);
+    return fs::is_regular_file(status) ? nullptr : "this is not a file that can be converted";
   }
 
   void TakeMessages() {
@@ -199,9 +231,7 @@ class Batch {
 
   void Finish(Running& model) {
     if (!model.hasResult) {
-      return Fail(model.Index(), kCrashed,
-                  "the conversion ended with signal " + std::to_string(model.Child().Signal()) +
-                      "; please send us the model, so that we can mend that");
+      return Fail(model.Index(), kCrashed, DescribeSignal(model.Child().Signal()));
     }
     model.result.readerOutput = std::move(model.output);
     model.result.seconds = model.Seconds();
@@ -213,7 +243,12 @@ class Batch {
       try {
         Publish(tasks_[index], work);
       } catch (const fs::filesystem_error& error) {
-        return Fail(index, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+        result.code = FBX_TO_TS3D_PACKAGE_FAILED;
+        result.reason =
+            "the package cannot be put into " + tasks_[index].folder.string() + ": " + error.code().message();
+        result.package.clear();
+        result.members.clear();
+        result.packageBytes = 0;
       }
     }
     Tell(index, std::move(result));
@@ -262,11 +297,12 @@ class Batch {
 std::vector<ModelTask> FindModels(const ConvertOptions& options) {
   std::vector<ModelTask> tasks;
   for (const std::string& name : options.models) {
-    if (fs::is_directory(name)) {
+    std::error_code unknown;
+    if (fs::is_directory(name, unknown)) {
       AddFolder(name, options, tasks);
       continue;
     }
-    const fs::path model = fs::absolute(name);
+    const fs::path model = name.empty() ? fs::path() : fs::absolute(name);
     tasks.push_back(
         {name, model,
          options.outputFolder.empty() ? model.parent_path() : fs::absolute(options.outputFolder)});

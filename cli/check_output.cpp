@@ -17,14 +17,6 @@ using ts3d::RigReport;
 
 constexpr int kJsonVersion = 1;
 
-/// `text` without what could control a terminal: names come from the model.
-std::string Printable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; },
-      '?');
-  return text;
-}
-
 void PrintLine(const std::string& line) { std::printf("%s\n", Printable(line).c_str()); }
 
 std::string Quoted(const std::string& name) { return "\"" + name + "\""; }

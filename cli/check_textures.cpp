@@ -45,7 +45,7 @@ void AddTextureFindings(const fs::path& model, ts3d::RigReport& report) {
     const TextureSearch search = FindTexture(model, texture.fileName, texture.relativeFileName);
     if (!search.found.empty()) {
       CheckPicture(search.found, texture, report);
-    } else if (!fs::is_regular_file(model.parent_path() / texture.tgaName)) {
+    } else if (std::error_code failed; !fs::is_regular_file(model.parent_path() / texture.tgaName, failed)) {
       report.Add(ts3d::findings::kTextureMissing, texture.tgaName, {source, Joined(search.places)});
     }
   }

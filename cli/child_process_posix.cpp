@@ -27,9 +27,14 @@ constexpr int kWaitMilliseconds = 200;
 /// Reading and writing end.
 std::array<int, 2> MakePipe() {
   std::array<int, 2> ends{};
-  if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail("pipe");
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) Fail("a process cannot be started");
   return ends;
 }
+
+struct FileCloser {
+  int file;
+  ~FileCloser() { close(file); }
+};
 
 bool WriteAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
@@ -63,7 +68,11 @@ bool SendFrame(int file, std::string_view message) {
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (nothing >= 0) dup2(nothing, STDIN_FILENO);
   }
-  work([messages](std::string_view message) { return SendFrame(messages, message); });
+  try {
+    work([messages](std::string_view message) { return SendFrame(messages, message); });
+  } catch (...) {
+    // The missing result tells; going on would make a second parent of this process.
+  }
   std::fflush(stdout);
   // Without destructors and exit handlers, which belong to the parent.
   _exit(0);
@@ -131,14 +140,14 @@ struct ChildProcess::State {
 ChildProcess::ChildProcess(const Work& work, bool keepsInput) : state_(std::make_unique<State>()) {
   const auto [messages, sendMessages] = MakePipe();
   state_->messages = messages;
+  const FileCloser closeMessages{sendMessages};
   const auto [output, sendOutput] = MakePipe();
   state_->output = output;
+  const FileCloser closeOutput{sendOutput};
   std::fflush(stdout);
   state_->process = fork();
   if (state_->process == 0) RunChild(work, sendMessages, sendOutput, keepsInput);
-  close(sendMessages);
-  close(sendOutput);
-  if (state_->process < 0) Fail("fork");
+  if (state_->process < 0) Fail("a process cannot be started");
 }
 
 ChildProcess::~ChildProcess() = default;

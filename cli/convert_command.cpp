@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -10,6 +11,7 @@
 #include "batch.h"
 #include "convert_options.h"
 #include "exit_codes.h"
+#include "host_paths.h"
 #include "terminal.h"
 #include "textures/image_reader.h"
 
@@ -34,12 +36,31 @@ int FirstFailure(const std::vector<ModelResult>& results) {
   return 0;
 }
 
+/// A report must not take the place of what it reports on, nor be refused when all the work is done.
+void CheckReportPath(const std::string& report, const std::vector<ModelTask>& tasks) {
+  namespace fs = std::filesystem;
+  if (report.empty()) return;
+  std::error_code failed;
+  const fs::path path = fs::weakly_canonical(fs::absolute(report), failed);
+  if (fs::is_directory(path, failed) || !fs::is_directory(path.parent_path(), failed)) {
+    throw std::runtime_error(report + ": the report cannot be written there");
+  }
+  for (const ModelTask& task : tasks) {
+    const fs::path folder = fs::weakly_canonical(task.folder, failed), package = task.Package().filename();
+    if (path == fs::weakly_canonical(task.model, failed) || path == folder / package ||
+        path == folder / WithExtension(package, "xfg")) {
+      throw std::runtime_error(report + ": the report would take the place of a model or its package");
+    }
+  }
+}
+
 int RunConvert(const ConvertOptions& options) {
   const auto begin = std::chrono::steady_clock::now();
   std::optional<FinishSettings> finish;
   if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
   const std::vector<ModelTask> tasks = FindModels(options);
   if (tasks.empty()) throw std::runtime_error("there is no .fbx file in the folders given");
+  CheckReportPath(options.report, tasks);
   bool interrupted = false;
   const std::vector<ModelResult> results = ConvertAll(tasks, options, finish, interrupted);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
@@ -100,7 +121,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   TakesNumber(convert.add_option(
                   "-j,--jobs", options->jobs,
                   "Models to convert at a time (default: one for each processor core; on Windows always 1)"),
-              1, 1024);
+              1, 256);
   convert.add_option("--report", options->report, "JSON file to write with the results of all models")
       ->type_name("FILE");
   AddVerbosity(convert, options->verbosity);

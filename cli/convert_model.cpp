@@ -71,11 +71,13 @@ void NoteRootScale(const ts3d::ConversionJob& job, ModelResult& result) {
   for (size_t axis = 0; axis < 3; ++axis) isScaled |= !(std::abs(scale[axis] - 1.0) <= kScaleTolerance);
   if (!isScaled) return;
   char text[400];
-  std::snprintf(text, sizeof text,
-                "the root bone has a scale of %g, %g, %g. Its stored position is multiplied by that, so the "
-                "model floats away from its place until an animation moves it there. Convert with "
-                "--rigid-bones, or apply the scale in your modelling program before the export",
-                scale[0], scale[1], scale[2]);
+  std::snprintf(
+      text, sizeof text,
+      "the root bone has a scale of %g, %g, %g, by which the stored positions are multiplied: unless "
+      "the root is at the origin, the model floats away from its place until an animation moves it "
+      "there. Convert with --rigid-bones, or apply the scale in your modelling program before the "
+      "export",
+      scale[0], scale[1], scale[2]);
   result.notes.emplace_back(text);
 }
 
@@ -130,8 +132,9 @@ void Publish(const ModelTask& task, const WorkFolder& work) {
       work.MoveTo(task.folder, name);
     }
   }
-  work.MoveTo(task.folder, WithExtension(task.model.filename(), "xfg"));
+  // The package first: a new document beside an old package is worse than the opposite.
   work.MoveTo(task.folder, task.Package().filename());
+  work.MoveTo(task.folder, WithExtension(task.model.filename(), "xfg"));
 }
 
 }  // namespace cli

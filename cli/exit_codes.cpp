@@ -23,6 +23,7 @@ constexpr std::pair<int, const char*> kCodes[] = {
     {FBX_TO_TS3D_UPDATE_FAILED, "the package could not be opened or extended; it is as it was"},
     {kUsageError, "wrong command line"},
     {kCrashed, "the conversion crashed; the model is told, and the others were converted"},
+    {kOutputFailed, "standard output could not be written"},
     {kInterrupted, "interrupted; nothing half done is left"}};
 
 }  // namespace

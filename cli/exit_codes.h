@@ -10,6 +10,8 @@ inline constexpr int kUsageError = 64;
 
 /// Exit status when the conversion of a model crashed.
 inline constexpr int kCrashed = 70;
+/// Exit status when standard output takes no more, as on a full disk.
+inline constexpr int kOutputFailed = 74;
 /// Exit status after Ctrl-C.
 inline constexpr int kInterrupted = 130;
 

@@ -24,6 +24,8 @@ void SetHandlers(void (*handler)(int)) {
   Handle(SIGTERM, handler);
 #ifdef SIGHUP
   Handle(SIGHUP, handler);
+  // Whoever read our output is gone: the models are converted all the same.
+  std::signal(SIGPIPE, handler == SIG_DFL ? SIG_DFL : SIG_IGN);
 #endif
 }
 

@@ -16,6 +16,7 @@
 #include "finish_command.h"
 #include "inspect_command.h"
 #include "manual_command.h"
+#include "platform/process.h"
 #include "preview_command.h"
 #include "repack_command.h"
 #include "terminal.h"
@@ -73,8 +74,12 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   KeepFreedMemory();
+  platform::OpenStandardStreams();
   try {
-    return Run(argc, argv);
+    const int status = Run(argc, argv);
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
+    cli::PrintMessage("", cli::Severity::Error, "the output cannot be written");
+    return status == 0 ? cli::kOutputFailed : status;
   } catch (const std::exception& error) {
     cli::PrintMessage("", cli::Severity::Error, error.what());
     return cli::kUsageError;

@@ -25,8 +25,9 @@ struct Totals {
   int warnings = 0;
 };
 
+/// Coded warnings and pictures that are missing.
 int CountWarnings(const ModelResult& result) {
-  int count = 0;
+  auto count = static_cast<int>(result.textureProblems.size());
   for (const auto& [code, times] : result.Warnings()) count += times;
   return count;
 }
@@ -129,14 +130,19 @@ void WriteReport(const std::string& path, const std::vector<ModelResult>& result
                    {"seconds", seconds}}},
                  {"models", Json::array()}};
   for (const ModelResult& result : results) report["models"].push_back(ToJson(result));
-  const std::string unfinished = path + ".part";
+  std::error_code failed;
+  const fs::file_status target = fs::status(path, failed);
+  // A pipe or a device is written to; only files are replaced.
+  const bool replaces = !fs::exists(target) || fs::is_regular_file(target);
+  const std::string unfinished = replaces ? path + ".part" : path;
   std::ofstream file(unfinished, std::ios::binary);
   // Names may be in any code page; what is no UTF-8 shows as a replacement character.
   file << report.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
   file.close();
-  std::error_code failed;
-  if (file) fs::rename(unfinished, path, failed);
+  failed.clear();
+  if (file && replaces) fs::rename(unfinished, path, failed);
   if (file && !failed) return;
+  if (!replaces) throw std::runtime_error(path + ": the report cannot be written");
   fs::remove(unfinished, failed);
   throw std::runtime_error(path + ": the report cannot be written");
 }

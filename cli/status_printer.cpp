@@ -44,8 +44,8 @@ void StatusPrinter::Print(const std::string& model, std::string_view line) {
   }
   if (!TellsAll() && !IsProblem(line)) return;
   ClearBar();
-  const std::string text(line);
-  std::fprintf(stderr, "fbx2czp: %s: %s\n", model.c_str(),
+  const std::string text = Printable(line);
+  std::fprintf(stderr, "fbx2czp: %s: %s\n", Printable(model).c_str(),
                (IsProblem(line) ? Painted(stderr, Colour::Yellow, text) : text).c_str());
 }
 
@@ -60,7 +60,8 @@ void StatusPrinter::ShowBar(int percent, const std::string& text) {
   if (!showsBar_) return;
   percent = std::clamp(percent, 0, 100);
   const std::string done(static_cast<size_t>(percent * kBarWidth / 100), '#');
-  std::fprintf(stderr, "\r[%-*s] %3d%% %.40s\033[K", kBarWidth, done.c_str(), percent, text.c_str());
+  std::fprintf(stderr, "\r[%-*s] %3d%% %.40s\033[K", kBarWidth, done.c_str(), percent,
+               Printable(text).c_str());
   barShown_ = true;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "terminal.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "platform/process.h"
@@ -50,9 +51,16 @@ std::string Painted(std::FILE* stream, Colour colour, std::string_view text) {
   return std::string("\033[") + Code(colour) + "m" + std::string(text) + "\033[0m";
 }
 
+std::string Printable(std::string_view text) {
+  std::string printable(text);
+  const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };
+  std::replace_if(printable.begin(), printable.end(), isControl, '?');
+  return printable;
+}
+
 void PrintMessage(const std::string& subject, Severity severity, std::string_view text) {
-  const std::string line =
-      "fbx2czp: " + (subject.empty() ? "" : subject + ": ") + Label(severity) + std::string(text) + "\n";
+  const std::string line = "fbx2czp: " + (subject.empty() ? "" : Printable(subject) + ": ") +
+                           Label(severity) + Printable(text) + "\n";
   std::fputs(line.c_str(), stderr);
 }
 

@@ -79,7 +79,8 @@ inline constexpr FindingKind kRootScale{
     "Convert with --rigid-bones, or apply the scale before the export."};
 inline constexpr FindingKind kRootScaleHarmless{
     "root-scale-harmless", Note, Bone,
-    "The root bone is scaled by {}. It stands at the origin, so the stored skeleton is as it should be.", ""};
+    "The root bone is scaled by {}. It stands at the origin, so the stored skeleton is as it should be.",
+    "Nothing has to be done; convert with --rigid-bones if the root is to be moved later."};
 inline constexpr FindingKind kPosedBones{
     "posed-bones", Note, Bone,
     "Now standing elsewhere than in the bind pose; the package gets the bind pose.", ""};

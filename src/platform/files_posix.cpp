@@ -77,9 +77,9 @@ bool MakeFolder(std::string_view path) {
 
 std::string MakeTemporaryFolder() {
   std::error_code failed;
-  const std::filesystem::path parent =
-      std::filesystem::absolute(std::filesystem::temp_directory_path(failed));
-  std::string path = (parent / "fbx2czp-XXXXXX").string();
+  const std::filesystem::path folder = std::filesystem::temp_directory_path(failed);
+  if (failed) return {};
+  std::string path = (std::filesystem::absolute(folder, failed) / "fbx2czp-XXXXXX").string();
   return !failed && mkdtemp(path.data()) ? path : std::string();
 }
 

@@ -15,6 +15,10 @@ void DebugOutput(const char* text);
 /// Whether `stream` goes to a terminal that understands the usual control sequences.
 bool IsTerminal(std::FILE* stream);
 
+/// Gives the process the three standard streams that it was started without, so that no other file takes
+/// their places.
+void OpenStandardStreams();
+
 /// Folder of the running executable with a trailing separator; empty when it cannot be told.
 std::string ExecutableFolder();
 

@@ -4,6 +4,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <elf.h>
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -96,6 +97,13 @@ void DebugOutput(const char* text) {
 }
 
 bool IsTerminal(std::FILE* stream) { return isatty(fileno(stream)) == 1; }
+
+void OpenStandardStreams() {
+  for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
+    // The lowest free number is taken, which is this one.
+    if (fcntl(file, F_GETFD) == -1 && open("/dev/null", O_RDWR) != file) return;
+  }
+}
 
 std::string ExecutableFolder() {
   char path[PATH_MAX];

@@ -99,6 +99,8 @@ bool IsTerminal(std::FILE* stream) {
          SetConsoleMode(console, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
+void OpenStandardStreams() {}
+
 std::string ExecutableFolder() {
   char path[MAX_PATH * 4];
   const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
