@@ -82,7 +82,8 @@ std::string ZshScript(const CLI::App& app) {
   script << "  esac\n"
             "  if [[ $PREFIX == -* ]]; then compadd -- $names; else _files; fi\n"
             "}\n"
-            "compdef _fbx2czp fbx2czp\n";
+            "# Called by the shell as a function of this name, or read as a script.\n"
+            "if [[ ${funcstack[1]} == _fbx2czp ]]; then _fbx2czp \"$@\"; else compdef _fbx2czp fbx2czp; fi\n";
   return script.str();
 }
 

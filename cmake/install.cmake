@@ -15,6 +15,25 @@ if(TARGET fbx2czp_pictures)
   # The tool looks for it there, from its own folder.
   install(TARGETS fbx2czp_pictures LIBRARY DESTINATION lib/fbx2czp COMPONENT tool)
 endif()
+if(NOT CMAKE_CROSSCOMPILING AND NOT FBX_TO_TS3D_SANITIZE)
+  # The tool writes its own papers, from the texts of --help.
+  set(papers ${CMAKE_CURRENT_BINARY_DIR}/papers)
+  file(MAKE_DIRECTORY ${papers})
+  set(files fbx2czp.1 fbx2czp.bash _fbx2czp fbx2czp.fish)
+  list(TRANSFORM files PREPEND ${papers}/)
+  add_custom_command(OUTPUT ${files}
+    COMMAND fbx2czp manual > fbx2czp.1
+    COMMAND fbx2czp completion bash > fbx2czp.bash
+    COMMAND fbx2czp completion zsh > _fbx2czp
+    COMMAND fbx2czp completion fish > fbx2czp.fish
+    WORKING_DIRECTORY ${papers} VERBATIM)
+  add_custom_target(fbx2czp_papers ALL DEPENDS ${files})
+  install(FILES ${papers}/fbx2czp.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  install(FILES ${papers}/fbx2czp.bash RENAME fbx2czp
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)
+  install(FILES ${papers}/_fbx2czp DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT tool)
+  install(FILES ${papers}/fbx2czp.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tool)
+endif()
 foreach(component library development tool)
   set(doc_${component} ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_${component}})
   install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${doc_${component}} COMPONENT ${component} RENAME copyright)
