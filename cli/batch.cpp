@@ -302,7 +302,7 @@ std::vector<ModelTask> FindModels(const ConvertOptions& options) {
       AddFolder(name, options, tasks);
       continue;
     }
-    const fs::path model = name.empty() ? fs::path() : fs::absolute(name);
+    const fs::path model = name.empty() ? fs::path() : fs::absolute(name, unknown);
     tasks.push_back(
         {name, model,
          options.outputFolder.empty() ? model.parent_path() : fs::absolute(options.outputFolder)});

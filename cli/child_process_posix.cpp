@@ -64,6 +64,9 @@ bool SendFrame(int file, std::string_view message) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
 #endif
   dup2(output, STDOUT_FILENO);
+  // What belongs to the other conversions is none of this one's business.
+  for (int file = STDERR_FILENO + 1; file < messages; ++file) close(file);
+  close_range(static_cast<unsigned>(messages) + 1, ~0U, 0);
   if (!keepsInput) {
     const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (nothing >= 0) dup2(nothing, STDIN_FILENO);

@@ -41,7 +41,9 @@ void CheckReportPath(const std::string& report, const std::vector<ModelTask>& ta
   namespace fs = std::filesystem;
   if (report.empty()) return;
   std::error_code failed;
-  const fs::path path = fs::weakly_canonical(fs::absolute(report), failed);
+  const fs::file_status status = fs::status(report, failed);
+  if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) return;
+  const fs::path path = fs::weakly_canonical(fs::absolute(report, failed), failed);
   if (fs::is_directory(path, failed) || !fs::is_directory(path.parent_path(), failed)) {
     throw std::runtime_error(report + ": the report cannot be written there");
   }
