@@ -127,7 +127,8 @@ TEST(Findings, WhatIsDamagedIsLeftOutAndTheRestStays) {
   EXPECT_EQ(findings.size(), 2u);
   EXPECT_EQ(read.meshes.size(), 6u);
   for (const actor::Mesh& mesh : read.meshes) EXPECT_TRUE(mesh.influences.empty()) << "no bones to hang on";
-  EXPECT_FALSE(BuildActor({}, read, findings, error));
+  contents = {};
+  EXPECT_FALSE(BuildActor(contents, read, findings, error));
 }
 
 }  // namespace

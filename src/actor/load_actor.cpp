@@ -53,18 +53,19 @@ size_t MakeFinite(Mesh& mesh) {
 
 class ActorBuilder {
  public:
-  ActorBuilder(const PackageContents& contents, Actor& actor, Findings& findings)
+  ActorBuilder(PackageContents& contents, Actor& actor, Findings& findings)
       : contents_(contents), actor_(actor), findings_(findings) {}
 
   bool Build() {
-    for (const Member& member : contents_.members) {
+    for (Member& member : contents_.members) {
       // Damaged and empty members are findings of their own.
       if (member.superseded || member.bytes.empty()) continue;
       if (HasExtension(member.name, ".csf")) AddSkeleton(member);
       if (HasExtension(member.name, ".cmf")) AddMesh(member);
       if (HasExtension(member.name, ".xrf")) AddMaterial(member);
       if (HasExtension(member.name, ".xfg")) AddDocument(member);
-      if (HasExtension(member.name, ".tga")) actor_.pictures.push_back({member.name, member.bytes});
+      if (HasExtension(member.name, ".tga"))
+        actor_.pictures.push_back({member.name, std::move(member.bytes)});
     }
     FitMeshesToSkeleton();
     return !actor_.skeleton.bones.empty() || !actor_.meshes.empty() || !actor_.document.memberName.empty();
@@ -145,14 +146,14 @@ class ActorBuilder {
     });
   }
 
-  const PackageContents& contents_;
+  PackageContents& contents_;
   Actor& actor_;
   Findings& findings_;
 };
 
 }  // namespace
 
-bool BuildActor(const PackageContents& contents, Actor& actor, Findings& findings, std::string& error) {
+bool BuildActor(PackageContents& contents, Actor& actor, Findings& findings, std::string& error) {
   actor = {};
   if (ActorBuilder(contents, actor, findings).Build()) return true;
   error = "it holds no skeleton, no mesh and no document: it is no actor";
