@@ -14,6 +14,7 @@ namespace actor {
 namespace {
 
 constexpr const char* kConvertAgain = "convert the model again";
+constexpr float kLargestNumber = 1e9f;
 
 bool HasExtension(std::string_view name, std::string_view extension) {
   return name.size() > extension.size() &&
@@ -26,7 +27,7 @@ template <class Numbers>
 size_t MakeFinite(Numbers& numbers) {
   size_t changed = 0;
   for (auto& number : numbers) {
-    if (std::isfinite(number)) continue;
+    if (std::abs(number) <= kLargestNumber) continue;
     number = 0;
     ++changed;
   }
@@ -44,7 +45,7 @@ size_t MakeFinite(Mesh& mesh) {
     changed += MakeFinite(vertex.position) + MakeFinite(vertex.normal) + MakeFinite(vertex.uv);
   }
   for (Influence& influence : mesh.influences) {
-    if (std::isfinite(influence.weight)) continue;
+    if (std::abs(influence.weight) <= kLargestNumber) continue;
     influence.weight = 0;
     ++changed;
   }
@@ -78,7 +79,8 @@ class ActorBuilder {
   void NotFinite(const Member& member, size_t count) {
     if (count == 0) return;
     AddProblem(findings_, "not-finite", member.name,
-               std::to_string(count) + " of its numbers are infinite or no numbers; they are taken as 0",
+               std::to_string(count) +
+                   " of its numbers are no numbers, infinite or absurdly large; they are taken as 0",
                "look for degenerate transforms or weights in the model");
   }
 
@@ -121,7 +123,6 @@ class ActorBuilder {
     std::string error;
     actor_.document.memberName = member.name;
     if (!ReadDocument(member.bytes, actor_.document, error)) Unreadable(member, error);
-    if (!std::isfinite(actor_.document.scale)) actor_.document.scale = 1.0;
   }
 
   /// Meshes that name bones which do not exist are left out; without a skeleton all of them would be.

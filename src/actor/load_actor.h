@@ -11,7 +11,8 @@ namespace actor {
 
 /// Builds the actor of a package from its members; what is damaged is left out and becomes a finding.
 /// Afterwards every index is in range: faces name vertices, influences name bones (vertices have none when
-/// there is no skeleton), and all numbers are finite. The bytes of pictures move from `contents` to `actor`.
+/// there is no skeleton), and all numbers are finite, of meshes and bones at most 1e9. The bytes of pictures
+/// move from `contents` to `actor`.
 /// @return false, with an `error`, when there is no skeleton, no mesh and no document: then it is no actor
 bool BuildActor(PackageContents& contents, Actor& actor, Findings& findings, std::string& error);
 
