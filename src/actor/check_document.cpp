@@ -25,6 +25,7 @@ class DocumentCheck {
     CheckSkeletonLine();
     CheckMeshLines();
     CheckMaterialLines();
+    ListThreads();
     for (const Mesh& mesh : actor_.meshes) CheckThread(mesh);
     for (const Material& material : actor_.materials) CheckPicture(material);
     CheckBoneRenames();
@@ -56,7 +57,7 @@ class DocumentCheck {
   void CheckMeshLines() {
     std::map<std::string, size_t> listed;
     for (const DocumentMesh& mesh : document_.meshes) {
-      if (++listed[mesh.file] == 1) ExpectFile(mesh.file, "mesh \"" + mesh.name + "\"");
+      if (++listed[ts3d::LowerCase(mesh.file)] == 1) ExpectFile(mesh.file, "mesh \"" + mesh.name + "\"");
     }
     for (const auto& [file, count] : listed) {
       if (count == 1) continue;
@@ -82,19 +83,33 @@ class DocumentCheck {
                 " materials that are not in the package: the product has them for its own bodies");
   }
 
+  /// One file has one thread, and one thread has one file.
+  void ListThreads() {
+    std::map<int32_t, std::string> fileOf;
+    for (const DocumentMaterial& material : document_.materials) {
+      const std::string file = ts3d::LowerCase(material.file);
+      const auto [known, isNew] = threadOf_.try_emplace(file, material.threadId);
+      const std::string thread = std::to_string(material.threadId);
+      if (!isNew && known->second != material.threadId) {
+        Problem("thread-conflict", "gives \"" + material.file + "\" the material threads " +
+                                       std::to_string(known->second) + " and " + thread);
+      }
+      // The product's own bodies are the product's business.
+      if (material.threadId < kFirstThreadId) continue;
+      if (const auto other = fileOf.try_emplace(material.threadId, file).first; other->second != file) {
+        Problem("thread-conflict", "gives the material thread " + thread + " to both \"" + other->second +
+                                       "\" and \"" + material.file + "\"");
+      }
+    }
+  }
+
   /// The thread of a mesh must be that of its own material.
   void CheckThread(const Mesh& mesh) {
-    const std::string file = mesh.name + ".xrf";
-    const DocumentMaterial* own = nullptr;
-    for (const DocumentMaterial& material : document_.materials) {
-      if (!ts3d::EqualsIgnoreCase(material.file, file)) continue;
-      if (material.threadId == mesh.threadId) return;
-      own = &material;
-    }
-    if (!own) return;
+    const auto own = threadOf_.find(ts3d::LowerCase(mesh.name + ".xrf"));
+    if (own == threadOf_.end() || own->second == mesh.threadId) return;
     AddProblem(findings_, "thread-mismatch", mesh.name + ".cmf",
                "has the material thread " + std::to_string(mesh.threadId) +
-                   ", but the document gives its material " + std::to_string(own->threadId) +
+                   ", but the document gives its material " + std::to_string(own->second) +
                    "; it is shown with the material of another mesh",
                "remove empty meshes and materials that no polygon has from the model, then convert again");
   }
@@ -127,7 +142,8 @@ class DocumentCheck {
   const Actor& actor_;
   const Document& document_;
   Findings& findings_;
-  std::set<std::string> files_;  ///< in lower case
+  std::set<std::string> files_;              ///< in lower case
+  std::map<std::string, int32_t> threadOf_;  ///< by the material's file in lower case; the first line counts
 };
 
 }  // namespace
