@@ -71,7 +71,6 @@ const std::vector<Case>& Cases() {
        Replace(BytesOf(p, "scout.xfg"), "<materials>", "<materials><material_file name='face' threadID='51'>f.xrf</material_file>"); }},
     {"thread-mismatch", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"150\""); }},
     {"thread-conflict", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"153\""); }},
-    {"thread-conflict", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "<materials>", "<materials><material_file name='x' threadID='99'>HAT.xrf</material_file>"); }},
     {"missing-picture", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "skin.tga", "none.tga"); }},
     {"unknown-bone", Severity::Note, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "old=\"headcontrol", "old=\"tail"); }},
     {"no-document", Severity::Problem, [](auto& p) { BytesOf(p, "scout.xfg").clear(); }},

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -83,33 +84,28 @@ class DocumentCheck {
                 " materials that are not in the package: the product has them for its own bodies");
   }
 
-  /// One file has one thread, and one thread has one file.
+  /// One thread has one file. A file may have several: materials with one name in the model share it.
   void ListThreads() {
     std::map<int32_t, std::string> fileOf;
     for (const DocumentMaterial& material : document_.materials) {
       const std::string file = ts3d::LowerCase(material.file);
-      const auto [known, isNew] = threadOf_.try_emplace(file, material.threadId);
-      const std::string thread = std::to_string(material.threadId);
-      if (!isNew && known->second != material.threadId) {
-        Problem("thread-conflict", "gives \"" + material.file + "\" the material threads " +
-                                       std::to_string(known->second) + " and " + thread);
-      }
+      threadsOf_[file].push_back(material.threadId);
       // The product's own bodies are the product's business.
       if (material.threadId < kFirstThreadId) continue;
-      if (const auto other = fileOf.try_emplace(material.threadId, file).first; other->second != file) {
-        Problem("thread-conflict", "gives the material thread " + thread + " to both \"" + other->second +
-                                       "\" and \"" + material.file + "\"");
-      }
+      const std::string& other = fileOf.try_emplace(material.threadId, file).first->second;
+      if (other == file) continue;
+      Problem("thread-conflict", "gives the material thread " + std::to_string(material.threadId) +
+                                     " to both \"" + other + "\" and \"" + material.file + "\"");
     }
   }
 
-  /// The thread of a mesh must be that of its own material.
+  /// The thread of a mesh must be one of its own material.
   void CheckThread(const Mesh& mesh) {
-    const auto own = threadOf_.find(ts3d::LowerCase(mesh.name + ".xrf"));
-    if (own == threadOf_.end() || own->second == mesh.threadId) return;
+    const auto own = threadsOf_.find(ts3d::LowerCase(mesh.name + ".xrf"));
+    if (own == threadsOf_.end() || std::ranges::count(own->second, mesh.threadId) > 0) return;
     AddProblem(findings_, "thread-mismatch", mesh.name + ".cmf",
                "has the material thread " + std::to_string(mesh.threadId) +
-                   ", but the document gives its material " + std::to_string(own->second) +
+                   ", but the document gives its material " + std::to_string(own->second.back()) +
                    "; it is shown with the material of another mesh",
                "remove empty meshes and materials that no polygon has from the model, then convert again");
   }
@@ -142,8 +138,8 @@ class DocumentCheck {
   const Actor& actor_;
   const Document& document_;
   Findings& findings_;
-  std::set<std::string> files_;              ///< in lower case
-  std::map<std::string, int32_t> threadOf_;  ///< by the material's file in lower case; the first line counts
+  std::set<std::string> files_;                            ///< in lower case
+  std::map<std::string, std::vector<int32_t>> threadsOf_;  ///< by the material's file in lower case
 };
 
 }  // namespace
