@@ -8,7 +8,7 @@ namespace cli {
 /// Exit status for a wrong command line; all others are the converter's result codes.
 inline constexpr int kUsageError = 64;
 
-/// Exit status when the conversion of a model crashed.
+/// Exit status when the conversion of a model crashed, or memory ran out.
 inline constexpr int kCrashed = 70;
 /// Exit status when standard output takes no more, as on a full disk.
 inline constexpr int kOutputFailed = 74;

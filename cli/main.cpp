@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <new>
 #include <string_view>
 
 #include "check_command.h"
@@ -80,6 +81,9 @@ int main(int argc, char** argv) {
     if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
     cli::PrintMessage("", cli::Severity::Error, "the output cannot be written");
     return status == 0 ? cli::kOutputFailed : status;
+  } catch (const std::bad_alloc&) {
+    cli::PrintMessage("", cli::Severity::Error, "there is not enough memory for this");
+    return cli::kCrashed;
   } catch (const std::exception& error) {
     cli::PrintMessage("", cli::Severity::Error, error.what());
     return cli::kUsageError;

@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "actor/picture_header.h"
 #include "terminal.h"
 #include "textures/image_reader.h"
 #include "textures/png_writer.h"
@@ -11,6 +12,18 @@ namespace cli {
 namespace {
 
 constexpr int kLongestSideOfPicture = 8192;
+constexpr uint64_t kMostPixels = uint64_t{512} << 18;  // of 4 bytes: 512 MiB
+
+void WarnLeftOut(const actor::Picture& picture, const std::string& reason) {
+  PrintMessage(picture.name, Severity::Warning, reason + "; it is left out");
+}
+
+/// Pixels that `picture` decodes to, as far as its start tells.
+uint64_t CountPixels(const actor::Picture& picture) {
+  actor::PictureHeader header;
+  if (actor::ReadPictureHeader(picture.bytes, header)) return 0;
+  return static_cast<uint64_t>(header.width) * static_cast<uint64_t>(header.height);
+}
 
 /// Pictures with few pixels between see-through and solid are cut out, as hair and leaves; others are glass.
 actor::Opacity OpacityOf(const Image& image) {
@@ -44,9 +57,27 @@ actor::EncodedPicture EncodePicture(const actor::Picture& picture) {
     const Image image = DecodePicture(picture);
     return {EncodePng(image), OpacityOf(image)};
   } catch (const std::runtime_error& error) {
-    PrintMessage(picture.name, Severity::Warning, std::string(error.what()) + "; it is left out");
+    WarnLeftOut(picture, error.what());
     return {};
   }
+}
+
+preview::PictureDecoder PixelDecoder() {
+  return [left = kMostPixels](const actor::Picture& picture) mutable -> std::optional<preview::Pixels> {
+    const uint64_t pixels = CountPixels(picture);
+    if (pixels > left) {
+      WarnLeftOut(picture, "is too large beside the other pictures");
+      return std::nullopt;
+    }
+    try {
+      Image image = DecodePicture(picture);
+      left -= pixels;
+      return preview::Pixels{image.width, image.height, std::move(image.rgba)};
+    } catch (const std::runtime_error& error) {
+      WarnLeftOut(picture, error.what());
+      return std::nullopt;
+    }
+  };
 }
 
 }  // namespace cli

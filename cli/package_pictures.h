@@ -2,6 +2,7 @@
 #pragma once
 
 #include "actor/export_model.h"
+#include "preview/texture.h"
 #include "textures/image.h"
 
 namespace cli {
@@ -12,5 +13,9 @@ Image DecodePicture(const actor::Picture& picture);
 
 /// The picture as PNG; empty, after a warning, when it cannot be decoded.
 actor::EncodedPicture EncodePicture(const actor::Picture& picture);
+
+/// Decodes pictures for drawing, up to 512 MiB of pixels in all. What is beyond that or cannot be decoded is
+/// left out after a warning.
+preview::PictureDecoder PixelDecoder();
 
 }  // namespace cli

@@ -12,6 +12,7 @@
 #include "exit_codes.h"
 #include "fbx_to_ts3d.h"
 #include "package_pictures.h"
+#include "preview/canvas.h"
 #include "preview/page.h"
 #include "preview/picture.h"
 #include "replace_files.h"
@@ -70,16 +71,6 @@ struct PreviewFailure : std::runtime_error {
 
 bool HasExtension(const fs::path& path, const char* extension) {
   return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
-}
-
-std::optional<preview::Pixels> DecodePixels(const actor::Picture& picture) {
-  try {
-    Image image = DecodePicture(picture);
-    return preview::Pixels{image.width, image.height, std::move(image.rgba)};
-  } catch (const std::runtime_error& error) {
-    PrintMessage(picture.name, Severity::Warning, std::string(error.what()) + "; it is left out");
-    return std::nullopt;
-  }
 }
 
 void Load(const fs::path& package, actor::Actor& actor) {
@@ -148,7 +139,7 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
     view.turn += 360.0 * i / options.turntable;
     picture.views.push_back(view);
   }
-  preview::DrawPictures(actor, picture, DecodePixels, [&](size_t index, const preview::Image& image) {
+  preview::DrawPictures(actor, picture, PixelDecoder(), [&](size_t index, const preview::Image& image) {
     WriteFile(options.turntable > 0 ? NumberedName(options.output, index) : fs::path(options.output),
               ToPng(image));
   });
@@ -176,6 +167,9 @@ int RunPreview(const PreviewOptions& options) {
   } catch (const PreviewFailure& failure) {
     PrintMessage(options.input, Severity::Error, failure.what());
     return failure.exitStatus;
+  } catch (const preview::TooMuchToDraw& failure) {
+    PrintMessage(options.input, Severity::Error, failure.what());
+    return FBX_TO_TS3D_LOAD_FAILED;
   }
 }
 
@@ -184,12 +178,22 @@ std::string CheckOutput(const std::string& path) {
   return "the output has to end in .png or .html";
 }
 
+/// A page has no fixed view, so options of pictures would be without effect.
+void CheckOptionsOfPage(const CLI::App& preview, const PreviewOptions& options) {
+  if (!HasExtension(options.output, ".html")) return;
+  for (const char* name : {"--size", "--bones", "--view", "--turntable"}) {
+    if (preview.count(name) == 0) continue;
+    throw CLI::ValidationError(name, "is for .png pictures; a page (.html) does not take it");
+  }
+}
+
 }  // namespace
 
 void AddPreviewCommand(CLI::App& app, RunCommand& run) {
   const auto options = std::make_shared<PreviewOptions>();
   CLI::App& preview = AddCommand(app, "preview", "Show what is in a package, as a picture or a page", run,
                                  [options] { return RunPreview(*options); });
+  preview.parse_complete_callback([&preview, options] { CheckOptionsOfPage(preview, *options); });
   preview.add_option("INPUT", options->input, "A package (.czp), or a model (.fbx) to convert for it")
       ->required();
   preview.add_option("-o,--output", options->output, "The picture (.png) or page (.html) to write")

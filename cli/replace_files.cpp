@@ -30,6 +30,12 @@ struct Unfinished {
 
 void ReplaceFiles(const fs::path& folder, const std::vector<actor::ExportedFile>& files) {
   Unfinished unfinished;
+  std::error_code unknown;
+  for (const actor::ExportedFile& file : files) {
+    if (!fs::is_directory(folder / file.name, unknown)) continue;
+    errno = EISDIR;
+    Fail(file.name);
+  }
   for (const actor::ExportedFile& file : files) {
     const fs::path path = folder / (file.name + ".part");
     std::error_code ignored;
@@ -42,9 +48,11 @@ void ReplaceFiles(const fs::path& folder, const std::vector<actor::ExportedFile>
   }
   for (size_t i = 0; i < files.size(); ++i) {
     const fs::path path = folder / files[i].name;
+    const bool isNew = fs::symlink_status(path, unknown).type() == fs::file_type::not_found;
     if (!platform::RenameFile(unfinished.paths[i].string(), path.string())) Fail(files[i].name);
-    // A part of the files is of no use: until the last is in its place they go together.
-    unfinished.paths[i] = path;
+    // A part of the files is of no use: until the last is in its place the new ones go together. A name that
+    // was taken before never ends up without a file.
+    unfinished.paths[i] = isNew ? path : fs::path();
   }
   unfinished.paths.clear();
 }

@@ -161,6 +161,7 @@ TEST(ExportGlb, TakesManyInfluencesSeveralTopBonesAndNoneAtAll) {
 TEST(ExportObj, HoldsTheMeshesAtRest) {
   Actor whole = SampleActor();
   whole.meshes[0].name = "body\n../a";
+  whole.meshes[6].name = "body .._a";
   const auto files = ExportObj(whole, "out", Encode);
   ASSERT_EQ(files.size(), 5u);
   for (const actor::ExportedFile& file : files)
@@ -168,7 +169,7 @@ TEST(ExportObj, HoldsTheMeshesAtRest) {
   Assimp::Importer importer;
   const aiScene* scene = importer.ReadFileFromMemory(files[4].bytes.data(), files[4].bytes.size(), 0, "obj");
   ASSERT_TRUE(scene) << importer.GetErrorString();
-  for (size_t m = 1; m < whole.meshes.size(); ++m) {
+  for (size_t m = 1; m < 6; ++m) {
     const actor::Mesh& mesh = whole.meshes[m];
     const aiMesh* got = FindMesh(*scene, mesh.name);
     ASSERT_TRUE(got) << mesh.name;
@@ -180,6 +181,7 @@ TEST(ExportObj, HoldsTheMeshesAtRest) {
       }
     }
   }
+  EXPECT_TRUE(FindMesh(*scene, "body_.._a") && FindMesh(*scene, "body_.._a_")) << "names of their own";
   EXPECT_NE(files[3].bytes.find("newmtl head\n"), std::string::npos);
   EXPECT_NE(files[3].bytes.find("map_Kd out_skin.png\n"), std::string::npos);
 }

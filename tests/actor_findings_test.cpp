@@ -45,9 +45,12 @@ const std::vector<Case>& Cases() {
   static const std::vector<Case> cases = {
     {"unreadable-file", Severity::Problem, [](auto& p) { BytesOf(p, "hat.cmf") += "x"; }},
     {"unreadable-file", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "</meshes>", "<"); }},
+    {"unreadable-file", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"154x\""); }},
+    {"unreadable-file", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "<SHININESS>", "<SHININESS>nan "); }},
     {"second-skeleton", Severity::Problem, [](auto& p) { Add(p, "b.csf", BytesOf(p, "skeleton.csf")); }},
     {"second-document", Severity::Problem, [](auto& p) { Add(p, "b.xfg", BytesOf(p, "scout.xfg")); }},
     {"not-finite", Severity::Problem, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kHeadOfMesh, kNaN); }},
+    {"not-finite", Severity::Problem, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kHeadOfMesh, 0x5f000000u); }},
     {"bad-index", Severity::Problem, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kFirstInfluence, 29); }},
     {"unsafe-name", Severity::Problem, [](auto& p) { Add(p, "../evil.tga", support::SmallPicture()); }},
     {"unsafe-name", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "hat.cmf", "/x.cmf"); }},
@@ -67,6 +70,7 @@ const std::vector<Case>& Cases() {
        Replace(BytesOf(p, "scout.xfg"), "<object_id>scout", "<object_id>actor (male)");
        Replace(BytesOf(p, "scout.xfg"), "<materials>", "<materials><material_file name='face' threadID='51'>f.xrf</material_file>"); }},
     {"thread-mismatch", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"150\""); }},
+    {"thread-conflict", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"153\""); }},
     {"missing-picture", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "skin.tga", "none.tga"); }},
     {"unknown-bone", Severity::Note, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "old=\"headcontrol", "old=\"tail"); }},
     {"no-document", Severity::Problem, [](auto& p) { BytesOf(p, "scout.xfg").clear(); }},
@@ -74,6 +78,11 @@ const std::vector<Case>& Cases() {
     {"bone-space", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[5].translation[1] += 3; }},
     {"bone-space", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[5].rotation = {0.1f, 0, 0, -0.995f}; }},
     {"bone-space", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[0].translation[0] += 30; }},
+    {"bone-space", Severity::Problem, nullptr, [](Actor& a) {
+       a.skeleton.bones.resize(1); a.skeleton.bones[0].children.clear(); a.meshes.clear();
+       a.skeleton.bones[0].boneSpaceRotation = a.skeleton.bones[0].rotation = {0, 0, 0, -1};
+       a.skeleton.bones[0].boneSpaceTranslation = {0, -50, 10}; a.skeleton.bones[0].translation = {0, -100, 20}; }},
+    {"bad-rotation", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[5].boneSpaceRotation = {}; }},
     {"root-scale-offset", Severity::Note, nullptr, [](Actor& a) {
        a.skeleton.bones.resize(1); a.skeleton.bones[0].children.clear(); a.meshes.clear();
        a.skeleton.bones[0].boneSpaceRotation = a.skeleton.bones[0].rotation = {0, 0, 0, -1};
@@ -82,6 +91,7 @@ const std::vector<Case>& Cases() {
     {"no-influence", Severity::Problem, nullptr, [](Actor& a) { a.meshes[0].vertices[0].influenceCount = 0; }},
     {"mesh-away", Severity::Problem, nullptr, [](Actor& a) {
        for (auto& mesh : a.meshes) for (auto& vertex : mesh.vertices) vertex.position[2] += 20; }},
+    {"mesh-away", Severity::Problem, nullptr, [](Actor& a) { for (auto& vertex : a.meshes[2].vertices) vertex.position[0] += 1000; }},
   };
   return cases;
 }
@@ -127,7 +137,8 @@ TEST(Findings, WhatIsDamagedIsLeftOutAndTheRestStays) {
   EXPECT_EQ(findings.size(), 2u);
   EXPECT_EQ(read.meshes.size(), 6u);
   for (const actor::Mesh& mesh : read.meshes) EXPECT_TRUE(mesh.influences.empty()) << "no bones to hang on";
-  EXPECT_FALSE(BuildActor({}, read, findings, error));
+  contents = {};
+  EXPECT_FALSE(BuildActor(contents, read, findings, error));
 }
 
 }  // namespace

@@ -57,9 +57,11 @@ TEST_F(PackageTool, ExportWritesAllFilesOrNone) {
   EXPECT_EQ(Run("export scout.czp -o b.glb"), 1);
   EXPECT_EQ(Run("export scout.czp -o none/b.glb"), 1);
   std::filesystem::create_directory(folder_.Path("c.obj"));
+  folder_.Write("c.mtl", "mine");
   EXPECT_EQ(Run("export scout.czp -o c.obj"), 1);
+  EXPECT_EQ(support::ReadWholeFile(folder_.Path("c.mtl")), "mine");
   EXPECT_EQ(Run("export scout.czp -o b.fbx"), 64);
-  EXPECT_EQ(Files(), "a.glb a.mtl a.obj a_cloth.png a_metal.png a_skin.png b.glb c.obj scout.czp");
+  EXPECT_EQ(Files(), "a.glb a.mtl a.obj a_cloth.png a_metal.png a_skin.png b.glb c.mtl c.obj scout.czp");
 }
 
 }  // namespace

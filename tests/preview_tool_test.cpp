@@ -51,6 +51,8 @@ TEST_F(PreviewTool, WhatFailsIsNamedAndLeavesNothing) {
   EXPECT_EQ(Run("preview broken.czp -o a.png"), 2);
   EXPECT_TRUE(Printed("fbx2czp: broken.czp: error: ")) << errors_;
   EXPECT_EQ(Run("preview text.fbx -o a.png"), 2);
+  EXPECT_EQ(Run("preview text.fbx -o a.html --bones"), 64);
+  EXPECT_TRUE(Printed("--bones: is for .png pictures")) << errors_;
   EXPECT_EQ(Files(), "broken.czp text.fbx");
 }
 

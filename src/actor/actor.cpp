@@ -8,8 +8,9 @@
 namespace actor {
 
 const Material* Actor::MaterialOf(const Mesh& mesh) const {
-  const auto found = std::find_if(materials.begin(), materials.end(),
-                                  [&](const Material& material) { return material.name == mesh.name; });
+  const auto found = std::find_if(materials.begin(), materials.end(), [&](const Material& material) {
+    return ts3d::EqualsIgnoreCase(material.name, mesh.name);
+  });
   return found == materials.end() ? nullptr : &*found;
 }
 

@@ -96,7 +96,7 @@ struct Actor {
   std::vector<Picture> pictures;
   Document document;
 
-  /// The material that `mesh` is drawn with: the one of its name; null when there is none.
+  /// The material that `mesh` is drawn with: the one of its name in any letter case; null when there is none.
   const Material* MaterialOf(const Mesh& mesh) const;
   /// The picture called `memberName` in any letter case; null when there is none.
   const Picture* FindPicture(const std::string& memberName) const;

@@ -32,6 +32,41 @@ double FromLine(const Double3& point, const Double3& start, const Double3& end) 
   return std::hypot(from[0] - along * line[0], from[1] - along * line[1], from[2] - along * line[2]);
 }
 
+double FromBox(const Double3& point, const Box& box) {
+  Double3 gap;
+  for (size_t axis = 0; axis < 3; ++axis) {
+    gap[axis] = std::max({box.low[axis] - point[axis], point[axis] - box.high[axis], 0.0});
+  }
+  return std::hypot(gap[0], gap[1], gap[2]);
+}
+
+/// A mesh and how far it is from the nearest of the bones that it hangs on.
+struct Placed {
+  const Mesh* mesh;
+  Box box;
+  double distance;
+};
+
+/// The meshes that hang on bones, nearest first. `places` are those of the bones.
+std::vector<Placed> PlaceMeshes(const Actor& actor, const std::vector<Double3>& places) {
+  std::vector<Placed> placed;
+  for (const Mesh& mesh : actor.meshes) {
+    const Box box = BoundsOf(mesh);
+    double nearest = std::numeric_limits<double>::infinity();
+    std::vector<bool> seen(places.size());
+    for (const Influence& influence : mesh.influences) {
+      const auto bone = static_cast<size_t>(influence.bone);
+      if (!(influence.weight > 0.0f) || seen[bone]) continue;
+      seen[bone] = true;
+      nearest = std::min(nearest, FromBox(places[bone], box));
+    }
+    if (std::isfinite(nearest)) placed.push_back({&mesh, box, nearest});
+  }
+  std::stable_sort(placed.begin(), placed.end(),
+                   [](const Placed& a, const Placed& b) { return a.distance < b.distance; });
+  return placed;
+}
+
 std::vector<Carried> SumByBone(const Actor& actor) {
   std::vector<Carried> carried(actor.skeleton.bones.size());
   for (const Mesh& mesh : actor.meshes) {
@@ -55,12 +90,14 @@ Box::Box() {
   high.fill(-std::numeric_limits<double>::infinity());
 }
 
-void Box::Add(const Vector3& point) {
+void Box::Add(const Double3& point) {
   for (size_t axis = 0; axis < 3; ++axis) {
-    low[axis] = std::min(low[axis], static_cast<double>(point[axis]));
-    high[axis] = std::max(high[axis], static_cast<double>(point[axis]));
+    low[axis] = std::min(low[axis], point[axis]);
+    high[axis] = std::max(high[axis], point[axis]);
   }
 }
+
+void Box::Add(const Vector3& point) { Add(Double3{point[0], point[1], point[2]}); }
 
 double Box::Diagonal() const {
   return IsEmpty() ? 0.0 : std::hypot(high[0] - low[0], high[1] - low[1], high[2] - low[2]);
@@ -101,6 +138,26 @@ BoneDistance MeasureBoneDistance(const Actor& actor) {
 bool IsAway(const BoneDistance& distance) {
   return distance.bones >= kSomeBones &&
          distance.median > (distance.bones >= kManyBones ? kLargestSound : kGross);
+}
+
+std::vector<const Mesh*> FindMeshesAway(const Actor& actor) {
+  std::vector<const Mesh*> away;
+  if (actor.skeleton.bones.size() < kSomeBones) return away;
+  std::vector<Double3> places;
+  Box model;
+  for (const Bone& bone : actor.skeleton.bones) {
+    places.push_back(BindTransform(bone).translation);
+    model.Add(places.back());
+  }
+  for (const Placed& placed : PlaceMeshes(actor, places)) {
+    if (placed.distance > model.Diagonal()) {
+      away.push_back(placed.mesh);
+    } else {
+      model.Add(placed.box.low);
+      model.Add(placed.box.high);
+    }
+  }
+  return away;
 }
 
 }  // namespace actor

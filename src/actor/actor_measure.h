@@ -11,6 +11,7 @@ namespace actor {
 /// The box around points; empty (low above high) at first.
 struct Box {
   Box();
+  void Add(const std::array<double, 3>& point);
   void Add(const Vector3& point);
   bool IsEmpty() const { return low[0] > high[0]; }
   double Diagonal() const;  ///< 0 when empty
@@ -33,5 +34,9 @@ struct BoneDistance {
 bool IsAway(const BoneDistance& distance);
 
 BoneDistance MeasureBoneDistance(const Actor& actor);
+
+/// The meshes that stand farther from every bone they hang on than the skeleton and all nearer meshes
+/// together are large. None with few bones: these may stand anywhere.
+std::vector<const Mesh*> FindMeshesAway(const Actor& actor);
 
 }  // namespace actor

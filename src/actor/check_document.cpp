@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -25,6 +26,7 @@ class DocumentCheck {
     CheckSkeletonLine();
     CheckMeshLines();
     CheckMaterialLines();
+    ListThreads();
     for (const Mesh& mesh : actor_.meshes) CheckThread(mesh);
     for (const Material& material : actor_.materials) CheckPicture(material);
     CheckBoneRenames();
@@ -56,7 +58,7 @@ class DocumentCheck {
   void CheckMeshLines() {
     std::map<std::string, size_t> listed;
     for (const DocumentMesh& mesh : document_.meshes) {
-      if (++listed[mesh.file] == 1) ExpectFile(mesh.file, "mesh \"" + mesh.name + "\"");
+      if (++listed[ts3d::LowerCase(mesh.file)] == 1) ExpectFile(mesh.file, "mesh \"" + mesh.name + "\"");
     }
     for (const auto& [file, count] : listed) {
       if (count == 1) continue;
@@ -82,19 +84,28 @@ class DocumentCheck {
                 " materials that are not in the package: the product has them for its own bodies");
   }
 
-  /// The thread of a mesh must be that of its own material.
-  void CheckThread(const Mesh& mesh) {
-    const std::string file = mesh.name + ".xrf";
-    const DocumentMaterial* own = nullptr;
+  /// One thread has one file. A file may have several: materials with one name in the model share it.
+  void ListThreads() {
+    std::map<int32_t, std::string> fileOf;
     for (const DocumentMaterial& material : document_.materials) {
-      if (!ts3d::EqualsIgnoreCase(material.file, file)) continue;
-      if (material.threadId == mesh.threadId) return;
-      own = &material;
+      const std::string file = ts3d::LowerCase(material.file);
+      threadsOf_[file].push_back(material.threadId);
+      // The product's own bodies are the product's business.
+      if (material.threadId < kFirstThreadId) continue;
+      const std::string& other = fileOf.try_emplace(material.threadId, file).first->second;
+      if (other == file) continue;
+      Problem("thread-conflict", "gives the material thread " + std::to_string(material.threadId) +
+                                     " to both \"" + other + "\" and \"" + material.file + "\"");
     }
-    if (!own) return;
+  }
+
+  /// The thread of a mesh must be one of its own material.
+  void CheckThread(const Mesh& mesh) {
+    const auto own = threadsOf_.find(ts3d::LowerCase(mesh.name + ".xrf"));
+    if (own == threadsOf_.end() || std::ranges::count(own->second, mesh.threadId) > 0) return;
     AddProblem(findings_, "thread-mismatch", mesh.name + ".cmf",
                "has the material thread " + std::to_string(mesh.threadId) +
-                   ", but the document gives its material " + std::to_string(own->threadId) +
+                   ", but the document gives its material " + std::to_string(own->second.back()) +
                    "; it is shown with the material of another mesh",
                "remove empty meshes and materials that no polygon has from the model, then convert again");
   }
@@ -127,7 +138,8 @@ class DocumentCheck {
   const Actor& actor_;
   const Document& document_;
   Findings& findings_;
-  std::set<std::string> files_;  ///< in lower case
+  std::set<std::string> files_;                            ///< in lower case
+  std::map<std::string, std::vector<int32_t>> threadsOf_;  ///< by the material's file in lower case
 };
 
 }  // namespace

@@ -9,6 +9,8 @@ namespace actor {
 namespace {
 
 constexpr double kWeightTolerance = 1e-3;
+constexpr const char* kCheckBindPose =
+    "check the bind pose, and whether mesh and skeleton have the same scale and axes in the model";
 
 void CheckWeights(const Mesh& mesh, Findings& findings) {
   size_t loose = 0, wrong = 0;
@@ -37,6 +39,13 @@ void CheckWeights(const Mesh& mesh, Findings& findings) {
   }
 }
 
+void CheckPlaces(const Actor& actor, Findings& findings) {
+  for (const Mesh* mesh : FindMeshesAway(actor)) {
+    AddProblem(findings, "mesh-away", mesh->name + ".cmf",
+               "stands farther from its bones than the rest of the model is large", kCheckBindPose);
+  }
+}
+
 }  // namespace
 
 void CheckMeshes(const Actor& actor, Findings& findings) {
@@ -44,12 +53,12 @@ void CheckMeshes(const Actor& actor, Findings& findings) {
     if (!actor.skeleton.bones.empty()) CheckWeights(mesh, findings);
   }
   const BoneDistance distance = MeasureBoneDistance(actor);
-  if (!IsAway(distance)) return;
+  if (!IsAway(distance)) return CheckPlaces(actor, findings);
   const int percent = static_cast<int>(std::lround(std::min(distance.median, 1e4) * 100.0));
   AddProblem(findings, "mesh-away", "",
              "the meshes stand away from their bones, " + std::to_string(percent) +
                  " % of the model's size in the middle",
-             "check the bind pose, and whether mesh and skeleton have the same scale and axes in the model");
+             kCheckBindPose);
 }
 
 }  // namespace actor

@@ -12,7 +12,9 @@ namespace {
 
 using Double3 = std::array<double, 3>;
 
-constexpr double kTolerance = 1e-3;  // of the skeleton's size, or of a half turn
+constexpr double kTolerance = 1e-3;      // of the skeleton's size, or of a half turn
+constexpr double kSmallestScale = 1e-6;  // a scale of 100 shows as 10000
+constexpr double kUnitTolerance = 0.01;
 
 double Length(const Double3& v) { return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]); }
 Double3 Minus(const Double3& a, const Double3& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
@@ -57,6 +59,8 @@ bool IsScaled(const Bone& bone, const Double3& offset, double size) {
   const double length = Length(bind);
   if (length == 0.0) return false;
   const double along = (offset[0] * bind[0] + offset[1] * bind[1] + offset[2] * bind[2]) / length / length;
+  // The offset of a mirrored, collapsed or exploded bone lies on that line as well.
+  if (!(1.0 + along > kSmallestScale && 1.0 + along < 1.0 / kSmallestScale)) return false;
   const Double3 line{along * bind[0], along * bind[1], along * bind[2]};
   return Length(Minus(offset, line)) <= kTolerance * (size + Length(offset));
 }
@@ -85,11 +89,32 @@ void CheckNames(const Skeleton& skeleton, Findings& findings) {
   }
 }
 
+bool IsUnit(const Quaternion& q) {
+  double square = 0.0;
+  for (const float number : q) square += static_cast<double>(number) * static_cast<double>(number);
+  return std::abs(std::sqrt(square) - 1.0) <= kUnitTolerance;
+}
+
+void CheckRotations(const Skeleton& skeleton, Findings& findings) {
+  size_t wrong = 0;
+  const Bone* first = nullptr;
+  for (const Bone& bone : skeleton.bones) {
+    if (IsUnit(bone.rotation) && IsUnit(bone.boneSpaceRotation)) continue;
+    if (wrong++ == 0) first = &bone;
+  }
+  if (!first) return;
+  AddProblem(findings, "bad-rotation", first->name,
+             "has a rotation that is none: it distorts the mesh" +
+                 (wrong > 1 ? " (and so have " + std::to_string(wrong - 1) + " other bones)" : std::string()),
+             "look for bones with a scale of 0 in the model");
+}
+
 }  // namespace
 
 void CheckSkeleton(const Skeleton& skeleton, Findings& findings) {
   if (skeleton.bones.empty()) return;
   CheckNames(skeleton, findings);
+  CheckRotations(skeleton, findings);
   const Comparison compared = Compare(skeleton);
   const size_t count = skeleton.bones.size();
   if (const size_t bad = std::min(FirstAstray(skeleton, compared), compared.firstTurned); bad < count) {

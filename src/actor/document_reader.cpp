@@ -5,19 +5,33 @@
 #include <pugixml.hpp>
 #include <utility>
 
+#include "actor/number_text.h"
+
 namespace actor {
 namespace {
 
-void ReadSettings(const pugi::xml_node& config, Document& document) {
+/// Reads `text` into `number`, which stays when the text is blank or no number; then `wrong` tells of it.
+template <class Number>
+void ReadNumber(std::string_view text, const char* what, Number& number, std::string& wrong) {
+  if (Trimmed(text).empty()) return;
+  Number read{};
+  if (TakeNumber(text, read) && Trimmed(text).empty()) {
+    number = read;
+  } else {
+    wrong = std::string("its ") + what + " is no number";
+  }
+}
+
+void ReadSettings(const pugi::xml_node& config, Document& document, std::string& wrong) {
   document.objectId = config.child("object_id").text().get();
-  document.scale = config.child("scale").text().as_double(1.0);
+  ReadNumber(config.child("scale").text().get(), "scale", document.scale, wrong);
   const pugi::xml_node rotation = config.child("flags").child("rotation");
-  document.rotationX = rotation.attribute("x").as_double();
-  document.rotationY = rotation.attribute("y").as_double();
+  ReadNumber(rotation.attribute("x").value(), "rotation about x", document.rotationX, wrong);
+  ReadNumber(rotation.attribute("y").value(), "rotation about y", document.rotationY, wrong);
   document.skeletonFile = config.child("skeleton_file").text().get();
 }
 
-void ReadLists(const pugi::xml_node& config, Document& document) {
+void ReadLists(const pugi::xml_node& config, Document& document, std::string& wrong) {
   for (const pugi::xml_node& rename : config.child("bone_renames").children("bone_rename")) {
     document.boneRenames.push_back({rename.attribute("old").value(), rename.attribute("new").value()});
   }
@@ -26,8 +40,9 @@ void ReadLists(const pugi::xml_node& config, Document& document) {
                                std::string_view(mesh.attribute("backfacing").value()) == "both"});
   }
   for (const pugi::xml_node& material : config.child("materials").children("material_file")) {
-    document.materials.push_back(
-        {material.attribute("name").value(), material.text().get(), material.attribute("threadID").as_int()});
+    document.materials.push_back({material.attribute("name").value(), material.text().get(), 0});
+    ReadNumber(material.attribute("threadID").value(), "threadID of a material",
+               document.materials.back().threadId, wrong);
   }
 }
 
@@ -47,15 +62,18 @@ bool ReadDocument(std::string_view bytes, Document& document, std::string& error
   const pugi::xml_parse_result result =
       tree.load_buffer(bytes.data(), bytes.size(), pugi::parse_default, pugi::encoding_utf8);
   const pugi::xml_node config = tree.child("cal_config");
-  ReadSettings(config, document);
-  ReadLists(config, document);
+  std::string wrong;
+  ReadSettings(config, document, wrong);
+  ReadLists(config, document, wrong);
   if (!result) {
     error =
         "line " + std::to_string(LineOf(bytes, result.offset)) + " is no XML (" + result.description() + ")";
   } else if (!config) {
     error = "it has no <cal_config>";
+  } else if (!wrong.empty()) {
+    error = wrong;
   }
-  return result && config;
+  return result && config && wrong.empty();
 }
 
 }  // namespace actor

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
+#include <set>
 
 #include "core/names.h"
 
@@ -48,8 +49,15 @@ class ObjExport {
     text += '\n';
   }
 
+  /// A name that no other object or material has, whatever the letter case.
+  std::string ObjectName(const Mesh& mesh) {
+    std::string name = Word(mesh.name);
+    while (!objectNames_.insert(ts3d::LowerCase(name)).second) name += "_";
+    return name;
+  }
+
   void AddMesh(const Mesh& mesh) {
-    const std::string name = Word(mesh.name);
+    const std::string name = ObjectName(mesh);
     AddMaterial(name, LookOf(actor_, mesh));
     obj_ += "o " + name + "\n";
     for (const Vertex& vertex : mesh.vertices) Line(obj_, "v", vertex.position);
@@ -101,6 +109,7 @@ class ObjExport {
   const std::string& stem_;
   const PictureEncoder& encode_;
   std::map<const Picture*, std::string> pictureFiles_;
+  std::set<std::string> objectNames_;  ///< in lower case
   std::vector<ExportedFile> files_;
   std::string obj_, mtl_;
   size_t firstVertex_ = 1;

@@ -14,6 +14,7 @@ namespace actor {
 namespace {
 
 constexpr const char* kConvertAgain = "convert the model again";
+constexpr float kLargestNumber = 1e9f;
 
 bool HasExtension(std::string_view name, std::string_view extension) {
   return name.size() > extension.size() &&
@@ -26,7 +27,7 @@ template <class Numbers>
 size_t MakeFinite(Numbers& numbers) {
   size_t changed = 0;
   for (auto& number : numbers) {
-    if (std::isfinite(number)) continue;
+    if (std::abs(number) <= kLargestNumber) continue;
     number = 0;
     ++changed;
   }
@@ -44,7 +45,7 @@ size_t MakeFinite(Mesh& mesh) {
     changed += MakeFinite(vertex.position) + MakeFinite(vertex.normal) + MakeFinite(vertex.uv);
   }
   for (Influence& influence : mesh.influences) {
-    if (std::isfinite(influence.weight)) continue;
+    if (std::abs(influence.weight) <= kLargestNumber) continue;
     influence.weight = 0;
     ++changed;
   }
@@ -53,18 +54,19 @@ size_t MakeFinite(Mesh& mesh) {
 
 class ActorBuilder {
  public:
-  ActorBuilder(const PackageContents& contents, Actor& actor, Findings& findings)
+  ActorBuilder(PackageContents& contents, Actor& actor, Findings& findings)
       : contents_(contents), actor_(actor), findings_(findings) {}
 
   bool Build() {
-    for (const Member& member : contents_.members) {
+    for (Member& member : contents_.members) {
       // Damaged and empty members are findings of their own.
       if (member.superseded || member.bytes.empty()) continue;
       if (HasExtension(member.name, ".csf")) AddSkeleton(member);
       if (HasExtension(member.name, ".cmf")) AddMesh(member);
       if (HasExtension(member.name, ".xrf")) AddMaterial(member);
       if (HasExtension(member.name, ".xfg")) AddDocument(member);
-      if (HasExtension(member.name, ".tga")) actor_.pictures.push_back({member.name, member.bytes});
+      if (HasExtension(member.name, ".tga"))
+        actor_.pictures.push_back({member.name, std::move(member.bytes)});
     }
     FitMeshesToSkeleton();
     return !actor_.skeleton.bones.empty() || !actor_.meshes.empty() || !actor_.document.memberName.empty();
@@ -77,7 +79,8 @@ class ActorBuilder {
   void NotFinite(const Member& member, size_t count) {
     if (count == 0) return;
     AddProblem(findings_, "not-finite", member.name,
-               std::to_string(count) + " of its numbers are infinite or no numbers; they are taken as 0",
+               std::to_string(count) +
+                   " of its numbers are no numbers, infinite or absurdly large; they are taken as 0",
                "look for degenerate transforms or weights in the model");
   }
 
@@ -120,7 +123,6 @@ class ActorBuilder {
     std::string error;
     actor_.document.memberName = member.name;
     if (!ReadDocument(member.bytes, actor_.document, error)) Unreadable(member, error);
-    if (!std::isfinite(actor_.document.scale)) actor_.document.scale = 1.0;
   }
 
   /// Meshes that name bones which do not exist are left out; without a skeleton all of them would be.
@@ -145,14 +147,14 @@ class ActorBuilder {
     });
   }
 
-  const PackageContents& contents_;
+  PackageContents& contents_;
   Actor& actor_;
   Findings& findings_;
 };
 
 }  // namespace
 
-bool BuildActor(const PackageContents& contents, Actor& actor, Findings& findings, std::string& error) {
+bool BuildActor(PackageContents& contents, Actor& actor, Findings& findings, std::string& error) {
   actor = {};
   if (ActorBuilder(contents, actor, findings).Build()) return true;
   error = "it holds no skeleton, no mesh and no document: it is no actor";

@@ -2,19 +2,12 @@
 #include "actor/material_reader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
+
+#include "actor/number_text.h"
 
 namespace actor {
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r\n";
-
-std::string_view Trimmed(std::string_view text) {
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 /// Takes `expected` and the blanks before it from the front of `text`.
 bool Take(std::string_view& text, std::string_view expected) {
@@ -33,15 +26,6 @@ bool TakeElement(std::string_view& text, const std::string& element, std::string
   content = text.substr(0, end);
   text.remove_prefix(end + close.size());
   return true;
-}
-
-template <class Number>
-bool TakeNumber(std::string_view& text, Number& number) {
-  text = Trimmed(text);
-  const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (failed != std::errc()) return false;
-  text.remove_prefix(static_cast<size_t>(end - text.data()));
-  return text.empty() || kBlanks.find(text.front()) != std::string_view::npos;
 }
 
 bool TakeColour(std::string_view& text, const char* element, std::array<int32_t, 4>& colour) {

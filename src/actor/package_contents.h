@@ -15,7 +15,7 @@ struct ReadLimits {
   uint64_t packageBytes = uint64_t{2} << 30;  ///< the archive itself
   uint64_t memberBytes = uint64_t{512} << 20;
   uint64_t totalBytes = uint64_t{1} << 30;
-  uint64_t ratio = 200;                      ///< unpacked to packed size, of members above `ratioFrom`
+  uint64_t ratio = 200;  ///< all that is unpacked to the archive's size, beyond `ratioFrom`
   uint64_t ratioFrom = uint64_t{128} << 20;  ///< plain pictures of one colour shrink to a thousandth
 };
 

@@ -101,8 +101,8 @@ class ArchiveReader {
       if (member.size > limits_.memberBytes || total_ > limits_.totalBytes) {
         return Refuse("\"" + member.name + "\" unpacks to more than a package may hold");
       }
-      if (member.size > limits_.ratioFrom && member.size / limits_.ratio > member.packedSize) {
-        return Refuse("\"" + member.name + "\" unpacks to far more than its packed size");
+      if (total_ > limits_.ratioFrom && (total_ - limits_.ratioFrom) / limits_.ratio > size_) {
+        return Refuse("it unpacks to far more than its packed size");
       }
       if (!member.superseded) member.bytes.append(chunk, 0, static_cast<size_t>(read));
     }

@@ -9,6 +9,15 @@ std::array<int, 2> Canvas::Range(double low, double high) const {
           static_cast<int>(std::clamp(std::ceil(high), 0.0, limit))};
 }
 
+void Canvas::Spend(size_t pixels) {
+  constexpr size_t kMostLayers = 100;
+  spent_ += pixels;
+  if (spent_ / kMostLayers > pixels_.size()) {
+    throw TooMuchToDraw(
+        "too many of its faces cover the whole picture; it is no character that can be drawn");
+  }
+}
+
 void Canvas::Overlay(const Canvas& layer, double opacity) {
   for (size_t i = 0; i < pixels_.size(); ++i) {
     const Pixel& over = layer.pixels_[i];

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 #include "preview/camera.h"
@@ -18,6 +19,11 @@ using Colour = std::array<double, 3>;
 struct Image {
   int width = 0, height = 0;
   std::vector<uint8_t> rgb;
+};
+
+/// Thrown when triangles cover a canvas so often that drawing would take minutes.
+struct TooMuchToDraw : std::runtime_error {
+  using std::runtime_error::runtime_error;
 };
 
 /// A corner of a triangle on the canvas.
@@ -36,6 +42,7 @@ class Canvas {
 
   /// Draws a triangle of either winding. `shade` gets each visible pixel as a Corner, interpolated in
   /// perspective, and returns its Colour or nothing for a hole.
+  /// @throws TooMuchToDraw when all triangles so far cover the canvas more than a hundred times
   template <class Shade>
   void Draw(const std::array<Corner, 3>& corners, const Shade& shade);
 
@@ -58,8 +65,12 @@ class Canvas {
     return pixels_[static_cast<size_t>(y) * static_cast<size_t>(size_) + static_cast<size_t>(x)];
   }
 
+  /// Counts pixels that a triangle looks at.
+  void Spend(size_t pixels);
+
   int size_;
   std::vector<Pixel> pixels_;
+  size_t spent_ = 0;
 };
 
 inline std::array<uint8_t, 3> ToBytes(const Colour& colour) {
@@ -76,6 +87,7 @@ void Canvas::Draw(const std::array<Corner, 3>& corners, const Shade& shade) {
   if (!std::isfinite(area) || area == 0.0) return;
   const auto [firstX, endX] = Range(std::min({a.x, b.x, c.x}), std::max({a.x, b.x, c.x}));
   const auto [firstY, endY] = Range(std::min({a.y, b.y, c.y}), std::max({a.y, b.y, c.y}));
+  Spend(static_cast<size_t>(endX - firstX) * static_cast<size_t>(endY - firstY));
   for (int y = firstY; y < endY; ++y) {
     for (int x = firstX; x < endX; ++x) {
       const double px = x + 0.5, py = y + 0.5;

@@ -37,7 +37,8 @@ inline actor::Actor SampleActor() {
   actor::Actor actor;
   actor::Findings findings;
   std::string error;
-  EXPECT_TRUE(BuildActor(SampleContents(), actor, findings, error)) << error;
+  actor::PackageContents contents = SampleContents();
+  EXPECT_TRUE(BuildActor(contents, actor, findings, error)) << error;
   EXPECT_TRUE(findings.empty());
   return actor;
 }
