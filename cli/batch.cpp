@@ -11,7 +11,6 @@
 #include <thread>
 
 #include "child_process.h"
-#include "core/names.h"
 #include "exit_codes.h"
 #include "interrupt.h"
 #include "terminal.h"
@@ -24,26 +23,6 @@ using Json = nlohmann::ordered_json;
 using Clock = std::chrono::steady_clock;
 
 constexpr char kStatusMessage = 'S', kResultMessage = 'R';
-
-void AddFolder(const std::string& name, const ConvertOptions& options, std::vector<ModelTask>& tasks) {
-  std::vector<fs::path> found;
-  std::error_code failed;
-  // What cannot be looked into is no reason to leave out the rest.
-  fs::recursive_directory_iterator entry(name, fs::directory_options::skip_permission_denied, failed);
-  for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
-    const bool isModel = ts3d::EqualsIgnoreCase(entry->path().extension().string(), ".fbx");
-    std::error_code unknown;
-    if (isModel && entry->is_regular_file(unknown)) found.push_back(entry->path());
-  }
-  std::sort(found.begin(), found.end());
-  for (const fs::path& path : found) {
-    const fs::path model = fs::absolute(path);
-    const fs::path folder = options.outputFolder.empty() ? model.parent_path()
-                                                         : fs::absolute(options.outputFolder) /
-                                                               path.lexically_relative(name).parent_path();
-    tasks.push_back({path.lexically_normal().string(), model, folder});
-  }
-}
 
 void PrintLines(const std::string& model, const std::string& text) {
   std::istringstream lines(text);
@@ -293,22 +272,6 @@ class Batch {
 };
 
 }  // namespace
-
-std::vector<ModelTask> FindModels(const ConvertOptions& options) {
-  std::vector<ModelTask> tasks;
-  for (const std::string& name : options.models) {
-    std::error_code unknown;
-    if (fs::is_directory(name, unknown)) {
-      AddFolder(name, options, tasks);
-      continue;
-    }
-    const fs::path model = name.empty() ? fs::path() : fs::absolute(name, unknown);
-    tasks.push_back(
-        {name, model,
-         options.outputFolder.empty() ? model.parent_path() : fs::absolute(options.outputFolder)});
-  }
-  return tasks;
-}
 
 std::vector<ModelResult> ConvertAll(const std::vector<ModelTask>& tasks, const ConvertOptions& options,
                                     const std::optional<FinishSettings>& finish, bool& interrupted) {

@@ -11,6 +11,7 @@
 #include "batch.h"
 #include "convert_options.h"
 #include "exit_codes.h"
+#include "find_models.h"
 #include "host_paths.h"
 #include "terminal.h"
 #include "textures/image_reader.h"
