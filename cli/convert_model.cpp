@@ -9,6 +9,7 @@
 #include <new>
 
 #include "driver/convert.h"
+#include "driver/scene_loader.h"
 #include "exit_codes.h"
 #include "host_paths.h"
 #include "job_host.h"
@@ -34,6 +35,12 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.holdsSmallFiles = true;
   job.offerTgaTextures = true;
 }
+
+/// A run that could not load its scene leaves the scene library's objects to the next one, which never comes.
+struct SceneOwner {
+  ts3d::ConversionJob& job;
+  ~SceneOwner() { ts3d::DestroySdkObjects(job.sdkManager); }
+};
 
 /// Runs in the work folder, where the converter deletes its work files.
 int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<FinishSettings>& finish,
@@ -95,6 +102,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     onStatus(line);
   };
   ts3d::ConversionJob job;
+  const SceneOwner owner{job};
   TextureConverter textures(task.model, options.longestTextureSide);
   textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
   host.onTexture = [&](const std::string& source, bool exists) {
