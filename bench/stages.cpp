@@ -28,20 +28,16 @@ namespace {
 
 std::string modelPath, asciiPath;
 
-/// The file `path` as an unread tree.
-scene::RecordTree LoadFile(const std::string& path) {
+std::shared_ptr<std::string> LoadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  const auto bytes =
-      std::make_shared<std::string>(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-  scene::RecordTree tree;
-  tree.bytes = *bytes;
-  tree.storage = bytes;
-  return tree;
+  return std::make_shared<std::string>(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
 }
 
-std::shared_ptr<scene::RecordTree> ReadRecords(const std::string& path) {
-  auto tree = std::make_shared<scene::RecordTree>(LoadFile(path));
-  if (!scene::ReadFbxRecords(*tree).Succeeded()) throw std::runtime_error("cannot read " + path);
+std::shared_ptr<scene::RecordTree> ReadRecords(const std::shared_ptr<std::string>& file) {
+  auto tree = std::make_shared<scene::RecordTree>();
+  tree->bytes = *file;
+  tree->storage = file;
+  if (!scene::ReadFbxRecords(*tree).Succeeded()) throw std::runtime_error("this is no FBX file");
   return tree;
 }
 
@@ -55,19 +51,16 @@ void ForEachArray(const scene::RecordTree& tree, const Visit& visit) {
 }
 
 void ReadContainer(benchmark::State& state, const std::string& path) {
-  const scene::RecordTree file = LoadFile(path);
-  for (auto _ : state) {
-    scene::RecordTree tree = file;
-    benchmark::DoNotOptimize(scene::ReadFbxRecords(tree));
-  }
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * file.bytes.size()));
+  const auto file = LoadFile(path);
+  for (auto _ : state) benchmark::DoNotOptimize(ReadRecords(file));
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * file->size()));
 }
 
 void ContainerBinary(benchmark::State& state) { ReadContainer(state, modelPath); }
 void ContainerAscii(benchmark::State& state) { ReadContainer(state, asciiPath); }
 
 void NumbersAscii(benchmark::State& state) {
-  const auto tree = ReadRecords(asciiPath);
+  const auto tree = ReadRecords(LoadFile(asciiPath));
   uint64_t bytes = 0;
   for (auto _ : state) {
     ForEachArray(*tree, [&](scene::RecordRef record, const scene::Value& value) {
@@ -80,7 +73,7 @@ void NumbersAscii(benchmark::State& state) {
 }
 
 void InflateArrays(benchmark::State& state) {
-  const auto tree = ReadRecords(modelPath);
+  const auto tree = ReadRecords(LoadFile(modelPath));
   uint64_t bytes = 0;
   for (auto _ : state) {
     ForEachArray(*tree, [&](scene::RecordRef, const scene::Value& value) {
@@ -95,7 +88,7 @@ void InflateArrays(benchmark::State& state) {
 }
 
 void BuildTheScene(benchmark::State& state) {
-  const auto tree = ReadRecords(modelPath);
+  const auto tree = ReadRecords(LoadFile(modelPath));
   for (auto _ : state) {
     scene::KFbxScene scene("");
     scene::BuildScene(tree, scene);
