@@ -50,7 +50,8 @@ class CmfWriter {
 
   void WriteFace(size_t triangle, std::span<const int32_t> outputIndex) {
     for (size_t k = 0; k < 3; ++k) {
-      const int32_t output = outputIndex[static_cast<size_t>(mesh_.triangles.corners[3 * triangle + k])];
+      const int32_t record = mesh_.triangles.corners[3 * triangle + k];
+      const int32_t output = outputIndex.empty() ? record : outputIndex[static_cast<size_t>(record)];
       if (output == -1) {
         StatusLog(job_, "Bad Write Vertex");
       } else {
@@ -109,13 +110,16 @@ void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinat
                   std::span<int32_t> outputIndex, ConversionJob& job) {
   CmfWriter writer(mesh, coordinates, job, slice.name + ".cmf");
   writer.WriteHeader(slice.VertexCount(mesh), slice.FaceCount(mesh));
-  for (size_t i = 0; i < slice.VertexCount(mesh); ++i) {
-    const size_t record = slice.whole ? i : static_cast<size_t>(slice.records[i]);
-    outputIndex[record] = static_cast<int32_t>(i);
-    writer.WriteVertex(record);
-  }
-  for (size_t i = 0; i < slice.FaceCount(mesh); ++i) {
-    writer.WriteFace(slice.whole ? i : slice.triangles[i], outputIndex);
+  if (slice.whole) {
+    for (size_t i = 0; i < mesh.records.size(); ++i) writer.WriteVertex(i);
+    for (size_t i = 0; i < mesh.triangles.Count(); ++i) writer.WriteFace(i, {});
+  } else {
+    for (size_t i = 0; i < slice.records.size(); ++i) {
+      const auto record = static_cast<size_t>(slice.records[i]);
+      outputIndex[record] = static_cast<int32_t>(i);
+      writer.WriteVertex(record);
+    }
+    for (const uint32_t triangle : slice.triangles) writer.WriteFace(triangle, outputIndex);
   }
   writer.Finish();
 }

@@ -8,6 +8,7 @@
 #include "core/conversion_job.h"
 #include "mesh/point_data.h"
 #include "mesh/texture_coordinates.h"
+#include "scene/container/array_reader.h"
 #include "scene/geometry/triangulate.h"
 #include "skeleton/bone_influences.h"
 
@@ -15,8 +16,8 @@ namespace ts3d {
 
 /// What all output meshes of one scene mesh are cut from.
 struct MeshData {
-  std::vector<double> points;  ///< x, y, z of each control point
-  std::vector<float> normals;  ///< x, y, z of each control point
+  scene::FbxArray<double> points;  ///< x, y, z of each control point
+  std::vector<float> normals;      ///< x, y, z of each control point
   scene::KFbxTriangles triangles;
   std::vector<FullPointData> records;
   InfluenceTable influences;
@@ -35,7 +36,7 @@ struct MeshSlice {
 
 /// Writes `slice` as "<name>.cmf" into the model's folder and takes the next thread identifier. A file that
 /// cannot be written is left out without a message.
-/// @param outputIndex  scratch, one entry for each record
+/// @param outputIndex  scratch, one entry for each record; not used for a whole mesh
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
                   std::span<int32_t> outputIndex, ConversionJob& job);
 

@@ -31,7 +31,7 @@ void WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh, con
                  TextureCoordinates& coordinates, ConversionJob& job) {
   CheckMaterialReference(mesh, materialCount, job);
   MaterialSlices slices(mesh, data, materialCount);
-  std::vector<int32_t> outputIndex(data.records.size(), -1);
+  std::vector<int32_t> outputIndex(materialCount < 2 ? 0 : data.records.size(), -1);
   for (int material = 0; material < std::max(materialCount, 1); ++material) {
     const MeshSlice slice = slices.Slice(name, material);
     if (!slice.whole && slice.triangles.empty()) continue;

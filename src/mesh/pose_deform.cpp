@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "mesh/pose_deform.h"
 
+#include <algorithm>
 #include <span>
 
 #include "core/status.h"
@@ -42,12 +43,13 @@ class SkinDeformation {
         meshPose_(meshPose) {}
 
   /// Moves `points` from the mesh's own space into the world of the bind pose.
-  void Apply(std::vector<double>& points) {
+  void Apply(scene::FbxArray<double>& points) {
     const ELinkMode mode = LinkMode();
     if (mode == ELinkMode::eADDITIVE) return ApplyAdditive(points);
     const size_t count = points.size() / 3;
     std::vector<double> weightSum(count);
-    std::vector<double> sum(points.size());
+    scene::FbxArray<double> sum;
+    std::fill_n(sum.Allocate(points.size()), points.size(), 0.0);
     ForEachPair(count, [&](const KFbxXMatrix& m, size_t i, double weight) {
       const KFbxVector4 moved = m.MultT(PointAt(points, i)) * weight;
       for (size_t axis = 0; axis < 3; ++axis) sum[3 * i + axis] += moved[axis];
@@ -140,12 +142,10 @@ class SkinDeformation {
 
 }  // namespace
 
-std::vector<double> PoseControlPoints(const KFbxNode& node, ConversionJob& job) {
+scene::FbxArray<double> PoseControlPoints(const KFbxNode& node, ConversionJob& job) {
   KFbxMesh& mesh = *node.GetMesh();
   SkeletonState& skeleton = *job.skeleton;
-  const std::span<const double> source = mesh.GetControlPoints();
-  std::vector<double> points(source.begin(), source.end());
-  mesh.ReleaseControlPoints();
+  scene::FbxArray<double> points = mesh.TakeControlPoints();
 
   const int index = skeleton.hasExtractedBones ? BindPoseIndex(&node, *job.scene, skeleton) : -1;
   if (index < 0) {

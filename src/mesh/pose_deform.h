@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <vector>
-
 #include "core/conversion_job.h"
+#include "scene/container/array_reader.h"
 #include "scene/model/node.h"
 
 namespace ts3d {
@@ -12,6 +11,6 @@ namespace ts3d {
 /// stood up for actors. A mesh without a bind pose entry keeps its own space and only gets its geometric
 /// transform.
 /// @return x, y, z of each control point
-std::vector<double> PoseControlPoints(const scene::KFbxNode& node, ConversionJob& job);
+scene::FbxArray<double> PoseControlPoints(const scene::KFbxNode& node, ConversionJob& job);
 
 }  // namespace ts3d

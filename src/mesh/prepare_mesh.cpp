@@ -75,7 +75,6 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
   if (node.GetMaterialCount() < 2) data.triangles.polygons = std::vector<uint32_t>();
   job.vertexTotal = AddUp(job.vertexTotal, static_cast<size_t>(mesh.GetControlPointsCount()));
   job.polygonTotal = AddUp(job.polygonTotal, data.triangles.Count());
-  job.scene->ReleaseFilePages();
   data.points = PoseControlPoints(node, job);
   data.normals = scene::ComputeVertexNormals(data.points, data.triangles.corners, TurnsNormals(name, job));
   StatusLog(job, "Recreated Normal Vectors");
@@ -87,11 +86,11 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
   }
   SelectDiffuseUVSet(node, mesh);
   data.records = SplitVertices(mesh.GetControlPointsCount(), mesh.GetUVs(), data.triangles);
+  data.triangles.sourceCorners = std::vector<uint32_t>();
   if (scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
       uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) {
     uvs->ReleaseIndexArray();
   }
-  job.scene->ReleaseFilePages();
   return data;
 }
 

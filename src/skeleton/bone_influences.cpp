@@ -107,7 +107,10 @@ class InfluenceRows {
     const auto byBone = [](const BoneWeight& a, const BoneWeight& b) { return a.bone < b.bone; };
     constexpr std::ptrdiff_t kShort = 16;
     if (end - begin > kShort) return std::stable_sort(begin, end, byBone);
-    for (Row i = begin; i != end; ++i) std::rotate(std::upper_bound(begin, i, *i, byBone), i, i + 1);
+    for (Row i = begin; i != end; ++i) {
+      // Clusters mostly come in the order of their bones.
+      if (i != begin && byBone(*i, *(i - 1))) std::rotate(std::upper_bound(begin, i, *i, byBone), i, i + 1);
+    }
   }
 
   bool IsControlPoint(int32_t index) const { return index >= 0 && static_cast<size_t>(index) < ends_.size(); }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
 
 #include "scene/container/record_tree.h"
 
@@ -14,6 +15,14 @@ namespace scene {
 template <typename T>
 class FbxArray {
  public:
+  FbxArray() = default;
+  FbxArray(FbxArray&& other) noexcept : data_(std::move(other.data_)), size_(std::exchange(other.size_, 0)) {}
+  FbxArray& operator=(FbxArray&& other) noexcept {
+    data_ = std::move(other.data_);
+    size_ = std::exchange(other.size_, 0);
+    return *this;
+  }
+
   T* Allocate(size_t size) {
     data_ = std::make_unique_for_overwrite<T[]>(size);
     size_ = size;

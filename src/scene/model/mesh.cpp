@@ -55,6 +55,12 @@ std::span<const double> KFbxMesh::GetControlPoints() {
   return points_.View();
 }
 
+FbxArray<double> KFbxMesh::TakeControlPoints() {
+  GetControlPoints();
+  pointsRead_ = false;
+  return std::move(points_);
+}
+
 int KFbxMesh::GetControlPointsCount() {
   if (pointCount_ < 0) GetControlPoints();
   return pointCount_;
@@ -68,30 +74,37 @@ void KFbxMesh::ReadPolygons() {
   const int32_t pointCount = GetControlPointsCount();
   const auto cornerCount = static_cast<uint32_t>(corners_.size());
   cornerCount_ = cornerCount;
+  const auto isLast = [&](uint32_t i) { return corners_[i] < 0 || i + 1 == cornerCount; };
+  evenSize_ = 1;
+  while (evenSize_ < cornerCount && !isLast(evenSize_ - 1)) ++evenSize_;
   KFbxPolygon polygon;
   bool sound = true;
-  plain_ = cornerCount % 3 == 0;
   for (uint32_t i = 0; i < cornerCount; ++i) {
+    const bool last = isLast(i);
     int32_t& corner = corners_[i];
-    const bool last = corner < 0 || i + 1 == cornerCount;
     if (corner < 0) corner = ~corner;
     sound &= corner < pointCount;
     if (!last) continue;
     polygon.size = i + 1 - polygon.firstCorner;
-    if (plain_ && (polygon.size != 3 || !sound)) {
-      // All polygons so far were triangles; from here on each is listed.
-      plain_ = false;
-      for (uint32_t k = 0; k < polygon.number; ++k) polygons_.push_back({3 * k, 3, k});
-    }
+    if (evenSize_ != 0 && (polygon.size != evenSize_ || !sound)) StartListing(polygon);
     if (!sound) {
       ++droppedPolygons_;
-    } else if (!plain_) {
+    } else if (evenSize_ == 0) {
       polygons_.push_back(polygon);
     }
     sound = true;
     ++polygon.number;
     polygon.firstCorner = i + 1;
   }
+}
+
+void KFbxMesh::StartListing(const KFbxPolygon& next) {
+  const auto left = std::span(corners_.begin(), cornerCount_).subspan(next.firstCorner + next.size);
+  const auto isNegative = [](int32_t corner) { return corner < 0; };
+  polygons_.reserve(next.number + 2 +
+                    static_cast<size_t>(std::count_if(left.begin(), left.end(), isNegative)));
+  for (uint32_t k = 0; k < next.number; ++k) polygons_.push_back({evenSize_ * k, evenSize_, k});
+  evenSize_ = 0;
 }
 
 size_t KFbxMesh::GetPolygonVertexCount() {
@@ -101,7 +114,7 @@ size_t KFbxMesh::GetPolygonVertexCount() {
 
 bool KFbxMesh::IsPlainTriangleMesh() {
   ReadPolygons();
-  return plain_;
+  return evenSize_ == 3 || cornerCount_ == 0;
 }
 
 int KFbxMesh::GetDroppedPolygonCount() {
@@ -111,13 +124,13 @@ int KFbxMesh::GetDroppedPolygonCount() {
 
 int KFbxMesh::GetPolygonCount() {
   ReadPolygons();
-  return static_cast<int>(plain_ ? cornerCount_ / 3 : polygons_.size());
+  return static_cast<int>(evenSize_ != 0 ? cornerCount_ / evenSize_ : polygons_.size());
 }
 
 KFbxPolygon KFbxMesh::GetPolygon(int i) {
   ReadPolygons();
   const auto index = static_cast<uint32_t>(i);
-  return plain_ ? KFbxPolygon{3 * index, 3, index} : polygons_[index];
+  return evenSize_ != 0 ? KFbxPolygon{evenSize_ * index, evenSize_, index} : polygons_[index];
 }
 
 std::span<const int32_t> KFbxMesh::GetPolygonVertices() {

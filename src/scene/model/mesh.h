@@ -34,6 +34,9 @@ class KFbxMesh : public KFbxNodeAttribute {
   /// x, y, z of each control point.
   std::span<const double> GetControlPoints();
 
+  /// x, y, z of each control point, for the caller to keep and change.
+  FbxArray<double> TakeControlPoints();
+
   int GetPolygonCount();
   KFbxPolygon GetPolygon(int i);
   int GetPolygonSize(int i) { return static_cast<int>(GetPolygon(i).size); }
@@ -79,6 +82,8 @@ class KFbxMesh : public KFbxNodeAttribute {
   LayerElementSource FindUVs() const;
   LayerElementSource FindMaterials() const;
   void ReadPolygons();
+  /// From the polygon `next` on, polygons are not like those before it: each is listed.
+  void StartListing(const KFbxPolygon& next);
   void ForgetPolygons();
 
   RecordRef geometry_;
@@ -89,11 +94,11 @@ class KFbxMesh : public KFbxNodeAttribute {
   int pointCount_ = -1;  ///< kept when the points are released
 
   FbxArray<int32_t> corners_;
-  std::vector<KFbxPolygon> polygons_;  ///< empty for a plain triangle mesh
+  std::vector<KFbxPolygon> polygons_;  ///< empty when all are of the same size
+  uint32_t evenSize_ = 0;              ///< corners of every polygon, none of which is dropped; 0: listed
   bool polygonsRead_ = false;
   bool cornersReleased_ = false;
   size_t cornerCount_ = 0;
-  bool plain_ = false;
   int droppedPolygons_ = 0;
 
   RecordRef selectedUVs_;

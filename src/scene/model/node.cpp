@@ -5,7 +5,12 @@
 
 namespace scene {
 
-KFbxMesh* KFbxNode::GetMesh() const { return dynamic_cast<KFbxMesh*>(attribute_); }
+KFbxMesh* KFbxNode::GetMesh() const {
+  // A file may also have attributes that only say they are meshes.
+  const bool saysSo =
+      attribute_ && attribute_->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eMESH;
+  return saysSo ? dynamic_cast<KFbxMesh*>(attribute_) : nullptr;
+}
 
 KFbxXMatrix KFbxNode::GetLocalFromDefaultTake() const {
   return parent_ ? parent_->global_.Inverse() * global_ : global_;

@@ -21,11 +21,6 @@ class KFbxScene : public KFbxObject {
   int GetPoseCount() const { return static_cast<int>(poses_.size()); }
   KFbxPose* GetPose(int i) const { return poses_[static_cast<size_t>(i)]; }
 
-  /// Gives back the memory that the file itself takes; arrays that are read later are read from it again.
-  void ReleaseFilePages() const {
-    if (tree_ && tree_->releasePages) tree_->releasePages();
-  }
-
   /// Calls `visit` for every object of class T.
   template <typename T, typename Visit>
   void ForEach(Visit visit) {
