@@ -38,11 +38,12 @@ void AddTextureFindings(const fs::path& model, ts3d::RigReport& report) {
   for (const ts3d::UsedTexture& texture : report.textures) {
     if (texture.isEmbedded) embedded.insert(texture.tgaName);
   }
+  TextureFinder finder(model);
   for (const ts3d::UsedTexture& texture : report.textures) {
     const std::string& source = texture.fileName.empty() ? texture.relativeFileName : texture.fileName;
     // A conversion unpacks embedded pictures, and other references to them are found then.
     if (source.empty() || embedded.contains(texture.tgaName)) continue;
-    const TextureSearch search = FindTexture(model, texture.fileName, texture.relativeFileName);
+    const TextureSearch search = finder.Find(texture.fileName, texture.relativeFileName);
     if (!search.found.empty()) {
       CheckPicture(search.found, texture, report);
     } else if (std::error_code failed; !fs::is_regular_file(model.parent_path() / texture.tgaName, failed)) {

@@ -11,9 +11,10 @@ install(TARGETS fbx_to_ts3d EXPORT FbxToTs3dTargets
 install(FILES ${PROJECT_SOURCE_DIR}/include/fbx_to_ts3d.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(TARGETS fbx2czp RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
-if(TARGET fbx2czp_pictures)
-  # The tool looks for it there, from its own folder.
-  install(TARGETS fbx2czp_pictures LIBRARY DESTINATION lib/fbx2czp COMPONENT tool)
+get_property(picture_modules GLOBAL PROPERTY FBX2CZP_PICTURE_MODULES)
+if(picture_modules)
+  # The tool looks for them there, from its own folder.
+  install(TARGETS ${picture_modules} LIBRARY DESTINATION lib/fbx2czp COMPONENT tool)
 endif()
 if(NOT CMAKE_CROSSCOMPILING AND NOT FBX_TO_TS3D_SANITIZE)
   # The tool writes its own papers, from the texts of --help.

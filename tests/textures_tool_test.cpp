@@ -41,7 +41,7 @@ TEST(TextureSearch, GoesFromThePathAsGivenToTheUsualFolders) {
                      {"C:\\secret.png", "", ""},
                      {"", "", ""}};
   for (const auto& [fileName, relativeFileName, found] : cases) {
-    const auto search = cli::FindTexture(folder.Path("models/hero.fbx"), fileName, relativeFileName);
+    const auto search = cli::TextureFinder(folder.Path("models/hero.fbx")).Find(fileName, relativeFileName);
     EXPECT_EQ(search.found, found.empty() ? "" : folder.Path(found)) << fileName << " " << relativeFileName;
   }
 }

@@ -5,31 +5,55 @@
 #include "platform/process.h"
 #include "textures/picture_formats.h"
 #include "textures/picture_module.h"
+#include "textures/png_writer.h"
 
 namespace cli {
 namespace {
 
-Image Decode(ModulePicture kind, std::string_view bytes, int longestSide) {
-  static const std::string path = platform::ExecutableFolder() + FBX2CZP_PICTURE_MODULE;
-  static const auto decode =
-      reinterpret_cast<DecodeModulePicture>(platform::LoadPlugin(path, kDecodeModulePicture));
-  if (!decode) throw std::runtime_error("cannot be read, as " + path + " is missing");
-  return decode(kind, bytes, longestSide);
+/// The function `symbol` of the module for pictures of this kind, which is loaded for it.
+template <typename Function>
+Function LoadFunction(const char* kind, const char* symbol) {
+  const std::string path =
+      platform::ExecutableFolder() + FBX2CZP_MODULE_FOLDER + kind + FBX2CZP_MODULE_ENDING;
+  void* const function = platform::LoadPlugin(path, symbol);
+  if (!function) throw std::runtime_error("needs " + path + ", which is missing");
+  return reinterpret_cast<Function>(function);
+}
+
+DecodeModulePicture LoadDecoder(const char* kind) {
+  return LoadFunction<DecodeModulePicture>(kind, kDecodeModulePicture);
 }
 
 }  // namespace
 
+Image DecodePng(std::string_view bytes, int longestSide) {
+  static const DecodeModulePicture decode = LoadDecoder("png");
+  return decode(bytes, longestSide);
+}
+
 Image DecodeJpeg(std::string_view bytes, int longestSide) {
-  return Decode(ModulePicture::Jpeg, bytes, longestSide);
+  static const DecodeModulePicture decode = LoadDecoder("jpeg");
+  return decode(bytes, longestSide);
 }
+
 Image DecodeTiff(std::string_view bytes, int longestSide) {
-  return Decode(ModulePicture::Tiff, bytes, longestSide);
+  static const DecodeModulePicture decode = LoadDecoder("tiff");
+  return decode(bytes, longestSide);
 }
+
 Image DecodeWebp(std::string_view bytes, int longestSide) {
-  return Decode(ModulePicture::Webp, bytes, longestSide);
+  static const DecodeModulePicture decode = LoadDecoder("webp");
+  return decode(bytes, longestSide);
 }
+
 Image DecodeDds(std::string_view bytes, int longestSide) {
-  return Decode(ModulePicture::Dds, bytes, longestSide);
+  static const DecodeModulePicture decode = LoadDecoder("dds");
+  return decode(bytes, longestSide);
+}
+
+std::string EncodePng(const Image& image) {
+  static const auto encode = LoadFunction<EncodeModulePicture>("png", kEncodeModulePicture);
+  return encode(image);
 }
 
 }  // namespace cli

@@ -11,7 +11,6 @@
 #include "scene/model/scene.h"
 #include "scene/model/texture.h"
 #include "textures/image_reader.h"
-#include "textures/texture_search.h"
 #include "textures/tga_file.h"
 
 namespace cli {
@@ -61,8 +60,8 @@ struct TextureConverter::Request {
   bool IsTga() const { return ts3d::EqualsIgnoreCase(BaseName(source), tgaName); }
 };
 
-TextureConverter::TextureConverter(fs::path model, int longestSide)
-    : model_(std::move(model)), longestSide_(longestSide) {}
+TextureConverter::TextureConverter(const fs::path& model, int longestSide)
+    : finder_(model), longestSide_(longestSide) {}
 
 bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists) {
   const auto [answer, isNew] = answers_.try_emplace(source, exists);
@@ -92,7 +91,7 @@ void TextureConverter::Bring(const Request& request) {
     pictures_.try_emplace(request.tgaName, request.target);
     return CheckOwn(request);
   }
-  const TextureSearch search = FindTexture(model_, request.source, RelativeName(request.job, request.source));
+  const TextureSearch search = finder_.Find(request.source, RelativeName(request.job, request.source));
   if (search.found.empty()) {
     if (request.exists) return;
     throw std::runtime_error(DescribePlaces(search.places));

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/conversion_job.h"
+#include "textures/texture_search.h"
 
 namespace cli {
 
@@ -25,7 +26,7 @@ class TextureConverter {
  public:
   /// @param model absolute path of the model, whose folder is searched; the job's own is a temporary one
   /// @param longestSide larger pictures (in pixels) are refused
-  TextureConverter(std::filesystem::path model, int longestSide);
+  TextureConverter(const std::filesystem::path& model, int longestSide);
 
   /// Called with each picture before it is converted.
   std::function<void(const std::filesystem::path& picture)> onConvert;
@@ -46,7 +47,7 @@ class TextureConverter {
   void CheckOwn(const Request& request) const;
   void Convert(const Request& request, const std::filesystem::path& picture);
 
-  std::filesystem::path model_;
+  TextureFinder finder_;
   int longestSide_;
   std::map<std::string, bool> answers_;                    ///< by source
   std::map<std::string, std::filesystem::path> pictures_;  ///< what each ".tga" file is made of

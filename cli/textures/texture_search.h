@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,13 +15,31 @@ struct TextureSearch {
   std::vector<std::string> places;  ///< the paths tried, in their order; `found` is the last of them
 };
 
-/// Looks for the picture of a texture, as the model names it: by its path as given, by its name relative to
-/// the model, then by its bare name beside the model and in the folders "textures", "tex", "images" and
-/// "<model>.fbm" there. Slashes of either kind and letter case do not matter; a name of the exact letters is
-/// preferred. Finds regular files only.
-/// @param model absolute path of the model
-/// @param fileName,relativeFileName either may be empty
-TextureSearch FindTexture(const std::filesystem::path& model, std::string_view fileName,
-                          std::string_view relativeFileName);
+/// Looks for the pictures of one model. Folders are read once, so it is not to live longer than the model's
+/// conversion.
+class TextureFinder {
+ public:
+  /// @param model absolute path of the model
+  explicit TextureFinder(const std::filesystem::path& model);
+
+  /// Looks for the picture of a texture, as the model names it: by its path as given, by its name relative to
+  /// the model, then by its bare name beside the model and in the folders "textures", "tex", "images" and
+  /// "<model>.fbm" there. Slashes of either kind and letter case do not matter; a name of the exact letters
+  /// is preferred. Finds regular files only.
+  /// @param fileName,relativeFileName either may be empty
+  TextureSearch Find(std::string_view fileName, std::string_view relativeFileName);
+
+ private:
+  bool Try(const std::filesystem::path& place);
+  bool TryPath(std::string_view path);
+  bool TryName(std::string_view path);
+  std::filesystem::path AsOnDisk(const std::filesystem::path& path);
+  std::filesystem::path EntryIgnoringCase(const std::filesystem::path& folder, const std::string& name);
+
+  std::filesystem::path folder_;
+  std::string stem_;
+  std::map<std::filesystem::path, std::vector<std::string>> namesIn_;  ///< of each folder that was read
+  TextureSearch search_;
+};
 
 }  // namespace cli
