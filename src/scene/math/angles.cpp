@@ -59,9 +59,15 @@ Wide operator/(const Wide& a, double b) {
 
 /// The power series 1 - x^2 / (n (n + 1)) (1 - x^2 / ((n + 2) (n + 3)) (1 - ...)) for |x| <= pi / 4.
 Wide Series(const Wide& square, int n) {
-  constexpr int kLastFactor = 28;
-  Wide sum{1.0, 0.0};
-  for (int factor = n + (kLastFactor - n) / 2 * 2; factor >= n; factor -= 2) {
+  constexpr int kLastFactor = 28, kLastWideFactor = 14;
+  int factor = n + (kLastFactor - n) / 2 * 2;
+  // What the higher terms lack in precision is gone when the lower ones have shrunk it.
+  double tail = 1.0;
+  for (; factor > kLastWideFactor; factor -= 2) {
+    tail = 1.0 - square.high * tail / static_cast<double>(factor * (factor + 1));
+  }
+  Wide sum{tail, 0.0};
+  for (; factor >= n; factor -= 2) {
     sum = Wide{1.0, 0.0} + -(square * sum / static_cast<double>(factor * (factor + 1)));
   }
   return sum;
