@@ -43,7 +43,7 @@ SplitMesh SplitFan(const std::vector<double>& coordinates) {
       EXPECT_EQ(record.influenceList, record.controlPoint);
     }
   }
-  split.corners = triangles.corners;
+  split.corners.assign(triangles.corners.begin(), triangles.corners.end());
   return split;
 }
 

@@ -72,11 +72,15 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
   data.influences = GatherBoneInfluences(mesh, job);
   data.triangles = Triangulate(mesh, name, job);
   // Only slices ask which polygon a triangle is from.
-  if (node.GetMaterialCount() < 2) data.triangles.polygons = std::vector<uint32_t>();
+  if (node.GetMaterialCount() < 2) {
+    data.triangles.polygons.Release();
+    mesh.ReleasePolygons();
+  }
   job.vertexTotal = AddUp(job.vertexTotal, static_cast<size_t>(mesh.GetControlPointsCount()));
   job.polygonTotal = AddUp(job.polygonTotal, data.triangles.Count());
   data.points = PoseControlPoints(node, job);
-  data.normals = scene::ComputeVertexNormals(data.points, data.triangles.corners, TurnsNormals(name, job));
+  data.normals =
+      scene::ComputeVertexNormals(data.points.View(), data.triangles.corners.View(), TurnsNormals(name, job));
   StatusLog(job, "Recreated Normal Vectors");
   for (size_t i = 0; i + 2 < data.normals.size(); i += 3) {
     // A point without a direction gets the diagonal, as a normal must have a length.
@@ -86,7 +90,7 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
   }
   SelectDiffuseUVSet(node, mesh);
   data.records = SplitVertices(mesh.GetControlPointsCount(), mesh.GetUVs(), data.triangles);
-  data.triangles.sourceCorners = std::vector<uint32_t>();
+  data.triangles.sourceCorners.Release();
   if (scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
       uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) {
     uvs->ReleaseIndexArray();

@@ -104,6 +104,27 @@ uint32_t DosWriteTime(std::string_view path) {
 
 uint32_t DosTimeNow() { return DosTime(std::time(nullptr)); }
 
+namespace {
+
+/// Maps a file for reading, off the boundaries of huge pages: where the system caches it in those, a look at
+/// one place would take two megabytes.
+void* MapSmallPages(int file, size_t size) {
+  constexpr size_t kHugePage = 2 << 20;
+  if (size < kHugePage) return mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
+  const auto page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+  const size_t whole = (size + page - 1) / page * page;
+  void* const room = mmap(nullptr, whole + page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (room == MAP_FAILED) return room;
+  const bool isOnBoundary = reinterpret_cast<uintptr_t>(room) % kHugePage == 0;
+  char* const place = static_cast<char*>(room) + (isOnBoundary ? page : 0);
+  munmap(isOnBoundary ? room : place + whole, page);
+  void* const data = mmap(place, size, PROT_READ, MAP_PRIVATE | MAP_FIXED, file, 0);
+  if (data == MAP_FAILED) munmap(place, whole);
+  return data;
+}
+
+}  // namespace
+
 MappedFile::~MappedFile() {
   if (data_) munmap(data_, size_);
 }
@@ -123,7 +144,7 @@ bool MappedFile::Open(std::string_view path, std::string& error) {
   const bool known = fstat(file, &info) == 0;
   void* data = nullptr;
   if (known && S_ISREG(info.st_mode) && info.st_size > 0) {
-    data = mmap(nullptr, static_cast<size_t>(info.st_size), PROT_READ, MAP_PRIVATE, file, 0);
+    data = MapSmallPages(file, static_cast<size_t>(info.st_size));
   }
   const int reason = errno;
   close(file);

@@ -30,7 +30,7 @@ void CheckMesh(scene::KFbxMesh& mesh) {
   }
   const scene::KFbxTriangles triangles = TriangulateMesh(mesh);
   EXPECT_EQ(triangles.Count(), triangleCount);
-  EXPECT_EQ(scene::ComputeVertexNormals(points, triangles.corners, false).size(), points.size());
+  EXPECT_EQ(scene::ComputeVertexNormals(points, triangles.corners.View(), false).size(), points.size());
   if (scene::KFbxLayerElementUV* uvs = mesh.GetUVs()) {
     for (size_t i = 0; i < triangles.corners.size(); ++i) {
       const int32_t index = uvs->GetTextureUVIndex(triangles.SourceCorner(i), triangles.corners[i]);

@@ -184,38 +184,37 @@ class PolygonCutter {
   std::vector<uint32_t> previous_, next_, reflex_;
 };
 
-KFbxTriangles PlainTriangles(KFbxMesh& mesh) {
-  const std::span<const int32_t> corners = mesh.GetPolygonVertices();
-  KFbxTriangles triangles;
-  triangles.corners.assign(corners.begin(), corners.end());
-  return triangles;
+/// Triangles of all polygons of `mesh`.
+size_t CountTriangles(KFbxMesh& mesh) {
+  size_t count = 0;
+  for (int i = 0; i < mesh.GetPolygonCount(); ++i) count += std::max(mesh.GetPolygonSize(i), 2) - 2;
+  return count;
 }
 
 }  // namespace
 
 KFbxTriangles TriangulateMesh(KFbxMesh& mesh) {
-  if (mesh.IsPlainTriangleMesh()) return PlainTriangles(mesh);
+  KFbxTriangles triangles;
+  if (mesh.IsPlainTriangleMesh()) {
+    triangles.corners = mesh.TakePolygonVertices();
+    return triangles;
+  }
   const std::span<const int32_t> table = mesh.GetPolygonVertices();
   const auto polygonCount = static_cast<uint32_t>(mesh.GetPolygonCount());
-  size_t triangleCount = 0;
-  for (uint32_t i = 0; i < polygonCount; ++i) {
-    const uint32_t size = mesh.GetPolygon(static_cast<int>(i)).size;
-    triangleCount += size < 3 ? 0 : size - 2;
-  }
-  KFbxTriangles triangles;
-  triangles.corners.reserve(3 * triangleCount);
-  triangles.sourceCorners.reserve(3 * triangleCount);
-  triangles.polygons.reserve(triangleCount);
+  const size_t triangleCount = CountTriangles(mesh);
+  int32_t* points = triangles.corners.Allocate(3 * triangleCount);
+  uint32_t* sources = triangles.sourceCorners.Allocate(3 * triangleCount);
+  uint32_t* polygons = triangles.polygons.Allocate(triangleCount);
   PolygonCutter cutter(mesh.GetControlPoints(), table.size());
   for (uint32_t i = 0; i < polygonCount; ++i) {
     const KFbxPolygon polygon = mesh.GetPolygon(static_cast<int>(i));
     const std::span<const int32_t> corners = table.subspan(polygon.firstCorner, polygon.size);
     cutter.Cut(corners, [&](uint32_t a, uint32_t b, uint32_t c) {
       for (const uint32_t corner : {a, b, c}) {
-        triangles.corners.push_back(corners[corner]);
-        triangles.sourceCorners.push_back(polygon.firstCorner + corner);
+        *points++ = corners[corner];
+        *sources++ = polygon.firstCorner + corner;
       }
-      triangles.polygons.push_back(i);
+      *polygons++ = i;
     });
   }
   return triangles;

@@ -96,6 +96,7 @@ void KFbxMesh::ReadPolygons() {
     ++polygon.number;
     polygon.firstCorner = i + 1;
   }
+  polygonCount_ = polygon.number - static_cast<uint32_t>(droppedPolygons_);
 }
 
 void KFbxMesh::StartListing(const KFbxPolygon& next) {
@@ -124,10 +125,11 @@ int KFbxMesh::GetDroppedPolygonCount() {
 
 int KFbxMesh::GetPolygonCount() {
   ReadPolygons();
-  return static_cast<int>(evenSize_ != 0 ? cornerCount_ / evenSize_ : polygons_.size());
+  return static_cast<int>(polygonCount_);
 }
 
 KFbxPolygon KFbxMesh::GetPolygon(int i) {
+  if (listReleased_) ForgetPolygons();
   ReadPolygons();
   const auto index = static_cast<uint32_t>(i);
   return evenSize_ != 0 ? KFbxPolygon{evenSize_ * index, evenSize_, index} : polygons_[index];
@@ -137,6 +139,12 @@ std::span<const int32_t> KFbxMesh::GetPolygonVertices() {
   if (cornersReleased_) ForgetPolygons();
   ReadPolygons();
   return corners_.View();
+}
+
+FbxArray<int32_t> KFbxMesh::TakePolygonVertices() {
+  GetPolygonVertices();
+  cornersReleased_ = true;
+  return std::move(corners_);
 }
 
 RecordRef KFbxMesh::FindLayerElement(std::string_view type) const {
@@ -217,9 +225,16 @@ void KFbxMesh::ReleaseCorners() {
   cornersReleased_ = true;
 }
 
+void KFbxMesh::ReleasePolygons() {
+  ReadPolygons();
+  ReleaseCorners();
+  polygons_ = std::vector<KFbxPolygon>();
+  listReleased_ = evenSize_ == 0;
+}
+
 void KFbxMesh::ForgetPolygons() {
   corners_.Release();
-  cornersReleased_ = false;
+  cornersReleased_ = listReleased_ = false;
   polygons_ = std::vector<KFbxPolygon>();
   polygonsRead_ = false;
 }

@@ -42,6 +42,8 @@ class KFbxMesh : public KFbxNodeAttribute {
   int GetPolygonSize(int i) { return static_cast<int>(GetPolygon(i).size); }
   /// Control points of all corners of all polygons of the file, dropped ones included.
   std::span<const int32_t> GetPolygonVertices();
+  /// The same for the caller to keep and change. What GetPolygon and the polygon counts tell stays.
+  FbxArray<int32_t> TakePolygonVertices();
   size_t GetPolygonVertexCount();
   /// Whether the polygon table is nothing but triangles, corner after corner.
   bool IsPlainTriangleMesh();
@@ -70,6 +72,8 @@ class KFbxMesh : public KFbxNodeAttribute {
   void ReleaseControlPoints();
   /// Gives up the corners, but not what GetPolygon and the polygon counts tell.
   void ReleaseCorners();
+  /// Gives up corners and polygons, but not their counts.
+  void ReleasePolygons();
   void ReleaseSkins();
   void ReleaseArrays();
 
@@ -98,7 +102,8 @@ class KFbxMesh : public KFbxNodeAttribute {
   uint32_t evenSize_ = 0;              ///< corners of every polygon, none of which is dropped; 0: listed
   bool polygonsRead_ = false;
   bool cornersReleased_ = false;
-  size_t cornerCount_ = 0;
+  bool listReleased_ = false;
+  uint32_t cornerCount_ = 0, polygonCount_ = 0;
   int droppedPolygons_ = 0;
 
   RecordRef selectedUVs_;
