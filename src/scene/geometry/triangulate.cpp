@@ -187,7 +187,7 @@ class PolygonCutter {
 /// Triangles of all polygons of `mesh`.
 size_t CountTriangles(KFbxMesh& mesh) {
   size_t count = 0;
-  for (int i = 0; i < mesh.GetPolygonCount(); ++i) count += std::max(mesh.GetPolygonSize(i), 2) - 2;
+  for (int i = 0; i < mesh.GetPolygonCount(); ++i) count += std::max(mesh.GetPolygon(i).size, 2u) - 2;
   return count;
 }
 
