@@ -54,7 +54,7 @@ void ForEachArray(const scene::RecordTree& tree, const Visit& visit) {
 void ReadContainer(benchmark::State& state, const std::string& path) {
   const auto file = LoadFile(path);
   for (auto _ : state) benchmark::DoNotOptimize(ReadRecords(file));
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * file->size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(file->size()));
 }
 
 void ContainerBinary(benchmark::State& state) { ReadContainer(state, modelPath); }
