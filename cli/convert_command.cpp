@@ -15,6 +15,7 @@
 #include "host_paths.h"
 #include "terminal.h"
 #include "textures/image_reader.h"
+#include "unmatched_options.h"
 
 namespace cli {
 namespace {
@@ -67,6 +68,7 @@ int RunConvert(const ConvertOptions& options) {
   bool interrupted = false;
   const std::vector<ModelResult> results = ConvertAll(tasks, options, finish, interrupted);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  WarnOfUnmatchedOptions(results);
   if (tasks.size() > 1) std::fputs(SummaryTable(results, seconds).c_str(), stdout);
   if (!options.report.empty()) WriteReport(options.report, results, seconds);
   if (!interrupted) return FirstFailure(results);

@@ -15,6 +15,7 @@
 #include "job_host.h"
 #include "skeleton/skeleton_state.h"
 #include "textures/tga_file.h"
+#include "unmatched_options.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -43,13 +44,15 @@ struct SceneOwner {
 };
 
 /// Runs in the work folder, where the converter deletes its work files.
+/// @param onConverted  see ts3d::ConversionRequest
 int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<FinishSettings>& finish,
-            ts3d::ConversionJob& job) {
+            const std::function<void(const scene::KFbxNode&)>& onConverted, ts3d::ConversionJob& job) {
   const fs::path model = work.Model();
   int code = 0;
   {
     const CurrentFolder current(model.parent_path());
-    code = static_cast<int>(ts3d::RunConversion(job, {ConverterPath(model), ConverterPath(task.model)}));
+    code = static_cast<int>(
+        ts3d::RunConversion(job, {ConverterPath(model), ConverterPath(task.model), onConverted}));
   }
   if (code != 0 || !finish) return code;
   const TemporaryFolder nowhere;
@@ -110,8 +113,12 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   };
   host.Attach(job);
   SetUp(job, options);
+  const auto tellUnmatched = [&](const scene::KFbxNode& root) {
+    if (options.excludedNames.empty() && options.meshes.empty() && options.doubleSidedMeshes.empty()) return;
+    result.unmatchedOptions = FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root));
+  };
   try {
-    result.code = Convert(task, work, finish, job);
+    result.code = Convert(task, work, finish, tellUnmatched, job);
     if (result.code != 0) result.reason = DescribeExitCode(result.code);
   } catch (const std::bad_alloc&) {
     result.code = FBX_TO_TS3D_LOAD_FAILED;

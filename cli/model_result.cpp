@@ -75,6 +75,10 @@ Json ToJson(const ModelResult& result) {
   for (const TextureProblem& problem : result.textureProblems) {
     textures.push_back({{"source", problem.source}, {"problem", problem.text}});
   }
+  Json unmatched = Json::array();
+  for (const UnmatchedOption& entry : result.unmatchedOptions) {
+    unmatched.push_back({{"option", entry.option}, {"name", entry.name}, {"nearest", entry.nearest}});
+  }
   return {{"model", result.model},
           {"result", result.code},
           {"meaning", DescribeExitCode(result.code)},
@@ -84,6 +88,7 @@ Json ToJson(const ModelResult& result) {
           {"warnings", result.Warnings()},
           {"notes", result.notes},
           {"textures", std::move(textures)},
+          {"unmatched_options", std::move(unmatched)},
           {"vertices", result.vertices},
           {"triangles", result.triangles},
           {"seconds", result.seconds},
@@ -103,6 +108,11 @@ ModelResult ResultFromJson(const Json& json) {
   for (const Json& texture : json.at("textures")) {
     result.textureProblems.push_back(
         {texture.at("source").get<std::string>(), texture.at("problem").get<std::string>()});
+  }
+  for (const Json& entry : json.at("unmatched_options")) {
+    result.unmatchedOptions.push_back({entry.at("option").get<std::string>(),
+                                       entry.at("name").get<std::string>(),
+                                       entry.at("nearest").get<std::vector<std::string>>()});
   }
   json.at("vertices").get_to(result.vertices);
   json.at("triangles").get_to(result.triangles);

@@ -17,6 +17,13 @@ struct MemberSize {
   uint64_t bytes = 0;
 };
 
+/// A name that an option gives and that nothing in the model has.
+struct UnmatchedOption {
+  std::string option;                ///< "--exclude", ...
+  std::string name;                  ///< as the user gave it
+  std::vector<std::string> nearest;  ///< names that the model has, the most similar first
+};
+
 /// What became of one model.
 struct ModelResult {
   std::string model;                ///< as the user wrote it
@@ -26,6 +33,7 @@ struct ModelResult {
   std::string readerOutput;         ///< what the reader said of a file that it cannot load
   std::vector<std::string> notes;   ///< advice in plain words
   std::vector<TextureProblem> textureProblems;
+  std::vector<UnmatchedOption> unmatchedOptions;
   int32_t vertices = 0, triangles = 0;
   double seconds = 0.0;
   std::string package;  ///< path; empty on failure

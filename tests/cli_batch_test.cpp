@@ -9,6 +9,7 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
+#include "support/character.h"
 #include "support/package_reader.h"
 #include "support/tool.h"
 
@@ -99,6 +100,25 @@ TEST_F(Batch, FoldersAreConvertedWithTheirSubfoldersAndReported) {
   EXPECT_EQ(models[1]["result"], 2);
   EXPECT_NE(models[1]["reader_output"].get<std::string>().find("Error returned: "), std::string::npos);
   EXPECT_EQ(models[3]["result"], 1);
+}
+
+TEST_F(Batch, WarnsOfNamesThatNoneOfTheModelsHas) {
+  CopySample("a.fbx");
+  support::Character other;
+  other.Triangle("Hair");
+  other.Triangle("Hairpin");
+  folder_.Write("b.fbx", other.Text());
+  EXPECT_EQ(Run("convert -q a.fbx b.fbx --mesh HAIR --double-sided hta --exclude hat --report r.json"), 0);
+  EXPECT_FALSE(Printed("--mesh") || Printed("--exclude")) << errors_;
+  EXPECT_TRUE(
+      Printed("fbx2czp: warning: --double-sided hta: no mesh or material has this name; the nearest "
+              "names are \"hat\", "));
+  const Json models = Json::parse(ReadWholeFile(folder_.Path("r.json")))["models"];
+  EXPECT_EQ(models[1]["unmatched_options"][0]["name"], "hat");
+  EXPECT_EQ(models[1]["unmatched_options"][0]["nearest"], Json({"Hair", "Hairpin"}));
+  // Only whole meshes can have inward normals.
+  EXPECT_EQ(Run("convert -q b.fbx --mesh hairpin --mesh Hairpin_a"), 0);
+  EXPECT_TRUE(Printed("fbx2czp: b.fbx: warning: --mesh Hairpin_a: no mesh has this name;")) << errors_;
 }
 
 TEST_F(Batch, TwoModelsNeverWriteOnePackage) {

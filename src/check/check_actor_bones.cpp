@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <numeric>
 #include <set>
 
 #include "check/finding_kinds.h"
 #include "check/rig_check.h"
 #include "config/bone_name_map.h"
 #include "core/names.h"
+#include "core/similar_names.h"
 #include "scene/model/node.h"
 
 namespace ts3d {
@@ -40,22 +40,6 @@ std::string PlainBoneName(std::string_view name) {
   }
   std::erase_if(plain, isSeparator);
   return side + "|" + plain;
-}
-
-/// Letters to insert, delete or exchange to make one of the other.
-size_t EditDistance(std::string_view a, std::string_view b) {
-  std::vector<size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), size_t{0});
-  for (size_t i = 0; i < a.size(); ++i) {
-    size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (size_t k = 0; k < b.size(); ++k) {
-      const size_t exchanged = diagonal + (a[i] != b[k]);
-      diagonal = row[k + 1];
-      row[k + 1] = std::min({exchanged, row[k] + 1, row[k + 1] + 1});
-    }
-  }
-  return row[b.size()];
 }
 
 struct ProductBone {

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "check/finding_kinds.h"
 #include "check/rig_check.h"
+#include "check/unmatched_names.h"
 #include "config/mesh_list.h"
 #include "core/names.h"
+#include "core/similar_names.h"
 #include "core/work_file.h"
 #include "mesh/mesh_filter.h"
 
@@ -90,15 +91,9 @@ void TellTextureNames(RigCheck& check) {
 }
 
 void TellExclusions(RigCheck& check) {
-  for (const std::string& excluded : check.job.exclusionList) {
-    const bool known =
-        std::any_of(check.report.findings.begin(), check.report.findings.end(), [&](const Finding& finding) {
-          return finding.code == findings::kExcluded.code &&
-                 std::any_of(finding.names.begin(), finding.names.end(), [&](const std::string& name) {
-                   return EqualsIgnoreCase(SanitizeMeshName(name), excluded);
-                 });
-        });
-    if (!known) check.report.Add(findings::kUnknownExclusion, excluded);
+  const OptionTargets targets = CollectOptionTargets(*check.job.sceneRoot);
+  for (const UnmatchedName& unmatched : FindUnmatchedNames(check.job.exclusionList, targets.outputs)) {
+    check.report.Add(findings::kUnknownExclusion, unmatched.name, {QuotedNames(unmatched.nearest)});
   }
 }
 

@@ -123,9 +123,10 @@ inline constexpr FindingKind kHeadPart{
     "By the name a part of the head, which is left out: actors get the product's own head.",
     "To keep a part, give it another name."};
 inline constexpr FindingKind kExcluded{"excluded", Note, Mesh, "Left out, as you asked for.", ""};
-inline constexpr FindingKind kUnknownExclusion{"unknown-exclusion", Warning, Mesh,
-                                               "Nothing of this name is there to be left out.",
-                                               "Check the name; it is that of the output mesh."};
+inline constexpr FindingKind kUnknownExclusion{
+    "unknown-exclusion", Warning, Mesh,
+    "Nothing of this name is there to be left out. The nearest names: {}.",
+    "Check the name; it is that of the output mesh."};
 inline constexpr FindingKind kEmptyMesh{"empty-mesh", Note, Mesh, "No points, so nothing to convert.", ""};
 inline constexpr FindingKind kHidingMesh{
     "hidden-by-empty-mesh", Warning, Mesh,

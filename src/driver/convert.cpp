@@ -151,6 +151,7 @@ ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& requ
   ReportLoaded(job, versions);
   job.sceneRoot = job.scene->GetRootNode();
   const ConversionResult result = ConvertLoadedScene(job, fbxPath);
+  if (request.onConverted && result == ConversionResult::Success) request.onConverted(*job.sceneRoot);
   ReleaseScene(job);
   WriteHeldFiles(job);
   if (result != ConversionResult::Success) job.vertexTotal = job.polygonTotal = 0;

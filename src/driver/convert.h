@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "core/conversion_job.h"
@@ -23,6 +24,8 @@ struct ConversionRequest {
   std::string fbxPath;
   /// Path that the actor type is read from, when it is not `fbxPath`.
   std::string actorPath;
+  /// Called with the converted scene, before it goes. May be empty.
+  std::function<void(const scene::KFbxNode& root)> onConverted = nullptr;
 };
 
 /// Puts the job's counters to where every conversion starts.

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "check/unmatched_names.h"
+#include "convert_options.h"
+#include "model_result.h"
+
+namespace cli {
+
+/// The names that --exclude, --mesh and --double-sided give and that nothing in a model with `targets` has.
+std::vector<UnmatchedOption> FindUnmatchedOptions(const ConvertOptions& options,
+                                                  const ts3d::OptionTargets& targets);
+
+/// Warns of names that none of the converted models has: of many models, not every one has every mesh.
+void WarnOfUnmatchedOptions(const std::vector<ModelResult>& results);
+
+}  // namespace cli
