@@ -20,7 +20,7 @@ constexpr const char* kExamples =
     "      changes the document of an earlier conversion and adds it to its package again\n"
     "  fbx2czp finish hero.fbx --settings hero.json\n"
     "\n"
-    "Settings file (JSON), every part optional:\n"
+    "Settings file (JSON), every part optional, others are refused:\n"
     "  {\"scale\": 95, \"rotation\": {\"x\": 0, \"y\": 180}, \"renames\": {\"L_femur\": \"left femur\"},\n"
     "   \"meshes\": {\"Body\": \"Skin\"}, \"switch_on\": {\"Hat\": \"Cap\"}, \"switch_off\": {\"Coat\": "
     "\"Coat\"}}\n";

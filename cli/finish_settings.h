@@ -24,6 +24,7 @@ void AddSwitchOff(FinishSettings& settings, const std::string& entry);
 
 /// Adds what the JSON file `path` says: "scale", "rotation": {"x", "y"}, and the objects "renames", "meshes",
 /// "switch_on" and "switch_off" of old and new names.
+/// Other keys are refused.
 /// @throws std::runtime_error with a reason for the person at the keyboard
 void ReadFinishSettings(const std::string& path, FinishSettings& settings);
 

@@ -118,6 +118,16 @@ TEST_F(Tool, DamagedSettingsAndPackagesAreNamed) {
   folder_.Write("s.json", "{\"scale\": }");
   EXPECT_EQ(Run("convert scout.fbx --finish-settings s.json"), 64);
   EXPECT_TRUE(Printed("fbx2czp: error: s.json: ")) << errors_;
+  const std::pair<const char*, const char*> mistyped[] = {
+      {R"({"swich_on": {"hat": "Cap"}})",
+       "the key \"swich_on\" in the file is not known; the nearest one is \"switch_on\""},
+      {R"({"rotation": {"z": 1}})", "the key \"z\" in \"rotation\" is not known"},
+      {R"({"meshes": ["hat"]})", "\"meshes\" is not of the form"}};
+  for (const auto& [settings, problem] : mistyped) {
+    folder_.Write("s.json", settings);
+    EXPECT_EQ(Run("convert scout.fbx --finish-settings s.json"), 64);
+    EXPECT_TRUE(Printed("fbx2czp: error: s.json: " + std::string(problem))) << errors_;
+  }
   EXPECT_EQ(Run("finish scout.fbx"), 6);
   folder_.Write("broken.czp", "PK no zip at all");
   EXPECT_EQ(Run("repack broken.czp"), 8);
