@@ -97,6 +97,11 @@ TEST_F(ToolTextures, AreMadeAnewWhenThePictureIsNewerUnlessSomebodyElseMadeThem)
   ASSERT_EQ(Run("convert hero.fbx"), 0);
   EXPECT_TRUE(Printed("Converting Texture: ")) << errors_;
 
+  ASSERT_EQ(Run("convert hero.fbx -q --max-texture 63"), 0);
+  EXPECT_TRUE(Printed("texture C:\\art\\cloth.PNG is too large: 64 x 64 pixels, the limit is 63 a side\n"));
+  EXPECT_EQ(Package(folder_.Path("hero.czp")).Count("cloth.tga"), 0u) << "as if it were not made yet";
+  EXPECT_TRUE(fs::exists(folder_.Path("cloth.tga")));
+
   fs::remove(folder_.Path("cloth.tga"));
   folder_.Write("original.tga", "painted by hand");
   fs::create_symlink("original.tga", folder_.Path("cloth.tga"));

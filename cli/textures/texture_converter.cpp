@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/names.h"
+#include "core/work_file.h"
 #include "material/texture_files.h"
 #include "platform/files.h"
 #include "scene/model/scene.h"
@@ -75,11 +76,13 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
   } catch (const std::exception& error) {
     reason = error.what();
   }
-  if (exists) reason += "; " + ts3d::TgaName(source) + " beside the model is packed as it is";
+  // A reused file that this limit refuses is gone from the job's folder.
+  const bool remains = exists && ts3d::WorkFileExists(job, ts3d::TgaName(source));
+  if (remains) reason += "; " + ts3d::TgaName(source) + " beside the model is packed as it is";
   // Embedded pictures were written to a folder that is gone when somebody reads this.
   const bool isInside = source.starts_with(job.modelDirectory);
   problems_.push_back({isInside ? source.substr(job.modelDirectory.size()) : source, std::move(reason)});
-  return exists;
+  return answer->second = remains;
 }
 
 void TextureConverter::Bring(const Request& request) {
@@ -93,7 +96,7 @@ void TextureConverter::Bring(const Request& request) {
   }
   const TextureSearch search = finder_.Find(request.source, RelativeName(request.job, request.source));
   if (search.found.empty()) {
-    if (request.exists) return;
+    if (request.exists) return CheckReused(request);
     throw std::runtime_error(DescribePlaces(search.places));
   }
   const auto made = pictures_.find(request.tgaName);
@@ -112,9 +115,22 @@ void TextureConverter::CheckOwn(const Request& request) const {
   WriteTga(ReadImage(request.target, longestSide_), request.target);
 }
 
+/// The picture is used again when an earlier conversion made it, unless this one would not.
+void TextureConverter::CheckReused(const Request& request) const {
+  int width = 0, height = 0;
+  if (!IsWrittenByUs(request.target) || !IsPlainTga(request.target, width, height)) return;
+  try {
+    CheckSize(width, height, longestSide_);
+  } catch (const std::runtime_error&) {
+    // Only here: the file beside the model stays for conversions with another limit.
+    fs::remove(request.target);
+    throw;
+  }
+}
+
 void TextureConverter::Convert(const Request& request, const fs::path& picture) {
   if (request.exists) {
-    if (!IsOlder(request.target, picture) || IsSamePath(request.target, picture)) return;
+    if (!IsOlder(request.target, picture) || IsSamePath(request.target, picture)) return CheckReused(request);
     if (!IsWrittenByUs(request.target)) {
       throw std::runtime_error("is newer than " + request.tgaName + ", which was not made by this program");
     }

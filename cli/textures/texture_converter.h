@@ -45,6 +45,7 @@ class TextureConverter {
 
   void Bring(const Request& request);
   void CheckOwn(const Request& request) const;
+  void CheckReused(const Request& request) const;
   void Convert(const Request& request, const std::filesystem::path& picture);
 
   TextureFinder finder_;
