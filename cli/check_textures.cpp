@@ -41,12 +41,16 @@ void AddTextureFindings(const fs::path& model, ts3d::RigReport& report) {
   TextureFinder finder(model);
   for (const ts3d::UsedTexture& texture : report.textures) {
     const std::string& source = texture.fileName.empty() ? texture.relativeFileName : texture.fileName;
-    // A conversion unpacks embedded pictures, and other references to them are found then.
-    if (source.empty() || embedded.contains(texture.tgaName)) continue;
+    if (source.empty()) continue;
     const TextureSearch search = finder.Find(texture.fileName, texture.relativeFileName);
     if (!search.found.empty()) {
       CheckPicture(search.found, texture, report);
-    } else if (std::error_code failed; !fs::is_regular_file(model.parent_path() / texture.tgaName, failed)) {
+      continue;
+    }
+    // A conversion unpacks embedded pictures, and other references to them are found then.
+    std::error_code failed;
+    if (!embedded.contains(texture.tgaName) &&
+        !fs::is_regular_file(model.parent_path() / texture.tgaName, failed)) {
       report.Add(ts3d::findings::kTextureMissing, texture.tgaName, {source, Joined(search.places)});
     }
   }

@@ -134,6 +134,23 @@ TEST_F(ToolTextures, ThatCannotBeConvertedAreNamedOnceAndStopNothing) {
       << errors_;
 }
 
+TEST_F(ToolTextures, EmbeddedInTheModelComeLast) {
+  support::Character model;
+  const auto mesh = model.Triangle("Mesh");
+  support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+  model.Texture(model.Material(mesh), "C:\\old\\skin.png");
+  model.Embed("C:\\art\\cloth.png", "bm8gcGljdHVyZQ==");
+  folder_.Write("hero.fbx", model.Text());
+  ASSERT_EQ(Run("convert hero.fbx -q"), 0);
+  EXPECT_TRUE(Printed("texture hero.fbm\\cloth.png is not a picture that can be read")) << errors_;
+  EXPECT_EQ(Run("check hero.fbx"), 1);
+  EXPECT_EQ(output_.find("[texture-"), std::string::npos) << output_;
+  CopyCloth("Cloth.PNG");
+  ASSERT_EQ(Run("convert hero.fbx -q"), 0);
+  EXPECT_FALSE(Printed("warning")) << errors_;
+  EXPECT_THAT(Packed("cloth.tga"), kIsConverted);
+}
+
 TEST_F(ToolTextures, NamedTgaAreFoundAndUnpackedButNeverWrittenOver) {
   WriteModel({"D:/packed.tga"});
   fs::create_directories(folder_.Path("images"));

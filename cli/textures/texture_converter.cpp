@@ -18,13 +18,25 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-/// The name relative to the model that the texture `source` has beside it; empty when it has none.
-std::string RelativeName(const ts3d::ConversionJob& job, const std::string& source) {
-  std::string name;
+/// The texture whose picture is `source`, if possible one with a name relative to the model beside it.
+const scene::KFbxTexture* FindTextureOf(const ts3d::ConversionJob& job, const std::string& source) {
+  const scene::KFbxTexture* found = nullptr;
   job.scene->ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
-    if (name.empty() && texture.GetFileName() == source) name = texture.GetRelativeFileName();
+    if (texture.GetFileName() != source) return;
+    if (!found || found->GetRelativeFileName().empty()) found = &texture;
   });
-  return name;
+  return found;
+}
+
+/// Looks for the picture `source`. One that is embedded, and was taken out to `source`, comes
+/// last.
+TextureSearch FindPicture(TextureFinder& finder, const ts3d::ConversionJob& job, const std::string& source) {
+  const scene::KFbxTexture* texture = FindTextureOf(job, source);
+  if (!texture) return finder.Find(source, {});
+  if (!texture->IsEmbedded()) return finder.Find(source, texture->GetRelativeFileName());
+  const scene::KFbxVideo& video = *texture->GetVideo();
+  TextureSearch search = finder.Find(video.GetFileName(), video.GetRelativeFileName());
+  return search.found.empty() ? finder.Find(source, {}) : search;
 }
 
 /// Whether `a` was written before `b`. False when that is unknown.
@@ -94,7 +106,7 @@ void TextureConverter::Bring(const Request& request) {
     pictures_.try_emplace(request.tgaName, request.target);
     return CheckOwn(request);
   }
-  const TextureSearch search = finder_.Find(request.source, RelativeName(request.job, request.source));
+  const TextureSearch search = FindPicture(finder_, request.job, request.source);
   if (search.found.empty()) {
     if (request.exists) return CheckReused(request);
     throw std::runtime_error(DescribePlaces(search.places));

@@ -87,6 +87,15 @@ class Character {
     return texture;
   }
 
+  /// Embeds a picture into the texture that was added last.
+  void Embed(std::string fileName, std::string base64) {
+    const Id texture = last_;
+    FbxRecord& video = file_.Object("Video", ++last_, "video", "Clip");
+    video.Add({"Filename", {std::move(fileName)}});
+    video.Add({"Content", {std::move(base64)}});
+    file_.Connect(last_, texture);
+  }
+
   /// Adds the cluster of `bone` to the mesh's skin. The mesh is bound where it stands.
   FbxRecord& Weights(MeshNode& mesh, Id bone, std::vector<double> indices, std::vector<double> weights) {
     if (!mesh.skin) {
