@@ -9,6 +9,7 @@
 #include "check/finding_kinds.h"
 #include "check_output.h"
 #include "check_textures.h"
+#include "find_models.h"
 #include "host_paths.h"
 
 namespace cli {
@@ -23,8 +24,7 @@ struct CheckCommandOptions {
   bool quiet = false;
 };
 
-ts3d::RigReport CheckModel(const std::string& name, const CheckCommandOptions& options) {
-  const fs::path model = fs::absolute(name);
+ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& options) {
   ts3d::RigReport report;
   if (model.string().find('\\') != std::string::npos) {
     report.Add(ts3d::findings::kNotLoaded, {}, {"its path has a backslash"});
@@ -37,15 +37,16 @@ ts3d::RigReport CheckModel(const std::string& name, const CheckCommandOptions& o
 }
 
 int RunCheck(const CheckCommandOptions& options) {
+  const std::vector<ModelTask> tasks = FindModels(options.models);
   std::vector<CheckedModel> models;
   ts3d::Severity worst = ts3d::Severity::Note;
-  for (const std::string& name : options.models) {
-    CheckedModel model{name, CheckModel(name, options)};
+  for (const ModelTask& task : tasks) {
+    CheckedModel model{task.name, CheckModel(task.model, options)};
     worst = std::max(worst, model.report.Worst());
     if (options.json) {
       models.push_back(std::move(model));
     } else {
-      PrintReport(model, options.quiet);
+      PrintReport(model, options.quiet, tasks.size() > 1);
     }
   }
   if (options.json) std::fputs(ReportsAsJson(models).c_str(), stdout);
@@ -58,7 +59,9 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
   const auto options = std::make_shared<CheckCommandOptions>();
   CLI::App& check = AddCommand(app, "check", "Tell what is wrong with models, without converting them", run,
                                [options] { return RunCheck(*options); });
-  check.add_option("MODEL", options->models, "FBX files, binary or ASCII")->required();
+  check.add_option("MODEL", options->models, "FBX files, binary or ASCII, and folders of such files")
+      ->required()
+      ->type_name("");
   Repeatable(check.add_option("--exclude", options->excludedNames,
                               "Mesh or material that will be left out; repeat for more"));
   check.add_flag("--json", options->json, "Print the reports as JSON");
@@ -67,8 +70,10 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
       "Examples:\n"
       "  fbx2czp check hero.fbx\n"
       "      tells what hero.czp would hold and what is wrong with the rig\n"
-      "  fbx2czp check --json models/*.fbx > report.json\n"
-      "\nExit codes:\n"
+      "  fbx2czp check --quiet characters/ props/lamp.fbx\n"
+      "      tells the warnings of all models below the folder and of one more\n"
+      "  fbx2czp check --json characters/ > report.json\n"
+      "\nExit codes, of several models the worst:\n"
       "    0  no problems, notes at most\n"
       "    1  warnings: something will look wrong\n"
       "    2  a model cannot be loaded or has no mesh\n"

@@ -130,10 +130,14 @@ Json ReportAsJson(const CheckedModel& model) {
 
 }  // namespace
 
-void PrintReport(const CheckedModel& model, bool quiet) {
+void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany) {
+  const ts3d::Severity least = quiet ? ts3d::Severity::Warning : ts3d::Severity::Note;
+  if (isOneOfMany && (!quiet || model.report.Worst() >= least)) {
+    std::printf("%s\n", Painted(stdout, Colour::Bold, "=== " + Printable(model.name)).c_str());
+  }
   if (model.report.loaded && !quiet) PrintSummary(model);
   for (const Finding& finding : model.report.findings) {
-    if (!quiet || finding.severity != ts3d::Severity::Note) PrintFinding(model.name, finding);
+    if (finding.severity >= least) PrintFinding(model.name, finding);
   }
   std::fflush(stdout);
 }

@@ -17,7 +17,8 @@ struct CheckedModel {
 
 /// Prints what the package would hold, then the findings, to standard output.
 /// @param quiet  only the findings that are more than notes
-void PrintReport(const CheckedModel& model, bool quiet);
+/// @param isOneOfMany  puts the model's name above, unless there is nothing to tell
+void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany);
 
 /// All reports as one JSON text; docs/check.md describes it.
 std::string ReportsAsJson(const std::vector<CheckedModel>& models);

@@ -62,8 +62,7 @@ int RunConvert(const ConvertOptions& options) {
   const auto begin = std::chrono::steady_clock::now();
   std::optional<FinishSettings> finish;
   if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
-  const std::vector<ModelTask> tasks = FindModels(options);
-  if (tasks.empty()) throw std::runtime_error("there is no .fbx file in the folders given");
+  const std::vector<ModelTask> tasks = FindModels(options.models, options.outputFolder);
   CheckReportPath(options.report, tasks);
   bool interrupted = false;
   const std::vector<ModelResult> results = ConvertAll(tasks, options, finish, interrupted);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <stdexcept>
 
 #include "core/names.h"
 
@@ -10,7 +11,7 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-void AddFolder(const std::string& name, const ConvertOptions& options, std::vector<ModelTask>& tasks) {
+void AddFolder(const std::string& name, const std::string& outputFolder, std::vector<ModelTask>& tasks) {
   std::vector<fs::path> found;
   std::error_code failed;
   // What cannot be looked into is no reason to leave out the rest.
@@ -23,28 +24,27 @@ void AddFolder(const std::string& name, const ConvertOptions& options, std::vect
   std::sort(found.begin(), found.end());
   for (const fs::path& path : found) {
     const fs::path model = fs::absolute(path);
-    const fs::path folder = options.outputFolder.empty() ? model.parent_path()
-                                                         : fs::absolute(options.outputFolder) /
-                                                               path.lexically_relative(name).parent_path();
+    const fs::path folder = outputFolder.empty()
+                                ? model.parent_path()
+                                : fs::absolute(outputFolder) / path.lexically_relative(name).parent_path();
     tasks.push_back({path.lexically_normal().string(), model, folder});
   }
 }
 
 }  // namespace
 
-std::vector<ModelTask> FindModels(const ConvertOptions& options) {
+std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& outputFolder) {
   std::vector<ModelTask> tasks;
-  for (const std::string& name : options.models) {
+  for (const std::string& name : names) {
     std::error_code unknown;
     if (fs::is_directory(name, unknown)) {
-      AddFolder(name, options, tasks);
+      AddFolder(name, outputFolder, tasks);
       continue;
     }
     const fs::path model = name.empty() ? fs::path() : fs::absolute(name, unknown);
-    tasks.push_back(
-        {name, model,
-         options.outputFolder.empty() ? model.parent_path() : fs::absolute(options.outputFolder)});
+    tasks.push_back({name, model, outputFolder.empty() ? model.parent_path() : fs::absolute(outputFolder)});
   }
+  if (tasks.empty()) throw std::runtime_error("there is no .fbx file in the folders given");
   return tasks;
 }
 

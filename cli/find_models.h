@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "convert_model.h"
@@ -8,7 +9,10 @@
 namespace cli {
 
 /// The models that the command line names: files as they are, and all ".fbx" files below folders, sorted.
-/// Below an output folder the models of a folder keep their subfolders.
-std::vector<ModelTask> FindModels(const ConvertOptions& options);
+/// @param outputFolder  where packages go, empty: beside each model. Below it the models of a folder keep
+/// their subfolders.
+/// @throws std::runtime_error when `names` are folders without any model
+std::vector<ModelTask> FindModels(const std::vector<std::string>& names,
+                                  const std::string& outputFolder = {});
 
 }  // namespace cli

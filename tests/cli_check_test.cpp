@@ -51,6 +51,7 @@ TEST(CheckCommand, ExitsWithTheWorstModelAndWritesNothing) {
   EXPECT_NE(output.find("Body: 3 vertices, 1 triangle, material \"material\", picture skin.tga\n"),
             std::string::npos)
       << output;
+  EXPECT_EQ(output.find("==="), std::string::npos);
   EXPECT_EQ(RunCheck(folder, "-q sound.fbx lost.fbx fake.fbx", output), 1);
   EXPECT_NE(output.find("fbx2czp: lost.fbx: warning: texture \"nowhere.tga\": "), std::string::npos)
       << output;
@@ -58,7 +59,15 @@ TEST(CheckCommand, ExitsWithTheWorstModelAndWritesNothing) {
   EXPECT_EQ(output.find("sound.fbx"), std::string::npos) << "notes are not shown";
   EXPECT_EQ(RunCheck(folder, "text.fbx missing.fbx sound.fbx", output), 2);
   EXPECT_EQ(RunCheck(folder, "", output), 64);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 6);
+  std::filesystem::create_directories(folder.Path("empty"));
+  EXPECT_EQ(RunCheck(folder, "empty", output), 64);
+  EXPECT_EQ(RunCheck(folder, ". empty sound.fbx", output), 2);
+  size_t at = 0;
+  for (const char* name : {"fake.fbx", "lost.fbx", "sound.fbx", "text.fbx", "sound.fbx"}) {
+    at = output.find("=== " + std::string(name) + "\n", at);
+    ASSERT_NE(at, std::string::npos) << name << output;
+  }
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 7);
 }
 
 TEST(CheckCommand, PrintsJsonWhateverTheNamesHold) {
