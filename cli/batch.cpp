@@ -254,8 +254,8 @@ class Batch {
       if (tasks_.size() > 1) PrintLines(result.model, result.readerOutput);
       PrintMessage(result.model, Severity::Error, result.reason);
     } else if (tasks_.size() == 1 || options_.verbosity == Verbosity::Verbose) {
-      std::printf("%s: %d vertices, %d triangles, %ju bytes\n", result.package.c_str(), result.vertices,
-                  result.triangles, static_cast<uintmax_t>(result.packageBytes));
+      std::printf("%s: %d points of the model, %d triangles, %ju bytes\n", result.package.c_str(),
+                  result.vertices, result.triangles, static_cast<uintmax_t>(result.packageBytes));
       std::fflush(stdout);
     }
     results_[index] = std::move(result);

@@ -33,7 +33,7 @@ void PrintMeshes(const RigReport& report) {
     vertices += mesh.vertices;
     triangles += mesh.triangles;
   }
-  PrintLine("  " + Counted(report.meshes.size(), "mesh", "meshes") + ", " +
+  PrintLine("  " + Counted(report.meshes.size(), "mesh file", "mesh files") + " with " +
             Counted(vertices, "vertex", "vertices") + ", " + Counted(triangles, "triangle", "triangles"));
   for (size_t i = 0; i < std::min(report.meshes.size(), kMostLines); ++i) {
     const ts3d::OutputMesh& mesh = report.meshes[i];

@@ -163,7 +163,7 @@ std::string SummaryTable(const std::vector<ModelResult>& results, double seconds
   const int width = static_cast<int>(std::min<size_t>(nameWidth, 60));
   char header[200];
   std::snprintf(header, sizeof header,
-                "%-*s  result    vertices  triangles  warnings        bytes  seconds\n", width, "model");
+                "%-*s  result      points  triangles  warnings        bytes  seconds\n", width, "model");
   std::string table = header;
   for (const ModelResult& result : results) {
     const std::string outcome = result.code == 0 ? "ok" : "code " + std::to_string(result.code);
