@@ -13,6 +13,7 @@
 #include "exit_codes.h"
 #include "host_paths.h"
 #include "job_host.h"
+#include "scene/model/mesh.h"
 #include "skeleton/skeleton_state.h"
 #include "textures/tga_file.h"
 #include "unmatched_options.h"
@@ -120,6 +121,9 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   try {
     result.code = Convert(task, work, finish, tellUnmatched, job);
     if (result.code != 0) result.reason = DescribeExitCode(result.code);
+  } catch (const scene::KFbxMeshExcess& error) {
+    result.code = FBX_TO_TS3D_LOAD_FAILED;
+    result.reason = error.what();
   } catch (const std::bad_alloc&) {
     result.code = FBX_TO_TS3D_LOAD_FAILED;
     result.reason = "there is not enough memory";

@@ -44,6 +44,13 @@ SplitMesh SplitFan(const std::vector<double>& coordinates) {
     }
   }
   split.corners.assign(triangles.corners.begin(), triangles.corners.end());
+  const size_t further = split.records.size() - 6;
+  triangles = TriangulateMesh(mesh);
+  EXPECT_NO_THROW(ts3d::SplitVertices(6, mesh.GetUVs(), triangles, further));
+  triangles = TriangulateMesh(mesh);
+  if (further > 0) {
+    EXPECT_THROW(ts3d::SplitVertices(6, mesh.GetUVs(), triangles, further - 1), scene::KFbxMeshExcess);
+  }
   return split;
 }
 

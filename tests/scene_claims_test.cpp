@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "scene/build/build_scene.h"
+#include "scene/geometry/triangulate.h"
 #include "support/load_scene.h"
 
 namespace {
@@ -20,10 +21,12 @@ std::string Refusal(const FbxFile& file) {
   return BuildScene(std::move(result.tree), scene).text;
 }
 
-/// 18 MB of zeros, which pack to 18 KB.
-FbxRecord Bomb(const char* name, char code = 'd') {
-  return {name, {FbxValue::PackedArray(code, std::vector<double>(2'250'000))}};
+/// Zeros that pack to a thousandth of their size.
+FbxRecord Zeros(const char* name, char code, size_t count) {
+  return {name, {FbxValue::PackedArray(code, std::vector<double>(count))}};
 }
+
+FbxRecord Bomb(const char* name, char code = 'd') { return Zeros(name, code, 2'250'000); }
 
 /// A mesh with the extra records below its geometry, on a node with a skin of one cluster.
 FbxFile MeshWith(FbxRecords extra, FbxRecords ofCluster = {}) {
@@ -42,11 +45,23 @@ FbxFile MeshWith(FbxRecords extra, FbxRecords ofCluster = {}) {
 TEST(ExcessiveClaims, OfPackedArraysAreRefusedUnlessNobodyReadsThem) {
   const char* const refusal = "a mesh unpacks to far more than a file of this size can hold";
   EXPECT_EQ(Refusal(MeshWith({Bomb("Vertices")})), refusal);
-  EXPECT_EQ(Refusal(MeshWith({Bomb("PolygonVertexIndex", 'i')})), refusal);
+  EXPECT_EQ(Refusal(MeshWith({Zeros("PolygonVertexIndex", 'i', 6'000'000)})), refusal);
   EXPECT_EQ(Refusal(MeshWith({}, {Bomb("Indexes", 'i'), Bomb("Weights")})), refusal);
-  EXPECT_EQ(Refusal(MeshWith({{"LayerElementUV", {0}, {Bomb("UV")}}})), refusal);
+  EXPECT_EQ(Refusal(MeshWith({{"LayerElementUV", {0}, {Zeros("UV", 'f', 4'000'000)}}})), refusal);
   EXPECT_EQ(Refusal(MeshWith({{"LayerElementNormal", {0}, {Bomb("Normals")}}})), "");
   EXPECT_EQ(Refusal(MeshWith({}, {Bomb("Transform")})), "");
+}
+
+TEST(ExcessiveClaims, OfWhatArraysHoldAreRefusedBeforeItIsUnpacked) {
+  // One polygon of so many corners, and polygons of a single corner behind a triangle.
+  std::vector<double> singles(2'500'000, -1);
+  singles[0] = singles[1] = 0;
+  for (const FbxRecord& corners : {Zeros("PolygonVertexIndex", 'i', 1'000'000),
+                                   FbxRecord{"PolygonVertexIndex", {FbxValue::PackedArray('i', singles)}}}) {
+    const auto scene = LoadScene(MeshWith({corners}));
+    scene::KFbxMesh& mesh = *FindNode(*scene, "body")->GetMesh();
+    EXPECT_THROW(TriangulateMesh(mesh), scene::KFbxMeshExcess);
+  }
 }
 
 /// One mesh under `count` nodes.

@@ -186,16 +186,67 @@ def bomb_matrices(size):
     return binary(objects + [cluster], links)
 
 
+def just_allowed(size, memory):
+    """Padding of half the size, and how many things of so many bytes in memory a mesh may have beside it."""
+    padding = os.urandom(size // 2)
+    return Tree("Padding", [text(padding)]), (16 * len(padding) + (64 << 20)) * 2 // 3 // memory
+
+
+def repeated(pattern, count):
+    data = struct.pack("<%di" % len(pattern), *pattern)
+    return packed("i", (data * (count // len(pattern) + 1))[:4 * count])
+
+
 @model
 def bombs_just_allowed(size):
     """Arrays that stay just below what may be unpacked for one mesh, if they are counted right."""
-    half = size // 2
-    count = (4 * half + (16 << 20)) // 40
+    padding, count = just_allowed(size, 68)
     data = b"".join(struct.pack("<ddd", i % 97, i % 89, i % 3) for i in range(count))
     corners = b"".join(struct.pack("<iii", i % count, (i + 1) % count, -1 - (i + 2) % count)
                        for i in range(0, count, 3))
-    return binary(*one_mesh(Tree("Padding", [text(os.urandom(size // 2))]), points=packed("d", data),
-                            polygons=packed("i", corners)))
+    return binary(*one_mesh(padding, points=packed("d", data), polygons=packed("i", corners)))
+
+
+@model
+def weights_just_allowed(size):
+    padding, count = just_allowed(size, 84)
+    objects, links = one_mesh(padding, points=packed("d", bytes(24 * count)), polygons=TRIANGLE)
+    indices = packed("i", struct.pack("<%di" % count, *range(count)))
+    weights = packed("d", struct.pack("<d", 1) * count)
+    objects += [thing("Model", 3, "LimbNode", name="bone"), thing("NodeAttribute", 4, "LimbNode"),
+                thing("Deformer", 5, "Skin"),
+                thing("Deformer", 6, "Cluster", Tree("Indexes", [indices]), Tree("Weights", [weights])),
+                thing("Pose", 7, "BindPose", *(Tree("PoseNode", [], [Tree("Node", [whole(key)])]) for key in (1, 3)))]
+    return binary(objects, links + [(3, 0), (4, 3), (5, 2), (6, 5), (3, 6)])
+
+
+def corners_that_differ(count):
+    """No two corners have a point and a coordinate in common, so that each makes a vertex."""
+    corners = [i % 1024 if i % 3 < 2 else -1 - i % 1024 for i in range(3 * 1024)]
+    return {"uvs": uv(packed("d", bytes(16 * 1023)), repeated(range(1023), count)),
+            "points": packed("d", bytes(24 * 1024)), "polygons": repeated(corners, count // 3 * 3)}
+
+
+@model
+def vertices_just_allowed(size):
+    padding, count = just_allowed(size, 94)
+    mesh_arrays = corners_that_differ(count)
+    return binary(*one_mesh(padding, mesh_arrays.pop("uvs"), **mesh_arrays))
+
+
+@model
+def vertices_beside_records(size):
+    """Records that take much memory themselves, and a mesh that would take most of the rest."""
+    mesh_arrays = corners_that_differ((15 * size + (64 << 20)) * 2 // 3 // 94)
+    return binary(*one_mesh(mesh_arrays.pop("uvs"), **mesh_arrays),
+                  [Tree("a", [], [Tree("a")] * (size // 15))])
+
+
+@model
+def polygon_just_allowed(size):
+    padding, count = just_allowed(size, 76)
+    points = b"".join(struct.pack("<ddd", i % 37, i // 37, i % 5) for i in range(1024))
+    return binary(*one_mesh(padding, points=packed("d", points), polygons=repeated(range(1024), count)))
 
 
 @model

@@ -13,6 +13,7 @@
 #include "driver/scene_loader.h"
 #include "mesh/scene_walk.h"
 #include "scene/io_settings.h"
+#include "scene/model/mesh.h"
 #include "scene/model/node.h"
 #include "skeleton/csf_writer.h"
 
@@ -159,6 +160,8 @@ RigReport CheckRig(const std::string& path, const CheckOptions& options) {
   try {
     check.report.loaded = Load(check);
     if (check.report.loaded) CheckScene(check);
+  } catch (const scene::KFbxMeshExcess& error) {
+    check.report.Add(findings::kNotLoaded, {}, {error.what()});
   } catch (const std::bad_alloc&) {
     check.report.Add(findings::kNotLoaded, {}, {"there is not enough memory"});
   }

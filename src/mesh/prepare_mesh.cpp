@@ -54,6 +54,16 @@ bool TurnsNormals(const std::string& name, const ConversionJob& job) {
   return (job.meshOptionMode == 2) == listed;
 }
 
+/// How many records SplitVertices may add.
+size_t MostFurtherRecords(const KFbxMesh& mesh, const scene::KFbxTriangles& triangles) {
+  // What a record takes together with what finds it.
+  constexpr uint64_t kBytes = 80;
+  const uint64_t left = mesh.GetMemoryLeft();
+  // Triangles that are the file's own corners are in the mesh's claim.
+  const uint64_t taken = 2 * sizeof(int32_t) * triangles.sourceCorners.size();
+  return (left - std::min(left, taken)) / kBytes;
+}
+
 /// The file has room for one set of texture coordinates: that of the first material with a diffuse picture.
 void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh) {
   for (int i = 0; i < node.GetMaterialCount(); ++i) {
@@ -89,7 +99,8 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
     }
   }
   SelectDiffuseUVSet(node, mesh);
-  data.records = SplitVertices(mesh.GetControlPointsCount(), mesh.GetUVs(), data.triangles);
+  data.records = SplitVertices(mesh.GetControlPointsCount(), mesh.GetUVs(), data.triangles,
+                               MostFurtherRecords(mesh, data.triangles));
   data.triangles.sourceCorners.Release();
   if (scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
       uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) {

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "scene/mixed_hash.h"
+#include "scene/model/mesh.h"
 
 namespace ts3d {
 namespace {
@@ -12,8 +13,9 @@ namespace {
 /// linear however often a control point is split.
 class VertexSplitter {
  public:
-  VertexSplitter(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs, scene::KFbxTriangles& triangles)
-      : uvs_(uvs), triangles_(triangles) {
+  VertexSplitter(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs, scene::KFbxTriangles& triangles,
+                 size_t mostFurther)
+      : uvs_(uvs), triangles_(triangles), mostFurther_(mostFurther) {
     const auto count = static_cast<size_t>(controlPointCount);
     // Room for what seams usually add: moving all records takes longer than finding them.
     records_.reserve(count + count / 4);
@@ -49,7 +51,10 @@ class VertexSplitter {
   int32_t FurtherRecord(int32_t controlPoint, int32_t coordinate) {
     const auto [entry, isNew] =
         further_.try_emplace(Key(controlPoint, coordinate), static_cast<int32_t>(records_.size()));
-    if (isNew) records_.push_back({controlPoint, coordinate, controlPoint});
+    if (isNew) {
+      if (further_.size() > mostFurther_) throw scene::KFbxMeshExcess();
+      records_.push_back({controlPoint, coordinate, controlPoint});
+    }
     return entry->second;
   }
 
@@ -62,6 +67,7 @@ class VertexSplitter {
 
   scene::KFbxLayerElementUV* uvs_;
   scene::KFbxTriangles& triangles_;
+  const size_t mostFurther_;
   std::vector<FullPointData> records_;
   std::unordered_map<uint64_t, int32_t, scene::MixedHash> further_;
   std::vector<size_t> unmapped_;
@@ -70,8 +76,8 @@ class VertexSplitter {
 }  // namespace
 
 std::vector<FullPointData> SplitVertices(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs,
-                                         scene::KFbxTriangles& triangles) {
-  return VertexSplitter(controlPointCount, uvs, triangles).Split();
+                                         scene::KFbxTriangles& triangles, size_t mostFurther) {
+  return VertexSplitter(controlPointCount, uvs, triangles, mostFurther).Split();
 }
 
 }  // namespace ts3d

@@ -9,9 +9,6 @@
 namespace scene {
 namespace {
 
-/// Memory that a conversion takes for each byte of a mesh's arrays.
-constexpr uint64_t kMemoryPerByte = 4;
-
 /// Text that a name becomes in all lists of the document.
 uint64_t ListedSize(const KFbxNode& node) {
   return static_cast<uint64_t>(std::max(node.GetMaterialCount(), 1)) * (4 * node.GetName().size() + 200);
@@ -32,8 +29,8 @@ KString FindExcessiveClaim(KFbxScene& scene, uint64_t fileSize, uint64_t allowan
     if (isNew) claim->second = mesh->GetClaim();
     work += claim->second.work;
     text += ListedSize(node);
-    if (claim->second.bytes > allowance / kMemoryPerByte) {
-      excess = "a mesh unpacks to far more than a file of this size can hold";
+    if (claim->second.memory > mesh->GetMemoryLimit()) {
+      excess = KFbxMeshExcess().what();
     } else if (work > mostWork) {
       excess = "its nodes repeat large meshes too often";
     } else if (text > allowance / 2) {

@@ -81,11 +81,10 @@ class RecordTree {
   }
   /// The most that may be unpacked at a time: what a file of this size can honestly ask for.
   uint64_t MemoryAllowance() const { return 16 * uint64_t{bytes.size()} + (64 << 20); }
+  /// Bytes that the records take.
+  uint64_t RecordMemory() const { return records.size() * sizeof(Record) + values.size() * sizeof(Value); }
   /// Whether the records take more memory than those of any honest file of this size.
-  bool IsOvercrowded() const {
-    return records.size() * sizeof(Record) + values.size() * sizeof(Value) >
-           10 * bytes.size() + (size_t{16} << 20);
-  }
+  bool IsOvercrowded() const { return RecordMemory() > 10 * bytes.size() + (size_t{16} << 20); }
 
   /// The first top-level record `name`; an invalid reference when there is none.
   RecordRef Find(std::string_view name) const;

@@ -80,6 +80,7 @@ class PolygonCutter {
     u = u * (1.0 / u.Length());
     const KFbxVector4 v = normal.CrossProduct(u);
     flat_.clear();
+    flat_.reserve(corners.size());
     for (const int32_t corner : corners) {
       const KFbxVector4 p = PointOf(corner) - origin;
       flat_.push_back({p.DotProduct(u), p.DotProduct(v)});
@@ -185,9 +186,20 @@ class PolygonCutter {
 };
 
 /// Triangles of all polygons of `mesh`.
+/// @throws KFbxMeshExcess when cutting them takes more memory than the mesh may
 size_t CountTriangles(KFbxMesh& mesh) {
+  // Bytes of a triangle, and of a corner of the polygon that is being cut.
+  constexpr uint64_t kTriangle = 28, kCorner = 40;
   size_t count = 0;
-  for (int i = 0; i < mesh.GetPolygonCount(); ++i) count += std::max(mesh.GetPolygon(i).size, 2u) - 2;
+  int largest = 2;
+  for (int i = 0; i < mesh.GetPolygonCount(); ++i) {
+    const int size = std::max(mesh.GetPolygonSize(i), 2);
+    count += static_cast<size_t>(size - 2);
+    largest = std::max(largest, size);
+  }
+  if (kTriangle * count + kCorner * static_cast<uint64_t>(largest) > mesh.GetMemoryLeft()) {
+    throw KFbxMeshExcess();
+  }
   return count;
 }
 

@@ -102,8 +102,10 @@ void KFbxMesh::ReadPolygons() {
 void KFbxMesh::StartListing(const KFbxPolygon& next) {
   const auto left = std::span(corners_.begin(), cornerCount_).subspan(next.firstCorner + next.size);
   const auto isNegative = [](int32_t corner) { return corner < 0; };
-  polygons_.reserve(next.number + 2 +
-                    static_cast<size_t>(std::count_if(left.begin(), left.end(), isNegative)));
+  const size_t most =
+      next.number + 2 + static_cast<size_t>(std::count_if(left.begin(), left.end(), isNegative));
+  if (most * sizeof(KFbxPolygon) > GetMemoryLeft()) throw KFbxMeshExcess();
+  polygons_.reserve(most);
   for (uint32_t k = 0; k < next.number; ++k) polygons_.push_back({evenSize_ * k, evenSize_, k});
   evenSize_ = 0;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -20,8 +21,16 @@ struct KFbxPolygon {
 
 /// What a mesh asks for by what its records say, before anything is decoded.
 struct KFbxMeshClaim {
-  uint64_t bytes = 0;  ///< of all arrays that are in memory at once
-  uint64_t work = 0;   ///< bytes to go through each time the mesh is converted
+  uint64_t memory = 0;  ///< bytes that its conversion takes at least, whatever the arrays hold
+  uint64_t work = 0;    ///< bytes to go through each time the mesh is converted
+};
+
+/// A mesh takes more memory than a file of its size can honestly ask for.
+class KFbxMeshExcess : public std::bad_alloc {
+ public:
+  const char* what() const noexcept override {
+    return "a mesh unpacks to far more than a file of this size can hold";
+  }
 };
 
 /// A polygon mesh. Its arrays are decoded when they are first read and can be given up with ReleaseArrays;
@@ -68,6 +77,11 @@ class KFbxMesh : public KFbxNodeAttribute {
   std::span<const KFbxShape> GetShapes() const { return shapes_; }
 
   KFbxMeshClaim GetClaim() const;
+  /// The most memory that the conversion of the mesh may take.
+  uint64_t GetMemoryLimit() const;
+  /// What is left of that for what depends on the content of the arrays. Whoever needs more throws a
+  /// KFbxMeshExcess before taking it.
+  uint64_t GetMemoryLeft() const;
 
   void ReleaseControlPoints();
   /// Gives up the corners, but not what GetPolygon and the polygon counts tell.

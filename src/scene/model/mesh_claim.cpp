@@ -9,6 +9,19 @@ namespace {
 constexpr uint64_t kRecordWork = 64;    ///< searching among the records of a mesh
 constexpr uint64_t kClusterWork = 512;  ///< a few matrix products
 
+// Bytes in memory for each number of an array, at the step of a conversion that takes most of it.
+constexpr uint64_t kPointMemory = 20;   ///< points twice, normals, records, sums of weights
+constexpr uint64_t kCornerMemory = 8;   ///< the file's corners and those of the triangles
+constexpr uint64_t kClusterMemory = 2;  ///< for each byte of its arrays: these and the bones of each point
+
+/// Bytes of the numbers of `array`, each of which takes `size`. Those of another type are in memory twice.
+uint64_t Unpacked(RecordRef array, size_t size) {
+  const Value* first = array.ValueAt(0);
+  const bool isConverted =
+      first && first->kind == Value::Kind::Array && first->element != (size == sizeof(double) ? 'd' : 'i');
+  return ClaimedCount(array) * (size + (isConverted ? ArrayElementSize(first->element) : 0));
+}
+
 /// Of several sets of coordinates one is in memory at a time.
 uint64_t LargestCoordinates(RecordRef geometry) {
   uint64_t largest = 0;
@@ -17,8 +30,8 @@ uint64_t LargestCoordinates(RecordRef geometry) {
     uint64_t bytes = 0;
     for (const RecordRef array : element) {
       const std::string_view name = array.Name();
-      if (name == "UV" || name == "TextureUV") bytes += 8 * ClaimedCount(array);
-      if (name == "UVIndex" || name == "TextureUVVerticeIndex") bytes += 4 * ClaimedCount(array);
+      if (name == "UV" || name == "TextureUV") bytes += Unpacked(array, sizeof(double));
+      if (name == "UVIndex" || name == "TextureUVVerticeIndex") bytes += Unpacked(array, sizeof(int32_t));
     }
     largest = std::max(largest, bytes);
   }
@@ -28,23 +41,38 @@ uint64_t LargestCoordinates(RecordRef geometry) {
 }  // namespace
 
 KFbxMeshClaim KFbxMesh::GetClaim() const {
-  KFbxMeshClaim claim;
-  claim.bytes = 8 * ClaimedCount(geometry_.Child("Vertices"));
-  // Corners become triangles, which count as much again.
-  claim.bytes += 8 * ClaimedCount(geometry_.Child("PolygonVertexIndex"));
-  claim.bytes += 4 * ClaimedCount(FindMaterials().index) + LargestCoordinates(geometry_);
-  uint64_t clusterCount = 0, allShapes = 0, largestShape = 0;
+  const uint64_t pointNumbers = ClaimedCount(geometry_.Child("Vertices"));
+  const RecordRef corners = geometry_.Child("PolygonVertexIndex");
+  const uint64_t others = Unpacked(FindMaterials().index, sizeof(int32_t)) + LargestCoordinates(geometry_);
+  uint64_t clusters = 0, clusterCount = 0, allShapes = 0, largestShape = 0;
   for (const KFbxSkin* skin : skins_) {
     for (int i = 0; i < skin->GetClusterCount(); ++i, ++clusterCount)
-      claim.bytes += skin->GetCluster(i)->GetClaim();
+      clusters += skin->GetCluster(i)->GetClaim();
   }
   for (const KFbxShape& shape : shapes_) {
     allShapes += shape.GetClaim();
     largestShape = std::max(largestShape, shape.GetClaim());
   }
-  claim.work = claim.bytes + allShapes + kRecordWork * geometry_.CountBelow() + kClusterWork * clusterCount;
-  claim.bytes += largestShape;
+  KFbxMeshClaim claim;
+  claim.memory = kPointMemory * pointNumbers + kCornerMemory * ClaimedCount(corners) + others +
+                 kClusterMemory * clusters + largestShape;
+  claim.work = 8 * pointNumbers + 8 * ClaimedCount(corners) + others + clusters + allShapes +
+               kRecordWork * geometry_.CountBelow() + kClusterWork * clusterCount;
   return claim;
+}
+
+uint64_t KFbxMesh::GetMemoryLimit() const {
+  if (!geometry_) return UINT64_MAX;
+  const RecordTree& tree = geometry_.Tree();
+  const uint64_t allowance = tree.MemoryAllowance();
+  // A third is for the file, its objects and the program itself; many records take more than that.
+  const uint64_t others = std::max(allowance / 3, tree.bytes.size() + tree.RecordMemory());
+  return allowance - std::min(allowance, others);
+}
+
+uint64_t KFbxMesh::GetMemoryLeft() const {
+  const uint64_t taken = GetClaim().memory + sizeof(KFbxPolygon) * polygons_.capacity();
+  return GetMemoryLimit() - std::min(GetMemoryLimit(), taken);
 }
 
 }  // namespace scene
