@@ -41,16 +41,12 @@ void AddTextureFindings(const fs::path& model, ts3d::RigReport& report) {
   TextureFinder finder(model);
   for (const ts3d::UsedTexture& texture : report.textures) {
     const std::string& source = texture.fileName.empty() ? texture.relativeFileName : texture.fileName;
-    if (source.empty()) continue;
+    // A conversion unpacks embedded pictures, and other references to them are found then.
+    if (source.empty() || embedded.contains(texture.tgaName)) continue;
     const TextureSearch search = finder.Find(texture.fileName, texture.relativeFileName);
     if (!search.found.empty()) {
       CheckPicture(search.found, texture, report);
-      continue;
-    }
-    // A conversion unpacks embedded pictures, and other references to them are found then.
-    std::error_code failed;
-    if (!embedded.contains(texture.tgaName) &&
-        !fs::is_regular_file(model.parent_path() / texture.tgaName, failed)) {
+    } else if (std::error_code failed; !fs::is_regular_file(model.parent_path() / texture.tgaName, failed)) {
       report.Add(ts3d::findings::kTextureMissing, texture.tgaName, {source, Joined(search.places)});
     }
   }

@@ -7,6 +7,7 @@
 #include "scene/build/build_scene.h"
 #include "scene/geometry/triangulate.h"
 #include "support/load_scene.h"
+#include "support/test_host.h"
 
 namespace {
 
@@ -100,6 +101,40 @@ TEST(ExcessiveClaims, OfRecordsAreRefused) {
   std::string text = "; FBX 7.4.0 project file\n";
   for (int i = 0; i < 2'000'000; ++i) text += "a:";
   EXPECT_THAT(ReadRecords(text).error, HasSubstr("too many records for a file of this size"));
+}
+
+TEST(HonestMeshes, AreConvertedHoweverWellTheyPack) {
+  // A floor of tiles, each with four coordinates of its own.
+  constexpr int kSide = 450;
+  std::vector<double> points, corners, coordinates, coordinateNumbers;
+  for (int y = 0; y <= kSide; ++y) {
+    for (int x = 0; x <= kSide; ++x) points.insert(points.end(), {double(x), 0, double(y)});
+  }
+  for (int y = 0; y < kSide; ++y) {
+    for (int x = 0; x < kSide; ++x) {
+      const double corner = y * (kSide + 1) + x;
+      corners.insert(corners.end(), {corner, corner + 1, corner + kSide + 2, -(corner + kSide + 1) - 1});
+      for (const double value : {0, 0, 1, 0, 1, 1, 0, 1}) coordinates.push_back(value);
+    }
+  }
+  for (int i = 0; i < 4 * kSide * kSide; ++i) coordinateNumbers.push_back(i);
+  FbxFile file;
+  file.Model(1, "floor");
+  FbxRecord& mesh = file.Object("Geometry", 2, "", "Mesh");
+  mesh.Add({"Vertices", {FbxValue::PackedArray('d', points)}});
+  mesh.Add({"PolygonVertexIndex", {FbxValue::PackedArray('i', corners)}});
+  mesh.Add({"LayerElementUV",
+            {0},
+            {{"MappingInformationType", {"ByPolygonVertex"}},
+             {"ReferenceInformationType", {"IndexToDirect"}},
+             {"UV", {FbxValue::PackedArray('d', coordinates)}},
+             {"UVIndex", {FbxValue::PackedArray('i', coordinateNumbers)}}}});
+  file.Connect({{1, 0}, {2, 1}});
+  TestHost host;
+  const std::string bytes = WriteBinary(file.Records());
+  EXPECT_LT(bytes.size(), 3'000'000u);
+  EXPECT_EQ(host.Convert(bytes), ts3d::ConversionResult::Success);
+  EXPECT_EQ(host.job.polygonTotal, 2 * kSide * kSide);
 }
 
 TEST(LongNames, AreCutWhereNoFileSystemTakesThemAnyway) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "preview/base64.h"
 #include "support/character.h"
 #include "support/package_reader.h"
 #include "support/tool.h"
@@ -148,6 +149,21 @@ TEST_F(ToolTextures, EmbeddedInTheModelComeLast) {
   CopyCloth("Cloth.PNG");
   ASSERT_EQ(Run("convert hero.fbx -q"), 0);
   EXPECT_FALSE(Printed("warning")) << errors_;
+  EXPECT_THAT(Packed("cloth.tga"), kIsConverted);
+}
+
+TEST_F(ToolTextures, EmbeddedServeWhenThePictureBesideTheModelIsNoGood) {
+  CopyCloth("good.png");
+  support::Character model;
+  const auto mesh = model.Triangle("Mesh");
+  support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+  model.Texture(model.Material(mesh), "C:\\old\\skin.png");
+  model.Embed("C:\\art\\cloth.png", preview::ToBase64(ReadWholeFile(folder_.Path("good.png"))));
+  folder_.Write("hero.fbx", model.Text());
+  folder_.Write("cloth.png", "no picture");
+  ASSERT_EQ(Run("convert hero.fbx -q"), 0);
+  EXPECT_TRUE(Printed("texture " + folder_.Path("cloth.png") + " is not a picture that can be read"));
+  EXPECT_TRUE(Printed("; the embedded picture is used")) << errors_;
   EXPECT_THAT(Packed("cloth.tga"), kIsConverted);
 }
 

@@ -116,8 +116,24 @@ void TextureConverter::Bring(const Request& request) {
     throw std::runtime_error("is not used, as " + request.tgaName + " is made of " + made->second.string() +
                              "; rename one of them");
   }
-  Convert(request, search.found);
+  ConvertOrEmbedded(request, search.found);
   pictures_[request.tgaName] = search.found;
+}
+
+/// A picture on disk comes before the one that is embedded, but only if it is any good.
+void TextureConverter::ConvertOrEmbedded(const Request& request, const fs::path& picture) {
+  try {
+    Convert(request, picture);
+  } catch (const std::runtime_error& error) {
+    const fs::path embedded = platform::NativePath(request.source);
+    std::error_code failed;
+    if (!request.source.starts_with(request.job.modelDirectory) || !fs::is_regular_file(embedded, failed) ||
+        IsSamePath(embedded, picture)) {
+      throw;
+    }
+    Convert(request, embedded);
+    problems_.push_back({picture.string(), error.what() + std::string("; the embedded picture is used")});
+  }
 }
 
 /// The picture is in the job's folder under its own name; it has to be of the right kind.

@@ -46,6 +46,7 @@ class TextureConverter {
   void Bring(const Request& request);
   void CheckOwn(const Request& request) const;
   void CheckReused(const Request& request) const;
+  void ConvertOrEmbedded(const Request& request, const std::filesystem::path& picture);
   void Convert(const Request& request, const std::filesystem::path& picture);
 
   TextureFinder finder_;

@@ -54,14 +54,22 @@ bool TurnsNormals(const std::string& name, const ConversionJob& job) {
   return (job.meshOptionMode == 2) == listed;
 }
 
-/// How many records SplitVertices may add.
-size_t MostFurtherRecords(const KFbxMesh& mesh, const scene::KFbxTriangles& triangles) {
-  // What a record takes together with what finds it.
-  constexpr uint64_t kBytes = 80;
-  const uint64_t left = mesh.GetMemoryLeft();
-  // Triangles that are the file's own corners are in the mesh's claim.
-  const uint64_t taken = 2 * sizeof(int32_t) * triangles.sourceCorners.size();
-  return (left - std::min(left, taken)) / kBytes;
+/// Splits the vertices of `data`, as far as the mesh may take memory for it.
+/// @throws scene::KFbxMeshExcess
+void Split(KFbxMesh& mesh, MeshData& data) {
+  // A list that grows is in memory twice for a moment. A further record has a place in a table besides.
+  constexpr uint64_t kRecord = 2 * sizeof(FullPointData), kFurtherRecord = kRecord + 24;
+  scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
+  const auto pointCount = static_cast<uint64_t>(mesh.GetControlPointsCount());
+  uint64_t taken = sizeof(double) * data.points.size() + sizeof(float) * data.normals.size() +
+                   sizeof(int32_t) * (data.triangles.corners.size() + data.triangles.sourceCorners.size()) +
+                   sizeof(BoneWeight) * data.influences.Count() + (sizeof(uint32_t) + kRecord) * pointCount;
+  if (uvs)
+    taken += sizeof(double) * uvs->GetDirectArray().size() + sizeof(int32_t) * uvs->GetIndexArray().size();
+  data.records = SplitVertices(mesh.GetControlPointsCount(), uvs, data.triangles,
+                               mesh.GetMemoryLeftBeside(taken) / kFurtherRecord);
+  data.triangles.sourceCorners.Release();
+  if (uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) uvs->ReleaseIndexArray();
 }
 
 /// The file has room for one set of texture coordinates: that of the first material with a diffuse picture.
@@ -99,13 +107,7 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
     }
   }
   SelectDiffuseUVSet(node, mesh);
-  data.records = SplitVertices(mesh.GetControlPointsCount(), mesh.GetUVs(), data.triangles,
-                               MostFurtherRecords(mesh, data.triangles));
-  data.triangles.sourceCorners.Release();
-  if (scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
-      uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) {
-    uvs->ReleaseIndexArray();
-  }
+  Split(mesh, data);
   return data;
 }
 

@@ -1,13 +1,66 @@
 // SPDX-License-Identifier: MIT
 #include "mesh/split_vertices.h"
 
-#include <unordered_map>
+#include <algorithm>
 
 #include "scene/mixed_hash.h"
 #include "scene/model/mesh.h"
 
 namespace ts3d {
 namespace {
+
+/// Finds records by control point and coordinate: a hash table of their numbers, four to eight bytes for
+/// each.
+class RecordTable {
+ public:
+  explicit RecordTable(const std::vector<FullPointData>& records) : records_(records) {}
+
+  size_t Count() const { return count_; }
+
+  /// The number of the record that was added for these, or -1.
+  int32_t Find(int32_t controlPoint, int32_t coordinate) const {
+    return slots_.empty() ? kEmpty : slots_[SlotOf(controlPoint, coordinate)];
+  }
+
+  /// Adds the record `number`, for whose control point and coordinate there is none yet.
+  void Add(int32_t number) {
+    if (2 * (count_ + 1) > slots_.size()) Grow();
+    Put(number);
+    ++count_;
+  }
+
+ private:
+  static constexpr int32_t kEmpty = -1;
+
+  /// The slot that holds the record or would.
+  size_t SlotOf(int32_t controlPoint, int32_t coordinate) const {
+    const size_t mask = slots_.size() - 1;
+    const uint64_t key =
+        scene::PairKey(static_cast<uint32_t>(controlPoint), static_cast<uint32_t>(coordinate));
+    for (size_t slot = scene::MixedHash()(key) & mask;; slot = (slot + 1) & mask) {
+      if (slots_[slot] == kEmpty) return slot;
+      const FullPointData& record = records_[static_cast<size_t>(slots_[slot])];
+      if (record.controlPoint == controlPoint && record.textureIndex == coordinate) return slot;
+    }
+  }
+
+  void Put(int32_t number) {
+    const FullPointData& record = records_[static_cast<size_t>(number)];
+    slots_[SlotOf(record.controlPoint, record.textureIndex)] = number;
+  }
+
+  void Grow() {
+    std::vector<int32_t> old(std::max<size_t>(2 * slots_.size(), 64), kEmpty);
+    old.swap(slots_);
+    for (const int32_t number : old) {
+      if (number != kEmpty) Put(number);
+    }
+  }
+
+  const std::vector<FullPointData>& records_;
+  std::vector<int32_t> slots_;  ///< a power of two of them, at most half of them used
+  size_t count_ = 0;
+};
 
 /// The corner list is walked once. Appended records are found by (control point, coordinate), so the work is
 /// linear however often a control point is split.
@@ -44,32 +97,28 @@ class VertexSplitter {
     index = FurtherRecord(index, coordinate);
   }
 
-  static uint64_t Key(int32_t controlPoint, int32_t coordinate) {
-    return scene::PairKey(static_cast<uint32_t>(controlPoint), static_cast<uint32_t>(coordinate));
-  }
-
   int32_t FurtherRecord(int32_t controlPoint, int32_t coordinate) {
-    const auto [entry, isNew] =
-        further_.try_emplace(Key(controlPoint, coordinate), static_cast<int32_t>(records_.size()));
-    if (isNew) {
-      if (further_.size() > mostFurther_) throw scene::KFbxMeshExcess();
-      records_.push_back({controlPoint, coordinate, controlPoint});
-    }
-    return entry->second;
+    const int32_t known = further_.Find(controlPoint, coordinate);
+    if (known != -1) return known;
+    if (further_.Count() == mostFurther_) throw scene::KFbxMeshExcess();
+    const auto number = static_cast<int32_t>(records_.size());
+    records_.push_back({controlPoint, coordinate, controlPoint});
+    further_.Add(number);
+    return number;
   }
 
   /// A record made for corners without a coordinate takes over those that were met before it, too.
   void MoveUnmapped(size_t corner) {
     int32_t& index = triangles_.corners[corner];
-    const auto entry = further_.find(Key(index, -1));
-    if (entry != further_.end()) index = entry->second;
+    const int32_t further = further_.Find(index, -1);
+    if (further != -1) index = further;
   }
 
   scene::KFbxLayerElementUV* uvs_;
   scene::KFbxTriangles& triangles_;
   const size_t mostFurther_;
   std::vector<FullPointData> records_;
-  std::unordered_map<uint64_t, int32_t, scene::MixedHash> further_;
+  RecordTable further_{records_};
   std::vector<size_t> unmapped_;
 };
 

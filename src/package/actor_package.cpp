@@ -51,8 +51,6 @@ int32_t FillMember(ConversionJob& job, const std::string& name, char* buffer) {
     StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
     return ZIP_ERRNO;
   }
-  // Its own buffer would cut every piece in two.
-  std::setvbuf(file.get(), nullptr, _IONBF, 0);
   for (bool isEmpty = true;; isEmpty = false) {
     const size_t size = std::fread(buffer, 1, kCopyBufferSize, file.get());
     if (size < kCopyBufferSize && !std::feof(file.get())) {

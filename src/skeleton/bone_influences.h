@@ -30,6 +30,8 @@ class InfluenceTable {
     const size_t begin = i == 0 ? 0 : rowEnds_[i - 1];
     return {weights_.data() + begin, rowEnds_[i] - begin};
   }
+  /// Influences of all control points together.
+  size_t Count() const { return weights_.size(); }
 
  private:
   std::vector<uint32_t> rowEnds_;

@@ -191,15 +191,13 @@ size_t CountTriangles(KFbxMesh& mesh) {
   // Bytes of a triangle, and of a corner of the polygon that is being cut.
   constexpr uint64_t kTriangle = 28, kCorner = 40;
   size_t count = 0;
-  int largest = 2;
+  uint32_t largest = 2;
   for (int i = 0; i < mesh.GetPolygonCount(); ++i) {
-    const int size = std::max(mesh.GetPolygonSize(i), 2);
-    count += static_cast<size_t>(size - 2);
+    const uint32_t size = std::max(mesh.GetPolygon(i).size, 2u);
+    count += size - 2;
     largest = std::max(largest, size);
   }
-  if (kTriangle * count + kCorner * static_cast<uint64_t>(largest) > mesh.GetMemoryLeft()) {
-    throw KFbxMeshExcess();
-  }
+  if (kTriangle * count + kCorner * largest > mesh.GetMemoryLeft()) throw KFbxMeshExcess();
   return count;
 }
 

@@ -71,6 +71,7 @@ void KFbxMesh::ReadPolygons() {
   polygonsRead_ = true;
   droppedPolygons_ = 0;
   if (!ReadArray(geometry_.Child("PolygonVertexIndex"), corners_)) corners_.Release();
+  corners_.Shorten(std::numeric_limits<int32_t>::max());
   const int32_t pointCount = GetControlPointsCount();
   const auto cornerCount = static_cast<uint32_t>(corners_.size());
   cornerCount_ = cornerCount;

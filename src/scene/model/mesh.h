@@ -82,6 +82,8 @@ class KFbxMesh : public KFbxNodeAttribute {
   /// What is left of that for what depends on the content of the arrays. Whoever needs more throws a
   /// KFbxMeshExcess before taking it.
   uint64_t GetMemoryLeft() const;
+  /// The same where all that the conversion has in memory is known to be `taken` bytes.
+  uint64_t GetMemoryLeftBeside(uint64_t taken) const;
 
   void ReleaseControlPoints();
   /// Gives up the corners, but not what GetPolygon and the polygon counts tell.

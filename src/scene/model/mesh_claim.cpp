@@ -14,6 +14,9 @@ constexpr uint64_t kPointMemory = 20;   ///< points twice, normals, records, sum
 constexpr uint64_t kCornerMemory = 8;   ///< the file's corners and those of the triangles
 constexpr uint64_t kClusterMemory = 2;  ///< for each byte of its arrays: these and the bones of each point
 
+/// The program itself, its libraries and the objects of a small scene.
+constexpr uint64_t kProgramMemory = 24 << 20;
+
 /// Bytes of the numbers of `array`, each of which takes `size`. Those of another type are in memory twice.
 uint64_t Unpacked(RecordRef array, size_t size) {
   const Value* first = array.ValueAt(0);
@@ -68,6 +71,13 @@ uint64_t KFbxMesh::GetMemoryLimit() const {
   // A third is for the file, its objects and the program itself; many records take more than that.
   const uint64_t others = std::max(allowance / 3, tree.bytes.size() + tree.RecordMemory());
   return allowance - std::min(allowance, others);
+}
+
+uint64_t KFbxMesh::GetMemoryLeftBeside(uint64_t taken) const {
+  if (!geometry_) return UINT64_MAX;
+  const RecordTree& tree = geometry_.Tree();
+  const uint64_t allowance = tree.MemoryAllowance();
+  return allowance - std::min(allowance, taken + tree.bytes.size() + tree.RecordMemory() + kProgramMemory);
 }
 
 uint64_t KFbxMesh::GetMemoryLeft() const {
