@@ -2,7 +2,6 @@
 #include "scene/build/check_claims.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 #include "scene/model/mesh.h"
 
@@ -19,17 +18,14 @@ uint64_t ListedSize(const KFbxNode& node) {
 KString FindExcessiveClaim(KFbxScene& scene, uint64_t fileSize, uint64_t allowance) {
   // A mesh may serve thousands of nodes and is converted for each of them.
   const uint64_t mostWork = 512 * fileSize + (uint64_t{2} << 30);
-  std::unordered_map<const KFbxMesh*, KFbxMeshClaim> claims;
   uint64_t work = 0, text = 0;
   KString excess;
   scene.ForEach<KFbxNode>([&](const KFbxNode& node) {
-    const KFbxMesh* mesh = node.GetParent() ? node.GetMesh() : nullptr;
+    KFbxMesh* mesh = node.GetParent() ? node.GetMesh() : nullptr;
     if (!mesh || !excess.empty()) return;
-    const auto [claim, isNew] = claims.try_emplace(mesh);
-    if (isNew) claim->second = mesh->GetClaim();
-    work += claim->second.work;
+    work += mesh->GetClaim().work;
     text += ListedSize(node);
-    if (claim->second.memory > mesh->GetMemoryLimit()) {
+    if (mesh->GetClaim().memory > mesh->GetMemoryLimit()) {
       excess = KFbxMeshExcess().what();
     } else if (work > mostWork) {
       excess = "its nodes repeat large meshes too often";

@@ -90,7 +90,7 @@ class RecordTree {
   RecordRef Find(std::string_view name) const;
 
  private:
-  static constexpr size_t kMostPassed = 1 << 17;
+  static constexpr size_t kMostPassed = 1 << 16;
   mutable size_t passed_ = 0;
 };
 

@@ -44,11 +44,11 @@ std::vector<float> ComputeVertexNormals(std::span<const double> points, std::spa
   }
   const double sign = clockwise ? -1.0 : 1.0;
   for (size_t i = 0; i + 2 < normals.size(); i += 3) {
-    const double length = std::hypot(static_cast<double>(normals[i]), static_cast<double>(normals[i + 1]),
-                                     static_cast<double>(normals[i + 2]));
+    const KFbxVector4 sum{normals[i], normals[i + 1], normals[i + 2]};
+    const double length = sum.Length();
     if (!(length > 0.0)) continue;
     for (size_t axis = 0; axis < 3; ++axis) {
-      normals[i + axis] = static_cast<float>(sign * static_cast<double>(normals[i + axis]) / length);
+      normals[i + axis] = static_cast<float>(sign * sum[axis] / length);
     }
   }
   return normals;

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <new>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -76,12 +77,14 @@ class KFbxMesh : public KFbxNodeAttribute {
   KFbxSkin* GetSkin(int i) const { return skins_[static_cast<size_t>(i)]; }
   std::span<const KFbxShape> GetShapes() const { return shapes_; }
 
-  KFbxMeshClaim GetClaim() const;
+  /// Of the mesh as it is built; looking at all of its records brings pages of the file into memory, so that
+  /// is done once.
+  const KFbxMeshClaim& GetClaim();
   /// The most memory that the conversion of the mesh may take.
   uint64_t GetMemoryLimit() const;
   /// What is left of that for what depends on the content of the arrays. Whoever needs more throws a
   /// KFbxMeshExcess before taking it.
-  uint64_t GetMemoryLeft() const;
+  uint64_t GetMemoryLeft();
   /// The same where all that the conversion has in memory is known to be `taken` bytes.
   uint64_t GetMemoryLeftBeside(uint64_t taken) const;
 
@@ -98,6 +101,7 @@ class KFbxMesh : public KFbxNodeAttribute {
   void AddShape(const KFbxShape& shape) { shapes_.push_back(shape); }
 
  private:
+  KFbxMeshClaim MakeClaim() const;
   RecordRef FindLayerElement(std::string_view type) const;
   LayerElementSource FindUVs() const;
   LayerElementSource FindMaterials() const;
@@ -107,6 +111,7 @@ class KFbxMesh : public KFbxNodeAttribute {
   void ForgetPolygons();
 
   RecordRef geometry_;
+  std::optional<KFbxMeshClaim> claim_;
   int layerCount_ = 0;
 
   FbxArray<double> points_;

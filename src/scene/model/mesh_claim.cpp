@@ -43,7 +43,12 @@ uint64_t LargestCoordinates(RecordRef geometry) {
 
 }  // namespace
 
-KFbxMeshClaim KFbxMesh::GetClaim() const {
+const KFbxMeshClaim& KFbxMesh::GetClaim() {
+  if (!claim_) claim_ = MakeClaim();
+  return *claim_;
+}
+
+KFbxMeshClaim KFbxMesh::MakeClaim() const {
   const uint64_t pointNumbers = ClaimedCount(geometry_.Child("Vertices"));
   const RecordRef corners = geometry_.Child("PolygonVertexIndex");
   const uint64_t others = Unpacked(FindMaterials().index, sizeof(int32_t)) + LargestCoordinates(geometry_);
@@ -80,7 +85,7 @@ uint64_t KFbxMesh::GetMemoryLeftBeside(uint64_t taken) const {
   return allowance - std::min(allowance, taken + tree.bytes.size() + tree.RecordMemory() + kProgramMemory);
 }
 
-uint64_t KFbxMesh::GetMemoryLeft() const {
+uint64_t KFbxMesh::GetMemoryLeft() {
   const uint64_t taken = GetClaim().memory + sizeof(KFbxPolygon) * polygons_.capacity();
   return GetMemoryLimit() - std::min(GetMemoryLimit(), taken);
 }
