@@ -2,12 +2,15 @@
 #include "core/work_file.h"
 
 #include <cstring>
+#include <new>
 
 #include "core/names.h"
 
 namespace ts3d {
-
 namespace {
+
+/// The system keeps what is written in pieces as large as the writes: large ones are made and freed faster.
+constexpr size_t kFileBufferSize = 1 << 18;
 
 bool IsInputOrPackage(const ConversionJob& job, const std::string& path) {
   return platform::IsSameFile(path, job.inputPath) || platform::IsSameFile(path, job.packagePath);
@@ -85,6 +88,8 @@ void WorkFileWriter::Open() {
   held_ = false;
   job_.heldFiles.erase(name_);
   file_ = CreateWorkFile(job_, name_, content_ == Content::Text ? "w" : "wb");
+  fileBuffer_.reset(new (std::nothrow) char[kFileBufferSize]);
+  if (file_ && fileBuffer_) std::setvbuf(file_.get(), fileBuffer_.get(), _IOFBF, kFileBufferSize);
 }
 
 bool WorkFileWriter::Finish() {

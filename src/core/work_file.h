@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -95,6 +96,7 @@ class WorkFileWriter : public ByteWriter {
   ConversionJob& job_;
   std::string name_;
   Content content_;
+  std::unique_ptr<char[]> fileBuffer_;
   platform::FilePtr file_;
   bool held_;  ///< everything is in the buffer so far, and may stay in memory
 };
