@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/math/angles.h"
 
+#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -13,63 +14,72 @@ struct Wide {
 };
 
 /// a + b for |a| >= |b|.
-Wide OrderedSum(double a, double b) {
+constexpr Wide OrderedSum(double a, double b) {
   const double sum = a + b;
   return {sum, b - (sum - a)};
 }
 
-Wide Sum(double a, double b) {
+constexpr Wide Sum(double a, double b) {
   const double sum = a + b;
   const double takenFromB = sum - a;
   return {sum, (a - (sum - takenFromB)) + (b - takenFromB)};
 }
 
-Wide operator+(const Wide& a, const Wide& b) {
+constexpr Wide operator+(const Wide& a, const Wide& b) {
   const Wide high = Sum(a.high, b.high), low = Sum(a.low, b.low);
   const Wide partial = OrderedSum(high.high, high.low + low.high);
   return OrderedSum(partial.high, partial.low + low.low);
 }
 
-Wide operator-(const Wide& a) { return {-a.high, -a.low}; }
+constexpr Wide operator-(const Wide& a) { return {-a.high, -a.low}; }
 
 /// Halves of 26 bits, whose products are exact.
-Wide Split(double a) {
+constexpr Wide Split(double a) {
   constexpr double kSplitter = 134217729.0;  // 2^27 + 1
   const double scaled = kSplitter * a;
   const double high = scaled - (scaled - a);
   return {high, a - high};
 }
 
-Wide Product(double a, double b) {
+constexpr Wide Product(double a, double b) {
   const double product = a * b;
   const Wide x = Split(a), y = Split(b);
   return {product, ((x.high * y.high - product) + x.high * y.low + x.low * y.high) + x.low * y.low};
 }
 
-Wide operator*(const Wide& a, const Wide& b) {
+constexpr Wide operator*(const Wide& a, const Wide& b) {
   const Wide product = Product(a.high, b.high);
   return OrderedSum(product.high, product.low + (a.high * b.low + a.low * b.high));
 }
 
-Wide operator/(const Wide& a, double b) {
+constexpr Wide operator/(const Wide& a, double b) {
   const double quotient = a.high / b;
   const Wide rest = a + -Product(quotient, b);
   return OrderedSum(quotient, rest.high / b);
 }
 
-/// The power series 1 - x^2 / (n (n + 1)) (1 - x^2 / ((n + 2) (n + 3)) (1 - ...)) for |x| <= pi / 4.
-Wide Series(const Wide& square, int n) {
-  constexpr int kLastFactor = 28, kLastWideFactor = 14;
-  int factor = n + (kLastFactor - n) / 2 * 2;
+/// (-1)^k n! / (n + 2k)! for k = 0, 1, ...: what x^(2k) counts in the sine of x over x (n = 1), and in the
+/// cosine (n = 0).
+constexpr size_t kTerms = 15;
+constexpr std::array<Wide, kTerms> Coefficients(size_t n) {
+  std::array<Wide, kTerms> coefficients{Wide{1.0, 0.0}};
+  for (size_t k = 1; k < kTerms; ++k) {
+    const size_t factor = n + 2 * k - 1;
+    coefficients[k] = -(coefficients[k - 1] / static_cast<double>(factor * (factor + 1)));
+  }
+  return coefficients;
+}
+
+constexpr std::array<Wide, kTerms> kSine = Coefficients(1), kCosine = Coefficients(0);
+
+/// The power series of x^2 for |x| <= pi / 4.
+Wide Series(const Wide& square, const std::array<Wide, kTerms>& coefficients) {
   // What the higher terms lack in precision is gone when the lower ones have shrunk it.
-  double tail = 1.0;
-  for (; factor > kLastWideFactor; factor -= 2) {
-    tail = 1.0 - square.high * tail / static_cast<double>(factor * (factor + 1));
-  }
+  constexpr size_t kWideTerms = 8;
+  double tail = 0.0;
+  for (size_t k = kTerms; k-- > kWideTerms;) tail = coefficients[k].high + square.high * tail;
   Wide sum{tail, 0.0};
-  for (; factor >= n; factor -= 2) {
-    sum = Wide{1.0, 0.0} + -(square * sum / static_cast<double>(factor * (factor + 1)));
-  }
+  for (size_t k = kWideTerms; k-- > 0;) sum = coefficients[k] + square * sum;
   return sum;
 }
 
@@ -87,7 +97,7 @@ WideSineAndCosine WideSinCos(double angle) {
   const Wide rest = (Wide{angle, 0.0} + -Product(quarters, kQuarter)) + -Product(quarters, kQuarter2) +
                     Wide{-quarters * kQuarter3, 0.0};
   const Wide square = rest * rest;
-  const Wide sine = rest * Series(square, 2), cosine = Series(square, 1);
+  const Wide sine = rest * Series(square, kSine), cosine = Series(square, kCosine);
   switch (static_cast<int>(std::fmod(quarters, 4.0)) & 3) {
     case 0:
       return {sine, cosine};
