@@ -64,12 +64,16 @@ struct SoundRig : Character {
     Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
     material = Material(mesh, "phong", {Property("TransparencyFactor", {1.0})});
   }
-  /// A bound triangle on the root.
-  MeshNode Further(const std::string& name, Id parent = 0) {
+  /// A bound triangle on the root, without coordinates and material.
+  MeshNode Bound(const std::string& name, Id parent = 0) {
     MeshNode mesh = Triangle(name, parent);
     Weights(mesh, root, {0, 1, 2}, {1, 1, 1});
-    Finish(mesh);
     pose.push_back({mesh.node, Identity()});
+    return mesh;
+  }
+  MeshNode Further(const std::string& name, Id parent = 0) {
+    const MeshNode mesh = Bound(name, parent);
+    Finish(mesh);
     return mesh;
   }
   std::string File() {
@@ -245,13 +249,8 @@ TEST_F(Check, TellsOfMaterialsAndPictures) {
   rig.Texture(rig.material, "", "", "DiffuseColor", "LayeredTexture");
   rig.Further("Hat");
   rig.Texture(rig.material, "");
-  auto flat = rig.Triangle("Flat");
-  rig.Weights(flat, rig.root, {0, 1, 2}, {1, 1, 1});
-  rig.pose.push_back({flat.node, Identity()});
-  rig.Texture(rig.Material(flat, "phong", {Property("TransparencyFactor", {0.25})}), "flat.tga");
-  auto patchy = rig.Triangle("Patchy");
-  rig.Weights(patchy, rig.root, {0, 1, 2}, {1, 1, 1});
-  rig.pose.push_back({patchy.node, Identity()});
+  rig.Texture(rig.Material(rig.Bound("Flat"), "phong", {Property("TransparencyFactor", {0.25})}), "flat.tga");
+  const auto patchy = rig.Bound("Patchy");
   Character::Coordinates(patchy, {0, 0, 1, 0}, {0, 1, 5});
   rig.Material(patchy, "lambert", {Property("DiffuseColor", {2.0, 0.0, 0.0})});
   rig.Material(patchy, "unheard-of");

@@ -1,30 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
 // "fbx2czp check" as a person or a script runs it.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "support/character.h"
-#include "support/temp_folder.h"
+#include "support/tool.h"
 
 namespace {
 
 using support::Character;
 using support::Identity;
-
-/// Runs the tool in `folder`. @return its exit status
-int RunCheck(const support::TempFolder& folder, const std::string& arguments, std::string& output) {
-  const std::string out = folder.Path() + ".out";
-  const std::string command =
-      "cd '" + folder.Path() + "' && '" FBX2CZP_PATH "' check " + arguments + " >'" + out + "' 2>&1";
-  const int status = std::system(command.c_str());
-  output = support::ReadWholeFile(out);
-  std::filesystem::remove(out);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
+using CheckCommand = support::Tool;
 
 /// A bound triangle, and the material `material` with the picture `picture`.
 std::string Model(const std::string& picture, const std::string& bone = "root") {
@@ -38,47 +24,43 @@ std::string Model(const std::string& picture, const std::string& bone = "root") 
   return model.Text();
 }
 
-TEST(CheckCommand, ExitsWithTheWorstModelAndWritesNothing) {
-  const support::TempFolder folder;
-  std::string output;
-  folder.Write("sound.fbx", Model("skin.tga"));
-  folder.Write("skin.tga", std::string("\0\0\2\0\0\0\0\0\0\0\0\0\1\0\1\0\x18\0abc", 21));
-  folder.Write("lost.fbx", Model("nowhere.png"));
-  folder.Write("fake.fbx", Model("fake.png"));
-  folder.Write("fake.png", "no picture");
-  folder.Write("text.fbx", "no model");
-  EXPECT_EQ(RunCheck(folder, "sound.fbx", output), 0) << output;
-  EXPECT_NE(output.find("Body: 3 vertices, 1 triangle, material \"material\", picture skin.tga\n"),
+TEST_F(CheckCommand, ExitsWithTheWorstModelAndWritesNothing) {
+  folder_.Write("sound.fbx", Model("skin.tga"));
+  folder_.Write("skin.tga", std::string("\0\0\2\0\0\0\0\0\0\0\0\0\1\0\1\0\x18\0abc", 21));
+  folder_.Write("lost.fbx", Model("nowhere.png"));
+  folder_.Write("fake.fbx", Model("fake.png"));
+  folder_.Write("fake.png", "no picture");
+  folder_.Write("text.fbx", "no model");
+  EXPECT_EQ(Run("check sound.fbx"), 0) << output_;
+  EXPECT_NE(output_.find("Body: 3 vertices, 1 triangle, material \"material\", picture skin.tga\n"),
             std::string::npos)
-      << output;
-  EXPECT_EQ(output.find("==="), std::string::npos);
-  EXPECT_EQ(RunCheck(folder, "-q sound.fbx lost.fbx fake.fbx", output), 1);
-  EXPECT_NE(output.find("fbx2czp: lost.fbx: warning: texture \"nowhere.tga\": "), std::string::npos)
-      << output;
-  EXPECT_NE(output.find("[texture-unreadable]\n    Fix: "), std::string::npos) << output;
-  EXPECT_EQ(output.find("sound.fbx"), std::string::npos) << "notes are not shown";
-  EXPECT_EQ(RunCheck(folder, "text.fbx missing.fbx sound.fbx", output), 2);
-  EXPECT_EQ(RunCheck(folder, "", output), 64);
-  std::filesystem::create_directories(folder.Path("empty"));
-  EXPECT_EQ(RunCheck(folder, "empty", output), 64);
-  EXPECT_EQ(RunCheck(folder, ". empty sound.fbx", output), 2);
+      << output_;
+  EXPECT_EQ(output_.find("==="), std::string::npos);
+  EXPECT_EQ(Run("check -q sound.fbx lost.fbx fake.fbx"), 1);
+  EXPECT_NE(output_.find("fbx2czp: lost.fbx: warning: texture \"nowhere.tga\": "), std::string::npos)
+      << output_;
+  EXPECT_NE(output_.find("[texture-unreadable]\n    Fix: "), std::string::npos) << output_;
+  EXPECT_EQ(output_.find("sound.fbx"), std::string::npos) << "notes are not shown";
+  EXPECT_EQ(Run("check text.fbx missing.fbx sound.fbx"), 2);
+  EXPECT_EQ(Run("check"), 64);
+  std::filesystem::create_directories(folder_.Path("empty"));
+  EXPECT_EQ(Run("check empty"), 64);
+  EXPECT_EQ(Run("check . empty sound.fbx"), 2);
   size_t at = 0;
   for (const char* name : {"fake.fbx", "lost.fbx", "sound.fbx", "text.fbx", "sound.fbx"}) {
-    at = output.find("=== " + std::string(name) + "\n", at);
-    ASSERT_NE(at, std::string::npos) << name << output;
+    at = output_.find("=== " + std::string(name) + "\n", at);
+    ASSERT_NE(at, std::string::npos) << name << output_;
   }
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 7);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path()), {}), 7);
 }
 
-TEST(CheckCommand, PrintsJsonWhateverTheNamesHold) {
-  const support::TempFolder folder;
-  std::string output;
-  folder.Write("odd.fbx", Model("nowhere.png", "b\xff\x1b[31m"));
-  folder.Write("text.fbx", "no model");
-  EXPECT_EQ(RunCheck(folder, "odd.fbx", output), 1);
-  EXPECT_EQ(output.find('\x1b'), std::string::npos);
-  EXPECT_EQ(RunCheck(folder, "--json odd.fbx text.fbx", output), 2);
-  const auto json = nlohmann::json::parse(output);
+TEST_F(CheckCommand, PrintsJsonWhateverTheNamesHold) {
+  folder_.Write("odd.fbx", Model("nowhere.png", "b\xff\x1b[31m"));
+  folder_.Write("text.fbx", "no model");
+  EXPECT_EQ(Run("check odd.fbx"), 1);
+  EXPECT_EQ((output_ + errors_).find('\x1b'), std::string::npos);
+  EXPECT_EQ(Run("check --json odd.fbx text.fbx"), 2);
+  const auto json = nlohmann::json::parse(output_);
   EXPECT_EQ(json["version"], 1);
   EXPECT_EQ(json["models"][0]["result"], "warning");
   EXPECT_EQ(json["models"][0]["meshes"][0]["triangles"], 1);

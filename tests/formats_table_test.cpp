@@ -13,7 +13,7 @@
 #include "compare_corpus/scene_compare.h"
 #include "scene/model/material.h"
 #include "scene/model/mesh.h"
-#include "scene/sdk_manager.h"
+#include "support/load_scene.h"
 
 namespace {
 
@@ -68,10 +68,6 @@ const std::vector<Row>& Table() {
   return table;
 }
 
-struct DestroyManager {
-  void operator()(scene::KFbxSdkManager* manager) const { manager->Destroy(); }
-};
-
 /// A fixture, read the way the converter reads models.
 class Loaded {
  public:
@@ -89,7 +85,7 @@ class Loaded {
   scene::KFbxFileVersion version;
 
  private:
-  std::unique_ptr<scene::KFbxSdkManager, DestroyManager> manager_;
+  support::ManagerPtr manager_;
 };
 
 std::string Answer(bool holds) { return holds ? "yes" : "no"; }

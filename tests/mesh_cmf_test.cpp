@@ -9,6 +9,7 @@ namespace {
 
 using namespace std::string_literals;
 using support::Character;
+using support::LayerElement;
 using support::TestHost;
 using testing::ElementsAre;
 
@@ -88,12 +89,9 @@ TEST(MeshOptions, DecideWhichNormalsPointInward) {
 
 TEST(TextureCoordinates, OfControlPointsAreTakenThroughTheirIndices) {
   Character model;
-  model.Triangle("Body").geometry->Add({"LayerElementUV",
-                                        {0},
-                                        {{"MappingInformationType", {"ByVertice"}},
-                                         {"ReferenceInformationType", {"IndexToDirect"}},
-                                         support::Doubles("UV", {0.125, 0, 0.25, 0, 0.5, 0}),
-                                         support::Ints("UVIndex", {2, 0, -1})}});
+  model.Triangle("Body").geometry->Add(LayerElement(
+      "LayerElementUV", 0, "ByVertice", "IndexToDirect",
+      {support::Doubles("UV", {0.125, 0, 0.25, 0, 0.5, 0}), support::Ints("UVIndex", {2, 0, -1})}));
   TestHost host(model);
   const auto vertices = host.Mesh("Body").vertices;
   EXPECT_THAT((std::array{vertices[0].u, vertices[1].u, vertices[2].u}), ElementsAre(0.5f, 0.125f, 0.0f));
@@ -106,12 +104,8 @@ TEST(TextureCoordinates, AreThoseThatTheDiffusePictureNames) {
     Character model;
     const auto mesh = model.Triangle("Body");
     for (const auto& [number, name, u] : {std::tuple(0, "plain", 0.25), std::tuple(1, "decal", 0.75)}) {
-      mesh.geometry->Add({"LayerElementUV",
-                          {number},
-                          {{"Name", {name}},
-                           {"MappingInformationType", {"ByPolygonVertex"}},
-                           {"ReferenceInformationType", {"Direct"}},
-                           support::Doubles("UV", {u, 0, u, 0, u, 0})}});
+      mesh.geometry->Add(LayerElement("LayerElementUV", number, "ByPolygonVertex", "Direct",
+                                      {{"Name", {name}}, support::Doubles("UV", {u, 0, u, 0, u, 0})}));
     }
     model.Material(mesh);
     model.Texture(model.Material(mesh), "skin.tga")

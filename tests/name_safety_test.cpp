@@ -50,11 +50,8 @@ FbxRecords NamedModel(const std::string& name) {
   FbxFile file;
   file.Model(1, name);
   FbxRecord& geometry = file.Mesh(2, {0, 0, 0, 1, 0, 0, 0, 1, 0}, {0, 1, -3});
-  geometry.Add({"LayerElementUV",
-                {0},
-                {{"MappingInformationType", {"ByPolygonVertex"}},
-                 {"ReferenceInformationType", {"Direct"}},
-                 Doubles("UV", {0, 0, 1, 0, 1, 1})}});
+  geometry.Add(
+      LayerElement("LayerElementUV", 0, "ByPolygonVertex", "Direct", {Doubles("UV", {0, 0, 1, 0, 1, 1})}));
   file.Material(3, name, "phong");
   file.Material(4, name, "phong");
   FbxRecord& texture = file.Object("Texture", 5, name);

@@ -38,15 +38,6 @@ TEST(PlatformFiles, TwoPathsMayLeadToOneFile) {
   EXPECT_FALSE(platform::IsSameFile(folder.Path("missing"), folder.Path("missing")));
 }
 
-TEST(PlatformFiles, RenamingReplacesAFile) {
-  const TempFolder folder;
-  const std::string from = folder.Write("from", "new"), to = folder.Write("to", "old");
-  EXPECT_TRUE(platform::RenameFile(from, to));
-  EXPECT_EQ(support::ReadWholeFile(to), "new");
-  EXPECT_FALSE(platform::FileExists(from));
-  EXPECT_FALSE(platform::RenameFile(from, to));
-}
-
 TEST(PlatformFiles, WriteTimesAreDosDatesInLocalTime) {
   const TempFolder folder;
   const std::string path = folder.Write("file", "");
@@ -58,28 +49,6 @@ TEST(PlatformFiles, WriteTimesAreDosDatesInLocalTime) {
   // Year 29, month 11, day 23: 0011101 1011 10111. Hour 14, minute 5, 15 double seconds: 01110 000101 01111.
   EXPECT_EQ(platform::DosWriteTime(path), 0x3b7770afu);
   EXPECT_EQ(platform::DosWriteTime(folder.Path("missing")), 0u);
-}
-
-TEST(MappedFile, GivesTheBytesOfAFileAlsoAfterItsRemoval) {
-  const TempFolder folder;
-  const std::string path = folder.Write("file", std::string("a\0b", 3));
-  platform::MappedFile file;
-  std::string error;
-  ASSERT_TRUE(file.Open(path, error));
-  platform::RemoveFile(path);
-  EXPECT_EQ(file.Bytes(), std::string_view("a\0b", 3));
-}
-
-TEST(MappedFile, WhatIsNoFileIsRefusedWithTheReason) {
-  const TempFolder folder;
-  platform::MappedFile file;
-  std::string error;
-  EXPECT_FALSE(file.Open(folder.Path("missing"), error));
-  EXPECT_EQ(error, "No such file or directory");
-  EXPECT_FALSE(file.Open(folder.Path(), error));
-  EXPECT_EQ(error, "it is a folder");
-  EXPECT_FALSE(file.Open("/dev/null", error));
-  EXPECT_EQ(error, "it is not a regular file");
 }
 
 }  // namespace

@@ -123,12 +123,9 @@ TEST(HonestMeshes, AreConvertedHoweverWellTheyPack) {
   FbxRecord& mesh = file.Object("Geometry", 2, "", "Mesh");
   mesh.Add({"Vertices", {FbxValue::PackedArray('d', points)}});
   mesh.Add({"PolygonVertexIndex", {FbxValue::PackedArray('i', corners)}});
-  mesh.Add({"LayerElementUV",
-            {0},
-            {{"MappingInformationType", {"ByPolygonVertex"}},
-             {"ReferenceInformationType", {"IndexToDirect"}},
-             {"UV", {FbxValue::PackedArray('d', coordinates)}},
-             {"UVIndex", {FbxValue::PackedArray('i', coordinateNumbers)}}}});
+  mesh.Add(LayerElement("LayerElementUV", 0, "ByPolygonVertex", "IndexToDirect",
+                        {{"UV", {FbxValue::PackedArray('d', coordinates)}},
+                         {"UVIndex", {FbxValue::PackedArray('i', coordinateNumbers)}}}));
   file.Connect({{1, 0}, {2, 1}});
   TestHost host;
   const std::string bytes = WriteBinary(file.Records());

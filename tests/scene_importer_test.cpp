@@ -5,7 +5,6 @@
 
 #include <new>
 
-#include "scene/sdk_manager.h"
 #include "support/load_scene.h"
 #include "support/temp_folder.h"
 
@@ -14,14 +13,10 @@ namespace {
 using support::FbxFile;
 using support::FbxRecord;
 using support::FbxRecords;
+using support::ManagerPtr;
 using support::TempFolder;
 using support::WriteBinary;
 using testing::HasSubstr;
-
-struct DestroyManager {
-  void operator()(scene::KFbxSdkManager* manager) const { manager->Destroy(); }
-};
-using ManagerPtr = std::unique_ptr<scene::KFbxSdkManager, DestroyManager>;
 
 /// Result of one import: error number and text, as far as it got.
 struct Outcome {
@@ -126,24 +121,13 @@ TEST(Importer, WhatIsNoSoundFileIsRefusedWithTheReason) {
   };
   expect(ImportPath(folder.Path("missing.fbx")), 3, "the file cannot be opened: No such file or directory");
   expect(ImportPath(folder.Path()), 3, "the file cannot be opened: it is a folder");
+  expect(ImportPath("/dev/null"), 3, "the file cannot be opened: it is not a regular file");
   expect(ImportPath(""), 3, "");
   expect(ImportBytes(""), 4, "the file is empty");
   expect(ImportBytes("solid cube\n"), 4, "the file is not an FBX file");
   expect(ImportBytes(support::Patched(WriteBinary(OneNode()), 27, 10)), 5,
          "record \"Definitions\": its end lies outside (at byte 51)");
   expect(ImportBytes("; FBX 7.4.0 project file\nA: {\n"), 5, "");
-}
-
-TEST(Importer, EmbeddedFilesAreWrittenBesideTheModel) {
-  FbxFile file;
-  file.Object("Texture", 1, "t");
-  FbxRecord& video = file.Object("Video", 2, "v", "Clip");
-  video.Add({"RelativeFilename", {"skin.tga"}});
-  video.Add({"Content", {support::FbxValue::Raw("picture")}});
-  file.Connect(2, 1);
-  const TempFolder folder;
-  EXPECT_TRUE(ImportPath(folder.Write("my.model.fbx", WriteBinary(file.Records()))).imported);
-  EXPECT_EQ(support::ReadWholeFile(folder.Path("my.model.fbm/skin.tga")), "picture");
 }
 
 /// A reader that takes every file and has no memory for any.

@@ -10,10 +10,7 @@ using support::FbxFile;
 using support::FbxRecord;
 using support::FbxRecords;
 using support::Ints;
-
-FbxRecord Element(std::string type, const char* mapping, FbxRecord array) {
-  return {std::move(type), {0}, {{"MappingInformationType", {mapping}}, std::move(array)}};
-}
+using support::LayerElement;
 
 /// Diffuse textures of both materials ("M" and "N") of a node with the textures "t" and "u", on a mesh of
 /// three polygons with these elements; as "M:t u N:".
@@ -44,11 +41,13 @@ std::string TexturesOfMaterials(FbxRecords elements, bool ownTexture = false) {
 }
 
 FbxRecord Textures(const char* mapping, std::vector<double> ids) {
-  return Element("LayerElementTexture", mapping, Ints("TextureId", std::move(ids)));
+  return LayerElement("LayerElementTexture", 0, mapping, "IndexToDirect",
+                      {Ints("TextureId", std::move(ids))});
 }
 
 FbxRecord Materials(std::vector<double> numbers) {
-  return Element("LayerElementMaterial", "ByPolygon", Ints("Materials", std::move(numbers)));
+  return LayerElement("LayerElementMaterial", 0, "ByPolygon", "IndexToDirect",
+                      {Ints("Materials", std::move(numbers))});
 }
 
 TEST(OldTextures, OneTextureForAllPolygonsGoesToAllMaterialsWithoutTexturesOfTheirOwn) {

@@ -2,15 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "platform/process.h"
-#include "scene/sdk_manager.h"
+#include "support/load_scene.h"
 #include "support/temp_folder.h"
 
 namespace {
 
-struct DestroyManager {
-  void operator()(scene::KFbxSdkManager* manager) const { manager->Destroy(); }
-};
-using ManagerPtr = std::unique_ptr<scene::KFbxSdkManager, DestroyManager>;
+using support::ManagerPtr;
 
 // The folder holds a plug-in, one that crashes when it is loaded, and a library that only names the function.
 

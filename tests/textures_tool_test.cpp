@@ -16,7 +16,6 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using support::Package;
 using support::ReadWholeFile;
-using testing::HasSubstr;
 using testing::StartsWith;
 
 TEST(TextureSearch, GoesFromThePathAsGivenToTheUsualFolders) {
@@ -57,6 +56,15 @@ class ToolTextures : public support::Tool {
       support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
       model.Texture(model.Material(mesh), picture);
     }
+    folder_.Write("hero.fbx", model.Text());
+  }
+  /// A model of a triangle with this picture in its file.
+  void WriteModelWithEmbedded(const std::string& picture) const {
+    support::Character model;
+    const auto mesh = model.Triangle("Mesh");
+    support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+    model.Texture(model.Material(mesh), "C:\\old\\skin.png");
+    model.Embed("C:\\art\\cloth.png", preview::ToBase64(picture));
     folder_.Write("hero.fbx", model.Text());
   }
   void CopyCloth(const std::string& name) const {
@@ -136,12 +144,7 @@ TEST_F(ToolTextures, ThatCannotBeConvertedAreNamedOnceAndStopNothing) {
 }
 
 TEST_F(ToolTextures, EmbeddedInTheModelComeLast) {
-  support::Character model;
-  const auto mesh = model.Triangle("Mesh");
-  support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
-  model.Texture(model.Material(mesh), "C:\\old\\skin.png");
-  model.Embed("C:\\art\\cloth.png", "bm8gcGljdHVyZQ==");
-  folder_.Write("hero.fbx", model.Text());
+  WriteModelWithEmbedded("no picture");
   ASSERT_EQ(Run("convert hero.fbx -q"), 0);
   EXPECT_TRUE(Printed("texture hero.fbm\\cloth.png is not a picture that can be read")) << errors_;
   EXPECT_EQ(Run("check hero.fbx"), 1);
@@ -154,12 +157,7 @@ TEST_F(ToolTextures, EmbeddedInTheModelComeLast) {
 
 TEST_F(ToolTextures, EmbeddedServeWhenThePictureBesideTheModelIsNoGood) {
   CopyCloth("good.png");
-  support::Character model;
-  const auto mesh = model.Triangle("Mesh");
-  support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
-  model.Texture(model.Material(mesh), "C:\\old\\skin.png");
-  model.Embed("C:\\art\\cloth.png", preview::ToBase64(ReadWholeFile(folder_.Path("good.png"))));
-  folder_.Write("hero.fbx", model.Text());
+  WriteModelWithEmbedded(ReadWholeFile(folder_.Path("good.png")));
   folder_.Write("cloth.png", "no picture");
   ASSERT_EQ(Run("convert hero.fbx -q"), 0);
   EXPECT_TRUE(Printed("texture " + folder_.Path("cloth.png") + " is not a picture that can be read"));

@@ -58,20 +58,13 @@ class Character {
 
   /// Texture coordinates by polygon corner.
   static void Coordinates(const MeshNode& mesh, std::vector<double> uvs, std::vector<double> indices) {
-    mesh.geometry->Add({"LayerElementUV",
-                        {0},
-                        {{"MappingInformationType", {"ByPolygonVertex"}},
-                         {"ReferenceInformationType", {"IndexToDirect"}},
-                         Doubles("UV", std::move(uvs)),
-                         Ints("UVIndex", std::move(indices))}});
+    mesh.geometry->Add(LayerElement("LayerElementUV", 0, "ByPolygonVertex", "IndexToDirect",
+                                    {Doubles("UV", std::move(uvs)), Ints("UVIndex", std::move(indices))}));
   }
   /// Material number of each polygon.
   static void MaterialNumbers(const MeshNode& mesh, std::vector<double> numbers) {
-    mesh.geometry->Add({"LayerElementMaterial",
-                        {0},
-                        {{"MappingInformationType", {"ByPolygon"}},
-                         {"ReferenceInformationType", {"IndexToDirect"}},
-                         Ints("Materials", std::move(numbers))}});
+    mesh.geometry->Add(LayerElement("LayerElementMaterial", 0, "ByPolygon", "IndexToDirect",
+                                    {Ints("Materials", std::move(numbers))}));
   }
   Id Material(const MeshNode& mesh, std::string shadingModel = "phong", FbxRecords properties = {}) {
     file_.Material(++last_, "material", std::move(shadingModel), std::move(properties));

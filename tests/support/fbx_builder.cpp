@@ -206,6 +206,14 @@ FbxRecord Ints(std::string name, std::vector<double> numbers) {
   return {std::move(name), {FbxValue::Array('i', std::move(numbers))}};
 }
 
+FbxRecord LayerElement(std::string type, int number, const char* mapping, const char* reference,
+                       FbxRecords arrays) {
+  FbxRecord element(std::move(type), {number}, std::move(arrays));
+  element.Add({"MappingInformationType", {mapping}});
+  element.Add({"ReferenceInformationType", {reference}});
+  return element;
+}
+
 FbxRecord Property(std::string name, FbxValues values) {
   FbxRecord property("P", {std::move(name), "", "", "A"});
   property.values.insert(property.values.end(), values.begin(), values.end());

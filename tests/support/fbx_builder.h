@@ -71,6 +71,10 @@ std::string Patched(std::string bytes, size_t offset, uint32_t word);
 FbxRecord Doubles(std::string name, std::vector<double> numbers);
 FbxRecord Ints(std::string name, std::vector<double> numbers);
 
+/// An element of a mesh's layer, such as "LayerElementUV".
+FbxRecord LayerElement(std::string type, int number, const char* mapping, const char* reference,
+                       FbxRecords arrays);
+
 /// "P: name, ..., values" and the "Properties70" record around several.
 FbxRecord Property(std::string name, FbxValues values);
 FbxRecord Properties(FbxRecords properties);

@@ -7,9 +7,16 @@
 #include <vector>
 
 #include "scene/model/scene.h"
+#include "scene/sdk_manager.h"
 #include "support/fbx_builder.h"
 
 namespace support {
+
+struct DestroyManager {
+  void operator()(scene::KFbxSdkManager* manager) const { manager->Destroy(); }
+};
+/// What readers and importers belong to.
+using ManagerPtr = std::unique_ptr<scene::KFbxSdkManager, DestroyManager>;
 
 enum class Container { Binary, Ascii };
 

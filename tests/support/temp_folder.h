@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace support {
 
@@ -29,6 +31,16 @@ class TempFolder {
   const std::string& Path() const { return path_; }
   /// `name` in the folder; nothing has to exist there.
   std::string Path(std::string_view name) const { return path_ + "/" + std::string(name); }
+  /// Names of everything in a folder in the folder, sorted, separated by blanks.
+  std::string Names(std::string_view subfolder = ".") const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(Path(subfolder)))
+      names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    std::string all;
+    for (const std::string& name : names) all += (all.empty() ? "" : " ") + name;
+    return all;
+  }
   /// Writes the file `name` and returns its path.
   std::string Write(std::string_view name, std::string_view bytes) const {
     const std::string path = Path(name);

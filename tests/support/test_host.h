@@ -69,17 +69,7 @@ class TestHost {
   std::string Document() const { return ReadWholeFile(folder.Path("model.xfg")); }
 
   bool Has(std::string_view name) const { return std::filesystem::exists(folder.Path(name)); }
-  /// Names of everything in the folder, sorted, separated by blanks.
-  std::string FileNames() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
-      names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    std::string all;
-    for (const std::string& name : names) all += (all.empty() ? "" : " ") + name;
-    return all;
-  }
+  std::string FileNames() const { return folder.Names(); }
 
   size_t Told(std::string_view line) const {
     return static_cast<size_t>(std::count(lines.begin(), lines.end(), line));

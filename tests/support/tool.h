@@ -4,11 +4,9 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <vector>
 
 #include "support/temp_folder.h"
 
@@ -34,16 +32,7 @@ class Tool : public ::testing::Test {
     std::filesystem::copy_file(TS3D_SAMPLES_FOLDER "/scout.fbx", folder_.Path(name));
   }
 
-  std::string Files(const std::string& subfolder = ".") const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path(subfolder)))
-      names.push_back(entry.path().filename());
-    std::sort(names.begin(), names.end());
-    std::string all;
-    for (const std::string& name : names) all += (all.empty() ? "" : " ") + name;
-    return all;
-  }
-
+  std::string Files(const std::string& subfolder = ".") const { return folder_.Names(subfolder); }
   bool Printed(const std::string& text) const { return errors_.find(text) != std::string::npos; }
 
   TempFolder folder_;
