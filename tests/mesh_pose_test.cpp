@@ -65,8 +65,10 @@ TEST(SkinDeformation, BlendsByTheLinkMode) {
   } const cases[] = {// (0.5 (1, 2, 0) + 0.25 (3, 0, 0)) / 0.75
                      {"", {1.6666666f, 1.3333334f, 0}},
                      {"Normalize", {1.6666666f, 1.3333334f, 0}},
+                     {"unheard", {1.6666666f, 1.3333334f, 0}},
                      // 0.5 (1, 2, 0) + 0.25 (3, 0, 0) + 0.25 (1, 0, 0)
                      {"Total1", {1.5f, 1, 0}},
+                     {"TotalOne", {1.5f, 1, 0}},
                      // Half way to (1, 2, 0), from there a quarter of the way to (3, 3, 0).
                      {"Additive", {1.5f, 1.5f, 0}}};
   for (const auto& [mode, position] : cases) {

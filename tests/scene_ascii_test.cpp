@@ -144,17 +144,19 @@ TEST(AsciiRecords, DamagedTextIsRefusedWithItsLine) {
   for (const TextCase& c : kCases) EXPECT_EQ(ReadAsciiText(c.text).error, c.expected) << c.what;
 }
 
-std::string Nested(int depth) {
-  std::string text;
-  for (int i = 1; i < depth; ++i) text += "N: {\n";
-  text += "N: 1\n";
-  for (int i = 1; i < depth; ++i) text += "}\n";
-  return text;
+support::FbxRecords Nested(int depth) {
+  support::FbxRecord record("N", {1});
+  for (int i = 1; i < depth; ++i) record = support::FbxRecord("N", {}, {record});
+  return {record};
 }
 
-TEST(AsciiRecords, NestingDeeperThanThirtyTwoIsRefused) {
-  EXPECT_EQ(ReadAsciiText(Nested(32)).error, "");
-  EXPECT_EQ(ReadAsciiText(Nested(33)).error, "record \"N\": nested too deeply (at line 33)");
+TEST(RecordsOfBothContainers, AreRefusedWhenNestedDeeperThanThirtyTwo) {
+  const char* const refusal = "record \"N\": nested too deeply (at ";
+  for (const auto& write : {+[](int depth) { return support::WriteAscii(Nested(depth)); },
+                            +[](int depth) { return support::WriteBinary(Nested(depth)); }}) {
+    EXPECT_EQ(support::ReadRecords(write(32)).error, "");
+    EXPECT_THAT(support::ReadRecords(write(33)).error, testing::StartsWith(refusal));
+  }
 }
 
 }  // namespace

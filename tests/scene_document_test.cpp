@@ -163,16 +163,4 @@ TEST(NodeAttributes, TheFirstConnectedOneCountsAndMayBeShared) {
   EXPECT_EQ(FindNode(*scene, "none")->GetNodeAttribute(), nullptr);
 }
 
-TEST(SceneBuilding, ASecondBuildLeavesNothingOfTheFirst) {
-  FbxFile file;
-  file.Model(1, "node");
-  file.BindPose(2, "pose");
-  file.Connect(1, 0);
-  const std::string bytes = support::WriteBinary(file.Records());
-  scene::KFbxScene scene("scene");
-  for (int i = 0; i < 2; ++i) BuildScene(support::ReadRecords(bytes).tree, scene);
-  EXPECT_EQ(ChildNames(*scene.GetRootNode()), "node");
-  EXPECT_EQ(scene.GetPoseCount(), 1);
-}
-
 }  // namespace

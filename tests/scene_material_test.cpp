@@ -61,11 +61,12 @@ struct LoadedPhong {
 };
 
 TEST(Materials, ColoursAreReadAsTheyAreWithoutTheirFactors) {
-  const LoadedPhong phong(
-      {Property("AmbientColor", {0.1, 0.2, 0.3}), Property("DiffuseColor", {1.0, 2.0, 0.5}),
-       Property("SpecularColor", {0.4, 0.5, 0.6}), Property("EmissiveColor", {0.7, 0.8, 0.9}),
-       Property("DiffuseFactor", {0.5}), Property("TransparencyFactor", {0.25}), Property("Shininess", {5.0}),
-       Property("ShininessExponent", {33.0})});
+  const LoadedPhong phong({Property("AmbientColor", {0.1, 0.2, 0.3}),
+                           Property("DiffuseColor", {1.0, 2.0, 0.5}),
+                           Property("SpecularColor", {0.4, 0.5, 0.6}),
+                           Property("EmissiveColor", {0.7, 0.8, 0.9}), Property("Diffuse", {9.0, 9.0, 9.0}),
+                           Property("DiffuseFactor", {0.5}), Property("TransparencyFactor", {0.25}),
+                           Property("Shininess", {5.0}), Property("ShininessExponent", {33.0})});
   EXPECT_THAT(Xyz((*phong).ambient), ElementsAre(0.1, 0.2, 0.3));
   EXPECT_THAT(Xyz((*phong).diffuse), ElementsAre(1, 2, 0.5));
   EXPECT_THAT(Xyz((*phong).specular), ElementsAre(0.4, 0.5, 0.6));

@@ -60,19 +60,6 @@ TEST(ClusterMatrices, AMatrixThatCannotBeUsedIsAbsent) {
   EXPECT_FALSE(transformWith({Doubles("TransformLink", Identity())}));
 }
 
-TEST(ClusterModes, TheWordTellsTheLinkMode) {
-  using EMode = KFbxCluster::ELinkMode;
-  const auto modeOf = [](const char* word) {
-    return LoadedCluster(FbxRecords{{"Mode", {word}}}).cluster.GetLinkMode();
-  };
-  EXPECT_EQ(modeOf("Additive"), EMode::eADDITIVE);
-  EXPECT_EQ(modeOf("Total1"), EMode::eTOTAL1);
-  EXPECT_EQ(modeOf("TotalOne"), EMode::eTOTAL1);
-  EXPECT_EQ(modeOf("Normalize"), EMode::eNORMALIZE);
-  EXPECT_EQ(modeOf("unheard"), EMode::eNORMALIZE);
-  EXPECT_EQ(LoadedCluster(FbxRecords()).cluster.GetLinkMode(), EMode::eNORMALIZE);
-}
-
 TEST(ClusterWeights, OfListsOfDifferentLengthTheShorterCounts) {
   const auto pairs = [](std::vector<double> indices, std::vector<double> weights) {
     LoadedCluster loaded(

@@ -169,11 +169,4 @@ TEST(Triangulation, CornersKeepTheirPlaceInTheFileAndTheirPolygon) {
   EXPECT_THAT(polygons, ElementsAre(1, 2, 2));
 }
 
-TEST(Triangulation, AMeshOfTrianglesStaysAsItIs) {
-  const KFbxTriangles triangles = Triangulate({0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {2, 0, -2, 0, 2, -4});
-  EXPECT_THAT(CornersOf(triangles), ElementsAre(2, 0, 1, 0, 2, 3));
-  EXPECT_EQ(triangles.SourceCorner(4), 4u);
-  EXPECT_EQ(triangles.Polygon(1), 1u);
-}
-
 }  // namespace
