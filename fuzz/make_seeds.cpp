@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// make_seeds FOLDER: writes the seeds of each target into FOLDER/<target>: small rigs, the fixtures, the
-// files of the packages that they become, and pictures.
+// make_seeds FOLDER: writes the seeds of each target into FOLDER/<target>: the fixtures, the files of the
+// packages that they become, and pictures.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,7 +11,6 @@
 #include "actor/load_actor.h"
 #include "driver/convert.h"
 #include "driver/scene_loader.h"
-#include "support/character.h"
 #include "support/sample_pictures.h"
 #include "support/temp_folder.h"
 
@@ -32,27 +31,8 @@ void Write(const fs::path& path, const std::string& bytes) {
   }
 }
 
-/// Skin, two materials, coordinates, a picture with an embedded file, bind pose.
-std::string SmallRig() {
-  using namespace support;
-  Character model;
-  const auto hip = model.Bone("hip", 0, {At(0, 1, 0), Scaled(100, 100, 100)});
-  const auto knee = model.Bone("knee", hip, {At(0, 1, 0), Turned(0, 0, 30)});
-  auto mesh = model.Mesh("body", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1}, {0, 1, 2, -4, 0, 1, -5}, 0,
-                         {Turned(10, 20, 30)});
-  model.Coordinates(mesh, {0, 0, 1, 0, 1, 1}, {0, 1, 2, 0, 1, 2, 0});
-  model.MaterialNumbers(mesh, {0, 1});
-  const auto cloth = model.Material(mesh, "phong", {Property("DiffuseColor", {1.0, 0.5, 0.25})});
-  model.Texture(cloth, "C:\\art\\cloth.png", "cloth.png");
-  model.Material(mesh, "lambert");
-  model.Weights(mesh, hip, {0, 1, 2, 4}, {1, 0.5, 0.25, 1});
-  model.Weights(mesh, knee, {1, 2, 3}, {0.5, 0.75, 1}).Add(Doubles("TransformLink", Translation(1, 2, 3)));
-  model.BindPose({{hip, ScaleMatrix(100, 100, 100)}, {knee, Translation(0, 2, 0)}, {mesh.node, Identity()}});
-  return model.Text();
-}
-
 std::vector<Rig> Rigs(const fs::path& source) {
-  std::vector<Rig> rigs{{"small.fbx", SmallRig()}};
+  std::vector<Rig> rigs;
   for (const auto& entry : fs::directory_iterator(source / "tests/fixtures")) {
     if (entry.path().extension() != ".fbx") continue;
     rigs.push_back({entry.path().filename(), support::ReadWholeFile(entry.path())});

@@ -20,22 +20,12 @@ constexpr const char* kNames[] = {"skeleton.csf", "body.cmf", "body.xrf", "model
 
 /// A skeleton of two bones, for meshes to hang on.
 std::string SmallSkeleton() {
-  std::string bytes("CSF\0\x84\x03\0\0\x02\0\0\0", 12);
-  const auto number = [&](int32_t value) {
-    for (int i = 0; i < 4; ++i) bytes += static_cast<char>(value >> 8 * i & 0xff);
-  };
-  for (int32_t bone = 0; bone < 2; ++bone) {
-    number(2);
-    bytes += bone == 0 ? std::string("a\0", 2) : std::string("b\0", 2);
-    for (int i = 0; i < 2; ++i) {
-      for (int k = 0; k < 6; ++k) number(0);
-      number(static_cast<int32_t>(0xbf800000));  // w = -1
-    }
-    number(bone - 1);
-    number(1 - bone);
-    if (bone == 0) number(1);
-  }
-  return bytes;
+  using namespace std::string_literals;
+  const std::string unmoved = std::string(24, '\0') + "\0\0\x80\xbf"s;  // w = -1
+  return "CSF\0\x84\x03\0\0\2\0\0\0"s +
+         // Name, place, place in bone space, parent, children.
+         "\2\0\0\0a\0"s + unmoved + unmoved + "\xff\xff\xff\xff\1\0\0\0\1\0\0\0"s +  //
+         "\2\0\0\0b\0"s + unmoved + unmoved + std::string(8, '\0');
 }
 
 bool MakeContents(uint8_t kind, std::string bytes, actor::PackageContents& contents) {
