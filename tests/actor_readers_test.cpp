@@ -51,19 +51,6 @@ TEST(ReadBack, SkeletonAndMeshesAreWhatAnIndependentReaderSees) {
   }
 }
 
-TEST(ReadBack, MaterialsPicturesAndDocumentFitTheMeshes) {
-  const actor::Actor read = SampleActor();
-  EXPECT_EQ(read.pictures.size(), 3u);
-  EXPECT_EQ(read.document.skeletonFile, "Skeleton.CSF");
-  EXPECT_EQ(read.document.meshes.size(), read.meshes.size());
-  for (const actor::Mesh& mesh : read.meshes) {
-    const actor::Material* material = read.MaterialOf(mesh);
-    ASSERT_TRUE(material);
-    EXPECT_TRUE(read.FindPicture(material->map)) << material->map;
-  }
-  EXPECT_EQ(read.FindPicture("SKIN.TGA"), read.FindPicture("skin.tga"));
-}
-
 TEST(ReadBack, EveryFileCutOffAnywhereOrFollowedByMoreIsRefused) {
   auto contents = SampleContents();
   std::string error;

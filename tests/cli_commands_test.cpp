@@ -85,8 +85,9 @@ TEST_F(Tool, FinishKeepsTheDocumentAndRepackDropsTheOldOnes) {
   ASSERT_EQ(Run("convert scout.fbx -q"), 0);
   folder_.Write(
       "s.json",
-      R"({"scale": 50, "rotation": {"y": 7}, "meshes": {"body": "Skin"}, "switch_off": {"hat": "Cap"}})");
-  EXPECT_EQ(Run("finish scout.fbx --settings s.json --rotation-x 3"), 0) << errors_;
+      R"({"scale": 50, "rotation": {"y": 7}, "meshes": {"body": "Skin"}, "switch_off": {"hat": "<Cap>"}})");
+  EXPECT_EQ(Run("finish scout.fbx --settings s.json --rotation-x 3 --rename 'L_femur=\"<&>\"'"), 0)
+      << errors_;
   EXPECT_EQ(Run("finish scout.fbx --scale 200"), 0) << errors_;
   const std::string document = ReadWholeFile(folder_.Path("scout.xfg"));
   EXPECT_NE(document.find("<scale>2.000000</scale>"), std::string::npos);
@@ -101,6 +102,10 @@ TEST_F(Tool, FinishKeepsTheDocumentAndRepackDropsTheOldOnes) {
   EXPECT_EQ(repacked.Members().size(), grown.Members().size() - 2);
   for (const auto& member : repacked.Members()) EXPECT_EQ(member.bytes, grown[member.name]) << member.name;
   EXPECT_EQ(Files(), "s.json scout.czp scout.fbx scout.xfg");
+  // An XML parser finds the meshes of the settings, and only those.
+  EXPECT_EQ(Run("inspect scout.czp"), 1);
+  EXPECT_NE(output_.find("\"head.cmf\" is not named by the document"), std::string::npos) << output_;
+  EXPECT_EQ(output_.find("\"hat.cmf\" is not named by the document"), std::string::npos) << output_;
 }
 
 TEST_F(Tool, ConvertWithFinalSettingsKnowsTheSkeletonAndTheActorType) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "driver/actor_type.h"
+#include "driver/final_settings.h"
 #include "skeleton/skeleton_state.h"
 #include "support/character.h"
 #include "support/test_host.h"
@@ -64,6 +65,7 @@ TEST(Conversion, TakesModelsOfAnyEndingButTellsNoVersionsOfThem) {
     ASSERT_EQ(host.Convert(OneTriangle(), name), ConversionResult::Success) << name;
     EXPECT_EQ(host.Told("Loading Model"), 1u) << name;
     EXPECT_EQ(host.LinesThatBegin("FBX version").size(), 0u) << name;
+    EXPECT_EQ(host.LinesThatBegin(">>>").size(), 0u) << name << " is not asked for bones and poses";
   }
 }
 
@@ -108,15 +110,6 @@ TEST(Conversion, WithoutAPlaceForAFileEndsThere) {
   }
 }
 
-TEST(Conversion, OfAModelWithoutMeshesLeavesAPackageWithout) {
-  Character model;
-  model.Bone("root");
-  model.Mesh("Empty", {}, {});
-  TestHost host;
-  EXPECT_EQ(host.Convert(model.Text()), ConversionResult::NoMesh);
-  EXPECT_EQ(host.ReadPackage().Names(), "skeleton.csf model.xfg");
-}
-
 TEST(Conversion, NeverWritesOverTheModel) {
   for (const char* name : {"model.czp", "model.xfg", "skeleton.csf", "Body.cmf", "Body.xrf"}) {
     TestHost host;
@@ -157,6 +150,8 @@ TEST(Sample, GivesTheSamePackageHoweverManyConversionsTheJobHasDone) {
   TestHost fresh, used;
   ASSERT_EQ(ConvertSample(fresh, "Actor (Female).fbx"), ConversionResult::Success);
   ASSERT_EQ(ConvertSample(used), ConversionResult::Success);
+  ASSERT_EQ(ApplyFinalSettings(used.job, {used.ModelPath("scout.fbx"), 150, "body=Skin"}),
+            ts3d::FinishResult::Success);
   ASSERT_EQ(ConvertSample(used, "Actor (Female).fbx"), ConversionResult::Success);
   EXPECT_TRUE(fresh.ReadPackage("Actor (Female).fbx").Members() ==
               used.ReadPackage("Actor (Female).fbx").Members());

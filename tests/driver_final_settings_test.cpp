@@ -80,19 +80,26 @@ size_t CountOf(std::string_view part, std::string_view text) {
 
 TEST(RewrittenDocument, NamesMeshesAndMakesSwitchesOfThoseThatAreMarked) {
   const ts3d::ConversionJob job;
-  const std::string document = Rewrite(job, "Body=Skin|Hat=~Cap");
+  const std::string document = Rewrite(job, "Body=`A & B|Hat=~\"Cap\"");
   EXPECT_THAT(document, HasSubstr(R"(<meshes>
      <mesh name="Body" file="Body.cmf"/>
      <mesh name="Hat" file="Hat.cmf"/>
 </meshes>
 
 <materials>
-	<material_file name="Skin" threadID="151">Body.xrf</material_file>
-	<material_file name="Cap" threadID="152">Hat.xrf</material_file>
+	<material_file name="A &amp; B" threadID="151">Body.xrf</material_file>
+	<material_file name="&quot;Cap&quot;" threadID="152">Hat.xrf</material_file>
 </materials>
 )"));
   EXPECT_THAT(document, HasSubstr(R"(<switches>
-     <switch name="Cap">
+     <switch name="A &amp; B">
+          <case name="absent">
+          </case>
+          <case name="present">
+               <mesh_active name="Body"/>
+          </case>
+     </switch>
+     <switch name="&quot;Cap&quot;">
           <case name="present">
                <mesh_active name="Hat"/>
           </case>
@@ -100,7 +107,7 @@ TEST(RewrittenDocument, NamesMeshesAndMakesSwitchesOfThoseThatAreMarked) {
           </case>
      </switch>
 )"));
-  EXPECT_EQ(CountOf("<switch name", document), 2u) << "with the template";
+  EXPECT_EQ(CountOf("<switch name", document), 3u) << "with the template";
   EXPECT_THAT(document, HasSubstr("<flags>\n\t<invert_v/>\n\t<rotation x=\"0\" y=\"0\"/>\n</flags>\n"));
   EXPECT_THAT(Rewrite(job, "Ghost=<x>|no name"),
               HasSubstr("     <mesh name=\"Ghost\" file=\"Ghost.cmf\"/>\n</meshes>"));

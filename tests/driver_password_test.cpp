@@ -92,16 +92,6 @@ TEST(Password, StaysInForceForLaterLoads) {
   EXPECT_EQ(Loader(false).Load("LOCKED", "", true), "");
 }
 
-TEST(Loading, OfAnOpenFileAsksNothing) {
-  support::FbxFile file;
-  file.Model(1, "node");
-  file.Connect(1, 0);
-  Loader loader;
-  EXPECT_EQ(loader.Load(support::WriteBinary(file.Records(), {.version = 7300}), "sesame", true), "");
-  EXPECT_EQ(loader.versions.file.major, 7);
-  EXPECT_EQ(loader.versions.file.minor, 3);
-}
-
 TEST(Loading, TellsBothVersionsOfAFileOfAnUnknownOne) {
   Loader loader;
   const std::string told = loader.Load(support::WriteBinary({}, {.version = 1500}), "", false);

@@ -62,17 +62,6 @@ TEST(SkeletonWarnings, NameTheNodesThatTheBindPoseLacks) {
   EXPECT_THAT(Warnings(host), ElementsAre("No Bind Pose Data for: a:b:tip"));
 }
 
-TEST(SkeletonWarnings, TellOfAMissingBindPoseInFbxFilesOnly) {
-  Character model;
-  model.Bone("root");
-  TestHost host;
-  host.Convert(model.Text());
-  EXPECT_THAT(Warnings(host),
-              ElementsAre(">>> No Defined Bind Pose!", ">>> Skeleton may not import correctly!"));
-  host.Convert(model.Text(), "model.obj");
-  EXPECT_THAT(Warnings(host), ElementsAre());
-}
-
 TEST(SkeletonWarnings, TellOfASecondRootOnceInTheLifeOfTheProcess) {
   Character model;
   const auto root = model.Bone("root"), second = model.Bone("second"), third = model.Bone("third");

@@ -10,12 +10,11 @@ ts3d_add_tests(
   cli_commands_test.cpp
   cli_package_test.cpp
   finish_safety_test.cpp
-  finish_xml_test.cpp
   name_safety_test.cpp
   support/sample_pictures.cpp
   textures_decode_test.cpp
   textures_tool_test.cpp)
-target_link_libraries(ts3d_tests PRIVATE ts3d_actor ts3d_check assimp::assimp pugixml::pugixml nlohmann_json::nlohmann_json
+target_link_libraries(ts3d_tests PRIVATE ts3d_actor ts3d_check assimp::assimp nlohmann_json::nlohmann_json
   fbx2czp_textures util
   # What writes the pictures of the tests.
   PkgConfig::PNG PkgConfig::TURBOJPEG PkgConfig::TIFF PkgConfig::WEBP)
