@@ -34,7 +34,8 @@ Outcome ImportPath(const std::string& path) {
   scene::KFbxScene& scene = *manager->CreateScene("scene");
   Outcome outcome;
   outcome.opened = importer.Initialize(path);
-  outcome.imported = importer.Import(scene);
+  // The second time leaves nothing of the first.
+  outcome.imported = importer.Import(scene) && importer.Import(scene);
   outcome.error = importer.GetLastErrorID();
   outcome.text = importer.GetLastErrorString();
   const scene::KFbxFileVersion v = importer.GetFileVersion();
