@@ -57,7 +57,7 @@ class InfluenceRows {
   }
 
   void Allocate() {
-    weights_.resize(total_);
+    weights_.Allocate(total_);
     uint32_t sum = 0;
     for (uint32_t& end : ends_) {
       const uint32_t count = end;
@@ -94,14 +94,14 @@ class InfluenceRows {
       written = MergeRow(begins_[point], ends_[point], written);
       ends_[point] = written;
     }
-    weights_.resize(written);
+    weights_.Shorten(written);
     return {std::move(ends_), std::move(weights_)};
   }
 
  private:
   static constexpr uint32_t kNone = 0xffffffff;
 
-  using Row = std::vector<BoneWeight>::iterator;
+  using Row = BoneWeight*;
 
   static void SortRow(Row begin, Row end) {
     const auto byBone = [](const BoneWeight& a, const BoneWeight& b) { return a.bone < b.bone; };
@@ -132,7 +132,7 @@ class InfluenceRows {
 
   std::vector<uint32_t> lastOf_;  ///< the last cluster that named each control point
   std::vector<uint32_t> begins_, ends_;
-  std::vector<BoneWeight> weights_;
+  scene::FbxArray<BoneWeight> weights_;
   uint32_t total_ = 0;
   uint32_t clusterCount_ = 0;
 };

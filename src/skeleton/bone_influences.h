@@ -12,8 +12,8 @@ namespace ts3d {
 
 /// What one bone contributes to a vertex.
 struct BoneWeight {
-  int32_t bone = 0;
-  float weight = 0.0f;  ///< not normalised
+  int32_t bone;
+  float weight;  ///< not normalised
 };
 
 /// The influences of every control point of a mesh, in ascending order of the bones.
@@ -21,21 +21,21 @@ class InfluenceTable {
  public:
   InfluenceTable() = default;
   /// @param rows  end of each control point's influences in `weights`
-  InfluenceTable(std::vector<uint32_t> rowEnds, std::vector<BoneWeight> weights)
+  InfluenceTable(std::vector<uint32_t> rowEnds, scene::FbxArray<BoneWeight> weights)
       : rowEnds_(std::move(rowEnds)), weights_(std::move(weights)) {}
 
   std::span<const BoneWeight> Of(int32_t controlPoint) const {
     const auto i = static_cast<size_t>(controlPoint);
     if (i >= rowEnds_.size()) return {};
     const size_t begin = i == 0 ? 0 : rowEnds_[i - 1];
-    return {weights_.data() + begin, rowEnds_[i] - begin};
+    return weights_.View().subspan(begin, rowEnds_[i] - begin);
   }
   /// Influences of all control points together.
   size_t Count() const { return weights_.size(); }
 
  private:
   std::vector<uint32_t> rowEnds_;
-  std::vector<BoneWeight> weights_;
+  scene::FbxArray<BoneWeight> weights_;
 };
 
 /// Gathers the weights of every skin cluster of `mesh` and marks the bones that carry weight. A cluster whose
