@@ -26,11 +26,11 @@ namespace {
 
 /// Packing takes and frees the same 260 KB for each member, and meshes follow each other through arrays of
 /// like sizes. Left to itself, the C library hands them back to the system every time, and fresh pages are
-/// dear; large arrays go back at once nevertheless.
+/// dear. Large arrays go back at once nevertheless.
 void KeepFreedMemory() {
 #ifdef __GLIBC__
-  mallopt(M_TRIM_THRESHOLD, 1 << 20);
-  mallopt(M_MMAP_THRESHOLD, 1 << 21);
+  mallopt(M_TRIM_THRESHOLD, 32 << 20);
+  mallopt(M_MMAP_THRESHOLD, 2 << 20);
 #endif
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -20,40 +21,61 @@ Function LoadFunction(const char* kind, const char* symbol) {
   return reinterpret_cast<Function>(function);
 }
 
-DecodeModulePicture LoadDecoder(const char* kind) {
-  return LoadFunction<DecodeModulePicture>(kind, kDecodeModulePicture);
+[[noreturn]] void Throw(const PictureModuleFailure& failure) {
+  if (*failure.reason == '\0') throw std::bad_alloc();
+  throw std::runtime_error(failure.reason);
 }
+
+/// Has pictures of one kind decoded by their module.
+class Decoder {
+ public:
+  explicit Decoder(const char* kind)
+      : decode_(LoadFunction<DecodeModulePicture>(kind, kDecodeModulePicture)) {}
+
+  Image operator()(std::string_view bytes, int longestSide) const {
+    Image image;
+    PictureModuleFailure failure;
+    if (!decode_(bytes, longestSide, image, failure)) Throw(failure);
+    return image;
+  }
+
+ private:
+  DecodeModulePicture decode_;
+};
 
 }  // namespace
 
 Image DecodePng(std::string_view bytes, int longestSide) {
-  static const DecodeModulePicture decode = LoadDecoder("png");
+  static const Decoder decode("png");
   return decode(bytes, longestSide);
 }
 
 Image DecodeJpeg(std::string_view bytes, int longestSide) {
-  static const DecodeModulePicture decode = LoadDecoder("jpeg");
+  static const Decoder decode("jpeg");
   return decode(bytes, longestSide);
 }
 
 Image DecodeTiff(std::string_view bytes, int longestSide) {
-  static const DecodeModulePicture decode = LoadDecoder("tiff");
+  static const Decoder decode("tiff");
   return decode(bytes, longestSide);
 }
 
 Image DecodeWebp(std::string_view bytes, int longestSide) {
-  static const DecodeModulePicture decode = LoadDecoder("webp");
+  static const Decoder decode("webp");
   return decode(bytes, longestSide);
 }
 
 Image DecodeDds(std::string_view bytes, int longestSide) {
-  static const DecodeModulePicture decode = LoadDecoder("dds");
+  static const Decoder decode("dds");
   return decode(bytes, longestSide);
 }
 
 std::string EncodePng(const Image& image) {
   static const auto encode = LoadFunction<EncodeModulePicture>("png", kEncodeModulePicture);
-  return encode(image);
+  std::string bytes;
+  PictureModuleFailure failure;
+  if (!encode(image, bytes, failure)) Throw(failure);
+  return bytes;
 }
 
 }  // namespace cli

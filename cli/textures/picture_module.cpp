@@ -1,21 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "textures/picture_module.h"
 
+#include <cstdio>
+#include <exception>
+#include <new>
+
 #include "textures/picture_formats.h"
 #include "textures/png_writer.h"
 
-#pragma GCC diagnostic ignored "-Wpragmas"
-// Both sides are built together, so that a C++ result is no matter.
-#pragma GCC diagnostic ignored "-Wreturn-type-c-linkage"
+namespace {
 
-extern "C" __attribute__((visibility("default"))) cli::Image fbx2czp_decode_picture(std::string_view bytes,
-                                                                                    int longestSide) {
-  return cli::FBX2CZP_DECODER(bytes, longestSide);
+/// Runs `work`, and turns what it throws into a failure.
+template <typename Work>
+bool Succeeds(cli::PictureModuleFailure& failure, Work work) noexcept {
+  try {
+    work();
+    return true;
+  } catch (const std::bad_alloc&) {
+    failure.reason[0] = '\0';
+  } catch (const std::exception& error) {
+    std::snprintf(failure.reason, sizeof failure.reason, "%s", error.what());
+  }
+  return false;
+}
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) bool fbx2czp_decode_picture(
+    std::string_view bytes, int longestSide, cli::Image& image, cli::PictureModuleFailure& failure) {
+  return Succeeds(failure, [&] { image = cli::FBX2CZP_DECODER(bytes, longestSide); });
 }
 
 #ifdef FBX2CZP_ENCODER
-extern "C" __attribute__((visibility("default"))) std::string fbx2czp_encode_picture(
-    const cli::Image& image) {
-  return cli::FBX2CZP_ENCODER(image);
+extern "C" __attribute__((visibility("default"))) bool fbx2czp_encode_picture(
+    const cli::Image& image, std::string& bytes, cli::PictureModuleFailure& failure) {
+  return Succeeds(failure, [&] { bytes = cli::FBX2CZP_ENCODER(image); });
 }
 #endif

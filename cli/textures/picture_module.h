@@ -8,15 +8,25 @@
 
 namespace cli {
 
-/// Libraries that decode pictures take longer to load than many a model to convert. Each lives in a module of
-/// its own, which is loaded when the first such picture comes. This is the function that every module has;
-/// it throws like DecodeImage.
-using DecodeModulePicture = Image (*)(std::string_view bytes, int longestSide);
+// Libraries that decode pictures take longer to load than many a model to convert. Each lives in a module of
+// its own, which is loaded when the first such picture comes. Tool and module may hold a C++ library each, so
+// nothing is thrown from one to the other.
+
+/// Why a module's function failed.
+struct PictureModuleFailure {
+  /// Ends with a zero. Empty when memory ran out.
+  char reason[512] = "";
+};
+
+/// The function that every module has. False, with `failure` set, where DecodeImage throws.
+using DecodeModulePicture = bool (*)(std::string_view bytes, int longestSide, Image& image,
+                                     PictureModuleFailure& failure);
 /// Its name in the module.
 inline constexpr const char* kDecodeModulePicture = "fbx2czp_decode_picture";
 
-/// A module that writes such pictures as well has this one. It throws like EncodePng.
-using EncodeModulePicture = std::string (*)(const Image& image);
+/// A module that writes such pictures as well has this one. False, with `failure` set, where EncodePng
+/// throws.
+using EncodeModulePicture = bool (*)(const Image& image, std::string& bytes, PictureModuleFailure& failure);
 inline constexpr const char* kEncodeModulePicture = "fbx2czp_encode_picture";
 
 }  // namespace cli

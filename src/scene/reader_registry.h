@@ -77,7 +77,8 @@ class KFbxReaderRegistry {
   std::vector<std::unique_ptr<KFbxReader>> readers_;
 };
 
-/// The one function that a plug-in library exports, under the name of kRegisterReadersSymbol.
+/// The one function that a plug-in library exports, under the name of kRegisterReadersSymbol. The library may
+/// hold another C++ library than the program, so nothing is thrown out of it: failures are told by a status.
 using KFbxRegisterReaders = void (*)(KFbxReaderRegistry& registry);
 inline constexpr const char* kRegisterReadersSymbol = "FbxSceneRegisterReaders";
 
