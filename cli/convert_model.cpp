@@ -128,6 +128,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     result.code = FBX_TO_TS3D_LOAD_FAILED;
     result.reason = "there is not enough memory";
   }
+  result.damage = job.damagedArrays;
   result.textureProblems = textures.Problems();
   if (result.code == 0) {
     NoteRootScale(job, result);

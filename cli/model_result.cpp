@@ -25,9 +25,9 @@ struct Totals {
   int warnings = 0;
 };
 
-/// Coded warnings and pictures that are missing.
+/// Coded warnings, pictures that are missing and damage.
 int CountWarnings(const ModelResult& result) {
-  auto count = static_cast<int>(result.textureProblems.size());
+  auto count = static_cast<int>(result.textureProblems.size() + result.damage.size());
   for (const auto& [code, times] : result.Warnings()) count += times;
   return count;
 }
@@ -86,6 +86,7 @@ Json ToJson(const ModelResult& result) {
           {"reader_output", result.readerOutput},
           {"status", result.status},
           {"warnings", result.Warnings()},
+          {"damage", result.damage},
           {"notes", result.notes},
           {"textures", std::move(textures)},
           {"unmatched_options", std::move(unmatched)},
@@ -104,6 +105,7 @@ ModelResult ResultFromJson(const Json& json) {
   json.at("reason").get_to(result.reason);
   json.at("reader_output").get_to(result.readerOutput);
   json.at("status").get_to(result.status);
+  json.at("damage").get_to(result.damage);
   json.at("notes").get_to(result.notes);
   for (const Json& texture : json.at("textures")) {
     result.textureProblems.push_back(

@@ -31,6 +31,7 @@ struct ModelResult {
   std::string reason;               ///< why it failed; empty on success
   std::vector<std::string> status;  ///< status lines in order, without line ends
   std::string readerOutput;         ///< what the reader said of a file that it cannot load
+  std::vector<std::string> damage;  ///< arrays of the model that could not be unpacked
   std::vector<std::string> notes;   ///< advice in plain words
   std::vector<TextureProblem> textureProblems;
   std::vector<UnmatchedOption> unmatchedOptions;

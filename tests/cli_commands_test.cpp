@@ -63,6 +63,26 @@ TEST_F(Tool, AModelThatFailsDoesNotStopTheOthersAndLeavesNothing) {
   EXPECT_EQ(Run("convert empty.fbx good.fbx -q"), 5);
 }
 
+TEST_F(Tool, ArraysThatCannotBeUnpackedAreToldByTheirOwners) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"Weights", "\"Weights\" of bone \"hip\" in mesh \"strip\""},
+      {"UV", "\"UV\" of mesh \"strip\""},
+      {"Vertices", "\"Vertices\" of mesh \"strip\""}};
+  for (const auto& [array, told] : cases) {
+    std::string model = ReadWholeFile(TS3D_SOURCE_FOLDER "/tests/fixtures/strip_7500_binary.fbx");
+    constexpr size_t kHead = 1 + 12 + 2;  // type code, three lengths, head of the stream
+    const size_t stream = model.find(array + "d") + array.size() + kHead;
+    model.replace(stream, 4, "\xff\xff\xff\xff");
+    folder_.Write("strip.fbx", model);
+    EXPECT_EQ(Run("convert strip.fbx -q --report report.json"), array == "Vertices" ? 5 : 0) << errors_;
+    EXPECT_TRUE(Printed("warning: the file is damaged: " + told + " cannot")) << errors_;
+    const std::string report = ReadWholeFile(folder_.Path("report.json"));
+    EXPECT_NE(report.find(">>> Damaged: "), std::string::npos) << report;
+    EXPECT_EQ(Run("check strip.fbx"), array == "Vertices" ? 2 : 1);
+    EXPECT_NE(output_.find("[damaged-array]"), std::string::npos) << output_;
+  }
+}
+
 TEST_F(Tool, OptionsReachTheDocument) {
   CopySample("scout.fbx");
   EXPECT_EQ(

@@ -142,6 +142,9 @@ void CheckScene(RigCheck& check) {
   } else if (check.report.meshes.empty()) {
     check.report.Add(findings::kAllLeftOut);
   }
+  for (const std::string& array : check.job.scene->GetDamagedArrays()) {
+    check.report.Add(findings::kDamagedArray, {}, {array});
+  }
   CheckNames(check);
   Summarise(check);
 }

@@ -16,6 +16,10 @@ inline constexpr FindingKind kNoFile{"no-file", Fatal, File, "The model file doe
 inline constexpr FindingKind kNotLoaded{
     "not-loaded", Fatal, File, "The model cannot be loaded: {}.",
     "Export it again, as FBX 7.4 (\"FBX 2014\") or later; a damaged download has to be fetched again."};
+inline constexpr FindingKind kDamagedArray{
+    "damaged-array", Warning, File,
+    "The file is damaged: {} cannot be unpacked, and what it holds is missing.",
+    "Export it again; a damaged download has to be fetched again."};
 inline constexpr FindingKind kPassword{"password", Fatal, File, "The model is protected by a password.",
                                        "Save it without the password."};
 inline constexpr FindingKind kNoMesh{"no-mesh", Fatal, File,

@@ -62,6 +62,7 @@ struct ConversionJob {
   std::shared_ptr<SkeletonState> skeleton;  ///< null before the first conversion of the process
   int32_t vertexTotal = 0;                  ///< control points of the converted meshes
   int32_t polygonTotal = 0;                 ///< their triangles
+  std::vector<std::string> damagedArrays;   ///< see scene::KFbxScene::GetDamagedArrays
   std::string modelDirectory;               ///< the model's folder with its trailing separator
   std::string inputPath;    ///< the model; never written, packed or deleted, whatever names ask for
   std::string packagePath;  ///< the open package; never packed into itself

@@ -13,6 +13,7 @@
 #include "mesh/scene_walk.h"
 #include "package/actor_package.h"
 #include "platform/files.h"
+#include "scene/model/scene.h"
 #include "skeleton/csf_writer.h"
 #include "skeleton/skeleton_state.h"
 
@@ -71,6 +72,14 @@ ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
   return result;
 }
 
+/// Tells which arrays were damaged; known when all meshes have been read.
+void ReportDamage(ConversionJob& job) {
+  job.damagedArrays = job.scene->GetDamagedArrays();
+  for (const std::string& array : job.damagedArrays) {
+    StatusLog(job, ComposeMessage(">>> Damaged: ", array));
+  }
+}
+
 void AbandonPackage(ConversionJob& job, const std::string& packagePath) {
   job.packageIsDamaged = true;
   if (job.packageHandle) CloseActorPackage(job);
@@ -88,6 +97,7 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
       WalkSceneNode(job.sceneRoot->GetChild(i), job, packagedNames);
     }
     WriteActorConfig(job, packagePath, packagedNames);
+    ReportDamage(job);
     return isOpen ? FillPackage(job, packagePath, packagedNames) : ConversionResult::PackageFailed;
   } catch (...) {
     if (isOpen) AbandonPackage(job, packagePath);
@@ -121,6 +131,7 @@ void ResetRun(ConversionJob& job) {
   job.skeleton = std::make_shared<SkeletonState>();
   job.vertexTotal = 0;
   job.polygonTotal = 0;
+  job.damagedArrays.clear();
   job.modelDirectory.clear();
   job.inputPath.clear();
   job.packagePath.clear();

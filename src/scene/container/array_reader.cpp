@@ -148,7 +148,10 @@ bool ReadNumbers(RecordRef record, FbxArray<T>& out, size_t most) {
   const bool bigEndian = record.Tree().bigEndian;
   if (first->kind == Value::Kind::Array) {
     const bool read = ReadTypedArray(*first, bigEndian, out);
-    if (!read) out.Release();
+    if (!read) {
+      out.Release();
+      record.Tree().NoteDamaged(record.Index());
+    }
     record.Tree().PassedOver(first->size);
     return read;
   }

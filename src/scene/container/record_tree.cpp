@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/container/record_tree.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "scene/container/array_reader.h"
@@ -13,6 +14,12 @@ RecordRef RecordTree::Find(std::string_view name) const {
     if (records[i].name == name) return {this, i};
   }
   return {};
+}
+
+void RecordTree::NoteDamaged(uint32_t record) const {
+  constexpr size_t kMostNoted = 100;
+  if (damaged_.size() == kMostNoted) return;
+  if (std::find(damaged_.begin(), damaged_.end(), record) == damaged_.end()) damaged_.push_back(record);
 }
 
 const Value* RecordRef::ValueAt(size_t i) const {

@@ -86,12 +86,18 @@ class RecordTree {
   /// Whether the records take more memory than those of any honest file of this size.
   bool IsOvercrowded() const { return RecordMemory() > 10 * bytes.size() + (size_t{16} << 20); }
 
+  /// Remembers that the array of a record cannot be unpacked.
+  void NoteDamaged(uint32_t record) const;
+  /// The first such records, each once.
+  const std::vector<uint32_t>& Damaged() const { return damaged_; }
+
   /// The first top-level record `name`; an invalid reference when there is none.
   RecordRef Find(std::string_view name) const;
 
  private:
   static constexpr size_t kMostPassed = 1 << 16;
   mutable size_t passed_ = 0;
+  mutable std::vector<uint32_t> damaged_;
 };
 
 /// A record of a tree, or none: then it has no name, no values and no children.
@@ -137,6 +143,8 @@ class RecordRef {
   const RecordTree& Tree() const { return *tree_; }
   /// Number of the record in its tree; how many records are below it.
   uint32_t Index() const { return index_; }
+  /// Whether record number `index` is this one or below it.
+  bool Holds(uint32_t index) const { return tree_ && index >= index_ && index < Get().end; }
   uint32_t CountBelow() const { return tree_ ? Get().end - index_ - 1 : 0; }
 
  private:

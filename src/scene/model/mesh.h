@@ -40,6 +40,7 @@ class KFbxMesh : public KFbxNodeAttribute {
  public:
   KFbxMesh(std::string_view name, RecordRef geometry);
 
+  RecordRef GetRecord() const { return geometry_; }
   int GetControlPointsCount();
   /// x, y, z of each control point.
   std::span<const double> GetControlPoints();

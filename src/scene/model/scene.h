@@ -18,6 +18,9 @@ class KFbxScene : public KFbxObject {
   ~KFbxScene() override;
 
   KFbxNode* GetRootNode() const { return root_; }
+  /// The arrays that could not be unpacked so far, as `"Weights" of bone "hip" in mesh "Body"`. They were
+  /// taken as empty.
+  std::vector<KString> GetDamagedArrays();
   int GetPoseCount() const { return static_cast<int>(poses_.size()); }
   KFbxPose* GetPose(int i) const { return poses_[static_cast<size_t>(i)]; }
 

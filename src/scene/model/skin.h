@@ -25,6 +25,7 @@ class KFbxCluster : public KFbxObject {
   ELinkMode GetLinkMode() const { return mode_; }
   KFbxNode* GetAssociateModel() const { return associate_; }
 
+  RecordRef GetRecord() const { return record_; }
   int GetControlPointIndicesCount();
   /// Not checked against the mesh.
   std::span<const int32_t> GetControlPointIndices();
