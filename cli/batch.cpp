@@ -244,13 +244,7 @@ class Batch {
     result.model = tasks_[index].name;
     printer_.ModelDone();
     printer_.ClearBar();
-    for (const std::string& array : result.damage) {
-      PrintMessage(result.model, Severity::Warning,
-                   "the file is damaged: " + array + " cannot be unpacked, and what it holds is missing");
-    }
-    for (const TextureProblem& problem : result.textureProblems) {
-      PrintMessage(result.model, Severity::Warning, "texture " + problem.source + " " + problem.text);
-    }
+    for (const std::string& loss : result.Losses()) PrintMessage(result.model, Severity::Warning, loss);
     if (options_.verbosity != Verbosity::Quiet) {
       for (const std::string& note : result.notes) PrintMessage(result.model, Severity::Note, note);
     }

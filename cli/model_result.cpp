@@ -57,6 +57,17 @@ std::string TableLine(const std::string& name, const std::string& outcome, const
 
 }  // namespace
 
+std::vector<std::string> ModelResult::Losses() const {
+  std::vector<std::string> losses;
+  for (const std::string& array : damage) {
+    losses.push_back("the file is damaged: " + array + " cannot be unpacked, and what it holds is missing");
+  }
+  for (const TextureProblem& problem : textureProblems) {
+    losses.push_back("texture " + problem.source + " " + problem.text);
+  }
+  return losses;
+}
+
 std::map<std::string, int> ModelResult::Warnings() const {
   constexpr std::string_view kMark = "***";
   std::map<std::string, int> counts;

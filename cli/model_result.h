@@ -41,6 +41,8 @@ struct ModelResult {
   uint64_t packageBytes = 0;
   std::vector<MemberSize> members;
 
+  /// What the package lacks, in words: damaged arrays and pictures.
+  std::vector<std::string> Losses() const;
   /// How often each coded warning ("***100:...") was given, by its code.
   std::map<std::string, int> Warnings() const;
 };

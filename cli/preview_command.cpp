@@ -87,9 +87,8 @@ void Load(const fs::path& package, actor::Actor& actor) {
 /// @return the package, inside `work`
 fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work) {
   const ModelResult result = ConvertInWorkFolder(task, work, {}, std::nullopt, [](std::string_view) {});
+  for (const std::string& loss : result.Losses()) PrintMessage(task.name, Severity::Warning, loss);
   if (result.code != 0) throw PreviewFailure(result.code, result.reason);
-  for (const TextureProblem& problem : result.textureProblems)
-    PrintMessage(task.name, Severity::Warning, "texture " + problem.source + " " + problem.text);
   return WithExtension(work.Model(), "czp");
 }
 
