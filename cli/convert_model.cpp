@@ -115,8 +115,9 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   host.Attach(job);
   SetUp(job, options);
   const auto tellUnmatched = [&](const scene::KFbxNode& root) {
-    if (options.excludedNames.empty() && options.meshes.empty() && options.doubleSidedMeshes.empty()) return;
-    result.unmatchedOptions = FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root));
+    if (!NamesSomething(options)) return;
+    result.unmatchedOptions =
+        FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
   };
   try {
     result.code = Convert(task, work, finish, tellUnmatched, job);

@@ -19,7 +19,9 @@ const UnmatchedOption* Find(const ModelResult& result, const UnmatchedOption& wa
 }
 
 std::string Describe(const UnmatchedOption& unmatched, const std::vector<std::string>& names) {
-  const std::string things = unmatched.option == "--mesh" ? "mesh" : "mesh or material";
+  const std::string things = unmatched.option == "--rename" ? "bone"
+                             : unmatched.option == "--mesh" ? "mesh"
+                                                            : "mesh or material";
   const std::vector<std::string> nearest = ts3d::NearestNames(unmatched.name, names);
   return unmatched.option + " " + unmatched.name + ": no " + things + " has this name" +
          (nearest.empty() ? "" : "; the nearest names are " + ts3d::QuotedNames(nearest));
@@ -27,18 +29,27 @@ std::string Describe(const UnmatchedOption& unmatched, const std::vector<std::st
 
 }  // namespace
 
+bool NamesSomething(const ConvertOptions& options) {
+  return !(options.excludedNames.empty() && options.meshes.empty() && options.doubleSidedMeshes.empty() &&
+           options.boneRenames.empty());
+}
+
 std::vector<UnmatchedOption> FindUnmatchedOptions(const ConvertOptions& options,
                                                   const ts3d::OptionTargets& targets) {
   std::vector<UnmatchedOption> unmatched;
   const auto add = [&](const char* option, const std::vector<std::string>& asked,
-                       const std::vector<std::string>& existing) {
-    for (ts3d::UnmatchedName& entry : ts3d::FindUnmatchedNames(asked, existing)) {
+                       const std::vector<std::string>& existing,
+                       ts3d::LetterCase letterCase = ts3d::LetterCase::Any) {
+    for (ts3d::UnmatchedName& entry : ts3d::FindUnmatchedNames(asked, existing, letterCase)) {
       unmatched.push_back({option, std::move(entry.name), std::move(entry.nearest)});
     }
   };
   add("--exclude", options.excludedNames, targets.outputs);
   add("--mesh", options.meshes, targets.meshes);
   add("--double-sided", options.doubleSidedMeshes, targets.outputs);
+  std::vector<std::string> renamed;
+  for (const std::string& rename : options.boneRenames) renamed.push_back(rename.substr(0, rename.find('=')));
+  add("--rename", renamed, targets.bones, ts3d::LetterCase::Exact);
   return unmatched;
 }
 

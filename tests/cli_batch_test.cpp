@@ -116,6 +116,13 @@ TEST_F(Batch, WarnsOfNamesThatNoneOfTheModelsHas) {
   const Json models = Json::parse(ReadWholeFile(folder_.Path("r.json")))["models"];
   EXPECT_EQ(models[1]["unmatched_options"][0]["name"], "hat");
   EXPECT_EQ(models[1]["unmatched_options"][0]["nearest"], Json({"Hair", "Hairpin"}));
+  // The document names bones as they are written.
+  EXPECT_EQ(Run("convert -q a.fbx --rename l_Femur=thigh --rename L_tibia=shin"), 0);
+  EXPECT_TRUE(
+      Printed("fbx2czp: a.fbx: warning: --rename l_Femur: no bone has this name; the nearest names "
+              "are \"L_femur\""))
+      << errors_;
+  EXPECT_FALSE(Printed("L_tibia:")) << errors_;
   // Only whole meshes can have inward normals.
   EXPECT_EQ(Run("convert -q b.fbx --mesh hairpin --mesh Hairpin_a"), 0);
   EXPECT_TRUE(Printed("fbx2czp: b.fbx: warning: --mesh Hairpin_a: no mesh has this name;")) << errors_;

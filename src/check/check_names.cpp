@@ -91,7 +91,7 @@ void TellTextureNames(RigCheck& check) {
 }
 
 void TellExclusions(RigCheck& check) {
-  const OptionTargets targets = CollectOptionTargets(*check.job.sceneRoot);
+  const OptionTargets targets = CollectOptionTargets(*check.job.sceneRoot, check.job.skeleton->bones);
   for (const UnmatchedName& unmatched : FindUnmatchedNames(check.job.exclusionList, targets.outputs)) {
     check.report.Add(findings::kUnknownExclusion, unmatched.name, {QuotedNames(unmatched.nearest)});
   }

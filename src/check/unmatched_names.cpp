@@ -10,7 +10,7 @@
 
 namespace ts3d {
 
-OptionTargets CollectOptionTargets(const scene::KFbxNode& root) {
+OptionTargets CollectOptionTargets(const scene::KFbxNode& root, const BoneTree& bones) {
   OptionTargets targets;
   for (int i = 0; i < root.GetChildCount(); ++i) {
     ForEachMeshNode(root.GetChild(i), [&](const scene::KFbxNode& node) {
@@ -20,15 +20,17 @@ OptionTargets CollectOptionTargets(const scene::KFbxNode& root) {
   // Meshes below an empty one are not listed, but can be left out.
   targets.outputs = targets.meshes;
   ForEachListedName(root, false, [&](const std::string& name) { targets.outputs.push_back(name); });
+  for (const BoneNode* bone : bones.PreOrder()) targets.bones.push_back(bone->name);
   return targets;
 }
 
 std::vector<UnmatchedName> FindUnmatchedNames(const std::vector<std::string>& asked,
-                                              const std::vector<std::string>& existing) {
+                                              const std::vector<std::string>& existing,
+                                              LetterCase letterCase) {
   std::vector<UnmatchedName> unmatched;
   for (const std::string& name : asked) {
     const bool exists = std::any_of(existing.begin(), existing.end(), [&](const std::string& candidate) {
-      return EqualsIgnoreCase(candidate, name);
+      return letterCase == LetterCase::Exact ? candidate == name : EqualsIgnoreCase(candidate, name);
     });
     if (!exists) unmatched.push_back({name, NearestNames(name, existing)});
   }

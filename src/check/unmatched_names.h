@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "scene/model/node.h"
+#include "skeleton/bone_node.h"
 
 namespace ts3d {
 
@@ -12,10 +13,11 @@ namespace ts3d {
 struct OptionTargets {
   std::vector<std::string> meshes;   ///< of all meshes
   std::vector<std::string> outputs;  ///< of all mesh files and materials, those that are left out as well
+  std::vector<std::string> bones;
 };
 
-/// The names of the scene below `root`.
-OptionTargets CollectOptionTargets(const scene::KFbxNode& root);
+/// The names of the scene below `root` and of the skeleton taken from it.
+OptionTargets CollectOptionTargets(const scene::KFbxNode& root, const BoneTree& bones);
 
 /// A name that was asked for and is not there.
 struct UnmatchedName {
@@ -23,8 +25,11 @@ struct UnmatchedName {
   std::vector<std::string> nearest;  ///< names that are there, the most similar first
 };
 
-/// Those of `asked` that `existing` does not hold in any letter case.
+enum class LetterCase { Any, Exact };
+
+/// Those of `asked` that `existing` does not hold.
 std::vector<UnmatchedName> FindUnmatchedNames(const std::vector<std::string>& asked,
-                                              const std::vector<std::string>& existing);
+                                              const std::vector<std::string>& existing,
+                                              LetterCase letterCase = LetterCase::Any);
 
 }  // namespace ts3d
