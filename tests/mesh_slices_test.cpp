@@ -117,4 +117,21 @@ TEST(MeshFilter, DropsWholeNamesOfTheExclusionListForEveryModel) {
   EXPECT_EQ(host.job.vertexTotal, 6);
 }
 
+TEST(MeshFilter, DropsAllPartsOfAnExcludedMeshAndSinglePartsWithTheirThread) {
+  Character model = StripOf({0, 1, 2}, 3);
+  model.Triangle("Hat");
+  const std::pair<const char*, const char*> cases[] = {
+      {"body", "skeleton.csf model.xfg Hat.cmf Hat.xrf"},
+      {"Body_A", "skeleton.csf model.xfg Body_b.cmf Body.cmf Hat.cmf Body_b.xrf Body.xrf Hat.xrf"}};
+  for (const auto& [excluded, members] : cases) {
+    TestHost host;
+    host.job.exclusionList = {excluded};
+    ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
+    EXPECT_EQ(host.ReadPackage().Names(), members);
+    EXPECT_THAT(host.LinesThatBegin(">>> Error"), ElementsAre());
+    const std::string thread = std::to_string(host.Mesh("Hat").threadId);
+    EXPECT_NE(host.Document().find("threadID=\"" + thread + "\">Hat.xrf"), std::string::npos) << excluded;
+  }
+}
+
 }  // namespace

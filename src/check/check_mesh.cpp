@@ -110,7 +110,7 @@ class MeshCheck {
     if (node_.GetMaterialCount() == 0) check_.report.Add(findings::kNoMaterial, node_.GetName());
     for (size_t i = 0; i < slices.size(); ++i) {
       const MeshSlice& slice = slices[i];
-      const bool written = slice.whole || !slice.triangles.empty();
+      const bool written = (slice.whole || !slice.triangles.empty()) && !IsExcluded(slice.name, check_.job);
       check_.slots.push_back({slice.name, node_.GetName(), written});
       OutputMesh output{slice.name, node_.GetName(), {}, {}, slice.VertexCount(data), slice.FaceCount(data)};
       if (node_.GetMaterialCount() > 0) {

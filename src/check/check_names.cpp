@@ -21,7 +21,8 @@ bool BreaksXml(std::string_view text) { return text.find_first_of("&<\"") != std
 class NameCheck {
  public:
   explicit NameCheck(RigCheck& check) : check_(check), report_(check.report) {
-    ForEachListedName(*check.job.sceneRoot, false, [&](const std::string& name) { listed_.insert(name); });
+    ForEachListedName(*check.job.sceneRoot, false,
+                      [&](const ListedName& listed) { listed_.insert(listed.name); });
   }
 
   void Run() {
@@ -116,8 +117,8 @@ std::vector<std::string> ExpectedMembers(const RigCheck& check) {
   add("skeleton.csf");
   add(FileNamePart(ReplaceExtension(check.job.inputPath, "xfg")));
   for (const char* extension : {".cmf", ".xrf"}) {
-    ForEachListedName(*check.job.sceneRoot, true, [&](const std::string& name) {
-      if (!skipThisMesh(name, check.job)) add(name + extension);
+    ForEachListedName(*check.job.sceneRoot, true, [&](const ListedName& listed) {
+      if (!IsLeftOut(listed, check.job)) add(listed.name + extension);
     });
   }
   return members;

@@ -137,7 +137,7 @@ void CheckScene(RigCheck& check) {
   }
   CheckNodes(check);
   CheckBindPose(check);
-  if (ForEachListedName(*check.job.sceneRoot, false, [](const std::string&) {}) == 0) {
+  if (ForEachListedName(*check.job.sceneRoot, false, [](const ListedName&) {}) == 0) {
     check.report.Add(findings::kNoMesh);
   } else if (check.report.meshes.empty()) {
     check.report.Add(findings::kAllLeftOut);

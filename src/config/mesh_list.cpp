@@ -27,7 +27,7 @@ bool IsDoubleSided(std::string_view name, const ConversionJob& job) {
 /// Walks over listed meshes: parents first, children in order.
 class MeshListWalk {
  public:
-  MeshListWalk(bool baseNameLast, const std::function<void(const std::string&)>& visit)
+  MeshListWalk(bool baseNameLast, const std::function<void(const ListedName&)>& visit)
       : baseNameLast_(baseNameLast), visit_(visit) {}
 
   /// @return the number of meshes listed at or below `top`
@@ -54,13 +54,13 @@ class MeshListWalk {
  private:
   /// Lists the `count` output names of a mesh: its base name, then those of its further materials.
   void List(const std::string& baseName, int count) {
-    if (!baseNameLast_) visit_(baseName);
-    for (int i = 0; i < count - 1; ++i) visit_(baseName + "_" + LetterSuffix(i));
-    if (baseNameLast_) visit_(baseName);
+    if (!baseNameLast_) visit_({baseName, baseName});
+    for (int i = 0; i < count - 1; ++i) visit_({baseName + "_" + LetterSuffix(i), baseName});
+    if (baseNameLast_) visit_({baseName, baseName});
   }
 
   bool baseNameLast_;
-  const std::function<void(const std::string&)>& visit_;
+  const std::function<void(const ListedName&)>& visit_;
 };
 
 /// What one walk does with each listed name.
@@ -70,8 +70,9 @@ class MeshList {
            std::string& lines)
       : job_(job), mode_(mode), packagedNames_(packagedNames), afterAdding_(afterAdding), lines_(lines) {}
 
-  void ListName(const std::string& name) {
-    if (skipThisMesh(name, job_)) return;
+  void List(const ListedName& listed) {
+    if (IsLeftOut(listed, job_)) return;
+    const std::string& name = listed.name;
     switch (mode_) {
       case MeshListMode::MeshLines:
         DebugTrace(ComposeMessage("Writing <mesh name=\"", name, "\""));
@@ -100,11 +101,15 @@ class MeshList {
 }  // namespace
 
 int32_t ForEachListedName(const KFbxNode& root, bool baseNameLast,
-                          const std::function<void(const std::string&)>& visit) {
+                          const std::function<void(const ListedName&)>& visit) {
   MeshListWalk walk(baseNameLast, visit);
   int32_t count = 0;
   for (int i = 0; i < root.GetChildCount(); ++i) count += walk.Walk(*root.GetChild(i));
   return count;
+}
+
+bool IsLeftOut(const ListedName& listed, const ConversionJob& job) {
+  return skipThisMesh(listed.name, job) || IsExcluded(listed.mesh, job);
 }
 
 int32_t WriteMeshListForScene(ConversionJob& job, MeshListMode mode, PackagedNameSet& packagedNames,
@@ -115,7 +120,7 @@ int32_t WriteMeshListForScene(ConversionJob& job, MeshListMode mode, PackagedNam
   // Files go in the other way round: the further ones, then the base name.
   const bool addsFiles = mode == MeshListMode::AddMeshFiles || mode == MeshListMode::AddMaterialFiles;
   const int32_t count =
-      ForEachListedName(*root, addsFiles, [&](const std::string& name) { list.ListName(name); });
+      ForEachListedName(*root, addsFiles, [&](const ListedName& listed) { list.List(listed); });
   return count > 0 ? 0 : kNoMeshListed;
 }
 

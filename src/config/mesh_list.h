@@ -22,12 +22,21 @@ enum class MeshListMode : int32_t {
 /// The result of a walk that found no mesh.
 inline constexpr int32_t kNoMeshListed = 5;
 
-/// Calls `visit` with every name that the document lists for the scene below `root`, in its order. `visit` is
-/// called for names that the mesh filter refuses, too.
+/// A mesh or material that the document lists.
+struct ListedName {
+  std::string name;
+  std::string mesh;  ///< the name of the mesh that it is a part of
+};
+
+/// Calls `visit` with everything that the document lists for the scene below `root`, in its order; also with
+/// what is left out.
 /// @param baseNameLast  whether a mesh's own name comes after those of its further materials
 /// @return the number of meshes
 int32_t ForEachListedName(const scene::KFbxNode& root, bool baseNameLast,
-                          const std::function<void(const std::string&)>& visit);
+                          const std::function<void(const ListedName&)>& visit);
+
+/// Whether the job leaves it out: by its own name, or with the whole mesh that was asked to be left out.
+bool IsLeftOut(const ListedName& listed, const ConversionJob& job);
 
 /// Walks all nodes below the scene's root, parents first, children in order. A mesh without control points is
 /// not listed and hides the nodes below it.

@@ -34,7 +34,7 @@ void WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh, con
   std::vector<int32_t> outputIndex(materialCount < 2 ? 0 : data.records.size(), -1);
   for (int material = 0; material < std::max(materialCount, 1); ++material) {
     const MeshSlice slice = slices.Slice(name, material);
-    if (!slice.whole && slice.triangles.empty()) continue;
+    if ((!slice.whole && slice.triangles.empty()) || IsExcluded(slice.name, job)) continue;
     StatusLog(job, ComposeMessage("Writing CMF Mesh: ", slice.name));
     if (slices.DegenerateCount() > 0) {
       StatusLog(job, ComposeMessage(">>> Removed : ", std::to_string(slices.DegenerateCount()),

@@ -23,19 +23,16 @@ bool IsHeadPart(std::string_view name) {
                      [&](std::string_view keyword) { return MatchesKeyword(name, keyword); });
 }
 
-bool IsLeftOut(std::string_view name, const ConversionJob& job) {
-  const auto& excluded = job.exclusionList;
-  if (std::any_of(excluded.begin(), excluded.end(),
-                  [&](const std::string& entry) { return EqualsIgnoreCase(name, entry); })) {
-    return true;
-  }
-  return job.actorType != ActorType::None && IsHeadPart(name);
-}
-
 }  // namespace
 
+bool IsExcluded(std::string_view name, const ConversionJob& job) {
+  const auto& excluded = job.exclusionList;
+  return std::any_of(excluded.begin(), excluded.end(),
+                     [&](const std::string& entry) { return EqualsIgnoreCase(name, entry); });
+}
+
 bool skipThisMesh(std::string_view name, const ConversionJob& job) {
-  const bool skip = IsLeftOut(name, job);
+  const bool skip = IsExcluded(name, job) || (job.actorType != ActorType::None && IsHeadPart(name));
   DebugTrace(ComposeMessage("skipThisMesh '", name, "' returns ", skip ? "true" : "false"));
   return skip;
 }
