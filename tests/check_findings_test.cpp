@@ -236,6 +236,11 @@ TEST_F(Check, TellsWhatBecomesOfNames) {
                                    "unwritable-name tab\tbed"));
   EXPECT_THAT(Told(SoundRig().File(), "model.fbx", {"Body"}),
               UnorderedElementsAre("excluded Body", "all-left-out"));
+  SoundRig parts;
+  Character::MaterialNumbers(parts.body, {0});
+  parts.Texture(parts.Material(parts.body), "only.tga");
+  EXPECT_THAT(Told(parts.File(), "model.fbx", {"body_a"}), testing::Contains("excluded Body_a"));
+  EXPECT_THAT(report_.members, ElementsAre("skeleton.csf", "model.xfg", "Body.cmf", "Body.xrf"));
 }
 
 TEST_F(Check, TellsOfMaterialsAndPictures) {

@@ -110,8 +110,9 @@ class MeshCheck {
     if (node_.GetMaterialCount() == 0) check_.report.Add(findings::kNoMaterial, node_.GetName());
     for (size_t i = 0; i < slices.size(); ++i) {
       const MeshSlice& slice = slices[i];
-      const bool written = (slice.whole || !slice.triangles.empty()) && !IsExcluded(slice.name, check_.job);
+      const bool written = slice.whole || !slice.triangles.empty();
       check_.slots.push_back({slice.name, node_.GetName(), written});
+      if (IsExcluded(slice.name, check_.job)) continue;
       OutputMesh output{slice.name, node_.GetName(), {}, {}, slice.VertexCount(data), slice.FaceCount(data)};
       if (node_.GetMaterialCount() > 0) {
         const scene::KFbxSurfaceMaterial& material = *node_.GetMaterial(static_cast<int>(i));
@@ -133,10 +134,7 @@ class MeshCheck {
 void CheckMeshNode(const KFbxNode& node, RigCheck& check) {
   const std::string name = SanitizeMeshName(node.GetName());
   if (skipThisMesh(name, check.job)) {
-    const auto& excluded = check.job.exclusionList;
-    const bool asked = std::any_of(excluded.begin(), excluded.end(),
-                                   [&](const std::string& entry) { return EqualsIgnoreCase(entry, name); });
-    check.report.Add(asked ? findings::kExcluded : findings::kHeadPart, node.GetName());
+    check.report.Add(IsExcluded(name, check.job) ? findings::kExcluded : findings::kHeadPart, node.GetName());
     return;
   }
   KFbxMesh* mesh = node.GetMesh();

@@ -143,9 +143,9 @@ class RecordRef {
   const RecordTree& Tree() const { return *tree_; }
   /// Number of the record in its tree; how many records are below it.
   uint32_t Index() const { return index_; }
+  uint32_t CountBelow() const { return tree_ ? Get().end - index_ - 1 : 0; }
   /// Whether record number `index` is this one or below it.
   bool Holds(uint32_t index) const { return tree_ && index >= index_ && index < Get().end; }
-  uint32_t CountBelow() const { return tree_ ? Get().end - index_ - 1 : 0; }
 
  private:
   const Record& Get() const { return tree_->records[index_]; }
