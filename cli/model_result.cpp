@@ -8,7 +8,9 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
+#include "core/work_file.h"
 #include "exit_codes.h"
+#include "platform/replacement.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -53,6 +55,19 @@ std::string TableLine(const std::string& name, const std::string& outcome, const
   std::string padded = name;
   padded.resize(std::max(name.size(), static_cast<size_t>(nameWidth)), ' ');
   return padded + numbers;
+}
+
+/// Writes the whole file `path` in one step. A pipe or a device is written to; only files are replaced.
+bool WriteText(const std::string& path, const std::string& text) {
+  std::error_code unknown;
+  const fs::file_status target = fs::status(path, unknown);
+  if (fs::exists(target) && !fs::is_regular_file(target)) {
+    std::ofstream file(path, std::ios::binary);
+    return static_cast<bool>(file << text << std::flush);
+  }
+  platform::Replacement report(path);
+  platform::FilePtr file = report.Create("wb");
+  return file && ts3d::WriteAndClose(std::move(file), text) && report.TakePlace();
 }
 
 }  // namespace
@@ -153,21 +168,10 @@ void WriteReport(const std::string& path, const std::vector<ModelResult>& result
                    {"seconds", seconds}}},
                  {"models", Json::array()}};
   for (const ModelResult& result : results) report["models"].push_back(ToJson(result));
-  std::error_code failed;
-  const fs::file_status target = fs::status(path, failed);
-  // A pipe or a device is written to; only files are replaced.
-  const bool replaces = !fs::exists(target) || fs::is_regular_file(target);
-  const std::string unfinished = replaces ? path + ".part" : path;
-  std::ofstream file(unfinished, std::ios::binary);
   // Names may be in any code page; what is no UTF-8 shows as a replacement character.
-  file << report.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
-  file.close();
-  failed.clear();
-  if (file && replaces) fs::rename(unfinished, path, failed);
-  if (file && !failed) return;
-  if (!replaces) throw std::runtime_error(path + ": the report cannot be written");
-  fs::remove(unfinished, failed);
-  throw std::runtime_error(path + ": the report cannot be written");
+  if (!WriteText(path, report.dump(2, ' ', false, Json::error_handler_t::replace) + '\n')) {
+    throw std::runtime_error(path + ": the report cannot be written");
+  }
 }
 
 std::string SummaryTable(const std::vector<ModelResult>& results, double seconds) {

@@ -3,11 +3,12 @@
 
 #include <cerrno>
 #include <cstring>
+#include <list>
 #include <stdexcept>
 #include <string>
 
 #include "core/work_file.h"
-#include "platform/files.h"
+#include "platform/replacement.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -29,30 +30,26 @@ struct Unfinished {
 }  // namespace
 
 void ReplaceFiles(const fs::path& folder, const std::vector<actor::ExportedFile>& files) {
-  Unfinished unfinished;
   std::error_code unknown;
   for (const actor::ExportedFile& file : files) {
     if (!fs::is_directory(folder / file.name, unknown)) continue;
     errno = EISDIR;
     Fail(file.name);
   }
+  std::list<platform::Replacement> written;
   for (const actor::ExportedFile& file : files) {
-    const fs::path path = folder / (file.name + ".part");
-    std::error_code ignored;
-    // What is left of an earlier run goes; then "x" makes sure that nothing is written through a link.
-    fs::remove(path, ignored);
-    platform::FilePtr stream = platform::OpenFile(path.string(), "wbx");
-    if (!stream) Fail(file.name);
-    unfinished.paths.push_back(path);
-    if (!ts3d::WriteAndClose(std::move(stream), file.bytes)) Fail(file.name);
+    platform::FilePtr stream = written.emplace_back((folder / file.name).string()).Create("wb");
+    if (!stream || !ts3d::WriteAndClose(std::move(stream), file.bytes)) Fail(file.name);
   }
-  for (size_t i = 0; i < files.size(); ++i) {
-    const fs::path path = folder / files[i].name;
-    const bool isNew = fs::symlink_status(path, unknown).type() == fs::file_type::not_found;
-    if (!platform::RenameFile(unfinished.paths[i].string(), path.string())) Fail(files[i].name);
-    // A part of the files is of no use: until the last is in its place the new ones go together. A name that
-    // was taken before never ends up without a file.
-    unfinished.paths[i] = isNew ? path : fs::path();
+  // A part of the files is of no use: until the last is in its place the new ones go together. A name that
+  // was taken before never ends up without a file.
+  Unfinished unfinished;
+  auto next = written.begin();
+  for (const actor::ExportedFile& file : files) {
+    const bool isNew = fs::symlink_status(next->Target(), unknown).type() == fs::file_type::not_found;
+    if (!next->TakePlace()) Fail(file.name);
+    if (isNew) unfinished.paths.emplace_back(next->Target());
+    ++next;
   }
   unfinished.paths.clear();
 }

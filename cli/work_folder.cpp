@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "work_folder.h"
 
+#include <cerrno>
 #include <string>
 
 #include "core/names.h"
+#include "platform/replacement.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -25,7 +27,9 @@ WorkFolder::WorkFolder(const fs::path& model) : modelName_(model.filename()) {
   Show(model, Model());
   for (const fs::directory_entry& entry : fs::directory_iterator(model.parent_path())) {
     const fs::path name = entry.path().filename();
-    if (IsTga(name) && name != modelName_) {
+    // Who opened a pipe or a device of that name would wait, or never come to an end.
+    std::error_code unknown;
+    if (IsTga(name) && name != modelName_ && entry.is_regular_file(unknown)) {
       Show(entry.path(), folder_.Path() / name);
     }
   }
@@ -44,18 +48,9 @@ std::vector<std::string> WorkFolder::NewPictures() const {
 void WorkFolder::MoveTo(const fs::path& folder, const fs::path& name) const {
   const fs::path from = folder_.Path() / name;
   if (!fs::exists(from)) return;
-  std::error_code failed;
-  fs::rename(from, folder / name, failed);
-  if (!failed) return;
-  // Another file system: copy beside the target, then put it into its place in one step.
-  const fs::path unfinished = folder / (name.string() + ".part");
-  try {
-    fs::copy_file(from, unfinished, fs::copy_options::overwrite_existing);
-    fs::rename(unfinished, folder / name);
-  } catch (...) {
-    fs::remove(unfinished, failed);
-    throw;
-  }
+  if (platform::MoveIntoPlace(from.string(), (folder / name).string())) return;
+  throw fs::filesystem_error("cannot be written", folder / name,
+                             std::error_code(errno, std::generic_category()));
 }
 
 }  // namespace cli

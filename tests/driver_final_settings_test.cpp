@@ -184,13 +184,31 @@ TEST(FinalSettings, ScaleByAHundredthOrNotAtAll) {
   }
 }
 
-TEST(FinalSettings, LeaveADocumentThatCannotBeReadOrReplacedAlone) {
+TEST(FinalSettings, ChangeDocumentAndPackageOnlyAndKeepLinksAndPermissions) {
+  namespace fs = std::filesystem;
+  constexpr fs::perms kPrivate = fs::perms::owner_read | fs::perms::owner_write;
   Converted host;
-  const std::string before = host.Document();
-  std::filesystem::create_directory(host.folder.Path("model.xfg.new"));
-  EXPECT_EQ(host.Finish(), FinishResult::DocumentUnwritable);
-  EXPECT_EQ(host.lines.back(), ">>> FAILED TO WRITE .XFG File!");
-  EXPECT_EQ(host.Document(), before);
+  const std::string real = host.folder.Path("real.xfg"), document = host.folder.Path("model.xfg");
+  fs::rename(document, real);
+  fs::create_symlink(real, document);
+  fs::permissions(host.folder.Path("model.czp"), kPrivate);
+  const std::string other = host.folder.Write("other", "somebody's");
+  for (const char* name : {"model.xfg.new", "model.czp.new"}) {
+    fs::create_symlink(other, host.folder.Path(name));
+  }
+  const std::string names = host.folder.Names();
+  fs::current_path("/");  // from where the document is not deleted
+  EXPECT_EQ(host.Finish(150), FinishResult::Success);
+  EXPECT_EQ(host.folder.Names(), names);
+  EXPECT_EQ(support::ReadWholeFile(other), "somebody's");
+  EXPECT_TRUE(fs::is_symlink(document));
+  EXPECT_THAT(support::ReadWholeFile(real), HasSubstr("<scale>1.5"));
+  EXPECT_EQ(fs::status(host.folder.Path("model.czp")).permissions(), kPrivate);
+  EXPECT_EQ(host.ReadPackage().Count("model.xfg"), 2u);
+}
+
+TEST(FinalSettings, LeaveADocumentThatCannotBeReadAlone) {
+  Converted host;
   host.folder.Write("model.xfg", "<cal_config></cal_config>");
   EXPECT_EQ(host.Finish(), FinishResult::DocumentUnreadable);
   EXPECT_EQ(host.lines.back(), ">>> FAILED TO READ .XFG File!");

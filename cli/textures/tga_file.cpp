@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "core/work_file.h"
-#include "platform/files.h"
+#include "platform/replacement.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -28,19 +28,11 @@ constexpr std::string_view kMark = "made by fbx2czp";
 /// could.
 template <typename Write>
 void Replace(const fs::path& path, Write write) {
-  const std::string unfinished = path.string() + ".part";
-  std::error_code ignored;
-  // What is left of an earlier run goes; then "x" makes sure that nothing is written through a link.
-  fs::remove(unfinished, ignored);
-  platform::FilePtr file = platform::OpenFile(unfinished, "wbx");
+  platform::Replacement target(path.string());
+  platform::FilePtr file = target.Create("wb");
   if (!file) FailWriting(path, errno);
   const bool isWritten = write(file.get());
-  if (std::fclose(file.release()) == 0 && isWritten && platform::RenameFile(unfinished, path.string())) {
-    return;
-  }
-  const int reason = errno;
-  fs::remove(unfinished, ignored);
-  FailWriting(path, reason);
+  if (std::fclose(file.release()) != 0 || !isWritten || !target.TakePlace()) FailWriting(path, errno);
 }
 
 bool HasTransparency(const Image& image) {

@@ -7,6 +7,7 @@
 #include "core/status.h"
 #include "core/work_file.h"
 #include "package/actor_package.h"
+#include "platform/replacement.h"
 
 namespace ts3d {
 namespace {
@@ -23,41 +24,19 @@ std::optional<std::string> ReadDocument(const std::string& path) {
   return text;
 }
 
-/// A new file beside the one that it is to replace in one step. It goes when that does not happen.
-class Replacement {
- public:
-  explicit Replacement(std::string target)
-      : target_(std::move(target)), path_(target_.substr(0, target_.size() - TooMany(target_)) + ".new") {}
-  ~Replacement() {
-    if (!done_) platform::RemoveFile(path_);
-  }
-  Replacement(const Replacement&) = delete;
-  Replacement& operator=(const Replacement&) = delete;
-
-  const std::string& Target() const { return target_; }
-  const std::string& Path() const { return path_; }
-  bool TakePlace() { return done_ = platform::RenameFile(path_, target_); }
-
- private:
-  /// How many characters have to go, as a longer name is not to be had.
-  static size_t TooMany(const std::string& target) {
-    constexpr size_t kLongestName = 255, kEnding = 4;
-    return FileNamePart(target).size() + kEnding > kLongestName ? kEnding : 0;
-  }
-
-  std::string target_, path_;
-  bool done_ = false;
-};
-
 bool ReplaceDocument(const std::string& path, const std::string& text) {
-  Replacement document(path);
-  platform::FilePtr file = platform::OpenFile(document.Path(), "w");
+  platform::Replacement document(path, platform::Links::Follow);
+  platform::FilePtr file = document.Create("w");
   return file && WriteAndClose(std::move(file), text) && document.TakePlace();
+}
+
+bool CopyTarget(platform::Replacement& file) {
+  return file.Create("wb") && platform::CopyWholeFile(file.Target(), file.Path());
 }
 
 /// Adds the document to the open copy of the package that then takes the package's place, so that whatever
 /// happens the package is the old one or the new one.
-bool AddToPackage(ConversionJob& job, Replacement& package, const std::string& documentName) {
+bool AddToPackage(ConversionJob& job, platform::Replacement& package, const std::string& documentName) {
   bool added = false;
   try {
     PackagedNameSet packagedNames;
@@ -98,11 +77,8 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   step = kUnwritable;
   if (!ReplaceDocument(documentPath, *rewritten)) return false;
   step = kNotOpened;
-  Replacement package(ReplaceExtension(documentPath, "czp"));
-  if (!platform::CopyWholeFile(package.Target(), package.Path()) ||
-      !OpenActorPackage(job, package.Path(), PackageMode::Append)) {
-    return false;
-  }
+  platform::Replacement package(ReplaceExtension(documentPath, "czp"), platform::Links::Follow);
+  if (!CopyTarget(package) || !OpenActorPackage(job, package.Path(), PackageMode::Append)) return false;
   step = kNotUpdated;
   return AddToPackage(job, package, documentName);
 }

@@ -40,8 +40,20 @@ bool IsSameFile(std::string_view a, std::string_view b);
 /// Size in bytes of the regular file `path`, or -1.
 int64_t FileSize(std::string_view path);
 
-/// Opens `path` like fopen; null when that fails.
+/// Opens the regular file `path` like fopen, or makes it where `mode` does; null with `errno` when that
+/// fails. Pipes, devices and folders are not opened, and nothing is waited for.
 FilePtr OpenFile(std::string_view path, const char* mode);
+
+/// Who may read a new file: those whom the user's settings let, or nobody else for now.
+enum class Readers { AsUsual, OnlyOwner };
+
+/// Makes the file `path` and opens it for writing, "w" or "wb" like fopen. Null with `errno` when that fails,
+/// and when anything of that name is there, even a link that leads nowhere.
+FilePtr CreateNewFile(std::string_view path, const char* mode, Readers readers);
+
+/// Gives the file `path` the permissions of the regular file `model`, where there is one; false with `errno`
+/// when they cannot be set. Links are not followed.
+bool KeepPermissions(std::string_view model, std::string_view path);
 
 /// Deletes the file `path`; false when it could not be deleted.
 bool RemoveFile(std::string_view path);

@@ -11,6 +11,7 @@
 #include <ctime>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "platform/files.h"
 
@@ -42,8 +43,73 @@ int64_t FileSize(std::string_view path) {
   return info.st_size;
 }
 
+namespace {
+
+/// Closes the file descriptor when it goes.
+class Descriptor {
+ public:
+  explicit Descriptor(int file) : file_(file) {}
+  ~Descriptor() {
+    const int reason = errno;
+    if (file_ >= 0) close(file_);
+    errno = reason;
+  }
+  Descriptor(Descriptor&& other) noexcept : file_(std::exchange(other.file_, -1)) {}
+  Descriptor& operator=(Descriptor&&) = delete;
+
+  int Get() const { return file_; }
+  FilePtr ToStream(const char* mode) {
+    FilePtr stream(fdopen(file_, mode));
+    if (stream) file_ = -1;
+    return stream;
+  }
+
+ private:
+  int file_;
+};
+
+/// Opens a regular file; everything else is refused, before anything of it is touched and without waiting
+/// for another end.
+Descriptor OpenRegularFile(std::string_view path, int flags, struct stat& info) {
+  Descriptor file(open(NativePath(path).c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
+  if (file.Get() < 0 || fstat(file.Get(), &info) != 0) return Descriptor(-1);
+  if (S_ISREG(info.st_mode)) return file;
+  errno = S_ISDIR(info.st_mode) ? EISDIR : EINVAL;
+  return Descriptor(-1);
+}
+
+}  // namespace
+
 FilePtr OpenFile(std::string_view path, const char* mode) {
-  return FilePtr(std::fopen(NativePath(path).c_str(), mode));
+  const std::string_view asked = mode;
+  const bool writes = asked.starts_with('w'), changes = asked.find('+') != std::string_view::npos;
+  const int access = changes ? O_RDWR : (writes ? O_WRONLY : O_RDONLY);
+  struct stat info {};
+  Descriptor file = OpenRegularFile(path, access | (writes ? O_CREAT : 0), info);
+  if (file.Get() < 0 || (writes && ftruncate(file.Get(), 0) != 0)) return nullptr;
+  return file.ToStream(mode);
+}
+
+FilePtr CreateNewFile(std::string_view path, const char* mode, Readers readers) {
+  const mode_t access = readers == Readers::AsUsual ? 0666 : 0600;
+  Descriptor file(open(NativePath(path).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, access));
+  return file.Get() < 0 ? nullptr : file.ToStream(mode);
+}
+
+bool KeepPermissions(std::string_view model, std::string_view path) {
+  struct stat old {
+  }, own{};
+  if (lstat(NativePath(model).c_str(), &old) != 0 || !S_ISREG(old.st_mode)) return true;
+  const Descriptor file = OpenRegularFile(path, O_RDONLY | O_NOFOLLOW, own);
+  if (file.Get() < 0) return false;
+  mode_t mode = old.st_mode & 0777;
+  const bool ownersAreKept = (own.st_uid == old.st_uid && own.st_gid == old.st_gid) ||
+                             fchown(file.Get(), old.st_uid, old.st_gid) == 0;
+  // What the old group was allowed is nothing for another one.
+  if (!ownersAreKept && own.st_gid != old.st_gid && fchown(file.Get(), own.st_uid, old.st_gid) != 0) {
+    mode = (mode & 0707) | (mode & 0070 & ((mode & 0007) << 3));
+  }
+  return fchmod(file.Get(), mode) == 0;
 }
 
 bool RemoveFile(std::string_view path) {
@@ -138,20 +204,14 @@ bool MappedFile::Open(std::string_view path, std::string& error) {
     error = reason;
     return false;
   };
-  const int file = open(NativePath(path).c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) return fail(std::strerror(errno));
   struct stat info {};
-  const bool known = fstat(file, &info) == 0;
-  void* data = nullptr;
-  if (known && S_ISREG(info.st_mode) && info.st_size > 0) {
-    data = MapSmallPages(file, static_cast<size_t>(info.st_size));
-  }
-  const int reason = errno;
-  close(file);
-  if (!known) return fail(std::strerror(reason));
-  if (S_ISDIR(info.st_mode)) return fail("it is a folder");
-  if (!S_ISREG(info.st_mode)) return fail("it is not a regular file");
-  if (data == MAP_FAILED) return fail(std::strerror(reason));
+  const Descriptor file = OpenRegularFile(path, O_RDONLY, info);
+  if (file.Get() < 0 && S_ISDIR(info.st_mode)) return fail("it is a folder");
+  if (file.Get() < 0 && info.st_mode != 0 && !S_ISREG(info.st_mode)) return fail("it is not a regular file");
+  if (file.Get() < 0) return fail(std::strerror(errno));
+  if (info.st_size == 0) return true;
+  void* const data = MapSmallPages(file.Get(), static_cast<size_t>(info.st_size));
+  if (data == MAP_FAILED) return fail(std::strerror(errno));
   data_ = data;
   size_ = static_cast<size_t>(info.st_size);
   return true;

@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
 #include <windows.h>
 
 #include <algorithm>
@@ -71,8 +74,21 @@ int64_t FileSize(std::string_view path) {
 }
 
 FilePtr OpenFile(std::string_view path, const char* mode) {
-  return FilePtr(std::fopen(NativePath(path).c_str(), mode));
+  FilePtr file(std::fopen(NativePath(path).c_str(), mode));
+  if (!file) return nullptr;
+  void* const handle = reinterpret_cast<void*>(_get_osfhandle(_fileno(file.get())));
+  return GetFileType(handle) == FILE_TYPE_DISK ? std::move(file) : nullptr;
 }
+
+FilePtr CreateNewFile(std::string_view path, const char* mode, Readers) {
+  const int translation = std::string_view(mode).ends_with('b') ? _O_BINARY : _O_TEXT;
+  const int file =
+      _open(NativePath(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | translation, _S_IREAD | _S_IWRITE);
+  return FilePtr(file < 0 ? nullptr : _fdopen(file, mode));
+}
+
+/// New files have the access list of their folder; that of a single file is not copied.
+bool KeepPermissions(std::string_view, std::string_view) { return true; }
 
 bool RemoveFile(std::string_view path) { return DeleteFileA(NativePath(path).c_str()) != 0; }
 

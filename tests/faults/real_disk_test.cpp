@@ -45,7 +45,7 @@ TEST_F(RealDisk, FullDisksGiveWholePackagesOrNoneAndFinalSettingsLoseNothing) {
   constexpr size_t kPage = 4096;
   for (size_t filled = 0; filled < 1024 * kPage; filled += filled < 990 * kPage ? 90 * kPage : kPage) {
     for (const char* name : {"strip.czp", "strip.xfg", "strip.cmf", "strip_a.cmf", "strip.xrf", "strip_a.xrf",
-                             "skeleton.csf", "strip.czp.new", "strip.xfg.new", "filling"}) {
+                             "skeleton.csf", "filling"}) {
       fs::remove(Path(name));
     }
     {
@@ -61,6 +61,7 @@ TEST_F(RealDisk, FullDisksGiveWholePackagesOrNoneAndFinalSettingsLoseNothing) {
     if (code != 0) continue;
     const int finished = Finish();
     EXPECT_TRUE(finished == 0 || finished == 7 || finished == 8) << finished;
+    EXPECT_EQ(folder_.Names().find(".unfinished"), std::string::npos);
     EXPECT_TRUE(finished != 7 || ReadWholeFile(Path("strip.xfg")) == document_);
     EXPECT_EQ(faults::Package(Path("strip.czp")).Count("strip.xfg"), finished == 0 ? 2u : 1u);
   }

@@ -68,12 +68,14 @@ int CloseStream(void* file) {
   return std::fclose(static_cast<std::FILE*>(file)) == 0 && !fails ? 0 : -1;
 }
 
+std::FILE* Counted(std::FILE* file, const char* mode) {
+  if (!file || !plan.armed) return file;
+  return fopencookie(file, mode, {ReadStream, WriteStream, SeekStream, CloseStream});
+}
+
 std::FILE* OpenStream(const char* path, const char* mode) {
   static const auto next = Next<std::FILE*(const char*, const char*)>("fopen64");
-  if (!plan.armed) return next(path, mode);
-  if (Fails(Call::Open, EACCES)) return nullptr;
-  std::FILE* file = next(path, mode);
-  return file ? fopencookie(file, mode, {ReadStream, WriteStream, SeekStream, CloseStream}) : nullptr;
+  return Fails(Call::Open, EACCES) ? nullptr : Counted(next(path, mode), mode);
 }
 
 }  // namespace
@@ -95,6 +97,11 @@ extern "C" {
 
 std::FILE* fopen(const char* path, const char* mode) { return faults::OpenStream(path, mode); }
 std::FILE* fopen64(const char* path, const char* mode) { return faults::OpenStream(path, mode); }
+
+std::FILE* fdopen(int file, const char* mode) noexcept {
+  static const auto next = Next<std::FILE*(int, const char*)>("fdopen");
+  return faults::Counted(next(file, mode), mode);
+}
 
 int open(const char* path, int flags, ...) {
   static const auto next = Next<int(const char*, int, ...)>("open");
