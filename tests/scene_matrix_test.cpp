@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
 #include "scene/math/matrix.h"
 #include "support/load_scene.h"
 
@@ -35,6 +39,43 @@ TEST(Matrix, AnglesOfARotationComeBack) {
   EXPECT_THAT(Xyz(KFbxXMatrix::Rotation({50, 90, 20}).GetR()), Near(30, 90, 0))
       << "all of the turn goes to x";
   EXPECT_THAT(Xyz(KFbxXMatrix::Rotation({50, -90, 20}).GetR()), Near(70, -90, 0));
+}
+
+/// Random, but the same in every run.
+class Dice {
+ public:
+  double Between(double low, double high) {
+    state_ = state_ * 6364136223846793005u + 1442695040888963407u;
+    return low + (high - low) * static_cast<double>(state_ >> 11) / 9007199254740992.0;
+  }
+  KFbxXMatrix Rotation() {
+    return KFbxXMatrix::Rotation({Between(-180, 180), Between(-90, 90), Between(-180, 180)});
+  }
+
+ private:
+  uint64_t state_ = 7;
+};
+
+double LargestDifference(const KFbxXMatrix& a, const KFbxXMatrix& b) {
+  double largest = 0.0;
+  for (size_t i = 0; i < 16; ++i) largest = std::max(largest, std::abs(a.At(i) - b.At(i)));
+  return largest;
+}
+
+TEST(Matrix, IsRebuiltFromItsAnglesNearQuarterTurns) {
+  Dice dice;
+  for (const double noise : {0.0, 1e-12, 1e-10, 1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-3}) {
+    for (int i = 0; i < 2000; ++i) {
+      const double turn = (i % 2 == 0 ? 90.0 : -90.0) + (i % 4 < 2 ? 0.0 : dice.Between(-5, 5));
+      const KFbxXMatrix about = KFbxXMatrix::Rotation({0, 0, dice.Between(-180, 180)});
+      KFbxXMatrix m = i % 8 == 7 ? dice.Rotation()
+                                 : about * KFbxXMatrix::Rotation({0, turn, 0}) *
+                                       KFbxXMatrix::Rotation({dice.Between(-180, 180), 0, 0});
+      for (size_t axis = 0; axis < 12; ++axis) m.At(axis) += axis % 4 < 3 ? dice.Between(-noise, noise) : 0.0;
+      const KFbxXMatrix rebuilt({}, m.GetR(), {1, 1, 1});
+      ASSERT_LT(LargestDifference(rebuilt, m), 40 * noise + 1e-8) << "noise " << noise << ", number " << i;
+    }
+  }
 }
 
 TEST(Matrix, AMirroredMatrixHasThreeNegativeScalesAndIsRebuiltByThem) {

@@ -10,6 +10,15 @@ namespace scene {
 namespace {
 
 constexpr double kDegree = std::numbers::pi / 180.0;
+/// Cosines of the angle about y: below the first nothing tells x from z, below the second little does.
+constexpr double kPole = 1e-9, kNearPole = 0.1;
+
+/// The angle about z of the rotation `q`, when `x` is the one about x. Near the poles of y the two cannot be
+/// read independently: what rounding does to one, the other has to undo.
+double AngleBeside(double x, const KFbxXMatrix& q) {
+  const auto [sinX, cosX] = SinCos(x);
+  return ArcTangent(sinX * q.At(8) - cosX * q.At(4), cosX * q.At(5) - sinX * q.At(9));
+}
 
 }  // namespace
 
@@ -79,9 +88,9 @@ KFbxVector4 KFbxXMatrix::GetR() const {
   const double cosY = std::sqrt(q.m_[0] * q.m_[0] + q.m_[1] * q.m_[1]);
   const double y = ArcTangent(-q.m_[2], cosY);
   // At the poles of y only the sum of x and z is known; all of it goes to x.
-  const bool pole = cosY <= 1e-9;
-  const double x = pole ? ArcTangent(-q.m_[9], q.m_[5]) : ArcTangent(q.m_[6], q.m_[10]);
-  const double z = pole ? 0.0 : ArcTangent(q.m_[1], q.m_[0]);
+  if (cosY <= kPole) return {ArcTangent(-q.m_[9], q.m_[5]) / kDegree, y / kDegree, 0.0};
+  const double x = ArcTangent(q.m_[6], q.m_[10]);
+  const double z = cosY < kNearPole ? AngleBeside(x, q) : ArcTangent(q.m_[1], q.m_[0]);
   return {x / kDegree, y / kDegree, z / kDegree};
 }
 
