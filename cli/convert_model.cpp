@@ -92,6 +92,22 @@ void NoteRootScale(const ts3d::ConversionJob& job, ModelResult& result) {
   result.notes.emplace_back(text);
 }
 
+void NoteBorrowedNames(const ts3d::ConversionJob& job, ModelResult& result) {
+  if (!job.skeleton || job.skeleton->borrowedNames.empty()) return;
+  constexpr size_t kNamed = 5;
+  const std::set<std::string>& names = job.skeleton->borrowedNames;
+  std::string list;
+  size_t named = 0;
+  for (auto name = names.begin(); name != names.end() && named < kNamed; ++name, ++named) {
+    list += (named == 0 ? "\"" : ", \"") + *name + "\"";
+  }
+  if (names.size() > kNamed) list += " and " + std::to_string(names.size() - kNamed) + " more";
+  result.notes.push_back(
+      "bones of the same name share weights: the skin follows other bones named " + list +
+      ", as in a second armature, but all their weights go to the first of that name. Give "
+      "each bone a name of its own, or leave out the other armature");
+}
+
 }  // namespace
 
 fs::path ModelTask::Package() const { return folder / WithExtension(model.filename(), "czp"); }
@@ -133,6 +149,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   result.textureProblems = textures.Problems();
   if (result.code == 0) {
     NoteRootScale(job, result);
+    NoteBorrowedNames(job, result);
     result.vertices = job.vertexTotal;
     result.triangles = job.polygonTotal;
     const fs::path package = WithExtension(work.Model(), "czp");

@@ -93,6 +93,26 @@ TEST(SkinDeformation, StartsFromWhereMeshAndBoneWereBound) {
   EXPECT_THAT(PositionOf(0, host, model), ElementsAre(5, 1, 0));
 }
 
+TEST(SkinDeformation, TakesBonesThatTheBindPoseLacksToWhereTheSkeletonHasThem) {
+  // Bound at the origin; posed with the root at x 5, now standing elsewhere with the tip 3 above it.
+  Character model;
+  const auto group = model.Null("group");
+  const auto root = model.Bone("root", group, {At(0, 0, 9), support::Turned(0, 0, 90)});
+  const auto tip = model.Bone("tip", root, {At(0, 3, 0)});
+  auto mesh = model.Triangle("Body");
+  support::FbxRecord& cluster = model.Weights(mesh, tip, {0, 1, 2}, {1, 1, 1});
+  cluster.Add(Doubles("Transform", Identity()));
+  cluster.Add(Doubles("TransformLink", Identity()));
+  TestHost host;
+  Character lacksTip = model, lacksBones = model;
+  lacksTip.BindPose({{root, Translation(5, 0, 0)}, {mesh.node, Identity()}});
+  EXPECT_THAT(PositionOf(0, host, lacksTip), ElementsAre(5, 3, 0));
+  // The root as it stands now, whatever is above it; its turn takes the tip to x -3.
+  lacksBones.BindPose({{group, Translation(7, 0, 0)}, {mesh.node, Identity()}});
+  EXPECT_THAT(PositionOf(0, host, lacksBones), Pointwise(FloatNear(1e-5f), {-3.0f, 0.0f, 9.0f}));
+  EXPECT_THAT(host.Bones()[1].spaceTranslation, Pointwise(FloatNear(1e-5f), {0.0f, -3.0f, -9.0f}));
+}
+
 TEST(ActorMeshes, AreTurnedWithTheSkeleton) {
   Character model;
   const auto root = model.Bone("root");

@@ -121,6 +121,8 @@ void ReleaseScene(ConversionJob& job) {
   job.textureErrorNode = nullptr;
   job.skeleton->bindPose = nullptr;
   job.skeleton->boneNodes.clear();
+  job.skeleton->firstPoseOf.clear();
+  job.skeleton->nextBound.clear();
   job.skeleton->firstBoneNode = nullptr;
   job.skeleton->modelNode = nullptr;
 }

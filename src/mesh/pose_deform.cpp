@@ -109,23 +109,16 @@ class SkinDeformation {
 
   /// From the mesh's own space to where the link takes it in the world of the bind pose.
   KFbxXMatrix VertexTransform(const KFbxCluster& cluster) {
-    const KFbxNode& link = *cluster.GetLink();
+    const KFbxXMatrix linkPose = BindWorld(*cluster.GetLink(), *job_.scene, skeleton_);
+    const KFbxXMatrix fromLink = cluster.GetTransformLinkMatrix().value_or(linkPose).Inverse();
     if (cluster.GetLinkMode() == ELinkMode::eADDITIVE && cluster.GetAssociateModel()) {
       const KFbxNode& associate = *cluster.GetAssociateModel();
       const KFbxXMatrix associateBind = cluster.GetTransformAssociateModelMatrix().value_or(
           PoseOf(associate, associate.GetGlobalFromDefaultTake()));
-      const KFbxXMatrix linkBind = LinkBind(cluster);
-      return associateBind * PoseOf(associate, associateBind).Inverse() * PoseOf(link, linkBind) *
-             linkBind.Inverse() * meshPose_ * geometric_;
+      return associateBind * PoseOf(associate, associateBind).Inverse() * linkPose * fromLink * meshPose_ *
+             geometric_;
     }
-    const KFbxXMatrix linkBind = LinkBind(cluster);
-    const KFbxXMatrix meshBind = cluster.GetTransformMatrix().value_or(meshPose_);
-    return PoseOf(link, linkBind) * linkBind.Inverse() * meshBind * geometric_;
-  }
-
-  KFbxXMatrix LinkBind(const KFbxCluster& cluster) {
-    const KFbxNode& link = *cluster.GetLink();
-    return cluster.GetTransformLinkMatrix().value_or(PoseOf(link, link.GetGlobalFromDefaultTake()));
+    return linkPose * fromLink * cluster.GetTransformMatrix().value_or(meshPose_) * geometric_;
   }
 
   KFbxXMatrix PoseOf(const KFbxNode& node, const KFbxXMatrix& otherwise) {

@@ -30,6 +30,43 @@ void IndexBindPoses(const scene::KFbxScene& scene, SkeletonState& skeleton) {
   }
 }
 
+/// Every bind pose counts when the choice was ambiguous, but none is moved on to.
+const scene::KFbxXMatrix* FindBindMatrix(const scene::KFbxNode* node, const scene::KFbxScene& scene,
+                                         SkeletonState& skeleton) {
+  if (!skeleton.bindPose) return nullptr;
+  const int index = skeleton.bindPose->Find(node);
+  if (index >= 0) return &skeleton.bindPose->GetMatrix(index);
+  if (!skeleton.bindPoseAmbiguous) return nullptr;
+  if (skeleton.firstPoseOf.empty()) IndexBindPoses(scene, skeleton);
+  const auto found = skeleton.firstPoseOf.find(node);
+  return found == skeleton.firstPoseOf.end() ? nullptr : &found->second->GetMatrix(found->second->Find(node));
+}
+
+/// The next ancestor of `node` that a bind pose has, or null. The first bone's ancestors do not count for
+/// bones: the skeleton file takes it as it stands now when the bind pose lacks it. Answers are kept, so that
+/// a long chain of bones is not climbed once for each of them.
+const scene::KFbxNode* NextBound(const scene::KFbxNode& node, const scene::KFbxScene& scene,
+                                 SkeletonState& skeleton) {
+  std::vector<const scene::KFbxNode*> passed;
+  const scene::KFbxNode* next = &node;
+  const scene::KFbxNode* bound = nullptr;
+  while (next) {
+    if (const auto known = skeleton.nextBound.find(next); known != skeleton.nextBound.end()) {
+      bound = known->second;
+      break;
+    }
+    passed.push_back(next);
+    if (next == skeleton.firstBoneNode) break;
+    next = next->GetParent();
+    if (next && FindBindMatrix(next, scene, skeleton)) {
+      bound = next;
+      break;
+    }
+  }
+  for (const scene::KFbxNode* each : passed) skeleton.nextBound[each] = bound;
+  return bound;
+}
+
 }  // namespace
 
 int BindPoseIndex(const scene::KFbxNode* node, const scene::KFbxScene& scene, SkeletonState& skeleton) {
@@ -45,6 +82,15 @@ int BindPoseIndex(const scene::KFbxNode* node, const scene::KFbxScene& scene, Sk
 
 const scene::KFbxXMatrix& BindMatrix(int index, const SkeletonState& skeleton) {
   return skeleton.bindPose->GetMatrix(index);
+}
+
+scene::KFbxXMatrix BindWorld(const scene::KFbxNode& node, const scene::KFbxScene& scene,
+                             SkeletonState& skeleton) {
+  if (const int index = BindPoseIndex(&node, scene, skeleton); index >= 0) return BindMatrix(index, skeleton);
+  const scene::KFbxNode* bound = NextBound(node, scene, skeleton);
+  if (!bound) return node.GetGlobalFromDefaultTake();
+  return *FindBindMatrix(bound, scene, skeleton) * bound->GetGlobalFromDefaultTake().Inverse() *
+         node.GetGlobalFromDefaultTake();
 }
 
 }  // namespace ts3d

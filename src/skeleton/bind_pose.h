@@ -19,4 +19,9 @@ int BindPoseIndex(const scene::KFbxNode* node, const scene::KFbxScene& scene, Sk
 /// World transform of entry `index` of the bind pose.
 const scene::KFbxXMatrix& BindMatrix(int index, const SkeletonState& skeleton);
 
+/// World transform of `node` at bind time. What the bind pose lacks goes along with its next ancestor in
+/// there, as the skeleton file has it; without one it stands as it does now.
+scene::KFbxXMatrix BindWorld(const scene::KFbxNode& node, const scene::KFbxScene& scene,
+                             SkeletonState& skeleton);
+
 }  // namespace ts3d

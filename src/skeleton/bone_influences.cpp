@@ -31,6 +31,14 @@ int32_t FindBone(const scene::KFbxCluster& cluster, const ConversionJob& job) {
   return -1;
 }
 
+/// Bones are found by name alone; notes where that gives `bone` the weights of another one.
+void NoteBorrowedName(scene::KFbxCluster& cluster, int32_t bone, SkeletonState& skeleton) {
+  const auto id = static_cast<size_t>(bone);
+  if (id >= skeleton.boneNodes.size() || skeleton.boneNodes[id] == cluster.GetLink()) return;
+  if (cluster.GetControlPointIndicesCount() > 0)
+    skeleton.borrowedNames.insert(skeleton.bones.FindById(bone)->name);
+}
+
 /// A cluster that follows a bone.
 struct BoneCluster {
   scene::KFbxCluster* cluster;
@@ -138,13 +146,15 @@ class InfluenceRows {
 };
 
 /// Clusters of all skins whose link is a bone, in order.
-std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, const ConversionJob& job) {
+std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, ConversionJob& job) {
   std::vector<BoneCluster> found;
   for (int s = 0; s < mesh.GetSkinCount(); ++s) {
     const scene::KFbxSkin& skin = *mesh.GetSkin(s);
     for (int c = 0; c < skin.GetClusterCount(); ++c) {
       const int32_t bone = FindBone(*skin.GetCluster(c), job);
-      if (bone >= 0) found.push_back({skin.GetCluster(c), bone});
+      if (bone < 0) continue;
+      NoteBorrowedName(*skin.GetCluster(c), bone, *job.skeleton);
+      found.push_back({skin.GetCluster(c), bone});
     }
   }
   return found;

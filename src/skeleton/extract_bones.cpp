@@ -2,7 +2,6 @@
 #include "skeleton/extract_bones.h"
 
 #include <cmath>
-#include <unordered_map>
 #include <vector>
 
 #include "core/names.h"
@@ -97,32 +96,9 @@ class BoneExtractor {
   /// The bone's transform relative to its parent bone without any scale, so that every bone stands where it
   /// stands in the world.
   KFbxXMatrix RigidTransform(const KFbxNode& node, const BoneNode& bone) {
-    const KFbxXMatrix world = skeleton_.actorTurn * BindWorld(node);
+    const KFbxXMatrix world = skeleton_.actorTurn * BindWorld(node, scene_, skeleton_);
     const KFbxXMatrix rigid(world.GetT(), world.GetR(), {1, 1, 1});
     return bone.id > 0 ? BoneSpace(*bone.parent) * rigid : rigid;
-  }
-
-  /// World transform at bind time. What the bind pose lacks goes along with its next ancestor in there.
-  KFbxXMatrix BindWorld(const KFbxNode& node) {
-    const KFbxNode* bound = NextBound(node);
-    if (!bound) return node.GetGlobalFromDefaultTake();
-    const KFbxXMatrix pose = BindMatrix(BindPoseIndex(bound, scene_, skeleton_), skeleton_);
-    if (bound == &node) return pose;
-    return pose * bound->GetGlobalFromDefaultTake().Inverse() * node.GetGlobalFromDefaultTake();
-  }
-
-  /// The node itself or its next ancestor that the bind pose has, or null. Answers are kept, so that a long
-  /// chain of bones is not climbed once for each of them.
-  const KFbxNode* NextBound(const KFbxNode& node) {
-    std::vector<const KFbxNode*> passed;
-    const KFbxNode* bound = &node;
-    while (bound && BindPoseIndex(bound, scene_, skeleton_) < 0) {
-      const auto known = nextBound_.find(bound);
-      if (known == nextBound_.end()) passed.push_back(bound);
-      bound = known == nextBound_.end() ? bound->GetParent() : known->second;
-    }
-    for (const KFbxNode* each : passed) nextBound_[each] = bound;
-    return bound;
   }
 
   static KFbxXMatrix BoneSpace(const BoneNode& bone) {
@@ -188,7 +164,6 @@ class BoneExtractor {
   ConversionJob& job_;
   SkeletonState& skeleton_;
   const scene::KFbxScene& scene_;
-  std::unordered_map<const KFbxNode*, const KFbxNode*> nextBound_;
 };
 
 }  // namespace

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -21,10 +23,14 @@ struct SkeletonState {
   BoneTree bones;
   std::vector<const scene::KFbxNode*> boneNodes;  ///< the scene's node of each bone, by identifier
   const scene::KFbxPose* bindPose = nullptr;
+  /// Names by which weights of bones that were left out went to the extracted bones of the same name.
+  std::set<std::string> borrowedNames;
   bool hasExtractedBones = false;  ///< false too when the tree only holds the stand-in bone
   bool bindPoseAmbiguous = false;  ///< another bind pose has as many nodes
   /// First bind pose of each node; filled when an ambiguous bind pose lacks a node.
   std::unordered_map<const scene::KFbxNode*, const scene::KFbxPose*> firstPoseOf;
+  /// The next ancestor in a bind pose, or null, of nodes that none has and that were asked for.
+  std::unordered_map<const scene::KFbxNode*, const scene::KFbxNode*> nextBound;
   const scene::KFbxNode* firstBoneNode = nullptr;
   scene::KFbxXMatrix rootTransform;       ///< world transform of bone 0's node
   scene::KFbxVector4 rootScale{1, 1, 1};  ///< scale of bone 0; multiplies every stored translation
