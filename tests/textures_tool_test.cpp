@@ -143,6 +143,19 @@ TEST_F(ToolTextures, ThatCannotBeConvertedAreNamedOnceAndStopNothing) {
       << errors_;
 }
 
+TEST_F(ToolTextures, WhoseNameNamesNoFileAreLeftOut) {
+  support::Character model;
+  const auto mesh = model.Triangle("Mesh");
+  support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+  model.Texture(model.Material(mesh), ".", "cloth.png");
+  folder_.Write("hero.fbx", model.Text());
+  folder_.Write(".tga", "left by somebody");
+  CopyCloth("cloth.png");
+  ASSERT_EQ(Run("convert hero.fbx -q"), 0);
+  EXPECT_TRUE(Printed("texture . names no file\n")) << errors_;
+  EXPECT_EQ(Package(folder_.Path("hero.czp")).Count(".tga"), 0u);
+}
+
 TEST_F(ToolTextures, EmbeddedInTheModelComeLast) {
   WriteModelWithEmbedded("no picture");
   ASSERT_EQ(Run("convert hero.fbx -q"), 0);

@@ -71,6 +71,8 @@ struct TextureConverter::Request {
 
   /// Whether the texture is itself the ".tga" file that the package will hold.
   bool IsTga() const { return ts3d::EqualsIgnoreCase(BaseName(source), tgaName); }
+  /// Whether nothing stands before the first point of the name, as in "." or "art/": no file is meant.
+  bool IsNameless() const { return tgaName == ".tga" && !IsTga(); }
 };
 
 TextureConverter::TextureConverter(const fs::path& model, int longestSide)
@@ -79,9 +81,10 @@ TextureConverter::TextureConverter(const fs::path& model, int longestSide)
 bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists) {
   const auto [answer, isNew] = answers_.try_emplace(source, exists);
   if (!isNew) return answer->second;
+  const Request request{job, source, exists};
   std::string reason;
   try {
-    Bring({job, source, exists});
+    Bring(request);
     return answer->second = true;
   } catch (const std::bad_alloc&) {
     reason = "needs more memory than there is";
@@ -89,8 +92,8 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
     reason = error.what();
   }
   // A reused file that this limit refuses is gone from the job's folder.
-  const bool remains = exists && ts3d::WorkFileExists(job, ts3d::TgaName(source));
-  if (remains) reason += "; " + ts3d::TgaName(source) + " beside the model is packed as it is";
+  const bool remains = exists && !request.IsNameless() && ts3d::WorkFileExists(job, request.tgaName);
+  if (remains) reason += "; " + request.tgaName + " beside the model is packed as it is";
   // Embedded pictures were written to a folder that is gone when somebody reads this.
   const bool isInside = source.starts_with(job.modelDirectory);
   problems_.push_back({isInside ? source.substr(job.modelDirectory.size()) : source, std::move(reason)});
@@ -98,6 +101,7 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
 }
 
 void TextureConverter::Bring(const Request& request) {
+  if (request.IsNameless()) throw std::runtime_error("names no file");
   if (!ts3d::IsPlainFileName(request.tgaName) || !ts3d::LowerCase(request.tgaName).ends_with(".tga") ||
       platform::IsSameFile(request.target.string(), request.job.inputPath)) {
     throw std::runtime_error("has a name that cannot be used for a .tga file");
