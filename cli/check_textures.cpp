@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "check_textures.h"
 
+#include <map>
 #include <new>
 #include <set>
 #include <stdexcept>
@@ -20,16 +21,28 @@ std::string Joined(const std::vector<std::string>& places) {
   return text;
 }
 
-void CheckPicture(const fs::path& picture, const ts3d::UsedTexture& texture, ts3d::RigReport& report) {
-  try {
-    ReadImage(picture, kDefaultLongestSide);
-  } catch (const std::bad_alloc&) {
-    report.Add(ts3d::findings::kTextureUnreadable, texture.tgaName,
-               {picture.string(), "there is not enough memory"});
-  } catch (const std::exception& error) {
-    report.Add(ts3d::findings::kTextureUnreadable, texture.tgaName, {picture.string(), error.what()});
+/// Decodes pictures, each once.
+class PictureChecker {
+ public:
+  /// @return what is wrong with the picture; empty for nothing
+  const std::string& Check(const fs::path& picture) {
+    std::error_code failed;
+    const auto [entry, isNew] = errors_.try_emplace(fs::weakly_canonical(picture, failed));
+    if (!isNew) return entry->second;
+    try {
+      ReadImage(picture, budget_);
+    } catch (const std::bad_alloc&) {
+      entry->second = "there is not enough memory";
+    } catch (const std::exception& error) {
+      entry->second = error.what();
+    }
+    return entry->second;
   }
-}
+
+ private:
+  PictureBudget budget_{kDefaultLongestSide};
+  std::map<fs::path, std::string> errors_;
+};
 
 }  // namespace
 
@@ -39,13 +52,16 @@ void AddTextureFindings(const fs::path& model, ts3d::RigReport& report) {
     if (texture.isEmbedded) embedded.insert(texture.tgaName);
   }
   TextureFinder finder(model);
+  PictureChecker pictures;
   for (const ts3d::UsedTexture& texture : report.textures) {
     const std::string& source = texture.fileName.empty() ? texture.relativeFileName : texture.fileName;
     // A conversion unpacks embedded pictures, and other references to them are found then.
     if (source.empty() || embedded.contains(texture.tgaName)) continue;
     const TextureSearch search = finder.Find(texture.fileName, texture.relativeFileName);
     if (!search.found.empty()) {
-      CheckPicture(search.found, texture, report);
+      const std::string& error = pictures.Check(search.found);
+      if (error.empty()) continue;
+      report.Add(ts3d::findings::kTextureUnreadable, texture.tgaName, {search.found.string(), error});
     } else if (std::error_code failed; !fs::is_regular_file(model.parent_path() / texture.tgaName, failed)) {
       report.Add(ts3d::findings::kTextureMissing, texture.tgaName, {source, Joined(search.places)});
     }

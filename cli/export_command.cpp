@@ -27,9 +27,9 @@ struct ExportOptions {
 
 std::vector<actor::ExportedFile> Export(const actor::Actor& actor, const fs::path& output) {
   if (ts3d::EqualsIgnoreCase(output.extension().string(), ".obj")) {
-    return ExportObj(actor, output.stem().string(), EncodePicture);
+    return ExportObj(actor, output.stem().string(), PngEncoder());
   }
-  return {{output.filename().string(), ExportGlb(actor, "fbx2czp " FBX_TO_TS3D_VERSION, EncodePicture)}};
+  return {{output.filename().string(), ExportGlb(actor, "fbx2czp " FBX_TO_TS3D_VERSION, PngEncoder())}};
 }
 
 int RunExport(const ExportOptions& options) {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "package_pictures.h"
 
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
-#include "actor/picture_header.h"
 #include "terminal.h"
 #include "textures/image_reader.h"
 #include "textures/png_writer.h"
@@ -12,17 +13,9 @@ namespace cli {
 namespace {
 
 constexpr int kLongestSideOfPicture = 8192;
-constexpr uint64_t kMostPixels = uint64_t{512} << 18;  // of 4 bytes: 512 MiB
 
 void WarnLeftOut(const actor::Picture& picture, const std::string& reason) {
   PrintMessage(picture.name, Severity::Warning, reason + "; it is left out");
-}
-
-/// Pixels that `picture` decodes to, as far as its start tells.
-uint64_t CountPixels(const actor::Picture& picture) {
-  actor::PictureHeader header;
-  if (actor::ReadPictureHeader(picture.bytes, header)) return 0;
-  return static_cast<uint64_t>(header.width) * static_cast<uint64_t>(header.height);
 }
 
 /// Pictures with few pixels between see-through and solid are cut out, as hair and leaves; others are glass.
@@ -44,39 +37,42 @@ void MakeOpaqueIfInvisible(Image& image) {
   for (size_t i = 3; i < image.rgba.size(); i += 4) image.rgba[i] = 255;
 }
 
-}  // namespace
-
-Image DecodePicture(const actor::Picture& picture) {
-  Image image = DecodeImage(picture.bytes, kLongestSideOfPicture);
-  MakeOpaqueIfInvisible(image);
-  return image;
-}
-
-actor::EncodedPicture EncodePicture(const actor::Picture& picture) {
+/// Decodes a picture of a package as it is meant to be seen; nothing, after a warning, when that fails.
+std::optional<Image> DecodePicture(const actor::Picture& picture, PictureBudget& budget) {
   try {
-    const Image image = DecodePicture(picture);
-    return {EncodePng(image), OpacityOf(image)};
+    Image image = DecodeImage(picture.bytes, budget);
+    MakeOpaqueIfInvisible(image);
+    return image;
   } catch (const std::runtime_error& error) {
     WarnLeftOut(picture, error.what());
-    return {};
+    return std::nullopt;
   }
 }
 
-preview::PictureDecoder PixelDecoder() {
-  return [left = kMostPixels](const actor::Picture& picture) mutable -> std::optional<preview::Pixels> {
-    const uint64_t pixels = CountPixels(picture);
-    if (pixels > left) {
-      WarnLeftOut(picture, "is too large beside the other pictures");
-      return std::nullopt;
-    }
+}  // namespace
+
+actor::PictureEncoder PngEncoder() {
+  return [budget = PictureBudget{kLongestSideOfPicture}](
+             const actor::Picture& picture) mutable -> actor::EncodedPicture {
+    budget.AddFile(picture.bytes.size());
+    std::optional<Image> image = DecodePicture(picture, budget);
+    if (!image) return {};
+    const actor::Opacity opacity = OpacityOf(*image);
     try {
-      Image image = DecodePicture(picture);
-      left -= pixels;
-      return preview::Pixels{image.width, image.height, std::move(image.rgba)};
+      return {EncodePng(std::move(*image)), opacity};
     } catch (const std::runtime_error& error) {
       WarnLeftOut(picture, error.what());
-      return std::nullopt;
+      return {};
     }
+  };
+}
+
+preview::PictureDecoder PixelDecoder() {
+  return [budget = PictureBudget{kLongestSideOfPicture}](
+             const actor::Picture& picture) mutable -> std::optional<preview::Pixels> {
+    std::optional<Image> image = DecodePicture(picture, budget);
+    if (!image) return std::nullopt;
+    return preview::Pixels{image->width, image->height, std::move(image->rgba)};
   };
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "preview_command.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -114,10 +115,13 @@ void WriteFile(const fs::path& path, std::string bytes) {
 }
 
 std::string ToPng(const preview::Image& drawn) {
-  Image image{drawn.width, drawn.height, {}};
-  for (size_t i = 0; i < drawn.rgb.size(); i += 3)
-    image.rgba.insert(image.rgba.end(), {drawn.rgb[i], drawn.rgb[i + 1], drawn.rgb[i + 2], 255});
-  return EncodePng(image);
+  const size_t pixels = drawn.rgb.size() / 3;
+  Image image{drawn.width, drawn.height, ts3d::PixelBytes(pixels * 4)};
+  for (size_t i = 0; i < pixels; ++i) {
+    std::copy_n(&drawn.rgb[3 * i], 3, &image.rgba[4 * i]);
+    image.rgba[4 * i + 3] = 255;
+  }
+  return EncodePng(std::move(image));
 }
 
 /// "picture.png" -> "picture_007.png"
@@ -146,7 +150,7 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
 
 void WritePage(const PreviewOptions& options, const actor::Actor& actor) {
   const std::string title = fs::path(options.input).filename().string();
-  WriteFile(options.output, preview::WritePage(actor, title, EncodePicture, options.Up()));
+  WriteFile(options.output, preview::WritePage(actor, title, PngEncoder(), options.Up()));
 }
 
 int RunPreview(const PreviewOptions& options) {

@@ -18,13 +18,14 @@ TEST_F(PreviewTool, TheSampleFillsItsPictureTheSameEveryTime) {
   const std::string png = ReadWholeFile(folder_.Path("a.png"));
   EXPECT_EQ(png, ReadWholeFile(folder_.Path("b.png")));
   EXPECT_EQ(png, ReadWholeFile(folder_.Path("c.png")));
-  const cli::Image image = cli::DecodeImage(png, 1000);
+  cli::PictureBudget budget{1000};
+  const cli::Image image = cli::DecodeImage(png, budget);
   ASSERT_EQ(image.width, 200);
   ASSERT_EQ(image.height, 200);
   int top = 200, bottom = 0, drawn = 0;
   for (int i = 0; i < 200 * 200; ++i) {
-    const auto pixel = image.rgba.begin() + i * 4;
-    if (std::equal(pixel, pixel + 4, image.rgba.begin())) continue;
+    const uint8_t* const pixel = image.rgba.data() + i * 4;
+    if (std::equal(pixel, pixel + 4, image.rgba.data())) continue;
     top = std::min(top, i / 200);
     bottom = std::max(bottom, i / 200);
     ++drawn;

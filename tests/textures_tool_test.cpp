@@ -23,8 +23,9 @@ TEST(TextureSearch, GoesFromThePathAsGivenToTheUsualFolders) {
   for (const char* name : {"art", "models/Textures", "models/tex", "models/hero.fbm"}) {
     fs::create_directories(folder.Path(name));
   }
-  for (const char* name : {"art/a.png", "models/a.png", "models/Textures/a.png", "models/Textures/B.Png",
-                           "models/b.png.bak", "models/hero.fbm/b.png", "models/tex/c.png", "secret.png"}) {
+  for (const char* name :
+       {"art/a.png", "art/e.png", "models/a.png", "models/Textures/a.png", "models/Textures/B.Png",
+        "models/b.png.bak", "models/hero.fbm/b.png", "models/tex/c.png", "secret.png"}) {
     folder.Write(name, name);
   }
   fs::create_directories(folder.Path("models/d.png"));
@@ -39,10 +40,18 @@ TEST(TextureSearch, GoesFromThePathAsGivenToTheUsualFolders) {
                      {"", "lost\\c.png", "models/tex/c.png"},
                      {"d.png", "", ""},
                      {"C:\\secret.png", "", ""},
-                     {"", "", ""}};
+                     {"", "", ""},
+                     {"//models/a.png", "", "models/a.png"},
+                     {"file://" + folder.Path("art/e.png"), "/" + folder.Path("art/e.png"), ""},
+                     {"\\" + folder.Path("art/e.png"), "smb:e.png", ""},
+                     {"/net/server/e.png", "../../../../../../../../../../net/server/e.png", ""}};
   for (const auto& [fileName, relativeFileName, found] : cases) {
     const auto search = cli::TextureFinder(folder.Path("models/hero.fbx")).Find(fileName, relativeFileName);
     EXPECT_EQ(search.found, found.empty() ? "" : folder.Path(found)) << fileName << " " << relativeFileName;
+    for (const std::string& place : search.places) {
+      if (place.find("server") == std::string::npos) continue;
+      EXPECT_NE(place.find("(not opened"), std::string::npos) << place;
+    }
   }
 }
 
@@ -194,6 +203,45 @@ TEST_F(ToolTextures, NamedTgaAreFoundAndUnpackedButNeverWrittenOver) {
   EXPECT_EQ(errors_.find("warning"), std::string::npos) << errors_;
   EXPECT_THAT(Packed("packed.tga"), StartsWith(plain));
   EXPECT_EQ(ReadWholeFile(folder_.Path("packed.tga")), packed);
+}
+
+TEST_F(ToolTextures, OfTinyFilesAreNotUnpackedWithoutEnd) {
+  // 8192 x 8192 pixels that are not there; two such pictures are free.
+  const std::string psd("8BPS\0\1\0\0\0\0\0\0\0\3\0\0\x20\0\0\0\x20\0\0\x08\0\3", 26);
+  const std::string gif("GIF89a\0\x20\0\x20\0\0\0,\0\0\0\0\0\x20\0\x20\0\2\1\x44\0;", 28);
+  WriteModel({"a.tga", "b.tga", "c.tga", "d.gif"});
+  for (const char* name : {"a.tga", "b.tga", "c.tga"}) folder_.Write(name, psd);
+  folder_.Write("d.gif", gif);
+  EXPECT_EQ(Run("convert hero.fbx -q"), 0);
+  EXPECT_TRUE(Printed("texture b.tga is damaged (the file ends too early)")) << errors_;
+  const std::string refused = "c.tga is too large beside the other pictures: 8192 x 8192 pixels";
+  EXPECT_TRUE(Printed("texture " + refused + "; c.tga beside the model is packed as it is")) << errors_;
+  EXPECT_TRUE(Printed("texture d.gif is too large beside the other pictures")) << errors_;
+  for (const char* command : {"preview hero.czp -o hero.png", "export hero.czp -o hero.glb"}) {
+    EXPECT_EQ(Run(command), 0);
+    EXPECT_EQ(errors_.find("a.tga: warning: is too large"), std::string::npos) << errors_;
+    EXPECT_TRUE(Printed("c.tga: warning: is too large beside the other pictures")) << errors_;
+  }
+  folder_.Write("hero2.fbx", ReadWholeFile(folder_.Path("hero.fbx")));
+  for (const char* name : {"a.tga", "b.tga"}) folder_.Write(name, gif);
+  EXPECT_EQ(Run("check hero2.fbx"), 1);
+  EXPECT_NE(output_.find("is damaged (it holds no data for its 8192 x 8192 pixels)"), std::string::npos);
+}
+
+TEST_F(ToolTextures, ThatAreOnePictureAreDecodedOnce) {
+  support::Character model;
+  for (const char* name : {"Cape", "Boots"}) {
+    const auto mesh = model.Triangle(name);
+    support::Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+    model.Texture(model.Material(mesh), std::string("C:\\lost\\") + name + ".png", "cloth.png");
+  }
+  folder_.Write("hero.fbx", model.Text());
+  CopyCloth("cloth.png");
+  ASSERT_EQ(Run("convert hero.fbx"), 0);
+  const std::string said = "Converting Texture: ";
+  EXPECT_EQ(errors_.find(said), errors_.rfind(said)) << errors_;
+  EXPECT_THAT(Packed("Cape.tga"), kIsConverted);
+  EXPECT_EQ(Packed("Cape.tga"), Packed("Boots.tga"));
 }
 
 }  // namespace

@@ -100,10 +100,10 @@ void ReadPlain(std::string_view data, const PixelFormat& format, Image& image) {
 
 }  // namespace
 
-Image DecodeDds(std::string_view bytes, int longestSide) {
+Image DecodeDds(std::string_view bytes, PictureBudget& budget) {
   if (bytes.size() < kHeaderSize) FailDamaged("the file ends too early");
   const PixelFormat format = ReadFormat(bytes);
-  Image image = MakeImage(Word(bytes, 16), Word(bytes, 12), longestSide);
+  Image image = MakeImage(Word(bytes, 16), Word(bytes, 12), budget);
   const std::string_view data = bytes.substr(format.dataAt);
   const size_t size =
       format.blockFlags

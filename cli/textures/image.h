@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
-#include <vector>
+#include "core/pixel_bytes.h"
 
 namespace cli {
 
 /// A picture in memory: rows from the top down, four bytes (red, green, blue, alpha) a pixel.
 struct Image {
   int width = 0, height = 0;
-  std::vector<uint8_t> rgba;
+  ts3d::PixelBytes rgba;
 };
 
 }  // namespace cli

@@ -9,7 +9,7 @@
 namespace cli {
 namespace {
 
-using Decoder = Image (*)(std::string_view bytes, int longestSide);
+using Decoder = Image (*)(std::string_view bytes, PictureBudget& budget);
 
 /// What files of a kind hold at their start, or 8 bytes further in.
 struct Signature {
@@ -25,21 +25,22 @@ constexpr Signature kSignatures[] = {{0, "\x89PNG", DecodePng},     {0, "\xff\xd
 
 }  // namespace
 
-Image DecodeImage(std::string_view bytes, int longestSide) {
+Image DecodeImage(std::string_view bytes, PictureBudget& budget) {
   if (bytes.empty()) throw std::runtime_error("is empty");
   for (const Signature& signature : kSignatures) {
     if (bytes.size() > signature.at && bytes.substr(signature.at).starts_with(signature.text)) {
-      return signature.decode(bytes, longestSide);
+      return signature.decode(bytes, budget);
     }
   }
-  return DecodeWithStb(bytes, longestSide);
+  return DecodeWithStb(bytes, budget);
 }
 
-Image ReadImage(const std::filesystem::path& path, int longestSide) {
+Image ReadImage(const std::filesystem::path& path, PictureBudget& budget) {
   platform::MappedFile file;
   std::string error;
   if (!file.Open(path.string(), error)) throw std::runtime_error("cannot be read: " + error);
-  return DecodeImage(file.Bytes(), longestSide);
+  budget.AddFile(file.Bytes().size());
+  return DecodeImage(file.Bytes(), budget);
 }
 
 }  // namespace cli

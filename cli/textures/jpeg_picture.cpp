@@ -24,7 +24,7 @@ void InksToColours(Image& image) {
 
 }  // namespace
 
-Image DecodeJpeg(std::string_view bytes, int longestSide) {
+Image DecodeJpeg(std::string_view bytes, PictureBudget& budget) {
   const std::unique_ptr<void, Destroy> decoder(tjInitDecompress());
   if (!decoder) throw std::bad_alloc();
   const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
@@ -32,13 +32,14 @@ Image DecodeJpeg(std::string_view bytes, int longestSide) {
   if (tjDecompressHeader3(decoder.get(), data, bytes.size(), &width, &height, &sampling, &colours) != 0) {
     FailDamaged(tjGetErrorStr2(decoder.get()));
   }
-  Image image = MakeImage(width, height, longestSide);
+  Image image = MakeImage(width, height, budget);
   const bool isInks = colours == TJCS_CMYK || colours == TJCS_YCCK;
   // A few bytes can hold thousands of refining passes over the whole picture.
   constexpr int kFlags = TJFLAG_LIMITSCANS;
   if (tjDecompress2(decoder.get(), data, bytes.size(), image.rgba.data(), width, 0, height,
                     isInks ? TJPF_CMYK : TJPF_RGBA, kFlags) != 0) {
     const std::string reason = tjGetErrorStr2(decoder.get());
+    if (reason.find("premature end") != std::string::npos) CheckHoldsData(bytes, image);
     // Other warnings are about bytes that nobody misses.
     if (tjGetErrorCode(decoder.get()) == TJERR_FATAL || reason.find("Premature end") != std::string::npos) {
       FailDamaged(reason);

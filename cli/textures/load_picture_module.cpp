@@ -32,10 +32,10 @@ class Decoder {
   explicit Decoder(const char* kind)
       : decode_(LoadFunction<DecodeModulePicture>(kind, kDecodeModulePicture)) {}
 
-  Image operator()(std::string_view bytes, int longestSide) const {
+  Image operator()(std::string_view bytes, PictureBudget& budget) const {
     Image image;
     PictureModuleFailure failure;
-    if (!decode_(bytes, longestSide, image, failure)) Throw(failure);
+    if (!decode_(bytes, budget, image, failure)) Throw(failure);
     return image;
   }
 
@@ -45,32 +45,32 @@ class Decoder {
 
 }  // namespace
 
-Image DecodePng(std::string_view bytes, int longestSide) {
+Image DecodePng(std::string_view bytes, PictureBudget& budget) {
   static const Decoder decode("png");
-  return decode(bytes, longestSide);
+  return decode(bytes, budget);
 }
 
-Image DecodeJpeg(std::string_view bytes, int longestSide) {
+Image DecodeJpeg(std::string_view bytes, PictureBudget& budget) {
   static const Decoder decode("jpeg");
-  return decode(bytes, longestSide);
+  return decode(bytes, budget);
 }
 
-Image DecodeTiff(std::string_view bytes, int longestSide) {
+Image DecodeTiff(std::string_view bytes, PictureBudget& budget) {
   static const Decoder decode("tiff");
-  return decode(bytes, longestSide);
+  return decode(bytes, budget);
 }
 
-Image DecodeWebp(std::string_view bytes, int longestSide) {
+Image DecodeWebp(std::string_view bytes, PictureBudget& budget) {
   static const Decoder decode("webp");
-  return decode(bytes, longestSide);
+  return decode(bytes, budget);
 }
 
-Image DecodeDds(std::string_view bytes, int longestSide) {
+Image DecodeDds(std::string_view bytes, PictureBudget& budget) {
   static const Decoder decode("dds");
-  return decode(bytes, longestSide);
+  return decode(bytes, budget);
 }
 
-std::string EncodePng(const Image& image) {
+std::string EncodePng(Image image) {
   static const auto encode = LoadFunction<EncodeModulePicture>("png", kEncodeModulePicture);
   std::string bytes;
   PictureModuleFailure failure;

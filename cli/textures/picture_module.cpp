@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <utility>
 
 #include "textures/picture_formats.h"
 #include "textures/png_writer.h"
@@ -27,13 +28,14 @@ bool Succeeds(cli::PictureModuleFailure& failure, Work work) noexcept {
 }  // namespace
 
 extern "C" __attribute__((visibility("default"))) bool fbx2czp_decode_picture(
-    std::string_view bytes, int longestSide, cli::Image& image, cli::PictureModuleFailure& failure) {
-  return Succeeds(failure, [&] { image = cli::FBX2CZP_DECODER(bytes, longestSide); });
+    std::string_view bytes, cli::PictureBudget& budget, cli::Image& image,
+    cli::PictureModuleFailure& failure) {
+  return Succeeds(failure, [&] { image = cli::FBX2CZP_DECODER(bytes, budget); });
 }
 
 #ifdef FBX2CZP_ENCODER
 extern "C" __attribute__((visibility("default"))) bool fbx2czp_encode_picture(
-    const cli::Image& image, std::string& bytes, cli::PictureModuleFailure& failure) {
-  return Succeeds(failure, [&] { bytes = cli::FBX2CZP_ENCODER(image); });
+    cli::Image& image, std::string& bytes, cli::PictureModuleFailure& failure) {
+  return Succeeds(failure, [&] { bytes = cli::FBX2CZP_ENCODER(std::move(image)); });
 }
 #endif

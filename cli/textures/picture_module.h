@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "textures/image.h"
+#include "textures/picture_budget.h"
 
 namespace cli {
 
@@ -18,15 +19,15 @@ struct PictureModuleFailure {
   char reason[512] = "";
 };
 
-/// The function that every module has. False, with `failure` set, where DecodeImage throws.
-using DecodeModulePicture = bool (*)(std::string_view bytes, int longestSide, Image& image,
+/// The function that every module has. False, with `failure` set, where DecodeImage throws. Takes the image.
+using DecodeModulePicture = bool (*)(std::string_view bytes, PictureBudget& budget, Image& image,
                                      PictureModuleFailure& failure);
 /// Its name in the module.
 inline constexpr const char* kDecodeModulePicture = "fbx2czp_decode_picture";
 
 /// A module that writes such pictures as well has this one. False, with `failure` set, where EncodePng
-/// throws.
-using EncodeModulePicture = bool (*)(const Image& image, std::string& bytes, PictureModuleFailure& failure);
+/// throws. Takes the image.
+using EncodeModulePicture = bool (*)(Image& image, std::string& bytes, PictureModuleFailure& failure);
 inline constexpr const char* kEncodeModulePicture = "fbx2czp_encode_picture";
 
 }  // namespace cli

@@ -15,10 +15,10 @@ namespace {
 
 }  // namespace
 
-Image DecodePng(std::string_view bytes, int longestSide) { return DecodeWithStb(bytes, longestSide); }
-Image DecodeJpeg(std::string_view bytes, int longestSide) { return DecodeWithStb(bytes, longestSide); }
-Image DecodeTiff(std::string_view, int) { FailUnread("TIFF"); }
-Image DecodeWebp(std::string_view, int) { FailUnread("WebP"); }
-Image DecodeDds(std::string_view, int) { FailUnread("DDS"); }
+Image DecodePng(std::string_view bytes, PictureBudget& budget) { return DecodeWithStb(bytes, budget); }
+Image DecodeJpeg(std::string_view bytes, PictureBudget& budget) { return DecodeWithStb(bytes, budget); }
+Image DecodeTiff(std::string_view, PictureBudget&) { FailUnread("TIFF"); }
+Image DecodeWebp(std::string_view, PictureBudget&) { FailUnread("WebP"); }
+Image DecodeDds(std::string_view, PictureBudget&) { FailUnread("DDS"); }
 
 }  // namespace cli

@@ -9,6 +9,6 @@ namespace cli {
 
 /// `image` as the bytes of a PNG file, without opacity when all of it is opaque.
 /// @throws std::runtime_error with the reason when that fails
-std::string EncodePng(const Image& image);
+std::string EncodePng(Image image);
 
 }  // namespace cli

@@ -106,10 +106,10 @@ void RemoveWhite(Image& image) {
 
 }  // namespace
 
-Image DecodePsd(std::string_view bytes, int longestSide) {
+Image DecodePsd(std::string_view bytes, PictureBudget& budget) {
   Cursor cursor(bytes);
   const Header header = ReadHeader(cursor);
-  Image image = MakeImage(header.width, header.height, longestSide);
+  Image image = MakeImage(header.width, header.height, budget);
   cursor.Take(cursor.Number(4));  // palette
   cursor.Take(cursor.Number(4));  // resources
   const bool isMixedWithWhite = SkipLayers(cursor);

@@ -3,7 +3,6 @@
 // The one place that compiles stb_image, with the decoders that no library maintained for itself does.
 #include <algorithm>
 #include <cstring>
-#include <memory>
 #include <stdexcept>
 
 #include "textures/image_reader.h"
@@ -65,21 +64,39 @@ constexpr stbi_io_callbacks kCallbacks = {Read, Skip, IsAtEnd};
       "is not a picture that can be read (PNG, JPEG, BMP, GIF, PSD, TGA, TIFF, WebP, DDS)");
 }
 
+/// Makes four bytes of each pixel's one to four: grey, grey and alpha, or colours. Begins at the end, so that
+/// no second copy is needed.
+void SpreadToRgba(Image& image, size_t count, size_t channels) {
+  if (channels == 4) return;
+  const bool isGrey = channels < 3;
+  image.rgba.Resize(count * 4);
+  for (size_t i = count; i-- > 0;) {
+    const uint8_t* const from = &image.rgba[i * channels];
+    const uint8_t alpha = channels == 2 ? from[1] : 255;
+    const uint8_t pixel[] = {from[0], from[isGrey ? 0 : 1], from[isGrey ? 0 : 2], alpha};
+    std::memcpy(&image.rgba[i * 4], pixel, sizeof pixel);
+  }
+}
+
 }  // namespace
 
-Image DecodeWithStb(std::string_view bytes, int longestSide) {
+Image DecodeWithStb(std::string_view bytes, PictureBudget& budget) {
   int width = 0, height = 0, channels = 0;
   Source header{bytes};
   if (!stbi_info_from_callbacks(&kCallbacks, &header, &width, &height, &channels)) FailUnread(bytes);
-  Image image = MakeImage(width, height, longestSide);
+  budget.Take(width, height);
+  Image image{width, height, {}};
+  CheckHoldsData(bytes, image);
   Source source{bytes};
-  constexpr int kRgba = 4;
-  const std::unique_ptr<stbi_uc, void (*)(void*)> pixels(
-      stbi_load_from_callbacks(&kCallbacks, &source, &width, &height, &channels, kRgba), stbi_image_free);
+  constexpr int kAsStored = 0;
+  stbi_uc* const pixels =
+      stbi_load_from_callbacks(&kCallbacks, &source, &width, &height, &channels, kAsStored);
   if (!pixels) FailDamaged(stbi_failure_reason());
+  const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
+  image.rgba = ts3d::PixelBytes(pixels, count * static_cast<size_t>(channels));
   if (source.endedEarly) FailDamaged("the file ends too early");
   if (width != image.width || height != image.height) FailDamaged("its size is not clear");
-  std::memcpy(image.rgba.data(), pixels.get(), image.rgba.size());
+  SpreadToRgba(image, count, static_cast<size_t>(channels));
   return image;
 }
 

@@ -76,7 +76,7 @@ struct TextureConverter::Request {
 };
 
 TextureConverter::TextureConverter(const fs::path& model, int longestSide)
-    : finder_(model), longestSide_(longestSide) {}
+    : finder_(model), budget_{longestSide} {}
 
 bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists) {
   const auto [answer, isNew] = answers_.try_emplace(source, exists);
@@ -141,10 +141,10 @@ void TextureConverter::ConvertOrEmbedded(const Request& request, const fs::path&
 }
 
 /// The picture is in the job's folder under its own name; it has to be of the right kind.
-void TextureConverter::CheckOwn(const Request& request) const {
+void TextureConverter::CheckOwn(const Request& request) {
   int width = 0, height = 0;
-  if (IsPlainTga(request.target, width, height)) return CheckSize(width, height, longestSide_);
-  WriteTga(ReadImage(request.target, longestSide_), request.target);
+  if (IsPlainTga(request.target, width, height)) return CheckSize(width, height, budget_.longestSide);
+  WriteTgaOf(request.target, request.target);
 }
 
 /// The picture is used again when an earlier conversion made it, unless this one would not.
@@ -152,7 +152,7 @@ void TextureConverter::CheckReused(const Request& request) const {
   int width = 0, height = 0;
   if (!IsWrittenByUs(request.target) || !IsPlainTga(request.target, width, height)) return;
   try {
-    CheckSize(width, height, longestSide_);
+    CheckSize(width, height, budget_.longestSide);
   } catch (const std::runtime_error&) {
     // Only here: the file beside the model stays for conversions with another limit.
     fs::remove(request.target);
@@ -167,8 +167,29 @@ void TextureConverter::Convert(const Request& request, const fs::path& picture) 
       throw std::runtime_error("is newer than " + request.tgaName + ", which was not made by this program");
     }
   }
+  WriteTgaOf(picture, request.target);
+}
+
+/// A model can find one picture under any number of names. It is decoded for the first of them.
+void TextureConverter::WriteTgaOf(const fs::path& picture, const fs::path& target) {
+  std::error_code failed;
+  const auto [entry, isNew] = decoded_.try_emplace(fs::weakly_canonical(picture, failed));
+  Decoded& decoded = entry->second;
+  if (!isNew) {
+    if (!decoded.error.empty()) throw std::runtime_error(decoded.error);
+    budget_.Take(decoded.width, decoded.height);
+    return CopyTga(decoded.tga, target);
+  }
   if (onConvert) onConvert(picture);
-  WriteTga(ReadImage(picture, longestSide_), request.target);
+  decoded.error = "needs more memory than there is";
+  try {
+    const Image image = ReadImage(picture, budget_);
+    WriteTga(image, target);
+    decoded = {image.width, image.height, target, {}};
+  } catch (const std::runtime_error& error) {
+    decoded.error = error.what();
+    throw;
+  }
 }
 
 }  // namespace cli

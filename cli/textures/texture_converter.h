@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/conversion_job.h"
+#include "textures/picture_budget.h"
 #include "textures/texture_search.h"
 
 namespace cli {
@@ -42,17 +43,25 @@ class TextureConverter {
 
  private:
   struct Request;
+  /// What became of a picture.
+  struct Decoded {
+    int width = 0, height = 0;
+    std::filesystem::path tga;  ///< made of it
+    std::string error;          ///< not empty: why there is none
+  };
 
   void Bring(const Request& request);
-  void CheckOwn(const Request& request) const;
+  void CheckOwn(const Request& request);
   void CheckReused(const Request& request) const;
   void ConvertOrEmbedded(const Request& request, const std::filesystem::path& picture);
   void Convert(const Request& request, const std::filesystem::path& picture);
+  void WriteTgaOf(const std::filesystem::path& picture, const std::filesystem::path& target);
 
   TextureFinder finder_;
-  int longestSide_;
+  PictureBudget budget_;
   std::map<std::string, bool> answers_;                    ///< by source
   std::map<std::string, std::filesystem::path> pictures_;  ///< what each ".tga" file is made of
+  std::map<std::filesystem::path, Decoded> decoded_;       ///< by picture; each is decoded once
   std::vector<TextureProblem> problems_;
 };
 

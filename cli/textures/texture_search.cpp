@@ -18,6 +18,15 @@ std::string WithSlashes(std::string_view path) {
 /// "C:/art/skin.png": a place on another system.
 bool HasDrive(std::string_view path) { return path.size() > 1 && path[1] == ':'; }
 
+/// "//server/share/skin.png", "file:skin.png", or a folder below which a name is enough to be connected.
+bool IsOnNetwork(std::string_view path) {
+  for (const char* start : {"//", "/net/", "/afs/", "/Network/", "/\?\?/"}) {
+    if (path.starts_with(start)) return true;
+  }
+  const size_t end = path.find_first_of(":/");
+  return end != std::string_view::npos && end > 0 && path[end] == ':' && !HasDrive(path);
+}
+
 }  // namespace
 
 TextureFinder::TextureFinder(const fs::path& model)
@@ -76,9 +85,21 @@ bool TextureFinder::Try(const fs::path& place) {
 /// The path as the model gives it; below the model's folder unless it starts at a root.
 bool TextureFinder::TryPath(std::string_view path) {
   if (path.empty()) return false;
-  if (!HasDrive(path)) return Try(folder_ / WithSlashes(path));
-  search_.places.emplace_back(path);
-  return false;
+  if (HasDrive(path)) {
+    search_.places.emplace_back(path);
+    return false;
+  }
+  const std::string asText = WithSlashes(path);
+  const fs::path place = folder_ / asText;
+  // A model that lies on the network itself may name what is beside it.
+  const auto isOnNetwork = [](const fs::path& any) {
+    return IsOnNetwork(any.lexically_normal().generic_string());
+  };
+  if (IsOnNetwork(asText) || (isOnNetwork(place) && !isOnNetwork(folder_))) {
+    search_.places.push_back(std::string(path) + " (not opened, as it is on the network)");
+    return false;
+  }
+  return Try(place);
 }
 
 bool TextureFinder::TryName(std::string_view path) {

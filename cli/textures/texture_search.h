@@ -25,7 +25,7 @@ class TextureFinder {
   /// Looks for the picture of a texture, as the model names it: by its path as given, by its name relative to
   /// the model, then by its bare name beside the model and in the folders "textures", "tex", "images" and
   /// "<model>.fbm" there. Slashes of either kind and letter case do not matter; a name of the exact letters
-  /// is preferred. Finds regular files only.
+  /// is preferred. Finds regular files only, and opens no path of another computer.
   /// @param fileName,relativeFileName either may be empty
   TextureSearch Find(std::string_view fileName, std::string_view relativeFileName);
 

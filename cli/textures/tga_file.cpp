@@ -72,6 +72,15 @@ void WriteTga(const Image& image, const fs::path& path) {
   Replace(path, [&](std::FILE* file) { return WritePixels(image, hasAlpha, file); });
 }
 
+void CopyTga(const fs::path& from, const fs::path& to) {
+  platform::MappedFile source;
+  std::string error;
+  if (!source.Open(from.string(), error)) throw std::runtime_error("is not converted: " + error);
+  Replace(to, [&](std::FILE* file) {
+    return std::fwrite(source.Bytes().data(), 1, source.Bytes().size(), file) == source.Bytes().size();
+  });
+}
+
 bool IsWrittenByUs(const fs::path& path) {
   char end[kMark.size()];
   const platform::FilePtr file = platform::OpenFile(path.string(), "rb");

@@ -13,6 +13,9 @@ namespace cli {
 /// @throws std::runtime_error with the reason when that fails, and nothing is left
 void WriteTga(const Image& image, const std::filesystem::path& path);
 
+/// Makes the file `to` a copy of `from`, which comes from WriteTga, as WriteTga would.
+void CopyTga(const std::filesystem::path& from, const std::filesystem::path& to);
+
 /// Whether the file `path` comes from WriteTga and may be written again. All others are somebody's work.
 bool IsWrittenByUs(const std::filesystem::path& path);
 

@@ -14,7 +14,7 @@ size_t Offset(const Pixels& pixels, int x, int y) {
 
 Pixels Halve(const Pixels& from) {
   Pixels to{std::max(from.width / 2, 1), std::max(from.height / 2, 1), {}};
-  to.rgba.reserve(Offset(to, 0, to.height));
+  to.rgba = ts3d::PixelBytes(Offset(to, 0, to.height));
   for (int y = 0; y < to.height; ++y) {
     for (int x = 0; x < to.width; ++x) {
       const int right = std::min(2 * x + 1, from.width - 1), below = std::min(2 * y + 1, from.height - 1);
@@ -23,7 +23,7 @@ Pixels Halve(const Pixels& from) {
       for (size_t channel = 0; channel < 4; ++channel) {
         int sum = 2;
         for (const size_t corner : corners) sum += from.rgba[corner + channel];
-        to.rgba.push_back(static_cast<uint8_t>(sum / 4));
+        to.rgba[Offset(to, x, y) + channel] = static_cast<uint8_t>(sum / 4);
       }
     }
   }

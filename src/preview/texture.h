@@ -8,13 +8,14 @@
 #include <vector>
 
 #include "actor/actor.h"
+#include "core/pixel_bytes.h"
 
 namespace preview {
 
 /// A decoded picture: 4 bytes (red, green, blue, opacity) for each pixel, from the upper left.
 struct Pixels {
   int width = 0, height = 0;
-  std::vector<uint8_t> rgba;
+  ts3d::PixelBytes rgba;
 };
 
 /// Decodes a picture of a package; nothing when it cannot be read. Whoever draws brings it along: reading

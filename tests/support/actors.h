@@ -69,11 +69,11 @@ inline std::optional<preview::Pixels> FourFields(const actor::Picture&) {
   constexpr int kSize = 32;
   const std::array<uint8_t, 4> fields[] = {
       {255, 0, 0, 255}, {0, 255, 0, 255}, {0, 0, 255, 255}, {255, 255, 255, 0}};
-  preview::Pixels pixels{kSize, kSize, {}};
+  preview::Pixels pixels{kSize, kSize, ts3d::PixelBytes(kSize * kSize * 4)};
   for (int y = 0; y < kSize; ++y) {
     for (int x = 0; x < kSize; ++x) {
       const auto& field = fields[(y < kSize / 2 ? 0 : 2) + (x < kSize / 2 ? 0 : 1)];
-      pixels.rgba.insert(pixels.rgba.end(), field.begin(), field.end());
+      std::copy(field.begin(), field.end(), &pixels.rgba[static_cast<size_t>(y * kSize + x) * 4]);
     }
   }
   return pixels;

@@ -60,18 +60,53 @@ Bytes Webp() {
   return file;
 }
 
-Bytes Tiff(uint16_t alphaKind) {
-  const TempFolder folder;
-  TIFF* tiff = TIFFOpen(folder.Path("t.tif").c_str(), "w");
-  for (const auto& [tag, value] : {std::pair(TIFFTAG_IMAGEWIDTH, kSide),
-                                   {TIFFTAG_IMAGELENGTH, kSide},
+TIFF* StartTiff(const Bytes& path, int side, int bits, int layout) {
+  TIFF* tiff = TIFFOpen(path.c_str(), "w");
+  for (const auto& [tag, value] : {std::pair(TIFFTAG_IMAGEWIDTH, side),
+                                   {TIFFTAG_IMAGELENGTH, side},
+                                   {TIFFTAG_ROWSPERSTRIP, side},
                                    {TIFFTAG_SAMPLESPERPIXEL, 4},
-                                   {TIFFTAG_BITSPERSAMPLE, 8},
+                                   {TIFFTAG_BITSPERSAMPLE, bits},
                                    {TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB},
                                    {TIFFTAG_COMPRESSION, COMPRESSION_LZW},
-                                   {TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG}}) {
+                                   {TIFFTAG_PLANARCONFIG, layout}}) {
     TIFFSetField(tiff, static_cast<uint32_t>(tag), value);
   }
+  return tiff;
+}
+
+Bytes DeepTiff() {
+  const TempFolder folder;
+  TIFF* tiff = StartTiff(folder.Path("t.tif"), kSide, 16, PLANARCONFIG_CONTIG);
+  const uint16_t alphaKind = EXTRASAMPLE_UNASSALPHA;
+  TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &alphaKind);
+  Bytes pixels;
+  for (const char byte : SamplePixels()) pixels += {byte, byte};
+  for (uint32_t y = 0; y < kSide; ++y) TIFFWriteScanline(tiff, &pixels[y * kSide * 8], y);
+  TIFFClose(tiff);
+  return ReadWholeFile(folder.Path("t.tif"));
+}
+
+Bytes TiffOfPlanes() {
+  const TempFolder folder;
+  TIFF* tiff = StartTiff(folder.Path("t.tif"), kSide, 8, PLANARCONFIG_SEPARATE);
+  const uint16_t alphaKind = EXTRASAMPLE_UNASSALPHA;
+  TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &alphaKind);
+  const Bytes pixels = SamplePixels();
+  for (uint16_t plane = 0; plane < 4; ++plane) {
+    for (uint32_t y = 0; y < kSide; ++y) {
+      Bytes row;
+      for (uint32_t x = 0; x < kSide; ++x) row += pixels[(y * kSide + x) * 4 + plane];
+      TIFFWriteScanline(tiff, row.data(), y, plane);
+    }
+  }
+  TIFFClose(tiff);
+  return ReadWholeFile(folder.Path("t.tif"));
+}
+
+Bytes Tiff(uint16_t alphaKind) {
+  const TempFolder folder;
+  TIFF* tiff = StartTiff(folder.Path("t.tif"), kSide, 8, PLANARCONFIG_CONTIG);
   TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &alphaKind);
   Bytes pixels = SamplePixels();
   if (alphaKind == EXTRASAMPLE_ASSOCALPHA) {
@@ -162,11 +197,22 @@ std::string SamplePixels() {
   return pixels;
 }
 
+std::string DeepTiffOfOneStrip(int side) {
+  const TempFolder folder;
+  TIFF* tiff = StartTiff(folder.Path("t.tif"), side, 16, PLANARCONFIG_CONTIG);
+  Bytes row(static_cast<size_t>(side) * 8, '\0');
+  for (int y = 0; y < side; ++y) TIFFWriteScanline(tiff, row.data(), static_cast<uint32_t>(y));
+  TIFFClose(tiff);
+  return ReadWholeFile(folder.Path("t.tif"));
+}
+
 std::vector<SamplePicture> SamplePictures() {
   return {{"PNG", Png(), 0, true},
           {"JPEG", Jpeg(), 12, false},
           {"WebP", Webp(), 0, true},
           {"TIFF", Tiff(EXTRASAMPLE_UNASSALPHA), 0, true},
+          {"TIFF of 16 bits", DeepTiff(), 0, true},
+          {"TIFF of planes", TiffOfPlanes(), 0, true},
           {"TIFF, multiplied", Tiff(EXTRASAMPLE_ASSOCALPHA), 2, true},
           {"BMP", Bmp(), 0, true},
           {"TGA", RunLengthTga(), 0, true},

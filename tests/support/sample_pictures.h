@@ -20,6 +20,9 @@ struct SamplePicture {
 /// transparent.
 std::string SamplePixels();
 
+/// A black TIFF picture of four samples of 16 bits, packed in one piece.
+std::string DeepTiffOfOneStrip(int side);
+
 /// The picture in every kind of file.
 std::vector<SamplePicture> SamplePictures();
 
