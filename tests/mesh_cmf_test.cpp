@@ -99,8 +99,31 @@ TEST(TextureCoordinates, OfControlPointsAreTakenThroughTheirIndices) {
   EXPECT_EQ(host.LinesThatBegin(">>> Error getting").size(), 0u);
 }
 
-TEST(TextureCoordinates, AreThoseThatTheDiffusePictureNames) {
-  for (const char* uvSet : {"", "plain", "decal", "none"}) {
+TEST(TextureCoordinates, OfUnknownModesAreNoneAndOfEmptyElementsAreMissed) {
+  struct {
+    const char *mapping, *reference;
+    std::vector<double> uvs;
+    size_t missed;
+  } const cases[] = {{"ByControlPoint", "Index", {1, 1, 1, 1, 1, 1}, 0},
+                     {"ByPolygon", "IndexToDirect", {1, 1, 1, 1, 1, 1}, 0},
+                     {"ByPolygonVertex", "IndexToDirect", {}, 3}};
+  for (const auto& [mapping, reference, uvs, missed] : cases) {
+    Character model;
+    model.Triangle("Body").geometry->Add(
+        LayerElement("LayerElementUV", 0, mapping, reference,
+                     {support::Doubles("UV", uvs), support::Ints("UVIndex", {0, 1, 2})}));
+    TestHost host(model);
+    EXPECT_EQ(host.Mesh("Body").vertices[1].u, 0.0f) << mapping;
+    EXPECT_EQ(host.Told(">>> Error getting UVs (Texture Coordinates)"), missed) << mapping;
+    EXPECT_THAT(host.ReadPackage()["Body.xrf"], testing::HasSubstr("NUMMAPS=\"0\"")) << mapping;
+  }
+}
+
+TEST(TextureCoordinates, AreThoseThatAllDiffusePicturesName) {
+  const std::pair<const char*, const char*> cases[] = {{"", "decal"},      {"decal", ""},
+                                                       {"decal", "plain"}, {"plain", "plain"},
+                                                       {"none", "none"},   {"decal", "decal"}};
+  for (const auto& [first, second] : cases) {
     Character model;
     const auto mesh = model.Triangle("Body");
     for (const auto& [number, name, u] : {std::tuple(0, "plain", 0.25), std::tuple(1, "decal", 0.75)}) {
@@ -108,10 +131,13 @@ TEST(TextureCoordinates, AreThoseThatTheDiffusePictureNames) {
                                       {{"Name", {name}}, support::Doubles("UV", {u, 0, u, 0, u, 0})}));
     }
     model.Material(mesh);
-    model.Texture(model.Material(mesh), "skin.tga")
-        .Add(support::Properties({support::Property("UVSet", {uvSet})}));
+    for (const char* uvSet : {first, second}) {
+      model.Texture(model.Material(mesh), "skin.tga")
+          .Add(support::Properties({support::Property("UVSet", {uvSet})}));
+    }
     TestHost host(model);
-    EXPECT_EQ(host.Mesh("Body").vertices[0].u, std::string_view(uvSet) == "decal" ? 0.75f : 0.25f) << uvSet;
+    const bool agree = std::string_view(first) == "decal" && std::string_view(second) == "decal";
+    EXPECT_EQ(host.Mesh("Body").vertices[0].u, agree ? 0.75f : 0.25f) << first << ", " << second;
   }
 }
 

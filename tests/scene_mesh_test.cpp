@@ -120,7 +120,8 @@ TEST(TextureCoordinates, EveryCornerFindsItsCoordinateInEveryMode) {
                 {"ByVertex", "Direct", 4, {}, {0, 1, 2, 0, 2, 3}},
                 {"ByControlPoint", "Direct", 3, {}, {0, 1, 2, 0, 2, -1}},
                 {"ByVertice", "IndexToDirect", 2, {1, 0, 1, 0}, {1, 0, 1, 1, 1, 0}},
-                {"ByPolygon", "IndexToDirect", 2, {0, 1, 0, 1, 0, 1}, {0, 1, 0, 1, 0, 1}},
+                {"ByControlPoint", "Index", 4, {0, 1, 2, 3}, {-1, -1, -1, -1, -1, -1}},
+                {"ByPolygon", "IndexToDirect", 2, {0, 1, 0, 1, 0, 1}, {-1, -1, -1, -1, -1, -1}},
                 {"ByPolygon", "Direct", 2, {}, {-1, -1, -1, -1, -1, -1}},
                 {"ByEdge", "Direct", 6, {}, {-1, -1, -1, -1, -1, -1}},
                 {"AllSame", "Direct", 1, {}, {-1, -1, -1, -1, -1, -1}}};
@@ -133,16 +134,16 @@ TEST(TextureCoordinates, EveryCornerFindsItsCoordinateInEveryMode) {
   }
 }
 
-TEST(TextureCoordinates, AnElementThatCannotBeUsedIsAbsent) {
-  const auto present = [](const char* mapping, FbxRecord array) {
-    return !UvIndices(LayerElement("LayerElementUV", 0, mapping, "Direct", {std::move(array)})).empty();
+TEST(TextureCoordinates, AnElementWithoutMappingIsAbsentAndOneWithoutCoordinatesGivesNone) {
+  const auto indices = [](const char* mapping, FbxRecord array) {
+    return UvIndices(LayerElement("LayerElementUV", 0, mapping, "Direct", {std::move(array)}));
   };
-  EXPECT_TRUE(present("ByPolygonVertex", Doubles("UV", {0, 0})));
-  EXPECT_FALSE(present("NoMappingInformation", Doubles("UV", {0, 0})));
-  EXPECT_FALSE(present("ByMagic", Doubles("UV", {0, 0})));
-  EXPECT_FALSE(present("ByPolygonVertex", Doubles("UV", {0, 0, 1}))) << "half a coordinate";
-  EXPECT_FALSE(present("ByPolygonVertex", Doubles("UV", {})));
-  EXPECT_FALSE(present("ByPolygonVertex", Ints("UVIndex", {0, 1, 2}))) << "no coordinate record";
+  EXPECT_THAT(indices("NoMappingInformation", Doubles("UV", {0, 0})), ElementsAre());
+  EXPECT_THAT(indices("ByMagic", Doubles("UV", {0, 0})), ElementsAre());
+  const std::vector<int> none(6, -1);
+  EXPECT_EQ(indices("ByPolygonVertex", Doubles("UV", {0, 0, 1})), none) << "half a coordinate";
+  EXPECT_EQ(indices("ByPolygonVertex", Doubles("UV", {})), none);
+  EXPECT_EQ(indices("ByPolygonVertex", Ints("UVIndex", {0, 1, 2})), none) << "no coordinate record";
   EXPECT_TRUE(UvIndices({"LayerElementUV", {0}, {Doubles("UV", {0, 0})}}).empty()) << "no mapping";
 }
 

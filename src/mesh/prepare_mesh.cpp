@@ -60,6 +60,7 @@ void Split(KFbxMesh& mesh, MeshData& data) {
   // A list that grows is in memory twice for a moment. A further record has a place in a table besides.
   constexpr uint64_t kRecord = 2 * sizeof(FullPointData), kFurtherRecord = kRecord + 24;
   scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
+  if (uvs && uvs->GetCoordinateCount() == 0) uvs = nullptr;
   const auto pointCount = static_cast<uint64_t>(mesh.GetControlPointsCount());
   uint64_t taken = sizeof(double) * data.points.size() + sizeof(float) * data.normals.size() +
                    sizeof(int32_t) * (data.triangles.corners.size() + data.triangles.sourceCorners.size()) +
@@ -72,14 +73,16 @@ void Split(KFbxMesh& mesh, MeshData& data) {
   if (uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) uvs->ReleaseIndexArray();
 }
 
-/// The file has room for one set of texture coordinates: that of the first material with a diffuse picture.
+/// The file has room for one set of texture coordinates: that of layer 0, unless all diffuse pictures of the
+/// mesh are made for another one.
 void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh) {
+  const scene::KFbxTexture* first = nullptr;
   for (int i = 0; i < node.GetMaterialCount(); ++i) {
-    if (const scene::KFbxTexture* texture = DiffuseTexture(*node.GetMaterial(i))) {
-      return mesh.SelectUVSet(texture->GetUVSet());
-    }
+    const scene::KFbxTexture* texture = DiffuseTexture(*node.GetMaterial(i));
+    if (!first) first = texture;
+    if (texture && texture->GetUVSet() != first->GetUVSet()) return mesh.SelectUVSet({});
   }
-  mesh.SelectUVSet({});
+  mesh.SelectUVSet(first ? first->GetUVSet() : scene::KString());
 }
 
 }  // namespace

@@ -25,6 +25,7 @@ TextureCoordinate TextureCoordinates::Of(size_t index, const FullPointData& reco
   } else if (uvs_->GetMappingMode() == scene::EMappingMode::eBY_CONTROL_POINT) {
     if (uvs_->GetReferenceMode() == scene::EReferenceMode::eDIRECT)
       return index < count ? Found(index) : TextureCoordinate();
+    if (uvs_->GetReferenceMode() != scene::EReferenceMode::eINDEX_TO_DIRECT) return {};
     const std::span<const int32_t> indices = uvs_->GetIndexArray();
     if (index < indices.size() && indices[index] >= 0 && static_cast<size_t>(indices[index]) < count) {
       return Found(static_cast<size_t>(indices[index]));

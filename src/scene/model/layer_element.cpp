@@ -23,13 +23,15 @@ LayerElementModes ReadLayerElementModes(RecordRef element) {
 
 KFbxLayerElementUV::KFbxLayerElementUV(const LayerElementSource& source, size_t polygonVertexCount)
     : modes_(source.modes), directRecord_(source.direct), indexRecord_(source.index) {
+  const bool isIndex = modes_.reference == EReferenceMode::eINDEX;
+  if (isIndex && modes_.mapping == EMappingMode::eBY_CONTROL_POINT) return;  // stands for nothing there
   // Without an index array the coordinates can only be meant directly.
   if (indexRecord_.ValueCount() == 0) {
     modes_.reference = EReferenceMode::eDIRECT;
-  } else if (modes_.reference == EReferenceMode::eINDEX) {
+  } else if (isIndex) {
     modes_.reference = EReferenceMode::eINDEX_TO_DIRECT;
   }
-  if (modes_.mapping != EMappingMode::eBY_POLYGON) return;
+  if (!source.isOld || modes_.mapping != EMappingMode::eBY_POLYGON) return;
   // Old exporters say "by polygon" where they list every corner.
   const size_t entries = modes_.reference == EReferenceMode::eDIRECT
                              ? static_cast<size_t>(GetCoordinateCount())
@@ -65,6 +67,7 @@ int32_t KFbxLayerElementUV::GetTextureUVIndex(size_t polygonVertex, int32_t cont
     default:
       return -1;
   }
+  if (modes_.reference == EReferenceMode::eINDEX) return -1;
   const auto count = static_cast<size_t>(GetCoordinateCount());
   if (modes_.reference == EReferenceMode::eDIRECT) return entry < count ? static_cast<int32_t>(entry) : -1;
   const std::span<const int32_t> indices = GetIndexArray();

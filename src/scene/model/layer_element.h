@@ -29,6 +29,7 @@ struct LayerElementSource {
   LayerElementModes modes;
   RecordRef direct;
   RecordRef index;
+  bool isOld = false;  ///< of such a version
 };
 
 /// Texture coordinates of one layer. Its arrays are decoded when they are first read.

@@ -165,7 +165,7 @@ LayerElementSource KFbxMesh::FindUVs() const {
   const RecordRef old = geometry_.Child("GeometryUVInfo");
   LayerElementModes modes = ReadLayerElementModes(old);
   modes.reference = EReferenceMode::eINDEX_TO_DIRECT;
-  return {modes, old.Child("TextureUV"), old.Child("TextureUVVerticeIndex")};
+  return {modes, old.Child("TextureUV"), old.Child("TextureUVVerticeIndex"), true};
 }
 
 LayerElementSource KFbxMesh::FindMaterials() const {
@@ -201,7 +201,6 @@ KFbxLayerElementUV* KFbxMesh::GetUVs() {
     const LayerElementSource source = FindUVs();
     if (source.modes.mapping != EMappingMode::eNONE) {
       uvs_ = std::make_unique<KFbxLayerElementUV>(source, GetPolygonVertexCount());
-      if (uvs_->GetCoordinateCount() == 0) uvs_.reset();
     }
   }
   return uvs_.get();
