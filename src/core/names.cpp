@@ -3,8 +3,6 @@
 
 #include <algorithm>
 
-#include "platform/files.h"
-
 namespace ts3d {
 namespace {
 
@@ -74,14 +72,6 @@ bool SplitEntry(std::string_view entry, std::string_view& key, std::string_view&
   key = entry.substr(0, equals);
   value = entry.substr(equals + 1);
   return true;
-}
-
-bool IsPlainFileName(std::string_view name) {
-  if (name.empty() || name == "." || name == ".." || platform::IsReservedFileName(name)) return false;
-  return std::none_of(name.begin(), name.end(), [](char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return c == '/' || c == '\\' || byte < 0x20 || byte == 0x7f;
-  });
 }
 
 }  // namespace ts3d

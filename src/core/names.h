@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/files.h"
+
 namespace ts3d {
 
 /// Removes the first occurrence of each of : ? ! @ * \ / | from `name`, together with the character before
@@ -36,8 +38,6 @@ std::vector<std::string_view> SplitList(std::string_view list);
 /// Splits a list entry "key=value" at its first "="; false when there is none.
 bool SplitEntry(std::string_view entry, std::string_view& key, std::string_view& value);
 
-/// Whether `name` can only name a file inside the folder that it is opened in: not empty, not "." or "..", no
-/// separator, no control character and no name that the system keeps for itself.
-bool IsPlainFileName(std::string_view name);
+using platform::IsPlainFileName;
 
 }  // namespace ts3d

@@ -28,8 +28,12 @@ inline constexpr bool kTextModeChangesBytes = false;
 std::string NativePath(std::string_view path);
 
 /// Whether the system takes the plain file name `name` for something else than a file of that name: for a
-/// device, a drive or a part of another file.
+/// device, a drive, a part of another file or an error.
 bool IsReservedFileName(std::string_view name);
+
+/// Whether `name` can only name a file inside the folder that it is opened in: not empty, not "." or "..", no
+/// separator, no zero byte and no name that the system keeps for itself.
+bool IsPlainFileName(std::string_view name);
 
 /// Whether a file-status query on `path` succeeds. True for folders as well.
 bool FileExists(std::string_view path);

@@ -46,6 +46,9 @@ std::string NativePath(std::string_view path) { return std::string(path); }
 
 bool IsReservedFileName(std::string_view name) {
   if (name.find(':') != std::string_view::npos) return true;  // a drive, or a second stream of a file
+  if (std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; })) {
+    return true;
+  }
   std::string base(name.substr(0, name.find('.')));
   base.erase(base.find_last_not_of(' ') + 1);
   std::transform(base.begin(), base.end(), base.begin(),

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scene/embedded_files.h"
 
-#include <algorithm>
 #include <map>
 
 #include "platform/files.h"
@@ -15,12 +14,9 @@ KString BaseName(std::string_view path) {
   return KString(separator == std::string_view::npos ? path : path.substr(separator + 1));
 }
 
-/// Names come from the file: only what names a file inside the folder is written.
+/// Names come from the file: only what names a file inside the folder is written. A drive is none.
 bool IsPlainName(std::string_view name) {
-  if (name.empty() || name == "." || name == ".." || platform::IsReservedFileName(name)) return false;
-  return std::none_of(name.begin(), name.end(), [](char c) {
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7f || c == '/' || c == '\\' || c == ':';
-  });
+  return platform::IsPlainFileName(name) && name.find(':') == std::string_view::npos;
 }
 
 /// "<model>.fbm\" for the path of a model.

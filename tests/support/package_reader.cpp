@@ -102,7 +102,7 @@ void RequireBareEnd(const std::string& path) {
 
 Member ReadMember(unzFile zip) {
   unz_file_info64 info{};
-  char name[512];
+  char name[8192];
   Require(unzGetCurrentFileInfo64(zip, &info, name, sizeof name, nullptr, 0, nullptr, 0) == UNZ_OK,
           "member without a header");
   Require(info.compression_method == 8 && info.flag % 2 == 0, "member not deflated, or encrypted");

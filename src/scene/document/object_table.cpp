@@ -58,10 +58,8 @@ std::string_view ObjectNamePart(std::string_view text, bool ascii) {
   const bool isSplit = at != std::string_view::npos;
   std::string_view name =
       ascii && isSplit ? text.substr(at + 2) : text.substr(0, ascii ? std::string_view::npos : at);
-  // Nothing that takes names can take a zero byte in one. Files are named after objects and systems take 255
-  // bytes at most, but lists repeat names as often as there are materials.
-  constexpr size_t kLongestName = 1024;
-  return name.substr(0, std::min(name.find('\0'), kLongestName));
+  // Nothing that takes names can take a zero byte in one.
+  return name.substr(0, name.find('\0'));
 }
 
 std::string_view WithoutSubTypePrefix(std::string_view subType) {

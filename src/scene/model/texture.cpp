@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/model/texture.h"
 
+#include <algorithm>
 #include <array>
 
 #include "scene/document/properties.h"
@@ -8,13 +9,16 @@
 namespace scene {
 namespace {
 
-/// What systems take at most.
-constexpr size_t kLongestPath = 4096;
+/// The end of a path, with the file's name: systems take no longer ones.
+std::string_view EndOf(std::string_view path) {
+  constexpr size_t kLongestPath = 4096;
+  return path.substr(path.size() - std::min(path.size(), kLongestPath));
+}
 
 /// First text among children that files spell in several ways.
 std::string_view FirstText(RecordRef record, std::initializer_list<std::string_view> names) {
   for (const std::string_view name : names) {
-    const std::string_view text = record.Child(name).Text(0).substr(0, kLongestPath);
+    const std::string_view text = EndOf(record.Child(name).Text(0));
     if (!text.empty()) return text;
   }
   return {};

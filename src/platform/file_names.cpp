@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#include "platform/files.h"
+
+namespace platform {
+
+bool IsPlainFileName(std::string_view name) {
+  constexpr std::string_view kSeparatorsAndZero("/\\\0", 3);
+  return !name.empty() && name != "." && name != ".." &&
+         name.find_first_of(kSeparatorsAndZero) == std::string_view::npos && !IsReservedFileName(name);
+}
+
+}  // namespace platform
