@@ -6,14 +6,12 @@
 #include <cmath>
 #include <cstdio>
 #include <memory>
-#include <new>
 
 #include "driver/convert.h"
 #include "driver/scene_loader.h"
 #include "exit_codes.h"
 #include "host_paths.h"
 #include "job_host.h"
-#include "scene/model/mesh.h"
 #include "skeleton/skeleton_state.h"
 #include "textures/tga_file.h"
 #include "unmatched_options.h"
@@ -135,15 +133,10 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     result.unmatchedOptions =
         FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
   };
-  try {
-    result.code = Convert(task, work, finish, tellUnmatched, job);
-    if (result.code != 0) result.reason = DescribeExitCode(result.code);
-  } catch (const scene::KFbxMeshExcess& error) {
-    result.code = FBX_TO_TS3D_LOAD_FAILED;
-    result.reason = error.what();
-  } catch (const std::bad_alloc&) {
-    result.code = FBX_TO_TS3D_LOAD_FAILED;
-    result.reason = "there is not enough memory";
+  result.code = Convert(task, work, finish, tellUnmatched, job);
+  if (result.code != 0) {
+    result.reason =
+        job.failureReason.empty() ? DescribeExitCode(result.code) : std::string(job.failureReason);
   }
   result.damage = job.damagedArrays;
   result.textureProblems = textures.Problems();

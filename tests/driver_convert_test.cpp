@@ -110,6 +110,25 @@ TEST(Conversion, WithoutAPlaceForAFileEndsThere) {
   }
 }
 
+TEST(Conversion, WritesTheDocumentToItsOwnPathAndAddsWhatTheModelsFolderHolds) {
+  TestHost host;
+  std::filesystem::create_directories(host.folder.Path("dir/sub"));
+  struct {
+    std::string path, file;
+    ConversionResult result;
+  } const cases[] = {{"model.fbx", "model", ConversionResult::PackageFailed},
+                     {host.folder.Path("slashes.fbx"), "slashes", ConversionResult::PackageFailed},
+                     {"dir\\sub/model.fbx", "dir/sub/model", ConversionResult::Success}};
+  for (const auto& [path, file, result] : cases) {
+    host.folder.Write(file + ".fbx", OneTriangle());
+    EXPECT_EQ(ts3d::RunConversion(host.job, {path, {}}), result) << path;
+    EXPECT_TRUE(host.Has(file + ".xfg")) << path;
+  }
+  EXPECT_EQ(host.Told(">>> Error in opening model.xfg for reading"), 1u);
+  EXPECT_THAT(support::Package(host.folder.Path("dir/sub/model.czp"))["sub/model.xfg"],
+              HasSubstr("<object_id>sub/model</object_id>"));
+}
+
 TEST(Conversion, NeverWritesOverTheModel) {
   for (const char* name : {"model.czp", "model.xfg", "skeleton.csf", "Body.cmf", "Body.xrf"}) {
     TestHost host;

@@ -175,6 +175,21 @@ TEST(FinalSettings, AddTheDocumentAgainAndDeleteIt) {
   EXPECT_EQ(host.Finish(), FinishResult::DocumentUnreadable);
 }
 
+TEST(FinalSettings, MayBeAskedForByTheNamesOfDocumentAndPackageAndByABareName) {
+  for (const char* name : {"model.xfg", "model.czp"}) {
+    Converted host;
+    EXPECT_EQ(ApplyFinalSettings(host.job, {host.ModelPath(name), 0, {}}), FinishResult::Success) << name;
+  }
+  Converted host;
+  host.job.modelDirectory = host.ModelPath("elsewhere\\");
+  EXPECT_EQ(ApplyFinalSettings(host.job, {"model.fbx", 0, {}}), FinishResult::UpdateFailed);
+  EXPECT_EQ(host.job.modelDirectory, host.ModelPath("elsewhere\\"));
+  EXPECT_EQ(host.ReadPackage().Count("model.xfg"), 1u) << "no empty member";
+  ts3d::ConversionJob fresh;
+  EXPECT_EQ(ApplyFinalSettings(fresh, {"model.fbx", 0, {}}), FinishResult::Success);
+  EXPECT_EQ(host.ReadPackage().Count("model.xfg"), 2u);
+}
+
 TEST(FinalSettings, ScaleByAHundredthOrNotAtAll) {
   const std::pair<float, const char*> cases[] = {{-5.0f, "1.000000"}, {0.5f, "0.005000"}};
   for (const auto& [percent, scale] : cases) {

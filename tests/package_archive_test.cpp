@@ -82,6 +82,23 @@ TEST(PackageOfAModel, HoldsOnlyTheLastOfTwoMeshesOfOneNameOnce) {
   EXPECT_EQ(host.Mesh("Body").vertices.size(), 4u);
 }
 
+TEST(PackageOfAModel, KeepsNamesOfAnyLengthAndControlCharacters) {
+  const std::string tab = "tab\there", large(3000, 'n'), huge(70'000, 'h');
+  Character model;
+  for (const std::string& name : {tab, large, large + "2", huge}) model.Triangle(name);
+  TestHost host;
+  host.folder.Write("model.fbx", model.Text());
+  ASSERT_EQ(ts3d::RunConversion(host.job, {host.ModelPath("model.fbx"), {}}),
+            ts3d::ConversionResult::Success);
+  EXPECT_EQ(host.Mesh(tab).vertices.size(), 3u);
+  const support::Package package = host.ReadPackage();
+  EXPECT_EQ(package.Count(tab + ".xrf"), 1u);
+  for (const std::string& name : {large + ".cmf", large + "2.xrf"}) EXPECT_EQ(package[name], "");
+  EXPECT_EQ(host.Told(">>> Error in opening " + large + "2.cmf for reading"), 1u);
+  EXPECT_EQ(host.Told(">>> Error in opening " + huge + ".cmf in zipfile"), 1u) << "no archive takes it";
+  EXPECT_THAT(host.Document(), testing::HasSubstr("<mesh name=\"" + huge + "\" file"));
+}
+
 TEST(PackageOfAModel, LeavesItsWorkFilesWhenTheCurrentFolderIsAnother) {
   Character model;
   model.Triangle("Body");

@@ -202,6 +202,14 @@ TEST(BindPose, IsTheFirstWithTheMostNodes) {
   }
 }
 
+TEST(Bones, TakeTheirOwnBindMatrixBeforeTheParentsMovesOnToAnotherPose) {
+  Character model;
+  const auto root = model.Bone("root"), tip = model.Bone("tip", root), other = model.Node("other");
+  model.BindPose({{tip, Translation(5, 0, 0)}, {other, Translation(9, 0, 0)}});
+  model.BindPose({{root, Translation(1, 0, 0)}, {other, Translation(9, 0, 0)}});
+  EXPECT_THAT(BonesOf(model)[1].translation, IsAt(4, 0, 0));
+}
+
 TEST(BindPose, MovesOnToAnotherForAMissingNodeOnlyWhenItWasAmbiguous) {
   PosedScene clear({{true, {0, 1}}, {true, {2}}});
   EXPECT_EQ(clear.IndexOf(1), 1);

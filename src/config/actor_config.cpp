@@ -80,13 +80,12 @@ std::string ObjectId(ActorType actorType, const std::string& documentPath) {
 
 void WriteActorConfig(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames) {
   const std::string documentPath = ReplaceExtension(packagePath, "xfg");
-  if (platform::IsSameFile(documentPath, job.inputPath)) return;
   const std::string text =
       Head(job, documentPath) + Bones(job) + Lists(job, packagedNames) + "</cal_config>\n";
-  platform::FilePtr file = CreateWorkFile(job, FileNamePart(documentPath), "w");
+  platform::FilePtr file = CreateHostFile(job, documentPath, "w");
   if (!file) return;
   // A torso would be packed as if it were the document.
-  if (!WriteAndClose(std::move(file), text)) DiscardWorkFile(job, FileNamePart(documentPath));
+  if (!WriteAndClose(std::move(file), text)) DiscardFile(job, documentPath);
 }
 
 }  // namespace ts3d

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "fbx_to_ts3d.h"
@@ -75,11 +76,12 @@ struct ConversionJob {
       nullptr;  ///< the one mesh node that reports lost texture coordinates
   bool materialReferenceReported = false;
   std::map<std::string, std::string, std::less<>>
-      heldFiles;                  ///< bytes of work files that are not on the disk
-  size_t heldBytes = 0;           ///< of all files that were ever held
-  void* packageHandle = nullptr;  ///< the open archive, or null
-  bool packageIsDamaged = false;  ///< part of the open package was lost in writing: none may stay
-  int32_t failureCode = 0;        ///< result of the run should an exception end the step that is running
+      heldFiles;                   ///< bytes of work files that are not on the disk
+  size_t heldBytes = 0;            ///< of all files that were ever held
+  void* packageHandle = nullptr;   ///< the open archive, or null
+  bool packageIsDamaged = false;   ///< part of the open package was lost in writing: none may stay
+  int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running
+  std::string_view failureReason;  ///< why a run ended that an exception ended
 
   // The process.
   bool singleRootWarningGiven = false;

@@ -19,15 +19,22 @@ bool IsInputOrPackage(const ConversionJob& job, const std::string& path) {
 }  // namespace
 
 platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, const char* mode) {
-  const std::string path = job.modelDirectory + std::string(name);
-  if (!IsPlainFileName(name) || IsInputOrPackage(job, path)) return nullptr;
-  return platform::OpenFile(path, mode);
+  if (!IsPlainFileName(name)) return nullptr;
+  return OpenHostFile(job, job.modelDirectory + std::string(name), mode);
+}
+
+platform::FilePtr OpenHostFile(const ConversionJob& job, const std::string& path, const char* mode) {
+  return IsInputOrPackage(job, path) ? nullptr : platform::OpenFile(path, mode);
 }
 
 platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, const char* mode) {
-  platform::FilePtr file = OpenWorkFile(job, name, mode);
-  const std::string path = job.modelDirectory + std::string(name);
-  if (!file && IsPlainFileName(name) && !IsInputOrPackage(job, path) && platform::FileSize(path) >= 0) {
+  if (!IsPlainFileName(name)) return nullptr;
+  return CreateHostFile(job, job.modelDirectory + std::string(name), mode);
+}
+
+platform::FilePtr CreateHostFile(ConversionJob& job, const std::string& path, const char* mode) {
+  platform::FilePtr file = OpenHostFile(job, path, mode);
+  if (!file && !IsInputOrPackage(job, path) && platform::FileSize(path) >= 0) {
     job.packageIsDamaged |= !platform::RemoveFile(path);
   }
   return file;
@@ -45,9 +52,9 @@ void WriteHeldFiles(ConversionJob& job) {
   job.heldFiles.clear();
 }
 
-void DiscardWorkFile(ConversionJob& job, std::string_view name) {
+void DiscardFile(ConversionJob& job, std::string_view path) {
   job.packageIsDamaged = true;
-  platform::RemoveFile(job.modelDirectory + std::string(name));
+  platform::RemoveFile(path);
 }
 
 bool WriteAndClose(platform::FilePtr file, std::string_view text) {
@@ -103,7 +110,7 @@ bool WorkFileWriter::Finish() {
   if (!file_) return false;
   complete &= std::fclose(file_.release()) == 0;
   // A torso would be packed as if it were the whole file.
-  if (!complete) DiscardWorkFile(job_, name_);
+  if (!complete) DiscardFile(job_, job_.modelDirectory + name_);
   return complete;
 }
 

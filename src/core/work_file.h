@@ -18,9 +18,15 @@ namespace ts3d {
 /// to be trusted.
 platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, const char* mode);
 
+/// Opens `path`, which the host has named and no model, like fopen. Null when that fails, and for the model
+/// and the package.
+platform::FilePtr OpenHostFile(const ConversionJob& job, const std::string& path, const char* mode);
+
 /// Opens the work file `name` like OpenWorkFile to write all of it. What an earlier run left under that name
 /// is never taken for it: where that cannot be written over, it goes, or the package is damaged.
 platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, const char* mode);
+/// The same for a path that the host has named.
+platform::FilePtr CreateHostFile(ConversionJob& job, const std::string& path, const char* mode);
 
 /// Whether the model's folder holds a file `name`, or the job does; false for every name that could lead out
 /// of it.
@@ -29,8 +35,8 @@ bool WorkFileExists(const ConversionJob& job, std::string_view name);
 /// Puts what the job still holds onto the disk, where a run that does not hold files leaves it.
 void WriteHeldFiles(ConversionJob& job);
 
-/// Deletes the work file `name`, whose writing failed half-way. The package it was for is damaged by that.
-void DiscardWorkFile(ConversionJob& job, std::string_view name);
+/// Deletes the file `path`, whose writing failed half-way. The package it was for is damaged by that.
+void DiscardFile(ConversionJob& job, std::string_view path);
 
 /// Writes the whole of `text` and closes the file; false when any of it failed.
 bool WriteAndClose(platform::FilePtr file, std::string_view text);

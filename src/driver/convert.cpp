@@ -2,6 +2,7 @@
 #include "driver/convert.h"
 
 #include <cstdio>
+#include <new>
 
 #include "config/actor_config.h"
 #include "config/mesh_list.h"
@@ -13,6 +14,7 @@
 #include "mesh/scene_walk.h"
 #include "package/actor_package.h"
 #include "platform/files.h"
+#include "scene/model/mesh.h"
 #include "scene/model/scene.h"
 #include "skeleton/csf_writer.h"
 #include "skeleton/skeleton_state.h"
@@ -55,7 +57,7 @@ ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
   std::string noLines;
   ConversionResult result = ConversionResult::Success;
   if (AddFileToPackage(job, packagedNames, kSkeletonName, AfterAdding::DeleteFile) != 0 ||
-      AddFileToPackage(job, packagedNames, documentName, AfterAdding::KeepFile) != 0) {
+      AddDocumentToPackage(job, packagedNames, job.modelDirectory + documentName, documentName) != 0) {
     result = ConversionResult::PackageFailed;
   } else {
     result = static_cast<ConversionResult>(WriteMeshListForScene(
@@ -133,6 +135,7 @@ void ResetRun(ConversionJob& job) {
   job.skeleton = std::make_shared<SkeletonState>();
   job.vertexTotal = 0;
   job.polygonTotal = 0;
+  job.failureReason = {};
   job.damagedArrays.clear();
   job.modelDirectory.clear();
   job.inputPath.clear();
@@ -144,7 +147,9 @@ void ResetRun(ConversionJob& job) {
   job.heldBytes = 0;
 }
 
-ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& request) {
+namespace {
+
+ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) {
   // A run that could not load its scene leaves the scene library's objects alive until here.
   DestroySdkObjects(job.sdkManager);
   job.sdkManager = nullptr;
@@ -167,6 +172,35 @@ ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& requ
   if (request.onConverted && result == ConversionResult::Success) request.onConverted(*job.sceneRoot);
   ReleaseScene(job);
   WriteHeldFiles(job);
+  return result;
+}
+
+/// What a run that an exception has ended comes to: the one place that decides it, for the library and the
+/// tool.
+ConversionResult ResultOfFailure(ConversionJob& job) {
+  try {
+    throw;
+  } catch (const scene::KFbxMeshExcess& excess) {
+    // Whichever step reads the mesh, it is the model that cannot be loaded.
+    job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
+    job.failureReason = excess.what();
+    StatusLog(job, ComposeMessage(">>> Refused: ", job.failureReason));
+  } catch (const std::bad_alloc&) {
+    job.failureReason = "there is not enough memory";
+  }
+  return static_cast<ConversionResult>(job.failureCode);
+}
+
+}  // namespace
+
+ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& request) {
+  ConversionResult result = ConversionResult::NoFile;
+  job.failureCode = static_cast<int32_t>(result);
+  try {
+    result = RunSteps(job, request);
+  } catch (...) {
+    result = ResultOfFailure(job);
+  }
   if (result != ConversionResult::Success) job.vertexTotal = job.polygonTotal = 0;
   return result;
 }

@@ -31,7 +31,8 @@ struct ConversionRequest {
 /// Puts the job's counters to where every conversion starts.
 void ResetRun(ConversionJob& job);
 
-/// Converts one model into a package beside it, with the settings that the job holds.
+/// Converts one model into a package beside it, with the settings that the job holds. Running out of memory,
+/// by the system's or by the model's limit, is a result like others; `failureReason` tells it.
 ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& request);
 
 }  // namespace ts3d

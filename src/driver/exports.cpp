@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "core/names.h"
-#include "core/status.h"
 #include "driver/convert.h"
 #include "driver/final_settings.h"
 #include "fbx_to_ts3d.h"
-#include "scene/model/mesh.h"
 
 namespace {
 
@@ -31,16 +28,6 @@ void StoreSettings(ConversionJob& job, int32_t rotationY, int32_t rotationX, con
   job.nextMeshThreadId = job.nextMaterialThreadId = ts3d::kFirstThreadId;
   job.rotationY = rotationY;
   job.rotationX = rotationX;
-}
-
-int32_t Convert(ConversionJob& job, const std::string& path) {
-  try {
-    return static_cast<int32_t>(ts3d::RunConversion(job, {path, {}}));
-  } catch (const scene::KFbxMeshExcess& excess) {
-    ts3d::StatusLog(job, ts3d::ComposeMessage(">>> Refused: ", excess.what()));
-    job.vertexTotal = job.polygonTotal = 0;
-    return job.failureCode;
-  }
 }
 
 }  // namespace
@@ -83,7 +70,7 @@ int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32
                                     callbackContext, statusCallback);
       if (result != FBX_TO_TS3D_OK) job.vertexTotal = job.polygonTotal = 0;
     } else {
-      result = Convert(job, TextOrEmpty(fbxPath));
+      result = static_cast<int32_t>(ts3d::RunConversion(job, {TextOrEmpty(fbxPath), {}}));
     }
   } catch (...) {
     // Out of memory, mostly; the code is that of the step that was running.

@@ -36,11 +36,16 @@ bool CopyTarget(platform::Replacement& file) {
 
 /// Adds the document to the open copy of the package that then takes the package's place, so that whatever
 /// happens the package is the old one or the new one.
-bool AddToPackage(ConversionJob& job, platform::Replacement& package, const std::string& documentName) {
+bool AddToPackage(ConversionJob& job, platform::Replacement& package, const std::string& documentPath) {
+  const std::string documentName = FileNamePart(documentPath);
+  // A bare name means the folder of the last conversion, which this pass does not choose.
+  const bool isBare = documentName.size() == documentPath.size();
   bool added = false;
   try {
     PackagedNameSet packagedNames;
-    added = AddFileToPackage(job, packagedNames, documentName, AfterAdding::KeepFile) == 0;
+    added =
+        AddDocumentToPackage(job, packagedNames, isBare ? job.modelDirectory + documentName : documentPath,
+                             documentName) == 0;
   } catch (const std::bad_alloc&) {
     job.packageIsDamaged = true;
   }
@@ -63,11 +68,10 @@ constexpr Failure kNotUpdated{FinishResult::UpdateFailed, ">>> Failed updating C
 /// @param step is set to what a failure of the step that is running means
 bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   const std::string documentPath = ReplaceExtension(settings.sourcePath, "xfg");
-  const std::string documentName = FileNamePart(documentPath);
   const std::string& source = settings.sourcePath;
   job.isFbxFile = EqualsIgnoreCase(source.substr(source.size() < 4 ? 0 : source.size() - 4), ".fbx");
-  job.modelDirectory = DirectoryPart(source);
-  job.inputPath = source;
+  // Document and package may be named themselves; there is no model here that must not be written.
+  job.inputPath.clear();
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
 
   const std::optional<std::string> old = ReadDocument(documentPath);
@@ -80,7 +84,7 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   platform::Replacement package(ReplaceExtension(documentPath, "czp"), platform::Links::Follow);
   if (!CopyTarget(package) || !OpenActorPackage(job, package.Path(), PackageMode::Append)) return false;
   step = kNotUpdated;
-  return AddToPackage(job, package, documentName);
+  return AddToPackage(job, package, documentPath);
 }
 
 }  // namespace

@@ -18,17 +18,31 @@ constexpr size_t kCopyBufferSize = 16384;
 /// From here on a member's header needs 64 bits for its sizes.
 constexpr int64_t kLargeMember = 0xffffffff;
 
-int32_t OpenMember(const ConversionJob& job, const std::string& name) {
+/// The content of a member.
+struct Source {
+  const std::string& name;            ///< of the member
+  std::string path;                   ///< of the file; empty when the name leads out of the model's folder
+  const std::string* held = nullptr;  ///< the bytes of a file that is not on the disk
+};
+
+Source WorkFileSource(const ConversionJob& job, const std::string& name) {
+  const auto held = job.heldFiles.find(name);
+  if (held != job.heldFiles.end()) return {name, {}, &held->second};
+  return {name, IsPlainFileName(name) ? job.modelDirectory + name : std::string()};
+}
+
+int32_t OpenMember(ConversionJob& job, const Source& source) {
+  // minizip writes headers that claim less than they have.
+  constexpr size_t kLongestName = 0xffff;
+  if (source.name.size() > kLongestName) return ZIP_PARAMERROR;
   zip_fileinfo info{};
-  bool isLarge = false;
-  if (job.heldFiles.contains(name)) {
-    info.dosDate = platform::DosTimeNow();
-  } else if (IsPlainFileName(name)) {
-    info.dosDate = platform::DosWriteTime(job.modelDirectory + name);
-    isLarge = platform::FileSize(job.modelDirectory + name) >= kLargeMember;
-  }
-  return zipOpenNewFileInZip64(job.packageHandle, name.c_str(), &info, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
-                               Z_DEFAULT_COMPRESSION, isLarge ? 1 : 0);
+  info.dosDate = source.held ? platform::DosTimeNow() : platform::DosWriteTime(source.path);
+  const bool isLarge = platform::FileSize(source.path) >= kLargeMember;
+  const int32_t result =
+      zipOpenNewFileInZip64(job.packageHandle, source.name.c_str(), &info, nullptr, 0, nullptr, 0, "",
+                            Z_DEFLATED, Z_DEFAULT_COMPRESSION, isLarge ? 1 : 0);
+  job.packageIsDamaged |= result != ZIP_OK;
+  return result;
 }
 
 /// @return 0, or a negative code after its status line
@@ -42,11 +56,10 @@ int32_t WriteToMember(ConversionJob& job, const std::string& name, const char* d
 }
 
 /// @return 0, or a negative code after its status line
-int32_t FillMember(ConversionJob& job, const std::string& name, char* buffer) {
-  if (const auto held = job.heldFiles.find(name); held != job.heldFiles.end()) {
-    return WriteToMember(job, name, held->second.data(), held->second.size());
-  }
-  const platform::FilePtr file = OpenWorkFile(job, name, "rb");
+int32_t FillMember(ConversionJob& job, const Source& source, char* buffer) {
+  const std::string& name = source.name;
+  if (source.held) return WriteToMember(job, name, source.held->data(), source.held->size());
+  const platform::FilePtr file = source.path.empty() ? nullptr : OpenHostFile(job, source.path, "rb");
   if (!file) {
     StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
     return ZIP_ERRNO;
@@ -90,33 +103,48 @@ bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mod
   return job.packageHandle != nullptr;
 }
 
-int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
-                         AfterAdding afterAdding) {
-  // A member that fails is not tried again either.
-  if (!packagedNames.insert(name).second) return 0;
+namespace {
+
+int32_t AddMember(ConversionJob& job, const Source& source) {
+  const std::string& name = source.name;
   const std::unique_ptr<char[]> buffer(new (std::nothrow) char[kCopyBufferSize]);
   if (!buffer) {
     job.packageIsDamaged = true;
     StatusLog(job, ">>> Error allocating memory");
     return ZIP_INTERNALERROR;
   }
-  int32_t result = OpenMember(job, name);
+  int32_t result = OpenMember(job, source);
   if (result != ZIP_OK) {
-    job.packageIsDamaged = true;
     StatusLog(job, ComposeMessage(">>> Error in opening ", name, " in zipfile"));
     return result;
   }
   // A member whose file fails stays open and becomes an empty one; the next member, or the end, closes it.
-  result = FillMember(job, name, buffer.get());
+  result = FillMember(job, source, buffer.get());
   if (result != ZIP_OK) return result;
   result = zipCloseFileInZip(job.packageHandle);
   if (result != ZIP_OK) {
     job.packageIsDamaged = true;
     StatusLog(job, ComposeMessage(">>> Error in closing ", name, " in the zip file"));
-  } else if (afterAdding == AfterAdding::DeleteFile && job.heldFiles.erase(name) == 0) {
+  }
+  return result;
+}
+
+}  // namespace
+
+int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
+                         AfterAdding afterAdding) {
+  // A member that fails is not tried again either.
+  if (!packagedNames.insert(name).second) return 0;
+  const int32_t result = AddMember(job, WorkFileSource(job, name));
+  if (result == ZIP_OK && afterAdding == AfterAdding::DeleteFile && job.heldFiles.erase(name) == 0) {
     platform::RemoveFile(name);
   }
   return result;
+}
+
+int32_t AddDocumentToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& path,
+                             const std::string& name) {
+  return packagedNames.insert(name).second ? AddMember(job, {name, path}) : 0;
 }
 
 bool CloseActorPackage(ConversionJob& job) {

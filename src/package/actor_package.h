@@ -27,6 +27,11 @@ bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mod
 int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
                          AfterAdding afterAdding);
 
+/// Copies the document `path`, which the host has named and no model, into the package as the member `name`.
+/// It stays where it is. The rest as AddFileToPackage.
+int32_t AddDocumentToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& path,
+                             const std::string& name);
+
 /// Closes the job's package; false when it is not complete: something of it was lost in writing, or it has
 /// more members than it can tell (65,534).
 bool CloseActorPackage(ConversionJob& job);
