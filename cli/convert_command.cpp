@@ -28,6 +28,8 @@ constexpr const char* kExamples =
     "  fbx2czp convert hero.fbx --double-sided Hair --exclude Helper --rename L_femur=\"left femur\"\n"
     "  fbx2czp convert hero.fbx --finish-settings hero.json\n"
     "      converts and applies final settings, so that bone renames know the skeleton\n"
+    "  fbx2czp convert hero.fbx --repair\n"
+    "      puts right what it can: lost bones, a wrong pose, parts out of place\n"
     "  fbx2czp convert characters/ props/lamp.fbx --jobs 8 --output packages --report report.json\n"
     "      converts whole folders, each model in a process of its own\n";
 
@@ -77,6 +79,25 @@ int RunConvert(const ConvertOptions& options) {
   return kInterrupted;
 }
 
+void AddRepairOptions(CLI::App& convert, ConvertOptions& options) {
+  ts3d::RepairSettings& repairs = options.repairs;
+  convert.add_flag("--repair", options.repairsAsNeeded,
+                   "Try the five repairs below on each model, use those that it needs, and tell which");
+  convert.add_flag("--bind-from-skin", repairs.bindFromSkin,
+                   "Take the pose in which the skin was bound, whatever the bind pose says; for models that "
+                   "are converted in another pose");
+  convert.add_flag("--open-groups", repairs.openGroups,
+                   "Find bones below groups without a type, too; they are left out otherwise");
+  convert.add_flag(
+      "--join-roots", repairs.joinRoots,
+      "Put all skeletons of the model below one new root bone; otherwise only the first is kept");
+  convert.add_flag("--attach-rigid", repairs.attachRigid,
+                   "Give meshes without a skin their place, and let them follow the bone that they hang on");
+  convert.add_flag(
+      "--rigid-bones", repairs.rigidBones,
+      "Take the scale out of the bones and keep their places; for models whose root has a scale");
+}
+
 }  // namespace
 
 void AddConvertCommand(CLI::App& app, RunCommand& run) {
@@ -112,9 +133,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   Repeatable(convert.add_option("--exclude", options->excludedNames,
                                 "Mesh or material to leave out; repeat for more"))
       ->type_name("NAME");
-  convert.add_flag(
-      "--rigid-bones", options->rigidBones,
-      "Take the scale out of the bones and keep their places; for models whose root has a scale");
+  AddRepairOptions(convert, *options);
   TakesNumber(convert.add_option("--max-texture", options->longestTextureSide,
                                  "Longest side in pixels of a texture that is converted (8192)"),
               1, kLargestSide);

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "check/choose_repairs.h"
 #include "driver/convert.h"
 #include "driver/scene_loader.h"
 #include "exit_codes.h"
@@ -31,7 +32,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   for (const std::string& mesh : options.doubleSidedMeshes) meshes.push_back("!" + mesh);
   job.meshOptionList = JoinList(meshes);
   job.exclusionList = options.excludedNames;
-  job.rigidBones = options.rigidBones;
+  job.repairs = options.repairs;
   job.holdsSmallFiles = true;
   job.offerTgaTextures = true;
 }
@@ -43,15 +44,15 @@ struct SceneOwner {
 };
 
 /// Runs in the work folder, where the converter deletes its work files.
-/// @param onConverted  see ts3d::ConversionRequest
+/// @param hooks  a request without paths
 int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<FinishSettings>& finish,
-            const std::function<void(const scene::KFbxNode&)>& onConverted, ts3d::ConversionJob& job) {
+            const ts3d::ConversionRequest& hooks, ts3d::ConversionJob& job) {
   const fs::path model = work.Model();
   int code = 0;
   {
     const CurrentFolder current(model.parent_path());
-    code = static_cast<int>(
-        ts3d::RunConversion(job, {ConverterPath(model), ConverterPath(task.model), onConverted}));
+    code = static_cast<int>(ts3d::RunConversion(
+        job, {ConverterPath(model), ConverterPath(task.model), hooks.chooseRepairs, hooks.onConverted}));
   }
   if (code != 0 || !finish) return code;
   const TemporaryFolder nowhere;
@@ -74,7 +75,7 @@ std::vector<MemberSize> ListMembers(const fs::path& package) {
 }
 
 void NoteRootScale(const ts3d::ConversionJob& job, ModelResult& result) {
-  if (job.rigidBones || !job.skeleton || !job.skeleton->hasExtractedBones) return;
+  if (job.repairs.rigidBones || !job.skeleton || !job.skeleton->hasExtractedBones) return;
   const scene::KFbxVector4& scale = job.skeleton->rootScale;
   bool isScaled = false;
   for (size_t axis = 0; axis < 3; ++axis) isScaled |= !(std::abs(scale[axis] - 1.0) <= kScaleTolerance);
@@ -90,6 +91,15 @@ void NoteRootScale(const ts3d::ConversionJob& job, ModelResult& result) {
   result.notes.emplace_back(text);
 }
 
+ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, ModelResult& result) {
+  const ts3d::ChosenRepairs chosen = ts3d::ChooseRepairs(loaded);
+  for (const ts3d::NeededRepair& repair : chosen.needed) {
+    result.notes.push_back("repaired with " + repair.option + ": without it, " + repair.reason);
+  }
+  if (chosen.needed.empty()) result.notes.emplace_back("nothing to repair");
+  return chosen.settings;
+}
+
 void NoteBorrowedNames(const ts3d::ConversionJob& job, ModelResult& result) {
   if (!job.skeleton || job.skeleton->borrowedNames.empty()) return;
   constexpr size_t kNamed = 5;
@@ -102,8 +112,8 @@ void NoteBorrowedNames(const ts3d::ConversionJob& job, ModelResult& result) {
   if (names.size() > kNamed) list += " and " + std::to_string(names.size() - kNamed) + " more";
   result.notes.push_back(
       "bones of the same name share weights: the skin follows other bones named " + list +
-      ", as in a second armature, but all their weights go to the first of that name. Give "
-      "each bone a name of its own, or leave out the other armature");
+      ", as in a second armature, but all their weights go to the first of that name. Convert with "
+      "--join-roots, which tells them apart, or give each bone a name of its own");
 }
 
 }  // namespace
@@ -128,12 +138,16 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   };
   host.Attach(job);
   SetUp(job, options);
-  const auto tellUnmatched = [&](const scene::KFbxNode& root) {
+  ts3d::ConversionRequest hooks;
+  if (options.repairsAsNeeded) {
+    hooks.chooseRepairs = [&](const ts3d::ConversionJob& loaded) { return RepairAsNeeded(loaded, result); };
+  }
+  hooks.onConverted = [&](const scene::KFbxNode& root) {
     if (!NamesSomething(options)) return;
     result.unmatchedOptions =
         FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
   };
-  result.code = Convert(task, work, finish, tellUnmatched, job);
+  result.code = Convert(task, work, finish, hooks, job);
   if (result.code != 0) {
     result.reason =
         job.failureReason.empty() ? DescribeExitCode(result.code) : std::string(job.failureReason);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/repair_settings.h"
 #include "status_printer.h"
 #include "textures/texture_converter.h"
 
@@ -21,7 +22,8 @@ struct ConvertOptions {
   std::vector<std::string> meshes;
   std::vector<std::string> doubleSidedMeshes;
   std::vector<std::string> excludedNames;
-  bool rigidBones = false;
+  ts3d::RepairSettings repairs;                  ///< what is asked for by name
+  bool repairsAsNeeded = false;                  ///< beside those whatever the model needs
   int longestTextureSide = kDefaultLongestSide;  ///< pixels; larger pictures are refused
   std::string finishSettings;                    ///< JSON file with final settings, or empty
   unsigned jobs = 0;                             ///< models at a time; 0: one for each processor core

@@ -11,6 +11,7 @@ ts3d_add_tests(
   cli_package_test.cpp
   finish_safety_test.cpp
   name_safety_test.cpp
+  repairs_test.cpp
   support/sample_pictures.cpp
   textures_decode_test.cpp
   textures_tool_test.cpp)

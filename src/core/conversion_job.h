@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/repair_settings.h"
 #include "fbx_to_ts3d.h"
 
 namespace scene {
@@ -51,9 +52,8 @@ struct ConversionJob {
   /// making and deleting a file takes longer than packing it. Nobody sees them there, so the exports leave it
   /// off.
   bool holdsSmallFiles = false;
-  /// Bones lose their scale and keep their place in the world. The exports leave it off: by their rule the
-  /// root's scale multiplies the stored translations.
-  bool rigidBones = false;
+  /// The exports leave all of them off.
+  RepairSettings repairs;
 
   /// Whether `textureCallback` is called for textures that are named ".tga" as well. The exports leave it
   /// off.

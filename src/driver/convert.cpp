@@ -122,7 +122,9 @@ void ReleaseScene(ConversionJob& job) {
   job.sceneRoot = nullptr;
   job.textureErrorNode = nullptr;
   job.skeleton->bindPose = nullptr;
+  job.skeleton->skinPose.reset();
   job.skeleton->boneNodes.clear();
+  job.skeleton->boneOf.clear();
   job.skeleton->firstPoseOf.clear();
   job.skeleton->nextBound.clear();
   job.skeleton->firstBoneNode = nullptr;
@@ -168,6 +170,7 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   if (!LoadScene(*job.sdkManager, *job.scene, fbxPath, versions)) return ConversionResult::LoadFailed;
   ReportLoaded(job, versions);
   job.sceneRoot = job.scene->GetRootNode();
+  if (request.chooseRepairs) job.repairs = request.chooseRepairs(job);
   const ConversionResult result = ConvertLoadedScene(job, fbxPath);
   if (request.onConverted && result == ConversionResult::Success) request.onConverted(*job.sceneRoot);
   ReleaseScene(job);

@@ -24,6 +24,8 @@ struct ConversionRequest {
   std::string fbxPath;
   /// Path that the actor type is read from, when it is not `fbxPath`.
   std::string actorPath;
+  /// Called with the job that has loaded its scene; what it answers becomes the job's repairs. May be empty.
+  std::function<RepairSettings(const ConversionJob& job)> chooseRepairs = nullptr;
   /// Called with the converted scene, before it goes. May be empty.
   std::function<void(const scene::KFbxNode& root)> onConverted = nullptr;
 };

@@ -2,11 +2,14 @@
 #include "mesh/pose_deform.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
+#include <vector>
 
 #include "core/status.h"
 #include "scene/model/mesh.h"
 #include "skeleton/bind_pose.h"
+#include "skeleton/rigid_meshes.h"
 #include "skeleton/skeleton_state.h"
 
 namespace ts3d {
@@ -133,28 +136,36 @@ class SkinDeformation {
   const KFbxXMatrix meshPose_;
 };
 
+/// World transform of the mesh at bind time, or none for a mesh that keeps its own space.
+std::optional<KFbxXMatrix> PlaceOfMesh(const KFbxNode& node, ConversionJob& job) {
+  SkeletonState& skeleton = *job.skeleton;
+  const bool keepsPlace = job.repairs.attachRigid && !HasSkin(*node.GetMesh());
+  if (!skeleton.hasExtractedBones) {
+    return keepsPlace ? std::optional(node.GetGlobalFromDefaultTake()) : std::nullopt;
+  }
+  if (const int index = BindPoseIndex(&node, *job.scene, skeleton); index >= 0)
+    return BindMatrix(index, skeleton);
+  if (keepsPlace) return BindWorld(node, *job.scene, skeleton);
+  StatusLog(job, ComposeMessage("Missing Bind Pose Data for Mesh: ", node.GetName()));
+  return std::nullopt;
+}
+
 }  // namespace
 
 scene::FbxArray<double> PoseControlPoints(const KFbxNode& node, ConversionJob& job) {
   KFbxMesh& mesh = *node.GetMesh();
   SkeletonState& skeleton = *job.skeleton;
+  const std::optional<KFbxXMatrix> pose = PlaceOfMesh(node, job);
   scene::FbxArray<double> points = mesh.TakeControlPoints();
-
-  const int index = skeleton.hasExtractedBones ? BindPoseIndex(&node, *job.scene, skeleton) : -1;
-  if (index < 0) {
-    if (skeleton.hasExtractedBones) {
-      StatusLog(job, ComposeMessage("Missing Bind Pose Data for Mesh: ", node.GetName()));
-    }
-    TransformPoints(node.GetGeometricTransform(), points);
-  } else {
-    const KFbxXMatrix meshPose = BindMatrix(index, skeleton);
+  if (pose) {
     for (const scene::KFbxShape& shape : mesh.GetShapes()) ApplyShape(shape, points);
-    if (mesh.GetSkinCount() > 0) {
-      SkinDeformation(node, meshPose, job).Apply(points);
-      mesh.ReleaseSkins();
-    } else {
-      TransformPoints(meshPose * node.GetGeometricTransform(), points);
-    }
+  }
+  if (pose && mesh.GetSkinCount() > 0 && skeleton.hasExtractedBones) {
+    SkinDeformation(node, *pose, job).Apply(points);
+    mesh.ReleaseSkins();
+  } else {
+    const KFbxXMatrix& geometric = node.GetGeometricTransform();
+    TransformPoints(pose ? *pose * geometric : geometric, points);
   }
   if (skeleton.firstBoneNode && job.actorType != ActorType::None) {
     TransformPoints(skeleton.actorTurn, points);

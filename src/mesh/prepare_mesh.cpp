@@ -12,6 +12,8 @@
 #include "scene/geometry/vertex_normals.h"
 #include "scene/model/mesh.h"
 #include "scene/model/scene.h"
+#include "skeleton/rigid_meshes.h"
+#include "skeleton/skeleton_state.h"
 
 namespace ts3d {
 namespace {
@@ -85,12 +87,17 @@ void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh) {
   mesh.SelectUVSet(first ? first->GetUVSet() : scene::KString());
 }
 
+bool FollowsBoneAbove(const KFbxMesh& mesh, const ConversionJob& job) {
+  return job.repairs.attachRigid && !HasSkin(mesh);
+}
+
 }  // namespace
 
 MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJob& job) {
   KFbxMesh& mesh = *node.GetMesh();
   MeshData data;
-  data.influences = GatherBoneInfluences(mesh, job);
+  data.influences = FollowsBoneAbove(mesh, job) ? WholeWeightOnBoneAbove(node, *job.skeleton)
+                                                : GatherBoneInfluences(mesh, job);
   data.triangles = Triangulate(mesh, name, job);
   // Only slices ask which polygon a triangle is from.
   if (node.GetMaterialCount() < 2) {

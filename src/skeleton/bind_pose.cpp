@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "skeleton/bind_pose.h"
 
+#include "skeleton/bind_from_skin.h"
+
 namespace ts3d {
 
 void ChooseBindPose(const scene::KFbxScene& scene, SkeletonState& skeleton) {
@@ -18,6 +20,12 @@ void ChooseBindPose(const scene::KFbxScene& scene, SkeletonState& skeleton) {
     }
   }
   if (skeleton.bindPose && tie) skeleton.bindPoseAmbiguous = true;
+}
+
+bool TakeBindPoseOfSkins(const scene::KFbxScene& scene, SkeletonState& skeleton) {
+  skeleton.skinPose = BindPoseOfSkins(scene);
+  skeleton.bindPose = skeleton.skinPose.get();
+  return skeleton.bindPose != nullptr;
 }
 
 namespace {

@@ -12,6 +12,10 @@ namespace ts3d {
 /// large.
 void ChooseBindPose(const scene::KFbxScene& scene, SkeletonState& skeleton);
 
+/// Makes the pose in which the skins were bound the bind pose, if they tell one.
+/// @return whether they do
+bool TakeBindPoseOfSkins(const scene::KFbxScene& scene, SkeletonState& skeleton);
+
 /// Index of `node` in the bind pose, or -1. When the choice of the bind pose was ambiguous and it lacks the
 /// node, the first bind pose that has it becomes the bind pose.
 int BindPoseIndex(const scene::KFbxNode* node, const scene::KFbxScene& scene, SkeletonState& skeleton);

@@ -17,14 +17,19 @@ constexpr float kUsedWeight = 0.05f;
 /// Identifier of the bone that `cluster` follows, or -1.
 int32_t FindBone(const scene::KFbxCluster& cluster, const ConversionJob& job) {
   if (!cluster.GetLink()) return -1;
+  const SkeletonState& skeleton = *job.skeleton;
+  if (job.repairs.joinRoots) {
+    // Joined armatures often have the same names.
+    if (const auto own = skeleton.boneOf.find(cluster.GetLink()); own != skeleton.boneOf.end())
+      return own->second;
+  }
   std::string name = SanitizeMeshName(cluster.GetLink()->GetName());
   if (name.empty()) return -1;
-  const BoneTree& bones = job.skeleton->bones;
-  int32_t id = bones.IdByName(name);
+  int32_t id = skeleton.bones.IdByName(name);
   if (id < 0) {
     // Namespaces that cleaning left in front.
     name.erase(0, name.rfind(':') + 1);
-    id = bones.IdByName(name);
+    id = skeleton.bones.IdByName(name);
   }
   if (id >= 0) return id;
   StatusLog(job, ComposeMessage(">>> Unable to Find BoneID for ", name));

@@ -48,11 +48,14 @@ void WriteCsf(BoneTree& bones, ByteWriter& out) {
 
 void ExtractSkeleton(ConversionJob& job) {
   SkeletonState& skeleton = *job.skeleton;
-  ChooseBindPose(*job.scene, skeleton);
+  const RepairSettings& repairs = job.repairs;
+  if (!repairs.bindFromSkin || !TakeBindPoseOfSkins(*job.scene, skeleton))
+    ChooseBindPose(*job.scene, skeleton);
   if (!skeleton.bindPose && job.isFbxFile) {
     StatusLog(job, ">>> No Defined Bind Pose!");
     StatusLog(job, ">>> Skeleton may not import correctly!");
   }
+  if (repairs.joinRoots) JoinRoots(job);
   const scene::KFbxNode& root = *job.scene->GetRootNode();
   for (int i = 0; i < root.GetChildCount(); ++i) ExtractBones(*root.GetChild(i), job);
   skeleton.hasExtractedBones = skeleton.bones.BoneCount() > 0;

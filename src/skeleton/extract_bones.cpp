@@ -8,6 +8,7 @@
 #include "core/status.h"
 #include "scene/math/angles.h"
 #include "skeleton/bind_pose.h"
+#include "skeleton/top_bones.h"
 
 namespace ts3d {
 namespace {
@@ -36,14 +37,14 @@ class BoneExtractor {
       int32_t level;
       BoneNode* parent;
     };
-    std::vector<Pending> pending{{&top, 0, &skeleton_.bones.Root()}};
+    std::vector<Pending> pending{{&top, 0, &TopParent()}};
     while (!pending.empty()) {
       auto [node, level, parent] = pending.back();
       pending.pop_back();
       const KFbxNodeAttribute* attribute = node->GetNodeAttribute();
-      if (!attribute) continue;
+      if (!attribute && !job_.repairs.openGroups) continue;
       if (node->IsSkeleton()) parent = ExtractBone(*node, *parent);
-      if (attribute->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eMESH &&
+      if (attribute && attribute->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eMESH &&
           level < skeleton_.shallowestMeshLevel) {
         skeleton_.shallowestMeshLevel = level;
         skeleton_.modelNode = node->GetParent();
@@ -52,7 +53,32 @@ class BoneExtractor {
     }
   }
 
+  void AddJoiningRoot(const std::string& name, const KFbxNode& firstTop) {
+    const KFbxNode& sceneRoot = *scene_.GetRootNode();
+    skeleton_.hasJoiningRoot = true;
+    skeleton_.firstBoneNode = &sceneRoot;
+    BoneNode& bone = AddBone(sceneRoot, skeleton_.bones.Root());
+    bone.name = name;
+    // The actor turns where it would turn without the new root.
+    if (job_.actorType != ActorType::None) {
+      skeleton_.actorTurn = TurnAround(BindWorld(firstTop, scene_, skeleton_));
+    }
+    SetTransforms(bone, skeleton_.actorTurn);
+  }
+
  private:
+  BoneNode& TopParent() {
+    BoneNode& root = skeleton_.bones.Root();
+    return skeleton_.hasJoiningRoot ? *root.children.front() : root;
+  }
+
+  BoneNode& AddBone(const KFbxNode& node, BoneNode& parent) {
+    BoneNode& bone = skeleton_.bones.AddChild(parent);
+    skeleton_.boneNodes.push_back(&node);
+    skeleton_.boneOf.emplace(&node, bone.id);
+    return bone;
+  }
+
   /// @return the parent bone for the node's children
   BoneNode* ExtractBone(const KFbxNode& node, BoneNode& parent) {
     if (&parent == &skeleton_.bones.Root() && !parent.children.empty()) {
@@ -60,11 +86,10 @@ class BoneExtractor {
       return &parent;
     }
     if (!skeleton_.firstBoneNode) skeleton_.firstBoneNode = &node;
-    BoneNode& bone = skeleton_.bones.AddChild(parent);
-    skeleton_.boneNodes.push_back(&node);
+    BoneNode& bone = AddBone(node, parent);
     bone.name = SanitizeMeshName(node.GetName());
     KFbxXMatrix m = BoneTransform(node, bone);
-    if (job_.rigidBones) {
+    if (job_.repairs.rigidBones || skeleton_.hasJoiningRoot) {
       m = RigidTransform(node, bone);
     } else {
       m.SetT(m.GetT() * skeleton_.rootScale);
@@ -78,12 +103,12 @@ class BoneExtractor {
   KFbxXMatrix BoneTransform(const KFbxNode& node, const BoneNode& bone) {
     const int index = BindPoseIndex(&node, scene_, skeleton_);
     const bool isBound = skeleton_.bindPose && index >= 0;
-    KFbxXMatrix m = isBound ? BindMatrix(index, skeleton_) : DefaultTransform(node);
+    KFbxXMatrix m = isBound ? BindMatrix(index, skeleton_) : DefaultTransform(node, bone);
     if (skeleton_.bindPose && !isBound)
       StatusLog(job_, ComposeMessage("No Bind Pose Data for: ", node.GetName()));
     if (isBound && skeleton_.bindPose->IsLocalMatrix(index)) WarnOfLocalMatrix(bone);
     // Looking up the parent may move on to another bind pose, so it comes after the node's own matrix.
-    const int parentIndex = isBound ? BindPoseIndex(node.GetParent(), scene_, skeleton_) : -1;
+    const int parentIndex = isBound ? BindPoseIndex(NodeAbove(node, bone), scene_, skeleton_) : -1;
     if (bone.id == 0) {
       skeleton_.rootTransform = node.GetGlobalFromDefaultTake();
       skeleton_.rootScale = (isBound ? m : skeleton_.rootTransform).GetS();
@@ -105,8 +130,18 @@ class BoneExtractor {
     return {bone.boneSpaceTranslation, bone.boneSpaceRotationEuler, {1, 1, 1}};
   }
 
-  KFbxXMatrix DefaultTransform(const KFbxNode& node) const {
+  /// The node that the bone's transform is relative to. Opened groups between two bones are no bones, so that
+  /// their transforms have to be part of the lower one's.
+  const KFbxNode* NodeAbove(const KFbxNode& node, const BoneNode& bone) const {
+    if (!job_.repairs.openGroups || bone.id == 0) return node.GetParent();
+    return skeleton_.boneNodes[static_cast<size_t>(bone.parent->id)];
+  }
+
+  KFbxXMatrix DefaultTransform(const KFbxNode& node, const BoneNode& bone) const {
     if (&node == skeleton_.firstBoneNode) return node.GetGlobalFromDefaultTake();
+    if (const KFbxNode* above = NodeAbove(node, bone); above != node.GetParent()) {
+      return above->GetGlobalFromDefaultTake().Inverse() * node.GetGlobalFromDefaultTake();
+    }
     const KFbxXMatrix local = node.GetLocalFromDefaultTake();
     return {local.GetT(), local.GetR(), local.GetS()};
   }
@@ -176,6 +211,11 @@ scene::KFbxQuaternion EulerToQuaternion(const KFbxVector4& degrees) {
   const auto [sc, cc] = scene::SinCos(c);
   return {sa * cb * cc - ca * sb * sc, ca * sb * cc + sa * cb * sc, ca * cb * sc - sa * sb * cc,
           -(ca * cb * cc + sa * sb * sc)};
+}
+
+void JoinRoots(ConversionJob& job) {
+  const std::vector<const KFbxNode*> tops = FindTopBones(*job.scene, job.repairs.openGroups);
+  if (tops.size() > 1) BoneExtractor(job).AddJoiningRoot(NameForNewRoot(*job.scene), *tops.front());
 }
 
 void ExtractBones(const scene::KFbxNode& node, ConversionJob& job) { BoneExtractor(job).Extract(node); }
