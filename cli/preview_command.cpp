@@ -157,8 +157,10 @@ int RunPreview(const PreviewOptions& options) {
   try {
     const bool wantsPage = HasExtension(options.output, ".html");
     if (wantsPage && preview::PageTemplate().empty()) {
-      throw PreviewFailure(kUsageError,
-                           "this fbx2czp was built without Node.js and has no page; write a .png picture");
+      throw PreviewFailure(
+          kUsageError,
+          "this fbx2czp was built without the page (it takes three.js); run scripts/prepare and "
+          "build it again, or write a .png picture");
     }
     const actor::Actor actor = LoadInput(options.input);
     if (wantsPage) {

@@ -35,6 +35,11 @@ if(NOT CMAKE_CROSSCOMPILING AND NOT FBX_TO_TS3D_SANITIZE)
   install(FILES ${papers}/_fbx2czp DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT tool)
   install(FILES ${papers}/fbx2czp.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tool)
 endif()
+if(TARGET ts3d_page)
+  # The page holds three.js.
+  install(FILES ${PROJECT_SOURCE_DIR}/web/three-license.txt COMPONENT tool
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_tool} RENAME copyright.three.js)
+endif()
 foreach(component library development tool)
   set(doc_${component} ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_${component}})
   install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${doc_${component}} COMPONENT ${component} RENAME copyright)

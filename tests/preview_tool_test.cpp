@@ -60,8 +60,8 @@ TEST_F(PreviewTool, WhatFailsIsNamedAndLeavesNothing) {
 TEST_F(PreviewTool, APageHoldsItsActorOrTheToolSaysThatItHasNone) {
   CopySample("scout.fbx");
   const int status = Run("preview scout.fbx -o page.html");
-  if (status == 64) {  // a build without Node
-    EXPECT_TRUE(Printed("built without Node.js")) << errors_;
+  if (status == 64) {  // a build without the page
+    EXPECT_TRUE(Printed("run scripts/prepare and build it again")) << errors_;
     EXPECT_EQ(Files(), "scout.fbx");
     return;
   }
@@ -69,6 +69,7 @@ TEST_F(PreviewTool, APageHoldsItsActorOrTheToolSaysThatItHasNone) {
   const std::string page = ReadWholeFile(folder_.Path("page.html"));
   EXPECT_EQ(page.find("ACTOR_DATA"), std::string::npos);
   EXPECT_NE(page.find("\"title\":\"scout.fbx\""), std::string::npos);
+  EXPECT_NE(page.find("three.js authors"), std::string::npos) << "the library and its licence";
 }
 
 }  // namespace

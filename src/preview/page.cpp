@@ -9,7 +9,7 @@ namespace preview {
 
 std::string WritePage(const actor::Actor& source, const std::string& title,
                       const actor::PictureEncoder& encode, const std::optional<Vector>& up) {
-  // Where the actor goes, as web/build.mjs leaves it.
+  // Where the actor goes, as in web/src/page.html.
   constexpr std::string_view kMark = "ACTOR_DATA";
   std::string page;
   for (const std::string_view piece : PageTemplate()) page += piece;

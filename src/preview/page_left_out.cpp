@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Takes the place of the page in a build without Node.
+// Takes the place of the page in a build without it.
 #include "preview/page.h"
 
 namespace preview {

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
 // Bones as long octahedra with joints, drawn over the model, and their names.
-import * as THREE from "three";
+import { toLight } from "page/colours.js";
 
-const kBone = new THREE.Color("#2f62d9");
-const kJoint = new THREE.Color("#f08c00");
-const kChosen = new THREE.Color("#d9261c");
+const kBone = toLight("#2f62d9");
+const kJoint = toLight("#f08c00");
+const kChosen = toLight("#d9261c");
 const kUp = new THREE.Vector3(0, 1, 0);
 
-/** A flat material that the model does not hide. */
-const overlay = { depthTest: false, depthWrite: false, transparent: true };
+/** A flat material in colours of its own that the model does not hide. */
+const overlay = { depthTest: false, depthWrite: false, transparent: true, vertexColors: THREE.VertexColors };
 
 /** An octahedron from 0 to 1 along y, broadest near 0. */
 function makeBoneGeometry() {
@@ -25,9 +25,9 @@ function makeBoneGeometry() {
 
 function makeShapes(count) {
   const material = new THREE.MeshBasicMaterial({ ...overlay, opacity: 0.8, side: THREE.DoubleSide });
-  const shapes = new THREE.InstancedMesh(makeBoneGeometry(), material, count);
-  for (let i = 0; i < count; ++i) shapes.setColorAt(i, kBone);
-  return shapes;
+  const geometry = makeBoneGeometry();
+  geometry.setAttribute("color", new THREE.InstancedBufferAttribute(new Float32Array(3 * count), 3));
+  return new THREE.InstancedMesh(geometry, material, count);
 }
 
 function makePoints(count) {
@@ -35,8 +35,7 @@ function makePoints(count) {
   for (const name of ["position", "color"]) {
     geometry.setAttribute(name, new THREE.BufferAttribute(new Float32Array(3 * count), 3));
   }
-  const material = { ...overlay, vertexColors: true, size: 7, sizeAttenuation: false };
-  return new THREE.Points(geometry, new THREE.PointsMaterial(material));
+  return new THREE.Points(geometry, new THREE.PointsMaterial({ ...overlay, size: 7, sizeAttenuation: false }));
 }
 
 export class Bones {
@@ -65,7 +64,7 @@ export class Bones {
     this.joints = this.bones.map((_, i) => pose.jointOf(i));
     const points = this.points.geometry.attributes.position;
     this.joints.forEach((joint, i) => {
-      points.setXYZ(i, ...joint);
+      points.setXYZ(i, joint.x, joint.y, joint.z);
       this.shapes.setMatrixAt(i, this.shapeMatrix(i));
     });
     points.needsUpdate = this.shapes.instanceMatrix.needsUpdate = true;
@@ -79,7 +78,7 @@ export class Bones {
     const along = to.clone().sub(from), length = along.length();
     if (length === 0) return new THREE.Matrix4().makeScale(0, 0, 0);
     const turn = new THREE.Quaternion().setFromUnitVectors(kUp, along.divideScalar(length));
-    const width = THREE.MathUtils.clamp(0.1 * length, 0.003 * this.size, 0.017 * this.size);
+    const width = THREE.Math.clamp(0.1 * length, 0.003 * this.size, 0.017 * this.size);
     return new THREE.Matrix4().compose(from, turn, new THREE.Vector3(width, length, width));
   }
 
@@ -90,13 +89,12 @@ export class Bones {
 
   /** A shape ends at the joint of a child, so those of the chosen bone's children are its own. */
   paint() {
-    const points = this.points.geometry.attributes.color;
+    const [shapes, points] = [this.shapes, this.points].map(({ geometry }) => geometry.attributes.color);
     this.bones.forEach(({ parent }, i) => {
-      this.shapes.setColorAt(i, parent >= 0 && parent === this.chosen ? kChosen : kBone);
-      points.setXYZ(i, ...(i === this.chosen ? kChosen : kJoint));
+      (parent >= 0 && parent === this.chosen ? kChosen : kBone).toArray(shapes.array, 3 * i);
+      (i === this.chosen ? kChosen : kJoint).toArray(points.array, 3 * i);
     });
-    points.needsUpdate = true;
-    if (this.shapes.instanceColor) this.shapes.instanceColor.needsUpdate = true;
+    shapes.needsUpdate = points.needsUpdate = true;
   }
 
   /** Places of the joints on the stage: [{x, y}] in pixels, null behind the viewer. */

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-import { Box3, Vector3 } from "three";
-import { readActor } from "./actor.js";
-import { Bones } from "./bones.js";
-import { Meshes } from "./meshes.js";
-import { Panel } from "./panel.js";
-import { Pose } from "./pose.js";
-import { Stage } from "./stage.js";
+import { readActor } from "page/actor.js";
+import { Bones } from "page/bones.js";
+import { Meshes } from "page/meshes.js";
+import { Panel } from "page/panel.js";
+import { Pose } from "page/pose.js";
+import { Stage } from "page/stage.js";
 
 const kViewAngle = 32; // degrees, as in the tool's pictures
 
@@ -15,7 +14,7 @@ function start() {
   const stage = new Stage(element, actor.stand, () => bones.placeNames(stage.camera, stage.width, stage.height));
   const meshes = new Meshes(actor, () => stage.draw());
   const pose = new Pose(actor.bones);
-  const size = new Box3().setFromObject(meshes.group).getSize(new Vector3()).length();
+  const size = boundsOf(meshes.all).getSize(new THREE.Vector3()).length();
   const bones = new Bones(actor.bones, document.getElementById("labels"), size);
   stage.model.add(meshes.group, bones.group);
   stage.scene.updateMatrixWorld();
@@ -59,10 +58,16 @@ function start() {
   stage.resize();
   follow();
   choose(actor.bones.length > 0 ? 0 : -1);
-  const box = new Box3().setFromObject(meshes.group).union(new Box3().setFromObject(bones.points));
+  const box = boundsOf([...meshes.all, bones.points]);
   stage.frame(box, kViewAngle);
   // For tests and for the browser's console.
   window.preview = { actor, pose, meshes, bones, stage, bend, choose };
+}
+
+/** Bounds of the vertices of `objects` on the stage; the library's own are boundless where one has none. */
+function boundsOf(objects) {
+  return objects.reduce((bounds, { geometry, matrixWorld }) => bounds.union(
+    new THREE.Box3().setFromBufferAttribute(geometry.attributes.position).applyMatrix4(matrixWorld)), new THREE.Box3());
 }
 
 /** A click that does not turn the model chooses the bone under it. */

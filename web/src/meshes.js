@@ -1,25 +1,25 @@
 // SPDX-License-Identifier: MIT
 //
 // The meshes of an actor as the stage draws them.
-import * as THREE from "three";
-import { paintWeights } from "./weights.js";
+import { toLight } from "page/colours.js";
+import { paintWeights } from "page/weights.js";
 
-const kPlain = "#b8bcc2"; // a mesh whose material is missing or switched off
+const kPlain = toLight("#b8bcc2"); // a mesh whose material is missing or switched off
 
 function makeMaterial(look, textures) {
   const material = new THREE.MeshStandardMaterial({
     side: THREE.DoubleSide, roughness: 0.75, metalness: 0, alphaTest: 0.5,
   });
-  if (!look) material.color.set(kPlain);
+  if (!look) material.color.copy(kPlain);
   else if (look.texture >= 0) material.map = textures[look.texture];
-  else material.color.setRGB(...look.colour.map((part) => part / 255), THREE.SRGBColorSpace);
+  else material.color.copy(toLight(...look.colour.map((part) => part / 255)));
   return material;
 }
 
 function loadTextures(textures, whenLoaded) {
   return textures.map(({ url }) => {
     const texture = new THREE.TextureLoader().load(url, whenLoaded);
-    texture.colorSpace = THREE.SRGBColorSpace;
+    texture.encoding = THREE.sRGBEncoding;
     texture.flipY = false; // v counts from the top
     texture.wrapS = texture.wrapT = THREE.RepeatWrapping;
     texture.anisotropy = 4;
@@ -45,7 +45,7 @@ export class Meshes {
     this.looks = actor.materials.map((look) => makeMaterial(look, textures));
     this.plain = makeMaterial(null, textures);
     this.painted = makeMaterial(null, textures);
-    this.painted.vertexColors = true;
+    this.painted.vertexColors = THREE.VertexColors;
     this.painted.color.set("#ffffff");
     this.off = new Set(); // numbers of the materials that are switched off
     this.weightBone = -1;

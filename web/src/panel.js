@@ -90,6 +90,6 @@ export class Panel {
   show(bone, degrees) {
     this.select.selectedIndex = bone;
     byId("angle").value = degrees;
-    byId("degrees").textContent = `${degrees}°`;
+    byId("degrees").textContent = `${degrees}\u00b0`;
   }
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Bent bones, and the vertices that follow them: linear skinning as the host does it.
-import { Matrix3, Matrix4, Quaternion, Vector3 } from "three";
 
+const { Matrix3, Matrix4, Quaternion, Vector3 } = THREE;
 const axes = [new Vector3(1, 0, 0), new Vector3(0, 1, 0), new Vector3(0, 0, 1)];
 
 export class Pose {
@@ -45,7 +45,7 @@ export class Pose {
       turn.multiply(new Quaternion().setFromAxisAngle(axes[axis], (degrees * Math.PI) / 180));
     });
     const bind = this.binds[bone];
-    const inverse = bind.clone().invert();
+    const inverse = new Matrix4().getInverse(bind);
     return bind.clone().multiply(new Matrix4().makeRotationFromQuaternion(turn)).multiply(inverse);
   }
 

@@ -1,17 +1,36 @@
 // SPDX-License-Identifier: MIT
 //
 // The renderer, the lights and the viewer. The model stands upright on it, whatever its own axes are.
-import * as THREE from "three";
-import { OrbitControls } from "three/examples/jsm/controls/OrbitControls.js";
+import { toLight } from "page/colours.js";
+
+// The library itself has no more than a plain power for the screen; this is the curve of sRGB.
+THREE.ShaderChunk.encodings_fragment = "gl_FragColor = LinearTosRGB(gl_FragColor);";
+
+function makeRenderer() {
+  const canvas = document.createElement("canvas");
+  const settings = { alpha: false, antialias: true };
+  // WebGL 2 repeats pictures of any size. Where it is missing, null leads to WebGL 1.
+  const context = canvas.getContext("webgl2", settings);
+  const renderer = new THREE.WebGLRenderer({ ...settings, canvas, context });
+  renderer.physicallyCorrectLights = true;
+  renderer.setPixelRatio(Math.min(window.devicePixelRatio, 2));
+  renderer.setClearColor("#f3f5f7");
+  return renderer;
+}
+
+function makeControls(camera, element) {
+  const controls = new THREE.OrbitControls(camera, element);
+  controls.screenSpacePanning = true;
+  controls.enableKeys = false; // arrow keys are for the panel
+  return controls;
+}
 
 export class Stage {
   /** @param stand {side, up, front} of the model; they become x, y and z of the stage */
   constructor(element, stand, beforeDrawing) {
     this.element = element;
     this.beforeDrawing = beforeDrawing;
-    this.renderer = new THREE.WebGLRenderer({ antialias: true });
-    this.renderer.setPixelRatio(Math.min(window.devicePixelRatio, 2));
-    this.renderer.setClearColor("#f3f5f7");
+    this.renderer = makeRenderer();
     element.prepend(this.renderer.domElement);
     this.scene = new THREE.Scene();
     this.camera = new THREE.PerspectiveCamera(25, 1, 0.01, 100);
@@ -20,7 +39,7 @@ export class Stage {
     const [side, up, front] = [stand.side, stand.up, stand.front].map((axis) => new THREE.Vector3(...axis));
     this.model.quaternion.setFromRotationMatrix(new THREE.Matrix4().makeBasis(side, up, front).transpose());
     this.scene.add(this.model, this.camera);
-    this.controls = new OrbitControls(this.camera, this.renderer.domElement);
+    this.controls = makeControls(this.camera, this.renderer.domElement);
     this.controls.addEventListener("change", () => this.draw());
     new ResizeObserver(() => this.resize()).observe(element);
     this.pending = false;
@@ -32,7 +51,7 @@ export class Stage {
     const fill = new THREE.DirectionalLight("#ffffff", 0.6);
     fill.position.set(1, 0, 0.6);
     this.camera.add(key, key.target, fill, fill.target); // the lights move along with the viewer
-    this.scene.add(new THREE.HemisphereLight("#ffffff", "#c8ccd4", 1.3));
+    this.scene.add(new THREE.HemisphereLight("#ffffff", toLight("#c8ccd4"), 1.3));
   }
 
   /** Brings `box` into the frame, seen from the front at an angle. */

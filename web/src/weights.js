@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
 // The weights of one bone as colours; page.css shows the same scale.
-import { Color } from "three";
+import { toLight } from "page/colours.js";
 
-const scale = ["#d2d6e4", "#3aa6dc", "#4bbf4f", "#f2c230", "#e03a2a"].map((text) => new Color(text));
+const scale = ["#d2d6e4", "#3aa6dc", "#4bbf4f", "#f2c230", "#e03a2a"].map((text) => toLight(text));
 
 function colourOf(weight, into) {
   const place = Math.min(Math.max(weight, 0), 1) * (scale.length - 1);
   const first = Math.min(Math.floor(place), scale.length - 2);
-  return into.lerpColors(scale[first], scale[first + 1], place - first);
+  return into.copy(scale[first]).lerp(scale[first + 1], place - first);
 }
 
 /** The weight that `bone` has in each vertex of `mesh`. */
@@ -24,6 +24,6 @@ export function weightsOf(mesh, bone) {
 
 /** Writes a colour for each vertex. */
 export function paintWeights(mesh, bone, colours) {
-  const colour = new Color();
+  const colour = new THREE.Color();
   weightsOf(mesh, bone).forEach((weight, vertex) => colourOf(weight, colour).toArray(colours, 3 * vertex));
 }

@@ -5,9 +5,8 @@ import assert from "node:assert/strict";
 import { copyFileSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
-import { contentOf, difference, keepPicture, startBrowser } from "./browser.mjs";
+import { contentOf, difference, keepPicture, sample, startBrowser } from "./browser.mjs";
 
-const sample = join(import.meta.dirname, "..", "..", "samples", "scout.fbx");
 let browser, page, problems;
 
 before(async () => {

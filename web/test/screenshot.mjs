@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
 // Takes the picture of the page for docs/gallery.md: FBX2CZP=... CHROMIUM=... node test/screenshot.mjs OUT.jpg
-import { join } from "node:path";
-import { startBrowser } from "./browser.mjs";
+import { sample, startBrowser } from "./browser.mjs";
 
 const browser = await startBrowser();
-const { page } = await browser.open(join(import.meta.dirname, "..", "..", "samples", "scout.fbx"));
+const { page } = await browser.open(sample);
 await page.setViewportSize({ width: 900, height: 600 });
 await page.selectOption("#bone", { index: await page.evaluate(() =>
   window.preview.actor.bones.findIndex(({ name }) => name === "L_forearm")) });
