@@ -1,75 +1,59 @@
 // SPDX-License-Identifier: MIT
 #include "repack_command.h"
 
-#include <minizip/unzip.h>
 #include <minizip/zip.h>
 
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
+#include "actor/memory_archive.h"
+#include "actor/package_contents.h"
 #include "fbx_to_ts3d.h"
+#include "platform/replacement.h"
 #include "terminal.h"
 
 namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-struct CloseUnzip {
-  void operator()(void* package) const { unzClose(package); }
-};
-using PackageReader = std::unique_ptr<void, CloseUnzip>;
-
 void Check(int result, const char* what) {
   if (result < 0) throw std::runtime_error(what);
 }
 
-/// A member of the package that is read.
-struct Member {
-  std::string name;
-  unz64_file_pos position{};
+/// The package's archive, within the limits of all commands.
+class CheckedPackage {
+ public:
+  /// @throws std::runtime_error when the package is no sound archive or beyond the limits
+  explicit CheckedPackage(const std::string& path) {
+    std::string error;
+    actor::ReadLimits limits;
+    limits.keepsBytes = false;
+    if (!bytes_.Open(path, error)) throw std::runtime_error(error);
+    if (bytes_.Bytes().size() > limits.packageBytes) throw std::runtime_error("it is too large");
+    if (!actor::ReadPackageBytes(bytes_.Bytes(), limits, contents_, error)) throw std::runtime_error(error);
+    for (const actor::Member& member : Members()) {
+      if (!member.sound && !member.superseded) throw std::runtime_error("\"" + member.name + "\" is damaged");
+    }
+    archive_.emplace(bytes_.Bytes());
+  }
+
+  unzFile Archive() const { return archive_->Handle(); }
+  const std::vector<actor::Member>& Members() const { return contents_.members; }
+
+ private:
+  actor::PackageContents contents_;
+  platform::MappedFile bytes_;
+  std::optional<actor::MemoryArchive> archive_;
 };
 
-std::string CurrentName(void* package, unz_file_info64& info) {
-  Check(unzGetCurrentFileInfo64(package, &info, nullptr, 0, nullptr, 0, nullptr, 0),
-        "a member cannot be read");
-  std::string name(info.size_filename, '\0');
-  Check(unzGetCurrentFileInfo64(package, &info, name.data(), info.size_filename, nullptr, 0, nullptr, 0),
-        "a member cannot be read");
-  return name;
-}
-
-/// The last member of each name, in package order.
-std::vector<Member> LastMembers(void* package, size_t& count) {
-  std::vector<Member> all;
-  int result = unzGoToFirstFile(package);
-  for (; result == UNZ_OK; result = unzGoToNextFile(package)) {
-    unz_file_info64 info;
-    Member member;
-    member.name = CurrentName(package, info);
-    Check(unzGetFilePos64(package, &member.position), "a member cannot be found");
-    all.push_back(std::move(member));
-  }
-  // Members behind a damaged entry of the directory would be lost.
-  if (result != UNZ_END_OF_LIST_OF_FILE) throw std::runtime_error("the package's directory is damaged");
-  count = all.size();
-  std::map<std::string, size_t> last;
-  for (size_t i = 0; i < all.size(); ++i) last[all[i].name] = i;
-  std::vector<Member> kept;
-  for (size_t i = 0; i < all.size(); ++i) {
-    if (last[all[i].name] == i) kept.push_back(all[i]);
-  }
-  return kept;
-}
-
-void CopyMember(void* from, const Member& member, void* to) {
-  unz64_file_pos position = member.position;
+/// Copies the archive's current member, which is called `name`, as it is packed.
+void CopyMember(unzFile from, const std::string& name, zipFile to) {
   unz_file_info64 info;
-  Check(unzGoToFilePos64(from, &position), "a member cannot be found");
-  CurrentName(from, info);
+  Check(unzGetCurrentFileInfo64(from, &info, nullptr, 0, nullptr, 0, nullptr, 0), "a member cannot be read");
   int method = 0, level = 0;
   constexpr int kRaw = 1;
   Check(unzOpenCurrentFile2(from, &method, &level, kRaw), "a member cannot be opened");
@@ -78,8 +62,8 @@ void CopyMember(void* from, const Member& member, void* to) {
   entry.internal_fa = info.internal_fa;
   entry.external_fa = info.external_fa;
   const int isLarge = info.uncompressed_size >= 0xffffffff ? 1 : 0;
-  Check(zipOpenNewFileInZip2_64(to, member.name.c_str(), &entry, nullptr, 0, nullptr, 0, "", method, level,
-                                kRaw, isLarge),
+  Check(zipOpenNewFileInZip2_64(to, name.c_str(), &entry, nullptr, 0, nullptr, 0, "", method, level, kRaw,
+                                isLarge),
         "a member cannot be written");
   std::vector<char> buffer(1 << 16);
   for (;;) {
@@ -92,36 +76,43 @@ void CopyMember(void* from, const Member& member, void* to) {
   Check(unzCloseCurrentFile(from), "a member is damaged");
 }
 
+/// Writes the members that count into the new file `newPath`.
 /// @return how many members were dropped
-size_t Repack(const fs::path& path, const fs::path& newPath) {
-  const PackageReader from(unzOpen64(path.string().c_str()));
-  if (!from) throw std::runtime_error("the package cannot be opened");
-  size_t count = 0;
-  const std::vector<Member> members = LastMembers(from.get(), count);
-  zipFile to = zipOpen64(newPath.string().c_str(), APPEND_STATUS_CREATE);
+size_t Repack(const CheckedPackage& package, const std::string& newPath) {
+  zipFile to = zipOpen64(newPath.c_str(), APPEND_STATUS_CREATE);
   if (!to) throw std::runtime_error("the new package cannot be written");
+  size_t dropped = 0;
   try {
-    for (const Member& member : members) CopyMember(from.get(), member, to);
+    int result = unzGoToFirstFile(package.Archive());
+    for (const actor::Member& member : package.Members()) {
+      Check(result, "a member cannot be found");
+      if (member.superseded) {
+        ++dropped;
+      } else {
+        CopyMember(package.Archive(), member.name, to);
+      }
+      result = unzGoToNextFile(package.Archive());
+    }
   } catch (...) {
     zipClose(to, "");
     throw;
   }
   Check(zipClose(to, ""), "the new package cannot be completed");
-  return count - members.size();
+  return dropped;
 }
 
 int RunRepack(const std::string& path) {
-  const fs::path newPath = path + ".new";
   try {
     const auto before = fs::file_size(path);
-    const size_t dropped = Repack(path, newPath);
-    fs::rename(newPath, path);
+    platform::Replacement file(path, platform::Links::Follow);
+    const CheckedPackage package(path);
+    if (!file.Create("wb")) throw std::runtime_error("the new package cannot be written");
+    const size_t dropped = Repack(package, file.Path());
+    if (!file.TakePlace()) throw std::runtime_error("the new package cannot be put into its place");
     std::printf("%s: %zu superseded members dropped, %ju bytes instead of %ju\n", path.c_str(), dropped,
                 static_cast<uintmax_t>(fs::file_size(path)), static_cast<uintmax_t>(before));
     return FBX_TO_TS3D_OK;
   } catch (const std::exception& error) {
-    std::error_code ignored;
-    fs::remove(newPath, ignored);
     PrintMessage(path, Severity::Error, error.what());
     return FBX_TO_TS3D_UPDATE_FAILED;
   }

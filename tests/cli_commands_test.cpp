@@ -128,6 +128,39 @@ TEST_F(Tool, FinishKeepsTheDocumentAndRepackDropsTheOldOnes) {
   EXPECT_EQ(output_.find("\"hat.cmf\" is not named by the document"), std::string::npos) << output_;
 }
 
+/// The list of files in the archive `bytes`, as the offset of each entry.
+std::vector<size_t> DirectoryEntries(const std::string& bytes) {
+  std::vector<size_t> entries;
+  const char kEntry[] = "PK\1\2";
+  for (size_t at = bytes.find(kEntry); at != std::string::npos; at = bytes.find(kEntry, at + 4)) {
+    entries.push_back(at);
+  }
+  return entries;
+}
+
+TEST_F(Tool, RepackRefusesPackagesThatGrowOrHoldNamesWithZeroBytes) {
+  CopySample("scout.fbx");
+  ASSERT_EQ(Run("convert scout.fbx -q"), 0);
+  const std::string sound = ReadWholeFile(folder_.Path("scout.czp"));
+  std::string overlapping = sound, withZero = sound;
+  withZero[sound.rfind("scout.xfg") + 2] = '\0';
+  // Everything from the checksum to the sizes, and the place, are those of the first file, a picture.
+  const std::vector<size_t> entries = DirectoryEntries(sound);
+  for (const size_t entry : entries) {
+    overlapping.replace(entry + 16, 12, sound, entries.front() + 16, 12);
+    overlapping.replace(entry + 42, 4, sound, entries.front() + 42, 4);
+  }
+  const std::pair<std::string, const char*> cases[] = {{overlapping, "its files overlap"},
+                                                       {withZero, "holds a zero byte"}};
+  for (const auto& [bytes, reason] : cases) {
+    folder_.Write("scout.czp", bytes);
+    EXPECT_EQ(Run("repack scout.czp"), 8);
+    EXPECT_TRUE(Printed(reason)) << errors_;
+    EXPECT_EQ(ReadWholeFile(folder_.Path("scout.czp")), bytes);
+  }
+  EXPECT_EQ(Files(), "scout.czp scout.fbx scout.xfg");
+}
+
 TEST_F(Tool, ConvertWithFinalSettingsKnowsTheSkeletonAndTheActorType) {
   CopySample("Actor (Girl).fbx");
   folder_.Write("s.json", R"({"renames": {"L_femur": "left femur"}})");

@@ -17,6 +17,7 @@ struct ReadLimits {
   uint64_t totalBytes = uint64_t{1} << 30;
   uint64_t ratio = 200;  ///< all that is unpacked to the archive's size, beyond `ratioFrom`
   uint64_t ratioFrom = uint64_t{128} << 20;  ///< plain pictures of one colour shrink to a thousandth
+  bool keepsBytes = true;  ///< else members are unpacked and checked, and stay without their bytes
 };
 
 /// A file in a package.

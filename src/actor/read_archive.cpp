@@ -47,6 +47,8 @@ class ArchiveReader {
     for (; result == UNZ_OK; result = unzGoToNextFile(archive_.Handle())) {
       if (members_.size() == limits_.members) return Refuse("it holds too many files");
       if (!ListCurrent()) return Refuse("its list of files is damaged");
+      if (members_.back().name.find('\0') != std::string::npos)
+        return Refuse("a name in it holds a zero byte");
       packed += std::min<uint64_t>(members_.back().packedSize, size_ + 1);
       // Files that share their bytes unpack to more than the archive could hold.
       if (packed > size_) return Refuse("its files overlap or lie beyond its end");
@@ -104,7 +106,7 @@ class ArchiveReader {
       if (total_ > limits_.ratioFrom && (total_ - limits_.ratioFrom) / limits_.ratio > size_) {
         return Refuse("it unpacks to far more than its packed size");
       }
-      if (!member.superseded) member.bytes.append(chunk, 0, static_cast<size_t>(read));
+      if (!member.superseded && limits_.keepsBytes) member.bytes.append(chunk, 0, static_cast<size_t>(read));
     }
     // Less than declared can pass the checksum of nothing.
     unz_file_info64 info{};
