@@ -18,27 +18,6 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-/// The texture whose picture is `source`, if possible one with a name relative to the model beside it.
-const scene::KFbxTexture* FindTextureOf(const ts3d::ConversionJob& job, const std::string& source) {
-  const scene::KFbxTexture* found = nullptr;
-  job.scene->ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
-    if (texture.GetFileName() != source) return;
-    if (!found || found->GetRelativeFileName().empty()) found = &texture;
-  });
-  return found;
-}
-
-/// Looks for the picture `source`. One that is embedded, and was taken out to `source`, comes
-/// last.
-TextureSearch FindPicture(TextureFinder& finder, const ts3d::ConversionJob& job, const std::string& source) {
-  const scene::KFbxTexture* texture = FindTextureOf(job, source);
-  if (!texture) return finder.Find(source, {});
-  if (!texture->IsEmbedded()) return finder.Find(source, texture->GetRelativeFileName());
-  const scene::KFbxVideo& video = *texture->GetVideo();
-  TextureSearch search = finder.Find(video.GetFileName(), video.GetRelativeFileName());
-  return search.found.empty() ? finder.Find(source, {}) : search;
-}
-
 /// Whether `a` was written before `b`. False when that is unknown.
 bool IsOlder(const fs::path& a, const fs::path& b) {
   std::error_code failedA, failedB;
@@ -110,7 +89,7 @@ void TextureConverter::Bring(const Request& request) {
     pictures_.try_emplace(request.tgaName, request.target);
     return CheckOwn(request);
   }
-  const TextureSearch search = FindPicture(finder_, request.job, request.source);
+  const TextureSearch search = FindPicture(request.job, request.source);
   if (search.found.empty()) {
     if (request.exists) return CheckReused(request);
     throw std::runtime_error(DescribePlaces(search.places));
@@ -122,6 +101,24 @@ void TextureConverter::Bring(const Request& request) {
   }
   ConvertOrEmbedded(request, search.found);
   pictures_[request.tgaName] = search.found;
+}
+
+/// Looks for the picture `source`. One that is embedded, and was taken out to `source`, comes last.
+TextureSearch TextureConverter::FindPicture(const ts3d::ConversionJob& job, const std::string& source) {
+  if (textures_.empty()) {
+    job.scene->ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
+      // One with a name relative to the model beside it is preferred.
+      const scene::KFbxTexture*& named = textures_[texture.GetFileName()];
+      if (!named || named->GetRelativeFileName().empty()) named = &texture;
+    });
+  }
+  const auto named = textures_.find(source);
+  if (named == textures_.end()) return finder_.Find(source, {});
+  const scene::KFbxTexture& texture = *named->second;
+  if (!texture.IsEmbedded()) return finder_.Find(source, texture.GetRelativeFileName());
+  const scene::KFbxVideo& video = *texture.GetVideo();
+  TextureSearch search = finder_.Find(video.GetFileName(), video.GetRelativeFileName());
+  return search.found.empty() ? finder_.Find(source, {}) : search;
 }
 
 /// A picture on disk comes before the one that is embedded, but only if it is any good.

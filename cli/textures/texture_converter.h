@@ -5,11 +5,16 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/conversion_job.h"
 #include "textures/picture_budget.h"
 #include "textures/texture_search.h"
+
+namespace scene {
+class KFbxTexture;
+}
 
 namespace cli {
 
@@ -51,6 +56,7 @@ class TextureConverter {
   };
 
   void Bring(const Request& request);
+  TextureSearch FindPicture(const ts3d::ConversionJob& job, const std::string& source);
   void CheckOwn(const Request& request);
   void CheckReused(const Request& request) const;
   void ConvertOrEmbedded(const Request& request, const std::filesystem::path& picture);
@@ -59,9 +65,10 @@ class TextureConverter {
 
   TextureFinder finder_;
   PictureBudget budget_;
-  std::map<std::string, bool> answers_;                    ///< by source
-  std::map<std::string, std::filesystem::path> pictures_;  ///< what each ".tga" file is made of
-  std::map<std::filesystem::path, Decoded> decoded_;       ///< by picture; each is decoded once
+  std::map<std::string_view, const scene::KFbxTexture*> textures_;  ///< of the job's scene, by file name
+  std::map<std::string, bool> answers_;                             ///< by source
+  std::map<std::string, std::filesystem::path> pictures_;           ///< what each ".tga" file is made of
+  std::map<std::filesystem::path, Decoded> decoded_;                ///< by picture; each is decoded once
   std::vector<TextureProblem> problems_;
 };
 

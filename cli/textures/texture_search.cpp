@@ -36,19 +36,18 @@ TextureFinder::TextureFinder(const fs::path& model)
 /// none.
 fs::path TextureFinder::EntryIgnoringCase(const fs::path& folder, const std::string& name) {
   const auto [entries, isNew] = namesIn_.try_emplace(folder);
-  std::vector<std::string>& names = entries->second;
+  std::map<std::string, std::string>& names = entries->second;
   if (isNew) {
     std::error_code failed;
     for (fs::directory_iterator entry(folder, failed), end; !failed && entry != end;
          entry.increment(failed)) {
-      names.push_back(entry->path().filename().string());
+      const std::string found = entry->path().filename().string();
+      std::string& first = names[ts3d::LowerCase(found)];
+      if (first.empty() || found < first) first = found;
     }
   }
-  const std::string* best = nullptr;
-  for (const std::string& candidate : names) {
-    if (ts3d::EqualsIgnoreCase(candidate, name) && (!best || candidate < *best)) best = &candidate;
-  }
-  return best ? fs::path(*best) : fs::path();
+  const auto found = names.find(ts3d::LowerCase(name));
+  return found == names.end() ? fs::path() : fs::path(found->second);
 }
 
 /// What exists under `path` in any letter case; empty when nothing does.

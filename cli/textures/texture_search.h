@@ -38,7 +38,8 @@ class TextureFinder {
 
   std::filesystem::path folder_;
   std::string stem_;
-  std::map<std::filesystem::path, std::vector<std::string>> namesIn_;  ///< of each folder that was read
+  /// Of each folder that was read: its names, by those in lower case, where the first one stands for all.
+  std::map<std::filesystem::path, std::map<std::string, std::string>> namesIn_;
   TextureSearch search_;
 };
 
