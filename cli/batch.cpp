@@ -252,7 +252,7 @@ class Batch {
       if (tasks_.size() > 1) PrintLines(result.model, result.readerOutput);
       PrintMessage(result.model, Severity::Error, result.reason);
     } else if (tasks_.size() == 1 || options_.verbosity == Verbosity::Verbose) {
-      std::printf("%s: %d points of the model, %d triangles, %ju bytes\n", result.package.c_str(),
+      std::printf("%s: %d points of the model, %d triangles, %ju bytes\n", Printable(result.package).c_str(),
                   result.vertices, result.triangles, static_cast<uintmax_t>(result.packageBytes));
       std::fflush(stdout);
     }

@@ -22,6 +22,7 @@ struct CheckCommandOptions {
   std::vector<std::string> excludedNames;
   bool json = false;
   bool quiet = false;
+  bool loadsPlugins = true;
 };
 
 ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& options) {
@@ -30,7 +31,9 @@ ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& opt
     report.Add(ts3d::findings::kNotLoaded, {}, {"its path has a backslash"});
     return report;
   }
-  report = ts3d::CheckRig(ConverterPath(model), {options.excludedNames});
+  report = ts3d::CheckRig(
+      ConverterPath(model),
+      {options.excludedNames, options.loadsPlugins ? ts3d::Plugins::Load : ts3d::Plugins::LeaveOut});
   AddTextureFindings(model, report);
   report.SortFindings();
   return report;
@@ -66,6 +69,7 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
                               "Mesh or material that will be left out; repeat for more"));
   check.add_flag("--json", options->json, "Print the reports as JSON");
   check.add_flag("-q,--quiet", options->quiet, "Show warnings and worse only");
+  AddNoPlugins(check, options->loadsPlugins);
   check.footer(
       "Examples:\n"
       "  fbx2czp check hero.fbx\n"

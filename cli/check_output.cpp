@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "core/visible_text.h"
 #include "host_paths.h"
 #include "terminal.h"
 
@@ -146,7 +147,7 @@ std::string ReportsAsJson(const std::vector<CheckedModel>& models) {
   Json json{{"version", kJsonVersion}, {"models", Json::array()}};
   for (const CheckedModel& model : models) json["models"].push_back(ReportAsJson(model));
   // Names are bytes of the model and need not be UTF-8.
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return ts3d::VisibleLines(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 }  // namespace cli

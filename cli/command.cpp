@@ -48,6 +48,10 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
       ->excludes(verbose);
 }
 
+void AddNoPlugins(CLI::App& command, bool& loadsPlugins) {
+  command.add_flag("!--no-plugins", loadsPlugins, "Load no reader plug-ins from the folder of this program");
+}
+
 void SetFooter(CLI::App& command, const std::string& examples) {
   command.footer("Examples:\n" + examples + "\nExit codes:\n" + ExitCodeTable());
 }

@@ -31,6 +31,9 @@ CLI::Option* TakesNumber(CLI::Option* option, int least, int most);
 /// --verbose and --quiet.
 void AddVerbosity(CLI::App& command, Verbosity& verbosity);
 
+/// --no-plugins.
+void AddNoPlugins(CLI::App& command, bool& loadsPlugins);
+
 /// The examples and exit codes below the help of a command. `examples` are whole lines.
 void SetFooter(CLI::App& command, const std::string& examples);
 

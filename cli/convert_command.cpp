@@ -147,6 +147,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
               1, 256);
   convert.add_option("--report", options->report, "JSON file to write with the results of all models")
       ->type_name("FILE");
+  AddNoPlugins(convert, options->loadsPlugins);
   AddVerbosity(convert, options->verbosity);
   SetFooter(convert, kExamples);
 }

@@ -6,8 +6,10 @@
 #include <cmath>
 #include <cstdio>
 #include <memory>
+#include <set>
 
 #include "check/choose_repairs.h"
+#include "check/document_names.h"
 #include "driver/convert.h"
 #include "driver/scene_loader.h"
 #include "exit_codes.h"
@@ -35,6 +37,9 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.repairs = options.repairs;
   job.holdsSmallFiles = true;
   job.offerTgaTextures = true;
+  job.plugins = !options.loadsPlugins                     ? ts3d::Plugins::LeaveOut
+                : options.verbosity == Verbosity::Verbose ? ts3d::Plugins::LoadAndName
+                                                          : ts3d::Plugins::Load;
 }
 
 /// A run that could not load its scene leaves the scene library's objects to the next one, which never comes.
@@ -116,6 +121,13 @@ void NoteBorrowedNames(const ts3d::ConversionJob& job, ModelResult& result) {
       "--join-roots, which tells them apart, or give each bone a name of its own");
 }
 
+void NoteOutsidePictures(const std::set<std::string>& pictures, ModelResult& result) {
+  if (pictures.empty()) return;
+  std::string text = "pictures from outside the model's folder are used:";
+  for (const std::string& picture : pictures) text += " " + picture;
+  result.notes.push_back(std::move(text));
+}
+
 }  // namespace
 
 fs::path ModelTask::Package() const { return folder / WithExtension(model.filename(), "czp"); }
@@ -143,6 +155,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     hooks.chooseRepairs = [&](const ts3d::ConversionJob& loaded) { return RepairAsNeeded(loaded, result); };
   }
   hooks.onConverted = [&](const scene::KFbxNode& root) {
+    result.malformedNames = ts3d::NamesThatBreakDocument(job, job.skeleton->bones);
     if (!NamesSomething(options)) return;
     result.unmatchedOptions =
         FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
@@ -154,6 +167,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   }
   result.damage = job.damagedArrays;
   result.textureProblems = textures.Problems();
+  NoteOutsidePictures(textures.OutsidePictures(), result);
   if (result.code == 0) {
     NoteRootScale(job, result);
     NoteBorrowedNames(job, result);

@@ -28,6 +28,7 @@ struct ConvertOptions {
   std::string finishSettings;                    ///< JSON file with final settings, or empty
   unsigned jobs = 0;                             ///< models at a time; 0: one for each processor core
   std::string report;                            ///< JSON file to write, or empty
+  bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
 };
 

@@ -50,7 +50,7 @@ int RunExport(const ExportOptions& options) {
     PrintMessage(options.output, Severity::Error, reason.what());
     return kNotWritten;
   }
-  std::printf("%s: %zu meshes, %zu bones\n", options.output.c_str(), actor.meshes.size(),
+  std::printf("%s: %zu meshes, %zu bones\n", Printable(options.output).c_str(), actor.meshes.size(),
               actor.skeleton.bones.size());
   return kWritten;
 }

@@ -47,6 +47,7 @@ FinishSettings Combine(const FinishOptions& options) {
   if (given.rotationY) settings.rotationY = given.rotationY;
   Append(settings.boneRenames, given.boneRenames);
   Append(settings.meshes, given.meshes);
+  CheckScale(settings.scalePercent);
   return settings;
 }
 
@@ -66,7 +67,7 @@ int RunFinish(const FinishOptions& options) {
   if (code != 0) {
     PrintMessage(options.model, Severity::Error, DescribeExitCode(code));
   } else {
-    std::printf("%s: updated\n", WithExtension(options.model, "czp").string().c_str());
+    std::printf("%s: updated\n", Printable(WithExtension(options.model, "czp").string()).c_str());
   }
   return code;
 }

@@ -2,11 +2,14 @@
 #include "finish_settings.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "core/similar_names.h"
+#include "core/visible_text.h"
 #include "driver/final_settings.h"
 #include "host_paths.h"
 
@@ -34,6 +37,15 @@ void CheckKeys(const Json& value, const std::string& name, const std::vector<std
   }
 }
 
+/// A whole number that fits; the library would cut others short.
+int32_t ReadWholeNumber(const Json& value) {
+  const double number = value.get<double>();
+  if (number != std::floor(number) || std::abs(number) > std::numeric_limits<int32_t>::max()) {
+    throw std::runtime_error(value.dump() + " is not a whole number that can be a rotation");
+  }
+  return static_cast<int32_t>(number);
+}
+
 /// "old=new" for each member of the object `name`, in file order.
 std::vector<std::string> ReadEntries(const Json& file, const char* name) {
   std::vector<std::string> entries;
@@ -44,6 +56,8 @@ std::vector<std::string> ReadEntries(const Json& file, const char* name) {
     if (key.find('=') != std::string::npos || entry.find('|') != std::string::npos) {
       throw std::runtime_error("\"" + entry + "\" holds a \"=\" or \"|\" too many");
     }
+    if (entry.find('\0') != std::string::npos)
+      throw std::runtime_error("\"" + ts3d::VisibleText(entry) + "\" holds a zero byte");
     entries.push_back(entry);
   }
   return entries;
@@ -52,11 +66,12 @@ std::vector<std::string> ReadEntries(const Json& file, const char* name) {
 void AddJson(const Json& file, FinishSettings& settings) {
   CheckKeys(file, "the file", {"scale", "rotation", "renames", "meshes", "switch_on", "switch_off"});
   settings.scalePercent = file.value("scale", settings.scalePercent);
+  CheckScale(settings.scalePercent);
   if (file.contains("rotation")) {
     const Json& rotation = file.at("rotation");
     CheckKeys(rotation, "\"rotation\"", {"x", "y"});
-    if (rotation.contains("x")) settings.rotationX = rotation.at("x").get<int32_t>();
-    if (rotation.contains("y")) settings.rotationY = rotation.at("y").get<int32_t>();
+    if (rotation.contains("x")) settings.rotationX = ReadWholeNumber(rotation.at("x"));
+    if (rotation.contains("y")) settings.rotationY = ReadWholeNumber(rotation.at("y"));
   }
   for (const std::string& entry : ReadEntries(file, "renames")) settings.boneRenames.push_back(entry);
   for (const std::string& entry : ReadEntries(file, "meshes")) settings.meshes.push_back(entry);
@@ -65,6 +80,13 @@ void AddJson(const Json& file, FinishSettings& settings) {
 }
 
 }  // namespace
+
+void CheckScale(double percent) {
+  // Documents have six decimals.
+  constexpr double kLeast = 1e-4, kMost = std::numeric_limits<float>::max();
+  if (std::abs(percent) <= kMost && (percent <= 0 || percent >= kLeast)) return;
+  throw std::runtime_error("the scale is not a number that a document can hold");
+}
 
 void AddSwitchOn(FinishSettings& settings, const std::string& entry) {
   settings.meshes.push_back(WithPrefix(entry, '~'));

@@ -18,6 +18,9 @@ struct FinishSettings {
   std::vector<std::string> meshes;  ///< "mesh=friendly", with "~" or "`" before a switch's friendly name
 };
 
+/// @throws std::runtime_error when the scale, in per cent, becomes none or another one in a document
+void CheckScale(double percent);
+
 /// Adds "mesh=friendly" as a mesh that a switch shows: present first, or absent first.
 void AddSwitchOn(FinishSettings& settings, const std::string& entry);
 void AddSwitchOff(FinishSettings& settings, const std::string& entry);

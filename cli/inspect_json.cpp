@@ -3,6 +3,7 @@
 
 #include "actor/actor_measure.h"
 #include "actor/picture_header.h"
+#include "core/visible_text.h"
 #include "inspection.h"
 
 namespace cli {
@@ -120,7 +121,7 @@ std::string InspectionAsJson(const Inspection& inspection) {
                      {"pictures", Pictures(actor.pictures)},
                      {"findings", FindingList(inspection.findings)}};
   // Names are bytes of any encoding; what is no UTF-8 is replaced.
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return ts3d::VisibleLines(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 }  // namespace cli

@@ -6,19 +6,12 @@
 #include "actor/actor_measure.h"
 #include "actor/picture_header.h"
 #include "inspection.h"
+#include "terminal.h"
 
 namespace cli {
 namespace {
 
 using Row = std::vector<std::string>;
-
-/// Names come from the package: control characters could play tricks on a terminal.
-std::string Printable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; },
-      '?');
-  return text;
-}
 
 std::string Number(double value) {
   char text[32];

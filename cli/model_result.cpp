@@ -8,9 +8,12 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
+#include "core/similar_names.h"
+#include "core/visible_text.h"
 #include "core/work_file.h"
 #include "exit_codes.h"
 #include "platform/replacement.h"
+#include "terminal.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -29,7 +32,8 @@ struct Totals {
 
 /// Coded warnings, pictures that are missing and damage.
 int CountWarnings(const ModelResult& result) {
-  auto count = static_cast<int>(result.textureProblems.size() + result.damage.size());
+  auto count =
+      static_cast<int>(result.textureProblems.size() + result.damage.size() + result.malformedNames.size());
   for (const auto& [code, times] : result.Warnings()) count += times;
   return count;
 }
@@ -52,8 +56,8 @@ std::string TableLine(const std::string& name, const std::string& outcome, const
   std::snprintf(numbers, sizeof numbers, "  %-7s %10lld %10lld %9d %12llu %8.2f\n", outcome.c_str(),
                 static_cast<long long>(totals.vertices), static_cast<long long>(totals.triangles),
                 totals.warnings, static_cast<unsigned long long>(totals.packageBytes), seconds);
-  std::string padded = name;
-  padded.resize(std::max(name.size(), static_cast<size_t>(nameWidth)), ' ');
+  std::string padded = Printable(name);
+  padded.resize(std::max(padded.size(), static_cast<size_t>(nameWidth)), ' ');
   return padded + numbers;
 }
 
@@ -79,6 +83,10 @@ std::vector<std::string> ModelResult::Losses() const {
   }
   for (const TextureProblem& problem : textureProblems) {
     losses.push_back("texture " + problem.source + " " + problem.text);
+  }
+  if (!malformedNames.empty()) {
+    losses.push_back("the document cannot be read, as names have one of the signs & < \": " +
+                     ts3d::QuotedNames(malformedNames) + "; rename them in the model");
   }
   return losses;
 }
@@ -113,6 +121,7 @@ Json ToJson(const ModelResult& result) {
           {"status", result.status},
           {"warnings", result.Warnings()},
           {"damage", result.damage},
+          {"malformed_names", result.malformedNames},
           {"notes", result.notes},
           {"textures", std::move(textures)},
           {"unmatched_options", std::move(unmatched)},
@@ -132,6 +141,7 @@ ModelResult ResultFromJson(const Json& json) {
   json.at("reader_output").get_to(result.readerOutput);
   json.at("status").get_to(result.status);
   json.at("damage").get_to(result.damage);
+  json.at("malformed_names").get_to(result.malformedNames);
   json.at("notes").get_to(result.notes);
   for (const Json& texture : json.at("textures")) {
     result.textureProblems.push_back(
@@ -169,14 +179,15 @@ void WriteReport(const std::string& path, const std::vector<ModelResult>& result
                  {"models", Json::array()}};
   for (const ModelResult& result : results) report["models"].push_back(ToJson(result));
   // Names may be in any code page; what is no UTF-8 shows as a replacement character.
-  if (!WriteText(path, report.dump(2, ' ', false, Json::error_handler_t::replace) + '\n')) {
+  if (!WriteText(path,
+                 ts3d::VisibleLines(report.dump(2, ' ', false, Json::error_handler_t::replace)) + '\n')) {
     throw std::runtime_error(path + ": the report cannot be written");
   }
 }
 
 std::string SummaryTable(const std::vector<ModelResult>& results, double seconds) {
   size_t nameWidth = 5;
-  for (const ModelResult& result : results) nameWidth = std::max(nameWidth, result.model.size());
+  for (const ModelResult& result : results) nameWidth = std::max(nameWidth, Printable(result.model).size());
   const int width = static_cast<int>(std::min<size_t>(nameWidth, 60));
   char header[200];
   std::snprintf(header, sizeof header,

@@ -26,13 +26,14 @@ struct UnmatchedOption {
 
 /// What became of one model.
 struct ModelResult {
-  std::string model;                ///< as the user wrote it
-  int code = 0;                     ///< result code; 0 is success
-  std::string reason;               ///< why it failed; empty on success
-  std::vector<std::string> status;  ///< status lines in order, without line ends
-  std::string readerOutput;         ///< what the reader said of a file that it cannot load
-  std::vector<std::string> damage;  ///< arrays of the model that could not be unpacked
-  std::vector<std::string> notes;   ///< advice in plain words
+  std::string model;                        ///< as the user wrote it
+  int code = 0;                             ///< result code; 0 is success
+  std::string reason;                       ///< why it failed; empty on success
+  std::vector<std::string> status;          ///< status lines in order, without line ends
+  std::string readerOutput;                 ///< what the reader said of a file that it cannot load
+  std::vector<std::string> damage;          ///< arrays of the model that could not be unpacked
+  std::vector<std::string> malformedNames;  ///< names that make the document unreadable
+  std::vector<std::string> notes;           ///< advice in plain words
   std::vector<TextureProblem> textureProblems;
   std::vector<UnmatchedOption> unmatchedOptions;
   int32_t vertices = 0, triangles = 0;
@@ -41,7 +42,7 @@ struct ModelResult {
   uint64_t packageBytes = 0;
   std::vector<MemberSize> members;
 
-  /// What the package lacks, in words: damaged arrays and pictures.
+  /// What is wrong with the package, in words: damaged arrays, missing pictures and names.
   std::vector<std::string> Losses() const;
   /// How often each coded warning ("***100:...") was given, by its code.
   std::map<std::string, int> Warnings() const;

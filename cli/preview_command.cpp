@@ -57,6 +57,7 @@ struct PreviewOptions {
   int size = 512;
   int turntable = 0;  ///< number of pictures; 0: one
   bool bones = false;
+  bool loadsPlugins = true;
   std::string up;  ///< axis; empty: concluded from the model
 
   std::optional<preview::Vector> Up() const {
@@ -86,14 +87,16 @@ void Load(const fs::path& package, actor::Actor& actor) {
 }
 
 /// @return the package, inside `work`
-fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work) {
-  const ModelResult result = ConvertInWorkFolder(task, work, {}, std::nullopt, [](std::string_view) {});
+fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, bool loadsPlugins) {
+  ConvertOptions options;
+  options.loadsPlugins = loadsPlugins;
+  const ModelResult result = ConvertInWorkFolder(task, work, options, std::nullopt, [](std::string_view) {});
   for (const std::string& loss : result.Losses()) PrintMessage(task.name, Severity::Warning, loss);
   if (result.code != 0) throw PreviewFailure(result.code, result.reason);
   return WithExtension(work.Model(), "czp");
 }
 
-actor::Actor LoadInput(const std::string& input) {
+actor::Actor LoadInput(const std::string& input, bool loadsPlugins) {
   actor::Actor actor;
   if (!fs::exists(input)) throw PreviewFailure(FBX_TO_TS3D_NO_FILE, "the file does not exist");
   if (!HasExtension(input, ".fbx")) {
@@ -102,7 +105,7 @@ actor::Actor LoadInput(const std::string& input) {
   }
   const fs::path model = fs::absolute(input);
   const WorkFolder work(model);
-  Load(ConvertQuietly({input, model, model.parent_path()}, work), actor);
+  Load(ConvertQuietly({input, model, model.parent_path()}, work, loadsPlugins), actor);
   return actor;
 }
 
@@ -162,7 +165,7 @@ int RunPreview(const PreviewOptions& options) {
           "this fbx2czp was built without the page (it takes three.js); run scripts/prepare and "
           "build it again, or write a .png picture");
     }
-    const actor::Actor actor = LoadInput(options.input);
+    const actor::Actor actor = LoadInput(options.input, options.loadsPlugins);
     if (wantsPage) {
       WritePage(options, actor);
     } else {
@@ -219,6 +222,7 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
       .add_option("--turntable", options->turntable,
                   "That many pictures once around the model; their names get numbers from _000")
       ->check(CLI::Range(1, 360));
+  AddNoPlugins(preview, options->loadsPlugins);
   preview.footer(kFooter);
 }
 

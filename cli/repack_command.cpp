@@ -109,8 +109,8 @@ int RunRepack(const std::string& path) {
     if (!file.Create("wb")) throw std::runtime_error("the new package cannot be written");
     const size_t dropped = Repack(package, file.Path());
     if (!file.TakePlace()) throw std::runtime_error("the new package cannot be put into its place");
-    std::printf("%s: %zu superseded members dropped, %ju bytes instead of %ju\n", path.c_str(), dropped,
-                static_cast<uintmax_t>(fs::file_size(path)), static_cast<uintmax_t>(before));
+    std::printf("%s: %zu superseded members dropped, %ju bytes instead of %ju\n", Printable(path).c_str(),
+                dropped, static_cast<uintmax_t>(fs::file_size(path)), static_cast<uintmax_t>(before));
     return FBX_TO_TS3D_OK;
   } catch (const std::exception& error) {
     PrintMessage(path, Severity::Error, error.what());

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "terminal.h"
 
-#include <algorithm>
 #include <cstdlib>
 
+#include "core/visible_text.h"
 #include "platform/process.h"
 
 namespace cli {
@@ -51,12 +51,7 @@ std::string Painted(std::FILE* stream, Colour colour, std::string_view text) {
   return std::string("\033[") + Code(colour) + "m" + std::string(text) + "\033[0m";
 }
 
-std::string Printable(std::string_view text) {
-  std::string printable(text);
-  const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };
-  std::replace_if(printable.begin(), printable.end(), isControl, '?');
-  return printable;
-}
+std::string Printable(std::string_view text) { return ts3d::VisibleText(text); }
 
 void PrintMessage(const std::string& subject, Severity severity, std::string_view text) {
   const std::string line = "fbx2czp: " + (subject.empty() ? "" : Printable(subject) + ": ") +

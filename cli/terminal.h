@@ -18,7 +18,7 @@ enum class Colour { Red, Yellow, Green, Bold };
 /// `text` in `colour` where `stream` wants colours, else as it is.
 std::string Painted(std::FILE* stream, Colour colour, std::string_view text);
 
-/// `text` without what could control a terminal: names come from models and file systems.
+/// `text` with what could control a terminal made visible: names come from models and file systems.
 std::string Printable(std::string_view text);
 
 /// How bad a message is.

@@ -2,6 +2,7 @@
 //
 // The command-line tool as a person or a script runs it.
 #include <algorithm>
+#include <cstring>
 
 #include "support/package_reader.h"
 #include "support/tool.h"
@@ -144,11 +145,18 @@ TEST_F(Tool, RepackRefusesPackagesThatGrowOrHoldNamesWithZeroBytes) {
   const std::string sound = ReadWholeFile(folder_.Path("scout.czp"));
   std::string overlapping = sound, withZero = sound;
   withZero[sound.rfind("scout.xfg") + 2] = '\0';
-  // Everything from the checksum to the sizes, and the place, are those of the first file, a picture.
+  // Everything from the checksum to the sizes, and the place, are those of the largest file.
   const std::vector<size_t> entries = DirectoryEntries(sound);
+  const auto packedSize = [&](size_t entry) {
+    uint32_t size = 0;
+    std::memcpy(&size, &sound[entry + 20], sizeof size);
+    return size;
+  };
+  const size_t largest = *std::max_element(entries.begin(), entries.end(),
+                                           [&](size_t a, size_t b) { return packedSize(a) < packedSize(b); });
   for (const size_t entry : entries) {
-    overlapping.replace(entry + 16, 12, sound, entries.front() + 16, 12);
-    overlapping.replace(entry + 42, 4, sound, entries.front() + 42, 4);
+    overlapping.replace(entry + 16, 12, sound, largest + 16, 12);
+    overlapping.replace(entry + 42, 4, sound, largest + 42, 4);
   }
   const std::pair<std::string, const char*> cases[] = {{overlapping, "its files overlap"},
                                                        {withZero, "holds a zero byte"}};
@@ -180,11 +188,18 @@ TEST_F(Tool, DamagedSettingsAndPackagesAreNamed) {
       {R"({"swich_on": {"hat": "Cap"}})",
        "the key \"swich_on\" in the file is not known; the nearest one is \"switch_on\""},
       {R"({"rotation": {"z": 1}})", "the key \"z\" in \"rotation\" is not known"},
-      {R"({"meshes": ["hat"]})", "\"meshes\" is not of the form"}};
+      {R"({"meshes": ["hat"]})", "\"meshes\" is not of the form"},
+      {R"({"scale": 1e300})", "the scale is not a number"},
+      {R"({"rotation": {"x": 4294967297}})", "4294967297 is not a whole number"},
+      {R"({"rotation": {"y": 1.5}})", "1.5 is not a whole number"},
+      {R"({"renames": {"a\u0000b": "c"}})", "\"a\\u0000b=c\" holds a zero byte"}};
   for (const auto& [settings, problem] : mistyped) {
     folder_.Write("s.json", settings);
     EXPECT_EQ(Run("convert scout.fbx --finish-settings s.json"), 64);
     EXPECT_TRUE(Printed("fbx2czp: error: s.json: " + std::string(problem))) << errors_;
+  }
+  for (const char* scale : {"1e300", "1e-300", "nan"}) {
+    EXPECT_EQ(Run("finish scout.fbx --scale " + std::string(scale)), 64) << scale;
   }
   EXPECT_EQ(Run("finish scout.fbx"), 6);
   folder_.Write("broken.czp", "PK no zip at all");

@@ -35,5 +35,5 @@ foreach(plugin reader crashing silent)
     PREFIX "" OUTPUT_NAME ${plugin}_plugin LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/plugins)
   add_dependencies(ts3d_tests ts3d_test_${plugin}_plugin)
 endforeach()
-set_source_files_properties(scene_plugin_test.cpp PROPERTIES
+set_source_files_properties(scene_plugin_test.cpp cli_trust_test.cpp PROPERTIES
   COMPILE_DEFINITIONS TEST_PLUGIN_FOLDER="${CMAKE_CURRENT_BINARY_DIR}/plugins")

@@ -3,6 +3,7 @@
 // Textures on their way into a package, from the tool's side.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "preview/base64.h"
 #include "support/character.h"
@@ -163,6 +164,22 @@ TEST_F(ToolTextures, WhoseNameNamesNoFileAreLeftOut) {
   ASSERT_EQ(Run("convert hero.fbx -q"), 0);
   EXPECT_TRUE(Printed("texture . names no file\n")) << errors_;
   EXPECT_EQ(Package(folder_.Path("hero.czp")).Count(".tga"), 0u);
+}
+
+TEST_F(ToolTextures, FromOutsideAreToldAndPipesArePassedOver) {
+  const support::TempFolder outside;
+  const std::string picture = outside.Path("cloth.png");
+  CopyCloth("a.png");
+  fs::copy_file(folder_.Path("a.png"), picture);
+  WriteModel({picture, "a.png", "pipe.tga", "spout.png"});
+  for (const char* name : {"pipe.tga", "spout.png", "other.tga"}) {
+    ASSERT_EQ(mkfifo(folder_.Path(name).c_str(), 0600), 0);
+  }
+  ASSERT_EQ(Run("convert hero.fbx"), 0);
+  EXPECT_TRUE(Printed("note: pictures from outside the model's folder are used: " + picture + "\n"))
+      << errors_;
+  EXPECT_TRUE(Printed("texture pipe.tga was not found") && Printed("texture spout.png was not found"));
+  EXPECT_THAT(Packed("cloth.tga"), kIsConverted);
 }
 
 TEST_F(ToolTextures, EmbeddedInTheModelComeLast) {

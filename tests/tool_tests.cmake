@@ -9,6 +9,7 @@ ts3d_add_tests(
   cli_check_test.cpp
   cli_commands_test.cpp
   cli_package_test.cpp
+  cli_trust_test.cpp
   finish_safety_test.cpp
   name_safety_test.cpp
   repairs_test.cpp

@@ -101,6 +101,9 @@ void TextureConverter::Bring(const Request& request) {
   }
   ConvertOrEmbedded(request, search.found);
   pictures_[request.tgaName] = search.found;
+  const bool isEmbedded = search.found.string().starts_with(platform::NativePath(request.job.modelDirectory));
+  if (!isEmbedded && finder_.IsOutside(search.found))
+    outside_.insert(search.found.lexically_normal().string());
 }
 
 /// Looks for the picture `source`. One that is embedded, and was taken out to `source`, comes last.

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,8 @@ class TextureConverter {
   bool Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists);
 
   const std::vector<TextureProblem>& Problems() const { return problems_; }
+  /// Paths of the pictures used that lie outside the model's folder and those below it.
+  const std::set<std::string>& OutsidePictures() const { return outside_; }
 
  private:
   struct Request;
@@ -70,6 +73,7 @@ class TextureConverter {
   std::map<std::string, std::filesystem::path> pictures_;           ///< what each ".tga" file is made of
   std::map<std::filesystem::path, Decoded> decoded_;                ///< by picture; each is decoded once
   std::vector<TextureProblem> problems_;
+  std::set<std::string> outside_;
 };
 
 }  // namespace cli

@@ -70,6 +70,12 @@ fs::path TextureFinder::AsOnDisk(const fs::path& path) {
   return resolved;
 }
 
+bool TextureFinder::IsOutside(const fs::path& path) const {
+  std::error_code failed;
+  const fs::path folder = fs::weakly_canonical(folder_, failed), real = fs::weakly_canonical(path, failed);
+  return std::mismatch(folder.begin(), folder.end(), real.begin(), real.end()).first != folder.end();
+}
+
 bool TextureFinder::Try(const fs::path& place) {
   const std::string name = place.lexically_normal().string();
   if (std::find(search_.places.begin(), search_.places.end(), name) != search_.places.end()) return false;

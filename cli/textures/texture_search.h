@@ -29,6 +29,9 @@ class TextureFinder {
   /// @param fileName,relativeFileName either may be empty
   TextureSearch Find(std::string_view fileName, std::string_view relativeFileName);
 
+  /// Whether the file `path` lies neither in the model's folder nor below it, behind all links.
+  bool IsOutside(const std::filesystem::path& path) const;
+
  private:
   bool Try(const std::filesystem::path& place);
   bool TryPath(std::string_view path);

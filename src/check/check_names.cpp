@@ -3,6 +3,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "check/document_names.h"
 #include "check/finding_kinds.h"
 #include "check/rig_check.h"
 #include "check/unmatched_names.h"
@@ -14,8 +15,6 @@
 
 namespace ts3d {
 namespace {
-
-bool BreaksXml(std::string_view text) { return text.find_first_of("&<\"") != std::string_view::npos; }
 
 /// Checks the output names of all meshes.
 class NameCheck {
@@ -37,7 +36,7 @@ class NameCheck {
   void TellName(const RigCheck::Slot& slot) {
     const std::string name = SanitizeMeshName(slot.node);
     if (name != slot.node) report_.Add(findings::kNameChanged, slot.node, {name});
-    if (BreaksXml(name)) report_.Add(findings::kXmlName, slot.node);
+    if (BreaksDocument(name)) report_.Add(findings::kXmlName, slot.node);
     // No usual file system takes longer ones.
     constexpr size_t kLongestFileName = 255;
     const std::string file = slot.name + ".cmf";
@@ -67,12 +66,11 @@ class NameCheck {
   std::unordered_map<std::string, const RigCheck::Slot*> first_;  ///< by output name in lower case
 };
 
-/// The rename lines of the document name the root and the bones without weight.
 void TellBoneNames(RigCheck& check) {
   const BoneTree& bones = check.job.skeleton->bones;
   for (int32_t id = 0; id < bones.BoneCount(); ++id) {
     const BoneNode& bone = *bones.FindById(id);
-    if ((id == 0 || !bone.weighted) && BreaksXml(bone.name)) {
+    if (IsNamedAsItIs(bone, id) && BreaksDocument(bone.name)) {
       check.report.Add(findings::kXmlBoneName, bone.name);
     }
   }

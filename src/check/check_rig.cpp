@@ -41,7 +41,9 @@ class NoExtraction {
 /// The scene library's objects of a job, as long as it lives.
 class SceneObjects {
  public:
-  explicit SceneObjects(ConversionJob& job) : job_(job) { CreateSdkObjects(job.sdkManager, job.scene); }
+  explicit SceneObjects(ConversionJob& job) : job_(job) {
+    CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
+  }
   ~SceneObjects() { DestroySdkObjects(job_.sdkManager); }
   SceneObjects(const SceneObjects&) = delete;
   SceneObjects& operator=(const SceneObjects&) = delete;
@@ -58,6 +60,7 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
   job.inputPath = path;
   job.actorType = DetectActorType(path);
   job.exclusionList = options.excludedNames;
+  job.plugins = options.plugins;
   check.report.objectId = ObjectId(job.actorType, ReplaceExtension(path, "xfg"));
 }
 

@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "check/rig_report.h"
+#include "core/conversion_job.h"
 
 namespace ts3d {
 
 struct CheckOptions {
   std::vector<std::string> excludedNames;  ///< meshes and materials to leave out, in any letter case
+  Plugins plugins = Plugins::Load;
 };
 
 /// Goes through a conversion of the model `path` (with backslashes) without writing anything, and tells what

@@ -25,6 +25,9 @@ struct SkeletonState;
 /// Which human actor a model is; chosen from its path. The numbers are part of the host's interface.
 enum class ActorType : int32_t { None = 0, Male = 1, Female = 2, Boy = 3, Girl = 4, Teenager = 5, Baby = 6 };
 
+/// What becomes of the plug-ins beside the executable.
+enum class Plugins { Load, LoadAndName, LeaveOut };
+
 /// First thread identifier of the per-mesh materials, just above the fixed "body" thread.
 inline constexpr int32_t kFirstThreadId = 151;
 
@@ -54,6 +57,9 @@ struct ConversionJob {
   bool holdsSmallFiles = false;
   /// The exports leave all of them off.
   RepairSettings repairs;
+
+  /// With LoadAndName each is told in a status line. The exports leave it at Load.
+  Plugins plugins = Plugins::Load;
 
   /// Whether `textureCallback` is called for textures that are named ".tga" as well. The exports leave it
   /// off.

@@ -160,7 +160,12 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   if (!platform::FileExists(fbxPath)) return ConversionResult::NoFile;
   job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
   StatusLog(job, "Initializing FBX Engine");
-  CreateSdkObjects(job.sdkManager, job.scene);
+  CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
+  if (job.plugins == Plugins::LoadAndName) {
+    for (const std::string& path : job.sdkManager->GetPlugins()) {
+      StatusLog(job, ComposeMessage("Loaded Plug-in: ", path));
+    }
+  }
   job.modelDirectory = DirectoryPart(fbxPath);
   job.inputPath = fbxPath;
   job.actorType = DetectActorType(request.actorPath.empty() ? fbxPath : request.actorPath);

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "core/visible_text.h"
 #include "platform/process.h"
 #include "scene/fbx_reader.h"
 
@@ -20,13 +21,13 @@ bool FailedFor(const KFbxImporter& importer, EImportError error) {
 void ReportInitializeFailure(const KFbxImporter& importer, const std::string& path,
                              const LoadedVersions& versions) {
   std::printf("Call to KFbxImporter::Initialize() failed.\n");
-  std::printf("Error returned: %s\n\n", importer.GetLastErrorString());
+  std::printf("Error returned: %s\n\n", VisibleText(importer.GetLastErrorString()).c_str());
   if (FailedFor(importer, EImportError::eVERSION_NOT_READABLE) ||
       FailedFor(importer, EImportError::eVERSION_NOT_SUPPORTED)) {
     const auto& [sdk, file] = versions;
     std::printf("FBX version number for this FBX SDK is %d.%d.%d\n", sdk.major, sdk.minor, sdk.revision);
-    std::printf("FBX version number for file %s is %d.%d.%d\n\n", path.c_str(), file.major, file.minor,
-                file.revision);
+    std::printf("FBX version number for file %s is %d.%d.%d\n\n", VisibleText(path).c_str(), file.major,
+                file.minor, file.revision);
   }
   std::fflush(stdout);
 }
@@ -50,13 +51,15 @@ bool RetryWithPassword(KFbxImporter& importer, scene::KFbxScene& scene) {
 
 }  // namespace
 
-void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene) {
+void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene, bool loadsPlugins) {
   manager = scene::KFbxSdkManager::Create();
   if (!manager) {
     std::printf("Unable to create the FBX SDK manager\n");
     std::exit(0);
   }
-  manager->LoadPluginsDirectory(platform::ExecutableFolder(), platform::SharedLibraryExtension());
+  if (loadsPlugins) {
+    manager->LoadPluginsDirectory(platform::ExecutableFolder(), platform::SharedLibraryExtension());
+  }
   scene = manager->CreateScene("");
 }
 

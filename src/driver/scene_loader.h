@@ -13,9 +13,9 @@ struct LoadedVersions {
   scene::KFbxFileVersion file;
 };
 
-/// Creates the scene library's manager, with the plug-ins beside the running executable, and an empty scene.
-/// Ends the process with exit status 0 when there is no manager to be had.
-void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene);
+/// Creates the scene library's manager, with the plug-ins beside the running executable if `loadsPlugins`,
+/// and an empty scene. Ends the process with exit status 0 when there is no manager to be had.
+void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene, bool loadsPlugins = true);
 
 /// Frees the manager and everything that it owns; null is ignored.
 void DestroySdkObjects(scene::KFbxSdkManager* manager);

@@ -26,8 +26,10 @@ std::string ExecutableFolder();
 const char* SharedLibraryExtension();
 
 /// Paths of the shared libraries in `folder` whose extension is `extension` and that export `symbol`, sorted
-/// by name. A library that cannot be loaded, or that crashes while it is loaded, is left out: each candidate
-/// is tried in a child process first. Windows has no such children; there a crash ends the process.
+/// by name. What others than the owner could have put there is left out: all of a folder that the group or
+/// others may write to, and such files. So is a library that cannot be loaded, or that crashes while it is
+/// loaded: each candidate is tried in a child process first. Windows has no such children; there a crash ends
+/// the process. Access lists, as Windows has them, are not looked at.
 std::vector<std::string> FindPlugins(std::string_view folder, std::string_view extension, const char* symbol);
 
 /// Loads the library `path` for the rest of the process and returns the address of `symbol`, or null.

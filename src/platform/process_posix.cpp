@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 #include <elf.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -67,6 +68,11 @@ bool ExportsSymbol(const std::string& path, const char* symbol) {
   return false;
 }
 
+bool OnlyOwnerWrites(const std::string& path) {
+  struct stat info {};
+  return stat(path.c_str(), &info) == 0 && (info.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 constexpr int kMostLoadingMilliseconds = 5000;
 
 /// Loads the library in a child process, so that a crash or a hang at load stays there.
@@ -120,13 +126,14 @@ std::vector<std::string> FindPlugins(std::string_view folder, std::string_view e
   std::vector<std::string> found;
   const std::string native = NativePath(folder);
   const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(native.c_str()), closedir);
-  if (!entries) return found;
+  if (!entries || !OnlyOwnerWrites(native)) return found;
   const std::string ending = "." + std::string(extension);
   while (const dirent* entry = readdir(entries.get())) {
     const std::string_view name = entry->d_name;
     if (!name.ends_with(ending)) continue;
     const std::string path = native + "/" + std::string(name);
-    if (ExportsSymbol(path, symbol) && SurvivesLoading(path, symbol)) found.push_back(path);
+    if (OnlyOwnerWrites(path) && ExportsSymbol(path, symbol) && SurvivesLoading(path, symbol))
+      found.push_back(path);
   }
   std::sort(found.begin(), found.end());
   return found;

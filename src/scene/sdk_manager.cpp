@@ -24,6 +24,7 @@ void KFbxSdkManager::LoadPluginsDirectory(std::string_view folder, std::string_v
     const auto registerReaders =
         reinterpret_cast<KFbxRegisterReaders>(platform::LoadPlugin(path, kRegisterReadersSymbol));
     if (!registerReaders) continue;
+    plugins_.push_back(path);
     try {
       registerReaders(readers_);
     } catch (const std::exception&) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +23,9 @@ class KFbxSdkManager {
   /// kRegisterReadersSymbol register its readers. Others are ignored, also those that cannot be loaded.
   void LoadPluginsDirectory(std::string_view folder, std::string_view extension);
 
+  /// Paths of the plug-ins that were loaded.
+  const std::vector<std::string>& GetPlugins() const { return plugins_; }
+
   KFbxReaderRegistry& GetReaderRegistry() { return readers_; }
   KFbxScene* CreateScene(std::string_view name);
   KFbxImporter* CreateImporter();
@@ -32,6 +36,7 @@ class KFbxSdkManager {
   ~KFbxSdkManager() = default;
 
   KFbxReaderRegistry readers_;
+  std::vector<std::string> plugins_;
   std::vector<std::unique_ptr<KFbxScene>> scenes_;
   std::vector<std::unique_ptr<KFbxImporter>> importers_;
 };

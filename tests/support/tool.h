@@ -18,7 +18,7 @@ class Tool : public ::testing::Test {
   /// Runs the tool in the folder. @return its exit status
   int Run(const std::string& arguments) {
     const std::string command =
-        "cd '" + folder_.Path() + "' && '" FBX2CZP_PATH "' " + arguments + " >out.txt 2>err.txt";
+        "cd '" + folder_.Path() + "' && '" + program_ + "' " + arguments + " >out.txt 2>err.txt";
     const int status = std::system(command.c_str());
     output_ = ReadWholeFile(folder_.Path("out.txt"));
     errors_ = ReadWholeFile(folder_.Path("err.txt"));
@@ -36,6 +36,7 @@ class Tool : public ::testing::Test {
   bool Printed(const std::string& text) const { return errors_.find(text) != std::string::npos; }
 
   TempFolder folder_;
+  std::string program_ = FBX2CZP_PATH;
   std::string output_, errors_;
 };
 
