@@ -2,16 +2,28 @@
 #include "interrupt.h"
 
 #include <csignal>
+#ifdef SIGALRM
+#include <unistd.h>
+#endif
 
 namespace cli {
 namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-/// The second wish is obeyed at once.
+/// What may not take more than a moment can hang for ever: in a library, or at the question for a password.
+void SetDeadline([[maybe_unused]] unsigned seconds) {
+#ifdef SIGALRM
+  alarm(seconds);
+#endif
+}
+
+/// The second wish is obeyed at once, the first one soon.
 void NoteInterrupt(int signal) {
+  constexpr unsigned kSeconds = 3;
   interrupted = 1;
   std::signal(signal, SIG_DFL);
+  SetDeadline(kSeconds);
 }
 
 void Handle(int signal, void (*handler)(int)) {
@@ -36,7 +48,10 @@ InterruptWatch::InterruptWatch() {
   SetHandlers(NoteInterrupt);
 }
 
-InterruptWatch::~InterruptWatch() { SetHandlers(SIG_DFL); }
+InterruptWatch::~InterruptWatch() {
+  SetDeadline(0);
+  SetHandlers(SIG_DFL);
+}
 
 bool InterruptWatch::Interrupted() const { return interrupted != 0; }
 

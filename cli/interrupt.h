@@ -4,7 +4,8 @@
 namespace cli {
 
 /// As long as it lives, a wish to end the process (Ctrl-C, a closed terminal, a batch system) is noted
-/// instead of obeyed, so that nothing half done is left. One at a time.
+/// instead of obeyed, so that nothing half done is left. What has not ended three seconds later is ended by
+/// the system. One at a time.
 class InterruptWatch {
  public:
   InterruptWatch();

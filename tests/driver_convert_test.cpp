@@ -11,6 +11,7 @@
 namespace {
 
 using support::Character;
+using support::ReadWholeFile;
 using support::TestHost;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -21,6 +22,21 @@ std::string OneTriangle() {
   Character model;
   model.Triangle("Body");
   return model.Text();
+}
+
+TEST(ShortNames, WriteNothingIntoTheParentFolder) {
+  TestHost host;
+  std::filesystem::create_directory(host.folder.Path("deep"));
+  for (const char* name : {"deep/m", "deep/mod"}) host.folder.Write(name, OneTriangle());
+  const std::string document = ReadWholeFile(host.folder.Write("deexfg", "<cal_config></cal_config>"));
+  for (const std::string& path : {host.ModelPath("deep\\m"), host.folder.Path("deep/m")}) {
+    EXPECT_EQ(RunConversion(host.job, {path, {}}), ConversionResult::PackageFailed) << path;
+    EXPECT_EQ(ApplyFinalSettings(host.job, {path, 1.0f, ""}), ts3d::FinishResult::DocumentUnreadable);
+    EXPECT_FALSE(std::filesystem::exists(host.folder.Path("deeczp")));
+  }
+  EXPECT_EQ(ReadWholeFile(host.folder.Path("deexfg")), document);
+  EXPECT_EQ(RunConversion(host.job, {host.ModelPath("deep\\mod"), {}}), ConversionResult::Success);
+  EXPECT_TRUE(std::filesystem::exists(host.folder.Path("deep/czp")));
 }
 
 TEST(ActorTypes, ComeFromThePathInAnyLetterCase) {

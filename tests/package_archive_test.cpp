@@ -8,6 +8,19 @@
 
 namespace {
 
+TEST(HeldFiles, BeyondTheMemoryTheyHaveShareATemporaryFile) {
+  ts3d::HeldFiles files;
+  const auto content = [](int i) {
+    return std::string(20000, static_cast<char>('a' + i % 26)) + std::to_string(i);
+  };
+  for (int i = 0; i < 500; ++i) ASSERT_TRUE(files.Put(std::to_string(i), content(i)));
+  ASSERT_TRUE(files.Put("7", "again"));
+  EXPECT_TRUE(files.Erase("8"));
+  EXPECT_FALSE(files.Contains("8"));
+  EXPECT_EQ(files.Read("7"), "again");
+  for (const int i : {0, 499, 300}) EXPECT_EQ(files.Read(std::to_string(i)), content(i)) << i;
+}
+
 using support::Character;
 using support::TestHost;
 using testing::ElementsAre;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/held_files.h"
 #include "core/repair_settings.h"
 #include "fbx_to_ts3d.h"
 
@@ -81,9 +82,7 @@ struct ConversionJob {
   const scene::KFbxNode* textureErrorNode =
       nullptr;  ///< the one mesh node that reports lost texture coordinates
   bool materialReferenceReported = false;
-  std::map<std::string, std::string, std::less<>>
-      heldFiles;                   ///< bytes of work files that are not on the disk
-  size_t heldBytes = 0;            ///< of all files that were ever held
+  HeldFiles heldFiles;             ///< work files that are not in the folder
   void* packageHandle = nullptr;   ///< the open archive, or null
   bool packageIsDamaged = false;   ///< part of the open package was lost in writing: none may stay
   int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running

@@ -44,6 +44,11 @@ std::string ReplaceExtension(std::string_view path, std::string_view extension) 
   return replaced.append(extension);
 }
 
+bool HasRoomForExtension(std::string_view path) {
+  const size_t separator = path.find_last_of("\\/");
+  return separator == std::string_view::npos || path.size() - separator > 3;
+}
+
 bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
                                             [](char x, char y) { return LowerCase(x) == LowerCase(y); });

@@ -26,6 +26,10 @@ std::string FileNamePart(std::string_view path);
 /// `path` with its last three characters replaced by `extension`.
 std::string ReplaceExtension(std::string_view path, std::string_view extension);
 
+/// Whether ReplaceExtension changes the file name of `path` only: a shorter name would be cut across the
+/// separator, and the result lie in another folder.
+bool HasRoomForExtension(std::string_view path);
+
 /// Compares without regard to the case of ASCII letters, whatever the locale.
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
 

@@ -42,14 +42,16 @@ platform::FilePtr CreateHostFile(ConversionJob& job, const std::string& path, co
 
 bool WorkFileExists(const ConversionJob& job, std::string_view name) {
   return IsPlainFileName(name) &&
-         (job.heldFiles.contains(name) || platform::FileExists(job.modelDirectory + std::string(name)));
+         (job.heldFiles.Contains(name) || platform::FileExists(job.modelDirectory + std::string(name)));
 }
 
 void WriteHeldFiles(ConversionJob& job) {
-  for (const auto& [name, bytes] : job.heldFiles) {
-    if (platform::FilePtr file = OpenWorkFile(job, name, "wb")) WriteAndClose(std::move(file), bytes);
+  for (const std::string& name : job.heldFiles.Names()) {
+    const std::optional<std::string> bytes = job.heldFiles.Read(name);
+    platform::FilePtr file = bytes ? OpenWorkFile(job, name, "wb") : nullptr;
+    if (file) WriteAndClose(std::move(file), *bytes);
   }
-  job.heldFiles.clear();
+  job.heldFiles.Clear();
 }
 
 void DiscardFile(ConversionJob& job, std::string_view path) {
@@ -93,19 +95,14 @@ WorkFileWriter::WorkFileWriter(ConversionJob& job, std::string name, Content con
 
 void WorkFileWriter::Open() {
   held_ = false;
-  job_.heldFiles.erase(name_);
+  job_.heldFiles.Erase(name_);
   file_ = CreateWorkFile(job_, name_, content_ == Content::Text ? "w" : "wb");
   fileBuffer_.reset(new (std::nothrow) char[kFileBufferSize]);
   if (file_ && fileBuffer_) std::setvbuf(file_.get(), fileBuffer_.get(), _IOFBF, kFileBufferSize);
 }
 
 bool WorkFileWriter::Finish() {
-  constexpr size_t kMostHeld = 4 << 20;
-  if (held_ && job_.heldBytes + Buffered().size() <= kMostHeld) {
-    job_.heldBytes += Buffered().size();
-    job_.heldFiles.insert_or_assign(name_, std::string(Buffered()));
-    return true;
-  }
+  if (held_ && job_.heldFiles.Put(name_, Buffered())) return true;
   bool complete = Flush();
   if (!file_) return false;
   complete &= std::fclose(file_.release()) == 0;

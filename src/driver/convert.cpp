@@ -92,13 +92,15 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
   StatusLog(job, "Creating Tessaly 3D Studio CZP File");
   const std::string packagePath = ReplaceExtension(fbxPath, "czp");
   job.failureCode = static_cast<int32_t>(ConversionResult::PackageFailed);
-  const bool isOpen = ClearWay(job, packagePath) && OpenActorPackage(job, packagePath, PackageMode::Create);
+  const bool hasPlace = HasRoomForExtension(fbxPath);
+  const bool isOpen =
+      hasPlace && ClearWay(job, packagePath) && OpenActorPackage(job, packagePath, PackageMode::Create);
   try {
     PackagedNameSet packagedNames;
     for (int i = 0; i < job.sceneRoot->GetChildCount(); ++i) {
       WalkSceneNode(job.sceneRoot->GetChild(i), job, packagedNames);
     }
-    WriteActorConfig(job, packagePath, packagedNames);
+    if (hasPlace) WriteActorConfig(job, packagePath, packagedNames);
     ReportDamage(job);
     return isOpen ? FillPackage(job, packagePath, packagedNames) : ConversionResult::PackageFailed;
   } catch (...) {
@@ -145,8 +147,7 @@ void ResetRun(ConversionJob& job) {
   job.textureErrorNode = nullptr;
   job.materialReferenceReported = false;
   job.packageHandle = nullptr;
-  job.heldFiles.clear();
-  job.heldBytes = 0;
+  job.heldFiles.Clear();
 }
 
 namespace {

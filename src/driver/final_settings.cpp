@@ -74,6 +74,7 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   job.inputPath.clear();
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
 
+  if (!HasRoomForExtension(source)) return false;
   const std::optional<std::string> old = ReadDocument(documentPath);
   const std::optional<std::string> rewritten =
       old ? RewriteDocument(*old, job, settings.meshList) : std::nullopt;

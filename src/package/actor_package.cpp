@@ -20,14 +20,13 @@ constexpr int64_t kLargeMember = 0xffffffff;
 
 /// The content of a member.
 struct Source {
-  const std::string& name;            ///< of the member
-  std::string path;                   ///< of the file; empty when the name leads out of the model's folder
-  const std::string* held = nullptr;  ///< the bytes of a file that is not on the disk
+  const std::string& name;  ///< of the member
+  std::string path;         ///< of the file; empty when the name leads out of the model's folder
+  bool isHeld = false;      ///< the job has the bytes, which are not in the folder
 };
 
 Source WorkFileSource(const ConversionJob& job, const std::string& name) {
-  const auto held = job.heldFiles.find(name);
-  if (held != job.heldFiles.end()) return {name, {}, &held->second};
+  if (job.heldFiles.Contains(name)) return {name, {}, true};
   return {name, IsPlainFileName(name) ? job.modelDirectory + name : std::string()};
 }
 
@@ -36,7 +35,7 @@ int32_t OpenMember(ConversionJob& job, const Source& source) {
   constexpr size_t kLongestName = 0xffff;
   if (source.name.size() > kLongestName) return ZIP_PARAMERROR;
   zip_fileinfo info{};
-  info.dosDate = source.held ? platform::DosTimeNow() : platform::DosWriteTime(source.path);
+  info.dosDate = source.isHeld ? platform::DosTimeNow() : platform::DosWriteTime(source.path);
   const bool isLarge = platform::FileSize(source.path) >= kLargeMember;
   const int32_t result =
       zipOpenNewFileInZip64(job.packageHandle, source.name.c_str(), &info, nullptr, 0, nullptr, 0, "",
@@ -58,7 +57,9 @@ int32_t WriteToMember(ConversionJob& job, const std::string& name, const char* d
 /// @return 0, or a negative code after its status line
 int32_t FillMember(ConversionJob& job, const Source& source, char* buffer) {
   const std::string& name = source.name;
-  if (source.held) return WriteToMember(job, name, source.held->data(), source.held->size());
+  if (const std::optional<std::string> held = job.heldFiles.Read(name); source.isHeld && held) {
+    return WriteToMember(job, name, held->data(), held->size());
+  }
   const platform::FilePtr file = source.path.empty() ? nullptr : OpenHostFile(job, source.path, "rb");
   if (!file) {
     StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
@@ -136,7 +137,7 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
   // A member that fails is not tried again either.
   if (!packagedNames.insert(name).second) return 0;
   const int32_t result = AddMember(job, WorkFileSource(job, name));
-  if (result == ZIP_OK && afterAdding == AfterAdding::DeleteFile && job.heldFiles.erase(name) == 0) {
+  if (result == ZIP_OK && afterAdding == AfterAdding::DeleteFile && !job.heldFiles.Erase(name)) {
     platform::RemoveFile(name);
   }
   return result;

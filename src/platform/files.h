@@ -76,6 +76,9 @@ bool MakeFolder(std::string_view path);
 /// Empty when that fails.
 std::string MakeTemporaryFolder();
 
+/// Opens a new temporary file without a name, which goes when it is closed; null when that fails.
+FilePtr OpenTemporaryFile();
+
 /// Last-write time of `path` in local time as a DOS date and time word (date in the high half); 0 when
 /// unknown.
 uint32_t DosWriteTime(std::string_view path);

@@ -149,6 +149,8 @@ std::string MakeTemporaryFolder() {
   return !failed && mkdtemp(path.data()) ? path : std::string();
 }
 
+FilePtr OpenTemporaryFile() { return FilePtr(std::tmpfile()); }
+
 namespace {
 
 uint32_t DosTime(std::time_t moment) {

@@ -124,6 +124,12 @@ std::string MakeTemporaryFolder() {
   return {};
 }
 
+FilePtr OpenTemporaryFile() {
+  const std::string folder = MakeTemporaryFolder();
+  // "D" deletes the file when it is closed; the empty folder goes with the system's other temporary files.
+  return folder.empty() ? nullptr : FilePtr(std::fopen((folder + "\\held").c_str(), "w+bD"));
+}
+
 namespace {
 
 uint32_t DosTime(const FILETIME& moment) {
