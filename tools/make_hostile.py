@@ -74,7 +74,7 @@ class Tree:
 
 def binary(objects, links, extra=()):
     out = bytearray(b"Kaydara FBX Binary  \0\x1a\0" + struct.pack("<I", 7400))
-    connections = [Tree("C", [text("OO"), whole(a), whole(b)]) for a, b in links]
+    connections = [Tree("C", [text("OP" if to else "OO"), whole(a), whole(b), *map(text, to)]) for a, b, *to in links]
     for record in [*extra, Tree("Objects", [], objects), Tree("Connections", [], connections)]:
         record.write(out)
     return bytes(out + bytes(13))
@@ -461,6 +461,24 @@ def layers(size):
     count = size // 60
     layer = Tree("Layer", [whole(0)], [Tree("LayerElement", [], [Tree("Type", [text("x")])])])
     return binary(*one_mesh(*[layer] * count, points=POINTS, polygons=TRIANGLE))
+
+
+
+@model
+def textures(size):
+    """Small meshes, each with a material and a texture of its own that is nowhere."""
+    layer = uv(array("d", [0, 0, 1, 0, 0, 1]), TRIANGLE)
+    objects, links, count = [], [], size // 750
+    for key in range(10, 10 + 4 * count, 4):
+        path = text("pictures/%d.png" % key)
+        objects += [thing("Model", key, "Mesh", name="m%d" % key),
+                    mesh(key + 1, (0, 0, 0, 1, 0, 0, 0, 1, 0), (0, 1, -3), layer),
+                    Tree("Material", [whole(key + 2), text("m%d" % key), text("")],
+                         [Tree("ShadingModel", [text("phong")])]),
+                    Tree("Texture", [whole(key + 3), text(""), text("")],
+                         [Tree("FileName", [path]), Tree("RelativeFilename", [path])])]
+        links += [(key, 0), (key + 1, key), (key + 2, key), (key + 3, key + 2, "DiffuseColor")]
+    return binary(objects, links)
 
 # ---- large but honest ---------------------------------------------------------------------------------------------
 
