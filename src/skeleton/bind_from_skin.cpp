@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "scene/model/mesh.h"
+#include "scene/model/walk_nodes.h"
 
 namespace ts3d {
 namespace {
@@ -24,17 +25,6 @@ struct Step {
 };
 
 template <typename Visit>
-void ForEachNode(const KFbxNode& root, const Visit& visit) {
-  std::vector<const KFbxNode*> pending{&root};
-  while (!pending.empty()) {
-    const KFbxNode& node = *pending.back();
-    pending.pop_back();
-    visit(node);
-    for (int i = node.GetChildCount(); i-- > 0;) pending.push_back(node.GetChild(i));
-  }
-}
-
-template <typename Visit>
 void ForEachCluster(const KFbxNode& node, const Visit& visit) {
   const KFbxMesh* mesh = node.GetMesh();
   for (int s = 0; mesh && s < mesh->GetSkinCount(); ++s) {
@@ -47,12 +37,13 @@ void ForEachCluster(const KFbxNode& node, const Visit& visit) {
 PlaceOfNode PlacesOfSkins(const KFbxNode& root) {
   PlaceOfNode places;
   for (const bool weighted : {true, false}) {
-    ForEachNode(root, [&](const KFbxNode& node) {
+    scene::WalkNodes(root, [&](const KFbxNode& node) {
       ForEachCluster(node, [&](const KFbxCluster& cluster) {
         if (!cluster.GetLink() || (cluster.GetClaim() > 0) != weighted) return;
         if (const auto link = cluster.GetTransformLinkMatrix()) places.try_emplace(cluster.GetLink(), *link);
         if (const auto mesh = cluster.GetTransformMatrix()) places.try_emplace(&node, *mesh);
       });
+      return scene::Below::Visit;
     });
   }
   return places;
@@ -88,7 +79,7 @@ KFbxXMatrix PlaceBeside(const Step& step, const PlaceOfNode& posed) {
 
 std::shared_ptr<const scene::KFbxPose> BindPoseOfSkins(const scene::KFbxScene& scene) {
   const PlaceOfNode bound = PlacesOfSkins(*scene.GetRootNode()), posed = PlacesOfBindPoses(scene);
-  if (bound.empty()) return nullptr;
+  if (bound.empty() && posed.empty()) return nullptr;
   auto pose = std::make_shared<scene::KFbxPose>("", true);
   std::vector<Step> pending{{scene.GetRootNode(), {}, false}};
   while (!pending.empty()) {

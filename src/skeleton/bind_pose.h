@@ -12,8 +12,8 @@ namespace ts3d {
 /// large.
 void ChooseBindPose(const scene::KFbxScene& scene, SkeletonState& skeleton);
 
-/// Makes the pose in which the skins were bound the bind pose, if they tell one.
-/// @return whether they do
+/// Makes the pose in which the skins were bound the bind pose.
+/// @return whether there is one
 bool TakeBindPoseOfSkins(const scene::KFbxScene& scene, SkeletonState& skeleton);
 
 /// Index of `node` in the bind pose, or -1. When the choice of the bind pose was ambiguous and it lacks the

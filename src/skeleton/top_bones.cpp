@@ -4,35 +4,18 @@
 #include <set>
 
 #include "core/names.h"
+#include "scene/model/walk_nodes.h"
 
 namespace ts3d {
-namespace {
 
+using scene::Below;
 using scene::KFbxNode;
-
-enum class Below { Visit, Skip };
-
-/// Calls `visit` for every node below the root, parents first, children in order; it says whether to go on
-/// below the node.
-template <typename Visit>
-void Walk(const scene::KFbxScene& scene, const Visit& visit) {
-  std::vector<const KFbxNode*> pending;
-  const auto addChildren = [&](const KFbxNode& node) {
-    for (int i = node.GetChildCount(); i-- > 0;) pending.push_back(node.GetChild(i));
-  };
-  addChildren(*scene.GetRootNode());
-  while (!pending.empty()) {
-    const KFbxNode& node = *pending.back();
-    pending.pop_back();
-    if (visit(node) == Below::Visit) addChildren(node);
-  }
-}
-
-}  // namespace
 
 std::vector<const KFbxNode*> FindTopBones(const scene::KFbxScene& scene, bool openGroups) {
   std::vector<const KFbxNode*> tops;
-  Walk(scene, [&](const KFbxNode& node) {
+  const KFbxNode& root = *scene.GetRootNode();
+  WalkNodes(root, [&](const KFbxNode& node) {
+    if (&node == &root) return Below::Visit;
     if (!node.GetNodeAttribute() && !openGroups) return Below::Skip;
     if (!node.IsSkeleton()) return Below::Visit;
     tops.push_back(&node);
@@ -43,7 +26,7 @@ std::vector<const KFbxNode*> FindTopBones(const scene::KFbxScene& scene, bool op
 
 std::string NameForNewRoot(const scene::KFbxScene& scene) {
   std::set<std::string> taken;
-  Walk(scene, [&](const KFbxNode& node) {
+  WalkNodes(*scene.GetRootNode(), [&](const KFbxNode& node) {
     if (node.IsSkeleton()) taken.insert(LowerCase(SanitizeMeshName(node.GetName())));
     return Below::Visit;
   });
