@@ -84,6 +84,15 @@ TEST(PreviewPicture, WhatIsNearerHidesWhatIsBehindAndBonesLieOverBoth) {
   EXPECT_THAT(PixelAt(withBones, 32, 44), ElementsAre(Lt(80), Lt(160), Gt(120)));
 }
 
+TEST(PreviewPicture, AFewPointsFarAwayDoNotShrinkTheModel) {
+  actor::Actor actor;
+  actor.meshes.assign(20, Square("m"));
+  actor.materials = {support::Plain("m", {255, 0, 0, 0})};
+  const int whole = CountUnlikeGround(Draw(actor));
+  actor.meshes[7].vertices[2].position = {500, 0, 0};
+  EXPECT_GE(CountUnlikeGround(Draw(actor)), whole);
+}
+
 TEST(PreviewPicture, NothingThatAnActorHoldsDoesHarm) {
   preview::PictureOptions options;
   options.bones = true;

@@ -2,6 +2,7 @@
 #include "preview/model.h"
 
 #include "actor/rigid_transform.h"
+#include "core/bulk.h"
 
 namespace preview {
 namespace {
@@ -75,14 +76,28 @@ std::vector<Vector> BoneOrigins(const actor::Skeleton& skeleton) {
   return origins;
 }
 
-Bounds ModelBounds(const actor::Actor& drawable) {
-  Bounds bounds;
+std::vector<Vector> BulkPoints(const actor::Actor& drawable) {
+  std::vector<actor::Vector3> used;
   for (const actor::Mesh& mesh : drawable.meshes) {
+    std::vector<bool> isUsed(mesh.vertices.size());
     for (const auto& face : mesh.faces) {
-      for (const int32_t corner : face)
-        bounds.Add(ToVector(mesh.vertices[static_cast<size_t>(corner)].position));
+      for (const int32_t corner : face) isUsed[static_cast<size_t>(corner)] = true;
+    }
+    for (size_t i = 0; i < isUsed.size(); ++i) {
+      if (isUsed[i]) used.push_back(mesh.vertices[i].position);
     }
   }
+  if (const auto bulk = ts3d::FindBulk(used)) {
+    std::erase_if(used, [&](const actor::Vector3& point) { return !bulk->Holds(point); });
+  }
+  std::vector<Vector> points(used.size());
+  std::transform(used.begin(), used.end(), points.begin(), ToVector);
+  return points;
+}
+
+Bounds ModelBounds(const actor::Actor& drawable) {
+  Bounds bounds;
+  for (const Vector& point : BulkPoints(drawable)) bounds.Add(point);
   if (bounds.empty) {
     for (const Vector& origin : BoneOrigins(drawable.skeleton)) bounds.Add(origin);
   }

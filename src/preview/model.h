@@ -16,7 +16,11 @@ actor::Actor Drawable(const actor::Actor& source);
 /// whatever scale the root has.
 std::vector<Vector> BoneOrigins(const actor::Skeleton& skeleton);
 
-/// The box around every vertex that a face uses; around the bones when there is none.
+/// Every vertex that a face uses, but for a few that may lie far from all others: nobody would see the model
+/// in a picture that has room for them.
+std::vector<Vector> BulkPoints(const actor::Actor& drawable);
+
+/// The box around those points; around the bones when there are none.
 Bounds ModelBounds(const actor::Actor& drawable);
 
 }  // namespace preview

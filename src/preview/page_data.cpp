@@ -116,8 +116,10 @@ std::string WritePageData(const actor::Actor& source, const std::string& title,
                           const actor::PictureEncoder& encode, const std::optional<Vector>& up) {
   const actor::Actor actor = Drawable(source);
   const Stand stand = FindStand(actor, up);
+  const Bounds bounds = ModelBounds(actor);
   Looks looks(actor, encode);
   json data = {{"title", title},
+               {"bounds", {{"low", bounds.low}, {"high", bounds.high}}},
                {"stand", {{"side", stand.side}, {"up", stand.up}, {"front", stand.front}}},
                {"bones", BoneData(actor.skeleton)},
                {"meshes", json::array()}};

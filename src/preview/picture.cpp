@@ -16,16 +16,7 @@ int SamplesFor(int size) { return size <= 1024 ? 3 : 2; }
 
 /// Everything that has to be in the frame.
 std::vector<Vector> FramedPoints(const actor::Actor& actor, bool withBones) {
-  std::vector<Vector> points;
-  for (const actor::Mesh& mesh : actor.meshes) {
-    std::vector<bool> used(mesh.vertices.size());
-    for (const auto& face : mesh.faces) {
-      for (const int32_t corner : face) used[static_cast<size_t>(corner)] = true;
-    }
-    for (size_t i = 0; i < used.size(); ++i) {
-      if (used[i]) points.push_back(ToVector(mesh.vertices[i].position));
-    }
-  }
+  std::vector<Vector> points = BulkPoints(actor);
   // A bone alone stands for none in models without a skeleton, and may be far off.
   if ((withBones && actor.skeleton.bones.size() > 1) || points.empty()) {
     for (const Vector& origin : BoneOrigins(actor.skeleton)) points.push_back(origin);

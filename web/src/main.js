@@ -14,7 +14,9 @@ function start() {
   const stage = new Stage(element, actor.stand, () => bones.placeNames(stage.camera, stage.width, stage.height));
   const meshes = new Meshes(actor, () => stage.draw());
   const pose = new Pose(actor.bones);
-  const size = boundsOf(meshes.all).getSize(new THREE.Vector3()).length();
+  // Not the box around the meshes: a few of their points may lie far from all others.
+  const bulk = new THREE.Box3(new THREE.Vector3(...actor.bounds.low), new THREE.Vector3(...actor.bounds.high));
+  const size = bulk.getSize(new THREE.Vector3()).length();
   const bones = new Bones(actor.bones, document.getElementById("labels"), size);
   stage.model.add(meshes.group, bones.group);
   stage.scene.updateMatrixWorld();
@@ -58,7 +60,7 @@ function start() {
   stage.resize();
   follow();
   choose(actor.bones.length > 0 ? 0 : -1);
-  const box = boundsOf([...meshes.all, bones.points]);
+  const box = bulk.clone().applyMatrix4(meshes.group.matrixWorld).union(boundsOf([bones.points]));
   stage.frame(box, kViewAngle);
   // For tests and for the browser's console.
   window.preview = { actor, pose, meshes, bones, stage, bend, choose };
