@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -21,6 +22,7 @@ class KFbxSdkManager;
 
 namespace ts3d {
 
+struct ConvertedMesh;
 struct SkeletonState;
 
 /// Which human actor a model is; chosen from its path. The numbers are part of the host's interface.
@@ -65,6 +67,9 @@ struct ConversionJob {
   /// Whether `textureCallback` is called for textures that are named ".tga" as well. The exports leave it
   /// off.
   bool offerTgaTextures = false;
+
+  /// Called with each mesh when its files are written, while its data is there. The exports leave it empty.
+  std::function<void(const ConvertedMesh&)> onMesh;
 
   // One run.
   std::shared_ptr<SkeletonState> skeleton;  ///< null before the first conversion of the process

@@ -178,7 +178,8 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   job.sceneRoot = job.scene->GetRootNode();
   if (request.chooseRepairs) job.repairs = request.chooseRepairs(job);
   const ConversionResult result = ConvertLoadedScene(job, fbxPath);
-  if (request.onConverted && result == ConversionResult::Success) request.onConverted(*job.sceneRoot);
+  const bool isComplete = result == ConversionResult::Success || result == ConversionResult::NoMesh;
+  if (request.onConverted && isComplete) request.onConverted(*job.sceneRoot);
   ReleaseScene(job);
   WriteHeldFiles(job);
   return result;

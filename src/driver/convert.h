@@ -26,7 +26,8 @@ struct ConversionRequest {
   std::string actorPath;
   /// Called with the job that has loaded its scene; what it answers becomes the job's repairs. May be empty.
   std::function<RepairSettings(const ConversionJob& job)> chooseRepairs = nullptr;
-  /// Called with the converted scene, before it goes. May be empty.
+  /// Called with the scene when its conversion has ended, before it goes, also when it has no mesh. May be
+  /// empty.
   std::function<void(const scene::KFbxNode& root)> onConverted = nullptr;
 };
 

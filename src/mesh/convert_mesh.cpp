@@ -7,6 +7,7 @@
 #include "core/status.h"
 #include "material/extract_material.h"
 #include "mesh/cmf_writer.h"
+#include "mesh/converted_mesh.h"
 #include "mesh/material_slices.h"
 #include "mesh/mesh_filter.h"
 #include "mesh/prepare_mesh.h"
@@ -27,10 +28,13 @@ void CheckMaterialReference(KFbxMesh& mesh, int materialCount, ConversionJob& jo
   DebugTrace("material element with direct reference");
 }
 
-void WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh, const MeshData& data,
-                 TextureCoordinates& coordinates, ConversionJob& job) {
+/// @return the names of the files
+std::vector<std::string> WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh,
+                                     const MeshData& data, TextureCoordinates& coordinates,
+                                     ConversionJob& job) {
   CheckMaterialReference(mesh, materialCount, job);
   MaterialSlices slices(mesh, data, materialCount);
+  std::vector<std::string> files;
   std::vector<int32_t> outputIndex(materialCount < 2 ? 0 : data.records.size(), -1);
   for (int material = 0; material < std::max(materialCount, 1); ++material) {
     const MeshSlice slice = slices.Slice(name, material);
@@ -41,7 +45,9 @@ void WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh, con
                                     " Degenerate Polygons(s)"));
     }
     WriteCmfFile(slice, data, coordinates, outputIndex, job);
+    files.push_back(slice.name);
   }
+  return files;
 }
 
 void WriteMaterials(const std::string& name, const KFbxNode& node, bool hasMap, ConversionJob& job,
@@ -62,8 +68,9 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
   const MeshData data = PrepareMesh(node, name, job);
   StatusLog(job, "Writing Mesh Header");
   TextureCoordinates coordinates(node, mesh->GetUVs(), job);
-  WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job);
+  std::vector<std::string> files = WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job);
   WriteMaterials(name, node, coordinates.FoundAny(), job, packagedNames);
+  if (job.onMesh) job.onMesh({node, data, std::move(files)});
   mesh->ReleaseArrays();
 }
 
