@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "child_process.h"
+#include "describe_finding.h"
 #include "exit_codes.h"
 #include "interrupt.h"
 #include "terminal.h"
@@ -248,6 +249,7 @@ class Batch {
     if (options_.verbosity != Verbosity::Quiet) {
       for (const std::string& note : result.notes) PrintMessage(result.model, Severity::Note, note);
     }
+    for (const ts3d::Finding& fault : result.faults) TellFault(result.model, fault);
     if (result.code != 0) {
       if (tasks_.size() > 1) PrintLines(result.model, result.readerOutput);
       PrintMessage(result.model, Severity::Error, result.reason);
@@ -257,6 +259,13 @@ class Batch {
       std::fflush(stdout);
     }
     results_[index] = std::move(result);
+  }
+
+  void TellFault(const std::string& model, const ts3d::Finding& fault) const {
+    const bool isNote = fault.severity == ts3d::Severity::Note;
+    if (isNote && options_.verbosity == Verbosity::Quiet) return;
+    PrintMessage(model, isNote ? Severity::Note : Severity::Warning,
+                 DescribeFinding(fault) + (fault.fix.empty() ? "" : " " + fault.fix));
   }
 
   const std::vector<ModelTask>& tasks_;

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "core/visible_text.h"
+#include "describe_finding.h"
 #include "host_paths.h"
 #include "terminal.h"
 
@@ -64,17 +65,6 @@ void PrintSummary(const CheckedModel& model) {
   PrintLine(line);
 }
 
-/// "bones "a", "b" and 3 more: ", or nothing for the file itself.
-std::string SubjectText(const Finding& finding) {
-  constexpr size_t kMostNames = 6;
-  if (finding.names.empty()) return {};
-  std::string text = std::string(NameOf(finding.subject, finding.names.size()));
-  const size_t shown = std::min(finding.names.size(), kMostNames);
-  for (size_t i = 0; i < shown; ++i) text += (i == 0 ? " " : ", ") + Quoted(finding.names[i]);
-  if (shown < finding.names.size()) text += " and " + std::to_string(finding.names.size() - shown) + " more";
-  return text + ": ";
-}
-
 std::string Label(ts3d::Severity severity) {
   const std::string text = std::string(NameOf(severity)) + ":";
   if (severity == ts3d::Severity::Fatal) return Painted(stdout, Colour::Red, text);
@@ -83,17 +73,8 @@ std::string Label(ts3d::Severity severity) {
 
 void PrintFinding(const std::string& model, const Finding& finding) {
   std::printf("fbx2czp: %s: %s %s [%s]\n", Printable(model).c_str(), Label(finding.severity).c_str(),
-              Printable(SubjectText(finding) + finding.text).c_str(), finding.code.c_str());
+              Printable(DescribeFinding(finding)).c_str(), finding.code.c_str());
   if (!finding.fix.empty()) PrintLine("    Fix: " + finding.fix);
-}
-
-Json FindingAsJson(const Finding& finding) {
-  return {{"code", finding.code},
-          {"severity", NameOf(finding.severity)},
-          {"about", NameOf(finding.subject)},
-          {"names", finding.names},
-          {"text", finding.text},
-          {"fix", finding.fix}};
 }
 
 Json ReportAsJson(const CheckedModel& model) {

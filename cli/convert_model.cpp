@@ -3,13 +3,13 @@
 
 #include <minizip/unzip.h>
 
-#include <cmath>
 #include <cstdio>
 #include <memory>
 #include <set>
 
 #include "check/choose_repairs.h"
 #include "check/document_names.h"
+#include "check/rig_faults.h"
 #include "driver/convert.h"
 #include "driver/scene_loader.h"
 #include "exit_codes.h"
@@ -22,8 +22,6 @@
 namespace cli {
 namespace fs = std::filesystem;
 namespace {
-
-constexpr double kScaleTolerance = 1e-3;
 
 void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.rotationY = options.rotationY;
@@ -79,23 +77,6 @@ std::vector<MemberSize> ListMembers(const fs::path& package) {
   return members;
 }
 
-void NoteRootScale(const ts3d::ConversionJob& job, ModelResult& result) {
-  if (job.repairs.rigidBones || !job.skeleton || !job.skeleton->hasExtractedBones) return;
-  const scene::KFbxVector4& scale = job.skeleton->rootScale;
-  bool isScaled = false;
-  for (size_t axis = 0; axis < 3; ++axis) isScaled |= !(std::abs(scale[axis] - 1.0) <= kScaleTolerance);
-  if (!isScaled) return;
-  char text[400];
-  std::snprintf(
-      text, sizeof text,
-      "the root bone has a scale of %g, %g, %g, by which the stored positions are multiplied: unless "
-      "the root is at the origin, the model floats away from its place until an animation moves it "
-      "there. Convert with --rigid-bones, or apply the scale in your modelling program before the "
-      "export",
-      scale[0], scale[1], scale[2]);
-  result.notes.emplace_back(text);
-}
-
 ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, ModelResult& result) {
   const ts3d::ChosenRepairs chosen = ts3d::ChooseRepairs(loaded);
   for (const ts3d::NeededRepair& repair : chosen.needed) {
@@ -105,20 +86,18 @@ ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, ModelResu
   return chosen.settings;
 }
 
-void NoteBorrowedNames(const ts3d::ConversionJob& job, ModelResult& result) {
-  if (!job.skeleton || job.skeleton->borrowedNames.empty()) return;
-  constexpr size_t kNamed = 5;
-  const std::set<std::string>& names = job.skeleton->borrowedNames;
-  std::string list;
-  size_t named = 0;
-  for (auto name = names.begin(); name != names.end() && named < kNamed; ++name, ++named) {
-    list += (named == 0 ? "\"" : ", \"") + *name + "\"";
+/// Keeps what somebody can do something about.
+void TakeFaults(const ts3d::RigFaults& faults, const ts3d::ConversionJob& job, ModelResult& result) {
+  ts3d::RigReport report;
+  faults.Tell(job, report);
+  report.SortFindings();
+  for (ts3d::Finding& finding : report.findings) {
+    if (finding.severity == ts3d::Severity::Fatal) {
+      result.reason = finding.text + " " + finding.fix;
+    } else if (finding.severity == ts3d::Severity::Warning || !finding.fix.empty()) {
+      result.faults.push_back(std::move(finding));
+    }
   }
-  if (names.size() > kNamed) list += " and " + std::to_string(names.size() - kNamed) + " more";
-  result.notes.push_back(
-      "bones of the same name share weights: the skin follows other bones named " + list +
-      ", as in a second armature, but all their weights go to the first of that name. Convert with "
-      "--join-roots, which tells them apart, or give each bone a name of its own");
 }
 
 void NoteOutsidePictures(const std::set<std::string>& pictures, ModelResult& result) {
@@ -150,18 +129,21 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   };
   host.Attach(job);
   SetUp(job, options);
+  ts3d::RigFaults faults;
+  faults.Watch(job);
   ts3d::ConversionRequest hooks;
   if (options.repairsAsNeeded) {
     hooks.chooseRepairs = [&](const ts3d::ConversionJob& loaded) { return RepairAsNeeded(loaded, result); };
   }
   hooks.onConverted = [&](const scene::KFbxNode& root) {
     result.malformedNames = ts3d::NamesThatBreakDocument(job, job.skeleton->bones);
+    TakeFaults(faults, job, result);
     if (!NamesSomething(options)) return;
     result.unmatchedOptions =
         FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
   };
   result.code = Convert(task, work, finish, hooks, job);
-  if (result.code != 0) {
+  if (result.code != 0 && result.reason.empty()) {
     result.reason =
         job.failureReason.empty() ? DescribeExitCode(result.code) : std::string(job.failureReason);
   }
@@ -169,8 +151,6 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   result.textureProblems = textures.Problems();
   NoteOutsidePictures(textures.OutsidePictures(), result);
   if (result.code == 0) {
-    NoteRootScale(job, result);
-    NoteBorrowedNames(job, result);
     result.vertices = job.vertexTotal;
     result.triangles = job.polygonTotal;
     const fs::path package = WithExtension(work.Model(), "czp");

@@ -11,6 +11,7 @@
 #include "core/similar_names.h"
 #include "core/visible_text.h"
 #include "core/work_file.h"
+#include "describe_finding.h"
 #include "exit_codes.h"
 #include "platform/replacement.h"
 #include "terminal.h"
@@ -34,6 +35,7 @@ struct Totals {
 int CountWarnings(const ModelResult& result) {
   auto count =
       static_cast<int>(result.textureProblems.size() + result.damage.size() + result.malformedNames.size());
+  for (const ts3d::Finding& fault : result.faults) count += fault.severity == ts3d::Severity::Warning;
   for (const auto& [code, times] : result.Warnings()) count += times;
   return count;
 }
@@ -105,6 +107,8 @@ Json ToJson(const ModelResult& result) {
   for (const MemberSize& member : result.members) {
     members.push_back({{"name", member.name}, {"bytes", member.bytes}});
   }
+  Json faults = Json::array();
+  for (const ts3d::Finding& fault : result.faults) faults.push_back(FindingAsJson(fault));
   Json textures = Json::array();
   for (const TextureProblem& problem : result.textureProblems) {
     textures.push_back({{"source", problem.source}, {"problem", problem.text}});
@@ -123,6 +127,7 @@ Json ToJson(const ModelResult& result) {
           {"damage", result.damage},
           {"malformed_names", result.malformedNames},
           {"notes", result.notes},
+          {"faults", std::move(faults)},
           {"textures", std::move(textures)},
           {"unmatched_options", std::move(unmatched)},
           {"vertices", result.vertices},
@@ -143,6 +148,7 @@ ModelResult ResultFromJson(const Json& json) {
   json.at("damage").get_to(result.damage);
   json.at("malformed_names").get_to(result.malformedNames);
   json.at("notes").get_to(result.notes);
+  for (const Json& fault : json.at("faults")) result.faults.push_back(FindingFromJson(fault));
   for (const Json& texture : json.at("textures")) {
     result.textureProblems.push_back(
         {texture.at("source").get<std::string>(), texture.at("problem").get<std::string>()});

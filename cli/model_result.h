@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "check/finding.h"
 #include "textures/texture_converter.h"
 
 namespace cli {
@@ -34,6 +35,7 @@ struct ModelResult {
   std::vector<std::string> damage;          ///< arrays of the model that could not be unpacked
   std::vector<std::string> malformedNames;  ///< names that make the document unreadable
   std::vector<std::string> notes;           ///< advice in plain words
+  std::vector<ts3d::Finding> faults;        ///< of the rig, which show in the package
   std::vector<TextureProblem> textureProblems;
   std::vector<UnmatchedOption> unmatchedOptions;
   int32_t vertices = 0, triangles = 0;

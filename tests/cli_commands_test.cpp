@@ -60,7 +60,7 @@ TEST_F(Tool, AModelThatFailsDoesNotStopTheOthersAndLeavesNothing) {
   EXPECT_EQ(Files(), "empty.fbx good.czp good.fbx good.xfg text.fbx");
   EXPECT_TRUE(Printed("fbx2czp: missing.fbx: error: the model file does not exist\n"));
   EXPECT_TRUE(Printed("fbx2czp: text.fbx: error: the model could not be loaded"));
-  EXPECT_TRUE(Printed("fbx2czp: empty.fbx: error: the model has no mesh to convert\n"));
+  EXPECT_TRUE(Printed("fbx2czp: empty.fbx: error: The model has no mesh with points, "));
   EXPECT_EQ(Run("convert empty.fbx good.fbx -q"), 5);
 }
 

@@ -42,14 +42,26 @@ std::string PlainBoneName(std::string_view name) {
   return side + "|" + plain;
 }
 
+/// Plain names of all bones of the rig.
+std::set<std::string> PlainBoneNames(const SkeletonState& skeleton) {
+  std::set<std::string> names;
+  for (const scene::KFbxNode* bone : skeleton.boneNodes) names.insert(PlainBoneName(bone->GetName()));
+  return names;
+}
+
+/// Where the bone below the "shoulder" is the "arm", as in rigs of Mixamo, the shoulder is the clavicle.
+std::string WithoutShoulder(const std::string& plain, const std::set<std::string>& names) {
+  const std::string side = plain.substr(0, plain.find('|') + 1);
+  return plain == side + "shoulder" && names.contains(side + "arm") ? side + "clav" : plain;
+}
+
 struct ProductBone {
   std::string_view rigName;
   std::string plain;
 };
 
-/// The one of `missing` that the bone `name` of the rig may be, or null.
-const ProductBone* Nearest(const std::string& name, const std::vector<ProductBone>& missing) {
-  const std::string plain = PlainBoneName(name);
+/// The one of `missing` that the bone with that plain name may be, or null.
+const ProductBone* Nearest(const std::string& plain, const std::vector<ProductBone>& missing) {
   const auto side = [](const std::string& text) { return text.substr(0, text.find('|')); };
   const ProductBone* nearest = nullptr;
   size_t smallest = plain.size() / 4 + 1;
@@ -69,10 +81,11 @@ const ProductBone* Nearest(const std::string& name, const std::vector<ProductBon
 void TellSimilar(RigCheck& check, const std::vector<ProductBone>& missing) {
   constexpr size_t kMostBones = 2000, kLongestName = 64;
   const SkeletonState& skeleton = *check.job.skeleton;
+  const std::set<std::string> names = PlainBoneNames(skeleton);
   for (size_t id = 0; id < std::min(skeleton.boneNodes.size(), kMostBones); ++id) {
     const std::string& name = skeleton.boneNodes[id]->GetName();
     if (name.size() > kLongestName || !FindProductBoneName(name).empty()) continue;
-    if (const ProductBone* similar = Nearest(name, missing)) {
+    if (const ProductBone* similar = Nearest(WithoutShoulder(PlainBoneName(name), names), missing)) {
       check.report.Add(findings::kSimilarBone, name, {std::string(similar->rigName)});
     }
   }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "check/bone_places.h"
 #include "check/finding_kinds.h"
 #include "check/rig_check.h"
 #include "material/extract_material.h"

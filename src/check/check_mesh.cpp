@@ -35,7 +35,7 @@ class MeshCheck {
     const std::vector<MeshSlice> slices = Slices(data);
     const bool hasMap = FindCoordinates(data, slices);
     TellCoordinates(hasMap);
-    AddOutputs(data, slices, hasMap);
+    check_.faults.Take({node_, data, AddOutputs(data, slices, hasMap)}, check_.job);
     mesh_.ReleaseArrays();
   }
 
@@ -106,7 +106,10 @@ class MeshCheck {
     check_.report.Add(findings::kNoCoordinates, node_.GetName());
   }
 
-  void AddOutputs(const MeshData& data, const std::vector<MeshSlice>& slices, bool hasMap) {
+  /// @return names of the mesh files
+  std::vector<std::string> AddOutputs(const MeshData& data, const std::vector<MeshSlice>& slices,
+                                      bool hasMap) {
+    std::vector<std::string> files;
     if (node_.GetMaterialCount() == 0) check_.report.Add(findings::kNoMaterial, node_.GetName());
     for (size_t i = 0; i < slices.size(); ++i) {
       const MeshSlice& slice = slices[i];
@@ -119,8 +122,11 @@ class MeshCheck {
         output.material = material.GetName();
         output.texture = CheckMaterial(material, hasMap, check_);
       }
-      if (written) check_.report.meshes.push_back(std::move(output));
+      if (!written) continue;
+      files.push_back(slice.name);
+      check_.report.meshes.push_back(std::move(output));
     }
+    return files;
   }
 
   const KFbxNode& node_;

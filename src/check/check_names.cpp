@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
@@ -35,7 +36,7 @@ class NameCheck {
  private:
   void TellName(const RigCheck::Slot& slot) {
     const std::string name = SanitizeMeshName(slot.node);
-    if (name != slot.node) report_.Add(findings::kNameChanged, slot.node, {name});
+    if (name != slot.node) report_.Add(findings::kNameChanged, slot.node, ChangedBeginning(slot.node, name));
     if (BreaksDocument(name)) report_.Add(findings::kXmlName, slot.node);
     // No usual file system takes longer ones.
     constexpr size_t kLongestFileName = 255;
@@ -107,6 +108,11 @@ void CheckNames(RigCheck& check) {
   TellBoneNames(check);
   TellTextureNames(check);
   TellExclusions(check);
+}
+
+std::vector<std::string> ChangedBeginning(const std::string& name, const std::string& cleaned) {
+  const auto [end, cleanedEnd] = std::mismatch(name.rbegin(), name.rend(), cleaned.rbegin(), cleaned.rend());
+  return {std::string(name.begin(), end.base()), std::string(cleaned.begin(), cleanedEnd.base())};
 }
 
 std::vector<std::string> ExpectedMembers(const RigCheck& check) {

@@ -112,7 +112,8 @@ void CheckNodes(RigCheck& check) {
         check.report.Add(findings::kHidingMesh, next.node->GetName(), {next.emptyMesh->GetName()});
       }
     } else if (const char* geometry = attribute ? GeometryName(attribute->GetAttributeType()) : nullptr) {
-      check.report.Add(findings::kNotAMesh, next.node->GetName(), {geometry});
+      const bool isLine = attribute->GetAttributeType() == EAttributeType::eLINE;
+      check.report.Add(isLine ? findings::kLine : findings::kNotAMesh, next.node->GetName(), {geometry});
     }
     for (int i = next.node->GetChildCount(); i-- > 0;) {
       pending.push_back({next.node->GetChild(i), next.emptyMesh});
@@ -139,10 +140,8 @@ void CheckScene(RigCheck& check) {
                     [&](const KFbxNode& node) { CheckMeshNode(node, check); });
   }
   CheckNodes(check);
-  CheckBindPose(check);
-  if (ForEachListedName(*check.job.sceneRoot, false, [](const ListedName&) {}) == 0) {
-    check.report.Add(findings::kNoMesh);
-  } else if (check.report.meshes.empty()) {
+  check.faults.Tell(check.job, check.report);
+  if (check.report.Worst() < Severity::Fatal && check.report.meshes.empty()) {
     check.report.Add(findings::kAllLeftOut);
   }
   for (const std::string& array : check.job.scene->GetDamagedArrays()) {

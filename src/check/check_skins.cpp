@@ -96,15 +96,6 @@ void TellNoSkin(const KFbxNode& node, RigCheck& check) {
   }
 }
 
-bool IsIdentity(const scene::KFbxXMatrix& m) {
-  constexpr double kRounding = 1e-6;
-  const scene::KFbxXMatrix identity;
-  for (size_t i = 0; i < 16; ++i) {
-    if (std::abs(m.At(i) - identity.At(i)) > kRounding) return false;
-  }
-  return true;
-}
-
 bool HasWeights(const KFbxMesh& mesh) {
   for (int s = 0; s < mesh.GetSkinCount(); ++s) {
     if (mesh.GetSkin(s)->GetClusterCount() > 0) return true;
@@ -115,7 +106,7 @@ bool HasWeights(const KFbxMesh& mesh) {
 }  // namespace
 
 void CheckSkins(const KFbxNode& node, KFbxMesh& mesh, RigCheck& check) {
-  if (!HasWeights(mesh)) return TellNoSkin(node, check);
+  if (!HasWeights(mesh)) return;
   const auto tell = [&](const FindingKind& kind, size_t count) {
     if (count > 0) check.report.Add(kind, node.GetName(), {std::to_string(count)});
   };
@@ -137,16 +128,11 @@ void CheckSkins(const KFbxNode& node, KFbxMesh& mesh, RigCheck& check) {
 }
 
 void CheckWeights(const KFbxNode& node, const MeshData& data, size_t pointCount, RigCheck& check) {
-  if (check.job.skeleton->hasExtractedBones) {
-    for (const std::string& link : check.lines.After(">>> Unable to Find BoneID for ")) {
-      check.report.Add(findings::kUnknownLink, link);
-    }
+  if (!check.job.skeleton->hasExtractedBones) return;
+  if (!HasWeights(*node.GetMesh())) {
+    if (data.triangles.Count() > 0) TellNoSkin(node, check);
+    return;
   }
-  if (!check.lines.After("Missing Bind Pose Data for Mesh: ").empty() &&
-      !IsIdentity(node.GetGlobalFromDefaultTake())) {
-    check.report.Add(findings::kMeshNotBound, node.GetName());
-  }
-  if (!check.job.skeleton->hasExtractedBones || !HasWeights(*node.GetMesh())) return;
   const WeightCounts counts = CountWeights(data, pointCount);
   const auto tell = [&](const FindingKind& kind, size_t count, std::string more = {}) {
     if (count == 0) return;

@@ -25,6 +25,19 @@ inline constexpr FindingKind kPassword{"password", Fatal, File, "The model is pr
 inline constexpr FindingKind kNoMesh{"no-mesh", Fatal, File,
                                      "The model has no mesh with points, so there is nothing to convert.",
                                      "Select the meshes for the export, too."};
+inline constexpr FindingKind kMotionOnly{
+    "no-mesh", Fatal, File,
+    "{} bones and no mesh: this file holds a motion, or a skeleton alone, and no model to convert.",
+    "Convert the file that holds the character; or select the meshes for the export, too."};
+inline constexpr FindingKind kDecimalCommas{
+    "decimal-commas", Warning, File,
+    "The numbers of this text file have decimal commas. Commas also stand between its numbers, so that none "
+    "of "
+    "them can be read as it was meant; the package is of no use.",
+    "Export it again as a binary file, or with a system language that writes decimal points."};
+inline constexpr FindingKind kRepairHelps{
+    "repair-helps", Note, File, "{} was tried on this model and helps: without it, {}.",
+    "Convert with this option, or with --repair for all that a model needs."};
 inline constexpr FindingKind kAllLeftOut{
     "all-left-out", Warning, File, "Every mesh is left out, so the package shows nothing.",
     "Rename the meshes, rename the file if it is no actor, or exclude fewer names."};
@@ -34,20 +47,42 @@ inline constexpr FindingKind kNoSkeleton{
     "no-skeleton", Warning, File,
     "The model has no skeleton; its meshes will hang on one stand-in bone, \"dummy_bone\".",
     "Export the armature or joints together with the meshes."};
+inline constexpr FindingKind kStaticModel{
+    "static-model", Note, File,
+    "No skeleton and no skin: the model will stand still, on one stand-in bone, \"dummy_bone\".",
+    "If it is to move, export the armature or joints together with the meshes."};
+inline constexpr FindingKind kPlaceLost{
+    "place-lost", Warning, Mesh,
+    "Without a skeleton, a mesh is stored as it was modelled, around the origin, without the place, turn and "
+    "scale of its object.",
+    "Convert with --attach-rigid, or apply the transforms of the objects before the export."};
 inline constexpr FindingKind kNoBindPose{
     "no-bind-pose", Warning, File,
-    "The file has no bind pose. Bones are taken as they stand now, and meshes as they were modelled, without "
-    "the place of their objects.",
-    "Switch on the bind pose in the exporter, or export in the pose that the skin was bound in."};
+    "The file has no bind pose. Bones are taken as they stand now, and meshes as they were modelled, and "
+    "these "
+    "are not at the same place.",
+    "Convert with --bind-from-skin, or switch on the bind pose in the exporter."};
+inline constexpr FindingKind kNoBindPoseHarmless{
+    "no-bind-pose-harmless", Note, File,
+    "The file has no bind pose, but its bones and meshes stand where they were bound.", ""};
 inline constexpr FindingKind kHiddenBones{
     "hidden-bones", Warning, Node,
-    "A plain group without any type stands above bones; the {} skeleton nodes below it are not found.",
-    "Move the skeleton out of the group to the top of the scene, or make the group a Null or a bone."};
+    "The file has no attribute for this node, as some exporters write their groups and Nulls. Nothing below "
+    "such a node is found; {} skeleton nodes are there.",
+    "Convert with --open-groups, or move the skeleton to the top of the scene."};
+inline constexpr FindingKind kIdleHiddenBones{
+    "idle-hidden-bones", Note, Node,
+    "The file has no attribute for this node, so that the {} skeleton nodes below it are not found. No mesh "
+    "follows them.",
+    ""};
 inline constexpr FindingKind kSecondRoot{
     "second-root", Warning, Bone,
     "The skeleton has more than one root bone. Only the first one is taken, \"{}\"; this one and the bones "
     "below it are left out, and what they move will not follow.",
-    "Put all bones below one root bone."};
+    "Convert with --join-roots, or put all bones below one root bone."};
+inline constexpr FindingKind kIdleSecondRoot{
+    "idle-second-root", Note, Bone,
+    "A further root bone beside \"{}\". It is left out with the bones below it; no mesh follows them.", ""};
 inline constexpr FindingKind kMirroredBone{
     "mirrored-bone", Warning, Bone,
     "Mirrored: the scale in the bind pose is negative. The skeleton will not import well.",
@@ -66,15 +101,24 @@ inline constexpr FindingKind kNearlyEvenScale{"nearly-even-scale", Note, Bone,
                                               ""};
 inline constexpr FindingKind kBoneNotBound{
     "bone-not-bound", Warning, Bone,
-    "A bone with weights is missing from the bind pose; it is taken as it stands now.",
-    "Reset the bind pose with all bones, or export in the pose that the skin was bound in."};
+    "A bone with weights is missing from the bind pose; it is taken as it stands now, and that is not where "
+    "its skin was bound. Farthest off is \"{}\", by {}.",
+    "Convert with --bind-from-skin, or reset the bind pose with all bones."};
+inline constexpr FindingKind kBoneNotBoundHarmless{
+    "bone-not-bound-harmless", Note, Bone,
+    "A bone with weights is missing from the bind pose, but it stands where its skin was bound.", ""};
+inline constexpr FindingKind kOtherBindPose{
+    "other-bind-pose", Note, Bone,
+    "The bind pose is not the pose in which the skin was bound. {} bones differ, this one most, by {}. The "
+    "package is sound, but stands in the bind pose.",
+    "Convert with --bind-from-skin to have it stand as it was bound."};
 inline constexpr FindingKind kIdleBoneNotBound{"idle-bone-not-bound", Note, Bone,
                                                "A bone without weights is missing from the bind pose, as end "
                                                "bones often are; it is taken as it stands now.",
                                                ""};
 inline constexpr FindingKind kParentNotBound{
     "parent-not-bound", Warning, Bone,
-    "The bind pose has the bone, but not the node above it; the bone is put into the wrong place.",
+    "The bind pose has the bone, but not the node above it; the bone is put into the wrong place, {} off.",
     "Reset the bind pose with all bones, or put the bone below another one."};
 inline constexpr FindingKind kRootScale{
     "root-scale", Warning, Bone,
@@ -85,19 +129,32 @@ inline constexpr FindingKind kRootScaleHarmless{
     "root-scale-harmless", Note, Bone,
     "The root bone is scaled by {}. It stands at the origin, so the stored skeleton is as it should be.",
     "Nothing has to be done; convert with --rigid-bones if the root is to be moved later."};
+inline constexpr FindingKind kScaledBones{
+    "scaled-bones", Warning, Bone,
+    "Bones lose their scales, and what is below them its place: skin and bones do not stand together. {} "
+    "bones "
+    "are off, this one most, by {}.",
+    "Convert with --rigid-bones, or apply the scale of all bones before the export."};
+inline constexpr FindingKind kBonesAstray{"bones-astray", Warning, Bone,
+                                          "At rest the stored bones do not stand where their skin has them. "
+                                          "{} bones are off, this one most, by {}.",
+                                          "Reset the bind pose with all bones and meshes, or try --repair."};
 inline constexpr FindingKind kPosedBones{
     "posed-bones", Note, Bone,
     "Now standing elsewhere than in the bind pose; the package gets the bind pose.", ""};
 inline constexpr FindingKind kSameBoneName{
     "same-bone-name", Warning, Bone, "Several bones have one name; all weights go to the first of them.",
     "Give each bone a name of its own."};
+inline constexpr FindingKind kIdleSameBoneName{
+    "idle-same-bone-name", Note, Bone, "Several bones have one name; only the first of them has weights.",
+    ""};
 inline constexpr FindingKind kUnnamedBone{
     "unnamed-bone", Warning, Bone,
     "A bone below \"{}\" has no name, or none that is left after cleaning; its weights are lost.",
     "Give the bone a name."};
 inline constexpr FindingKind kBoneNameChanged{
     "bone-name-changed", Note, Bone,
-    "The name is changed to \"{}\": a sign that names cannot hold goes, and the character before it too.",
+    "\"{}\" in the name becomes \"{}\": a sign that names cannot hold goes, and the character before it too.",
     "Use letters, digits, blanks and underscores only."};
 inline constexpr FindingKind kXmlBoneName{
     "xml-bone-name", Warning, Bone,
@@ -140,9 +197,21 @@ inline constexpr FindingKind kUnusedSlot{
     "unused-material", Note, Mesh,
     "No triangle uses the material of this part; the package lists it with an empty file.",
     "Delete the unused material slots."};
+inline constexpr FindingKind kShiftedParts{
+    "shifted-parts", Warning, Mesh,
+    "Gets the material of another part. Materials and mesh files are numbered each by themselves, and the "
+    "numbers differ from \"{}\" on, which is only among one of them.",
+    "Delete material slots that no face uses, and empty meshes; or leave such a part out with --exclude."};
+inline constexpr FindingKind kStrayPoints{
+    "stray-points", Warning, Mesh,
+    "{} points are far from all others: up to {} from the middle of the model, which reaches no farther than "
+    "{} otherwise.",
+    "Delete stray points and forgotten objects."};
 inline constexpr FindingKind kNotAMesh{"not-a-mesh", Warning, Node,
                                        "Not a mesh but a {}; only polygon meshes are converted.",
                                        "Turn it into polygons before the export."};
+inline constexpr FindingKind kLine{"line-left-out", Note, Node,
+                                   "Not a mesh but a {}; only polygon meshes are converted.", ""};
 inline constexpr FindingKind kNoTriangles{"no-triangles", Note, Mesh,
                                           "Points but no faces; nothing will show.",
                                           "Delete it, or leave it out with --exclude."};
@@ -174,21 +243,37 @@ inline constexpr FindingKind kMeshNotBound{
     "mesh-not-bound", Warning, Mesh,
     "Missing from the bind pose: stored as it was modelled, without the place, turn and scale of the "
     "object.",
-    "Apply the transforms of the object, or reset the bind pose with this mesh."};
+    "Convert with --attach-rigid, apply the transforms of the object, or reset the bind pose with this "
+    "mesh."};
+inline constexpr FindingKind kSkinNotBound{
+    "skin-not-bound", Warning, Mesh,
+    "Missing from the bind pose: stored as it was modelled, but its bones stand elsewhere. Skin and bone are "
+    "farthest apart at \"{}\", by {}.",
+    "Convert with --bind-from-skin, or reset the bind pose with this mesh and its bones."};
+inline constexpr FindingKind kSkinOffBones{
+    "skin-off-bones", Warning, Mesh,
+    "The skin is not where its bones are. They are farthest apart at \"{}\", by {}.",
+    "Reset the bind pose with all bones and meshes, or try --repair."};
 inline constexpr FindingKind kNoSkin{
     "no-skin", Warning, Mesh, "No skin: it will stick to the root bone \"{}\" as a whole.",
     "Bind it to the skeleton; give all points full weight on one bone to make it follow that one."};
 inline constexpr FindingKind kNoSkinOnBone{
     "no-skin-on-bone", Warning, Mesh,
     "Hung on the bone \"{}\" without a skin. Only skins count: it will stick to the root bone \"{}\".",
-    "Bind it to the skeleton with full weight on that bone."};
+    "Convert with --attach-rigid, or bind it to the skeleton with full weight on that bone."};
 inline constexpr FindingKind kSeveralSkins{"several-skins", Note, Mesh,
                                            "{} skins; the weights of all of them are put together.", ""};
 inline constexpr FindingKind kUnknownLink{
     "unknown-link", Warning, Bone,
-    "Meshes have weights for this name, but the skeleton that is taken has no such bone; the weights are "
+    "Meshes have weights for this name, but the skeleton that is taken has no such bone; {} weights are "
     "lost.",
-    "Put all bones below one root bone, or move the weights to other bones."};
+    "Convert with --join-roots, or --open-groups where a group hides the bones; or move the weights to other "
+    "bones."};
+inline constexpr FindingKind kNamesake{
+    "namesake", Warning, Bone,
+    "Meshes have weights for a bone of this name in another skeleton, which is left out. They go to the bone "
+    "of this name in the skeleton that is taken.",
+    "Convert with --join-roots, which tells them apart, or export one character at a time."};
 inline constexpr FindingKind kNoLink{"cluster-without-bone", Warning, Mesh,
                                      "{} weight lists name no bone; their weights are lost.",
                                      "Bind the mesh anew."};
@@ -207,10 +292,10 @@ inline constexpr FindingKind kBadWeights{
 inline constexpr FindingKind kUnevenWeights{
     "unnormalised-weights", Note, Mesh,
     "The weights of {} points do not add up to 1; they are stored as if they did.", ""};
-inline constexpr FindingKind kBadIndices{"weights-out-of-range", Warning, Mesh,
-                                         "{} weights are for points that the mesh does not have; they are "
-                                         "lost.",
-                                         "Bind the mesh anew; it was changed after it was bound."};
+inline constexpr FindingKind kBadIndices{
+    "weights-out-of-range", Note, Mesh,
+    "{} weights are for points that the mesh does not have; they are lost.",
+    "If the mesh was changed after it was bound, bind it anew."};
 inline constexpr FindingKind kAdditive{
     "additive-skin", Warning, Mesh,
     "The weights are meant to add to each other. The package knows blended weights only, so the mesh will "
@@ -225,7 +310,7 @@ inline constexpr FindingKind kTotalOne{
 // Names.
 inline constexpr FindingKind kNameChanged{
     "mesh-name-changed", Note, Mesh,
-    "The name is changed to \"{}\": a sign that names cannot hold goes, and the character before it too.",
+    "\"{}\" in the name becomes \"{}\": a sign that names cannot hold goes, and the character before it too.",
     "Use letters, digits, blanks and underscores only."};
 inline constexpr FindingKind kXmlName{
     "xml-name", Warning, Mesh,

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "check/rig_faults.h"
 #include "check/rig_report.h"
 #include "check/status_lines.h"
 #include "core/conversion_job.h"
@@ -22,6 +23,7 @@ struct RigCheck {
   ConversionJob job;
   StatusLines lines;
   RigReport report;
+  RigFaults faults;
   double rigSize = 0.0;  ///< extent of the bones, for what counts as a small distance
 
   /// A place for an output mesh and its material file, whether triangles fill it or not.
@@ -38,8 +40,6 @@ struct RigCheck {
 void CheckBones(RigCheck& check);
 // check_pose.cpp: where the bones are at bind time.
 void CheckPose(RigCheck& check);
-/// What the bind pose lacks; to be called when the meshes have told which bones carry weight.
-void CheckBindPose(RigCheck& check);
 /// Where the bone of `node` is in the bind pose, or now when the bind pose lacks it.
 const scene::KFbxXMatrix& RestMatrix(const scene::KFbxNode& node, const SkeletonState& skeleton);
 // check_actor_bones.cpp: bones that the product wants in an actor.
@@ -55,10 +55,10 @@ std::string CheckMaterial(const scene::KFbxSurfaceMaterial& material, bool hasMa
 
 // check_names.cpp: all names, at the end.
 void CheckNames(RigCheck& check);
+/// What of `name` became what of `cleaned`, up to the last difference: names that share a prefix are one
+/// finding.
+std::vector<std::string> ChangedBeginning(const std::string& name, const std::string& cleaned);
 /// The package's files, in their order.
 std::vector<std::string> ExpectedMembers(const RigCheck& check);
-
-/// `value` in few digits.
-std::string ShortNumber(double value);
 
 }  // namespace ts3d

@@ -17,31 +17,11 @@ constexpr float kUsedWeight = 0.05f;
 /// Identifier of the bone that `cluster` follows, or -1.
 int32_t FindBone(const scene::KFbxCluster& cluster, const ConversionJob& job) {
   if (!cluster.GetLink()) return -1;
-  const SkeletonState& skeleton = *job.skeleton;
-  if (job.repairs.joinRoots) {
-    // Joined armatures often have the same names.
-    if (const auto own = skeleton.boneOf.find(cluster.GetLink()); own != skeleton.boneOf.end())
-      return own->second;
-  }
-  std::string name = SanitizeMeshName(cluster.GetLink()->GetName());
-  if (name.empty()) return -1;
-  int32_t id = skeleton.bones.IdByName(name);
-  if (id < 0) {
-    // Namespaces that cleaning left in front.
-    name.erase(0, name.rfind(':') + 1);
-    id = skeleton.bones.IdByName(name);
-  }
-  if (id >= 0) return id;
-  StatusLog(job, ComposeMessage(">>> Unable to Find BoneID for ", name));
-  return -1;
-}
-
-/// Bones are found by name alone; notes where that gives `bone` the weights of another one.
-void NoteBorrowedName(scene::KFbxCluster& cluster, int32_t bone, SkeletonState& skeleton) {
-  const auto id = static_cast<size_t>(bone);
-  if (id >= skeleton.boneNodes.size() || skeleton.boneNodes[id] == cluster.GetLink()) return;
-  if (cluster.GetControlPointIndicesCount() > 0)
-    skeleton.borrowedNames.insert(skeleton.bones.FindById(bone)->name);
+  std::string name;
+  const int32_t id = BoneOfLink(*cluster.GetLink(), job, name);
+  if (id < 0 && !SanitizeMeshName(cluster.GetLink()->GetName()).empty())
+    StatusLog(job, ComposeMessage(">>> Unable to Find BoneID for ", name));
+  return id;
 }
 
 /// A cluster that follows a bone.
@@ -151,21 +131,34 @@ class InfluenceRows {
 };
 
 /// Clusters of all skins whose link is a bone, in order.
-std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, ConversionJob& job) {
+std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, const ConversionJob& job) {
   std::vector<BoneCluster> found;
   for (int s = 0; s < mesh.GetSkinCount(); ++s) {
     const scene::KFbxSkin& skin = *mesh.GetSkin(s);
     for (int c = 0; c < skin.GetClusterCount(); ++c) {
       const int32_t bone = FindBone(*skin.GetCluster(c), job);
-      if (bone < 0) continue;
-      NoteBorrowedName(*skin.GetCluster(c), bone, *job.skeleton);
-      found.push_back({skin.GetCluster(c), bone});
+      if (bone >= 0) found.push_back({skin.GetCluster(c), bone});
     }
   }
   return found;
 }
 
 }  // namespace
+
+int32_t BoneOfLink(const scene::KFbxNode& link, const ConversionJob& job, std::string& name) {
+  const SkeletonState& skeleton = *job.skeleton;
+  name = SanitizeMeshName(link.GetName());
+  if (job.repairs.joinRoots) {
+    // Joined armatures often have the same names.
+    if (const auto own = skeleton.boneOf.find(&link); own != skeleton.boneOf.end()) return own->second;
+  }
+  if (name.empty()) return -1;
+  const int32_t id = skeleton.bones.IdByName(name);
+  if (id >= 0) return id;
+  // Namespaces that cleaning left in front.
+  name.erase(0, name.rfind(':') + 1);
+  return skeleton.bones.IdByName(name);
+}
 
 InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, ConversionJob& job) {
   const std::vector<BoneCluster> clusters = FindBoneClusters(mesh, job);

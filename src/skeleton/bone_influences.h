@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "core/conversion_job.h"
@@ -37,6 +38,10 @@ class InfluenceTable {
   std::vector<uint32_t> rowEnds_;
   scene::FbxArray<BoneWeight> weights_;
 };
+
+/// Identifier of the bone that clusters with this link give their weights to, or -1.
+/// @param name  receives the name that was looked up last
+int32_t BoneOfLink(const scene::KFbxNode& link, const ConversionJob& job, std::string& name);
 
 /// Gathers the weights of every skin cluster of `mesh` and marks the bones that carry weight. A cluster whose
 /// link names no bone adds nothing and is reported; one without a link adds nothing silently.

@@ -3,8 +3,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <set>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -26,9 +24,7 @@ struct SkeletonState {
   std::unordered_map<const scene::KFbxNode*, int32_t> boneOf;  ///< the other way round
   const scene::KFbxPose* bindPose = nullptr;
   std::shared_ptr<const scene::KFbxPose> skinPose;  ///< the bind pose when the skins tell it
-  /// Names by which weights of bones that were left out went to the extracted bones of the same name.
-  std::set<std::string> borrowedNames;
-  bool hasExtractedBones = false;  ///< false too when the tree only holds the stand-in bone
+  bool hasExtractedBones = false;                   ///< false too when the tree only holds the stand-in bone
   bool hasJoiningRoot = false;     ///< bone 0 is no bone of the scene; it joins several skeletons
   bool bindPoseAmbiguous = false;  ///< another bind pose has as many nodes
   /// First bind pose of each node; filled when an ambiguous bind pose lacks a node.

@@ -16,6 +16,25 @@ void KFbxScene::Clear() {
   root_ = &Create<KFbxNode>("RootNode");
 }
 
+bool KFbxScene::HasDecimalCommas() const {
+  if (!tree_ || !tree_->ascii) return false;
+  // A vector of three numbers has more of them then.
+  constexpr uint32_t kMostTexts = 4, kComponents = 3;
+  for (uint32_t i = 0; i < tree_->records.size(); ++i) {
+    const RecordRef property(tree_.get(), i);
+    if (property.Name() != "P" && property.Name() != "Property") continue;
+    const std::string_view name = property.Text(0);
+    if (name != "Lcl Translation" && name != "Lcl Rotation" && name != "Lcl Scaling") continue;
+    uint32_t texts = 0;
+    while (texts < kMostTexts && property.ValueAt(texts) &&
+           property.ValueAt(texts)->kind == Value::Kind::Text) {
+      ++texts;
+    }
+    if (property.ValueCount() > texts + kComponents) return true;
+  }
+  return false;
+}
+
 void KFbxScene::EvaluateTransforms() {
   struct Open {
     const KFbxNode* node;

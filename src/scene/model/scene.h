@@ -21,6 +21,9 @@ class KFbxScene : public KFbxObject {
   /// The arrays that could not be unpacked so far, as `"Weights" of bone "hip" in mesh "Body"`. They were
   /// taken as empty.
   std::vector<KString> GetDamagedArrays();
+  /// Whether the numbers of a text file were written with decimal commas, as programs did in countries that
+  /// write numbers so. Commas stand between numbers in such a file, too: each of them reads as two.
+  bool HasDecimalCommas() const;
   int GetPoseCount() const { return static_cast<int>(poses_.size()); }
   KFbxPose* GetPose(int i) const { return poses_[static_cast<size_t>(i)]; }
 

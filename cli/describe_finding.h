@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "check/finding.h"
+
+namespace cli {
+
+/// What a finding says of whom: `bones "a", "b" and 3 more: ...`.
+std::string DescribeFinding(const ts3d::Finding& finding);
+
+/// A finding as docs/check.md describes it.
+nlohmann::ordered_json FindingAsJson(const ts3d::Finding& finding);
+/// The opposite. @throws nlohmann::json::exception on anything else
+ts3d::Finding FindingFromJson(const nlohmann::ordered_json& json);
+
+}  // namespace cli
