@@ -13,6 +13,7 @@
 #include "child_process.h"
 #include "describe_finding.h"
 #include "exit_codes.h"
+#include "host_paths.h"
 #include "interrupt.h"
 #include "terminal.h"
 
@@ -166,7 +167,7 @@ class Batch {
   static const char* Refusal(const ModelTask& task) {
     constexpr bool kIsWindows = fs::path::preferred_separator == '\\';
     const std::string path = task.model.string();
-    if (!kIsWindows && path.find('\\') != std::string::npos) {
+    if (HasBackslashInName(task.model)) {
       return "a path with a backslash cannot be converted; rename the file or its folder";
     }
     if (kIsWindows && std::any_of(path.begin(), path.end(), [](char c) { return (c & 0x80) != 0; })) {

@@ -27,7 +27,7 @@ struct CheckCommandOptions {
 
 ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& options) {
   ts3d::RigReport report;
-  if (model.string().find('\\') != std::string::npos) {
+  if (HasBackslashInName(model)) {
     report.Add(ts3d::findings::kNotLoaded, {}, {"its path has a backslash"});
     return report;
   }

@@ -20,7 +20,7 @@
 namespace cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kConvertExamples =
     "  fbx2czp convert hero.fbx\n"
     "      writes hero.czp, and hero.xfg for later final settings, beside the model\n"
     "  fbx2czp convert \"Actor (Female).fbx\" --rotation-y 180 --output packages\n"
@@ -149,7 +149,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       ->type_name("FILE");
   AddNoPlugins(convert, options->loadsPlugins);
   AddVerbosity(convert, options->verbosity);
-  SetFooter(convert, kExamples);
+  SetFooter(convert, kConvertExamples);
 }
 
 }  // namespace cli

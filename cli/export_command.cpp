@@ -55,7 +55,7 @@ int RunExport(const ExportOptions& options) {
   return kWritten;
 }
 
-std::string CheckOutput(const std::string& path) {
+std::string CheckExportOutput(const std::string& path) {
   const std::string extension = ts3d::LowerCase(fs::path(path).extension().string());
   return extension == ".glb" || extension == ".obj" ? std::string()
                                                     : "\"" + path + "\" is no .glb or .obj file";
@@ -73,7 +73,7 @@ void AddExportCommand(CLI::App& app, RunCommand& run) {
       .add_option("-o,--output", options->output,
                   "OUT.glb: skeleton, skin and pictures in one file; OUT.obj: shape, colours and pictures")
       ->required()
-      ->check(CLI::Validator(CheckOutput, "FILE"));
+      ->check(CLI::Validator(CheckExportOutput, "FILE"));
   command.footer(
       "Examples:\n"
       "  fbx2czp export hero.czp -o hero.glb\n"

@@ -15,7 +15,7 @@
 namespace cli {
 namespace {
 
-constexpr const char* kExamples =
+constexpr const char* kFinishExamples =
     "  fbx2czp finish hero.fbx --scale 95 --mesh Body=Skin --switch-on Hat=Cap\n"
     "      changes the document of an earlier conversion and adds it to its package again\n"
     "  fbx2czp finish hero.fbx --settings hero.json\n"
@@ -109,7 +109,7 @@ void AddFinishCommand(CLI::App& app, RunCommand& run) {
   addSwitch("--switch-on", "Mesh with a switch, shown at first; repeat for more", AddSwitchOn);
   addSwitch("--switch-off", "Mesh with a switch, hidden at first; repeat for more", AddSwitchOff);
   AddVerbosity(finish, options->verbosity);
-  SetFooter(finish, kExamples);
+  SetFooter(finish, kFinishExamples);
 }
 
 }  // namespace cli

@@ -12,6 +12,10 @@
 namespace cli {
 namespace fs = std::filesystem;
 
+bool HasBackslashInName(const fs::path& path) {
+  return fs::path::preferred_separator != '\\' && path.string().find('\\') != std::string::npos;
+}
+
 std::string ConverterPath(const fs::path& path) {
   std::string text = path.string();
   std::replace(text.begin(), text.end(), '/', '\\');

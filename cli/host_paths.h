@@ -7,6 +7,9 @@
 
 namespace cli {
 
+/// Whether the name of a file or folder in `path` holds a backslash: the converter would split it there.
+bool HasBackslashInName(const std::filesystem::path& path);
+
 /// `path` as the converter takes it: it splits paths at the backslash.
 std::string ConverterPath(const std::filesystem::path& path);
 

@@ -102,7 +102,7 @@ std::string Meshes(const std::vector<actor::Mesh>& meshes) {
   return "\n" + Counted(meshes.size(), "mesh file") + "\n" + Table(rows);
 }
 
-std::string Colour(const std::array<int32_t, 4>& colour) {
+std::string ColourText(const std::array<int32_t, 4>& colour) {
   std::string text;
   for (size_t i = 0; i < 3; ++i) text += (i == 0 ? "" : " ") + std::to_string(colour[i]);
   return text;
@@ -111,8 +111,8 @@ std::string Colour(const std::array<int32_t, 4>& colour) {
 std::string Materials(const std::vector<actor::Material>& materials) {
   std::vector<Row> rows{{"name", "ambient", "diffuse", "specular", "transparency", "shininess", "picture"}};
   for (const actor::Material& material : materials) {
-    rows.push_back({Printable(material.name), Colour(material.ambient), Colour(material.diffuse),
-                    Colour(material.specular), std::to_string(material.diffuse[3]),
+    rows.push_back({Printable(material.name), ColourText(material.ambient), ColourText(material.diffuse),
+                    ColourText(material.specular), std::to_string(material.diffuse[3]),
                     Number(material.shininess),
                     material.hasMap && !material.map.empty() ? Printable(material.map) : "-"});
   }

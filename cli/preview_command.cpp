@@ -181,7 +181,7 @@ int RunPreview(const PreviewOptions& options) {
   }
 }
 
-std::string CheckOutput(const std::string& path) {
+std::string CheckPreviewOutput(const std::string& path) {
   if (HasExtension(path, ".png") || HasExtension(path, ".html")) return {};
   return "the output has to end in .png or .html";
 }
@@ -206,7 +206,7 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
       ->required();
   preview.add_option("-o,--output", options->output, "The picture (.png) or page (.html) to write")
       ->required()
-      ->check(CLI::Validator(CheckOutput, "FILE"));
+      ->check(CLI::Validator(CheckPreviewOutput, "FILE"));
   preview.add_option("--size", options->size, "Pixels of each side of the picture (512)")
       ->check(CLI::Range(preview::kSmallestPicture, preview::kLargestPicture));
   preview.add_flag("--bones", options->bones, "Draw the bones over the model");

@@ -11,8 +11,6 @@
 namespace actor {
 namespace {
 
-using Double3 = std::array<double, 3>;
-
 constexpr size_t kSomeBones = 5, kManyBones = 15;
 constexpr double kLargestSound = 0.04, kGross = 1.0;
 
@@ -22,7 +20,6 @@ struct Carried {
 };
 
 double Dot(const Double3& a, const Double3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
-Double3 Minus(const Double3& a, const Double3& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
 
 /// Distance of `point` from the line between `start` and `end`.
 double FromLine(const Double3& point, const Double3& start, const Double3& end) {

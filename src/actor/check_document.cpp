@@ -9,7 +9,6 @@
 namespace actor {
 namespace {
 
-constexpr const char* kConvertAgain = "convert the model again";
 /// Threads below this belong to the product's own bodies, whose files it has itself.
 constexpr int32_t kFirstThreadId = 151;
 

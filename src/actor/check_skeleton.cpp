@@ -10,14 +10,11 @@
 namespace actor {
 namespace {
 
-using Double3 = std::array<double, 3>;
-
 constexpr double kTolerance = 1e-3;      // of the skeleton's size, or of a half turn
 constexpr double kSmallestScale = 1e-6;  // a scale of 100 shows as 10000
 constexpr double kUnitTolerance = 0.01;
 
 double Length(const Double3& v) { return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]); }
-Double3 Minus(const Double3& a, const Double3& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
 
 /// How the composed skeleton differs from where bone space has the bones.
 struct Comparison {

@@ -4,12 +4,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "actor/rigid_transform.h"
 #include "core/names.h"
 
 namespace actor {
 namespace {
-
-using Double3 = std::array<double, 3>;
 
 Double3 Difference(const Vector3& a, const Vector3& b) {
   Double3 result;

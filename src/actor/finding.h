@@ -23,6 +23,9 @@ struct Finding {
 
 using Findings = std::vector<Finding>;
 
+/// The usual advice.
+inline constexpr const char* kConvertAgain = "convert the model again";
+
 inline void AddProblem(Findings& findings, std::string kind, std::string subject, std::string text,
                        std::string advice) {
   findings.push_back(

@@ -13,7 +13,6 @@
 namespace actor {
 namespace {
 
-constexpr const char* kConvertAgain = "convert the model again";
 constexpr float kLargestNumber = 1e9f;
 
 bool HasExtension(std::string_view name, std::string_view extension) {

@@ -8,8 +8,8 @@
 namespace actor {
 namespace {
 
-constexpr std::string_view kMagic("CMF\0", 4);
-constexpr int32_t kVersion = 1000;
+constexpr std::string_view kMeshMagic("CMF\0", 4);
+constexpr int32_t kMeshVersion = 1000;
 constexpr size_t kSmallestVertex = 12 + 12 + 4 + 4 + 8 + 4;
 constexpr size_t kFaceSize = 12;
 constexpr size_t kInfluenceSize = 8;
@@ -48,8 +48,8 @@ bool ReadFaces(ByteReader& in, Mesh& mesh, std::string& error) {
 }
 
 bool ReadHeader(ByteReader& in, Mesh& mesh, std::string& error) {
-  if (in.Bytes(4) != kMagic) return error = "it is no mesh file", false;
-  if (in.Int32() != kVersion) return error = "it is of an unknown version", false;
+  if (in.Bytes(4) != kMeshMagic) return error = "it is no mesh file", false;
+  if (in.Int32() != kMeshVersion) return error = "it is of an unknown version", false;
   if (in.Int32() != 1) return error = "it does not hold one submesh", false;
   mesh.threadId = in.Int32();
   const int32_t vertexCount = in.Int32(), faceCount = in.Int32();

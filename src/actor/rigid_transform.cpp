@@ -9,8 +9,6 @@
 namespace actor {
 namespace {
 
-using Double3 = std::array<double, 3>;
-
 Double3 Cross(const Double3& a, const Double3& b) {
   return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }

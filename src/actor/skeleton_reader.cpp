@@ -6,8 +6,8 @@
 namespace actor {
 namespace {
 
-constexpr std::string_view kMagic("CSF\0", 4);
-constexpr int32_t kVersion = 900;
+constexpr std::string_view kSkeletonMagic("CSF\0", 4);
+constexpr int32_t kSkeletonVersion = 900;
 constexpr size_t kSmallestBone = 4 + 1 + 12 + 16 + 12 + 16 + 4 + 4;
 
 bool ReadName(ByteReader& in, std::string& name) {
@@ -54,8 +54,8 @@ bool ChildrenFitParents(const std::vector<Bone>& bones) {
 
 bool ReadBones(std::string_view bytes, std::vector<Bone>& bones, std::string& error) {
   ByteReader in(bytes);
-  if (in.Bytes(4) != kMagic) return error = "it is no skeleton file", false;
-  if (in.Int32() != kVersion) return error = "it is of an unknown version", false;
+  if (in.Bytes(4) != kSkeletonMagic) return error = "it is no skeleton file", false;
+  if (in.Int32() != kSkeletonVersion) return error = "it is of an unknown version", false;
   const int32_t count = in.Int32();
   if (count < 1 || !in.HasRoomFor(count, kSmallestBone)) {
     return error = "its number of bones does not fit its size", false;

@@ -152,7 +152,7 @@ bool ReadNumbers(RecordRef record, FbxArray<T>& out, size_t most) {
       out.Release();
       record.Tree().NoteDamaged(record.Index());
     }
-    record.Tree().PassedOver(first->size);
+    record.Tree().PassedOver(static_cast<size_t>(first->size));
     return read;
   }
   if (first->kind == Value::Kind::ScalarRun) {

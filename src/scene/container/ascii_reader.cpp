@@ -13,7 +13,7 @@ namespace {
 constexpr std::ptrdiff_t kPieceSize = 1 << 16;
 
 /// Longer lists of numbers are kept as text.
-constexpr size_t kLongestPlainList = 8;
+constexpr size_t kLongestTextList = 8;
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -301,7 +301,7 @@ class AsciiReader {
   void ReadNumbers() {
     size_t count = 0;
     const char* const end = FindNumbersEnd(p_, count);
-    if (count > kLongestPlainList) {
+    if (count > kLongestTextList) {
       AddNumberText(p_, end, count);
       p_ = end;
     } else {
