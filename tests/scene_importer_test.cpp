@@ -19,7 +19,7 @@ using support::WriteBinary;
 using testing::HasSubstr;
 
 /// Result of one import: error number and text, as far as it got.
-struct Outcome {
+struct LoadOutcome {
   bool opened = false;
   bool imported = false;
   int error = 0;
@@ -28,11 +28,11 @@ struct Outcome {
   std::string children;
 };
 
-Outcome ImportPath(const std::string& path) {
+LoadOutcome ImportPath(const std::string& path) {
   const ManagerPtr manager(scene::KFbxSdkManager::Create());
   scene::KFbxImporter& importer = *manager->CreateImporter();
   scene::KFbxScene& scene = *manager->CreateScene("scene");
-  Outcome outcome;
+  LoadOutcome outcome;
   outcome.opened = importer.Initialize(path);
   // The second time leaves nothing of the first.
   outcome.imported = importer.Import(scene) && importer.Import(scene);
@@ -45,7 +45,7 @@ Outcome ImportPath(const std::string& path) {
   return outcome;
 }
 
-Outcome ImportBytes(std::string_view bytes, std::string_view name = "model.fbx") {
+LoadOutcome ImportBytes(std::string_view bytes, std::string_view name = "model.fbx") {
   const TempFolder folder;
   return ImportPath(folder.Write(name, bytes));
 }
@@ -59,7 +59,7 @@ FbxRecords OneNode() {
 
 TEST(Importer, BothContainersAreReadWhateverTheExtensionSays) {
   for (const std::string& bytes : {WriteBinary(OneNode()), support::WriteAscii(OneNode())}) {
-    const Outcome outcome = ImportBytes(bytes, "model.txt");
+    const LoadOutcome outcome = ImportBytes(bytes, "model.txt");
     EXPECT_TRUE(outcome.imported) << outcome.text;
     EXPECT_EQ(outcome.children, "node");
     EXPECT_EQ(outcome.version, "7.4.0");
@@ -81,7 +81,7 @@ TEST(Importer, OnlyKnownVersionsAreRead) {
                 {1999, 2, "FBX version 1.9.9 is too old; save the model as FBX 6.1 or later"},
                 {1, 2, "FBX version 0.0.0 is too old; save the model as FBX 6.1 or later"}};
   for (const auto& c : kCases) {
-    const Outcome outcome = ImportBytes(WriteBinary(OneNode(), {.version = c.version}));
+    const LoadOutcome outcome = ImportBytes(WriteBinary(OneNode(), {.version = c.version}));
     EXPECT_EQ(outcome.opened, c.error == 0) << c.version;
     EXPECT_EQ(outcome.error, c.error) << c.version;
     EXPECT_EQ(outcome.text, c.text);
@@ -104,7 +104,7 @@ TEST(Importer, TheVersionIsToldAlsoOfOldAndRefusedFiles) {
 TEST(Importer, AProtectedFileOpensButIsNotImported) {
   FbxRecords records = OneNode();
   FbxRecord& encryption = records.emplace_back("FBXHeaderExtension").Add({"EncryptionType", {1}});
-  const Outcome outcome = ImportBytes(WriteBinary(records));
+  const LoadOutcome outcome = ImportBytes(WriteBinary(records));
   EXPECT_TRUE(outcome.opened);
   EXPECT_FALSE(outcome.imported);
   EXPECT_EQ(outcome.error, 9);
@@ -116,7 +116,7 @@ TEST(Importer, AProtectedFileOpensButIsNotImported) {
 
 TEST(Importer, WhatIsNoSoundFileIsRefusedWithTheReason) {
   const TempFolder folder;
-  const auto expect = [](const Outcome& outcome, int error, const char* text) {
+  const auto expect = [](const LoadOutcome& outcome, int error, const char* text) {
     EXPECT_EQ(outcome.error, error);
     EXPECT_THAT(outcome.text, HasSubstr(text));
   };

@@ -14,7 +14,7 @@ using scene::WorldTransform;
 using testing::DoubleNear;
 using testing::ElementsAre;
 
-testing::Matcher<std::vector<double>> Near(double x, double y, double z) {
+testing::Matcher<std::vector<double>> At(double x, double y, double z) {
   return ElementsAre(DoubleNear(x, 1e-12), DoubleNear(y, 1e-12), DoubleNear(z, 1e-12));
 }
 
@@ -36,16 +36,16 @@ TransformProperties QuarterTurns(int order, bool active) {
 
 TEST(NodeTransform, TheFirstLetterOfTheRotationOrderTurnsFirst) {
   const KFbxVector4 p{1, 2, 3};
-  for (const int xyz : {0, -1, 6, 7}) EXPECT_THAT(Image(QuarterTurns(xyz, true), p), Near(3, 2, -1));
-  EXPECT_THAT(Image(QuarterTurns(1, true), p), Near(2, 1, -3)) << "XZY";
-  EXPECT_THAT(Image(QuarterTurns(2, true), p), Near(-2, 1, 3)) << "YZX";
-  EXPECT_THAT(Image(QuarterTurns(3, true), p), Near(-1, 3, 2)) << "YXZ";
-  EXPECT_THAT(Image(QuarterTurns(4, true), p), Near(1, -3, 2)) << "ZXY";
-  EXPECT_THAT(Image(QuarterTurns(5, true), p), Near(3, -2, 1)) << "ZYX";
-  EXPECT_THAT(Image(QuarterTurns(5, false), p), Near(3, 2, -1)) << "the order counts for active rotations";
+  for (const int xyz : {0, -1, 6, 7}) EXPECT_THAT(Image(QuarterTurns(xyz, true), p), At(3, 2, -1));
+  EXPECT_THAT(Image(QuarterTurns(1, true), p), At(2, 1, -3)) << "XZY";
+  EXPECT_THAT(Image(QuarterTurns(2, true), p), At(-2, 1, 3)) << "YZX";
+  EXPECT_THAT(Image(QuarterTurns(3, true), p), At(-1, 3, 2)) << "YXZ";
+  EXPECT_THAT(Image(QuarterTurns(4, true), p), At(1, -3, 2)) << "ZXY";
+  EXPECT_THAT(Image(QuarterTurns(5, true), p), At(3, -2, 1)) << "ZYX";
+  EXPECT_THAT(Image(QuarterTurns(5, false), p), At(3, 2, -1)) << "the order counts for active rotations";
   TransformProperties limitOnly = QuarterTurns(5, true);
   limitOnly.rotationSpaceForLimitOnly = true;
-  EXPECT_THAT(Image(limitOnly, p), Near(3, 2, -1));
+  EXPECT_THAT(Image(limitOnly, p), At(3, 2, -1));
 }
 
 TEST(NodeTransform, PreAndInvertedPostRotationEncloseAnActiveRotation) {
@@ -54,10 +54,10 @@ TEST(NodeTransform, PreAndInvertedPostRotationEncloseAnActiveRotation) {
   node.rotation = {0, 0, 90};
   node.postRotation = {0, 90, 0};
   // About z only.
-  EXPECT_THAT(Image(node, {1, 2, 3}), Near(-2, 1, 3));
+  EXPECT_THAT(Image(node, {1, 2, 3}), At(-2, 1, 3));
   // Back about y to (-3, 2, 1), about z to (-2, -3, 1), about x.
   node.rotationActive = true;
-  EXPECT_THAT(Image(node, {1, 2, 3}), Near(-2, -1, -3));
+  EXPECT_THAT(Image(node, {1, 2, 3}), At(-2, -1, -3));
 }
 
 TEST(NodeTransform, PivotsAndOffsetsMoveThePointStepByStep) {
@@ -71,7 +71,7 @@ TEST(NodeTransform, PivotsAndOffsetsMoveThePointStepByStep) {
   node.scaling = {2, 2, 2};
   // (1,0,3) from the scaling pivot, (2,0,6) scaled, (2,2,11) with pivot and offset; (1,2,11) from the
   // rotation pivot, (-2,1,11) turned, (-1,2,11) with pivot and offset; then the translation.
-  EXPECT_THAT(Image(node, {1, 2, 3}), Near(9, 2, 11));
+  EXPECT_THAT(Image(node, {1, 2, 3}), At(9, 2, 11));
 }
 
 /// A parent that is moved by x 1, turned about z by 90 degrees and twice as long in x.
@@ -95,11 +95,11 @@ TransformProperties LongChild(InheritType type) {
 TEST(NodeTransform, ScaleIsInheritedAsTheInheritTypeTells) {
   // The child's origin is at (1,2,0) in all cases. Both turns together negate x and y.
   // Scales multiply per axis: (2,3,1), then the turns.
-  EXPECT_THAT(Image(LongChild(InheritType::RrSs), {1, 1, 0}, LongParent()), Near(-1, -1, 0));
+  EXPECT_THAT(Image(LongChild(InheritType::RrSs), {1, 1, 0}, LongParent()), At(-1, -1, 0));
   // Plain product: (1,3,0), turned (-3,1,0), moved (-2,1,0); scaled (-4,1,0), turned (-1,-4,0), moved.
-  EXPECT_THAT(Image(LongChild(InheritType::RSrs), {1, 1, 0}, LongParent()), Near(0, -4, 0));
+  EXPECT_THAT(Image(LongChild(InheritType::RSrs), {1, 1, 0}, LongParent()), At(0, -4, 0));
   // Without the parent's scale: (1,3,0), then the turns.
-  EXPECT_THAT(Image(LongChild(InheritType::Rrs), {1, 1, 0}, LongParent()), Near(0, -1, 0));
+  EXPECT_THAT(Image(LongChild(InheritType::Rrs), {1, 1, 0}, LongParent()), At(0, -1, 0));
 }
 
 TEST(NodeTransform, AChildThatIgnoresItsParentsScaleKeepsItsGrandparents) {
@@ -108,14 +108,14 @@ TEST(NodeTransform, AChildThatIgnoresItsParentsScaleKeepsItsGrandparents) {
   thrice.scaling = {3, 3, 3};
   plain.inheritType = InheritType::Rrs;
   const WorldTransform parent = EvaluateWorldTransform(thrice, EvaluateWorldTransform(twice, {}));
-  EXPECT_THAT(Image(plain, {1, 0, 0}, parent), Near(2, 0, 0));
+  EXPECT_THAT(Image(plain, {1, 0, 0}, parent), At(2, 0, 0));
 }
 
 TEST(NodeTransform, AScaleOfZeroDoesNotSpreadWhereItIsIgnored) {
   TransformProperties flat, child;
   flat.scaling = {0, 1, 1};
   child.inheritType = InheritType::Rrs;
-  EXPECT_THAT(Image(child, {1, 1, 1}, EvaluateWorldTransform(flat, {})), Near(0, 1, 1));
+  EXPECT_THAT(Image(child, {1, 1, 1}, EvaluateWorldTransform(flat, {})), At(0, 1, 1));
 }
 
 TEST(NodeTransform, NodesOfASceneAreEvaluatedBelowTheirParentsWithoutGeometricTransforms) {
@@ -130,10 +130,10 @@ TEST(NodeTransform, NodesOfASceneAreEvaluatedBelowTheirParentsWithoutGeometricTr
   file.Connect({{1, 0}, {2, 1}});
   const auto scene = support::LoadScene(file);
   const scene::KFbxNode& child = *support::FindNode(*scene, "child");
-  EXPECT_THAT(support::Xyz(child.GetGlobalFromDefaultTake().GetT()), Near(1, 2, 0));
-  EXPECT_THAT(support::Xyz(child.GetLocalFromDefaultTake().GetT()), Near(2, 0, 0));
+  EXPECT_THAT(support::Xyz(child.GetGlobalFromDefaultTake().GetT()), At(1, 2, 0));
+  EXPECT_THAT(support::Xyz(child.GetLocalFromDefaultTake().GetT()), At(2, 0, 0));
   // Scaled, then turned, then moved.
-  EXPECT_THAT(support::Xyz(child.GetParent()->GetGeometricTransform().MultT({1, 1, 1})), Near(-1, 2, 6));
+  EXPECT_THAT(support::Xyz(child.GetParent()->GetGeometricTransform().MultT({1, 1, 1})), At(-1, 2, 6));
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ std::shared_ptr<scene::RecordTree> TreeOver(std::string_view bytes) {
   return tree;
 }
 
-std::string NumberText(double number) {
+std::string DumpNumber(double number) {
   char text[32];
   std::snprintf(text, sizeof text, "%.10g", number);
   return text;
@@ -37,7 +37,7 @@ std::string DumpList(RecordRef record) {
   scene::FbxArray<double> numbers;
   if (!ReadArray(record, numbers)) return "[damaged]";
   std::string text;
-  for (const double n : numbers.View()) text += (text.empty() ? "" : " ") + NumberText(n);
+  for (const double n : numbers.View()) text += (text.empty() ? "" : " ") + DumpNumber(n);
   return "[" + text + "]";
 }
 
@@ -46,7 +46,7 @@ std::string DumpValue(RecordRef record, const Value& value) {
     case Value::Kind::Integer:
       return std::to_string(value.integer);
     case Value::Kind::Real:
-      return NumberText(value.real);
+      return DumpNumber(value.real);
     case Value::Kind::Text:
       return "\"" + std::string(value.Span()) + "\"";
     case Value::Kind::Bytes:
