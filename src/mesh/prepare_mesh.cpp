@@ -69,10 +69,9 @@ void Split(KFbxMesh& mesh, MeshData& data) {
                    sizeof(BoneWeight) * data.influences.Count() + (sizeof(uint32_t) + kRecord) * pointCount;
   if (uvs)
     taken += sizeof(double) * uvs->GetDirectArray().size() + sizeof(int32_t) * uvs->GetIndexArray().size();
-  const uint64_t room =
-      std::min<uint64_t>(mesh.GetMemoryLeftBeside(taken) / kFurtherRecord, std::numeric_limits<size_t>::max());
-  data.records =
-      SplitVertices(mesh.GetControlPointsCount(), uvs, data.triangles, static_cast<size_t>(room));
+  const uint64_t room = std::min<uint64_t>(mesh.GetMemoryLeftBeside(taken) / kFurtherRecord,
+                                           std::numeric_limits<size_t>::max());
+  data.records = SplitVertices(mesh.GetControlPointsCount(), uvs, data.triangles, static_cast<size_t>(room));
   data.triangles.sourceCorners.Release();
   if (uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) uvs->ReleaseIndexArray();
 }
