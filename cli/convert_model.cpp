@@ -174,6 +174,9 @@ void Publish(const ModelTask& task, const WorkFolder& work) {
   // The package first: a new document beside an old package is worse than the opposite.
   work.MoveTo(task.folder, task.Package().filename());
   work.MoveTo(task.folder, WithExtension(task.model.filename(), "xfg"));
+  if (fs::is_regular_file(task.Package())) return;
+  throw fs::filesystem_error("the package is missing", task.Package(),
+                             std::make_error_code(std::errc::no_such_file_or_directory));
 }
 
 }  // namespace cli

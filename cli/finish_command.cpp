@@ -63,7 +63,7 @@ int RunFinish(const FinishOptions& options) {
   // stays beside the package for the next change.
   const TemporaryFolder nowhere;
   const CurrentFolder current(nowhere.Path());
-  const int code = ApplyFinishSettings(model.string(), settings, job);
+  const int code = ApplyFinishSettings(WithExtension(model, "fbx").string(), settings, job);
   if (code != 0) {
     PrintMessage(options.model, Severity::Error, DescribeExitCode(code));
   } else {

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <system_error>
 
-#include "core/names.h"
 #include "platform/files.h"
 
 namespace cli {
@@ -29,7 +28,7 @@ std::string JoinList(const std::vector<std::string>& entries) {
 }
 
 fs::path WithExtension(const fs::path& path, const char* extension) {
-  return ts3d::ReplaceExtension(path.string(), extension);
+  return path.parent_path() / (path.stem().string() + "." + extension);
 }
 
 TemporaryFolder::TemporaryFolder() : path_(platform::MakeTemporaryFolder()) {

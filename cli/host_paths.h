@@ -16,7 +16,7 @@ std::string ConverterPath(const std::filesystem::path& path);
 /// Entries as the converter takes a list: separated by "|".
 std::string JoinList(const std::vector<std::string>& entries);
 
-/// `path` with its last three characters replaced.
+/// `path` with `extension`, given without its dot, in place of its own if it has one.
 std::filesystem::path WithExtension(const std::filesystem::path& path, const char* extension);
 
 /// Makes `folder` the current directory as long as it lives.

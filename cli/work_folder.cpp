@@ -19,11 +19,19 @@ void Show(const fs::path& file, const fs::path& as) {
   if (failed) fs::copy_file(file, as);
 }
 
+/// The converter puts other endings in the place of the last three characters of the model's name, so these
+/// have to be its extension.
+fs::path NameForConverter(const fs::path& model) {
+  constexpr size_t kDotAndThree = 4;
+  const bool fits = model.extension().string().size() == kDotAndThree;
+  return fits ? model.filename() : WithExtension(model.filename(), "fbx");
+}
+
 bool IsTga(const fs::path& name) { return ts3d::EqualsIgnoreCase(name.extension().string(), ".tga"); }
 
 }  // namespace
 
-WorkFolder::WorkFolder(const fs::path& model) : modelName_(model.filename()) {
+WorkFolder::WorkFolder(const fs::path& model) : modelName_(NameForConverter(model)) {
   Show(model, Model());
   for (const fs::directory_entry& entry : fs::directory_iterator(model.parent_path())) {
     const fs::path name = entry.path().filename();

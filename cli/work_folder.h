@@ -16,7 +16,7 @@ class WorkFolder {
   /// @throws std::filesystem::filesystem_error when it cannot be made
   explicit WorkFolder(const std::filesystem::path& model);
 
-  /// The model as it is named in this folder.
+  /// The model as it is named in this folder: as "<stem>.fbx" when its extension has not three letters.
   std::filesystem::path Model() const { return folder_.Path() / modelName_; }
 
   /// Moves the file `name` into `folder`, over any file of that name. Nothing happens when there is no such

@@ -52,6 +52,19 @@ TEST_F(Tool, ConvertIntoAFolderTouchesNothingBesideTheModel) {
   EXPECT_NE(package["scout.xfg"].find("<object_id>actor (male)</object_id>"), std::string::npos);
 }
 
+TEST_F(Tool, PackagesAreNamedByTheStemOfEveryModelName) {
+  for (const char* name : {"a", "hero", "hero.fbx7", "pose.2", "x.obj"}) {
+    CopySample(name);
+    const std::string package = std::filesystem::path(name).stem().string() + ".czp";
+    EXPECT_EQ(Run("convert -q -o out " + std::string(name)), 0) << errors_;
+    EXPECT_TRUE(output_.ends_with("bytes\n") && output_.find("out/" + package + ":") != std::string::npos);
+    EXPECT_EQ(Files("out"), package + " " + std::filesystem::path(name).stem().string() + ".xfg");
+    EXPECT_EQ(Run("finish -q out/" + std::string(name)), 0) << errors_;
+    std::filesystem::remove_all(folder_.Path("out"));
+  }
+  EXPECT_EQ(Files(), "a hero hero.fbx7 pose.2 x.obj");
+}
+
 TEST_F(Tool, AModelThatFailsDoesNotStopTheOthersAndLeavesNothing) {
   CopySample("good.fbx");
   folder_.Write("text.fbx", "no model\n");
