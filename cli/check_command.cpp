@@ -8,7 +8,7 @@
 #include "check/check_rig.h"
 #include "check/finding_kinds.h"
 #include "check_output.h"
-#include "check_textures.h"
+#include "converter/check_textures.h"
 #include "find_models.h"
 #include "host_paths.h"
 
@@ -34,7 +34,7 @@ ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& opt
   report = ts3d::CheckRig(
       ConverterPath(model),
       {options.excludedNames, options.loadsPlugins ? ts3d::Plugins::Load : ts3d::Plugins::LeaveOut});
-  AddTextureFindings(model, report);
+  ts3d::AddTextureFindings(model, report);
   report.SortFindings();
   return report;
 }

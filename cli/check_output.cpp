@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "check/report_json.h"
 #include "core/visible_text.h"
 #include "describe_finding.h"
 #include "host_paths.h"
@@ -77,39 +78,6 @@ void PrintFinding(const std::string& model, const Finding& finding) {
   if (!finding.fix.empty()) PrintLine("    Fix: " + finding.fix);
 }
 
-Json ReportAsJson(const CheckedModel& model) {
-  const RigReport& report = model.report;
-  Json json{{"model", model.name},
-            {"result", report.Worst() == ts3d::Severity::Note ? "sound" : NameOf(report.Worst())},
-            {"fbx_version", report.version},
-            {"object_id", report.objectId}};
-  Json& bones = json["bones"] = Json::array();
-  for (const ts3d::OutputBone& bone : report.bones) {
-    bones.push_back({{"name", bone.name}, {"parent", bone.parent}, {"weighted", bone.weighted}});
-  }
-  Json& meshes = json["meshes"] = Json::array();
-  for (const ts3d::OutputMesh& mesh : report.meshes) {
-    meshes.push_back({{"name", mesh.name},
-                      {"node", mesh.node},
-                      {"vertices", mesh.vertices},
-                      {"triangles", mesh.triangles},
-                      {"material", mesh.material},
-                      {"texture", mesh.texture}});
-  }
-  Json& textures = json["textures"] = Json::array();
-  for (const ts3d::UsedTexture& texture : report.textures) {
-    textures.push_back({{"name", texture.tgaName},
-                        {"file", texture.fileName},
-                        {"relative_file", texture.relativeFileName},
-                        {"embedded", texture.isEmbedded},
-                        {"materials", texture.materials}});
-  }
-  json["members"] = report.members;
-  Json& findings = json["findings"] = Json::array();
-  for (const Finding& finding : report.findings) findings.push_back(FindingAsJson(finding));
-  return json;
-}
-
 }  // namespace
 
 void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany) {
@@ -126,7 +94,10 @@ void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany) {
 
 std::string ReportsAsJson(const std::vector<CheckedModel>& models) {
   Json json{{"version", kJsonVersion}, {"models", Json::array()}};
-  for (const CheckedModel& model : models) json["models"].push_back(ReportAsJson(model));
+  for (const CheckedModel& model : models) {
+    Json& entry = json["models"].emplace_back(Json{{"model", model.name}});
+    entry.update(ts3d::ReportAsJson(model.report));
+  }
   // Names are bytes of the model and need not be UTF-8.
   return ts3d::VisibleLines(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }

@@ -136,7 +136,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   AddRepairOptions(convert, *options);
   TakesNumber(convert.add_option("--max-texture", options->longestTextureSide,
                                  "Longest side in pixels of a texture that is converted (8192)"),
-              1, kLargestSide);
+              1, textures::kLargestSide);
   convert
       .add_option("--finish-settings", options->finishSettings,
                   "JSON file with final settings to apply as well")

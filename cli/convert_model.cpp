@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "convert_model.h"
 
-#include <minizip/unzip.h>
-
 #include <cstdio>
 #include <memory>
 #include <set>
@@ -63,20 +61,6 @@ int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<F
   return ApplyFinishSettings(model.string(), *finish, job);
 }
 
-std::vector<MemberSize> ListMembers(const fs::path& package) {
-  std::vector<MemberSize> members;
-  const std::unique_ptr<void, int (*)(void*)> zip(unzOpen64(package.string().c_str()), unzClose);
-  for (int result = zip ? unzGoToFirstFile(zip.get()) : UNZ_ERRNO; result == UNZ_OK;
-       result = unzGoToNextFile(zip.get())) {
-    unz_file_info64 info;
-    char name[1024] = "";
-    if (unzGetCurrentFileInfo64(zip.get(), &info, name, sizeof name - 1, nullptr, 0, nullptr, 0) != UNZ_OK)
-      break;
-    members.push_back({name, info.uncompressed_size});
-  }
-  return members;
-}
-
 ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, ModelResult& result) {
   const ts3d::ChosenRepairs chosen = ts3d::ChooseRepairs(loaded);
   for (const ts3d::NeededRepair& repair : chosen.needed) {
@@ -122,7 +106,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   };
   ts3d::ConversionJob job;
   const SceneOwner owner{job};
-  TextureConverter textures(task.model, options.longestTextureSide);
+  textures::TextureConverter textures(task.model, options.longestTextureSide);
   textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
   host.onTexture = [&](const std::string& source, bool exists) {
     return textures.Provide(job, source, exists);
@@ -155,7 +139,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     result.triangles = job.polygonTotal;
     const fs::path package = WithExtension(work.Model(), "czp");
     result.packageBytes = fs::file_size(package);
-    if (!options.report.empty()) result.members = ListMembers(package);
+    if (!options.report.empty()) result.members = ts3d::ListMembers(package.string());
     result.package = task.Package().string();
   }
   return result;
@@ -166,7 +150,7 @@ void Publish(const ModelTask& task, const WorkFolder& work) {
   // Beside the model, converted pictures serve the next conversion. Somebody's own file is not written over.
   for (const std::string& name : work.NewPictures()) {
     const fs::path target = task.folder / name;
-    const bool isOurs = fs::is_regular_file(fs::symlink_status(target)) && IsWrittenByUs(target);
+    const bool isOurs = fs::is_regular_file(fs::symlink_status(target)) && textures::IsWrittenByUs(target);
     if (task.folder == task.model.parent_path() && (isOurs || !fs::exists(fs::symlink_status(target)))) {
       work.MoveTo(task.folder, name);
     }

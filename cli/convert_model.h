@@ -9,8 +9,8 @@
 
 #include "convert_options.h"
 #include "finish_settings.h"
+#include "host_paths.h"
 #include "model_result.h"
-#include "work_folder.h"
 
 namespace cli {
 

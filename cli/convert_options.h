@@ -22,12 +22,12 @@ struct ConvertOptions {
   std::vector<std::string> meshes;
   std::vector<std::string> doubleSidedMeshes;
   std::vector<std::string> excludedNames;
-  ts3d::RepairSettings repairs;                  ///< what is asked for by name
-  bool repairsAsNeeded = false;                  ///< beside those whatever the model needs
-  int longestTextureSide = kDefaultLongestSide;  ///< pixels; larger pictures are refused
-  std::string finishSettings;                    ///< JSON file with final settings, or empty
-  unsigned jobs = 0;                             ///< models at a time; 0: one for each processor core
-  std::string report;                            ///< JSON file to write, or empty
+  ts3d::RepairSettings repairs;                            ///< what is asked for by name
+  bool repairsAsNeeded = false;                            ///< beside those whatever the model needs
+  int longestTextureSide = textures::kDefaultLongestSide;  ///< pixels; larger pictures are refused
+  std::string finishSettings;                              ///< JSON file with final settings, or empty
+  unsigned jobs = 0;   ///< models at a time; 0: one for each processor core
+  std::string report;  ///< JSON file to write, or empty
   bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
 };

@@ -16,15 +16,6 @@ std::string DescribeFinding(const ts3d::Finding& finding) {
   return text + ": " + finding.text;
 }
 
-nlohmann::ordered_json FindingAsJson(const ts3d::Finding& finding) {
-  return {{"code", finding.code},
-          {"severity", NameOf(finding.severity)},
-          {"about", NameOf(finding.subject)},
-          {"names", finding.names},
-          {"text", finding.text},
-          {"fix", finding.fix}};
-}
-
 ts3d::Finding FindingFromJson(const nlohmann::ordered_json& json) {
   ts3d::Finding finding;
   json.at("code").get_to(finding.code);

@@ -3,24 +3,23 @@
 
 #include <utility>
 
-#include "fbx_to_ts3d.h"
+#include "converter/describe_result.h"
 
 namespace cli {
 namespace {
 
+constexpr std::pair<int, const char*> Known(int32_t code) { return {code, ts3d::DescribeResult(code)}; }
+
 constexpr std::pair<int, const char*> kCodes[] = {
-    {FBX_TO_TS3D_OK, "success"},
-    {FBX_TO_TS3D_NO_FILE, "the model file does not exist"},
-    {FBX_TO_TS3D_LOAD_FAILED, "the model could not be loaded; it is damaged or of a format that is not read"},
-    {FBX_TO_TS3D_PACKAGE_FAILED,
-     "the package could not be written; is its folder writable and the disk not full?"},
-    {FBX_TO_TS3D_SKELETON_FAILED, "the skeleton file could not be written; is the model's folder writable?"},
-    {FBX_TO_TS3D_NO_MESH, "the model has no mesh to convert"},
-    {FBX_TO_TS3D_DOCUMENT_UNREADABLE,
-     "the .xfg document beside the model is missing, cannot be read or lacks a section; convert the model "
-     "again"},
-    {FBX_TO_TS3D_DOCUMENT_UNWRITABLE, "the .xfg document could not be written; is its folder writable?"},
-    {FBX_TO_TS3D_UPDATE_FAILED, "the package could not be opened or extended; it is as it was"},
+    Known(FBX_TO_TS3D_OK),
+    Known(FBX_TO_TS3D_NO_FILE),
+    Known(FBX_TO_TS3D_LOAD_FAILED),
+    Known(FBX_TO_TS3D_PACKAGE_FAILED),
+    Known(FBX_TO_TS3D_SKELETON_FAILED),
+    Known(FBX_TO_TS3D_NO_MESH),
+    Known(FBX_TO_TS3D_DOCUMENT_UNREADABLE),
+    Known(FBX_TO_TS3D_DOCUMENT_UNWRITABLE),
+    Known(FBX_TO_TS3D_UPDATE_FAILED),
     {kUsageError, "wrong command line"},
     {kCrashed, "the conversion crashed; the model is told, and the others were converted"},
     {kOutputFailed, "standard output could not be written"},

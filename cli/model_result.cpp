@@ -11,6 +11,7 @@
 #include "core/similar_names.h"
 #include "core/visible_text.h"
 #include "core/work_file.h"
+#include "check/report_json.h"
 #include "describe_finding.h"
 #include "exit_codes.h"
 #include "platform/replacement.h"
@@ -83,7 +84,7 @@ std::vector<std::string> ModelResult::Losses() const {
   for (const std::string& array : damage) {
     losses.push_back("the file is damaged: " + array + " cannot be unpacked, and what it holds is missing");
   }
-  for (const TextureProblem& problem : textureProblems) {
+  for (const textures::TextureProblem& problem : textureProblems) {
     losses.push_back("texture " + problem.source + " " + problem.text);
   }
   if (!malformedNames.empty()) {
@@ -108,9 +109,9 @@ Json ToJson(const ModelResult& result) {
     members.push_back({{"name", member.name}, {"bytes", member.bytes}});
   }
   Json faults = Json::array();
-  for (const ts3d::Finding& fault : result.faults) faults.push_back(FindingAsJson(fault));
+  for (const ts3d::Finding& fault : result.faults) faults.push_back(ts3d::FindingAsJson(fault));
   Json textures = Json::array();
-  for (const TextureProblem& problem : result.textureProblems) {
+  for (const textures::TextureProblem& problem : result.textureProblems) {
     textures.push_back({{"source", problem.source}, {"problem", problem.text}});
   }
   Json unmatched = Json::array();

@@ -8,15 +8,13 @@
 #include <vector>
 
 #include "check/finding.h"
+#include "package/read_member.h"
 #include "textures/texture_converter.h"
 
 namespace cli {
 
 /// A file in a package.
-struct MemberSize {
-  std::string name;
-  uint64_t bytes = 0;
-};
+using ts3d::MemberSize;
 
 /// A name that an option gives and that nothing in the model has.
 struct UnmatchedOption {
@@ -36,7 +34,7 @@ struct ModelResult {
   std::vector<std::string> malformedNames;  ///< names that make the document unreadable
   std::vector<std::string> notes;           ///< advice in plain words
   std::vector<ts3d::Finding> faults;        ///< of the rig, which show in the package
-  std::vector<TextureProblem> textureProblems;
+  std::vector<textures::TextureProblem> textureProblems;
   std::vector<UnmatchedOption> unmatchedOptions;
   int32_t vertices = 0, triangles = 0;
   double seconds = 0.0;

@@ -19,7 +19,7 @@ void WarnLeftOut(const actor::Picture& picture, const std::string& reason) {
 }
 
 /// Pictures with few pixels between see-through and solid are cut out, as hair and leaves; others are glass.
-actor::Opacity OpacityOf(const Image& image) {
+actor::Opacity OpacityOf(const textures::Image& image) {
   size_t see = 0, between = 0;
   for (size_t i = 3; i < image.rgba.size(); i += 4) {
     if (image.rgba[i] < 255) ++see;
@@ -30,7 +30,7 @@ actor::Opacity OpacityOf(const Image& image) {
 }
 
 /// Programs that write 32 bits and leave the opacity at 0 throughout mean an opaque picture.
-void MakeOpaqueIfInvisible(Image& image) {
+void MakeOpaqueIfInvisible(textures::Image& image) {
   for (size_t i = 3; i < image.rgba.size(); i += 4) {
     if (image.rgba[i] != 0) return;
   }
@@ -38,9 +38,9 @@ void MakeOpaqueIfInvisible(Image& image) {
 }
 
 /// Decodes a picture of a package as it is meant to be seen; nothing, after a warning, when that fails.
-std::optional<Image> DecodePicture(const actor::Picture& picture, PictureBudget& budget) {
+std::optional<textures::Image> DecodePicture(const actor::Picture& picture, textures::PictureBudget& budget) {
   try {
-    Image image = DecodeImage(picture.bytes, budget);
+    textures::Image image = textures::DecodeImage(picture.bytes, budget);
     MakeOpaqueIfInvisible(image);
     return image;
   } catch (const std::runtime_error& error) {
@@ -52,14 +52,14 @@ std::optional<Image> DecodePicture(const actor::Picture& picture, PictureBudget&
 }  // namespace
 
 actor::PictureEncoder PngEncoder() {
-  return [budget = PictureBudget{kLongestSideOfPicture}](
+  return [budget = textures::PictureBudget{kLongestSideOfPicture}](
              const actor::Picture& picture) mutable -> actor::EncodedPicture {
     budget.AddFile(picture.bytes.size());
-    std::optional<Image> image = DecodePicture(picture, budget);
+    std::optional<textures::Image> image = DecodePicture(picture, budget);
     if (!image) return {};
     const actor::Opacity opacity = OpacityOf(*image);
     try {
-      return {EncodePng(std::move(*image)), opacity};
+      return {textures::EncodePng(std::move(*image)), opacity};
     } catch (const std::runtime_error& error) {
       WarnLeftOut(picture, error.what());
       return {};
@@ -68,9 +68,9 @@ actor::PictureEncoder PngEncoder() {
 }
 
 preview::PictureDecoder PixelDecoder() {
-  return [budget = PictureBudget{kLongestSideOfPicture}](
+  return [budget = textures::PictureBudget{kLongestSideOfPicture}](
              const actor::Picture& picture) mutable -> std::optional<preview::Pixels> {
-    std::optional<Image> image = DecodePicture(picture, budget);
+    std::optional<textures::Image> image = DecodePicture(picture, budget);
     if (!image) return std::nullopt;
     return preview::Pixels{image->width, image->height, std::move(image->rgba)};
   };

@@ -119,12 +119,12 @@ void WriteFile(const fs::path& path, std::string bytes) {
 
 std::string ToPng(const preview::Image& drawn) {
   const size_t pixels = drawn.rgb.size() / 3;
-  Image image{drawn.width, drawn.height, ts3d::PixelBytes(pixels * 4)};
+  textures::Image image{drawn.width, drawn.height, ts3d::PixelBytes(pixels * 4)};
   for (size_t i = 0; i < pixels; ++i) {
     std::copy_n(&drawn.rgb[3 * i], 3, &image.rgba[4 * i]);
     image.rgba[4 * i + 3] = 255;
   }
-  return EncodePng(std::move(image));
+  return textures::EncodePng(std::move(image));
 }
 
 /// "picture.png" -> "picture_007.png"

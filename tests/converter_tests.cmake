@@ -6,6 +6,7 @@ set(TS3D_CONVERTER_TESTS
   driver_convert_test.cpp
   driver_final_settings_test.cpp
   driver_password_test.cpp
+  converter_handles_test.cpp
   exports_c_test.c
   exports_functions_test.cpp
   material_files_test.cpp

@@ -18,8 +18,8 @@ TEST_F(PreviewTool, TheSampleFillsItsPictureTheSameEveryTime) {
   const std::string png = ReadWholeFile(folder_.Path("a.png"));
   EXPECT_EQ(png, ReadWholeFile(folder_.Path("b.png")));
   EXPECT_EQ(png, ReadWholeFile(folder_.Path("c.png")));
-  cli::PictureBudget budget{1000};
-  const cli::Image image = cli::DecodeImage(png, budget);
+  textures::PictureBudget budget{1000};
+  const textures::Image image = textures::DecodeImage(png, budget);
   ASSERT_EQ(image.width, 200);
   ASSERT_EQ(image.height, 200);
   int top = 200, bottom = 0, drawn = 0;

@@ -13,16 +13,16 @@ namespace {
 
 using support::kPictureSide;
 
-cli::Image Decode(const std::string& file, int longestSide, uint64_t pixels) {
-  cli::PictureBudget budget{longestSide, pixels};
-  return cli::DecodeImage(file, budget);
+textures::Image Decode(const std::string& file, int longestSide, uint64_t pixels) {
+  textures::PictureBudget budget{longestSide, pixels};
+  return textures::DecodeImage(file, budget);
 }
 
 void ExpectSample(const support::SamplePicture& picture) {
   SCOPED_TRACE(picture.kind);
   const std::string& file = picture.file;
   constexpr uint64_t kPixels = kPictureSide * kPictureSide;
-  const cli::Image image = Decode(file, kPictureSide, kPixels);
+  const textures::Image image = Decode(file, kPictureSide, kPixels);
   ASSERT_EQ(image.width, kPictureSide);
   ASSERT_EQ(image.height, kPictureSide);
   const std::string expected = support::SamplePixels();
@@ -54,9 +54,9 @@ double PeakPerPixel(const std::string& file, int side) {
   const pid_t child = fork();
   if (child == 0) {
     rusage before{}, after{};
-    Decode(support::SamplePictures().front().file, side, cli::kFreePixels);
+    Decode(support::SamplePictures().front().file, side, textures::kFreePixels);
     getrusage(RUSAGE_SELF, &before);
-    Decode(file, side, cli::kFreePixels);
+    Decode(file, side, textures::kFreePixels);
     getrusage(RUSAGE_SELF, &after);
     const double bytes = 1024.0 * static_cast<double>(after.ru_maxrss - before.ru_maxrss);
     _exit(write(ends[1], &bytes, sizeof bytes) == sizeof bytes ? 0 : 1);

@@ -47,7 +47,8 @@ TEST(TextureSearch, GoesFromThePathAsGivenToTheUsualFolders) {
                      {"\\" + folder.Path("art/e.png"), "smb:e.png", ""},
                      {"/net/server/e.png", "../../../../../../../../../../net/server/e.png", ""}};
   for (const auto& [fileName, relativeFileName, found] : cases) {
-    const auto search = cli::TextureFinder(folder.Path("models/hero.fbx")).Find(fileName, relativeFileName);
+    const auto search =
+        textures::TextureFinder(folder.Path("models/hero.fbx")).Find(fileName, relativeFileName);
     EXPECT_EQ(search.found, found.empty() ? "" : folder.Path(found)) << fileName << " " << relativeFileName;
     for (const std::string& place : search.places) {
       if (place.find("server") == std::string::npos) continue;

@@ -17,7 +17,7 @@ ts3d_add_tests(
   textures_decode_test.cpp
   textures_tool_test.cpp)
 target_link_libraries(ts3d_tests PRIVATE ts3d_actor ts3d_check assimp::assimp nlohmann_json::nlohmann_json
-  fbx2czp_textures util
+  ts3d_textures util
   # What writes the pictures of the tests.
   PkgConfig::PNG PkgConfig::TURBOJPEG PkgConfig::TIFF PkgConfig::WEBP)
 target_compile_definitions(ts3d_tests PRIVATE FBX2CZP_PATH="$<TARGET_FILE:fbx2czp>")

@@ -23,26 +23,22 @@ namespace {
 using scene::KFbxNode;
 using EAttributeType = scene::KFbxNodeAttribute::EAttributeType;
 
-/// Keeps imports from writing embedded pictures as long as it lives.
-class NoExtraction {
- public:
-  NoExtraction() : before_(Settings().GetBoolProp(scene::kExtractEmbeddedSetting, true)) {
-    Settings().SetBoolProp(scene::kExtractEmbeddedSetting, false);
-  }
-  ~NoExtraction() { Settings().SetBoolProp(scene::kExtractEmbeddedSetting, before_); }
-  NoExtraction(const NoExtraction&) = delete;
-  NoExtraction& operator=(const NoExtraction&) = delete;
-
- private:
-  static scene::KFbxIOSettings& Settings() { return scene::KFbxIOSettings::Global(); }
-  bool before_;
-};
+/// Settings of an import that writes no embedded pictures.
+scene::KFbxIOSettings WithoutExtraction() {
+  scene::KFbxIOSettings settings;
+  settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
+  return settings;
+}
 
 /// The scene library's objects of a job, as long as it lives.
 class SceneObjects {
  public:
-  explicit SceneObjects(ConversionJob& job) : job_(job) {
-    CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
+  SceneObjects(ConversionJob& job, const CheckOptions& options) : job_(job) {
+    if (options.isQuiet) {
+      CreateQuietSdkObjects(job.sdkManager, job.scene);
+    } else {
+      CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
+    }
   }
   ~SceneObjects() { DestroySdkObjects(job_.sdkManager); }
   SceneObjects(const SceneObjects&) = delete;
@@ -64,9 +60,14 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
   check.report.objectId = ObjectId(job.actorType, ReplaceExtension(path, "xfg"));
 }
 
-bool Load(RigCheck& check) {
-  scene::KFbxImporter& importer = *check.job.sdkManager->CreateImporter();
-  const bool loaded = importer.Initialize(check.job.inputPath) && importer.Import(*check.job.scene);
+bool Load(const CheckOptions& options, RigCheck& check) {
+  const scene::KFbxIOSettings settings = WithoutExtraction();
+  scene::KFbxImporter importer(check.job.sdkManager->GetReaderRegistry());
+  importer.SetIOSettings(settings);
+  const std::string& path = check.job.inputPath;
+  const bool loaded =
+      (options.source ? importer.InitializeFromMemory(path, *options.source) : importer.Initialize(path)) &&
+      importer.Import(*check.job.scene);
   if (const auto [major, minor, revision] = importer.GetFileVersion(); major > 0) {
     check.report.version =
         std::to_string(major) + "." + std::to_string(minor) + "." + std::to_string(revision);
@@ -156,14 +157,13 @@ void CheckScene(RigCheck& check) {
 RigReport CheckRig(const std::string& path, const CheckOptions& options) {
   RigCheck check;
   StartJob(path, options, check);
-  if (!platform::FileExists(path)) {
+  if (!options.source && !platform::FileExists(path)) {
     check.report.Add(findings::kNoFile);
     return std::move(check.report);
   }
-  const NoExtraction noExtraction;
-  const SceneObjects objects(check.job);
+  const SceneObjects objects(check.job, options);
   try {
-    check.report.loaded = Load(check);
+    check.report.loaded = Load(options, check);
     if (check.report.loaded) CheckScene(check);
   } catch (const scene::KFbxMeshExcess& error) {
     check.report.Add(findings::kNotLoaded, {}, {error.what()});

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "check/rig_report.h"
@@ -12,6 +14,9 @@ namespace ts3d {
 struct CheckOptions {
   std::vector<std::string> excludedNames;  ///< meshes and materials to leave out, in any letter case
   Plugins plugins = Plugins::Load;
+  bool isQuiet = false;  ///< loads without plug-ins, and never ends the process
+  /// The model, when it is not in the file; outlives the check.
+  std::optional<std::string_view> source = std::nullopt;
 };
 
 /// Goes through a conversion of the model `path` (with backslashes) without writing anything, and tells what

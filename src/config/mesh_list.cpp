@@ -6,6 +6,7 @@
 
 #include "config/fixed_materials.h"
 #include "core/names.h"
+#include "core/progress.h"
 #include "core/status.h"
 #include "mesh/mesh_filter.h"
 #include "scene/model/mesh.h"
@@ -119,8 +120,15 @@ int32_t WriteMeshListForScene(ConversionJob& job, MeshListMode mode, PackagedNam
   MeshList list(job, mode, packagedNames, afterAdding, lines);
   // Files go in the other way round: the further ones, then the base name.
   const bool addsFiles = mode == MeshListMode::AddMeshFiles || mode == MeshListMode::AddMaterialFiles;
-  const int32_t count =
-      ForEachListedName(*root, addsFiles, [&](const ListedName& listed) { list.List(listed); });
+  size_t total = 0, done = 0;
+  if (addsFiles) ForEachListedName(*root, addsFiles, [&](const ListedName&) { ++total; });
+  const bool isMeshes = mode == MeshListMode::AddMeshFiles;
+  const int32_t count = ForEachListedName(*root, addsFiles, [&](const ListedName& listed) {
+    list.List(listed);
+    if (!addsFiles) return;
+    ReportProgress(job, isMeshes ? kMeshesWritten : kMeshesPacked,
+                   isMeshes ? kMeshesPacked : kMaterialsPacked, ++done, total);
+  });
   return count > 0 ? 0 : kNoMeshListed;
 }
 

@@ -64,6 +64,14 @@ struct ConversionJob {
   /// With LoadAndName each is told in a status line. The exports leave it at Load.
   Plugins plugins = Plugins::Load;
 
+  /// Whether packed work files are deleted where they are. The exports delete them by their bare names, that
+  /// is in the current directory.
+  bool ownsModelFolder = false;
+  /// How hard the package is packed: 0 to 9, -1 for the usual.
+  int32_t packageLevel = -1;
+  /// Told how much of the run is done, from 0 to 1. May throw to end it. Empty for the exports.
+  std::function<void(double fraction)> onProgress;
+
   /// Whether `textureCallback` is called for textures that are named ".tga" as well. The exports leave it
   /// off.
   bool offerTgaTextures = false;
@@ -91,6 +99,7 @@ struct ConversionJob {
   void* packageHandle = nullptr;   ///< the open archive, or null
   bool packageIsDamaged = false;   ///< part of the open package was lost in writing: none may stay
   int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running
+  std::string loadError;           ///< why a model could not be loaded that was loaded quietly
   std::string_view failureReason;  ///< why a run ended that an exception ended
 
   // The process.

@@ -7,10 +7,12 @@
 #include "config/actor_config.h"
 #include "config/mesh_list.h"
 #include "core/names.h"
+#include "core/progress.h"
 #include "core/status.h"
 #include "core/work_file.h"
 #include "driver/actor_type.h"
 #include "driver/scene_loader.h"
+#include "mesh/convert_mesh.h"
 #include "mesh/scene_walk.h"
 #include "package/actor_package.h"
 #include "platform/files.h"
@@ -64,6 +66,7 @@ ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
         job, MeshListMode::AddMeshFiles, packagedNames, AfterAdding::DeleteFile, noLines));
   }
   WriteMeshListForScene(job, MeshListMode::AddMaterialFiles, packagedNames, AfterAdding::DeleteFile, noLines);
+  ReportProgress(job, kMaterialsPacked);
   if (!CloseActorPackage(job)) {
     // A package without its directory, or with half a member, only looks like one.
     platform::RemoveFile(packagePath);
@@ -88,6 +91,17 @@ void AbandonPackage(ConversionJob& job, const std::string& packagePath) {
   platform::RemoveFile(packagePath);
 }
 
+void WriteMeshes(ConversionJob& job, PackagedNameSet& packagedNames) {
+  size_t total = 0, done = 0;
+  ForEachMeshNode(job.sceneRoot, [&](const scene::KFbxNode&) { ++total; });
+  for (int i = 0; i < job.sceneRoot->GetChildCount(); ++i) {
+    ForEachMeshNode(job.sceneRoot->GetChild(i), [&](const scene::KFbxNode& node) {
+      ConvertMeshNode(node, job, packagedNames);
+      ReportProgress(job, kModelLoaded, kMeshesWritten, ++done, total);
+    });
+  }
+}
+
 ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
   StatusLog(job, "Creating Tessaly 3D Studio CZP File");
   const std::string packagePath = ReplaceExtension(fbxPath, "czp");
@@ -97,9 +111,7 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
       hasPlace && ClearWay(job, packagePath) && OpenActorPackage(job, packagePath, PackageMode::Create);
   try {
     PackagedNameSet packagedNames;
-    for (int i = 0; i < job.sceneRoot->GetChildCount(); ++i) {
-      WalkSceneNode(job.sceneRoot->GetChild(i), job, packagedNames);
-    }
+    WriteMeshes(job, packagedNames);
     if (hasPlace) WriteActorConfig(job, packagePath, packagedNames);
     ReportDamage(job);
     return isOpen ? FillPackage(job, packagePath, packagedNames) : ConversionResult::PackageFailed;
@@ -116,13 +128,15 @@ ConversionResult ConvertLoadedScene(ConversionJob& job, const std::string& fbxPa
   return WriteSkeleton(job) ? WritePackage(job, fbxPath) : ConversionResult::SkeletonFailed;
 }
 
-/// Frees the scene. The bone tree stays for the final settings; what points into the scene goes.
+}  // namespace
+
 void ReleaseScene(ConversionJob& job) {
   DestroySdkObjects(job.sdkManager);
   job.sdkManager = nullptr;
   job.scene = nullptr;
   job.sceneRoot = nullptr;
   job.textureErrorNode = nullptr;
+  if (!job.skeleton) return;
   job.skeleton->bindPose = nullptr;
   job.skeleton->skinPose.reset();
   job.skeleton->boneNodes.clear();
@@ -133,12 +147,11 @@ void ReleaseScene(ConversionJob& job) {
   job.skeleton->modelNode = nullptr;
 }
 
-}  // namespace
-
 void ResetRun(ConversionJob& job) {
   job.skeleton = std::make_shared<SkeletonState>();
   job.vertexTotal = 0;
   job.polygonTotal = 0;
+  job.loadError.clear();
   job.failureReason = {};
   job.damagedArrays.clear();
   job.modelDirectory.clear();
@@ -152,29 +165,44 @@ void ResetRun(ConversionJob& job) {
 
 namespace {
 
+/// Creates the scene and fills it from the model.
+bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& versions) {
+  if (!request.isQuiet) {
+    CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
+  } else {
+    CreateQuietSdkObjects(job.sdkManager, job.scene);
+  }
+  if (job.plugins == Plugins::LoadAndName) {
+    for (const std::string& path : job.sdkManager->GetPlugins()) {
+      StatusLog(job, ComposeMessage("Loaded Plug-in: ", path));
+    }
+  }
+  job.isFbxFile = EndsInFbx(request.fbxPath);
+  StatusLog(job, job.isFbxFile ? "Loading FBX Model" : "Loading Model");
+  if (!request.isQuiet) return LoadScene(*job.sdkManager, *job.scene, request.fbxPath, versions);
+  job.loadError = LoadSceneQuietly(*job.sdkManager, *job.scene, request.fbxPath, request.source, versions);
+  job.failureReason = job.loadError;
+  return job.loadError.empty();
+}
+
 ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) {
   // A run that could not load its scene leaves the scene library's objects alive until here.
   DestroySdkObjects(job.sdkManager);
   job.sdkManager = nullptr;
   ResetRun(job);
   const std::string& fbxPath = request.fbxPath;
-  if (!platform::FileExists(fbxPath)) return ConversionResult::NoFile;
+  if (!request.source && !platform::FileExists(fbxPath)) return ConversionResult::NoFile;
   job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
   StatusLog(job, "Initializing FBX Engine");
-  CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
-  if (job.plugins == Plugins::LoadAndName) {
-    for (const std::string& path : job.sdkManager->GetPlugins()) {
-      StatusLog(job, ComposeMessage("Loaded Plug-in: ", path));
-    }
-  }
   job.modelDirectory = DirectoryPart(fbxPath);
   job.inputPath = fbxPath;
-  job.actorType = DetectActorType(request.actorPath.empty() ? fbxPath : request.actorPath);
-  job.isFbxFile = EndsInFbx(fbxPath);
-  StatusLog(job, job.isFbxFile ? "Loading FBX Model" : "Loading Model");
+  job.actorType =
+      request.actorType.value_or(DetectActorType(request.actorPath.empty() ? fbxPath : request.actorPath));
   LoadedVersions versions;
-  if (!LoadScene(*job.sdkManager, *job.scene, fbxPath, versions)) return ConversionResult::LoadFailed;
+  ReportProgress(job, 0);
+  if (!Load(job, request, versions)) return ConversionResult::LoadFailed;
   ReportLoaded(job, versions);
+  ReportProgress(job, kModelLoaded);
   job.sceneRoot = job.scene->GetRootNode();
   if (request.chooseRepairs) job.repairs = request.chooseRepairs(job);
   const ConversionResult result = ConvertLoadedScene(job, fbxPath);

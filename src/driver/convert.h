@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/conversion_job.h"
 
@@ -29,10 +31,19 @@ struct ConversionRequest {
   /// Called with the scene when its conversion has ended, before it goes, also when it has no mesh. May be
   /// empty.
   std::function<void(const scene::KFbxNode& root)> onConverted = nullptr;
+  /// Actor type, whatever the path says.
+  std::optional<ActorType> actorType = std::nullopt;
+  /// Loads without console, plug-ins and settings of the process, and tells in `loadError` why that failed.
+  bool isQuiet = false;
+  /// The model, when it is not in the file `fbxPath`; quiet runs only. Outlives the job's scene.
+  std::optional<std::string_view> source = std::nullopt;
 };
 
 /// Puts the job's counters to where every conversion starts.
 void ResetRun(ConversionJob& job);
+
+/// Frees the scene. The bone tree stays for the final settings; what points into the scene goes.
+void ReleaseScene(ConversionJob& job);
 
 /// Converts one model into a package beside it, with the settings that the job holds. Running out of memory,
 /// by the system's or by the model's limit, is a result like others; `failureReason` tells it.

@@ -1,17 +1,33 @@
 // SPDX-License-Identifier: MIT
-#include "driver/convert.h"
-#include "driver/final_settings.h"
+#include "driver/conversion.h"
+#include "driver/turn.h"
 #include "fbx_to_ts3d.h"
 
 namespace {
 
 using ts3d::ConversionJob;
 
-/// The one job of the process: final settings build on what the conversion before them left here.
-ConversionJob& ProcessJob() {
-  static ConversionJob job;
-  return job;
+/// The one conversion of the process: final settings build on what the call before them left here.
+struct ProcessConversion {
+  ts3d::Turnstile turnstile;
+  ts3d::Conversion conversion;
+};
+
+ProcessConversion& Process() {
+  // Never destroyed: other threads may still be in a call when the process ends.
+  static auto& process = *new ProcessConversion;
+  return process;
 }
+
+/// What the host calls with, as it came.
+struct Arguments {
+  const char* path;
+  float scale;
+  int32_t rotationY, rotationX;
+  const char* boneRenameList;
+  void* callbackContext;
+  FbxToTs3dStatusCallback statusCallback;
+};
 
 std::string TextOrEmpty(const char* text) { return text ? text : ""; }
 
@@ -19,15 +35,45 @@ bool LeavesOutputsAlone(int32_t result) {
   return result == FBX_TO_TS3D_NO_FILE || result == FBX_TO_TS3D_LOAD_FAILED;
 }
 
-void StoreSettings(ConversionJob& job, int32_t rotationY, int32_t rotationX, const char* boneRenameList,
-                   void* callbackContext, FbxToTs3dStatusCallback statusCallback) {
-  job.callbackContext = callbackContext;
-  job.statusCallback = statusCallback;
-  job.boneRenameList = TextOrEmpty(boneRenameList);
+void StoreSettings(ConversionJob& job, const Arguments& arguments) {
+  job.callbackContext = arguments.callbackContext;
+  job.statusCallback = arguments.statusCallback;
+  job.boneRenameList = TextOrEmpty(arguments.boneRenameList);
   job.configScale = 1.0f;
   job.nextMeshThreadId = job.nextMaterialThreadId = ts3d::kFirstThreadId;
-  job.rotationY = rotationY;
-  job.rotationX = rotationX;
+  job.rotationY = arguments.rotationY;
+  job.rotationX = arguments.rotationX;
+}
+
+int32_t Finish(ts3d::Conversion& conversion, const Arguments& arguments, const char* meshList) {
+  try {
+    StoreSettings(conversion.Job(), arguments);
+    return static_cast<int32_t>(
+        conversion.Finish({TextOrEmpty(arguments.path), arguments.scale, TextOrEmpty(meshList)}));
+  } catch (...) {
+    return FBX_TO_TS3D_DOCUMENT_UNREADABLE;  // Out of memory, mostly.
+  }
+}
+
+int32_t Convert(ts3d::Conversion& conversion, const Arguments& arguments,
+                FbxToTs3dTextureCallback textureCallback, int32_t meshOptionMode, const char* meshOptionList,
+                bool finishOnly) {
+  ConversionJob& job = conversion.Job();
+  try {
+    job.failureCode = FBX_TO_TS3D_NO_FILE;
+    StoreSettings(job, arguments);
+    job.meshOptionMode = meshOptionMode;
+    job.textureCallback = textureCallback;
+    job.meshOptionList = TextOrEmpty(meshOptionList);
+    if (!finishOnly) return static_cast<int32_t>(conversion.Convert({TextOrEmpty(arguments.path), {}}));
+    const int32_t result = Finish(conversion, arguments, nullptr);
+    if (result != FBX_TO_TS3D_OK) job.vertexTotal = job.polygonTotal = 0;
+    return result;
+  } catch (...) {
+    // Out of memory, mostly; the code is that of the step that was running.
+    job.vertexTotal = job.polygonTotal = 0;
+    return job.failureCode;
+  }
 }
 
 }  // namespace
@@ -38,16 +84,13 @@ int32_t FBX_TO_TS3D_CALL ConvertFBXFileFinish(const char* sourcePath, float scal
                                               int32_t rotationX, const char* boneRenameList,
                                               const char* meshList, void* callbackContext,
                                               FbxToTs3dStatusCallback statusCallback) {
-  int32_t result = FBX_TO_TS3D_DOCUMENT_UNREADABLE;
-  try {
-    ConversionJob& job = ProcessJob();
-    StoreSettings(job, rotationY, rotationX, boneRenameList, callbackContext, statusCallback);
-    result = static_cast<int32_t>(
-        ts3d::ApplyFinalSettings(job, {TextOrEmpty(sourcePath), scalePercent, TextOrEmpty(meshList)}));
-  } catch (...) {
-    // Out of memory, mostly.
-  }
-  return result;
+  ProcessConversion& process = Process();
+  const ts3d::Turn turn(process.turnstile);
+  if (!turn.IsGranted()) return FBX_TO_TS3D_BUSY;
+  return Finish(
+      process.conversion,
+      {sourcePath, scalePercent, rotationY, rotationX, boneRenameList, callbackContext, statusCallback},
+      meshList);
 }
 
 int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32_t rotationY,
@@ -56,30 +99,17 @@ int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32
                                          void* callbackContext, FbxToTs3dStatusCallback statusCallback,
                                          FbxToTs3dTextureCallback textureCallback, int32_t meshOptionMode,
                                          const char* meshOptionList) {
-  ConversionJob& job = ProcessJob();
-  int32_t result = FBX_TO_TS3D_OK;
-  try {
-    job.failureCode = FBX_TO_TS3D_NO_FILE;
-    StoreSettings(job, rotationY, rotationX, boneRenameList, callbackContext, statusCallback);
-    job.meshOptionMode = meshOptionMode;
-    job.textureCallback = textureCallback;
-    job.meshOptionList = TextOrEmpty(meshOptionList);
-    // Hosts fill only the low byte of the flag's slot.
-    if ((finishOnly & 0xff) != 0) {
-      result = ConvertFBXFileFinish(fbxPath, scale, rotationY, rotationX, boneRenameList, nullptr,
-                                    callbackContext, statusCallback);
-      if (result != FBX_TO_TS3D_OK) job.vertexTotal = job.polygonTotal = 0;
-    } else {
-      result = static_cast<int32_t>(ts3d::RunConversion(job, {TextOrEmpty(fbxPath), {}}));
-    }
-  } catch (...) {
-    // Out of memory, mostly; the code is that of the step that was running.
-    result = job.failureCode;
-    job.vertexTotal = job.polygonTotal = 0;
-  }
+  ProcessConversion& process = Process();
+  const ts3d::Turn turn(process.turnstile);
+  if (!turn.IsGranted()) return FBX_TO_TS3D_BUSY;
+  // Hosts fill only the low byte of the flag's slot.
+  const int32_t result =
+      Convert(process.conversion,
+              {fbxPath, scale, rotationY, rotationX, boneRenameList, callbackContext, statusCallback},
+              textureCallback, meshOptionMode, meshOptionList, (finishOnly & 0xff) != 0);
   if (LeavesOutputsAlone(result)) return result;
-  if (vertexTotalOut) *vertexTotalOut = job.vertexTotal;
-  if (polygonTotalOut) *polygonTotalOut = job.polygonTotal;
+  if (vertexTotalOut) *vertexTotalOut = process.conversion.Job().vertexTotal;
+  if (polygonTotalOut) *polygonTotalOut = process.conversion.Job().polygonTotal;
   return result;
 }
 

@@ -28,6 +28,10 @@ struct FinalSettings {
 /// Rewrites the document that a conversion left beside the package and adds it to the package again.
 FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings);
 
+/// Rewrites the document inside the package `settings.sourcePath` and adds it to the package again, which is
+/// replaced in one step. Nothing else is read or written, and no status lines are sent.
+FinishResult ApplySettingsToPackage(ConversionJob& job, const FinalSettings& settings);
+
 /// The document `text` with the settings applied; none when a marker that the rewrite needs is missing from
 /// it.
 std::optional<std::string> RewriteDocument(std::string_view text, const ConversionJob& job,

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 
 #include "core/visible_text.h"
 #include "platform/process.h"
@@ -63,6 +64,12 @@ void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene,
   scene = manager->CreateScene("");
 }
 
+void CreateQuietSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene) {
+  manager = scene::KFbxSdkManager::Create();
+  if (!manager) throw std::bad_alloc();
+  scene = manager->CreateScene("");
+}
+
 void DestroySdkObjects(scene::KFbxSdkManager* manager) {
   if (manager) manager->Destroy();
 }
@@ -83,6 +90,18 @@ bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const st
   }
   manager.DestroyImporter(importer);
   return imported;
+}
+
+std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
+                             const std::optional<std::string_view>& source, LoadedVersions& versions) {
+  const scene::KFbxIOSettings settings;
+  KFbxImporter importer(manager.GetReaderRegistry());
+  importer.SetIOSettings(settings);
+  versions.sdk = scene::kNativeVersion;
+  const bool initialized =
+      source ? importer.InitializeFromMemory(path, *source) : importer.Initialize(path, -1);
+  versions.file = importer.GetFileVersion();
+  return initialized && importer.Import(scene, false) ? std::string() : importer.GetLastErrorString();
 }
 
 }  // namespace ts3d

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "scene/sdk_manager.h"
 
@@ -17,6 +19,10 @@ struct LoadedVersions {
 /// and an empty scene. Ends the process with exit status 0 when there is no manager to be had.
 void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene, bool loadsPlugins = true);
 
+/// The same without plug-ins.
+/// @throws std::bad_alloc instead of ending the process
+void CreateQuietSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene);
+
 /// Frees the manager and everything that it owns; null is ignored.
 void DestroySdkObjects(scene::KFbxSdkManager* manager);
 
@@ -24,5 +30,11 @@ void DestroySdkObjects(scene::KFbxSdkManager* manager);
 /// output.
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
                LoadedVersions& versions);
+
+/// Loads the file `path`, or the one that `source` holds in its place, into `scene`. Nothing is printed or
+/// asked for, and no settings of the process count.
+/// @return why that failed; empty on success
+std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
+                             const std::optional<std::string_view>& source, LoadedVersions& versions);
 
 }  // namespace ts3d

@@ -3,8 +3,6 @@
 
 #include <vector>
 
-#include "mesh/convert_mesh.h"
-
 namespace ts3d {
 
 void ForEachMeshNode(const scene::KFbxNode* node, const std::function<void(const scene::KFbxNode&)>& visit) {
@@ -20,10 +18,6 @@ void ForEachMeshNode(const scene::KFbxNode* node, const std::function<void(const
     }
     for (int i = next.GetChildCount(); i-- > 0;) pending.push_back(next.GetChild(i));
   }
-}
-
-void WalkSceneNode(const scene::KFbxNode* node, ConversionJob& job, PackagedNameSet& packagedNames) {
-  ForEachMeshNode(node, [&](const scene::KFbxNode& mesh) { ConvertMeshNode(mesh, job, packagedNames); });
 }
 
 }  // namespace ts3d

@@ -37,9 +37,8 @@ int32_t OpenMember(ConversionJob& job, const Source& source) {
   zip_fileinfo info{};
   info.dosDate = source.isHeld ? platform::DosTimeNow() : platform::DosWriteTime(source.path);
   const bool isLarge = platform::FileSize(source.path) >= kLargeMember;
-  const int32_t result =
-      zipOpenNewFileInZip64(job.packageHandle, source.name.c_str(), &info, nullptr, 0, nullptr, 0, "",
-                            Z_DEFLATED, Z_DEFAULT_COMPRESSION, isLarge ? 1 : 0);
+  const int32_t result = zipOpenNewFileInZip64(job.packageHandle, source.name.c_str(), &info, nullptr, 0,
+                                               nullptr, 0, "", Z_DEFLATED, job.packageLevel, isLarge ? 1 : 0);
   job.packageIsDamaged |= result != ZIP_OK;
   return result;
 }
@@ -138,7 +137,7 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
   if (!packagedNames.insert(name).second) return 0;
   const int32_t result = AddMember(job, WorkFileSource(job, name));
   if (result == ZIP_OK && afterAdding == AfterAdding::DeleteFile && !job.heldFiles.Erase(name)) {
-    platform::RemoveFile(name);
+    platform::RemoveFile(job.ownsModelFolder ? job.modelDirectory + name : name);
   }
   return result;
 }

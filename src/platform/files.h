@@ -27,6 +27,10 @@ inline constexpr bool kTextModeChangesBytes = false;
 /// `path` as the system's calls take it.
 std::string NativePath(std::string_view path);
 
+/// Sets `native` to the UTF-8 path `utf8`, with slashes of either kind, as the system's calls take it; false
+/// when they cannot.
+bool PathFromUtf8(std::string_view utf8, std::string& native);
+
 /// Whether the system takes the plain file name `name` for something else than a file of that name: for a
 /// device, a drive, a part of another file or an error.
 bool IsReservedFileName(std::string_view name);

@@ -23,6 +23,11 @@ std::string NativePath(std::string_view path) {
   return native;
 }
 
+bool PathFromUtf8(std::string_view utf8, std::string& native) {
+  native = NativePath(utf8);
+  return true;
+}
+
 bool IsReservedFileName(std::string_view) { return false; }
 
 bool FileExists(std::string_view path) {

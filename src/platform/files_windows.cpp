@@ -44,6 +44,20 @@ std::string LastError() { return std::system_category().message(static_cast<int>
 
 std::string NativePath(std::string_view path) { return std::string(path); }
 
+bool PathFromUtf8(std::string_view utf8, std::string& native) {
+  const int size = static_cast<int>(utf8.size());
+  std::wstring wide(utf8.size(), L'\0');
+  wide.resize(static_cast<size_t>(
+      MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), size, wide.data(), size)));
+  native.resize(4 * wide.size());
+  BOOL isLost = wide.empty();
+  native.resize(static_cast<size_t>(WideCharToMultiByte(
+      CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), static_cast<int>(wide.size()), native.data(),
+      static_cast<int>(native.size()), nullptr, GetACP() == CP_UTF8 ? nullptr : &isLost)));
+  std::replace(native.begin(), native.end(), '/', '\\');
+  return !isLost && !native.empty();
+}
+
 bool IsReservedFileName(std::string_view name) {
   if (name.find(':') != std::string_view::npos) return true;  // a drive, or a second stream of a file
   if (std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; })) {

@@ -22,6 +22,9 @@ void OpenStandardStreams();
 /// Folder of the running executable with a trailing separator; empty when it cannot be told.
 std::string ExecutableFolder();
 
+/// Folder of the file, program or library, that this code is in, likewise.
+std::string OwnFolder();
+
 /// File extension of shared libraries, without the dot.
 const char* SharedLibraryExtension();
 

@@ -119,6 +119,20 @@ std::string ExecutableFolder() {
   return whole.substr(0, whole.rfind('/') + 1);
 }
 
+std::string OwnFolder() {
+  // The loader knows a library by the path it was asked for, which may have been relative to another folder.
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> maps(std::fopen("/proc/self/maps", "r"), std::fclose);
+  const auto own = reinterpret_cast<uintptr_t>(&OwnFolder);
+  char line[PATH_MAX + 128];
+  while (maps && std::fgets(line, sizeof line, maps.get())) {
+    unsigned long first = 0, end = 0;
+    if (std::sscanf(line, "%lx-%lx", &first, &end) != 2 || own < first || own >= end) continue;
+    const char *path = std::strchr(line, '/'), *name = std::strrchr(line, '/');
+    if (path) return {path, name + 1};
+  }
+  return ExecutableFolder();
+}
+
 const char* SharedLibraryExtension() { return "so"; }
 
 std::vector<std::string> FindPlugins(std::string_view folder, std::string_view extension,

@@ -66,6 +66,14 @@ KFbxImportStatus CheckVersion(int version) {
   return {};
 }
 
+std::unique_ptr<KFbxOpenFile> OpenRecords(std::shared_ptr<RecordTree> tree, std::string_view path,
+                                          KFbxFileVersion& version, KFbxImportStatus& status) {
+  status = ReadFbxRecords(*tree);
+  version = SplitVersion(tree->version);
+  if (!status.Succeeded()) return nullptr;
+  return std::make_unique<OpenFbxFile>(std::move(tree), path);
+}
+
 }  // namespace
 
 bool FbxReader::Detects(std::string_view head) const { return DetectContainer(head) != ContainerKind::None; }
@@ -82,10 +90,15 @@ std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, KFbxFileVer
   tree->bytes = file->Bytes();
   tree->releasePages = [mapped = file.get()] { mapped->ReleasePages(); };
   tree->storage = std::move(file);
-  status = ReadFbxRecords(*tree);
-  version = SplitVersion(tree->version);
-  if (!status.Succeeded()) return nullptr;
-  return std::make_unique<OpenFbxFile>(std::move(tree), path);
+  return OpenRecords(std::move(tree), path, version, status);
+}
+
+std::unique_ptr<KFbxOpenFile> FbxReader::OpenMemory(std::string_view path, std::string_view bytes,
+                                                    KFbxFileVersion& version,
+                                                    KFbxImportStatus& status) const {
+  auto tree = std::make_shared<RecordTree>();
+  tree->bytes = bytes;
+  return OpenRecords(std::move(tree), path, version, status);
 }
 
 KFbxImportStatus ReadFbxRecords(RecordTree& tree) {

@@ -15,6 +15,8 @@ class FbxReader : public KFbxReader {
   bool Detects(std::string_view head) const override;
   std::unique_ptr<KFbxOpenFile> Open(std::string_view path, KFbxFileVersion& version,
                                      KFbxImportStatus& status) const override;
+  std::unique_ptr<KFbxOpenFile> OpenMemory(std::string_view path, std::string_view bytes,
+                                           KFbxFileVersion& version, KFbxImportStatus& status) const override;
 };
 
 /// Reads all records of `tree.bytes`, whichever container and version they are, and sets the tree's version

@@ -9,32 +9,49 @@ namespace scene {
 namespace {
 
 constexpr size_t kHeadSize = 4096;
+constexpr const char* kNoMemory = "there is not enough memory to read the file";
 
 }  // namespace
 
-bool KFbxImporter::Initialize(std::string_view path, int) {
+/// Forgets any file before. Null, with the status set, for what no reader knows.
+const KFbxReader* KFbxImporter::FindReader(std::string_view bytes) {
   file_.reset();
   version_ = {};
   status_ = {};
+  const KFbxReader* reader = bytes.empty() ? nullptr : readers_.Find(bytes.substr(0, kHeadSize));
+  if (!reader) {
+    status_ = {EImportError::eFORMAT_UNKNOWN,
+               bytes.empty() ? "the file is empty" : "the file is not an FBX file"};
+  }
+  return reader;
+}
+
+bool KFbxImporter::Initialize(std::string_view path, int) {
   platform::MappedFile head;
   KString reason;
   if (!head.Open(path, reason)) {
+    file_.reset();
+    version_ = {};
     status_ = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
     return false;
   }
-  if (head.Bytes().empty()) {
-    status_ = {EImportError::eFORMAT_UNKNOWN, "the file is empty"};
-    return false;
-  }
-  const KFbxReader* reader = readers_.Find(head.Bytes().substr(0, kHeadSize));
-  if (!reader) {
-    status_ = {EImportError::eFORMAT_UNKNOWN, "the file is not an FBX file"};
-    return false;
-  }
+  const KFbxReader* reader = FindReader(head.Bytes());
+  if (!reader) return false;
   try {
     file_ = reader->Open(path, version_, status_);
   } catch (const std::bad_alloc&) {
-    status_ = {EImportError::eOUT_OF_MEMORY, "there is not enough memory to read the file"};
+    status_ = {EImportError::eOUT_OF_MEMORY, kNoMemory};
+  }
+  return file_ != nullptr;
+}
+
+bool KFbxImporter::InitializeFromMemory(std::string_view path, std::string_view bytes) {
+  const KFbxReader* reader = FindReader(bytes);
+  if (!reader) return false;
+  try {
+    file_ = reader->OpenMemory(path, bytes, version_, status_);
+  } catch (const std::bad_alloc&) {
+    status_ = {EImportError::eOUT_OF_MEMORY, kNoMemory};
   }
   return file_ != nullptr;
 }
@@ -45,9 +62,9 @@ bool KFbxImporter::Import(KFbxScene& scene, bool) {
     return false;
   }
   try {
-    status_ = file_->Read(scene, KFbxIOSettings::Global());
+    status_ = file_->Read(scene, *settings_);
   } catch (const std::bad_alloc&) {
-    status_ = {EImportError::eOUT_OF_MEMORY, "there is not enough memory to read the file"};
+    status_ = {EImportError::eOUT_OF_MEMORY, kNoMemory};
   }
   return status_.Succeeded();
 }

@@ -17,6 +17,11 @@ class KFbxImporter {
   /// Opens `path`, whatever its extension says, with the reader that knows its content.
   /// @param format  -1: the content decides; no other value is known
   [[nodiscard]] bool Initialize(std::string_view path, int format = -1);
+  /// The same for a file whose content is `bytes`, which outlive the importer and the scene. `path` stands
+  /// for it in all that lies beside a file; nothing has to be there.
+  [[nodiscard]] bool InitializeFromMemory(std::string_view path, std::string_view bytes);
+  /// Imports with these settings, which outlive the importer, instead of the global ones.
+  void SetIOSettings(const KFbxIOSettings& settings) { settings_ = &settings; }
   /// Fills `scene` from the open file. May be called again after a password error.
   [[nodiscard]] bool Import(KFbxScene& scene, bool nonBlocking = false);
   /// Version of the file, as far as Initialize could tell it; 0.0.0 otherwise.
@@ -26,7 +31,10 @@ class KFbxImporter {
   const char* GetLastErrorString() const { return status_.text.c_str(); }
 
  private:
+  const KFbxReader* FindReader(std::string_view bytes);
+
   const KFbxReaderRegistry& readers_;
+  const KFbxIOSettings* settings_ = &KFbxIOSettings::Global();
   std::unique_ptr<KFbxOpenFile> file_;
   KFbxFileVersion version_;
   KFbxImportStatus status_;

@@ -58,6 +58,14 @@ class KFbxReader {
   /// Opens the file. Null, with `status` set, when it cannot be read; `version` is set as far as it is known.
   virtual std::unique_ptr<KFbxOpenFile> Open(std::string_view path, KFbxFileVersion& version,
                                              KFbxImportStatus& status) const = 0;
+  /// The same for a file whose content is `bytes`, which outlive what is returned. Null unless the reader
+  /// can.
+  virtual std::unique_ptr<KFbxOpenFile> OpenMemory(std::string_view /*path*/, std::string_view /*bytes*/,
+                                                   KFbxFileVersion& /*version*/,
+                                                   KFbxImportStatus& status) const {
+    status = {EImportError::eFILE_NOT_OPENED, "this format is not read from memory"};
+    return nullptr;
+  }
 };
 
 /// The readers of a manager. Later ones are asked first, so a plug-in can take over a format.

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "converter/read_arguments.h"
+
+#include <system_error>
+
+#include "core/names.h"
+#include "platform/files.h"
+
+namespace ts3d {
+namespace fs = std::filesystem;
+namespace {
+
+std::optional<fs::path> AbsolutePath(const char* utf8) {
+  std::string native;
+  if (!utf8 || !*utf8 || !platform::PathFromUtf8(utf8, native)) return std::nullopt;
+  std::error_code failed;
+  const fs::path path = fs::absolute(native, failed);
+  return failed ? std::nullopt : std::optional(path);
+}
+
+ConverterHost HostOf(const FbxToTs3dOptions& options) {
+  ConverterHost host;
+  void* const context = options.context;
+  if (const auto take = options.onLine) {
+    host.onLine = [=](const std::string& line) { take(context, line.c_str()); };
+  }
+  if (const auto take = options.onProgress) {
+    host.onProgress = [=](double fraction) { return take(context, fraction) == 0; };
+  }
+  if (const auto take = options.onPackage) {
+    host.onPackage = [=](std::string_view bytes) { return take(context, bytes.data(), bytes.size()) == 0; };
+  }
+  return host;
+}
+
+bool AreInRange(const FbxToTs3dOptions& options) {
+  return options.actorType >= -1 && options.actorType <= 6 && options.meshOptionMode >= 0 &&
+         options.meshOptionMode <= 2 && options.repairs < 2 * FBX_TO_TS3D_REPAIR_AS_NEEDED &&
+         options.packageLevel >= -1 && options.packageLevel <= 9 && options.longestPictureSide >= 0 &&
+         options.longestPictureSide <= textures::kLargestSide;
+}
+
+/// False when the folder is no path.
+bool ReadTexts(const FbxToTs3dOptions& given, ConverterOptions& options) {
+  options.rotationX = given.rotationX;
+  options.rotationY = given.rotationY;
+  if (given.actorType != 0) options.actorType = static_cast<ActorType>(std::max(given.actorType, 0));
+  options.meshOptionMode = given.meshOptionMode;
+  const auto asksFor = [&](FbxToTs3dRepair repair) { return (given.repairs & repair) != 0; };
+  options.repairs = {asksFor(FBX_TO_TS3D_RIGID_BONES), asksFor(FBX_TO_TS3D_BIND_FROM_SKIN),
+                     asksFor(FBX_TO_TS3D_OPEN_GROUPS), asksFor(FBX_TO_TS3D_JOIN_ROOTS),
+                     asksFor(FBX_TO_TS3D_ATTACH_RIGID)};
+  options.repairsAsNeeded = asksFor(FBX_TO_TS3D_REPAIR_AS_NEEDED);
+  options.convertsPictures = given.keepsPictures == 0;
+  if (given.longestPictureSide > 0) options.longestPictureSide = given.longestPictureSide;
+  // The library's 0 packs not at all, its -1 as usual.
+  options.packageLevel = given.packageLevel > 0 ? given.packageLevel : -1 - given.packageLevel;
+  options.boneRenames = TextOrEmpty(given.boneRenames);
+  options.meshOptions = TextOrEmpty(given.meshOptions);
+  const std::string exclusions = TextOrEmpty(given.exclusions);
+  for (const std::string_view name : SplitList(exclusions)) options.exclusions.emplace_back(name);
+  if (!given.pictureFolder || !*given.pictureFolder) return true;
+  const std::optional<fs::path> folder = AbsolutePath(given.pictureFolder);
+  if (folder) options.pictureFolder = *folder;
+  return folder.has_value();
+}
+
+}  // namespace
+
+std::optional<fs::path> FilePath(const char* utf8) {
+  std::optional<fs::path> path = AbsolutePath(utf8);
+  return path && path->has_filename() ? path : std::nullopt;
+}
+
+fs::path NameOfModel(const char* utf8) {
+  std::string native;
+  if (!utf8 || !platform::PathFromUtf8(utf8, native)) return {};
+  const fs::path name = fs::path(native).filename();
+  return IsPlainFileName(name.string()) ? name : fs::path();
+}
+
+bool ReadOptions(const FbxToTs3dOptions* options, ConverterOptions& read, ConverterHost& host) {
+  FbxToTs3dOptions given;
+  if (!TakeStruct(options, given) || !AreInRange(given) || !ReadTexts(given, read)) return false;
+  host = HostOf(given);
+  return true;
+}
+
+}  // namespace ts3d

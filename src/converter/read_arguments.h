@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <optional>
+
+#include "converter/converter.h"
+#include "fbx_to_ts3d.h"
+
+namespace ts3d {
+
+/// The host's struct as this version knows it: what an older host does not have is zero.
+template <typename Struct>
+bool TakeStruct(const Struct* given, Struct& taken) {
+  taken = {};
+  if (!given) return true;
+  if (given->size < sizeof given->size) return false;
+  std::memcpy(&taken, given, std::min<size_t>(given->size, sizeof taken));
+  return true;
+}
+
+inline std::string TextOrEmpty(const char* text) { return text ? text : ""; }
+
+/// The path that a host has given in UTF-8; none when it has not, or it cannot be a file's.
+std::optional<std::filesystem::path> FilePath(const char* utf8);
+
+/// The file name that a model from memory goes by; empty when it has none that could be one.
+std::filesystem::path NameOfModel(const char* utf8);
+
+/// Reads the options as far as this version and the host know them; null asks for the usual.
+/// @return false when one of them makes no sense
+bool ReadOptions(const FbxToTs3dOptions* options, ConverterOptions& read, ConverterHost& host);
+
+}  // namespace ts3d

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "check/choose_repairs.h"
+#include "check/rig_report.h"
+#include "core/conversion_job.h"
+#include "package/read_member.h"
+#include "textures/texture_converter.h"
+
+namespace ts3d {
+
+/// What a conversion said and what came of it, for the host.
+struct RunNotes {
+  /// Keeps a status line, each text once and none that only counts.
+  void Take(std::string_view line);
+
+  std::vector<std::string> lines;
+  std::vector<textures::TextureProblem> textureProblems;
+  std::vector<MemberSize> members;
+  std::vector<NeededRepair> repairs;  ///< that were found to be needed
+  uint64_t packageBytes = 0;
+
+ private:
+  std::unordered_set<std::string> known_;
+};
+
+/// The JSON of FbxToTs3dResultJson for each kind of call; its fields are in the host guide.
+std::string ConversionAsJson(int32_t result, std::string_view error, const ConversionJob& job,
+                             const RunNotes& notes);
+std::string CheckAsJson(int32_t result, std::string_view error, const RigReport& report);
+std::string ResultAsJson(int32_t result, std::string_view error);
+
+}  // namespace ts3d

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "converter/work_folder.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+
+#include "core/names.h"
+#include "platform/files.h"
+#include "platform/replacement.h"
+
+namespace ts3d {
+namespace fs = std::filesystem;
+namespace {
+
+/// Shows `file` under the path `as`: by a link, or by a copy where the system allows this user no links.
+void Show(const fs::path& file, const fs::path& as) {
+  std::error_code failed;
+  fs::create_symlink(file, as, failed);
+  if (failed) fs::create_hard_link(file, as, failed);
+  if (failed) fs::copy_file(file, as);
+}
+
+/// The converter puts other endings in the place of the last three characters of the model's name, so these
+/// have to be its extension.
+fs::path NameForConverter(const fs::path& model) {
+  constexpr size_t kDotAndThree = 4;
+  const bool fits = model.extension().string().size() == kDotAndThree;
+  return fits ? model : WithExtension(model, "fbx");
+}
+
+bool IsTga(const fs::path& name) { return EqualsIgnoreCase(name.extension().string(), ".tga"); }
+
+}  // namespace
+
+fs::path WithExtension(const fs::path& path, const char* extension) {
+  return path.parent_path() / (path.stem().string() + "." + extension);
+}
+
+std::string ConverterPath(const fs::path& path) {
+  std::string text = path.string();
+  std::replace(text.begin(), text.end(), '/', '\\');
+  return text;
+}
+
+TemporaryFolder::TemporaryFolder() : path_(platform::MakeTemporaryFolder()) {
+  if (path_.empty()) {
+    throw fs::filesystem_error("cannot make a temporary folder",
+                               std::error_code(errno, std::generic_category()));
+  }
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+WorkFolder::WorkFolder(const fs::path& model) : WorkFolder(model.parent_path(), model.filename()) {
+  Show(model, Model());
+}
+
+WorkFolder::WorkFolder(const fs::path& pictureFolder, const fs::path& modelName) : modelName_(NameForConverter(modelName)) {
+  if (pictureFolder.empty()) return;
+  for (const fs::directory_entry& entry : fs::directory_iterator(pictureFolder)) {
+    const fs::path name = entry.path().filename();
+    // Who opened a pipe or a device of that name would wait, or never come to an end.
+    std::error_code unknown;
+    if (IsTga(name) && name != modelName_ && entry.is_regular_file(unknown)) {
+      Show(entry.path(), folder_.Path() / name);
+    }
+  }
+}
+
+std::vector<std::string> WorkFolder::NewPictures() const {
+  std::vector<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder_.Path())) {
+    if (IsTga(entry.path()) && fs::is_regular_file(entry.symlink_status())) {
+      names.push_back(entry.path().filename().string());
+    }
+  }
+  return names;
+}
+
+void WorkFolder::MoveTo(const fs::path& folder, const fs::path& name) const {
+  const fs::path from = folder_.Path() / name;
+  if (!fs::exists(from)) return;
+  if (platform::MoveIntoPlace(from.string(), (folder / name).string())) return;
+  throw fs::filesystem_error("cannot be written", folder / name,
+                             std::error_code(errno, std::generic_category()));
+}
+
+}  // namespace ts3d

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace ts3d {
+
+/// `path` as the driver takes it: it splits paths at the backslash.
+std::string ConverterPath(const std::filesystem::path& path);
+
+/// `path` with `extension`, given without its dot, in place of its own if it has one.
+std::filesystem::path WithExtension(const std::filesystem::path& path, const char* extension);
+
+/// A new, empty temporary folder that goes away with this object.
+class TemporaryFolder {
+ public:
+  /// @throws std::filesystem::filesystem_error when it cannot be made
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+/// A temporary folder that stands in for a model's own: it shows the model and the ".tga" pictures beside it
+/// under their names and takes all work files.
+class WorkFolder {
+ public:
+  /// @throws std::filesystem::filesystem_error when it cannot be made
+  explicit WorkFolder(const std::filesystem::path& model);
+  /// The same for a model that is not in any folder.
+  /// @param pictureFolder  whose ".tga" pictures are shown; none when it is empty
+  WorkFolder(const std::filesystem::path& pictureFolder, const std::filesystem::path& modelName);
+
+  /// The model as it is named in this folder: as "<stem>.fbx" when its extension has not three letters.
+  std::filesystem::path Model() const { return folder_.Path() / modelName_; }
+
+  /// Moves the file `name` into `folder`, over any file of that name. Nothing happens when there is no such
+  /// file.
+  void MoveTo(const std::filesystem::path& folder, const std::filesystem::path& name) const;
+
+  /// Names of the ".tga" files that were written here.
+  std::vector<std::string> NewPictures() const;
+
+ private:
+  TemporaryFolder folder_;
+  std::filesystem::path modelName_;
+};
+
+}  // namespace ts3d

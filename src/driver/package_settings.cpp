@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include <new>
+
+#include "driver/final_settings.h"
+#include "package/actor_package.h"
+#include "package/read_member.h"
+#include "platform/replacement.h"
+
+namespace ts3d {
+namespace {
+
+constexpr std::string_view kDocumentEnding = ".xfg";
+
+/// Adds `text` as the member `name` to the open package.
+bool AddText(ConversionJob& job, const std::string& name, const std::string& text) {
+  bool added = false;
+  try {
+    PackagedNameSet packagedNames;
+    added = job.heldFiles.Put(name, text) &&
+            AddFileToPackage(job, packagedNames, name, AfterAdding::KeepFile) == 0;
+  } catch (const std::bad_alloc&) {
+    job.packageIsDamaged = true;
+  }
+  job.heldFiles.Clear();
+  return CloseActorPackage(job) && added;
+}
+
+/// @param step  is set to what a failure of the step that is running means
+bool Finish(ConversionJob& job, const FinalSettings& settings, FinishResult& step) {
+  job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
+  const std::optional<PackageMember> old = ReadLastMember(settings.sourcePath, kDocumentEnding);
+  const std::optional<std::string> rewritten =
+      old ? RewriteDocument(old->bytes, job, settings.meshList) : std::nullopt;
+  if (!rewritten) return false;
+  step = FinishResult::UpdateFailed;
+  platform::Replacement package(settings.sourcePath, platform::Links::Follow);
+  return package.Create("wb") && platform::CopyWholeFile(package.Target(), package.Path()) &&
+         OpenActorPackage(job, package.Path(), PackageMode::Append) && AddText(job, old->name, *rewritten) &&
+         package.TakePlace();
+}
+
+}  // namespace
+
+FinishResult ApplySettingsToPackage(ConversionJob& job, const FinalSettings& settings) {
+  FinishResult step = FinishResult::DocumentUnreadable;
+  try {
+    if (Finish(job, settings, step)) return FinishResult::Success;
+  } catch (const std::bad_alloc&) {
+    // The step that was running has failed.
+  }
+  return step;
+}
+
+}  // namespace ts3d

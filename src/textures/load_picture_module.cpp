@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "platform/process.h"
+#include "textures/picture_formats.h"
+#include "textures/picture_module.h"
+#include "textures/png_writer.h"
+
+namespace textures {
+namespace {
+
+/// The function `symbol` of the module for pictures of this kind, which is loaded for it.
+template <typename Function>
+Function LoadFunction(const char* kind, const char* symbol) {
+  // Beside the installed library, beside the one that was just built, and where the tool has them.
+  std::string path;
+  for (const char* folder : {"fbx_to_ts3d/", "fbx2czp/", "../lib/fbx2czp/"}) {
+    path = platform::OwnFolder() + folder + kind + FBX2CZP_MODULE_ENDING;
+    if (void* const function = platform::LoadPlugin(path, symbol))
+      return reinterpret_cast<Function>(function);
+  }
+  throw std::runtime_error("needs " + path + ", which is missing");
+}
+
+[[noreturn]] void Throw(const PictureModuleFailure& failure) {
+  if (*failure.reason == '\0') throw std::bad_alloc();
+  throw std::runtime_error(failure.reason);
+}
+
+/// Has pictures of one kind decoded by their module.
+class Decoder {
+ public:
+  explicit Decoder(const char* kind)
+      : decode_(LoadFunction<DecodeModulePicture>(kind, kDecodeModulePicture)) {}
+
+  Image operator()(std::string_view bytes, PictureBudget& budget) const {
+    Image image;
+    PictureModuleFailure failure;
+    if (!decode_(bytes, budget, image, failure)) Throw(failure);
+    return image;
+  }
+
+ private:
+  DecodeModulePicture decode_;
+};
+
+}  // namespace
+
+Image DecodePng(std::string_view bytes, PictureBudget& budget) {
+  static const Decoder decode("png");
+  return decode(bytes, budget);
+}
+
+Image DecodeJpeg(std::string_view bytes, PictureBudget& budget) {
+  static const Decoder decode("jpeg");
+  return decode(bytes, budget);
+}
+
+Image DecodeTiff(std::string_view bytes, PictureBudget& budget) {
+  static const Decoder decode("tiff");
+  return decode(bytes, budget);
+}
+
+Image DecodeWebp(std::string_view bytes, PictureBudget& budget) {
+  static const Decoder decode("webp");
+  return decode(bytes, budget);
+}
+
+Image DecodeDds(std::string_view bytes, PictureBudget& budget) {
+  static const Decoder decode("dds");
+  return decode(bytes, budget);
+}
+
+std::string EncodePng(Image image) {
+  static const auto encode = LoadFunction<EncodeModulePicture>("png", kEncodeModulePicture);
+  std::string bytes;
+  PictureModuleFailure failure;
+  if (!encode(image, bytes, failure)) Throw(failure);
+  return bytes;
+}
+
+}  // namespace textures

@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#include "textures/texture_converter.h"
+
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "core/names.h"
+#include "core/work_file.h"
+#include "material/texture_files.h"
+#include "platform/files.h"
+#include "scene/model/scene.h"
+#include "scene/model/texture.h"
+#include "textures/image_reader.h"
+#include "textures/tga_file.h"
+
+namespace textures {
+namespace fs = std::filesystem;
+namespace {
+
+/// Whether `a` was written before `b`. False when that is unknown.
+bool IsOlder(const fs::path& a, const fs::path& b) {
+  std::error_code failedA, failedB;
+  const auto timeA = fs::last_write_time(a, failedA), timeB = fs::last_write_time(b, failedB);
+  return !failedA && !failedB && timeA < timeB;
+}
+
+bool IsSamePath(const fs::path& a, const fs::path& b) {
+  std::error_code failed;
+  return fs::equivalent(a, b, failed) && !failed;
+}
+
+std::string BaseName(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
+
+std::string DescribePlaces(const std::vector<std::string>& places) {
+  std::string text = "was not found; looked for";
+  for (const std::string& place : places) text += (&place == &places.front() ? " " : ", ") + place;
+  return text;
+}
+
+}  // namespace
+
+/// One texture on its way into the package.
+struct TextureConverter::Request {
+  const ts3d::ConversionJob& job;
+  std::string source;
+  bool exists;
+  std::string tgaName = ts3d::TgaName(source);
+  fs::path target = platform::NativePath(job.modelDirectory) + tgaName;
+
+  /// Whether the texture is itself the ".tga" file that the package will hold.
+  bool IsTga() const { return ts3d::EqualsIgnoreCase(BaseName(source), tgaName); }
+  /// Whether nothing stands before the first point of the name, as in "." or "art/": no file is meant.
+  bool IsNameless() const { return tgaName == ".tga" && !IsTga(); }
+};
+
+TextureConverter::TextureConverter(const fs::path& model, int longestSide)
+    : finder_(model), budget_{longestSide} {}
+
+bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists) {
+  const auto [answer, isNew] = answers_.try_emplace(source, exists);
+  if (!isNew) return answer->second;
+  const Request request{job, source, exists};
+  std::string reason;
+  try {
+    Bring(request);
+    return answer->second = true;
+  } catch (const std::bad_alloc&) {
+    reason = "needs more memory than there is";
+  } catch (const std::exception& error) {
+    reason = error.what();
+  }
+  // A reused file that this limit refuses is gone from the job's folder.
+  const bool remains = exists && !request.IsNameless() && ts3d::WorkFileExists(job, request.tgaName);
+  if (remains) reason += "; " + request.tgaName + " beside the model is packed as it is";
+  // Embedded pictures were written to a folder that is gone when somebody reads this.
+  const bool isInside = source.starts_with(job.modelDirectory);
+  problems_.push_back({isInside ? source.substr(job.modelDirectory.size()) : source, std::move(reason)});
+  return answer->second = remains;
+}
+
+void TextureConverter::Bring(const Request& request) {
+  if (request.IsNameless()) throw std::runtime_error("names no file");
+  if (!ts3d::IsPlainFileName(request.tgaName) || !ts3d::LowerCase(request.tgaName).ends_with(".tga") ||
+      platform::IsSameFile(request.target.string(), request.job.inputPath)) {
+    throw std::runtime_error("has a name that cannot be used for a .tga file");
+  }
+  if (request.exists && request.IsTga() && !IsWrittenByUs(request.target)) {
+    pictures_.try_emplace(request.tgaName, request.target);
+    return CheckOwn(request);
+  }
+  const TextureSearch search = FindPicture(request.job, request.source);
+  if (search.found.empty()) {
+    if (request.exists) return CheckReused(request);
+    throw std::runtime_error(DescribePlaces(search.places));
+  }
+  const auto made = pictures_.find(request.tgaName);
+  if (made != pictures_.end() && made->second != search.found) {
+    throw std::runtime_error("is not used, as " + request.tgaName + " is made of " + made->second.string() +
+                             "; rename one of them");
+  }
+  ConvertOrEmbedded(request, search.found);
+  pictures_[request.tgaName] = search.found;
+  const bool isEmbedded = search.found.string().starts_with(platform::NativePath(request.job.modelDirectory));
+  if (!isEmbedded && finder_.IsOutside(search.found))
+    outside_.insert(search.found.lexically_normal().string());
+}
+
+/// Looks for the picture `source`. One that is embedded, and was taken out to `source`, comes last.
+TextureSearch TextureConverter::FindPicture(const ts3d::ConversionJob& job, const std::string& source) {
+  if (textures_.empty()) {
+    job.scene->ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
+      // One with a name relative to the model beside it is preferred.
+      const scene::KFbxTexture*& named = textures_[texture.GetFileName()];
+      if (!named || named->GetRelativeFileName().empty()) named = &texture;
+    });
+  }
+  const auto named = textures_.find(source);
+  if (named == textures_.end()) return finder_.Find(source, {});
+  const scene::KFbxTexture& texture = *named->second;
+  if (!texture.IsEmbedded()) return finder_.Find(source, texture.GetRelativeFileName());
+  const scene::KFbxVideo& video = *texture.GetVideo();
+  TextureSearch search = finder_.Find(video.GetFileName(), video.GetRelativeFileName());
+  return search.found.empty() ? finder_.Find(source, {}) : search;
+}
+
+/// A picture on disk comes before the one that is embedded, but only if it is any good.
+void TextureConverter::ConvertOrEmbedded(const Request& request, const fs::path& picture) {
+  try {
+    Convert(request, picture);
+  } catch (const std::runtime_error& error) {
+    const fs::path embedded = platform::NativePath(request.source);
+    std::error_code failed;
+    if (!request.source.starts_with(request.job.modelDirectory) || !fs::is_regular_file(embedded, failed) ||
+        IsSamePath(embedded, picture)) {
+      throw;
+    }
+    Convert(request, embedded);
+    problems_.push_back({picture.string(), error.what() + std::string("; the embedded picture is used")});
+  }
+}
+
+/// The picture is in the job's folder under its own name; it has to be of the right kind.
+void TextureConverter::CheckOwn(const Request& request) {
+  int width = 0, height = 0;
+  if (IsPlainTga(request.target, width, height)) return CheckSize(width, height, budget_.longestSide);
+  WriteTgaOf(request.target, request.target);
+}
+
+/// The picture is used again when an earlier conversion made it, unless this one would not.
+void TextureConverter::CheckReused(const Request& request) const {
+  int width = 0, height = 0;
+  if (!IsWrittenByUs(request.target) || !IsPlainTga(request.target, width, height)) return;
+  try {
+    CheckSize(width, height, budget_.longestSide);
+  } catch (const std::runtime_error&) {
+    // Only here: the file beside the model stays for conversions with another limit.
+    fs::remove(request.target);
+    throw;
+  }
+}
+
+void TextureConverter::Convert(const Request& request, const fs::path& picture) {
+  if (request.exists) {
+    if (!IsOlder(request.target, picture) || IsSamePath(request.target, picture)) return CheckReused(request);
+    if (!IsWrittenByUs(request.target)) {
+      throw std::runtime_error("is newer than " + request.tgaName + ", which was not made by this program");
+    }
+  }
+  WriteTgaOf(picture, request.target);
+}
+
+/// A model can find one picture under any number of names. It is decoded for the first of them.
+void TextureConverter::WriteTgaOf(const fs::path& picture, const fs::path& target) {
+  std::error_code failed;
+  const auto [entry, isNew] = decoded_.try_emplace(fs::weakly_canonical(picture, failed));
+  Decoded& decoded = entry->second;
+  if (!isNew) {
+    if (!decoded.error.empty()) throw std::runtime_error(decoded.error);
+    budget_.Take(decoded.width, decoded.height);
+    return CopyTga(decoded.tga, target);
+  }
+  if (onConvert) onConvert(picture);
+  decoded.error = "needs more memory than there is";
+  try {
+    const Image image = ReadImage(picture, budget_);
+    WriteTga(image, target);
+    decoded = {image.width, image.height, target, {}};
+  } catch (const std::runtime_error& error) {
+    decoded.error = error.what();
+    throw;
+  }
+}
+
+}  // namespace textures

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/conversion_job.h"
+#include "textures/picture_budget.h"
+#include "textures/texture_search.h"
+
+namespace scene {
+class KFbxTexture;
+}
+
+namespace textures {
+
+/// What went wrong with a texture. Said as one sentence: "texture " + source + " " + text.
+struct TextureProblem {
+  std::string source;  ///< the picture's path as the model gives it
+  std::string text;    ///< "was not found; ..."
+};
+
+inline constexpr int kDefaultLongestSide = 8192;
+
+/// Finds the pictures that a conversion asks for and writes them as ".tga" files into the job's folder. One
+/// converter serves one conversion.
+class TextureConverter {
+ public:
+  /// @param model absolute path of the model, whose folder is searched; the job's own is a temporary one
+  /// @param longestSide larger pictures (in pixels) are refused
+  TextureConverter(const std::filesystem::path& model, int longestSide);
+
+  /// Called with each picture before it is converted.
+  std::function<void(const std::filesystem::path& picture)> onConvert;
+
+  /// Answers the job's texture callback. Never throws; a texture that fails is told of once, as a problem. A
+  /// file that is somebody's work is never written over.
+  /// @param source the picture's path as the model gives it
+  /// @param exists whether the job's folder holds the ".tga" file already
+  /// @return whether it does now
+  bool Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists);
+
+  const std::vector<TextureProblem>& Problems() const { return problems_; }
+  /// Paths of the pictures used that lie outside the model's folder and those below it.
+  const std::set<std::string>& OutsidePictures() const { return outside_; }
+
+ private:
+  struct Request;
+  /// What became of a picture.
+  struct Decoded {
+    int width = 0, height = 0;
+    std::filesystem::path tga;  ///< made of it
+    std::string error;          ///< not empty: why there is none
+  };
+
+  void Bring(const Request& request);
+  TextureSearch FindPicture(const ts3d::ConversionJob& job, const std::string& source);
+  void CheckOwn(const Request& request);
+  void CheckReused(const Request& request) const;
+  void ConvertOrEmbedded(const Request& request, const std::filesystem::path& picture);
+  void Convert(const Request& request, const std::filesystem::path& picture);
+  void WriteTgaOf(const std::filesystem::path& picture, const std::filesystem::path& target);
+
+  TextureFinder finder_;
+  PictureBudget budget_;
+  std::map<std::string_view, const scene::KFbxTexture*> textures_;  ///< of the job's scene, by file name
+  std::map<std::string, bool> answers_;                             ///< by source
+  std::map<std::string, std::filesystem::path> pictures_;           ///< what each ".tga" file is made of
+  std::map<std::filesystem::path, Decoded> decoded_;                ///< by picture; each is decoded once
+  std::vector<TextureProblem> problems_;
+  std::set<std::string> outside_;
+};
+
+}  // namespace textures
