@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "host_paths.h"
 
-
 namespace cli {
 namespace fs = std::filesystem;
 

@@ -8,10 +8,10 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
+#include "check/report_json.h"
 #include "core/similar_names.h"
 #include "core/visible_text.h"
 #include "core/work_file.h"
-#include "check/report_json.h"
 #include "describe_finding.h"
 #include "exit_codes.h"
 #include "platform/replacement.h"

@@ -8,13 +8,16 @@ install(TARGETS fbx_to_ts3d EXPORT FbxToTs3dTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
-install(FILES ${PROJECT_SOURCE_DIR}/include/fbx_to_ts3d.h
+install(FILES ${PROJECT_SOURCE_DIR}/include/fbx_to_ts3d.h ${PROJECT_SOURCE_DIR}/include/fbx_to_ts3d.hpp
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 install(TARGETS fbx2czp RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 get_property(picture_modules GLOBAL PROPERTY FBX2CZP_PICTURE_MODULES)
 if(picture_modules)
   # The tool looks for them there, from its own folder.
   install(TARGETS ${picture_modules} LIBRARY DESTINATION lib/fbx2czp COMPONENT tool)
+  # The library looks for them beside itself.
+  install(TARGETS ${picture_modules}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fbx_to_ts3d COMPONENT library)
 endif()
 if(NOT CMAKE_CROSSCOMPILING AND NOT FBX_TO_TS3D_SANITIZE)
   # The tool writes its own papers, from the texts of --help.
@@ -45,7 +48,9 @@ foreach(component library development tool)
   install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${doc_${component}} COMPONENT ${component} RENAME copyright)
 endforeach()
 install(FILES ${PROJECT_SOURCE_DIR}/docs/host-guide.md ${PROJECT_SOURCE_DIR}/docs/formats.md
-  ${PROJECT_SOURCE_DIR}/samples/host/host.c ${PROJECT_SOURCE_DIR}/samples/host/host.py
+  ${PROJECT_SOURCE_DIR}/samples/host/host.c ${PROJECT_SOURCE_DIR}/samples/host/host.cpp
+  ${PROJECT_SOURCE_DIR}/samples/host/host.py ${PROJECT_SOURCE_DIR}/samples/host/Host.cs
+  ${PROJECT_SOURCE_DIR}/samples/host/classic_host.c ${PROJECT_SOURCE_DIR}/samples/host/classic_host.py
   DESTINATION ${doc_development} COMPONENT development)
 
 install(EXPORT FbxToTs3dTargets NAMESPACE FbxToTs3d:: DESTINATION ${config_folder} COMPONENT development)

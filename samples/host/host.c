@@ -1,69 +1,58 @@
 /* SPDX-License-Identifier: MIT */
-/* A host in C: converts a model and applies final settings to it.
- *   host FOLDER MODEL.fbx     afterwards FOLDER holds MODEL.czp and MODEL.xfg */
+/* A host in C: converts a model and applies final settings to its package.
+ *   host MODEL.fbx PACKAGE.czp     paths in UTF-8 */
 #include <stdio.h>
-#include <string.h>
 
 #include "fbx_to_ts3d.h"
 
-#if defined(_WIN32)
-#include <direct.h>
-#define chdir _chdir
-#define getcwd _getcwd
-#else
-#include <unistd.h>
-#endif
-
 /* What the callbacks need of the host comes back as their first argument. */
 struct Host {
-  int problems;
+  int percent;
 };
 
-static void FBX_TO_TS3D_CALL OnStatus(void* context, const char* text) {
-  struct Host* host = context;
-  if (strncmp(text, ">>>", 3) == 0) ++host->problems;
-  printf("%s\n", text);
-}
-
-/* A host that can convert pictures writes the ".tga" file here and sets the flag. */
-static void FBX_TO_TS3D_CALL OnTexture(void* context, const char* imagePath, uint8_t* converted) {
+static void FBX_TO_TS3D_CALL OnLine(void* context, const char* line) {
   (void)context;
-  printf("%s: %s\n", imagePath, *converted ? "its .tga file is taken" : "has no .tga file");
+  /* Errors and coded warnings; all other lines tell what is being done. */
+  if (line[0] == '>' || line[0] == '*') printf("%s\n", line);
 }
 
-/* The library splits paths at the backslash, on every system. */
-static int MakePath(char* path, size_t size, const char* folder, const char* name) {
-  const int length = snprintf(path, size, "%s\\%s", folder, name);
-  if (length < 0 || (size_t)length >= size) return 0;
-  for (; *path; ++path) {
-    if (*path == '/') *path = '\\';
-  }
-  return 1;
+/* A host with a window asks here whether somebody wants to cancel. */
+static int32_t FBX_TO_TS3D_CALL OnProgress(void* context, double fraction) {
+  struct Host* host = context;
+  const int percent = (int)(100 * fraction);
+  if (percent / 25 > host->percent / 25) printf("%d %%\n", percent);
+  host->percent = percent;
+  return 0;
 }
 
 int main(int argc, char** argv) {
   struct Host host = {0};
-  char folder[2048], model[4096];
-  int32_t vertices = 0, triangles = 0, result;
+  FbxToTs3dOptions options = {0};
+  FbxToTs3dFinalSettings settings = {0};
+  FbxToTs3dConverter* converter;
+  int32_t result;
   if (argc != 3) {
-    fprintf(stderr, "usage: host FOLDER MODEL.fbx\n");
+    fprintf(stderr, "usage: host MODEL.fbx PACKAGE.czp\n");
     return 64;
   }
-  /* Work files are deleted from the current directory: it has to be the model's folder. */
-  if (chdir(argv[1]) != 0 || !getcwd(folder, sizeof folder) ||
-      !MakePath(model, sizeof model, folder, argv[2])) {
-    fprintf(stderr, "host: %s cannot be entered\n", argv[1]);
-    return 1;
+  options.size = sizeof options;
+  settings.size = sizeof settings;
+  converter = FbxToTs3dCreate();
+  options.repairs = FBX_TO_TS3D_REPAIR_AS_NEEDED;
+  options.context = &host;
+  options.onLine = OnLine;
+  options.onProgress = OnProgress;
+  result = FbxToTs3dSetOptions(converter, &options);
+  if (result == FBX_TO_TS3D_OK) result = FbxToTs3dConvert(converter, argv[1], argv[2]);
+  if (result == FBX_TO_TS3D_OK) {
+    settings.scalePercent = 95.0f;
+    settings.rotationY = 180;
+    settings.boneRenames = "L_femur=left femur";
+    settings.meshes = "hat=~Cap";
+    result = FbxToTs3dFinish(converter, argv[2], &settings);
   }
-  result =
-      ConvertFBXFile3(model, 0.0f, 0, 0, 0, NULL, &vertices, &triangles, &host, OnStatus, OnTexture, 0, NULL);
-  printf("converted with result %d: %d vertices, %d triangles, %d problems\n", (int)result, (int)vertices,
-         (int)triangles, host.problems);
-  if (result != FBX_TO_TS3D_OK) return (int)result;
-  /* In the same process: the library remembers the skeleton and the actor type. The pass deletes the document
-   * from the current directory; from another one it stays beside the package for the next change. */
-  if (chdir("..") != 0) return 1;
-  result = ConvertFBXFileFinish(model, 95.0f, 180, 0, "L_femur=left femur", "hat=~Cap", &host, OnStatus);
+  if (result != FBX_TO_TS3D_OK) fprintf(stderr, "host: %s\n", FbxToTs3dErrorText(converter));
+  FbxToTs3dDestroy(converter);
   printf("finished with result %d\n", (int)result);
-  return (int)result;
+  return result < 0 ? 1 : (int)result;
 }

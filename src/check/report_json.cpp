@@ -13,8 +13,8 @@ nlohmann::ordered_json FindingAsJson(const Finding& finding) {
 
 nlohmann::ordered_json ReportAsJson(const RigReport& report) {
   nlohmann::ordered_json json{{"result", report.Worst() == Severity::Note ? "sound" : NameOf(report.Worst())},
-            {"fbx_version", report.version},
-            {"object_id", report.objectId}};
+                              {"fbx_version", report.version},
+                              {"object_id", report.objectId}};
   nlohmann::ordered_json& bones = json["bones"] = nlohmann::ordered_json::array();
   for (const OutputBone& bone : report.bones) {
     bones.push_back({{"name", bone.name}, {"parent", bone.parent}, {"weighted", bone.weighted}});

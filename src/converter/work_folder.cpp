@@ -59,7 +59,8 @@ WorkFolder::WorkFolder(const fs::path& model) : WorkFolder(model.parent_path(), 
   Show(model, Model());
 }
 
-WorkFolder::WorkFolder(const fs::path& pictureFolder, const fs::path& modelName) : modelName_(NameForConverter(modelName)) {
+WorkFolder::WorkFolder(const fs::path& pictureFolder, const fs::path& modelName)
+    : modelName_(NameForConverter(modelName)) {
   if (pictureFolder.empty()) return;
   for (const fs::directory_entry& entry : fs::directory_iterator(pictureFolder)) {
     const fs::path name = entry.path().filename();
