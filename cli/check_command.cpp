@@ -20,6 +20,7 @@ namespace {
 struct CheckCommandOptions {
   std::vector<std::string> models;
   std::vector<std::string> excludedNames;
+  std::vector<std::string> textureFolders;
   bool json = false;
   bool quiet = false;
   bool loadsPlugins = true;
@@ -34,7 +35,7 @@ ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& opt
   report = ts3d::CheckRig(
       ConverterPath(model),
       {options.excludedNames, options.loadsPlugins ? ts3d::Plugins::Load : ts3d::Plugins::LeaveOut});
-  ts3d::AddTextureFindings(model, report);
+  ts3d::AddTextureFindings(model, options.textureFolders, report);
   report.SortFindings();
   return report;
 }
@@ -67,6 +68,7 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
       ->type_name("");
   Repeatable(check.add_option("--exclude", options->excludedNames,
                               "Mesh or material that will be left out; repeat for more"));
+  AddTextureFolders(check, options->textureFolders);
   check.add_flag("--json", options->json, "Print the reports as JSON");
   check.add_flag("-q,--quiet", options->quiet, "Show warnings and worse only");
   AddNoPlugins(check, options->loadsPlugins);

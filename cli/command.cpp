@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "command.h"
 
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "exit_codes.h"
 
@@ -50,6 +52,13 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
 
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins) {
   command.add_flag("!--no-plugins", loadsPlugins, "Load no reader plug-ins from the folder of this program");
+}
+
+void AddTextureFolders(CLI::App& command, std::vector<std::string>& folders) {
+  Repeatable(command.add_option("--textures", folders,
+                                "Folder to search for pictures, with all folders below; repeat for more"))
+      ->type_name("FOLDER")
+      ->check(CLI::Validator(CLI::ExistingDirectory).description(""));
 }
 
 void SetFooter(CLI::App& command, const std::string& examples) {

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "status_printer.h"
 
@@ -36,5 +37,8 @@ void AddNoPlugins(CLI::App& command, bool& loadsPlugins);
 
 /// The examples and exit codes below the help of a command. `examples` are whole lines.
 void SetFooter(CLI::App& command, const std::string& examples);
+
+/// --textures, which puts the folders of pictures into `folders`.
+void AddTextureFolders(CLI::App& command, std::vector<std::string>& folders);
 
 }  // namespace cli

@@ -137,6 +137,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   TakesNumber(convert.add_option("--max-texture", options->longestTextureSide,
                                  "Longest side in pixels of a texture that is converted (8192)"),
               1, textures::kLargestSide);
+  AddTextureFolders(convert, options->textureFolders);
   convert
       .add_option("--finish-settings", options->finishSettings,
                   "JSON file with final settings to apply as well")

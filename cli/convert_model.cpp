@@ -36,6 +36,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.plugins = !options.loadsPlugins                     ? ts3d::Plugins::LeaveOut
                 : options.verbosity == Verbosity::Verbose ? ts3d::Plugins::LoadAndName
                                                           : ts3d::Plugins::Load;
+  job.findsBaseColours = true;
 }
 
 /// A run that could not load its scene leaves the scene library's objects to the next one, which never comes.
@@ -106,7 +107,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   };
   ts3d::ConversionJob job;
   const SceneOwner owner{job};
-  textures::TextureConverter textures(task.model, options.longestTextureSide);
+  textures::TextureConverter textures(task.model, options.longestTextureSide, options.textureFolders);
   textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
   host.onTexture = [&](const std::string& source, bool exists) {
     return textures.Provide(job, source, exists);

@@ -25,6 +25,7 @@ struct ConvertOptions {
   ts3d::RepairSettings repairs;                            ///< what is asked for by name
   bool repairsAsNeeded = false;                            ///< beside those whatever the model needs
   int longestTextureSide = textures::kDefaultLongestSide;  ///< pixels; larger pictures are refused
+  std::vector<std::string> textureFolders;                 ///< searched for pictures, with all folders below
   std::string finishSettings;                              ///< JSON file with final settings, or empty
   unsigned jobs = 0;   ///< models at a time; 0: one for each processor core
   std::string report;  ///< JSON file to write, or empty

@@ -58,7 +58,8 @@ struct PreviewOptions {
   int turntable = 0;  ///< number of pictures; 0: one
   bool bones = false;
   bool loadsPlugins = true;
-  std::string up;  ///< axis; empty: concluded from the model
+  std::vector<std::string> textureFolders;  ///< of a model
+  std::string up;                           ///< axis; empty: concluded from the model
 
   std::optional<preview::Vector> Up() const {
     return up.empty() ? std::nullopt : std::optional(kAxes.at(up));
@@ -87,16 +88,18 @@ void Load(const fs::path& package, actor::Actor& actor) {
 }
 
 /// @return the package, inside `work`
-fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, bool loadsPlugins) {
+fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const PreviewOptions& preview) {
   ConvertOptions options;
-  options.loadsPlugins = loadsPlugins;
+  options.loadsPlugins = preview.loadsPlugins;
+  options.textureFolders = preview.textureFolders;
   const ModelResult result = ConvertInWorkFolder(task, work, options, std::nullopt, [](std::string_view) {});
   for (const std::string& loss : result.Losses()) PrintMessage(task.name, Severity::Warning, loss);
   if (result.code != 0) throw PreviewFailure(result.code, result.reason);
   return WithExtension(work.Model(), "czp");
 }
 
-actor::Actor LoadInput(const std::string& input, bool loadsPlugins) {
+actor::Actor LoadInput(const PreviewOptions& options) {
+  const std::string& input = options.input;
   actor::Actor actor;
   if (!fs::exists(input)) throw PreviewFailure(FBX_TO_TS3D_NO_FILE, "the file does not exist");
   if (!HasExtension(input, ".fbx")) {
@@ -105,7 +108,7 @@ actor::Actor LoadInput(const std::string& input, bool loadsPlugins) {
   }
   const fs::path model = fs::absolute(input);
   const WorkFolder work(model);
-  Load(ConvertQuietly({input, model, model.parent_path()}, work, loadsPlugins), actor);
+  Load(ConvertQuietly({input, model, model.parent_path()}, work, options), actor);
   return actor;
 }
 
@@ -165,7 +168,7 @@ int RunPreview(const PreviewOptions& options) {
           "this fbx2czp was built without the page (it takes three.js); run scripts/prepare and "
           "build it again, or write a .png picture");
     }
-    const actor::Actor actor = LoadInput(options.input, options.loadsPlugins);
+    const actor::Actor actor = LoadInput(options);
     if (wantsPage) {
       WritePage(options, actor);
     } else {
@@ -222,6 +225,7 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
       .add_option("--turntable", options->turntable,
                   "That many pictures once around the model; their names get numbers from _000")
       ->check(CLI::Range(1, 360));
+  AddTextureFolders(preview, options->textureFolders);
   AddNoPlugins(preview, options->loadsPlugins);
   preview.footer(kFooter);
 }

@@ -96,4 +96,36 @@ TEST(Textures, MissingFromAMaterialLeaveAnEmptyMap) {
               testing::AllOf(HasSubstr("NUMMAPS=\"1\""), HasSubstr("   <MAP></MAP>\n</MATERIAL>")));
 }
 
+TEST(Textures, OfTheBaseColourServeWhenAskedForWhateverItsNameIs) {
+  struct {
+    const char* shading;
+    std::vector<const char*> properties;
+    std::string map;
+  } const cases[] = {
+      {"unknown", {"Maya|TEX_normal_map", "Maya|TEX_color_map"}, "1"},
+      {"unknown", {"3dsMax|Parameters|base_color_map", "3dsMax|Parameters|coat_color_map"}, "0"},
+      {"", {"3dsMax|main|baseColorMap"}, "0"},
+      {"phong", {"NormalMap", "color", "Maya|baseColor"}, "2"},
+      {"phong", {"base_color_texture", "DiffuseColor"}, "1"},
+      {"unknown", {"3dsMax|Parameters|coat_color_map", "Maya|specularColor"}, ""}};
+  for (const auto& [shading, properties, map] : cases) {
+    for (const bool isAsked : {false, true}) {
+      Character model;
+      const auto mesh = model.Triangle("Body");
+      Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+      const auto material = model.Material(mesh, shading);
+      for (size_t i = 0; i < properties.size(); ++i) {
+        model.Texture(material, std::to_string(i) + ".png", "", properties[i]);
+      }
+      TestHost host;
+      host.job.findsBaseColours = isAsked;
+      const std::string xrf = XrfOf(host, model);
+      const bool isFound = !map.empty() && (isAsked || properties.back() == std::string("DiffuseColor"));
+      EXPECT_THAT(xrf, HasSubstr("<MAP>" + (isFound ? map + ".tga" : "") + "</MAP>")) << properties[0];
+      const bool isWhite = isFound && shading != std::string("phong");
+      EXPECT_EQ(xrf.find("<DIFFUSE>255 255 255 255<") != std::string::npos, isWhite) << properties[0];
+    }
+  }
+}
+
 }  // namespace

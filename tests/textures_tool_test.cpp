@@ -90,6 +90,34 @@ class ToolTextures : public support::Tool {
 /// 64 x 64 pixels of 24 bits, nothing packed.
 const auto kIsConverted = StartsWith(std::string("\0\0\2\0\0\0\0\0\0\0\0\0\x40\0\x40\0\x18\0", 18));
 
+TEST(TextureSearch, KnowsTheFoldersAroundTheModelAndBelowThoseThatAreGiven) {
+  const support::TempFolder folder;
+  for (const char* name :
+       {"a/hero/TEXTURES", "a/Materials", "a/Tex", "art/head", "art/body/old", "elsewhere"}) {
+    fs::create_directories(folder.Path(name));
+  }
+  for (const char* name : {"a/hero/TEXTURES/a.png", "a/Materials/B.png", "a/Tex/c.png", "art/head/skin.png",
+                           "art/body/skin.png", "art/body/old/Cape.PNG", "elsewhere/d.png"}) {
+    folder.Write(name, name);
+  }
+  fs::create_directory_symlink(folder.Path("elsewhere"), folder.Path("art/link"));
+  fs::create_directory_symlink(folder.Path("art"), folder.Path("art/body/loop"));
+  textures::TextureFinder finder(folder.Path("a/hero/hero.fbx"), {folder.Path("art")});
+  const std::pair<const char*, const char*> cases[] = {{"C:\\lost\\a.png", "a/hero/TEXTURES/a.png"},
+                                                       {"C:\\lost\\b.PNG", "a/Materials/B.png"},
+                                                       {"c.png", ""},
+                                                       {"d:\\art\\BODY\\skin.png", "art/body/skin.png"},
+                                                       {"head/skin.png", "art/head/skin.png"},
+                                                       {"lost/cape.png", "art/body/old/Cape.PNG"},
+                                                       {"d.png", ""}};
+  for (const auto& [fileName, found] : cases) {
+    EXPECT_EQ(finder.Find(fileName, {}).found, *found ? folder.Path(found) : "") << fileName;
+  }
+  EXPECT_THAT(finder.Find("TEXTURES\\no.png", "textures/no.png").places,
+              testing::ElementsAre(folder.Path("a/hero/TEXTURES/no.png"), folder.Path("art") + " and below",
+                                   folder.Path("a/hero/no.png"), folder.Path("a/Materials/no.png")));
+}
+
 TEST_F(ToolTextures, OfTheSampleAreFoundAndConverted) {
   fs::copy(TS3D_SAMPLES_FOLDER, folder_.Path("s"), fs::copy_options::recursive);
   for (const char* name : {"s/cloth.tga", "s/metal.tga"}) fs::remove(folder_.Path(name));
@@ -234,16 +262,14 @@ TEST_F(ToolTextures, OfTinyFilesAreNotUnpackedWithoutEnd) {
   EXPECT_TRUE(Printed("texture b.tga is damaged (the file ends too early)")) << errors_;
   const std::string refused = "c.tga is too large beside the other pictures: 8192 x 8192 pixels";
   EXPECT_TRUE(Printed("texture " + refused + "; c.tga beside the model is packed as it is")) << errors_;
-  EXPECT_TRUE(Printed("texture d.gif is too large beside the other pictures")) << errors_;
+  EXPECT_TRUE(Printed("texture d.gif is damaged (it holds no data for its 8192 x 8192 pixels)")) << errors_;
   for (const char* command : {"preview hero.czp -o hero.png", "export hero.czp -o hero.glb"}) {
     EXPECT_EQ(Run(command), 0);
     EXPECT_EQ(errors_.find("a.tga: warning: is too large"), std::string::npos) << errors_;
     EXPECT_TRUE(Printed("c.tga: warning: is too large beside the other pictures")) << errors_;
   }
-  folder_.Write("hero2.fbx", ReadWholeFile(folder_.Path("hero.fbx")));
-  for (const char* name : {"a.tga", "b.tga"}) folder_.Write(name, gif);
-  EXPECT_EQ(Run("check hero2.fbx"), 1);
-  EXPECT_NE(output_.find("is damaged (it holds no data for its 8192 x 8192 pixels)"), std::string::npos);
+  EXPECT_EQ(Run("check hero.fbx"), 1);
+  EXPECT_NE(output_.find("c.tga cannot be converted: is too large beside"), std::string::npos) << output_;
 }
 
 TEST_F(ToolTextures, ThatAreOnePictureAreDecodedOnce) {
@@ -260,6 +286,16 @@ TEST_F(ToolTextures, ThatAreOnePictureAreDecodedOnce) {
   EXPECT_EQ(errors_.find(said), errors_.rfind(said)) << errors_;
   EXPECT_THAT(Packed("Cape.tga"), kIsConverted);
   EXPECT_EQ(Packed("Cape.tga"), Packed("Boots.tga"));
+
+  fs::create_directories(folder_.Path("art/deep"));
+  fs::rename(folder_.Path("cloth.png"), folder_.Path("art/deep/boots.png"));
+  for (const char* name : {"Boots.tga", "Cape.tga"}) fs::remove(folder_.Path(name));
+  EXPECT_EQ(Run("check hero.fbx --textures nowhere"), 64);
+  EXPECT_EQ(Run("check hero.fbx --textures art"), 1);
+  EXPECT_NE(output_.find("Cape.tga"), std::string::npos) << output_;
+  EXPECT_EQ(output_.find("C:\\lost\\Boots.png"), std::string::npos) << output_;
+  ASSERT_EQ(Run("convert hero.fbx -q --textures . --textures art"), 0);
+  EXPECT_THAT(Packed("Boots.tga"), kIsConverted) << errors_;
 }
 
 }  // namespace

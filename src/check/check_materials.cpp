@@ -2,6 +2,7 @@
 #include "check/bone_places.h"
 #include "check/finding_kinds.h"
 #include "check/rig_check.h"
+#include "material/diffuse_texture.h"
 #include "material/extract_material.h"
 
 namespace ts3d {
@@ -76,9 +77,9 @@ std::string CheckMaterial(const KFbxSurfaceMaterial& material, bool hasMap, RigC
   check.lines.Clear();
   TellColours(material, ReadMaterial(material.GetName(), material, hasMap, check.job), check);
   TellOtherMaps(material, check);
-  const KFbxProperty* diffuse = material.FindProperty("DiffuseColor");
-  if (!diffuse || diffuse->GetSrcTextureCount() == 0) return {};
-  const KFbxTexture* texture = DiffuseTexture(material);
+  const KFbxProperty* diffuse = DiffuseProperty(material, check.job);
+  if (!diffuse) return {};
+  const KFbxTexture* texture = DiffuseTexture(material, check.job);
   if (!texture) check.report.Add(findings::kNotAPicture, material.GetName());
   if (texture && diffuse->GetSrcTextureCount() > 1) {
     check.report.Add(findings::kSeveralTextures, material.GetName(),

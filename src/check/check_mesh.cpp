@@ -5,7 +5,7 @@
 #include "check/finding_kinds.h"
 #include "check/rig_check.h"
 #include "core/names.h"
-#include "material/extract_material.h"
+#include "material/diffuse_texture.h"
 #include "mesh/material_slices.h"
 #include "mesh/mesh_filter.h"
 #include "mesh/prepare_mesh.h"
@@ -99,7 +99,7 @@ class MeshCheck {
     }
     for (int i = 0; i < node_.GetMaterialCount(); ++i) {
       const scene::KFbxSurfaceMaterial& material = *node_.GetMaterial(i);
-      if (DiffuseTexture(material)) {
+      if (DiffuseTexture(material, check_.job)) {
         return check_.report.Add(findings::kTextureUnused, node_.GetName(), {material.GetName()});
       }
     }

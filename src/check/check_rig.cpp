@@ -57,6 +57,7 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
   job.actorType = DetectActorType(path);
   job.exclusionList = options.excludedNames;
   job.plugins = options.plugins;
+  job.findsBaseColours = true;
   check.report.objectId = ObjectId(job.actorType, ReplaceExtension(path, "xfg"));
 }
 

@@ -333,7 +333,8 @@ inline constexpr FindingKind kCaseClash{
 inline constexpr FindingKind kNoMaterial{"no-material", Note, Mesh, "No material; a grey one is made.", ""};
 inline constexpr FindingKind kUnknownMaterial{
     "unknown-material", Warning, Material,
-    "Shading of a kind that is not known; only Phong and Lambert are. All colours are stored as black.",
+    "Shading of a kind that is not known; only Phong and Lambert are. All colours are stored as black, or as "
+    "white below a picture.",
     "Change to Phong or Lambert; other kinds do not export well."};
 inline constexpr FindingKind kOpacityZero{
     "opacity-zero", Note, Material,
@@ -371,9 +372,9 @@ inline constexpr FindingKind kMissingCoordinates{
     "Unwrap all faces (UV)."};
 
 // What only the caller of the check can tell.
-inline constexpr FindingKind kTextureMissing{"texture-missing", Warning, Texture,
-                                             "The picture \"{}\" is not found. Looked at: {}.",
-                                             "Put the picture beside the model."};
+inline constexpr FindingKind kTextureMissing{
+    "texture-missing", Warning, Texture, "The picture \"{}\" is not found. Looked at: {}.",
+    "Put the picture beside the model, or name its folder with --textures."};
 inline constexpr FindingKind kTextureUnreadable{"texture-unreadable", Warning, Texture,
                                                 "The picture {} cannot be converted: {}.",
                                                 "Save it as .tga beside the model."};

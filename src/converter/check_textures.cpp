@@ -46,12 +46,12 @@ class PictureChecker {
 
 }  // namespace
 
-void AddTextureFindings(const fs::path& model, RigReport& report) {
+void AddTextureFindings(const fs::path& model, const std::vector<std::string>& folders, RigReport& report) {
   std::set<std::string> embedded;
   for (const UsedTexture& texture : report.textures) {
     if (texture.isEmbedded) embedded.insert(texture.tgaName);
   }
-  textures::TextureFinder finder(model);
+  textures::TextureFinder finder(model, folders);
   PictureChecker pictures;
   for (const UsedTexture& texture : report.textures) {
     const std::string& source = texture.fileName.empty() ? texture.relativeFileName : texture.fileName;

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "check/rig_report.h"
 
@@ -9,6 +11,8 @@ namespace ts3d {
 
 /// Adds findings for the pictures that a conversion of `model` (an absolute path) would not find or not
 /// understand.
-void AddTextureFindings(const std::filesystem::path& model, RigReport& report);
+/// @param folders  searched as well, see textures::TextureFinder
+void AddTextureFindings(const std::filesystem::path& model, const std::vector<std::string>& folders,
+                        RigReport& report);
 
 }  // namespace ts3d

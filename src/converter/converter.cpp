@@ -145,6 +145,7 @@ void Converter::PrepareJob() {
   job.repairs = options_.repairs;
   job.packageLevel = options_.packageLevel;
   job.offerTgaTextures = options_.convertsPictures;
+  job.findsBaseColours = options_.convertsPictures;
   job.configScale = 1.0f;
   job.nextMeshThreadId = job.nextMaterialThreadId = kFirstThreadId;
   job.holdsSmallFiles = true;
@@ -219,7 +220,7 @@ int32_t Converter::Finish(const FinalSettings& settings, std::string boneRenames
 int32_t Converter::Check(const ModelInput& model) {
   RigReport report = CheckRig(PathOf(model), {options_.exclusions, Plugins::LeaveOut, true, model.bytes});
   const fs::path pictures = model.bytes ? options_.pictureFolder / model.path : model.path;
-  if (!model.bytes || !options_.pictureFolder.empty()) AddTextureFindings(pictures, report);
+  if (!model.bytes || !options_.pictureFolder.empty()) AddTextureFindings(pictures, {}, report);
   report.SortFindings();
   int32_t result = report.meshes.empty() ? FBX_TO_TS3D_NO_MESH : FBX_TO_TS3D_OK;
   if (!report.loaded) {

@@ -79,6 +79,10 @@ struct ConversionJob {
   /// Called with each mesh when its files are written, while its data is there. The exports leave it empty.
   std::function<void(const ConvertedMesh&)> onMesh;
 
+  /// Whether a material without a texture of its "DiffuseColor" shows that of its base colour, which other
+  /// shaders call otherwise, and whether pictures of unknown shaders lie on white. The exports leave it off.
+  bool findsBaseColours = false;
+
   // One run.
   std::shared_ptr<SkeletonState> skeleton;  ///< null before the first conversion of the process
   int32_t vertexTotal = 0;                  ///< control points of the converted meshes

@@ -2,6 +2,7 @@
 #include "material/extract_material.h"
 
 #include "core/status.h"
+#include "material/diffuse_texture.h"
 #include "material/texture_files.h"
 #include "material/xrf_writer.h"
 
@@ -25,15 +26,14 @@ void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& 
     record.shininess = phong->shininess;
   } else {
     StatusLog(job, "Unkown type of Material");
+    // Its colours are not known, and the picture would be multiplied by the default: black.
+    if (job.findsBaseColours && record.hasMap && DiffuseTexture(material, job)) {
+      record.ambient = record.diffuse = {1, 1, 1};
+    }
   }
 }
 
 }  // namespace
-
-const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material) {
-  const scene::KFbxProperty* diffuse = material.FindProperty("DiffuseColor");
-  return diffuse && diffuse->GetSrcTextureCount() > 0 ? diffuse->GetSrcTexture(0) : nullptr;
-}
 
 MaterialRecord ReadMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
                             const ConversionJob& job) {
@@ -48,7 +48,7 @@ void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& ma
                    ConversionJob& job, PackagedNameSet& packagedNames) {
   StatusLog(job, ComposeMessage("Writing Material: ", name));
   MaterialRecord record = ReadMaterial(name, material, hasMap, job);
-  const scene::KFbxTexture* texture = DiffuseTexture(material);
+  const scene::KFbxTexture* texture = DiffuseTexture(material, job);
   if (hasMap && texture) record.mapName = PackTexture(*texture, job, packagedNames);
   WriteXrfFile(record, job);
 }

@@ -10,9 +10,6 @@
 
 namespace ts3d {
 
-/// The first diffuse texture of `material`, or null when it has none or that one is no picture file.
-const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material);
-
 /// What the material file `name` says for `material`, but for the name of its picture.
 /// @param hasMap  whether the mesh has texture coordinates
 MaterialRecord ReadMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,

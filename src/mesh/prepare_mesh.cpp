@@ -6,7 +6,7 @@
 
 #include "core/names.h"
 #include "core/status.h"
-#include "material/extract_material.h"
+#include "material/diffuse_texture.h"
 #include "mesh/pose_deform.h"
 #include "mesh/split_vertices.h"
 #include "scene/geometry/vertex_normals.h"
@@ -78,10 +78,10 @@ void Split(KFbxMesh& mesh, MeshData& data) {
 
 /// The file has room for one set of texture coordinates: that of layer 0, unless all diffuse pictures of the
 /// mesh are made for another one.
-void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh) {
+void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh, const ConversionJob& job) {
   const scene::KFbxTexture* first = nullptr;
   for (int i = 0; i < node.GetMaterialCount(); ++i) {
-    const scene::KFbxTexture* texture = DiffuseTexture(*node.GetMaterial(i));
+    const scene::KFbxTexture* texture = DiffuseTexture(*node.GetMaterial(i), job);
     if (!first) first = texture;
     if (texture && texture->GetUVSet() != first->GetUVSet()) return mesh.SelectUVSet({});
   }
@@ -117,7 +117,7 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
       data.normals[i] = data.normals[i + 1] = data.normals[i + 2] = static_cast<float>(0.57734998);
     }
   }
-  SelectDiffuseUVSet(node, mesh);
+  SelectDiffuseUVSet(node, mesh, job);
   Split(mesh, data);
   return data;
 }

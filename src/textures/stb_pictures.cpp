@@ -84,9 +84,10 @@ Image DecodeWithStb(std::string_view bytes, PictureBudget& budget) {
   int width = 0, height = 0, channels = 0;
   Source header{bytes};
   if (!stbi_info_from_callbacks(&kCallbacks, &header, &width, &height, &channels)) FailUnread(bytes);
-  budget.Take(width, height);
+  CheckSize(width, height, budget.longestSide);
   Image image{width, height, {}};
   CheckHoldsData(bytes, image);
+  budget.Take(width, height);
   Source source{bytes};
   constexpr int kAsStored = 0;
   stbi_uc* const pixels =

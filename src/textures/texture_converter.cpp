@@ -54,8 +54,9 @@ struct TextureConverter::Request {
   bool IsNameless() const { return tgaName == ".tga" && !IsTga(); }
 };
 
-TextureConverter::TextureConverter(const fs::path& model, int longestSide)
-    : finder_(model), budget_{longestSide} {}
+TextureConverter::TextureConverter(const fs::path& model, int longestSide,
+                                   const std::vector<std::string>& folders)
+    : finder_(model, folders), budget_{longestSide} {}
 
 bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists) {
   const auto [answer, isNew] = answers_.try_emplace(source, exists);

@@ -33,7 +33,9 @@ class TextureConverter {
  public:
   /// @param model absolute path of the model, whose folder is searched; the job's own is a temporary one
   /// @param longestSide larger pictures (in pixels) are refused
-  TextureConverter(const std::filesystem::path& model, int longestSide);
+  /// @param folders  searched as well, see TextureFinder
+  TextureConverter(const std::filesystem::path& model, int longestSide,
+                   const std::vector<std::string>& folders = {});
 
   /// Called with each picture before it is converted.
   std::function<void(const std::filesystem::path& picture)> onConvert;

@@ -29,25 +29,58 @@ bool IsOnNetwork(std::string_view path) {
 
 }  // namespace
 
-TextureFinder::TextureFinder(const fs::path& model)
-    : folder_(model.parent_path()), stem_(model.stem().string()) {}
+TextureFinder::TextureFinder(const fs::path& model, const std::vector<std::string>& folders)
+    : folder_(model.parent_path()), stem_(model.stem().string()) {
+  for (const std::string& folder : folders) givenFolders_.emplace_back(fs::absolute(folder));
+}
+
+/// The names of what lies in `folder`.
+const TextureFinder::Names& TextureFinder::NamesIn(const fs::path& folder) {
+  constexpr size_t kMostNames = 200'000;
+  const auto [entries, isNew] = namesIn_.try_emplace(folder);
+  Names& names = entries->second;
+  if (!isNew) return names;
+  std::error_code failed;
+  for (fs::directory_iterator entry(folder, failed), end;
+       !failed && entry != end && names.size() < kMostNames; entry.increment(failed)) {
+    std::string name = entry->path().filename().string();
+    names.emplace(ts3d::LowerCase(name), std::move(name));
+  }
+  return names;
+}
+
+/// The folders that pictures usually are in, as far as they exist: it would be long to name all that do not.
+const std::vector<fs::path>& TextureFinder::UsualFolders() {
+  if (!usualFolders_.empty()) return usualFolders_;
+  const auto add = [this](const fs::path& parent, const std::vector<std::string>& usual) {
+    for (const std::string& wanted : usual) {
+      std::vector<fs::path> found;
+      const auto [first, end] = NamesIn(parent).equal_range(ts3d::LowerCase(wanted));
+      for (auto name = first; name != end; ++name) {
+        std::error_code failed;
+        if (fs::is_directory(parent / name->second, failed)) found.push_back(parent / name->second);
+      }
+      std::sort(found.begin(), found.end());
+      usualFolders_.insert(usualFolders_.end(), found.begin(), found.end());
+    }
+  };
+  add(folder_, {"textures"});
+  // Says where to put a picture when there is no such folder.
+  if (usualFolders_.empty()) usualFolders_.push_back(folder_ / "textures");
+  add(folder_, {"texture", "tex", "images", "materials", stem_ + ".fbm"});
+  if (folder_.has_relative_path()) {
+    add(folder_.parent_path(), {"textures", "texture", "images", "materials"});
+  }
+  return usualFolders_;
+}
 
 /// The entry of `folder` that is called `name` but for letter case, the first by name; empty when there is
 /// none.
 fs::path TextureFinder::EntryIgnoringCase(const fs::path& folder, const std::string& name) {
-  const auto [entries, isNew] = namesIn_.try_emplace(folder);
-  std::map<std::string, std::string>& names = entries->second;
-  if (isNew) {
-    std::error_code failed;
-    for (fs::directory_iterator entry(folder, failed), end; !failed && entry != end;
-         entry.increment(failed)) {
-      const std::string found = entry->path().filename().string();
-      std::string& first = names[ts3d::LowerCase(found)];
-      if (first.empty() || found < first) first = found;
-    }
-  }
-  const auto found = names.find(ts3d::LowerCase(name));
-  return found == names.end() ? fs::path() : fs::path(found->second);
+  const auto [first, end] = NamesIn(folder).equal_range(ts3d::LowerCase(name));
+  const auto best =
+      std::min_element(first, end, [](const auto& a, const auto& b) { return a.second < b.second; });
+  return best == end ? fs::path() : fs::path(best->second);
 }
 
 /// What exists under `path` in any letter case; empty when nothing does.
@@ -72,14 +105,25 @@ fs::path TextureFinder::AsOnDisk(const fs::path& path) {
 
 bool TextureFinder::IsOutside(const fs::path& path) const {
   std::error_code failed;
-  const fs::path folder = fs::weakly_canonical(folder_, failed), real = fs::weakly_canonical(path, failed);
-  return std::mismatch(folder.begin(), folder.end(), real.begin(), real.end()).first != folder.end();
+  const fs::path real = fs::weakly_canonical(path, failed);
+  const auto isBelow = [&](const fs::path& any) {
+    const fs::path folder = fs::weakly_canonical(any, failed);
+    return std::mismatch(folder.begin(), folder.end(), real.begin(), real.end()).first == folder.end();
+  };
+  return !isBelow(folder_) &&
+         std::none_of(givenFolders_.begin(), givenFolders_.end(),
+                      [&](const PictureIndex& index) { return isBelow(index.Folder()); });
+}
+
+/// Notes a place. @return false when it is known: each is looked at and told once
+bool TextureFinder::IsNewPlace(std::string place) {
+  if (!places_.insert(ts3d::LowerCase(place)).second) return false;
+  search_.places.push_back(std::move(place));
+  return true;
 }
 
 bool TextureFinder::Try(const fs::path& place) {
-  const std::string name = place.lexically_normal().string();
-  if (std::find(search_.places.begin(), search_.places.end(), name) != search_.places.end()) return false;
-  search_.places.push_back(name);
+  if (!IsNewPlace(place.lexically_normal().string())) return false;
   const fs::path path = AsOnDisk(place);
   std::error_code failed;
   if (path.empty() || !fs::is_regular_file(path, failed)) return false;
@@ -91,7 +135,7 @@ bool TextureFinder::Try(const fs::path& place) {
 bool TextureFinder::TryPath(std::string_view path) {
   if (path.empty()) return false;
   if (HasDrive(path)) {
-    search_.places.emplace_back(path);
+    IsNewPlace(std::string(path));
     return false;
   }
   const std::string asText = WithSlashes(path);
@@ -101,24 +145,36 @@ bool TextureFinder::TryPath(std::string_view path) {
     return IsOnNetwork(any.lexically_normal().generic_string());
   };
   if (IsOnNetwork(asText) || (isOnNetwork(place) && !isOnNetwork(folder_))) {
-    search_.places.push_back(std::string(path) + " (not opened, as it is on the network)");
+    IsNewPlace(std::string(path) + " (not opened, as it is on the network)");
     return false;
   }
   return Try(place);
 }
 
+/// Looks in the folders that were given, for the name at the end of `path` (with slashes).
+bool TextureFinder::TryGivenFolders(const std::string& path) {
+  for (PictureIndex& index : givenFolders_) {
+    search_.found = index.Find(path);
+    const std::string what = index.IsComplete() ? " and below" : " and below, not all of which was read";
+    IsNewPlace(index.Folder().string() + what);
+    if (!search_.found.empty()) return true;
+  }
+  return false;
+}
+
 bool TextureFinder::TryName(std::string_view path) {
   const std::string name(path.substr(path.find_last_of("\\/") + 1));
   if (!ts3d::IsPlainFileName(name)) return false;
-  for (const std::string& place :
-       {std::string(), std::string("textures"), std::string("tex"), std::string("images"), stem_ + ".fbm"}) {
-    if (Try(folder_ / place / name)) return true;
+  if (TryGivenFolders(WithSlashes(path)) || Try(folder_ / name)) return true;
+  for (const fs::path& folder : UsualFolders()) {
+    if (Try(folder / name)) return true;
   }
   return false;
 }
 
 TextureSearch TextureFinder::Find(std::string_view fileName, std::string_view relativeFileName) {
   search_ = {};
+  places_.clear();
   if (!TryPath(fileName) && !TryPath(relativeFileName) && !TryName(fileName)) TryName(relativeFileName);
   return std::move(search_);
 }

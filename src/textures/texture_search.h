@@ -3,16 +3,19 @@
 
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "textures/picture_index.h"
 
 namespace textures {
 
 /// Where the picture of a texture is.
 struct TextureSearch {
   std::filesystem::path found;      ///< empty when it is nowhere
-  std::vector<std::string> places;  ///< the paths tried, in their order; `found` is the last of them
+  std::vector<std::string> places;  ///< the paths tried, in their order, each once
 };
 
 /// Looks for the pictures of one model. Folders are read once, so it is not to live longer than the model's
@@ -20,30 +23,41 @@ struct TextureSearch {
 class TextureFinder {
  public:
   /// @param model absolute path of the model
-  explicit TextureFinder(const std::filesystem::path& model);
+  /// @param folders  searched with all folders below them
+  explicit TextureFinder(const std::filesystem::path& model, const std::vector<std::string>& folders = {});
 
   /// Looks for the picture of a texture, as the model names it: by its path as given, by its name relative to
-  /// the model, then by its bare name beside the model and in the folders "textures", "tex", "images" and
-  /// "<model>.fbm" there. Slashes of either kind and letter case do not matter; a name of the exact letters
-  /// is preferred. Finds regular files only, and opens no path of another computer.
+  /// the model, then by its bare name in the folders that were given, beside the model, and in the folders
+  /// "textures", "texture", "tex", "images", "materials" and "<model>.fbm" there and, but for "tex" and the
+  /// last, one level up. Slashes of either kind and letter case do not matter; a name of the exact letters is
+  /// preferred. Finds regular files only, and opens no path of another computer.
   /// @param fileName,relativeFileName either may be empty
   TextureSearch Find(std::string_view fileName, std::string_view relativeFileName);
 
-  /// Whether the file `path` lies neither in the model's folder nor below it, behind all links.
+  /// Whether the file `path` lies neither below the model's folder nor one that was given, behind all links.
   bool IsOutside(const std::filesystem::path& path) const;
 
  private:
+  /// By the same in lower case.
+  using Names = std::multimap<std::string, std::string>;
+
+  bool IsNewPlace(std::string place);
   bool Try(const std::filesystem::path& place);
   bool TryPath(std::string_view path);
+  bool TryGivenFolders(const std::string& path);
   bool TryName(std::string_view path);
+  const std::vector<std::filesystem::path>& UsualFolders();
+  const Names& NamesIn(const std::filesystem::path& folder);
   std::filesystem::path AsOnDisk(const std::filesystem::path& path);
   std::filesystem::path EntryIgnoringCase(const std::filesystem::path& folder, const std::string& name);
 
   std::filesystem::path folder_;
   std::string stem_;
-  /// Of each folder that was read: its names, by those in lower case, where the first one stands for all.
-  std::map<std::filesystem::path, std::map<std::string, std::string>> namesIn_;
+  std::vector<PictureIndex> givenFolders_;
+  std::vector<std::filesystem::path> usualFolders_;
+  std::map<std::filesystem::path, Names> namesIn_;  ///< of each folder that was read
   TextureSearch search_;
+  std::set<std::string> places_;  ///< of search_, in lower case
 };
 
 }  // namespace textures

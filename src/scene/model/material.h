@@ -31,6 +31,8 @@ class KFbxSurfaceMaterial : public KFbxObject {
     const auto found = properties_.find(name);
     return found == properties_.end() ? nullptr : &found->second;
   }
+  /// The properties that have textures, at least one each, by name.
+  const std::map<KString, KFbxProperty, std::less<>>& GetTexturedProperties() const { return properties_; }
   void ConnectTexture(std::string_view propertyName, KFbxObject& texture) {
     properties_[KString(propertyName)].textures.push_back(&texture);
   }

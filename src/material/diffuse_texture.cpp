@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "material/diffuse_texture.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+
+namespace ts3d {
+namespace {
+
+/// What programs call the base colour of their shaders, the surest first, as Plain leaves it.
+constexpr std::string_view kBaseColours[] = {"diffusecolor",        "basecolor",
+                                             "basecolormap",        "basecolortexture",
+                                             "basecolortex",        "basecolorshader",
+                                             "texcolormap",         "texbasecolormap",
+                                             "texalbedomap",        "texdiffusemap",
+                                             "texmapbasecolor",     "albedo",
+                                             "albedomap",           "albedotexture",
+                                             "albedocolor",         "diffuse",
+                                             "diffusemap",          "diffusetexture",
+                                             "diffusetex",          "diffusecolormap",
+                                             "diffusecolorshader",  "texmapdiffuse",
+                                             "diffusecolortexture", "basemap",
+                                             "basetexture",         "maintex",
+                                             "maintexture",         "colormap",
+                                             "colortexture",        "color"};
+
+/// "3dsMax|Parameters|base_color_map" without the program and its spelling: "basecolormap".
+std::string Plain(std::string_view property) {
+  std::string plain;
+  for (const char c : property.substr(property.rfind('|') + 1)) {
+    if (c >= 'A' && c <= 'Z') plain += static_cast<char>(c - 'A' + 'a');
+    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) plain += c;
+  }
+  return plain;
+}
+
+const scene::KFbxProperty* BaseColour(const scene::KFbxSurfaceMaterial& material) {
+  const scene::KFbxProperty* best = nullptr;
+  auto bestRank = std::end(kBaseColours);
+  for (const auto& [name, property] : material.GetTexturedProperties()) {
+    const auto rank = std::find(std::begin(kBaseColours), bestRank, Plain(name));
+    if (rank == bestRank || !property.GetSrcTexture(0)) continue;
+    best = &property;
+    bestRank = rank;
+  }
+  return best;
+}
+
+}  // namespace
+
+const scene::KFbxProperty* DiffuseProperty(const scene::KFbxSurfaceMaterial& material,
+                                           const ConversionJob& job) {
+  const scene::KFbxProperty* diffuse = material.FindProperty("DiffuseColor");
+  if (diffuse && diffuse->GetSrcTextureCount() > 0) return diffuse;
+  return job.findsBaseColours ? BaseColour(material) : nullptr;
+}
+
+const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material,
+                                         const ConversionJob& job) {
+  const scene::KFbxProperty* property = DiffuseProperty(material, job);
+  return property ? property->GetSrcTexture(0) : nullptr;
+}
+
+}  // namespace ts3d

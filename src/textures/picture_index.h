@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace textures {
+
+/// The files of a folder and of all folders below it, by name. Links to folders are not followed, and there
+/// is an end to what is read.
+class PictureIndex {
+ public:
+  explicit PictureIndex(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+  const std::filesystem::path& Folder() const { return folder_; }
+  /// Whether Find knows all files; false as well when the folder cannot be read.
+  bool IsComplete() const { return isComplete_; }
+
+  /// The regular file that has the name of `path` (with slashes) in any letter case; empty when there is
+  /// none. Of several that one whose folders have most names in common with those of `path`, from the end.
+  std::filesystem::path Find(std::string_view path);
+
+ private:
+  void Read();
+
+  std::filesystem::path folder_;
+  bool isRead_ = false, isComplete_ = true;
+  std::map<std::string, std::vector<std::filesystem::path>> files_;  ///< by name in lower case
+};
+
+}  // namespace textures
