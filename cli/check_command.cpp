@@ -11,6 +11,7 @@
 #include "converter/check_textures.h"
 #include "find_models.h"
 #include "host_paths.h"
+#include "rename_preset.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -21,6 +22,7 @@ struct CheckCommandOptions {
   std::vector<std::string> models;
   std::vector<std::string> excludedNames;
   std::vector<std::string> textureFolders;
+  std::string renamePreset;
   bool json = false;
   bool quiet = false;
   bool loadsPlugins = true;
@@ -40,12 +42,20 @@ ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& opt
   return report;
 }
 
+std::vector<std::string> Renames(const ts3d::RigReport& report, const std::string& preset) {
+  if (preset.empty()) return {};
+  std::vector<NamedBone> bones;
+  for (const ts3d::OutputBone& bone : report.bones) bones.push_back({bone.name, bone.modelName});
+  return RenamePreset(RenamePresetTexts().at(preset)).RenamesOf(bones);
+}
+
 int RunCheck(const CheckCommandOptions& options) {
   const std::vector<ModelTask> tasks = FindModels(options.models);
   std::vector<CheckedModel> models;
   ts3d::Severity worst = ts3d::Severity::Note;
   for (const ModelTask& task : tasks) {
-    CheckedModel model{task.name, CheckModel(task.model, options)};
+    CheckedModel model{task.name, CheckModel(task.model, options), {}};
+    model.renames = Renames(model.report, options.renamePreset);
     worst = std::max(worst, model.report.Worst());
     if (options.json) {
       models.push_back(std::move(model));
@@ -69,6 +79,9 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
   Repeatable(check.add_option("--exclude", options->excludedNames,
                               "Mesh or material that will be left out; repeat for more"));
   AddTextureFolders(check, options->textureFolders);
+  AddRenamePreset(
+      check, options->renamePreset,
+      "Show what convert --rename-preset would call the bones: biped, mixamo, rocketbox\nor unreal");
   check.add_flag("--json", options->json, "Print the reports as JSON");
   check.add_flag("-q,--quiet", options->quiet, "Show warnings and worse only");
   AddNoPlugins(check, options->loadsPlugins);

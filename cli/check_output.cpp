@@ -86,6 +86,7 @@ void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany) {
     std::printf("%s\n", Painted(stdout, Colour::Bold, "=== " + Printable(model.name)).c_str());
   }
   if (model.report.loaded && !quiet) PrintSummary(model);
+  for (const std::string& rename : model.renames) PrintLine("  --rename " + Quoted(rename));
   for (const Finding& finding : model.report.findings) {
     if (finding.severity >= least) PrintFinding(model.name, finding);
   }
@@ -97,6 +98,7 @@ std::string ReportsAsJson(const std::vector<CheckedModel>& models) {
   for (const CheckedModel& model : models) {
     Json& entry = json["models"].emplace_back(Json{{"model", model.name}});
     entry.update(ts3d::ReportAsJson(model.report));
+    if (!model.renames.empty()) entry["renames"] = model.renames;
   }
   // Names are bytes of the model and need not be UTF-8.
   return ts3d::VisibleLines(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";

@@ -13,6 +13,7 @@ namespace cli {
 struct CheckedModel {
   std::string name;  ///< as the user gave it
   ts3d::RigReport report;
+  std::vector<std::string> renames;  ///< of a preset, "old=new"
 };
 
 /// Prints what the package would hold, then the findings, to standard output.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "exit_codes.h"
+#include "rename_preset.h"
 
 namespace cli {
 namespace {
@@ -59,6 +60,14 @@ void AddTextureFolders(CLI::App& command, std::vector<std::string>& folders) {
                                 "Folder to search for pictures, with all folders below; repeat for more"))
       ->type_name("FOLDER")
       ->check(CLI::Validator(CLI::ExistingDirectory).description(""));
+}
+
+void AddRenamePreset(CLI::App& command, std::string& preset, const char* description) {
+  std::vector<std::string> names;
+  for (const auto& [name, text] : RenamePresetTexts()) names.push_back(name);
+  command.add_option("--rename-preset", preset, description)
+      ->type_name("RIG")
+      ->check(CLI::IsMember(names).description(""));
 }
 
 void SetFooter(CLI::App& command, const std::string& examples) {

@@ -35,6 +35,9 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity);
 /// --no-plugins.
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins);
 
+/// --rename-preset, which puts the name of a preset into `preset`.
+void AddRenamePreset(CLI::App& command, std::string& preset, const char* description);
+
 /// The examples and exit codes below the help of a command. `examples` are whole lines.
 void SetFooter(CLI::App& command, const std::string& examples);
 

@@ -122,6 +122,9 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   TakesPair(Repeatable(convert.add_option("--rename", options->boneRenames,
                                           "Product name of a bone; repeat for more")),
             "OLD=NEW");
+  AddRenamePreset(convert, options->renamePreset,
+                  "Rename the bones of a rig of this kind to their product names: biped, mixamo,\nrocketbox "
+                  "or unreal. --rename goes before it");
   TakesNumber(convert.add_option("--mesh-mode", options->meshMode,
                                  "Which meshes get inward normals. Without --mesh: 1 all, 0 and 2 none.\n"
                                  "With --mesh: 2 those, 0 and 1 all others (0)"),

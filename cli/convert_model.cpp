@@ -13,6 +13,7 @@
 #include "exit_codes.h"
 #include "host_paths.h"
 #include "job_host.h"
+#include "rename_preset.h"
 #include "skeleton/skeleton_state.h"
 #include "textures/tga_file.h"
 #include "unmatched_options.h"
@@ -46,15 +47,16 @@ struct SceneOwner {
 };
 
 /// Runs in the work folder, where the converter deletes its work files.
-/// @param hooks  a request without paths
+/// @param request  without paths
 int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<FinishSettings>& finish,
-            const ts3d::ConversionRequest& hooks, ts3d::ConversionJob& job) {
+            ts3d::ConversionRequest request, ts3d::ConversionJob& job) {
   const fs::path model = work.Model();
+  request.fbxPath = ConverterPath(model);
+  request.actorPath = ConverterPath(task.model);
   int code = 0;
   {
     const CurrentFolder current(model.parent_path());
-    code = static_cast<int>(ts3d::RunConversion(
-        job, {ConverterPath(model), ConverterPath(task.model), hooks.chooseRepairs, hooks.onConverted}));
+    code = static_cast<int>(ts3d::RunConversion(job, request));
   }
   if (code != 0 || !finish) return code;
   const TemporaryFolder nowhere;
@@ -92,6 +94,19 @@ void NoteOutsidePictures(const std::set<std::string>& pictures, ModelResult& res
   result.notes.push_back(std::move(text));
 }
 
+void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& skeleton,
+                      ts3d::ConversionJob& job, ModelResult& result) {
+  const RenamePreset preset(RenamePresetTexts().at(options.renamePreset));
+  std::vector<std::string> renames = options.boneRenames;
+  for (std::string& rename : preset.RenamesOf(NamedBones(skeleton), options.boneRenames)) {
+    renames.push_back(std::move(rename));
+  }
+  if (renames.size() == options.boneRenames.size()) {
+    result.notes.push_back("no bone has a name of --rename-preset " + options.renamePreset);
+  }
+  job.boneRenameList = JoinList(renames);
+}
+
 }  // namespace
 
 fs::path ModelTask::Package() const { return folder / WithExtension(model.filename(), "czp"); }
@@ -116,18 +131,23 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   SetUp(job, options);
   ts3d::RigFaults faults;
   faults.Watch(job);
-  ts3d::ConversionRequest hooks;
+  ts3d::ConversionRequest request;
   if (options.repairsAsNeeded) {
-    hooks.chooseRepairs = [&](const ts3d::ConversionJob& loaded) { return RepairAsNeeded(loaded, result); };
+    request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) { return RepairAsNeeded(loaded, result); };
   }
-  hooks.onConverted = [&](const scene::KFbxNode& root) {
+  request.onConverted = [&](const scene::KFbxNode& root) {
     result.malformedNames = ts3d::NamesThatBreakDocument(job, job.skeleton->bones);
     TakeFaults(faults, job, result);
     if (!NamesSomething(options)) return;
     result.unmatchedOptions =
         FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
   };
-  result.code = Convert(task, work, finish, hooks, job);
+  if (!options.renamePreset.empty()) {
+    request.onSkeleton = [&](const ts3d::SkeletonState& skeleton) {
+      AddPresetRenames(options, skeleton, job, result);
+    };
+  }
+  result.code = Convert(task, work, finish, std::move(request), job);
   if (result.code != 0 && result.reason.empty()) {
     result.reason =
         job.failureReason.empty() ? DescribeExitCode(result.code) : std::string(job.failureReason);

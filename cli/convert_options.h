@@ -18,6 +18,7 @@ struct ConvertOptions {
   int32_t rotationY = 0;
   int32_t rotationX = 0;
   std::vector<std::string> boneRenames;  ///< "old=new"
+  std::string renamePreset;              ///< empty: none
   int32_t meshMode = 0;
   std::vector<std::string> meshes;
   std::vector<std::string> doubleSidedMeshes;

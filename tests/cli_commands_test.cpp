@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "support/character.h"
 #include "support/package_reader.h"
 #include "support/tool.h"
 
@@ -219,6 +220,35 @@ TEST_F(Tool, DamagedSettingsAndPackagesAreNamed) {
   EXPECT_EQ(Run("repack broken.czp"), 8);
   EXPECT_EQ(ReadWholeFile(folder_.Path("broken.czp")), "PK no zip at all");
   EXPECT_EQ(Files(), "broken.czp s.json scout.fbx");
+}
+
+TEST_F(Tool, PresetsGiveTheBonesOfKnownRigsTheirProductNames) {
+  struct {
+    const char *preset, *bone, *name, *product;
+  } const cases[] = {{"mixamo", "mixamorig7:LeftUpLeg", "mixamorigLeftUpLeg", "left femur"},
+                     {"biped", "Bip001 R Forearm", "Bip001 R Forearm", "right forearm"},
+                     {"rocketbox", "Bip01 L Finger12", "Bip01 L Finger12", "left index finger c"},
+                     {"unreal", "Thigh_R", "Thigh_R", "right femur"}};
+  for (const auto& [preset, bone, name, product] : cases) {
+    support::Character model;
+    const auto root = model.Bone("root");
+    model.Bone(bone, root);
+    model.Bone("tail", root);
+    model.Triangle("Body");
+    folder_.Write("rig.fbx", model.Text());
+    const std::string option = std::string(" rig.fbx --rename-preset ") + preset;
+    Run("check" + option);
+    EXPECT_NE(output_.find("\n  --rename \"" + std::string(name) + "=" + product + "\"\n"), std::string::npos)
+        << output_;
+    EXPECT_EQ(output_.find("tail="), std::string::npos) << output_;
+    const std::string line = "old=\"" + std::string(name) + "\" new=\"!";
+    EXPECT_EQ(Run("convert -q" + option), 0);
+    EXPECT_NE(ReadWholeFile(folder_.Path("rig.xfg")).find(line + product + "\""), std::string::npos)
+        << preset;
+    EXPECT_EQ(Run("convert -q --rename '" + std::string(name) + "=mine'" + option), 0);
+    EXPECT_NE(ReadWholeFile(folder_.Path("rig.xfg")).find(line + "mine\""), std::string::npos) << preset;
+  }
+  EXPECT_EQ(Run("convert rig.fbx --rename-preset other"), 64);
 }
 
 }  // namespace

@@ -127,7 +127,10 @@ void Summarise(RigCheck& check) {
   const BoneTree& bones = check.job.skeleton->bones;
   for (const BoneNode* bone : bones.PreOrder()) {
     const bool isRoot = bone->parent == &bones.Root();
-    check.report.bones.push_back({bone->name, isRoot ? std::string() : bone->parent->name, bone->weighted});
+    const auto id = static_cast<size_t>(bone->id);
+    const auto& nodes = check.job.skeleton->boneNodes;
+    check.report.bones.push_back({bone->name, isRoot ? std::string() : bone->parent->name,
+                                  id < nodes.size() ? nodes[id]->GetName() : bone->name, bone->weighted});
   }
   check.report.members = ExpectedMembers(check);
 }

@@ -24,7 +24,8 @@ struct OutputMesh {
 
 struct OutputBone {
   std::string name;
-  std::string parent;  ///< empty for the root
+  std::string parent;     ///< empty for the root
+  std::string modelName;  ///< as the model has it, with its namespace
   bool weighted = false;
 };
 

@@ -121,11 +121,13 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
   }
 }
 
-ConversionResult ConvertLoadedScene(ConversionJob& job, const std::string& fbxPath) {
+ConversionResult ConvertLoadedScene(ConversionJob& job, const ConversionRequest& request) {
   ClearWay(job, job.modelDirectory + kSkeletonName);
   job.failureCode = static_cast<int32_t>(ConversionResult::SkeletonFailed);
   StatusLog(job, "Generating Skeleton");
-  return WriteSkeleton(job) ? WritePackage(job, fbxPath) : ConversionResult::SkeletonFailed;
+  if (!WriteSkeleton(job)) return ConversionResult::SkeletonFailed;
+  if (request.onSkeleton) request.onSkeleton(*job.skeleton);
+  return WritePackage(job, request.fbxPath);
 }
 
 }  // namespace
@@ -205,7 +207,7 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   ReportProgress(job, kModelLoaded);
   job.sceneRoot = job.scene->GetRootNode();
   if (request.chooseRepairs) job.repairs = request.chooseRepairs(job);
-  const ConversionResult result = ConvertLoadedScene(job, fbxPath);
+  const ConversionResult result = ConvertLoadedScene(job, request);
   const bool isComplete = result == ConversionResult::Success || result == ConversionResult::NoMesh;
   if (request.onConverted && isComplete) request.onConverted(*job.sceneRoot);
   ReleaseScene(job);

@@ -31,6 +31,8 @@ struct ConversionRequest {
   /// Called with the scene when its conversion has ended, before it goes, also when it has no mesh. May be
   /// empty.
   std::function<void(const scene::KFbxNode& root)> onConverted = nullptr;
+  /// Called when the skeleton is written, before anything reads the job's bone renames. May be empty.
+  std::function<void(const SkeletonState& skeleton)> onSkeleton = nullptr;
   /// Actor type, whatever the path says.
   std::optional<ActorType> actorType = std::nullopt;
   /// Loads without console, plug-ins and settings of the process, and tells in `loadError` why that failed.

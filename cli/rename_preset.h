@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "skeleton/skeleton_state.h"
+
+namespace cli {
+
+/// The files of presets/ by their names.
+const std::map<std::string, std::string_view>& RenamePresetTexts();
+
+/// A bone by its name in the package and in the model, which still has its namespace.
+struct NamedBone {
+  std::string name, modelName;
+};
+
+std::vector<NamedBone> NamedBones(const ts3d::SkeletonState& skeleton);
+
+/// Product names for the bones of rigs of one kind.
+class RenamePreset {
+ public:
+  /// @param text  lines of "bone = product name", "prefix = name" and "# ..."
+  explicit RenamePreset(std::string_view text);
+
+  /// What the bones are to be called, as "old=new" in their order. A product name goes to the first bone
+  /// that it fits. `given` are such entries as well: their bones and names are left alone.
+  std::vector<std::string> RenamesOf(const std::vector<NamedBone>& bones,
+                                     const std::vector<std::string>& given = {}) const;
+
+ private:
+  std::string Plain(std::string_view bone) const;
+
+  std::vector<std::string> prefixes_;         ///< as Plain leaves names
+  std::map<std::string, std::string> names_;  ///< product names by Plain names
+};
+
+}  // namespace cli

@@ -1,0 +1,10 @@
+# The presets of --rename-preset become strings of the tool, in rename_preset_texts.cpp of the build folder.
+file(GLOB presets CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/presets/*.txt)
+set(FBX2CZP_PRESETS "")
+foreach(preset ${presets})
+  get_filename_component(name ${preset} NAME_WE)
+  file(READ ${preset} text)
+  string(APPEND FBX2CZP_PRESETS "    {\"${name}\",\n     R\"preset(${text})preset\"},\n")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${preset})
+endforeach()
+configure_file(${PROJECT_SOURCE_DIR}/cli/rename_preset_texts.cpp.in ${PROJECT_BINARY_DIR}/rename_preset_texts.cpp @ONLY)
