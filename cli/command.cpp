@@ -51,6 +51,20 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
       ->excludes(verbose);
 }
 
+void AddPackLevel(CLI::App& command, std::optional<int>& level) {
+  const auto take = [&level](const std::string& name) {
+    level = name == "fast"    ? ts3d::kFastPackLevel
+            : name == "small" ? ts3d::kSmallestPackLevel
+                              : ts3d::kDefaultPackLevel;
+  };
+  command
+      .add_option_function<std::string>(
+          "--pack", take,
+          "How hard packing tries: \"fast\", \"default\" or \"small\", which takes several times as long")
+      ->type_name("LEVEL")
+      ->check(CLI::IsMember({"fast", "default", "small"}).description(""));
+}
+
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins) {
   command.add_flag("!--no-plugins", loadsPlugins, "Load no reader plug-ins from the folder of this program");
 }

@@ -3,9 +3,11 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "core/pack_level.h"
 #include "status_printer.h"
 
 namespace cli {
@@ -31,6 +33,9 @@ CLI::Option* TakesNumber(CLI::Option* option, int least, int most);
 
 /// --verbose and --quiet.
 void AddVerbosity(CLI::App& command, Verbosity& verbosity);
+
+/// --pack; `level` is that of a ConversionJob.
+void AddPackLevel(CLI::App& command, std::optional<int>& level);
 
 /// --no-plugins.
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins);

@@ -149,6 +149,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
                   "-j,--jobs", options->jobs,
                   "Models to convert at a time (default: one for each processor core; on Windows always 1)"),
               1, 256);
+  AddPackLevel(convert, options->packLevel);
   convert.add_option("--report", options->report, "JSON file to write with the results of all models")
       ->type_name("FILE");
   AddNoPlugins(convert, options->loadsPlugins);

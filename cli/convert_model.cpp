@@ -32,6 +32,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.meshOptionList = JoinList(meshes);
   job.exclusionList = options.excludedNames;
   job.repairs = options.repairs;
+  job.packLevel = options.packLevel;
   job.holdsSmallFiles = true;
   job.offerTgaTextures = true;
   job.plugins = !options.loadsPlugins                     ? ts3d::Plugins::LeaveOut

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "core/pack_level.h"
 #include "core/repair_settings.h"
 #include "status_printer.h"
 #include "textures/texture_converter.h"
@@ -30,6 +32,7 @@ struct ConvertOptions {
   std::string finishSettings;                              ///< JSON file with final settings, or empty
   unsigned jobs = 0;   ///< models at a time; 0: one for each processor core
   std::string report;  ///< JSON file to write, or empty
+  std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
   bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
 };

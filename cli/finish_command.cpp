@@ -30,6 +30,7 @@ struct FinishOptions {
   std::string model;
   std::string settingsFile;  ///< JSON, or empty; what the command line says comes behind it
   FinishSettings settings;
+  std::optional<int> packLevel = ts3d::kDefaultPackLevel;
   Verbosity verbosity = Verbosity::Normal;
 };
 
@@ -58,6 +59,7 @@ int RunFinish(const FinishOptions& options) {
   JobHost host;
   host.onStatus = [&](std::string_view line) { printer.Print(options.model, line); };
   ts3d::ConversionJob job;
+  job.packLevel = options.packLevel;
   host.Attach(job);
   // The converter deletes the packed document from the current directory; from here it cannot, so that it
   // stays beside the package for the next change.
@@ -108,6 +110,7 @@ void AddFinishCommand(CLI::App& app, RunCommand& run) {
   };
   addSwitch("--switch-on", "Mesh with a switch, shown at first; repeat for more", AddSwitchOn);
   addSwitch("--switch-off", "Mesh with a switch, hidden at first; repeat for more", AddSwitchOff);
+  AddPackLevel(finish, options->packLevel);
   AddVerbosity(finish, options->verbosity);
   SetFooter(finish, kFinishExamples);
 }

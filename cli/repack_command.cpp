@@ -13,6 +13,7 @@
 #include "actor/memory_archive.h"
 #include "actor/package_contents.h"
 #include "fbx_to_ts3d.h"
+#include "package/deflate_member.h"
 #include "platform/replacement.h"
 #include "terminal.h"
 
@@ -76,9 +77,38 @@ void CopyMember(unzFile from, const std::string& name, zipFile to) {
   Check(unzCloseCurrentFile(from), "a member is damaged");
 }
 
+/// Adds the member `from` to `to`, deflated anew. Larger ones than are deflated at once stay as they are
+/// packed.
+void DeflateMember(unzFile from, const std::string& name, const ts3d::MemberDeflater& deflater, zipFile to) {
+  unz_file_info64 info;
+  Check(unzGetCurrentFileInfo64(from, &info, nullptr, 0, nullptr, 0, nullptr, 0), "a member cannot be read");
+  if (info.uncompressed_size > static_cast<uint64_t>(ts3d::kMostDeflatedAtOnce))
+    return CopyMember(from, name, to);
+  std::string bytes(info.uncompressed_size, '\0');
+  Check(unzOpenCurrentFile(from), "a member cannot be opened");
+  const int size = unzReadCurrentFile(from, bytes.data(), static_cast<unsigned>(bytes.size()));
+  if (size < 0 || static_cast<size_t>(size) != bytes.size())
+    throw std::runtime_error("a member cannot be read");
+  Check(unzCloseCurrentFile(from), "a member is damaged");
+  ts3d::DeflatedMember packed;
+  if (!deflater.Deflate(bytes, packed)) throw std::bad_alloc();
+  zip_fileinfo entry{};
+  entry.dosDate = info.dosDate;
+  entry.internal_fa = info.internal_fa;
+  entry.external_fa = info.external_fa;
+  Check(zipOpenNewFileInZip2(to, name.c_str(), &entry, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
+                             Z_DEFAULT_COMPRESSION, 1),
+        "a member cannot be written");
+  Check(zipWriteInFileInZip(to, packed.bytes.get(), static_cast<unsigned>(packed.size)),
+        "a member cannot be written");
+  Check(zipCloseFileInZipRaw64(to, packed.unpackedSize, packed.checksum), "a member cannot be written");
+}
+
 /// Writes the members that count into the new file `newPath`.
+/// @param deflater  packs them anew; null: they stay as they are packed
 /// @return how many members were dropped
-size_t Repack(const CheckedPackage& package, const std::string& newPath) {
+size_t Repack(const CheckedPackage& package, const std::string& newPath,
+              const ts3d::MemberDeflater* deflater) {
   zipFile to = zipOpen64(newPath.c_str(), APPEND_STATUS_CREATE);
   if (!to) throw std::runtime_error("the new package cannot be written");
   size_t dropped = 0;
@@ -88,6 +118,8 @@ size_t Repack(const CheckedPackage& package, const std::string& newPath) {
       Check(result, "a member cannot be found");
       if (member.superseded) {
         ++dropped;
+      } else if (deflater) {
+        DeflateMember(package.Archive(), member.name, *deflater, to);
       } else {
         CopyMember(package.Archive(), member.name, to);
       }
@@ -101,13 +133,15 @@ size_t Repack(const CheckedPackage& package, const std::string& newPath) {
   return dropped;
 }
 
-int RunRepack(const std::string& path) {
+int RunRepack(const std::string& path, std::optional<int> level) {
   try {
     const auto before = fs::file_size(path);
     platform::Replacement file(path, platform::Links::Follow);
     const CheckedPackage package(path);
     if (!file.Create("wb")) throw std::runtime_error("the new package cannot be written");
-    const size_t dropped = Repack(package, file.Path());
+    std::optional<ts3d::MemberDeflater> deflater;
+    if (level) deflater.emplace(*level);
+    const size_t dropped = Repack(package, file.Path(), deflater ? &*deflater : nullptr);
     if (!file.TakePlace()) throw std::runtime_error("the new package cannot be put into its place");
     std::printf("%s: %zu superseded members dropped, %ju bytes instead of %ju\n", Printable(path).c_str(),
                 dropped, static_cast<uintmax_t>(fs::file_size(path)), static_cast<uintmax_t>(before));
@@ -121,13 +155,20 @@ int RunRepack(const std::string& path) {
 }  // namespace
 
 void AddRepackCommand(CLI::App& app, RunCommand& run) {
-  const auto package = std::make_shared<std::string>();
+  struct Options {
+    std::string package;
+    std::optional<int> level;  ///< none: members stay as they are packed
+  };
+  const auto options = std::make_shared<Options>();
   CLI::App& repack = AddCommand(app, "repack", "Drop superseded members from a package", run,
-                                [package] { return RunRepack(*package); });
-  repack.add_option("PACKAGE", *package, "The .czp file")->required()->type_name("");
+                                [options] { return RunRepack(options->package, options->level); });
+  repack.add_option("PACKAGE", options->package, "The .czp file")->required()->type_name("");
+  AddPackLevel(repack, options->level);
   SetFooter(repack,
             "  fbx2czp repack hero.czp\n"
-            "      drops the documents that earlier changes left in the package\n");
+            "      drops the documents that earlier changes left in the package\n"
+            "  fbx2czp repack hero.czp --pack small\n"
+            "      deflates all members anew as well, as small as they get\n");
 }
 
 }  // namespace cli

@@ -12,8 +12,6 @@ endfunction()
 if(NOT FBX_TO_TS3D_SOURCES)
   prefer_archive(PkgConfig::MINIZIP minizip ZLIB::ZLIB)
   prefer_archive(pugixml::pugixml pugixml)
-endif()
-if(TARGET ts3d_libdeflate)
   prefer_archive(ts3d_libdeflate deflate)
 endif()
 

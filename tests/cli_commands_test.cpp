@@ -136,6 +136,20 @@ TEST_F(Tool, FinishKeepsTheDocumentAndRepackDropsTheOldOnes) {
   EXPECT_EQ(repacked["scout.xfg"], document);
   EXPECT_EQ(repacked.Members().size(), grown.Members().size() - 2);
   for (const auto& member : repacked.Members()) EXPECT_EQ(member.bytes, grown[member.name]) << member.name;
+
+  // Anew at another level: the bytes depend on what is packed and the level alone.
+  const std::string usual = ReadWholeFile(folder_.Path("scout.czp"));
+  std::vector<std::string> packages;
+  for (const char* level : {"small", "fast", "default", "small"}) {
+    EXPECT_EQ(Run("repack scout.czp --pack " + std::string(level)), 0) << errors_;
+    packages.push_back(ReadWholeFile(folder_.Path("scout.czp")));
+    const Package packed(folder_.Path("scout.czp"));
+    EXPECT_EQ(packed.Members(), repacked.Members());
+  }
+  EXPECT_LT(packages[0].size(), usual.size());
+  EXPECT_GT(packages[1].size(), usual.size());
+  EXPECT_EQ(packages[2], usual) << "as a conversion packs them";
+  EXPECT_EQ(packages[3], packages[0]);
   EXPECT_EQ(Files(), "s.json scout.czp scout.fbx scout.xfg");
   // An XML parser finds the meshes of the settings, and only those.
   EXPECT_EQ(Run("inspect scout.czp"), 1);

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/pack_level.h"
 #include "package/actor_package.h"
 #include "support/character.h"
 #include "support/test_host.h"
@@ -26,9 +27,14 @@ using support::TestHost;
 using testing::ElementsAre;
 using ts3d::AfterAdding;
 
+using PackLevel = std::optional<int>;
+const PackLevel kLevels[] = {std::nullopt, 0, ts3d::kFastPackLevel, ts3d::kDefaultPackLevel,
+                             ts3d::kSmallestPackLevel};
+
 /// A host with an open package "model.czp", and the names added to it.
 struct Archive : TestHost {
-  Archive() {
+  explicit Archive(PackLevel level = {}) {
+    job.packLevel = level;
     job.modelDirectory = ModelPath("");
     EXPECT_TRUE(OpenActorPackage(job, ModelPath("model.czp"), ts3d::PackageMode::Create));
   }
@@ -44,28 +50,32 @@ struct Archive : TestHost {
 };
 
 TEST(Archive, HoldsFilesOfAnySizeUnderTheirNames) {
-  for (const size_t size : {0u, 16384u, 50000u}) {
-    Archive archive;
-    std::string bytes;
-    for (size_t i = 0; i < size; ++i) bytes += static_cast<char>(i * 31 ^ i >> 8);
-    archive.folder.Write("a b\xe9.tga", bytes);
-    EXPECT_EQ(archive.Add("a b\xe9.tga"), 0);
-    EXPECT_EQ(archive.Close()["a b\xe9.tga"], bytes) << size;
-    EXPECT_THAT(archive.lines, ElementsAre());
+  for (const PackLevel level : kLevels) {
+    for (const size_t size : {0u, 16384u, 50000u}) {
+      Archive archive(level);
+      std::string bytes;
+      for (size_t i = 0; i < size; ++i) bytes += static_cast<char>(i * 31 ^ i >> 8);
+      archive.folder.Write("a b\xe9.tga", bytes);
+      EXPECT_EQ(archive.Add("a b\xe9.tga"), 0);
+      EXPECT_EQ(archive.Close()["a b\xe9.tga"], bytes) << size;
+      EXPECT_THAT(archive.lines, ElementsAre());
+    }
   }
 }
 
 TEST(Archive, GetsAnEmptyMemberForAMissingFileAndGoesOn) {
-  Archive archive;
-  archive.folder.Write("b.cmf", "b");
-  EXPECT_EQ(archive.Add("a.cmf", AfterAdding::DeleteFile), -1);
-  EXPECT_EQ(archive.Add("b.cmf"), 0);
-  EXPECT_EQ(archive.Add("a.cmf"), 0) << "a name that failed is not tried again";
-  const auto package = archive.Close();
-  EXPECT_EQ(package.Names(), "a.cmf b.cmf");
-  EXPECT_EQ(package["a.cmf"], "");
-  EXPECT_EQ(package["b.cmf"], "b");
-  EXPECT_THAT(archive.lines, ElementsAre(">>> Error in opening a.cmf for reading"));
+  for (const PackLevel level : kLevels) {
+    Archive archive(level);
+    archive.folder.Write("b.cmf", "b");
+    EXPECT_EQ(archive.Add("a.cmf", AfterAdding::DeleteFile), -1);
+    EXPECT_EQ(archive.Add("b.cmf"), 0);
+    EXPECT_EQ(archive.Add("a.cmf"), 0) << "a name that failed is not tried again";
+    const auto package = archive.Close();
+    EXPECT_EQ(package.Names(), "a.cmf b.cmf");
+    EXPECT_EQ(package["a.cmf"], "");
+    EXPECT_EQ(package["b.cmf"], "b");
+    EXPECT_THAT(archive.lines, ElementsAre(">>> Error in opening a.cmf for reading"));
+  }
 }
 
 TEST(Archive, NeverTakesTheModelNorWhatIsOutsideItsFolder) {
@@ -127,7 +137,7 @@ TEST(PackageOfAModel, LeavesItsWorkFilesWhenTheCurrentFolderIsAnother) {
   EXPECT_FALSE(host.Has("Body.cmf"));
 }
 
-TEST(PackageOfAModel, IsTheSameWhenSmallFilesStayInMemory) {
+TEST(PackageOfAModel, HoldsTheSameAtAnyLevelAndWhenSmallFilesStayInMemory) {
   Character model;
   model.Triangle("Body");
   std::vector<double> points;
@@ -138,14 +148,20 @@ TEST(PackageOfAModel, IsTheSameWhenSmallFilesStayInMemory) {
   }
   model.Mesh("Cape", points, table);
   const TestHost plain(model);
-  TestHost holding;
-  holding.job.holdsSmallFiles = true;
-  holding.folder.Write("Body.xrf", "what an earlier run left");
-  ASSERT_EQ(holding.Convert(model.Text()), ts3d::ConversionResult::Success);
-  const support::Package expected = plain.ReadPackage(), package = holding.ReadPackage();
-  EXPECT_EQ(package.Names(), expected.Names());
-  for (const auto& member : expected.Members()) EXPECT_EQ(package[member.name], member.bytes) << member.name;
-  EXPECT_EQ(holding.FileNames(), plain.FileNames());
+  const support::Package expected = plain.ReadPackage();
+  for (const PackLevel level : kLevels) {
+    TestHost holding;
+    holding.job.packLevel = level;
+    holding.job.holdsSmallFiles = true;
+    holding.folder.Write("Body.xrf", "what an earlier run left");
+    ASSERT_EQ(holding.Convert(model.Text()), ts3d::ConversionResult::Success);
+    const support::Package package = holding.ReadPackage();
+    EXPECT_EQ(package.Names(), expected.Names());
+    for (const auto& member : expected.Members())
+      EXPECT_EQ(package[member.name], member.bytes) << member.name;
+    EXPECT_EQ(holding.FileNames(), plain.FileNames());
+    EXPECT_EQ(holding.lines, plain.lines);
+  }
 }
 
 }  // namespace

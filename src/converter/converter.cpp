@@ -143,7 +143,7 @@ void Converter::PrepareJob() {
   job.meshOptionList = options_.meshOptions;
   job.exclusionList = options_.exclusions;
   job.repairs = options_.repairs;
-  job.packageLevel = options_.packageLevel;
+  job.packLevel = options_.packLevel;
   job.offerTgaTextures = options_.convertsPictures;
   job.findsBaseColours = options_.convertsPictures;
   job.configScale = 1.0f;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "converter/run_notes.h"
+#include "core/pack_level.h"
 #include "core/repair_settings.h"
 #include "driver/conversion.h"
 #include "textures/texture_converter.h"
@@ -26,7 +27,7 @@ struct ConverterOptions {
   bool repairsAsNeeded = false;  ///< beside those whatever the model needs
   bool convertsPictures = true;
   int longestPictureSide = textures::kDefaultLongestSide;
-  int packageLevel = -1;  ///< see ConversionJob
+  int packLevel = kDefaultPackLevel;  ///< see ConversionJob
   std::string boneRenames, meshOptions;
   std::vector<std::string> exclusions;
   std::filesystem::path pictureFolder;  ///< for models from memory; may be empty

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "converter/read_arguments.h"
 
+#include <algorithm>
 #include <system_error>
 
 #include "core/names.h"
+#include "core/pack_level.h"
 #include "platform/files.h"
 
 namespace ts3d {
@@ -16,6 +18,13 @@ std::optional<fs::path> AbsolutePath(const char* utf8) {
   std::error_code failed;
   const fs::path path = fs::absolute(native, failed);
   return failed ? std::nullopt : std::optional(path);
+}
+
+/// @param asked  1 to 9, -1 for not at all, 0 for the usual
+int PackLevelOf(int32_t asked) {
+  constexpr int32_t kHardest = 9;
+  if (asked == 0) return kDefaultPackLevel;
+  return asked == kHardest ? kSmallestPackLevel : std::max(asked, 0);
 }
 
 ConverterHost HostOf(const FbxToTs3dOptions& options) {
@@ -53,8 +62,7 @@ bool ReadTexts(const FbxToTs3dOptions& given, ConverterOptions& options) {
   options.repairsAsNeeded = asksFor(FBX_TO_TS3D_REPAIR_AS_NEEDED);
   options.convertsPictures = given.keepsPictures == 0;
   if (given.longestPictureSide > 0) options.longestPictureSide = given.longestPictureSide;
-  // The library's 0 packs not at all, its -1 as usual.
-  options.packageLevel = given.packageLevel > 0 ? given.packageLevel : -1 - given.packageLevel;
+  options.packLevel = PackLevelOf(given.packageLevel);
   options.boneRenames = TextOrEmpty(given.boneRenames);
   options.meshOptions = TextOrEmpty(given.meshOptions);
   const std::string exclusions = TextOrEmpty(given.exclusions);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,7 @@ class KFbxSdkManager;
 namespace ts3d {
 
 struct ConvertedMesh;
+class MemberDeflater;
 struct SkeletonState;
 
 /// Which human actor a model is; chosen from its path. The numbers are part of the host's interface.
@@ -67,8 +69,9 @@ struct ConversionJob {
   /// Whether packed work files are deleted where they are. The exports delete them by their bare names, that
   /// is in the current directory.
   bool ownsModelFolder = false;
-  /// How hard the package is packed: 0 to 9, -1 for the usual.
-  int32_t packageLevel = -1;
+  /// How members are deflated: by libdeflate at this level, their bytes depending on content and level alone.
+  /// None, where the classic exports leave it: by zlib in pieces of 16 KB.
+  std::optional<int> packLevel;
   /// Told how much of the run is done, from 0 to 1. May throw to end it. Empty for the exports.
   std::function<void(double fraction)> onProgress;
 
@@ -99,8 +102,9 @@ struct ConversionJob {
   const scene::KFbxNode* textureErrorNode =
       nullptr;  ///< the one mesh node that reports lost texture coordinates
   bool materialReferenceReported = false;
-  HeldFiles heldFiles;             ///< work files that are not in the folder
-  void* packageHandle = nullptr;   ///< the open archive, or null
+  HeldFiles heldFiles;                             ///< work files that are not in the folder
+  void* packageHandle = nullptr;                   ///< the open archive, or null
+  std::shared_ptr<const MemberDeflater> deflater;  ///< of the open package, once there is a use for it
   bool packageIsDamaged = false;   ///< part of the open package was lost in writing: none may stay
   int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running
   std::string loadError;           ///< why a model could not be loaded that was loaded quietly

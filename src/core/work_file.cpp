@@ -27,6 +27,11 @@ platform::FilePtr OpenHostFile(const ConversionJob& job, const std::string& path
   return IsInputOrPackage(job, path) ? nullptr : platform::OpenFile(path, mode);
 }
 
+bool MapHostFile(const ConversionJob& job, const std::string& path, platform::MappedFile& file) {
+  std::string reason;
+  return !IsInputOrPackage(job, path) && file.Open(path, reason);
+}
+
 platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, const char* mode) {
   if (!IsPlainFileName(name)) return nullptr;
   return CreateHostFile(job, job.modelDirectory + std::string(name), mode);

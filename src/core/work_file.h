@@ -22,6 +22,9 @@ platform::FilePtr OpenWorkFile(const ConversionJob& job, std::string_view name, 
 /// and the package.
 platform::FilePtr OpenHostFile(const ConversionJob& job, const std::string& path, const char* mode);
 
+/// Maps `path` in the same way; false when that fails, and for the model and the package.
+bool MapHostFile(const ConversionJob& job, const std::string& path, platform::MappedFile& file);
+
 /// Opens the work file `name` like OpenWorkFile to write all of it. What an earlier run left under that name
 /// is never taken for it: where that cannot be written over, it goes, or the package is damaged.
 platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, const char* mode);

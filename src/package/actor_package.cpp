@@ -4,78 +4,18 @@
 #include <minizip/zip.h>
 
 #include <cstring>
-#include <memory>
-#include <new>
 
 #include "core/names.h"
-#include "core/status.h"
-#include "core/work_file.h"
+#include "package/add_member.h"
+#include "package/deflate_member.h"
+#include "platform/files.h"
 
 namespace ts3d {
 namespace {
 
-constexpr size_t kCopyBufferSize = 16384;
-/// From here on a member's header needs 64 bits for its sizes.
-constexpr int64_t kLargeMember = 0xffffffff;
-
-/// The content of a member.
-struct Source {
-  const std::string& name;  ///< of the member
-  std::string path;         ///< of the file; empty when the name leads out of the model's folder
-  bool isHeld = false;      ///< the job has the bytes, which are not in the folder
-};
-
-Source WorkFileSource(const ConversionJob& job, const std::string& name) {
+MemberSource WorkFileSource(const ConversionJob& job, const std::string& name) {
   if (job.heldFiles.Contains(name)) return {name, {}, true};
   return {name, IsPlainFileName(name) ? job.modelDirectory + name : std::string()};
-}
-
-int32_t OpenMember(ConversionJob& job, const Source& source) {
-  // minizip writes headers that claim less than they have.
-  constexpr size_t kLongestName = 0xffff;
-  if (source.name.size() > kLongestName) return ZIP_PARAMERROR;
-  zip_fileinfo info{};
-  info.dosDate = source.isHeld ? platform::DosTimeNow() : platform::DosWriteTime(source.path);
-  const bool isLarge = platform::FileSize(source.path) >= kLargeMember;
-  const int32_t result = zipOpenNewFileInZip64(job.packageHandle, source.name.c_str(), &info, nullptr, 0,
-                                               nullptr, 0, "", Z_DEFLATED, job.packageLevel, isLarge ? 1 : 0);
-  job.packageIsDamaged |= result != ZIP_OK;
-  return result;
-}
-
-/// @return 0, or a negative code after its status line
-int32_t WriteToMember(ConversionJob& job, const std::string& name, const char* data, size_t size) {
-  const int32_t result = zipWriteInFileInZip(job.packageHandle, data, static_cast<unsigned>(size));
-  if (result < 0) {
-    job.packageIsDamaged = true;
-    StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
-  }
-  return result;
-}
-
-/// @return 0, or a negative code after its status line
-int32_t FillMember(ConversionJob& job, const Source& source, char* buffer) {
-  const std::string& name = source.name;
-  if (const std::optional<std::string> held = job.heldFiles.Read(name); source.isHeld && held) {
-    return WriteToMember(job, name, held->data(), held->size());
-  }
-  const platform::FilePtr file = source.path.empty() ? nullptr : OpenHostFile(job, source.path, "rb");
-  if (!file) {
-    StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
-    return ZIP_ERRNO;
-  }
-  for (bool isEmpty = true;; isEmpty = false) {
-    const size_t size = std::fread(buffer, 1, kCopyBufferSize, file.get());
-    if (size < kCopyBufferSize && !std::feof(file.get())) {
-      // A member without anything in it can be seen; one without its end cannot.
-      if (!isEmpty) job.packageIsDamaged = true;
-      StatusLog(job, ComposeMessage(">>> Error in reading ", name));
-      return ZIP_ERRNO;
-    }
-    if (size == 0) return ZIP_OK;
-    const int32_t result = WriteToMember(job, name, buffer, size);
-    if (result < 0) return result;
-  }
 }
 
 /// Whether the end of the archive tells how many members there are. From 65,535 on that takes a record that
@@ -103,34 +43,6 @@ bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mod
   return job.packageHandle != nullptr;
 }
 
-namespace {
-
-int32_t AddMember(ConversionJob& job, const Source& source) {
-  const std::string& name = source.name;
-  const std::unique_ptr<char[]> buffer(new (std::nothrow) char[kCopyBufferSize]);
-  if (!buffer) {
-    job.packageIsDamaged = true;
-    StatusLog(job, ">>> Error allocating memory");
-    return ZIP_INTERNALERROR;
-  }
-  int32_t result = OpenMember(job, source);
-  if (result != ZIP_OK) {
-    StatusLog(job, ComposeMessage(">>> Error in opening ", name, " in zipfile"));
-    return result;
-  }
-  // A member whose file fails stays open and becomes an empty one; the next member, or the end, closes it.
-  result = FillMember(job, source, buffer.get());
-  if (result != ZIP_OK) return result;
-  result = zipCloseFileInZip(job.packageHandle);
-  if (result != ZIP_OK) {
-    job.packageIsDamaged = true;
-    StatusLog(job, ComposeMessage(">>> Error in closing ", name, " in the zip file"));
-  }
-  return result;
-}
-
-}  // namespace
-
 int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
                          AfterAdding afterAdding) {
   // A member that fails is not tried again either.
@@ -150,6 +62,7 @@ int32_t AddDocumentToPackage(ConversionJob& job, PackagedNameSet& packagedNames,
 bool CloseActorPackage(ConversionJob& job) {
   const int result = zipClose(job.packageHandle, "");
   job.packageHandle = nullptr;
+  job.deflater.reset();
   return result == ZIP_OK && !job.packageIsDamaged && CountsAllMembers(job.packagePath);
 }
 
