@@ -2,14 +2,17 @@
 // The least work that a conversion can be: read the model and unpack its arrays, make bytes like those of the
 // mesh files, deflate them into an archive. No checks, no bones, no materials, no document, no work files.
 //
-//   floor MODEL OUT.zip
+//   floor MODEL OUT.zip [LEVEL]     with a level: deflated by libdeflate instead of zlib
+#include <libdeflate.h>
 #include <minizip/zip.h>
 #include <zlib.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "floor_document.h"
 
@@ -246,20 +249,43 @@ std::vector<std::string> MeshFiles(const Document& document) {
   return files;
 }
 
-void Pack(const std::vector<std::string>& files, const char* path) {
+void OpenMember(zipFile zip, size_t number, bool isRaw) {
+  const zip_fileinfo info{};
+  zipOpenNewFileInZip2(zip, ("mesh" + std::to_string(number)).c_str(), &info, nullptr, 0, nullptr, 0, "",
+                       Z_DEFLATED, Z_DEFAULT_COMPRESSION, isRaw ? 1 : 0);
+}
+
+void Write(zipFile zip, const char* data, size_t size) {
+  if (zipWriteInFileInZip(zip, data, static_cast<unsigned>(size)) != ZIP_OK) Fail("cannot pack");
+}
+
+void Stream(zipFile zip, const std::string& file) {
   constexpr size_t kPiece = 16384;
+  for (size_t at = 0; at < file.size(); at += kPiece) {
+    Write(zip, file.data() + at, std::min(kPiece, file.size() - at));
+  }
+  zipCloseFileInZip(zip);
+}
+
+void DeflateAtOnce(zipFile zip, const std::string& file, libdeflate_compressor* compressor) {
+  const size_t most = libdeflate_deflate_compress_bound(compressor, file.size());
+  const std::unique_ptr<char[]> packed(new char[most]);
+  Write(zip, packed.get(),
+        libdeflate_deflate_compress(compressor, file.data(), file.size(), packed.get(), most));
+  zipCloseFileInZipRaw(zip, file.size(), libdeflate_crc32(0, file.data(), file.size()));
+}
+
+/// @param compressor  null: zlib's default level
+void Pack(const std::vector<std::string>& files, const char* path, libdeflate_compressor* compressor) {
   const zipFile zip = zipOpen64(path, APPEND_STATUS_CREATE);
   if (!zip) Fail("cannot create the archive");
   for (size_t i = 0; i < files.size(); ++i) {
-    const zip_fileinfo info{};
-    zipOpenNewFileInZip(zip, ("mesh" + std::to_string(i)).c_str(), &info, nullptr, 0, nullptr, 0, "",
-                        Z_DEFLATED, Z_DEFAULT_COMPRESSION);
-    for (size_t at = 0; at < files[i].size(); at += kPiece) {
-      const size_t size = std::min(kPiece, files[i].size() - at);
-      if (zipWriteInFileInZip(zip, files[i].data() + at, static_cast<unsigned>(size)) != ZIP_OK)
-        Fail("cannot pack");
+    OpenMember(zip, i, compressor != nullptr);
+    if (compressor) {
+      DeflateAtOnce(zip, files[i], compressor);
+    } else {
+      Stream(zip, files[i]);
     }
-    zipCloseFileInZip(zip);
   }
   if (zipClose(zip, "") != ZIP_OK) Fail("cannot complete the archive");
 }
@@ -268,11 +294,14 @@ void Pack(const std::vector<std::string>& files, const char* path) {
 }  // namespace bench
 
 int main(int argc, char** argv) {
-  if (argc != 3) bench::Fail("usage: floor MODEL OUT.zip");
+  if (argc != 3 && argc != 4) bench::Fail("usage: floor MODEL OUT.zip [LEVEL]");
   std::vector<std::string> files;
   {
     const bench::Document document = bench::ReadDocument(argv[1]);
     files = bench::MeshFiles(document);
   }
-  bench::Pack(files, argv[2]);
+  libdeflate_compressor* const compressor =
+      argc == 4 ? libdeflate_alloc_compressor(std::atoi(argv[3])) : nullptr;
+  bench::Pack(files, argv[2], compressor);
+  libdeflate_free_compressor(compressor);
 }
