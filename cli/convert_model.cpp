@@ -2,7 +2,8 @@
 #include "convert_model.h"
 
 #include <cstdio>
-#include <memory>
+#include <fstream>
+#include <iterator>
 #include <set>
 
 #include "check/choose_repairs.h"
@@ -11,6 +12,8 @@
 #include "driver/convert.h"
 #include "driver/scene_loader.h"
 #include "exit_codes.h"
+#include "finish_history.h"
+#include "finish_names.h"
 #include "host_paths.h"
 #include "job_host.h"
 #include "rename_preset.h"
@@ -49,20 +52,26 @@ struct SceneOwner {
 
 /// Runs in the work folder, where the converter deletes its work files.
 /// @param request  without paths
-int Convert(const ModelTask& task, const WorkFolder& work, const std::optional<FinishSettings>& finish,
-            ts3d::ConversionRequest request, ts3d::ConversionJob& job) {
+int Convert(const ModelTask& task, const WorkFolder& work, ts3d::ConversionRequest request,
+            ts3d::ConversionJob& job) {
   const fs::path model = work.Model();
   request.fbxPath = ConverterPath(model);
   request.actorPath = ConverterPath(task.model);
-  int code = 0;
-  {
-    const CurrentFolder current(model.parent_path());
-    code = static_cast<int>(ts3d::RunConversion(job, request));
-  }
-  if (code != 0 || !finish) return code;
+  const CurrentFolder current(model.parent_path());
+  return static_cast<int>(ts3d::RunConversion(job, request));
+}
+
+/// Applies the final settings to what a conversion has just written.
+int Finish(const WorkFolder& work, FinishSettings settings, ts3d::ConversionJob& job, ModelResult& result) {
+  std::ifstream file(WithExtension(work.Model(), "xfg"), std::ios::binary);
+  const std::string document = WithLineFeeds({std::istreambuf_iterator<char>(file), {}});
+  std::vector<std::string> bones;
+  for (const ts3d::BoneNode* bone : job.skeleton->bones.PreOrder()) bones.push_back(bone->name);
+  for (UnmatchedOption& entry : ResolveNames(settings, document, bones))
+    result.unmatchedOptions.push_back(std::move(entry));
   const TemporaryFolder nowhere;
   const CurrentFolder current(nowhere.Path());
-  return ApplyFinishSettings(model.string(), *finish, job);
+  return ApplyFinishSettings(work.Model().string(), settings, document, job);
 }
 
 ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, ModelResult& result) {
@@ -148,7 +157,8 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
       AddPresetRenames(options, skeleton, job, result);
     };
   }
-  result.code = Convert(task, work, finish, std::move(request), job);
+  result.code = Convert(task, work, std::move(request), job);
+  if (result.code == 0 && finish) result.code = Finish(work, *finish, job, result);
   if (result.code != 0 && result.reason.empty()) {
     result.reason =
         job.failureReason.empty() ? DescribeExitCode(result.code) : std::string(job.failureReason);

@@ -5,19 +5,31 @@
 #include <filesystem>
 #include <memory>
 
+#include "actor/skeleton_reader.h"
+#include "driver/actor_type.h"
+#include "driver/document_lists.h"
 #include "exit_codes.h"
+#include "finish_history.h"
+#include "finish_names.h"
 #include "finish_settings.h"
 #include "host_paths.h"
+#include "inspection.h"
 #include "job_host.h"
+#include "package/read_member.h"
+#include "platform/files.h"
+#include "replace_files.h"
 #include "status_printer.h"
 #include "terminal.h"
+#include "unmatched_options.h"
 
 namespace cli {
+namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kFinishExamples =
     "  fbx2czp finish hero.fbx --scale 95 --mesh Body=Skin --switch-on Hat=Cap\n"
-    "      changes the document of an earlier conversion and adds it to its package again\n"
+    "      changes the document of an earlier conversion and adds it to its package again; all other\n"
+    "      meshes and bones keep their names, and what an earlier finish has set stays\n"
     "  fbx2czp finish hero.fbx --settings hero.json\n"
     "\n"
     "Settings file (JSON), every part optional, others are refused:\n"
@@ -34,43 +46,99 @@ struct FinishOptions {
   Verbosity verbosity = Verbosity::Normal;
 };
 
-void Append(std::vector<std::string>& to, const std::vector<std::string>& from) {
-  to.insert(to.end(), from.begin(), from.end());
-}
-
 /// The file's settings, with those of the command line behind or in place of them.
 FinishSettings Combine(const FinishOptions& options) {
   FinishSettings settings;
   if (!options.settingsFile.empty()) ReadFinishSettings(options.settingsFile, settings);
-  const FinishSettings& given = options.settings;
-  if (given.scalePercent != FinishSettings().scalePercent) settings.scalePercent = given.scalePercent;
-  if (given.rotationX) settings.rotationX = given.rotationX;
-  if (given.rotationY) settings.rotationY = given.rotationY;
-  Append(settings.boneRenames, given.boneRenames);
-  Append(settings.meshes, given.meshes);
-  CheckScale(settings.scalePercent);
+  AddSettings(options.settings, settings);
+  if (settings.scalePercent) CheckScale(*settings.scalePercent);
   return settings;
 }
 
+/// All bones of the package's skeleton; none when it has none that can be read.
+std::vector<std::string> BoneNames(const fs::path& package) {
+  std::vector<std::string> names;
+  std::error_code unknown;
+  if (!fs::is_regular_file(package, unknown)) return names;
+  const std::vector<std::string> files = ts3d::ReadMembers(package.string(), "skeleton.csf");
+  actor::Skeleton skeleton;
+  std::string error;
+  if (files.empty() || !actor::ReadSkeleton(files.back(), skeleton, error)) return names;
+  for (const actor::Bone& bone : skeleton.bones) names.push_back(bone.name);
+  return names;
+}
+
+/// Keeps a document that somebody has changed by hand: the new one does not come from it.
+void KeepEditedDocument(const fs::path& document, const FinishHistory& history) {
+  platform::MappedFile file;
+  std::string error;
+  if (!history.converted || !file.Open(document.string(), error)) return;
+  const std::string text = WithLineFeeds(std::string(file.Bytes()));
+  if (text == history.latest || text == *history.converted) return;
+  const std::string kept = document.filename().string() + ".before";
+  ReplaceFiles(document.parent_path(), {{kept, text}});
+  PrintMessage(document.filename().string(), Severity::Warning,
+               "this is not the document in the package; final settings start from the document as "
+               "converted, and this one is kept as " +
+                   kept);
+}
+
+/// Settings that hold: those of earlier runs and, with the last word, those of this one.
+FinishSettings Merge(const FinishSettings& given, const FinishHistory& history, const fs::path& package,
+                     const std::string& name) {
+  FinishSettings settings = history.settings;
+  AddSettings(given, settings);
+  if (!history.converted) return settings;
+  for (const UnmatchedOption& entry : ResolveNames(settings, *history.converted, BoneNames(package)))
+    PrintMessage(name, Severity::Warning, DescribeUnmatched(entry, entry.nearest));
+  return settings;
+}
+
+/// The actor type that the conversion found in the model's path.
+ts3d::ActorType ActorTypeOf(std::string_view document) {
+  const std::string_view object = ts3d::TakeBetween(document, "<object_id>", "</object_id>");
+  return ts3d::DetectActorType("\\" + std::string(object));
+}
+
+/// Tells what "inspect" would find to be wrong.
+void LookAtResult(const fs::path& package, const std::string& name) {
+  Inspection inspection;
+  std::string error;
+  if (!Inspect(package.string(), inspection, error)) return PrintMessage(name, Severity::Warning, error);
+  for (const actor::Finding& finding : inspection.findings) {
+    if (finding.severity != actor::Severity::Problem) continue;
+    const std::string subject = finding.subject.empty() ? "" : "\"" + finding.subject + "\" ";
+    PrintMessage(name, Severity::Warning,
+                 subject + finding.text + (finding.advice.empty() ? "" : " -> " + finding.advice));
+  }
+}
+
 int RunFinish(const FinishOptions& options) {
-  const FinishSettings settings = Combine(options);
-  const std::filesystem::path model = std::filesystem::absolute(options.model);
+  const FinishSettings given = Combine(options);
+  const fs::path model = WithExtension(fs::absolute(options.model), "fbx");
+  const fs::path package = WithExtension(model, "czp"), document = WithExtension(model, "xfg");
+  const std::string name = WithExtension(options.model, "czp").string();
+  const FinishHistory history = ReadFinishHistory(package, document.filename().string());
+  const FinishSettings settings = Merge(given, history, package, name);
+  KeepEditedDocument(document, history);
   StatusPrinter printer(options.verbosity, 1);
   JobHost host;
   host.onStatus = [&](std::string_view line) { printer.Print(options.model, line); };
   ts3d::ConversionJob job;
   job.packLevel = options.packLevel;
   host.Attach(job);
+  job.actorType = ActorTypeOf(history.latest);
   // The converter deletes the packed document from the current directory; from here it cannot, so that it
   // stays beside the package for the next change.
   const TemporaryFolder nowhere;
   const CurrentFolder current(nowhere.Path());
-  const int code = ApplyFinishSettings(WithExtension(model, "fbx").string(), settings, job);
+  const int code = ApplyFinishSettings(model.string(), settings, history.converted, job);
   if (code != 0) {
     PrintMessage(options.model, Severity::Error, DescribeExitCode(code));
-  } else {
-    std::printf("%s: updated\n", Printable(WithExtension(options.model, "czp").string()).c_str());
+    return code;
   }
+  LookAtResult(package, name);
+  std::printf("%s: updated\n", Printable(name).c_str());
   return code;
 }
 
@@ -89,10 +157,11 @@ void AddFinishCommand(CLI::App& app, RunCommand& run) {
   finish
       .add_option("--settings", options->settingsFile, "JSON file with the settings; the options add to it")
       ->type_name("FILE");
-  finish.add_option("--scale", settings.scalePercent, "Size in per cent (100)")->type_name("PERCENT");
-  finish.add_option("--rotation-y", settings.rotationY, "Turn about the up axis in degrees (0)")
+  finish.add_option("--scale", settings.scalePercent, "Size in per cent (as it is; 100 at first)")
+      ->type_name("PERCENT");
+  finish.add_option("--rotation-y", settings.rotationY, "Turn about the up axis in degrees (as it is)")
       ->type_name("DEGREES");
-  finish.add_option("--rotation-x", settings.rotationX, "Turn about the side axis in degrees (0)")
+  finish.add_option("--rotation-x", settings.rotationX, "Turn about the side axis in degrees (as it is)")
       ->type_name("DEGREES");
   TakesPair(Repeatable(finish.add_option("--rename", settings.boneRenames,
                                          "Product name of a bone; repeat for more")),

@@ -65,8 +65,7 @@ std::vector<std::string> ReadEntries(const Json& file, const char* name) {
 
 void AddJson(const Json& file, FinishSettings& settings) {
   CheckKeys(file, "the file", {"scale", "rotation", "renames", "meshes", "switch_on", "switch_off"});
-  settings.scalePercent = file.value("scale", settings.scalePercent);
-  CheckScale(settings.scalePercent);
+  if (file.contains("scale")) CheckScale(settings.scalePercent.emplace(file.at("scale").get<double>()));
   if (file.contains("rotation")) {
     const Json& rotation = file.at("rotation");
     CheckKeys(rotation, "\"rotation\"", {"x", "y"});
@@ -106,13 +105,27 @@ void ReadFinishSettings(const std::string& path, FinishSettings& settings) {
   }
 }
 
-int ApplyFinishSettings(const std::string& model, const FinishSettings& settings, ts3d::ConversionJob& job) {
+void AddSettings(const FinishSettings& later, FinishSettings& settings) {
+  if (later.scalePercent) settings.scalePercent = later.scalePercent;
+  if (later.rotationX) settings.rotationX = later.rotationX;
+  if (later.rotationY) settings.rotationY = later.rotationY;
+  const auto append = [](const std::vector<std::string>& from, std::vector<std::string>& to) {
+    to.insert(to.end(), from.begin(), from.end());
+  };
+  append(later.boneRenames, settings.boneRenames);
+  append(later.meshes, settings.meshes);
+}
+
+int ApplyFinishSettings(const std::string& model, const FinishSettings& settings,
+                        const std::optional<std::string>& document, ts3d::ConversionJob& job) {
   if (settings.rotationX) job.rotationX = *settings.rotationX;
   if (settings.rotationY) job.rotationY = *settings.rotationY;
   job.boneRenameList = JoinList(settings.boneRenames);
   job.nextMeshThreadId = job.nextMaterialThreadId = ts3d::kFirstThreadId;
-  const ts3d::FinalSettings finalSettings{ConverterPath(model), static_cast<float>(settings.scalePercent),
-                                          JoinList(settings.meshes)};
+  constexpr double kFullSize = 100.0;
+  const ts3d::FinalSettings finalSettings{ConverterPath(model),
+                                          static_cast<float>(settings.scalePercent.value_or(kFullSize)),
+                                          JoinList(settings.meshes), ts3d::Unnamed::Keep, document};
   return static_cast<int>(ts3d::ApplyFinalSettings(job, finalSettings));
 }
 

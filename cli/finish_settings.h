@@ -12,7 +12,7 @@ namespace cli {
 
 /// The final settings of a model, as the command line or a file gives them.
 struct FinishSettings {
-  double scalePercent = 100.0;
+  std::optional<double> scalePercent;           ///< 100 when absent
   std::optional<int32_t> rotationX, rotationY;  ///< degrees; the conversion's, or 0, when absent
   std::vector<std::string> boneRenames;         ///< "old=new"
   std::vector<std::string> meshes;  ///< "mesh=friendly", with "~" or "`" before a switch's friendly name
@@ -31,9 +31,14 @@ void AddSwitchOff(FinishSettings& settings, const std::string& entry);
 /// @throws std::runtime_error with a reason for the person at the keyboard
 void ReadFinishSettings(const std::string& path, FinishSettings& settings);
 
-/// Applies the settings to the document and package that the conversion of `model` left. `job` knows the
-/// skeleton when it has run that conversion.
+/// Lets `settings` say what `later` says as well, and `later` have the last word.
+void AddSettings(const FinishSettings& later, FinishSettings& settings);
+
+/// Applies the settings to the document and package that the conversion of `model` left. Meshes and bones
+/// that they do not name stay as they are. `job` knows the skeleton when it has run that conversion.
+/// @param document  to start from; none: the one on the disk
 /// @return the result code
-int ApplyFinishSettings(const std::string& model, const FinishSettings& settings, ts3d::ConversionJob& job);
+int ApplyFinishSettings(const std::string& model, const FinishSettings& settings,
+                        const std::optional<std::string>& document, ts3d::ConversionJob& job);
 
 }  // namespace cli

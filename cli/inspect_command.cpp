@@ -22,20 +22,27 @@ struct InspectOptions {
 
 int RunInspect(const InspectOptions& options) {
   Inspection inspection;
-  inspection.path = options.path;
   std::string error;
-  if (!ReadPackage(options.path, actor::ReadLimits(), inspection.contents, error) ||
-      !BuildActor(inspection.contents, inspection.actor, inspection.findings, error)) {
+  if (!Inspect(options.path, inspection, error)) {
     PrintMessage(options.path, Severity::Error, error);
     return kUnreadable;
   }
-  CheckActor(inspection.contents, inspection.actor, inspection.findings);
   const std::string report = options.json ? InspectionAsJson(inspection) : InspectionAsText(inspection);
   std::fwrite(report.data(), 1, report.size(), stdout);
   return CountProblems(inspection.findings) > 0 ? kProblems : kClean;
 }
 
 }  // namespace
+
+bool Inspect(const std::string& path, Inspection& inspection, std::string& error) {
+  inspection.path = path;
+  if (!ReadPackage(path, actor::ReadLimits(), inspection.contents, error) ||
+      !BuildActor(inspection.contents, inspection.actor, inspection.findings, error)) {
+    return false;
+  }
+  CheckActor(inspection.contents, inspection.actor, inspection.findings);
+  return true;
+}
 
 size_t CountProblems(const actor::Findings& findings) {
   return static_cast<size_t>(std::count_if(

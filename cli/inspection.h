@@ -17,6 +17,10 @@ struct Inspection {
   actor::Findings findings;
 };
 
+/// Reads and checks the package `path`, or a folder with the files of one.
+/// @return false, with an `error`, when it cannot be read or holds no actor
+bool Inspect(const std::string& path, Inspection& inspection, std::string& error);
+
 /// Number of the layout of InspectionAsJson; raised when a member changes its meaning or goes.
 inline constexpr int kInspectionSchema = 1;
 

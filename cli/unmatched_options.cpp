@@ -18,16 +18,16 @@ const UnmatchedOption* Find(const ModelResult& result, const UnmatchedOption& wa
   return found == all.end() ? nullptr : &*found;
 }
 
-std::string Describe(const UnmatchedOption& unmatched, const std::vector<std::string>& names) {
-  const std::string things = unmatched.option == "--rename" ? "bone"
-                             : unmatched.option == "--mesh" ? "mesh"
-                                                            : "mesh or material";
+}  // namespace
+
+std::string DescribeUnmatched(const UnmatchedOption& unmatched, const std::vector<std::string>& names) {
+  const std::string things = unmatched.option.ends_with("rename") ? "bone"
+                             : unmatched.option.ends_with("mesh") ? "mesh"
+                                                                  : "mesh or material";
   const std::vector<std::string> nearest = ts3d::NearestNames(unmatched.name, names);
   return unmatched.option + " " + unmatched.name + ": no " + things + " has this name" +
          (nearest.empty() ? "" : "; the nearest names are " + ts3d::QuotedNames(nearest));
 }
-
-}  // namespace
 
 bool NamesSomething(const ConvertOptions& options) {
   return !(options.excludedNames.empty() && options.meshes.empty() && options.doubleSidedMeshes.empty() &&
@@ -68,7 +68,7 @@ void WarnOfUnmatchedOptions(const std::vector<ModelResult>& results) {
     });
     if (!nowhere) continue;
     PrintMessage(results.size() == 1 ? results.front().model : "", Severity::Warning,
-                 Describe(unmatched, names));
+                 DescribeUnmatched(unmatched, names));
   }
 }
 

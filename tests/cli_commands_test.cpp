@@ -151,10 +151,9 @@ TEST_F(Tool, FinishKeepsTheDocumentAndRepackDropsTheOldOnes) {
   EXPECT_EQ(packages[2], usual) << "as a conversion packs them";
   EXPECT_EQ(packages[3], packages[0]);
   EXPECT_EQ(Files(), "s.json scout.czp scout.fbx scout.xfg");
-  // An XML parser finds the meshes of the settings, and only those.
-  EXPECT_EQ(Run("inspect scout.czp"), 1);
-  EXPECT_NE(output_.find("\"head.cmf\" is not named by the document"), std::string::npos) << output_;
-  EXPECT_EQ(output_.find("\"hat.cmf\" is not named by the document"), std::string::npos) << output_;
+  // An XML parser finds the meshes of the settings, and all others.
+  EXPECT_EQ(Run("inspect scout.czp"), 1) << "it has no pictures";
+  EXPECT_EQ(output_.find("is not named by the document"), std::string::npos) << output_;
 }
 
 /// The list of files in the archive `bytes`, as the offset of each entry.
@@ -205,6 +204,42 @@ TEST_F(Tool, ConvertWithFinalSettingsKnowsTheSkeletonAndTheActorType) {
   EXPECT_NE(document.find("\t<bone_rename old=\"headcontrol\" new=\"head control\"/>\n"), std::string::npos);
   EXPECT_NE(document.find("<glance_adjust>-17</glance_adjust>\n"), std::string::npos);
   EXPECT_EQ(Package(folder_.Path("out/Actor (Girl).czp"))["Actor (Girl).xfg"], document);
+}
+
+TEST_F(Tool, FinishKeepsWhatItIsNotAskedToChangeAndAddsNothingTwice) {
+  CopySample("Actor (Girl).fbx");
+  const auto document = [&] { return ReadWholeFile(folder_.Path("Actor (Girl).xfg")); };
+  const auto count = [&](std::string_view part) {
+    size_t found = 0, at = 0;
+    for (const std::string text = document(); (at = text.find(part, at)) != std::string::npos; ++at) ++found;
+    return found;
+  };
+  folder_.Write("s.json", R"({"scale": 95, "meshes": {"Body": "Skin"}, "switch_on": {"HAT": "Cap"},
+                              "renames": {"l_FEMUR": "thigh"}})");
+  const std::string convert = "convert 'Actor (Girl).fbx' -q --double-sided hat --rotation-y 9 ";
+  ASSERT_EQ(Run(convert + "--finish-settings s.json"), 0) << errors_;
+  const std::string atOnce = document();
+  ASSERT_EQ(Run(convert), 0) << errors_;
+  const size_t meshes = count("<mesh name=");
+  EXPECT_EQ(Run("finish 'Actor (Girl).fbx' -q --settings s.json --switch-off Hut=x --rename L_femu=y"), 0);
+  EXPECT_TRUE(Printed("final mesh Hut: no mesh has this name; the nearest names are \"hat\"")) << errors_;
+  EXPECT_TRUE(Printed("final rename L_femu: no bone has this name; the nearest names are \"L_femur\""));
+  EXPECT_EQ(document(), atOnce);
+  EXPECT_EQ(count("<mesh name="), meshes);
+  EXPECT_EQ(count("file=\"hat.cmf\" backfacing=\"both\""), 1u);
+  EXPECT_EQ(count("<rotation x=\"0\" y=\"9\"/>") + count("<glance_adjust>") + count("<switches>"), 3u);
+  EXPECT_TRUE(Printed("warning: \"body.xrf\" names the picture \"cloth.tga\", which is not in the package"));
+
+  for (const char* repack : {"finish", "repack"}) {
+    EXPECT_EQ(Run(std::string(repack) + " 'Actor (Girl).czp'"), 0) << errors_;
+    EXPECT_EQ(Run("finish 'Actor (Girl).fbx' -q"), 0) << errors_;
+    EXPECT_EQ(document(), atOnce) << repack;
+  }
+  folder_.Write("Actor (Girl).xfg", "by hand");
+  EXPECT_EQ(Run("finish 'Actor (Girl).fbx' -q --mesh hat=Hood"), 0);
+  EXPECT_TRUE(Printed("this one is kept as Actor (Girl).xfg.before")) << errors_;
+  EXPECT_EQ(ReadWholeFile(folder_.Path("Actor (Girl).xfg.before")), "by hand");
+  EXPECT_EQ(count("<switch name=\"Cap\">") + count("name=\"Hood\""), 1u);
 }
 
 TEST_F(Tool, DamagedSettingsAndPackagesAreNamed) {

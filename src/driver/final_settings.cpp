@@ -75,9 +75,9 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
 
   if (!HasRoomForExtension(source)) return false;
-  const std::optional<std::string> old = ReadDocument(documentPath);
+  const std::optional<std::string> old = settings.document ? settings.document : ReadDocument(documentPath);
   const std::optional<std::string> rewritten =
-      old ? RewriteDocument(*old, job, settings.meshList) : std::nullopt;
+      old ? RewriteDocument(*old, job, settings.meshList, settings.unnamed) : std::nullopt;
   if (!rewritten) return false;
   step = kUnwritable;
   if (!ReplaceDocument(documentPath, *rewritten)) return false;

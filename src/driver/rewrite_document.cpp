@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <vector>
 
+#include "config/bone_name_map.h"
 #include "config/bone_renames.h"
 #include "config/escape_xml.h"
 #include "core/names.h"
 #include "core/number_format.h"
 #include "core/status.h"
+#include "driver/document_lists.h"
 #include "driver/final_settings.h"
 #include "skeleton/skeleton_state.h"
 
@@ -79,8 +82,14 @@ std::string Switches(const std::vector<FriendlyMesh>& meshes) {
 /// marker is remembered and everything after it does nothing.
 class DocumentRewriter {
  public:
-  DocumentRewriter(std::string_view text, const ConversionJob& job, std::string_view meshList)
-      : job_(job), meshes_(ReadMeshList(meshList)), hasMeshList_(!meshList.empty()), rest_(text) {}
+  DocumentRewriter(std::string_view text, const ConversionJob& job, std::string_view meshList,
+                   Unnamed unnamed)
+      : job_(job),
+        meshes_(ReadMeshList(meshList)),
+        hasMeshList_(!meshList.empty()),
+        keepsUnnamed_(unnamed == Unnamed::Keep),
+        text_(text),
+        rest_(text) {}
 
   std::optional<std::string> Rewrite() {
     rest_.erase(Find("</cal_config>"));
@@ -120,20 +129,64 @@ class DocumentRewriter {
       std::string_view oldName, newName;
       if (SplitEntry(entry, oldName, newName)) out_ += BoneRenameLine(oldName, EscapeXml(newName));
     }
+    const std::string named = keepsUnnamed_ ? KeepBoneRenames() : job_.boneRenameList;
     // Without a conversion in this process there is no skeleton to speak for.
-    if (job_.skeleton) out_ += MappedBoneRenameLines(job_.skeleton->bones, job_.boneRenameList);
+    if (job_.skeleton) out_ += MappedBoneRenameLines(job_.skeleton->bones, named);
+  }
+
+  /// Writes the renames that the list does not name. Bones without weight, "!" and their own name, get the
+  /// product's name as MappedBoneRenameLines would give it.
+  /// @return the list with the bones named here behind it
+  std::string KeepBoneRenames() {
+    std::string named = job_.boneRenameList;
+    const std::vector<BoneRename> renames = ReadBoneRenames(text_);
+    for (size_t i = 1; i < renames.size(); ++i) {
+      const auto& [oldName, newName] = renames[i];
+      if (Names(job_.boneRenameList, oldName)) continue;
+      const bool isUnweighted = newName.starts_with('!') && newName.substr(1) == oldName;
+      const std::string_view product = isUnweighted ? FindProductBoneName(oldName) : std::string_view();
+      out_ += BoneRenameLine(oldName, product.empty() ? newName : product);
+      named.append("|").append(oldName).append("=");
+    }
+    return named;
+  }
+
+  static bool Names(std::string_view list, std::string_view wanted) {
+    const std::vector<std::string_view> entries = SplitList(list);
+    return std::any_of(entries.begin(), entries.end(), [&](std::string_view entry) {
+      std::string_view name, ignored;
+      return SplitEntry(entry, name, ignored) && name == wanted;
+    });
+  }
+
+  std::string MeshLineOf(const FriendlyMesh& mesh, const std::vector<MeshLine>& lines) const {
+    const bool bothSides = std::any_of(lines.begin(), lines.end(), [&](const MeshLine& line) {
+      return keepsUnnamed_ && line.bothSides && line.name == mesh.mesh;
+    });
+    return "     <mesh name=\"" + mesh.mesh + "\" file=\"" + mesh.mesh + ".cmf\"" +
+           (bothSides ? " backfacing=\"both\"/>\n" : "/>\n");
+  }
+
+  void KeepMeshes(const std::vector<MeshLine>& lines) {
+    for (const MeshLine& line : lines) {
+      const bool isNamed = std::any_of(meshes_.begin(), meshes_.end(),
+                                       [&](const FriendlyMesh& mesh) { return mesh.mesh == line.name; });
+      if (!isNamed) out_.append(line.line).append("\n");
+    }
   }
 
   void ReplaceMeshes() {
     constexpr std::string_view kMeshes = "<meshes>";
+    const std::vector<MeshLine> lines = ReadMeshLines(text_);
     const size_t morphs = rest_.find("<morphs>");
     hadMorphs_ = morphs != std::string::npos && morphs > 0;
     out_ += rest_.substr(0, Find(kMeshes)).append(kMeshes).append("\n");
     rest_.erase(0, Find("<materials>"));
     for (const FriendlyMesh& mesh : meshes_) {
-      out_ += "     <mesh name=\"" + mesh.mesh + "\" file=\"" + mesh.mesh + ".cmf\"/>\n";
+      out_ += MeshLineOf(mesh, lines);
       RenameMaterial(mesh);
     }
+    if (keepsUnnamed_) KeepMeshes(lines);
     out_ += "</meshes>\n\n";
   }
 
@@ -147,6 +200,8 @@ class DocumentRewriter {
   const ConversionJob& job_;
   std::vector<FriendlyMesh> meshes_;
   bool hasMeshList_;
+  bool keepsUnnamed_;
+  std::string_view text_;  ///< all of the document
   std::string rest_;
   std::string out_;
   bool hadMorphs_ = false;
@@ -156,8 +211,8 @@ class DocumentRewriter {
 }  // namespace
 
 std::optional<std::string> RewriteDocument(std::string_view text, const ConversionJob& job,
-                                           std::string_view meshList) {
-  return DocumentRewriter(text, job, meshList).Rewrite();
+                                           std::string_view meshList, Unnamed unnamed) {
+  return DocumentRewriter(text, job, meshList, unnamed).Rewrite();
 }
 
 }  // namespace ts3d

@@ -57,6 +57,19 @@ std::optional<PackageMember> ReadLastMember(const std::string& path, std::string
   return PackageMember{std::move(last->name), std::move(*bytes)};
 }
 
+std::vector<std::string> ReadMembers(const std::string& path, std::string_view name) {
+  const Archive archive = Open(path);
+  std::vector<std::string> found;
+  uint64_t left = kLargestMember;
+  ForEachMember(archive.get(), [&](const MemberSize& member) {
+    if (member.name != name || member.bytes > left) return;
+    left -= member.bytes;
+    if (std::optional<std::string> bytes = ReadCurrent(archive.get(), member.bytes))
+      found.push_back(std::move(*bytes));
+  });
+  return found;
+}
+
 std::vector<MemberSize> ListMembers(const std::string& path) {
   const Archive archive = Open(path);
   std::vector<MemberSize> members;

@@ -19,6 +19,10 @@ struct PackageMember {
 /// most 64 MB.
 std::optional<PackageMember> ReadLastMember(const std::string& path, std::string_view ending);
 
+/// What the members of the package called `name` hold, in order; those that are not sound, or would exceed 64
+/// MB together, are left out.
+std::vector<std::string> ReadMembers(const std::string& path, std::string_view name);
+
 /// A member's name and unpacked size.
 struct MemberSize {
   std::string name;
