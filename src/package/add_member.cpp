@@ -13,6 +13,7 @@
 #include "core/work_file.h"
 #include "package/deflate_member.h"
 #include "platform/files.h"
+#include "platform/process.h"
 
 namespace ts3d {
 namespace {
@@ -114,6 +115,9 @@ bool DeflateSource(const ConversionJob& job, const MemberSource& source, Deflate
   }
   platform::MappedFile file;
   isRead = !source.path.empty() && MapHostFile(job, source.path, file);
+  // A large file and what becomes of it take the place of the mesh that it was made of.
+  constexpr size_t kLarge = 1 << 20;
+  if (file.Bytes().size() >= kLarge) platform::ReturnFreedMemory();
   return job.deflater->Deflate(file.Bytes(), packed);
 }
 

@@ -19,6 +19,9 @@ bool IsTerminal(std::FILE* stream);
 /// their places.
 void OpenStandardStreams();
 
+/// Hands memory that was freed back to the system, where the C library keeps it.
+void ReturnFreedMemory();
+
 /// Folder of the running executable with a trailing separator; empty when it cannot be told.
 std::string ExecutableFolder();
 

@@ -101,6 +101,8 @@ bool IsTerminal(std::FILE* stream) {
 
 void OpenStandardStreams() {}
 
+void ReturnFreedMemory() {}
+
 std::string ExecutableFolder() {
   char path[MAX_PATH * 4];
   const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
