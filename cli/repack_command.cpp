@@ -84,7 +84,7 @@ void DeflateMember(unzFile from, const std::string& name, const ts3d::MemberDefl
   Check(unzGetCurrentFileInfo64(from, &info, nullptr, 0, nullptr, 0, nullptr, 0), "a member cannot be read");
   if (info.uncompressed_size > static_cast<uint64_t>(ts3d::kMostDeflatedAtOnce))
     return CopyMember(from, name, to);
-  std::string bytes(info.uncompressed_size, '\0');
+  std::string bytes(static_cast<size_t>(info.uncompressed_size), '\0');
   Check(unzOpenCurrentFile(from), "a member cannot be opened");
   const int size = unzReadCurrentFile(from, bytes.data(), static_cast<unsigned>(bytes.size()));
   if (size < 0 || static_cast<size_t>(size) != bytes.size())
