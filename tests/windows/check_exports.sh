@@ -15,7 +15,8 @@ done
 
 # Names without "_" before or "@12" behind them: the caller removes the arguments.
 exports=$("$objdump" -p "$dll" | sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/s/^\t\[ *[0-9]*\] //p' | sort | tr '\n' ' ')
-wanted="ConvertFBXFile ConvertFBXFile2 ConvertFBXFile3 ConvertFBXFileFinish "
+header=$(cd "$(dirname "$0")/../.." && pwd)/include/fbx_to_ts3d.h
+wanted=$(grep -oE '(ConvertFBXFile|FbxToTs3d)[A-Za-z0-9]*\(' "$header" | tr -d '(' | sort -u | tr '\n' ' ')
 [ "$exports" = "$wanted" ] || fail "exported are: $exports"
 "$objdump" -p "$4" | grep ConvertFBXFile3 >/dev/null || fail "the host does not import ConvertFBXFile3"
 echo "machine, imports and exports are as they should be"
