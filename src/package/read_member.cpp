@@ -23,8 +23,8 @@ void ForEachMember(void* archive, const std::function<void(MemberSize)>& visit) 
   for (int result = archive ? unzGoToFirstFile(archive) : UNZ_ERRNO; result == UNZ_OK;
        result = unzGoToNextFile(archive)) {
     unz_file_info64 info;
-    if (unzGetCurrentFileInfo64(archive, &info, name.data(), name.size() - 1, nullptr, 0, nullptr, 0) !=
-        UNZ_OK) {
+    if (unzGetCurrentFileInfo64(archive, &info, name.data(), static_cast<uLong>(name.size() - 1), nullptr, 0,
+                                nullptr, 0) != UNZ_OK) {
       return;
     }
     visit({name.substr(0, info.size_filename), info.uncompressed_size});
