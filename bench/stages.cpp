@@ -16,7 +16,7 @@
 #include "mesh/pose_deform.h"
 #include "mesh/split_vertices.h"
 #include "package/actor_package.h"
-#include "scene/build/build_scene.h"
+#include "scene/assemble/build_scene.h"
 #include "scene/container/array_reader.h"
 #include "scene/container/inflate.h"
 #include "scene/fbx_reader.h"

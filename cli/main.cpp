@@ -9,18 +9,18 @@
 #include <new>
 #include <string_view>
 
-#include "check_command.h"
-#include "completion_command.h"
-#include "convert_command.h"
-#include "exit_codes.h"
-#include "export_command.h"
-#include "finish_command.h"
-#include "inspect_command.h"
-#include "manual_command.h"
+#include "commands/check_command.h"
+#include "commands/completion_command.h"
+#include "commands/convert_command.h"
+#include "commands/export_command.h"
+#include "commands/finish_command.h"
+#include "commands/inspect_command.h"
+#include "commands/manual_command.h"
+#include "commands/preview_command.h"
+#include "commands/repack_command.h"
+#include "output/exit_codes.h"
+#include "output/terminal.h"
 #include "platform/process.h"
-#include "preview_command.h"
-#include "repack_command.h"
-#include "terminal.h"
 
 namespace {
 

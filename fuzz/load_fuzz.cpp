@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "scene/build/build_scene.h"
+#include "scene/assemble/build_scene.h"
 #include "scene/fbx_reader.h"
 #include "scene/geometry/triangulate.h"
 #include "scene/geometry/vertex_normals.h"

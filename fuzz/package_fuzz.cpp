@@ -6,12 +6,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "actor/actor_measure.h"
-#include "actor/check_actor.h"
-#include "actor/export_gltf.h"
-#include "actor/export_obj.h"
 #include "actor/load_actor.h"
 #include "actor/picture_header.h"
+#include "export/export_gltf.h"
+#include "export/export_obj.h"
+#include "inspect/actor_measure.h"
+#include "inspect/check_actor.h"
 
 namespace {
 

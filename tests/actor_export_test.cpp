@@ -9,8 +9,8 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "actor/export_gltf.h"
-#include "actor/export_obj.h"
+#include "export/export_gltf.h"
+#include "export/export_obj.h"
 #include "support/sample_actor.h"
 
 namespace {

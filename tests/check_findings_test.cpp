@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "check/check_rig.h"
+#include "rig_check/check_rig.h"
 #include "support/character.h"
 #include "support/temp_folder.h"
 

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "mesh/mesh_filter.h"
+#include "core/mesh_filter.h"
 #include "support/character.h"
 #include "support/test_host.h"
 

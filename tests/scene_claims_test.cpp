@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "scene/build/build_scene.h"
+#include "scene/assemble/build_scene.h"
 #include "scene/geometry/triangulate.h"
 #include "scene/model/texture.h"
 #include "support/load_scene.h"

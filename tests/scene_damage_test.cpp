@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "scene/build/build_scene.h"
+#include "scene/assemble/build_scene.h"
 #include "support/check_scene.h"
 #include "support/load_scene.h"
 #include "support/temp_folder.h"

@@ -16,7 +16,7 @@ ts3d_add_tests(
   support/sample_pictures.cpp
   textures_decode_test.cpp
   textures_tool_test.cpp)
-target_link_libraries(ts3d_tests PRIVATE ts3d_actor ts3d_check assimp::assimp nlohmann_json::nlohmann_json
+target_link_libraries(ts3d_tests PRIVATE ts3d_inspect ts3d_export ts3d_rig_check assimp::assimp nlohmann_json::nlohmann_json
   ts3d_textures util
   # What writes the pictures of the tests.
   PkgConfig::PNG PkgConfig::TURBOJPEG PkgConfig::TIFF PkgConfig::WEBP)

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "config/fixed_materials.h"
+#include "core/mesh_filter.h"
 #include "core/names.h"
 #include "core/progress.h"
 #include "core/status.h"
-#include "mesh/mesh_filter.h"
 #include "scene/model/mesh.h"
 #include "scene/model/scene.h"
 

@@ -6,7 +6,7 @@
 #include <set>
 #include <stdexcept>
 
-#include "check/finding_kinds.h"
+#include "rig_check/finding_kinds.h"
 #include "textures/image_reader.h"
 #include "textures/texture_converter.h"
 #include "textures/texture_search.h"

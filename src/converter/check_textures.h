@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "check/rig_report.h"
+#include "rig_check/rig_report.h"
 
 namespace ts3d {
 

@@ -7,14 +7,14 @@
 #include <system_error>
 #include <utility>
 
-#include "check/check_rig.h"
-#include "check/choose_repairs.h"
 #include "converter/check_textures.h"
 #include "converter/describe_result.h"
 #include "converter/work_folder.h"
 #include "core/names.h"
 #include "platform/files.h"
 #include "platform/replacement.h"
+#include "rig_check/check_rig.h"
+#include "rig_check/choose_repairs.h"
 
 namespace ts3d {
 namespace fs = std::filesystem;

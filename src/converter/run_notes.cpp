@@ -3,7 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "check/report_json.h"
+#include "rig_check/report_json.h"
 
 namespace ts3d {
 namespace {

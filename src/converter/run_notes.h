@@ -7,10 +7,10 @@
 #include <unordered_set>
 #include <vector>
 
-#include "check/choose_repairs.h"
-#include "check/rig_report.h"
 #include "core/conversion_job.h"
 #include "package/read_member.h"
+#include "rig_check/choose_repairs.h"
+#include "rig_check/rig_report.h"
 #include "textures/texture_converter.h"
 
 namespace ts3d {

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
+#include "core/mesh_filter.h"
 #include "core/number_format.h"
 #include "core/work_file.h"
-#include "mesh/mesh_filter.h"
 
 namespace ts3d {
 namespace {

@@ -3,13 +3,13 @@
 
 #include <algorithm>
 
+#include "core/mesh_filter.h"
 #include "core/names.h"
 #include "core/status.h"
 #include "material/extract_material.h"
 #include "mesh/cmf_writer.h"
 #include "mesh/converted_mesh.h"
 #include "mesh/material_slices.h"
-#include "mesh/mesh_filter.h"
 #include "mesh/prepare_mesh.h"
 #include "scene/model/mesh.h"
 #include "scene/model/scene.h"

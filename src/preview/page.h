@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "actor/export_model.h"
+#include "export/export_model.h"
 #include "preview/vectors.h"
 
 namespace preview {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "actor/export_model.h"
+#include "export/export_model.h"
 #include "preview/vectors.h"
 
 namespace preview {

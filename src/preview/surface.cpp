@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "preview/surface.h"
 
-#include "actor/export_model.h"
+#include "export/export_model.h"
 
 namespace preview {
 namespace {

@@ -2,7 +2,7 @@
 #include "scene/fbx_reader.h"
 
 #include "platform/files.h"
-#include "scene/build/build_scene.h"
+#include "scene/assemble/build_scene.h"
 #include "scene/container/container.h"
 #include "scene/embedded_files.h"
 

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "scene/build/build_scene.h"
+#include "scene/assemble/build_scene.h"
 #include "scene/container/array_reader.h"
 #include "scene/container/container.h"
 #include "scene/fbx_reader.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "actor/check_actor.h"
 #include "actor/load_actor.h"
+#include "inspect/check_actor.h"
 #include "support/test_host.h"
 
 namespace support {

@@ -9,7 +9,7 @@
 #include <unordered_map>
 
 #include "platform/files.h"
-#include "scene/build/build_scene.h"
+#include "scene/assemble/build_scene.h"
 #include "scene/fbx_reader.h"
 #include "scene/model/material.h"
 #include "scene/model/mesh.h"

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "commands/command.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "convert/rename_preset.h"
+#include "output/exit_codes.h"
+
+namespace cli {
+namespace {
+
+std::string CheckEntry(const std::string& entry) {
+  return entry.find('|') == std::string::npos ? std::string() : "\"" + entry + "\" holds a \"|\"";
+}
+
+std::string CheckPair(const std::string& entry) {
+  return entry.find('=') == std::string::npos ? "\"" + entry + "\" holds no \"=\"" : CheckEntry(entry);
+}
+
+}  // namespace
+
+CLI::App& AddCommand(CLI::App& app, const char* name, const char* description, RunCommand& run,
+                     RunCommand command) {
+  CLI::App& added = *app.add_subcommand(name, description);
+  added.final_callback([&run, command = std::move(command)] { run = command; });
+  return added;
+}
+
+CLI::Option* Repeatable(CLI::Option* option) { return option->allow_extra_args(false); }
+
+CLI::Option* TakesName(CLI::Option* option) {
+  return option->type_name("NAME")->check(CLI::Validator(CheckEntry, ""));
+}
+
+CLI::Option* TakesPair(CLI::Option* option, const char* form) {
+  return option->type_name(form)->check(CLI::Validator(CheckPair, ""));
+}
+
+CLI::Option* TakesNumber(CLI::Option* option, int least, int most) {
+  return option->type_name("NUMBER")->check(CLI::Range(least, most).description(""));
+}
+
+void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
+  auto* verbose = command.add_flag_callback(
+      "-v,--verbose", [&] { verbosity = Verbosity::Verbose; }, "Show every status line");
+  command
+      .add_flag_callback(
+          "-q,--quiet", [&] { verbosity = Verbosity::Quiet; }, "Show problems only")
+      ->excludes(verbose);
+}
+
+void AddPackLevel(CLI::App& command, std::optional<int>& level) {
+  const auto take = [&level](const std::string& name) {
+    level = name == "fast"    ? ts3d::kFastPackLevel
+            : name == "small" ? ts3d::kSmallestPackLevel
+                              : ts3d::kDefaultPackLevel;
+  };
+  command
+      .add_option_function<std::string>(
+          "--pack", take,
+          "How hard packing tries: \"fast\", \"default\" or \"small\", which takes several times as long")
+      ->type_name("LEVEL")
+      ->check(CLI::IsMember({"fast", "default", "small"}).description(""));
+}
+
+void AddNoPlugins(CLI::App& command, bool& loadsPlugins) {
+  command.add_flag("!--no-plugins", loadsPlugins, "Load no reader plug-ins from the folder of this program");
+}
+
+void AddTextureFolders(CLI::App& command, std::vector<std::string>& folders) {
+  Repeatable(command.add_option("--textures", folders,
+                                "Folder to search for pictures, with all folders below; repeat for more"))
+      ->type_name("FOLDER")
+      ->check(CLI::Validator(CLI::ExistingDirectory).description(""));
+}
+
+void AddRenamePreset(CLI::App& command, std::string& preset, const char* description) {
+  std::vector<std::string> names;
+  for (const auto& [name, text] : RenamePresetTexts()) names.push_back(name);
+  command.add_option("--rename-preset", preset, description)
+      ->type_name("RIG")
+      ->check(CLI::IsMember(names).description(""));
+}
+
+void SetFooter(CLI::App& command, const std::string& examples) {
+  command.footer("Examples:\n" + examples + "\nExit codes:\n" + ExitCodeTable());
+}
+
+}  // namespace cli

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/pack_level.h"
+#include "output/status_printer.h"
+
+namespace cli {
+
+/// What the chosen command does once the whole command line is understood; its result is the exit status.
+using RunCommand = std::function<int()>;
+
+/// Adds a command: `run` is set when the user chose it.
+CLI::App& AddCommand(CLI::App& app, const char* name, const char* description, RunCommand& run,
+                     RunCommand command);
+
+/// An option that may be given more than once, one value each time.
+CLI::Option* Repeatable(CLI::Option* option);
+
+/// Refuses what holds a "|": the converter separates list entries by it.
+CLI::Option* TakesName(CLI::Option* option);
+
+/// Refuses what holds no "=" or a "|"; `form` shows in the help.
+CLI::Option* TakesPair(CLI::Option* option, const char* form);
+
+/// Refuses numbers outside `least` to `most`.
+CLI::Option* TakesNumber(CLI::Option* option, int least, int most);
+
+/// --verbose and --quiet.
+void AddVerbosity(CLI::App& command, Verbosity& verbosity);
+
+/// --pack; `level` is that of a ConversionJob.
+void AddPackLevel(CLI::App& command, std::optional<int>& level);
+
+/// --no-plugins.
+void AddNoPlugins(CLI::App& command, bool& loadsPlugins);
+
+/// --rename-preset, which puts the name of a preset into `preset`.
+void AddRenamePreset(CLI::App& command, std::string& preset, const char* description);
+
+/// The examples and exit codes below the help of a command. `examples` are whole lines.
+void SetFooter(CLI::App& command, const std::string& examples);
+
+/// --textures, which puts the folders of pictures into `folders`.
+void AddTextureFolders(CLI::App& command, std::vector<std::string>& folders);
+
+}  // namespace cli

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "commands/command.h"
+
+namespace cli {
+
+/// Adds "fbx2czp completion bash|zsh|fish": a script that lets the shell complete commands, options and
+/// files.
+void AddCompletionCommand(CLI::App& app, RunCommand& run);
+
+}  // namespace cli

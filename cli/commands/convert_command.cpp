@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "commands/convert_command.h"
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+#include "convert/batch.h"
+#include "convert/convert_options.h"
+#include "convert/unmatched_options.h"
+#include "host/find_models.h"
+#include "host/host_paths.h"
+#include "output/exit_codes.h"
+#include "output/terminal.h"
+#include "textures/image_reader.h"
+
+namespace cli {
+namespace {
+
+constexpr const char* kConvertExamples =
+    "  fbx2czp convert hero.fbx\n"
+    "      writes hero.czp, and hero.xfg for later final settings, beside the model\n"
+    "  fbx2czp convert \"Actor (Female).fbx\" --rotation-y 180 --output packages\n"
+    "      the file name makes it a female actor; nothing is written beside the model\n"
+    "  fbx2czp convert hero.fbx --double-sided Hair --exclude Helper --rename L_femur=\"left femur\"\n"
+    "  fbx2czp convert hero.fbx --finish-settings hero.json\n"
+    "      converts and applies final settings, so that bone renames know the skeleton\n"
+    "  fbx2czp convert hero.fbx --repair\n"
+    "      puts right what it can: lost bones, a wrong pose, parts out of place\n"
+    "  fbx2czp convert characters/ props/lamp.fbx --jobs 8 --output packages --report report.json\n"
+    "      converts whole folders, each model in a process of its own\n";
+
+int FirstFailure(const std::vector<ModelResult>& results) {
+  for (const ModelResult& result : results) {
+    if (result.code != 0) return result.code;
+  }
+  return 0;
+}
+
+/// A report must not take the place of what it reports on, nor be refused when all the work is done.
+void CheckReportPath(const std::string& report, const std::vector<ModelTask>& tasks) {
+  namespace fs = std::filesystem;
+  if (report.empty()) return;
+  std::error_code failed;
+  const fs::file_status status = fs::status(report, failed);
+  if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) return;
+  const fs::path path = fs::weakly_canonical(fs::absolute(report, failed), failed);
+  if (fs::is_directory(path, failed) || !fs::is_directory(path.parent_path(), failed)) {
+    throw std::runtime_error(report + ": the report cannot be written there");
+  }
+  for (const ModelTask& task : tasks) {
+    const fs::path folder = fs::weakly_canonical(task.folder, failed), package = task.Package().filename();
+    if (path == fs::weakly_canonical(task.model, failed) || path == folder / package ||
+        path == folder / WithExtension(package, "xfg")) {
+      throw std::runtime_error(report + ": the report would take the place of a model or its package");
+    }
+  }
+}
+
+int RunConvert(const ConvertOptions& options) {
+  const auto begin = std::chrono::steady_clock::now();
+  std::optional<FinishSettings> finish;
+  if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
+  const std::vector<ModelTask> tasks = FindModels(options.models, options.outputFolder);
+  CheckReportPath(options.report, tasks);
+  bool interrupted = false;
+  const std::vector<ModelResult> results = ConvertAll(tasks, options, finish, interrupted);
+  const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  WarnOfUnmatchedOptions(results);
+  if (tasks.size() > 1) std::fputs(SummaryTable(results, seconds).c_str(), stdout);
+  if (!options.report.empty()) WriteReport(options.report, results, seconds);
+  if (!interrupted) return FirstFailure(results);
+  PrintMessage("", Severity::Error,
+               "interrupted; " + std::to_string(results.size()) + " of " + std::to_string(tasks.size()) +
+                   " models are done, nothing is left of the others");
+  return kInterrupted;
+}
+
+void AddRepairOptions(CLI::App& convert, ConvertOptions& options) {
+  ts3d::RepairSettings& repairs = options.repairs;
+  convert.add_flag("--repair", options.repairsAsNeeded,
+                   "Try the five repairs below on each model, use those that it needs, and tell which");
+  convert.add_flag("--bind-from-skin", repairs.bindFromSkin,
+                   "Take the pose in which the skin was bound, whatever the bind pose says; for models that "
+                   "are converted in another pose");
+  convert.add_flag("--open-groups", repairs.openGroups,
+                   "Find bones below groups without a type, too; they are left out otherwise");
+  convert.add_flag(
+      "--join-roots", repairs.joinRoots,
+      "Put all skeletons of the model below one new root bone; otherwise only the first is kept");
+  convert.add_flag("--attach-rigid", repairs.attachRigid,
+                   "Give meshes without a skin their place, and let them follow the bone that they hang on");
+  convert.add_flag(
+      "--rigid-bones", repairs.rigidBones,
+      "Take the scale out of the bones and keep their places; for models whose root has a scale");
+}
+
+}  // namespace
+
+void AddConvertCommand(CLI::App& app, RunCommand& run) {
+  const auto options = std::make_shared<ConvertOptions>();
+  CLI::App& convert = AddCommand(app, "convert", "Convert models into packages", run,
+                                 [options] { return RunConvert(*options); });
+  convert.add_option("MODEL", options->models, "FBX files, binary or ASCII, and folders of such files")
+      ->required()
+      ->type_name("");
+  convert
+      .add_option("-o,--output", options->outputFolder,
+                  "Folder for the package and its .xfg document (default: beside each model)")
+      ->type_name("FOLDER");
+  convert
+      .add_option("--rotation-y", options->rotationY,
+                  "Turn about the up axis in degrees, for the document (0)")
+      ->type_name("DEGREES");
+  convert
+      .add_option("--rotation-x", options->rotationX,
+                  "Turn about the side axis in degrees, for the document (0)")
+      ->type_name("DEGREES");
+  TakesPair(Repeatable(convert.add_option("--rename", options->boneRenames,
+                                          "Product name of a bone; repeat for more")),
+            "OLD=NEW");
+  AddRenamePreset(convert, options->renamePreset,
+                  "Rename the bones of a rig of this kind to their product names: biped, mixamo,\nrocketbox "
+                  "or unreal. --rename goes before it");
+  TakesNumber(convert.add_option("--mesh-mode", options->meshMode,
+                                 "Which meshes get inward normals. Without --mesh: 1 all, 0 and 2 none.\n"
+                                 "With --mesh: 2 those, 0 and 1 all others (0)"),
+              0, 2);
+  TakesName(Repeatable(
+      convert.add_option("--mesh", options->meshes, "Mesh that --mesh-mode is about; repeat for more")));
+  TakesName(Repeatable(convert.add_option("--double-sided", options->doubleSidedMeshes,
+                                          "Mesh to draw from both sides; repeat for more")));
+  Repeatable(convert.add_option("--exclude", options->excludedNames,
+                                "Mesh or material to leave out; repeat for more"))
+      ->type_name("NAME");
+  AddRepairOptions(convert, *options);
+  TakesNumber(convert.add_option("--max-texture", options->longestTextureSide,
+                                 "Longest side in pixels of a texture that is converted (8192)"),
+              1, textures::kLargestSide);
+  AddTextureFolders(convert, options->textureFolders);
+  convert
+      .add_option("--finish-settings", options->finishSettings,
+                  "JSON file with final settings to apply as well")
+      ->type_name("FILE");
+  TakesNumber(convert.add_option(
+                  "-j,--jobs", options->jobs,
+                  "Models to convert at a time (default: one for each processor core; on Windows always 1)"),
+              1, 256);
+  AddPackLevel(convert, options->packLevel);
+  convert.add_option("--report", options->report, "JSON file to write with the results of all models")
+      ->type_name("FILE");
+  AddNoPlugins(convert, options->loadsPlugins);
+  AddVerbosity(convert, options->verbosity);
+  SetFooter(convert, kConvertExamples);
+}
+
+}  // namespace cli

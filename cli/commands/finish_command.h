@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "commands/command.h"
+
+namespace cli {
+
+/// Adds "fbx2czp finish": final settings for the document and package of an earlier conversion. The exit
+/// status is the result code.
+void AddFinishCommand(CLI::App& app, RunCommand& run);
+
+}  // namespace cli

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "commands/command.h"
+
+namespace cli {
+
+/// Adds "fbx2czp manual": the manual page, made from the texts of --help.
+void AddManualCommand(CLI::App& app, RunCommand& run);
+
+}  // namespace cli

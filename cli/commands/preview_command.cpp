@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: MIT
+#include "commands/preview_command.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <stdexcept>
+
+#include "actor/load_actor.h"
+#include "convert/convert_model.h"
+#include "core/names.h"
+#include "fbx_to_ts3d.h"
+#include "host/replace_files.h"
+#include "output/exit_codes.h"
+#include "output/package_pictures.h"
+#include "output/terminal.h"
+#include "preview/canvas.h"
+#include "preview/page.h"
+#include "preview/picture.h"
+#include "textures/png_writer.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr const char* kFooter =
+    "Examples:\n"
+    "  fbx2czp preview hero.czp -o hero.png --bones\n"
+    "      a picture with the bones drawn over the model\n"
+    "  fbx2czp preview hero.fbx -o hero.png --view front --size 1024\n"
+    "      converts the model in a temporary folder first and shows the result\n"
+    "  fbx2czp preview hero.czp -o turn.png --turntable 24\n"
+    "      writes turn_000.png to turn_023.png, once around the model\n"
+    "  fbx2czp preview hero.czp -o hero.html\n"
+    "      one page for any browser: turn the model around, bend its bones, see their weights\n"
+    "\nExit codes:\n"
+    "    0  success\n"
+    "    1  the package or model does not exist\n"
+    "    2  it could not be read; it is damaged or of a format that is not read\n"
+    "    3  the output could not be written\n"
+    "    5  the model has no mesh to convert\n"
+    "   64  wrong command line, or this build has no page\n";
+
+const std::map<std::string, preview::View> kViews = {
+    {"front", {0, 0}}, {"side", {90, 0}}, {"top", {0, 90}}, {"three-quarter", {32, 12}}};
+
+const std::map<std::string, preview::Vector> kAxes = {{"x", {1, 0, 0}},   {"y", {0, 1, 0}},
+                                                      {"z", {0, 0, 1}},   {"-x", {-1, 0, 0}},
+                                                      {"-y", {0, -1, 0}}, {"-z", {0, 0, -1}}};
+
+/// What "fbx2czp preview" was asked for.
+struct PreviewOptions {
+  std::string input;
+  std::string output;
+  std::string view = "three-quarter";
+  int size = 512;
+  int turntable = 0;  ///< number of pictures; 0: one
+  bool bones = false;
+  bool loadsPlugins = true;
+  std::vector<std::string> textureFolders;  ///< of a model
+  std::string up;                           ///< axis; empty: concluded from the model
+
+  std::optional<preview::Vector> Up() const {
+    return up.empty() ? std::nullopt : std::optional(kAxes.at(up));
+  }
+};
+
+/// A failure with the exit status that belongs to it.
+struct PreviewFailure : std::runtime_error {
+  PreviewFailure(int status, const std::string& text) : std::runtime_error(text), exitStatus(status) {}
+  int exitStatus;
+};
+
+bool HasExtension(const fs::path& path, const char* extension) {
+  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
+}
+
+void Load(const fs::path& package, actor::Actor& actor) {
+  actor::Findings findings;
+  std::string error;
+  if (!actor::LoadActor(package.string(), {}, actor, findings, error))
+    throw PreviewFailure(FBX_TO_TS3D_LOAD_FAILED, error);
+  for (const actor::Finding& finding : findings) {
+    if (finding.severity != actor::Severity::Problem) continue;
+    PrintMessage(finding.subject, Severity::Warning, finding.text);
+  }
+}
+
+/// @return the package, inside `work`
+fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const PreviewOptions& preview) {
+  ConvertOptions options;
+  options.loadsPlugins = preview.loadsPlugins;
+  options.textureFolders = preview.textureFolders;
+  const ModelResult result = ConvertInWorkFolder(task, work, options, std::nullopt, [](std::string_view) {});
+  for (const std::string& loss : result.Losses()) PrintMessage(task.name, Severity::Warning, loss);
+  if (result.code != 0) throw PreviewFailure(result.code, result.reason);
+  return WithExtension(work.Model(), "czp");
+}
+
+actor::Actor LoadInput(const PreviewOptions& options) {
+  const std::string& input = options.input;
+  actor::Actor actor;
+  if (!fs::exists(input)) throw PreviewFailure(FBX_TO_TS3D_NO_FILE, "the file does not exist");
+  if (!HasExtension(input, ".fbx")) {
+    Load(input, actor);
+    return actor;
+  }
+  const fs::path model = fs::absolute(input);
+  const WorkFolder work(model);
+  Load(ConvertQuietly({input, model, model.parent_path()}, work, options), actor);
+  return actor;
+}
+
+void WriteFile(const fs::path& path, std::string bytes) {
+  try {
+    ReplaceFiles(path.parent_path(), {{path.filename().string(), std::move(bytes)}});
+  } catch (const std::runtime_error& error) {
+    throw PreviewFailure(FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+  }
+}
+
+std::string ToPng(const preview::Image& drawn) {
+  const size_t pixels = drawn.rgb.size() / 3;
+  textures::Image image{drawn.width, drawn.height, ts3d::PixelBytes(pixels * 4)};
+  for (size_t i = 0; i < pixels; ++i) {
+    std::copy_n(&drawn.rgb[3 * i], 3, &image.rgba[4 * i]);
+    image.rgba[4 * i + 3] = 255;
+  }
+  return textures::EncodePng(std::move(image));
+}
+
+/// "picture.png" -> "picture_007.png"
+fs::path NumberedName(const fs::path& path, size_t index) {
+  std::string number = std::to_string(index);
+  number.insert(0, 3 - std::min<size_t>(number.size(), 3), '0');
+  return path.parent_path() / (path.stem().string() + "_" + number + path.extension().string());
+}
+
+void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
+  preview::PictureOptions picture;
+  picture.size = options.size;
+  picture.bones = options.bones;
+  picture.up = options.Up();
+  picture.views = {kViews.at(options.view)};
+  for (int i = 1; i < options.turntable; ++i) {
+    preview::View view = picture.views.front();
+    view.turn += 360.0 * i / options.turntable;
+    picture.views.push_back(view);
+  }
+  preview::DrawPictures(actor, picture, PixelDecoder(), [&](size_t index, const preview::Image& image) {
+    WriteFile(options.turntable > 0 ? NumberedName(options.output, index) : fs::path(options.output),
+              ToPng(image));
+  });
+}
+
+void WritePage(const PreviewOptions& options, const actor::Actor& actor) {
+  const std::string title = fs::path(options.input).filename().string();
+  WriteFile(options.output, preview::WritePage(actor, title, PngEncoder(), options.Up()));
+}
+
+int RunPreview(const PreviewOptions& options) {
+  try {
+    const bool wantsPage = HasExtension(options.output, ".html");
+    if (wantsPage && preview::PageTemplate().empty()) {
+      throw PreviewFailure(
+          kUsageError,
+          "this fbx2czp was built without the page (it takes three.js); run scripts/prepare and "
+          "build it again, or write a .png picture");
+    }
+    const actor::Actor actor = LoadInput(options);
+    if (wantsPage) {
+      WritePage(options, actor);
+    } else {
+      WritePictures(options, actor);
+    }
+    return FBX_TO_TS3D_OK;
+  } catch (const PreviewFailure& failure) {
+    PrintMessage(options.input, Severity::Error, failure.what());
+    return failure.exitStatus;
+  } catch (const preview::TooMuchToDraw& failure) {
+    PrintMessage(options.input, Severity::Error, failure.what());
+    return FBX_TO_TS3D_LOAD_FAILED;
+  }
+}
+
+std::string CheckPreviewOutput(const std::string& path) {
+  if (HasExtension(path, ".png") || HasExtension(path, ".html")) return {};
+  return "the output has to end in .png or .html";
+}
+
+/// A page has no fixed view, so options of pictures would be without effect.
+void CheckOptionsOfPage(const CLI::App& preview, const PreviewOptions& options) {
+  if (!HasExtension(options.output, ".html")) return;
+  for (const char* name : {"--size", "--bones", "--view", "--turntable"}) {
+    if (preview.count(name) == 0) continue;
+    throw CLI::ValidationError(name, "is for .png pictures; a page (.html) does not take it");
+  }
+}
+
+}  // namespace
+
+void AddPreviewCommand(CLI::App& app, RunCommand& run) {
+  const auto options = std::make_shared<PreviewOptions>();
+  CLI::App& preview = AddCommand(app, "preview", "Show what is in a package, as a picture or a page", run,
+                                 [options] { return RunPreview(*options); });
+  preview.parse_complete_callback([&preview, options] { CheckOptionsOfPage(preview, *options); });
+  preview.add_option("INPUT", options->input, "A package (.czp), or a model (.fbx) to convert for it")
+      ->required();
+  preview.add_option("-o,--output", options->output, "The picture (.png) or page (.html) to write")
+      ->required()
+      ->check(CLI::Validator(CheckPreviewOutput, "FILE"));
+  preview.add_option("--size", options->size, "Pixels of each side of the picture (512)")
+      ->check(CLI::Range(preview::kSmallestPicture, preview::kLargestPicture));
+  preview.add_flag("--bones", options->bones, "Draw the bones over the model");
+  preview
+      .add_option("--view", options->view,
+                  "front, side (the model's left), top or three-quarter (the default)")
+      ->check(CLI::IsMember(kViews));
+  preview
+      .add_option("--up", options->up,
+                  "Axis that leads upwards: x, y, z, -x, -y or -z (concluded from bones and bounds)")
+      ->check(CLI::IsMember(kAxes));
+  preview
+      .add_option("--turntable", options->turntable,
+                  "That many pictures once around the model; their names get numbers from _000")
+      ->check(CLI::Range(1, 360));
+  AddTextureFolders(preview, options->textureFolders);
+  AddNoPlugins(preview, options->loadsPlugins);
+  preview.footer(kFooter);
+}
+
+}  // namespace cli

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "commands/command.h"
+
+namespace cli {
+
+/// Adds "fbx2czp repack": a package without the members that later ones of the same name replaced. The exit
+/// status is 0, or 8 with the package as it was.
+void AddRepackCommand(CLI::App& app, RunCommand& run);
+
+}  // namespace cli

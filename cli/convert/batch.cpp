@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+#include "convert/batch.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <list>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <thread>
+
+#include "host/child_process.h"
+#include "host/host_paths.h"
+#include "host/interrupt.h"
+#include "output/describe_finding.h"
+#include "output/exit_codes.h"
+#include "output/terminal.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Clock = std::chrono::steady_clock;
+
+constexpr char kStatusMessage = 'S', kResultMessage = 'R';
+
+void PrintLines(const std::string& model, const std::string& text) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.empty())
+      std::fprintf(stderr, "fbx2czp: %s: %s\n", Printable(model).c_str(), Printable(line).c_str());
+  }
+}
+
+/// Why a conversion ended without a result.
+std::string DescribeSignal(int signal) {
+  const std::string text = "the conversion ended with signal " + std::to_string(signal);
+  constexpr int kKill = 9, kTerminate = 15, kFileTooLarge = 25;
+  if (signal == kKill) return text + ": it was killed, perhaps for lack of memory";
+  if (signal == kTerminate) return text + ": somebody ended it";
+  if (signal == kFileTooLarge) return text + ": a file would have become larger than allowed";
+  return text + "; please send us the model, so that we can mend that";
+}
+
+/// A model whose conversion runs.
+class Running {
+ public:
+  Running(size_t index, const ModelTask& task, const ConvertOptions& options,
+          const std::optional<FinishSettings>& finish, const StatusPrinter& printer, bool keepsInput)
+      : index_(index),
+        work_(task.model),
+        child_(
+            [&](const ChildProcess::Send& send) {
+              // Each message wakes the other process: thousands of them cost more than a small model.
+              const auto onStatus = [&](std::string_view line) {
+                if (printer.Wants(line)) send(kStatusMessage + std::string(line));
+              };
+              ModelResult result;
+              try {
+                result = ConvertInWorkFolder(task, work_, options, finish, onStatus);
+              } catch (const std::exception& error) {
+                result.code = FBX_TO_TS3D_PACKAGE_FAILED;
+                result.reason = error.what();
+              }
+              send(kResultMessage + ToJson(result).dump(-1, ' ', false, Json::error_handler_t::replace));
+            },
+            keepsInput) {}
+
+  size_t Index() const { return index_; }
+  ChildProcess& Child() { return child_; }
+  const WorkFolder& Work() const { return work_; }
+  double Seconds() const { return std::chrono::duration<double>(Clock::now() - begin_).count(); }
+
+  ModelResult result;
+  bool hasResult = false;
+  std::string output;
+
+ private:
+  size_t index_;
+  Clock::time_point begin_ = Clock::now();
+  WorkFolder work_;
+  ChildProcess child_;
+};
+
+class Batch {
+ public:
+  Batch(const std::vector<ModelTask>& tasks, const ConvertOptions& options,
+        const std::optional<FinishSettings>& finish)
+      : tasks_(tasks), options_(options), finish_(finish), printer_(options.verbosity, tasks.size()) {
+    results_.resize(tasks.size());
+  }
+
+  std::vector<ModelResult> Run(bool& interrupted) {
+    const InterruptWatch watch;
+    // A process of its own takes a millisecond, which a single model need not pay: nothing else can suffer.
+    if (tasks_.size() == 1 && options_.report.empty()) return RunHere(watch, interrupted);
+    const size_t atATime = options_.jobs ? options_.jobs : std::max(1u, std::thread::hardware_concurrency());
+    while ((next_ < tasks_.size() || !running_.empty()) && !watch.Interrupted()) {
+      while (next_ < tasks_.size() && running_.size() < atATime && Start(next_)) ++next_;
+      TakeMessages();
+    }
+    interrupted = watch.Interrupted();
+    printer_.ClearBar();
+    running_.clear();
+    return Finished();
+  }
+
+ private:
+  struct InterruptedRun {};
+
+  /// Converts the only model in this process.
+  std::vector<ModelResult> RunHere(const InterruptWatch& watch, bool& interrupted) {
+    const ModelTask& task = tasks_.front();
+    const auto onStatus = [&](std::string_view line) {
+      if (watch.Interrupted()) throw InterruptedRun();
+      printer_.Print(task.name, line);
+    };
+    try {
+      if (const char* problem = Refusal(task)) {
+        Fail(0, FBX_TO_TS3D_NO_FILE, problem);
+      } else {
+        const WorkFolder work(task.model);
+        Complete(0, work, ConvertInWorkFolder(task, work, options_, finish_, onStatus));
+      }
+    } catch (const InterruptedRun&) {
+      interrupted = true;
+    } catch (const std::exception& error) {
+      Fail(0, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+    }
+    printer_.ClearBar();
+    return Finished();
+  }
+
+  std::vector<ModelResult> Finished() {
+    std::vector<ModelResult> finished;
+    for (std::optional<ModelResult>& result : results_) {
+      if (result) finished.push_back(std::move(*result));
+    }
+    return finished;
+  }
+
+  /// @return false when the system has no room for another process until one has ended
+  bool Start(size_t index) {
+    const ModelTask& task = tasks_[index];
+    if (const char* problem = Refusal(task)) {
+      Fail(index, FBX_TO_TS3D_NO_FILE, problem);
+      return true;
+    }
+    std::error_code unknown;
+    const fs::path package = fs::weakly_canonical(task.folder, unknown) / task.Package().filename();
+    if (packages_.emplace(package, index).first->second != index) {
+      Fail(index, kUsageError,
+           "another model of this command line makes the same package, " + task.Package().string());
+      return true;
+    }
+    try {
+      running_.emplace_back(index, task, options_, finish_, printer_, tasks_.size() == 1);
+    } catch (const std::exception& error) {
+      if (!running_.empty()) return false;
+      Fail(index, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+    }
+    return true;
+  }
+
+  static const char* Refusal(const ModelTask& task) {
+    constexpr bool kIsWindows = fs::path::preferred_separator == '\\';
+    const std::string path = task.model.string();
+    if (HasBackslashInName(task.model)) {
+      return "a path with a backslash cannot be converted; rename the file or its folder";
+    }
+    if (kIsWindows && std::any_of(path.begin(), path.end(), [](char c) { return (c & 0x80) != 0; })) {
+      return "on Windows the path may only hold plain Latin letters; rename the file or its folder";
+    }
+    std::error_code failed;
+    const fs::file_status status = fs::status(task.model, failed);
+    if (!fs::exists(status)) return DescribeExitCode(FBX_TO_TS3D_NO_FILE);
+    return fs::is_regular_file(status) ? nullptr : "this is not a file that can be converted";
+  }
+
+  void TakeMessages() {
+    std::vector<ChildProcess*> children;
+    for (Running& model : running_) children.push_back(&model.Child());
+    if (!children.empty()) ChildProcess::WaitForAny(children);
+    for (auto model = running_.begin(); model != running_.end();) {
+      const bool goesOn =
+          model->Child().Receive({[&](std::string_view message) { TakeMessage(*model, message); },
+                                  [&](std::string_view text) { TakeOutput(*model, text); }});
+      if (!goesOn) Finish(*model);
+      model = goesOn ? std::next(model) : running_.erase(model);
+    }
+  }
+
+  void TakeMessage(Running& model, std::string_view message) {
+    if (message.starts_with(kStatusMessage)) {
+      printer_.Print(tasks_[model.Index()].name, message.substr(1));
+    } else if (message.starts_with(kResultMessage)) {
+      model.result = ResultFromJson(Json::parse(message.substr(1)));
+      model.hasResult = true;
+    }
+  }
+
+  /// The reader's own words about a file that it cannot load, and the question for a password.
+  void TakeOutput(Running& model, std::string_view text) {
+    model.output += text;
+    if (tasks_.size() > 1) return;
+    printer_.ClearBar();
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+  }
+
+  void Finish(Running& model) {
+    if (!model.hasResult) {
+      return Fail(model.Index(), kCrashed, DescribeSignal(model.Child().Signal()));
+    }
+    model.result.readerOutput = std::move(model.output);
+    model.result.seconds = model.Seconds();
+    Complete(model.Index(), model.Work(), std::move(model.result));
+  }
+
+  void Complete(size_t index, const WorkFolder& work, ModelResult result) {
+    if (result.code == 0) {
+      try {
+        Publish(tasks_[index], work);
+      } catch (const fs::filesystem_error& error) {
+        result.code = FBX_TO_TS3D_PACKAGE_FAILED;
+        result.reason =
+            "the package cannot be put into " + tasks_[index].folder.string() + ": " + error.code().message();
+        result.package.clear();
+        result.members.clear();
+        result.packageBytes = 0;
+      }
+    }
+    Tell(index, std::move(result));
+  }
+
+  void Fail(size_t index, int code, const std::string& reason) {
+    ModelResult result;
+    result.code = code;
+    result.reason = reason;
+    Tell(index, std::move(result));
+  }
+
+  void Tell(size_t index, ModelResult result) {
+    result.model = tasks_[index].name;
+    printer_.ModelDone();
+    printer_.ClearBar();
+    for (const std::string& loss : result.Losses()) PrintMessage(result.model, Severity::Warning, loss);
+    if (options_.verbosity != Verbosity::Quiet) {
+      for (const std::string& note : result.notes) PrintMessage(result.model, Severity::Note, note);
+    }
+    for (const ts3d::Finding& fault : result.faults) TellFault(result.model, fault);
+    if (result.code != 0) {
+      if (tasks_.size() > 1) PrintLines(result.model, result.readerOutput);
+      PrintMessage(result.model, Severity::Error, result.reason);
+    } else if (tasks_.size() == 1 || options_.verbosity == Verbosity::Verbose) {
+      std::printf("%s: %d points of the model, %d triangles, %ju bytes\n", Printable(result.package).c_str(),
+                  result.vertices, result.triangles, static_cast<uintmax_t>(result.packageBytes));
+      std::fflush(stdout);
+    }
+    results_[index] = std::move(result);
+  }
+
+  void TellFault(const std::string& model, const ts3d::Finding& fault) const {
+    const bool isNote = fault.severity == ts3d::Severity::Note;
+    if (isNote && options_.verbosity == Verbosity::Quiet) return;
+    PrintMessage(model, isNote ? Severity::Note : Severity::Warning,
+                 DescribeFinding(fault) + (fault.fix.empty() ? "" : " " + fault.fix));
+  }
+
+  const std::vector<ModelTask>& tasks_;
+  const ConvertOptions& options_;
+  const std::optional<FinishSettings>& finish_;
+  StatusPrinter printer_;
+  std::vector<std::optional<ModelResult>> results_;
+  std::list<Running> running_;
+  std::map<fs::path, size_t> packages_;  ///< whose package each is
+  size_t next_ = 0;
+};
+
+}  // namespace
+
+std::vector<ModelResult> ConvertAll(const std::vector<ModelTask>& tasks, const ConvertOptions& options,
+                                    const std::optional<FinishSettings>& finish, bool& interrupted) {
+  return Batch(tasks, options, finish).Run(interrupted);
+}
+
+}  // namespace cli

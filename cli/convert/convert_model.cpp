@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "convert/convert_model.h"
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <set>
+
+#include "convert/job_host.h"
+#include "convert/rename_preset.h"
+#include "convert/unmatched_options.h"
+#include "driver/convert.h"
+#include "driver/scene_loader.h"
+#include "finish/finish_history.h"
+#include "finish/finish_names.h"
+#include "host/host_paths.h"
+#include "output/exit_codes.h"
+#include "rig_check/choose_repairs.h"
+#include "rig_check/document_names.h"
+#include "rig_check/rig_faults.h"
+#include "skeleton/skeleton_state.h"
+#include "textures/tga_file.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
+  job.rotationY = options.rotationY;
+  job.rotationX = options.rotationX;
+  job.boneRenameList = JoinList(options.boneRenames);
+  job.meshOptionMode = options.meshMode;
+  std::vector<std::string> meshes = options.meshes;
+  for (const std::string& mesh : options.doubleSidedMeshes) meshes.push_back("!" + mesh);
+  job.meshOptionList = JoinList(meshes);
+  job.exclusionList = options.excludedNames;
+  job.repairs = options.repairs;
+  job.packLevel = options.packLevel;
+  job.holdsSmallFiles = true;
+  job.offerTgaTextures = true;
+  job.plugins = !options.loadsPlugins                     ? ts3d::Plugins::LeaveOut
+                : options.verbosity == Verbosity::Verbose ? ts3d::Plugins::LoadAndName
+                                                          : ts3d::Plugins::Load;
+  job.findsBaseColours = true;
+}
+
+/// A run that could not load its scene leaves the scene library's objects to the next one, which never comes.
+struct SceneOwner {
+  ts3d::ConversionJob& job;
+  ~SceneOwner() { ts3d::DestroySdkObjects(job.sdkManager); }
+};
+
+/// Runs in the work folder, where the converter deletes its work files.
+/// @param request  without paths
+int Convert(const ModelTask& task, const WorkFolder& work, ts3d::ConversionRequest request,
+            ts3d::ConversionJob& job) {
+  const fs::path model = work.Model();
+  request.fbxPath = ConverterPath(model);
+  request.actorPath = ConverterPath(task.model);
+  const CurrentFolder current(model.parent_path());
+  return static_cast<int>(ts3d::RunConversion(job, request));
+}
+
+/// Applies the final settings to what a conversion has just written.
+int Finish(const WorkFolder& work, FinishSettings settings, ts3d::ConversionJob& job, ModelResult& result) {
+  std::ifstream file(WithExtension(work.Model(), "xfg"), std::ios::binary);
+  const std::string document = WithLineFeeds({std::istreambuf_iterator<char>(file), {}});
+  std::vector<std::string> bones;
+  for (const ts3d::BoneNode* bone : job.skeleton->bones.PreOrder()) bones.push_back(bone->name);
+  for (UnmatchedOption& entry : ResolveNames(settings, document, bones))
+    result.unmatchedOptions.push_back(std::move(entry));
+  const TemporaryFolder nowhere;
+  const CurrentFolder current(nowhere.Path());
+  return ApplyFinishSettings(work.Model().string(), settings, document, job);
+}
+
+ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, ModelResult& result) {
+  const ts3d::ChosenRepairs chosen = ts3d::ChooseRepairs(loaded);
+  for (const ts3d::NeededRepair& repair : chosen.needed) {
+    result.notes.push_back("repaired with " + repair.option + ": without it, " + repair.reason);
+  }
+  if (chosen.needed.empty()) result.notes.emplace_back("nothing to repair");
+  return chosen.settings;
+}
+
+/// Keeps what somebody can do something about.
+void TakeFaults(const ts3d::RigFaults& faults, const ts3d::ConversionJob& job, ModelResult& result) {
+  ts3d::RigReport report;
+  faults.Tell(job, report);
+  report.SortFindings();
+  for (ts3d::Finding& finding : report.findings) {
+    if (finding.severity == ts3d::Severity::Fatal) {
+      result.reason = finding.text + " " + finding.fix;
+    } else if (finding.severity == ts3d::Severity::Warning || !finding.fix.empty()) {
+      result.faults.push_back(std::move(finding));
+    }
+  }
+}
+
+void NoteOutsidePictures(const std::set<std::string>& pictures, ModelResult& result) {
+  if (pictures.empty()) return;
+  std::string text = "pictures from outside the model's folder are used:";
+  for (const std::string& picture : pictures) text += " " + picture;
+  result.notes.push_back(std::move(text));
+}
+
+void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& skeleton,
+                      ts3d::ConversionJob& job, ModelResult& result) {
+  const RenamePreset preset(RenamePresetTexts().at(options.renamePreset));
+  std::vector<std::string> renames = options.boneRenames;
+  for (std::string& rename : preset.RenamesOf(NamedBones(skeleton), options.boneRenames)) {
+    renames.push_back(std::move(rename));
+  }
+  if (renames.size() == options.boneRenames.size()) {
+    result.notes.push_back("no bone has a name of --rename-preset " + options.renamePreset);
+  }
+  job.boneRenameList = JoinList(renames);
+}
+
+}  // namespace
+
+fs::path ModelTask::Package() const { return folder / WithExtension(model.filename(), "czp"); }
+
+ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
+                                const std::optional<FinishSettings>& finish,
+                                const std::function<void(std::string_view)>& onStatus) {
+  ModelResult result;
+  JobHost host;
+  host.onStatus = [&](std::string_view line) {
+    if (!IsProgressLine(line)) result.status.emplace_back(line);
+    onStatus(line);
+  };
+  ts3d::ConversionJob job;
+  const SceneOwner owner{job};
+  textures::TextureConverter textures(task.model, options.longestTextureSide, options.textureFolders);
+  textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
+  host.onTexture = [&](const std::string& source, bool exists) {
+    return textures.Provide(job, source, exists);
+  };
+  host.Attach(job);
+  SetUp(job, options);
+  ts3d::RigFaults faults;
+  faults.Watch(job);
+  ts3d::ConversionRequest request;
+  if (options.repairsAsNeeded) {
+    request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) { return RepairAsNeeded(loaded, result); };
+  }
+  request.onConverted = [&](const scene::KFbxNode& root) {
+    result.malformedNames = ts3d::NamesThatBreakDocument(job, job.skeleton->bones);
+    TakeFaults(faults, job, result);
+    if (!NamesSomething(options)) return;
+    result.unmatchedOptions =
+        FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
+  };
+  if (!options.renamePreset.empty()) {
+    request.onSkeleton = [&](const ts3d::SkeletonState& skeleton) {
+      AddPresetRenames(options, skeleton, job, result);
+    };
+  }
+  result.code = Convert(task, work, std::move(request), job);
+  if (result.code == 0 && finish) result.code = Finish(work, *finish, job, result);
+  if (result.code != 0 && result.reason.empty()) {
+    result.reason =
+        job.failureReason.empty() ? DescribeExitCode(result.code) : std::string(job.failureReason);
+  }
+  result.damage = job.damagedArrays;
+  result.textureProblems = textures.Problems();
+  NoteOutsidePictures(textures.OutsidePictures(), result);
+  if (result.code == 0) {
+    result.vertices = job.vertexTotal;
+    result.triangles = job.polygonTotal;
+    const fs::path package = WithExtension(work.Model(), "czp");
+    result.packageBytes = fs::file_size(package);
+    if (!options.report.empty()) result.members = ts3d::ListMembers(package.string());
+    result.package = task.Package().string();
+  }
+  return result;
+}
+
+void Publish(const ModelTask& task, const WorkFolder& work) {
+  fs::create_directories(task.folder);
+  // Beside the model, converted pictures serve the next conversion. Somebody's own file is not written over.
+  for (const std::string& name : work.NewPictures()) {
+    const fs::path target = task.folder / name;
+    const bool isOurs = fs::is_regular_file(fs::symlink_status(target)) && textures::IsWrittenByUs(target);
+    if (task.folder == task.model.parent_path() && (isOurs || !fs::exists(fs::symlink_status(target)))) {
+      work.MoveTo(task.folder, name);
+    }
+  }
+  // The package first: a new document beside an old package is worse than the opposite.
+  work.MoveTo(task.folder, task.Package().filename());
+  work.MoveTo(task.folder, WithExtension(task.model.filename(), "xfg"));
+  if (fs::is_regular_file(task.Package())) return;
+  throw fs::filesystem_error("the package is missing", task.Package(),
+                             std::make_error_code(std::errc::no_such_file_or_directory));
+}
+
+}  // namespace cli

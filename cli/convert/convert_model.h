@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "convert/convert_options.h"
+#include "convert/model_result.h"
+#include "finish/finish_settings.h"
+#include "host/host_paths.h"
+
+namespace cli {
+
+/// One model of a command line.
+struct ModelTask {
+  std::string name;              ///< as the user wrote it
+  std::filesystem::path model;   ///< absolute
+  std::filesystem::path folder;  ///< where package and document go; absolute
+
+  std::filesystem::path Package() const;
+};
+
+/// Converts the model inside `work`, where everything that is written stays.
+/// @param onStatus  takes each status line when it comes
+ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
+                                const std::optional<FinishSettings>& finish,
+                                const std::function<void(std::string_view)>& onStatus);
+
+/// Moves a converted model's document and package from `work` to where they belong.
+/// @throws std::filesystem::filesystem_error when that fails, or the package is not there afterwards
+void Publish(const ModelTask& task, const WorkFolder& work);
+
+}  // namespace cli

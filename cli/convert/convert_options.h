@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/pack_level.h"
+#include "core/repair_settings.h"
+#include "output/status_printer.h"
+#include "textures/texture_converter.h"
+
+namespace cli {
+
+/// What "fbx2czp convert" was asked for.
+struct ConvertOptions {
+  std::vector<std::string> models;  ///< files and folders
+  std::string outputFolder;         ///< empty: beside each model
+  int32_t rotationY = 0;
+  int32_t rotationX = 0;
+  std::vector<std::string> boneRenames;  ///< "old=new"
+  std::string renamePreset;              ///< empty: none
+  int32_t meshMode = 0;
+  std::vector<std::string> meshes;
+  std::vector<std::string> doubleSidedMeshes;
+  std::vector<std::string> excludedNames;
+  ts3d::RepairSettings repairs;                            ///< what is asked for by name
+  bool repairsAsNeeded = false;                            ///< beside those whatever the model needs
+  int longestTextureSide = textures::kDefaultLongestSide;  ///< pixels; larger pictures are refused
+  std::vector<std::string> textureFolders;                 ///< searched for pictures, with all folders below
+  std::string finishSettings;                              ///< JSON file with final settings, or empty
+  unsigned jobs = 0;   ///< models at a time; 0: one for each processor core
+  std::string report;  ///< JSON file to write, or empty
+  std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
+  bool loadsPlugins = true;
+  Verbosity verbosity = Verbosity::Normal;
+};
+
+}  // namespace cli

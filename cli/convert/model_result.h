@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+#include "package/read_member.h"
+#include "rig_check/finding.h"
+#include "textures/texture_converter.h"
+
+namespace cli {
+
+/// A file in a package.
+using ts3d::MemberSize;
+
+/// A name that an option gives and that nothing in the model has.
+struct UnmatchedOption {
+  std::string option;                ///< "--exclude", ...
+  std::string name;                  ///< as the user gave it
+  std::vector<std::string> nearest;  ///< names that the model has, the most similar first
+};
+
+/// What became of one model.
+struct ModelResult {
+  std::string model;                        ///< as the user wrote it
+  int code = 0;                             ///< result code; 0 is success
+  std::string reason;                       ///< why it failed; empty on success
+  std::vector<std::string> status;          ///< status lines in order, without line ends
+  std::string readerOutput;                 ///< what the reader said of a file that it cannot load
+  std::vector<std::string> damage;          ///< arrays of the model that could not be unpacked
+  std::vector<std::string> malformedNames;  ///< names that make the document unreadable
+  std::vector<std::string> notes;           ///< advice in plain words
+  std::vector<ts3d::Finding> faults;        ///< of the rig, which show in the package
+  std::vector<textures::TextureProblem> textureProblems;
+  std::vector<UnmatchedOption> unmatchedOptions;
+  int32_t vertices = 0, triangles = 0;
+  double seconds = 0.0;
+  std::string package;  ///< path; empty on failure
+  uint64_t packageBytes = 0;
+  std::vector<MemberSize> members;
+
+  /// What is wrong with the package, in words: damaged arrays, missing pictures and names.
+  std::vector<std::string> Losses() const;
+  /// How often each coded warning ("***100:...") was given, by its code.
+  std::map<std::string, int> Warnings() const;
+};
+
+/// One model's part of a report, see docs/report.md.
+nlohmann::ordered_json ToJson(const ModelResult& result);
+/// The opposite. @throws nlohmann::json::exception on anything else
+ModelResult ResultFromJson(const nlohmann::ordered_json& json);
+
+/// Writes the report of all models to the file `path`, in one step.
+/// @throws std::runtime_error when it cannot be written
+void WriteReport(const std::string& path, const std::vector<ModelResult>& results, double seconds);
+
+/// A table with a line for each model and one for all of them.
+std::string SummaryTable(const std::vector<ModelResult>& results, double seconds);
+
+}  // namespace cli

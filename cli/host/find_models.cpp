@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "host/find_models.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <stdexcept>
+
+#include "core/names.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+void AddFolder(const std::string& name, const std::string& outputFolder, std::vector<ModelTask>& tasks) {
+  std::vector<fs::path> found;
+  std::error_code failed;
+  // What cannot be looked into is no reason to leave out the rest.
+  fs::recursive_directory_iterator entry(name, fs::directory_options::skip_permission_denied, failed);
+  for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
+    const bool isModel = ts3d::EqualsIgnoreCase(entry->path().extension().string(), ".fbx");
+    std::error_code unknown;
+    if (isModel && entry->is_regular_file(unknown)) found.push_back(entry->path());
+  }
+  std::sort(found.begin(), found.end());
+  for (const fs::path& path : found) {
+    const fs::path model = fs::absolute(path);
+    const fs::path folder = outputFolder.empty()
+                                ? model.parent_path()
+                                : fs::absolute(outputFolder) / path.lexically_relative(name).parent_path();
+    tasks.push_back({path.lexically_normal().string(), model, folder});
+  }
+}
+
+}  // namespace
+
+std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& outputFolder) {
+  std::vector<ModelTask> tasks;
+  for (const std::string& name : names) {
+    std::error_code unknown;
+    if (fs::is_directory(name, unknown)) {
+      AddFolder(name, outputFolder, tasks);
+      continue;
+    }
+    const fs::path model = name.empty() ? fs::path() : fs::absolute(name, unknown);
+    tasks.push_back({name, model, outputFolder.empty() ? model.parent_path() : fs::absolute(outputFolder)});
+  }
+  if (tasks.empty()) throw std::runtime_error("there is no .fbx file in the folders given");
+  return tasks;
+}
+
+}  // namespace cli

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+#include "rig_check/check_rig.h"
+
+#include <new>
+
+#include "config/actor_config.h"
+#include "config/mesh_list.h"
+#include "core/names.h"
+#include "driver/actor_type.h"
+#include "driver/convert.h"
+#include "driver/scene_loader.h"
+#include "mesh/scene_walk.h"
+#include "rig_check/finding_kinds.h"
+#include "rig_check/rig_check.h"
+#include "scene/io_settings.h"
+#include "scene/model/mesh.h"
+#include "scene/model/node.h"
+#include "skeleton/csf_writer.h"
+
+namespace ts3d {
+namespace {
+
+using scene::KFbxNode;
+using EAttributeType = scene::KFbxNodeAttribute::EAttributeType;
+
+/// Settings of an import that writes no embedded pictures.
+scene::KFbxIOSettings WithoutExtraction() {
+  scene::KFbxIOSettings settings;
+  settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
+  return settings;
+}
+
+/// The scene library's objects of a job, as long as it lives.
+class SceneObjects {
+ public:
+  SceneObjects(ConversionJob& job, const CheckOptions& options) : job_(job) {
+    if (options.isQuiet) {
+      CreateQuietSdkObjects(job.sdkManager, job.scene);
+    } else {
+      CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
+    }
+  }
+  ~SceneObjects() { DestroySdkObjects(job_.sdkManager); }
+  SceneObjects(const SceneObjects&) = delete;
+  SceneObjects& operator=(const SceneObjects&) = delete;
+
+ private:
+  ConversionJob& job_;
+};
+
+void StartJob(const std::string& path, const CheckOptions& options, RigCheck& check) {
+  ConversionJob& job = check.job;
+  ResetRun(job);
+  check.lines.Attach(job);
+  job.modelDirectory = DirectoryPart(path);
+  job.inputPath = path;
+  job.actorType = DetectActorType(path);
+  job.exclusionList = options.excludedNames;
+  job.plugins = options.plugins;
+  job.findsBaseColours = true;
+  check.report.objectId = ObjectId(job.actorType, ReplaceExtension(path, "xfg"));
+}
+
+bool Load(const CheckOptions& options, RigCheck& check) {
+  const scene::KFbxIOSettings settings = WithoutExtraction();
+  scene::KFbxImporter importer(check.job.sdkManager->GetReaderRegistry());
+  importer.SetIOSettings(settings);
+  const std::string& path = check.job.inputPath;
+  const bool loaded =
+      (options.source ? importer.InitializeFromMemory(path, *options.source) : importer.Initialize(path)) &&
+      importer.Import(*check.job.scene);
+  if (const auto [major, minor, revision] = importer.GetFileVersion(); major > 0) {
+    check.report.version =
+        std::to_string(major) + "." + std::to_string(minor) + "." + std::to_string(revision);
+  }
+  if (importer.GetLastErrorID() == static_cast<int>(scene::EImportError::ePASSWORD_ERROR)) {
+    check.report.Add(findings::kPassword);
+  } else if (!loaded) {
+    check.report.Add(findings::kNotLoaded, {}, {importer.GetLastErrorString()});
+  }
+  check.job.sceneRoot = check.job.scene->GetRootNode();
+  return loaded;
+}
+
+const char* GeometryName(EAttributeType type) {
+  switch (type) {
+    case EAttributeType::eNURB:
+      return "NURBS surface";
+    case EAttributeType::ePATCH:
+      return "patch";
+    case EAttributeType::eLINE:
+      return "line";
+    default:
+      return nullptr;
+  }
+}
+
+/// Tells of geometry that is no mesh, and of meshes that the package leaves out with an empty one above.
+void CheckNodes(RigCheck& check) {
+  struct Pending {
+    const KFbxNode* node;
+    const KFbxNode* emptyMesh;
+  };
+  std::vector<Pending> pending{{check.job.sceneRoot, nullptr}};
+  while (!pending.empty()) {
+    Pending next = pending.back();
+    pending.pop_back();
+    const scene::KFbxNodeAttribute* attribute = next.node->GetNodeAttribute();
+    if (attribute && attribute->GetAttributeType() == EAttributeType::eMESH) {
+      scene::KFbxMesh* mesh = next.node->GetMesh();
+      const bool empty = !mesh || mesh->GetControlPointsCount() == 0;
+      if (empty && !next.emptyMesh) next.emptyMesh = next.node;
+      if (!empty && next.emptyMesh) {
+        check.report.Add(findings::kHidingMesh, next.node->GetName(), {next.emptyMesh->GetName()});
+      }
+    } else if (const char* geometry = attribute ? GeometryName(attribute->GetAttributeType()) : nullptr) {
+      const bool isLine = attribute->GetAttributeType() == EAttributeType::eLINE;
+      check.report.Add(isLine ? findings::kLine : findings::kNotAMesh, next.node->GetName(), {geometry});
+    }
+    for (int i = next.node->GetChildCount(); i-- > 0;) {
+      pending.push_back({next.node->GetChild(i), next.emptyMesh});
+    }
+  }
+}
+
+void Summarise(RigCheck& check) {
+  const BoneTree& bones = check.job.skeleton->bones;
+  for (const BoneNode* bone : bones.PreOrder()) {
+    const bool isRoot = bone->parent == &bones.Root();
+    const auto id = static_cast<size_t>(bone->id);
+    const auto& nodes = check.job.skeleton->boneNodes;
+    check.report.bones.push_back({bone->name, isRoot ? std::string() : bone->parent->name,
+                                  id < nodes.size() ? nodes[id]->GetName() : bone->name, bone->weighted});
+  }
+  check.report.members = ExpectedMembers(check);
+}
+
+void CheckScene(RigCheck& check) {
+  ExtractSkeleton(check.job);
+  CheckBones(check);
+  CheckPose(check);
+  CheckActorBones(check);
+  for (int i = 0; i < check.job.sceneRoot->GetChildCount(); ++i) {
+    ForEachMeshNode(check.job.sceneRoot->GetChild(i),
+                    [&](const KFbxNode& node) { CheckMeshNode(node, check); });
+  }
+  CheckNodes(check);
+  check.faults.Tell(check.job, check.report);
+  if (check.report.Worst() < Severity::Fatal && check.report.meshes.empty()) {
+    check.report.Add(findings::kAllLeftOut);
+  }
+  for (const std::string& array : check.job.scene->GetDamagedArrays()) {
+    check.report.Add(findings::kDamagedArray, {}, {array});
+  }
+  CheckNames(check);
+  Summarise(check);
+}
+
+}  // namespace
+
+RigReport CheckRig(const std::string& path, const CheckOptions& options) {
+  RigCheck check;
+  StartJob(path, options, check);
+  if (!options.source && !platform::FileExists(path)) {
+    check.report.Add(findings::kNoFile);
+    return std::move(check.report);
+  }
+  const SceneObjects objects(check.job, options);
+  try {
+    check.report.loaded = Load(options, check);
+    if (check.report.loaded) CheckScene(check);
+  } catch (const scene::KFbxMeshExcess& error) {
+    check.report.Add(findings::kNotLoaded, {}, {error.what()});
+  } catch (const std::bad_alloc&) {
+    check.report.Add(findings::kNotLoaded, {}, {"there is not enough memory"});
+  }
+  check.report.SortFindings();
+  return std::move(check.report);
+}
+
+}  // namespace ts3d

@@ -1,0 +1,382 @@
+// SPDX-License-Identifier: MIT
+//
+// All findings and their words. docs/check.md lists the codes.
+#pragma once
+
+#include "rig_check/finding.h"
+
+namespace ts3d::findings {
+
+using enum Severity;
+using enum Subject;
+
+// The file.
+inline constexpr FindingKind kNoFile{"no-file", Fatal, File, "The model file does not exist.",
+                                     "Check the path and the name."};
+inline constexpr FindingKind kNotLoaded{
+    "not-loaded", Fatal, File, "The model cannot be loaded: {}.",
+    "Export it again, as FBX 7.4 (\"FBX 2014\") or later; a damaged download has to be fetched again."};
+inline constexpr FindingKind kDamagedArray{
+    "damaged-array", Warning, File,
+    "The file is damaged: {} cannot be unpacked, and what it holds is missing.",
+    "Export it again; a damaged download has to be fetched again."};
+inline constexpr FindingKind kPassword{"password", Fatal, File, "The model is protected by a password.",
+                                       "Save it without the password."};
+inline constexpr FindingKind kNoMesh{"no-mesh", Fatal, File,
+                                     "The model has no mesh with points, so there is nothing to convert.",
+                                     "Select the meshes for the export, too."};
+inline constexpr FindingKind kMotionOnly{
+    "no-mesh", Fatal, File,
+    "{} bones and no mesh: this file holds a motion, or a skeleton alone, and no model to convert.",
+    "Convert the file that holds the character; or select the meshes for the export, too."};
+inline constexpr FindingKind kDecimalCommas{
+    "decimal-commas", Warning, File,
+    "The numbers of this text file have decimal commas. Commas also stand between its numbers, so that none "
+    "of "
+    "them can be read as it was meant; the package is of no use.",
+    "Export it again as a binary file, or with a system language that writes decimal points."};
+inline constexpr FindingKind kRepairHelps{
+    "repair-helps", Note, File, "{} was tried on this model and helps: without it, {}.",
+    "Convert with this option, or with --repair for all that a model needs."};
+inline constexpr FindingKind kAllLeftOut{
+    "all-left-out", Warning, File, "Every mesh is left out, so the package shows nothing.",
+    "Rename the meshes, rename the file if it is no actor, or exclude fewer names."};
+
+// The skeleton.
+inline constexpr FindingKind kNoSkeleton{
+    "no-skeleton", Warning, File,
+    "The model has no skeleton; its meshes will hang on one stand-in bone, \"dummy_bone\".",
+    "Export the armature or joints together with the meshes."};
+inline constexpr FindingKind kStaticModel{
+    "static-model", Note, File,
+    "No skeleton and no skin: the model will stand still, on one stand-in bone, \"dummy_bone\".",
+    "If it is to move, export the armature or joints together with the meshes."};
+inline constexpr FindingKind kPlaceLost{
+    "place-lost", Warning, Mesh,
+    "Without a skeleton, a mesh is stored as it was modelled, around the origin, without the place, turn and "
+    "scale of its object.",
+    "Convert with --attach-rigid, or apply the transforms of the objects before the export."};
+inline constexpr FindingKind kNoBindPose{
+    "no-bind-pose", Warning, File,
+    "The file has no bind pose. Bones are taken as they stand now, and meshes as they were modelled, and "
+    "these "
+    "are not at the same place.",
+    "Convert with --bind-from-skin, or switch on the bind pose in the exporter."};
+inline constexpr FindingKind kNoBindPoseHarmless{
+    "no-bind-pose-harmless", Note, File,
+    "The file has no bind pose, but its bones and meshes stand where they were bound.", ""};
+inline constexpr FindingKind kHiddenBones{
+    "hidden-bones", Warning, Node,
+    "The file has no attribute for this node, as some exporters write their groups and Nulls. Nothing below "
+    "such a node is found; {} skeleton nodes are there.",
+    "Convert with --open-groups, or move the skeleton to the top of the scene."};
+inline constexpr FindingKind kIdleHiddenBones{
+    "idle-hidden-bones", Note, Node,
+    "The file has no attribute for this node, so that the {} skeleton nodes below it are not found. No mesh "
+    "follows them.",
+    ""};
+inline constexpr FindingKind kSecondRoot{
+    "second-root", Warning, Bone,
+    "The skeleton has more than one root bone. Only the first one is taken, \"{}\"; this one and the bones "
+    "below it are left out, and what they move will not follow.",
+    "Convert with --join-roots, or put all bones below one root bone."};
+inline constexpr FindingKind kIdleSecondRoot{
+    "idle-second-root", Note, Bone,
+    "A further root bone beside \"{}\". It is left out with the bones below it; no mesh follows them.", ""};
+inline constexpr FindingKind kMirroredBone{
+    "mirrored-bone", Warning, Bone,
+    "Mirrored: the scale in the bind pose is negative. The skeleton will not import well.",
+    "Remove the negative scale (apply or freeze the scale) and mirror by renaming and turning instead."};
+inline constexpr FindingKind kUnevenScale{
+    "uneven-scale", Warning, Bone, "The scale differs along the axes; skeleton and skin may look odd.",
+    "Apply or freeze the scale of the bone and of everything above it, then export again."};
+inline constexpr FindingKind kLocalMatrix{
+    "local-matrix", Warning, Bone,
+    "The bind pose says that the matrix is relative to the parent, but it is used as if it were in the "
+    "world.",
+    "Export the bind pose with world matrices; most exporters do by themselves."};
+inline constexpr FindingKind kNearlyEvenScale{"nearly-even-scale", Note, Bone,
+                                              "The conversion will warn of a scale that differs along the "
+                                              "axes, but the difference is too small to see.",
+                                              ""};
+inline constexpr FindingKind kBoneNotBound{
+    "bone-not-bound", Warning, Bone,
+    "A bone with weights is missing from the bind pose; it is taken as it stands now, and that is not where "
+    "its skin was bound. Farthest off is \"{}\", by {}.",
+    "Convert with --bind-from-skin, or reset the bind pose with all bones."};
+inline constexpr FindingKind kBoneNotBoundHarmless{
+    "bone-not-bound-harmless", Note, Bone,
+    "A bone with weights is missing from the bind pose, but it stands where its skin was bound.", ""};
+inline constexpr FindingKind kOtherBindPose{
+    "other-bind-pose", Note, Bone,
+    "The bind pose is not the pose in which the skin was bound. {} bones differ, this one most, by {}. The "
+    "package is sound, but stands in the bind pose.",
+    "Convert with --bind-from-skin to have it stand as it was bound."};
+inline constexpr FindingKind kIdleBoneNotBound{"idle-bone-not-bound", Note, Bone,
+                                               "A bone without weights is missing from the bind pose, as end "
+                                               "bones often are; it is taken as it stands now.",
+                                               ""};
+inline constexpr FindingKind kParentNotBound{
+    "parent-not-bound", Warning, Bone,
+    "The bind pose has the bone, but not the node above it; the bone is put into the wrong place, {} off.",
+    "Reset the bind pose with all bones, or put the bone below another one."};
+inline constexpr FindingKind kRootScale{
+    "root-scale", Warning, Bone,
+    "The root bone is scaled by {}. The stored root is put {} times too far from the origin, at {} instead "
+    "of {}: the model floats in the runtime until an animation places it.",
+    "Convert with --rigid-bones, or apply the scale before the export."};
+inline constexpr FindingKind kRootScaleHarmless{
+    "root-scale-harmless", Note, Bone,
+    "The root bone is scaled by {}. It stands at the origin, so the stored skeleton is as it should be.",
+    "Nothing has to be done; convert with --rigid-bones if the root is to be moved later."};
+inline constexpr FindingKind kScaledBones{
+    "scaled-bones", Warning, Bone,
+    "Bones lose their scales, and what is below them its place: skin and bones do not stand together. {} "
+    "bones "
+    "are off, this one most, by {}.",
+    "Convert with --rigid-bones, or apply the scale of all bones before the export."};
+inline constexpr FindingKind kBonesAstray{"bones-astray", Warning, Bone,
+                                          "At rest the stored bones do not stand where their skin has them. "
+                                          "{} bones are off, this one most, by {}.",
+                                          "Reset the bind pose with all bones and meshes, or try --repair."};
+inline constexpr FindingKind kPosedBones{
+    "posed-bones", Note, Bone,
+    "Now standing elsewhere than in the bind pose; the package gets the bind pose.", ""};
+inline constexpr FindingKind kSameBoneName{
+    "same-bone-name", Warning, Bone, "Several bones have one name; all weights go to the first of them.",
+    "Give each bone a name of its own."};
+inline constexpr FindingKind kIdleSameBoneName{
+    "idle-same-bone-name", Note, Bone, "Several bones have one name; only the first of them has weights.",
+    ""};
+inline constexpr FindingKind kUnnamedBone{
+    "unnamed-bone", Warning, Bone,
+    "A bone below \"{}\" has no name, or none that is left after cleaning; its weights are lost.",
+    "Give the bone a name."};
+inline constexpr FindingKind kBoneNameChanged{
+    "bone-name-changed", Note, Bone,
+    "\"{}\" in the name becomes \"{}\": a sign that names cannot hold goes, and the character before it too.",
+    "Use letters, digits, blanks and underscores only."};
+inline constexpr FindingKind kXmlBoneName{
+    "xml-bone-name", Warning, Bone,
+    "The name has one of the signs & < \" and goes into the document as it is, which cannot be read then.",
+    "Use letters, digits, blanks and underscores only."};
+
+// Actors.
+inline constexpr FindingKind kMissingBones{
+    "missing-bones", Warning, Bone,
+    "The path of the model makes it an actor, but the skeleton lacks bones that the product moves in actors; "
+    "their motion will be lost.",
+    "Rename the bones of the rig, or take \"actor (...)\" out of the path if this is no actor."};
+inline constexpr FindingKind kMissingControls{
+    "missing-control-bones", Note, Bone,
+    "The skeleton lacks bones that the product has for twist and control; it does without them.", ""};
+inline constexpr FindingKind kSimilarBone{"similar-bone", Note, Bone,
+                                          "The bone may be what the product calls \"{}\".",
+                                          "If so, rename it in the rig."};
+inline constexpr FindingKind kBoneCase{
+    "bone-letter-case", Note, Bone,
+    "The product writes this bone \"{}\". Twist and control bones are looked up with these very capitals.",
+    "Rename the bone, capitals included."};
+
+// Meshes.
+inline constexpr FindingKind kHeadPart{
+    "head-part", Note, Mesh,
+    "By the name a part of the head, which is left out: actors get the product's own head.",
+    "To keep a part, give it another name."};
+inline constexpr FindingKind kExcluded{"excluded", Note, Mesh, "Left out, as you asked for.", ""};
+inline constexpr FindingKind kUnknownExclusion{
+    "unknown-exclusion", Warning, Mesh,
+    "Nothing of this name is there to be left out. The nearest names: {}.",
+    "Check the name; it is that of the output mesh."};
+inline constexpr FindingKind kEmptyMesh{"empty-mesh", Note, Mesh, "No points, so nothing to convert.", ""};
+inline constexpr FindingKind kHidingMesh{
+    "hidden-by-empty-mesh", Warning, Mesh,
+    "Below the mesh \"{}\", which has no points; nothing below that one gets into the package.",
+    "Delete the empty mesh, or move the meshes out from below it."};
+inline constexpr FindingKind kUnusedSlot{
+    "unused-material", Note, Mesh,
+    "No triangle uses the material of this part; the package lists it with an empty file.",
+    "Delete the unused material slots."};
+inline constexpr FindingKind kShiftedParts{
+    "shifted-parts", Warning, Mesh,
+    "Gets the material of another part. Materials and mesh files are numbered each by themselves, and the "
+    "numbers differ from \"{}\" on, which is only among one of them.",
+    "Delete material slots that no face uses, and empty meshes; or leave such a part out with --exclude."};
+inline constexpr FindingKind kStrayPoints{
+    "stray-points", Warning, Mesh,
+    "{} points are far from all others: up to {} from the middle of the model, which reaches no farther than "
+    "{} otherwise.",
+    "Delete stray points and forgotten objects."};
+inline constexpr FindingKind kNotAMesh{"not-a-mesh", Warning, Node,
+                                       "Not a mesh but a {}; only polygon meshes are converted.",
+                                       "Turn it into polygons before the export."};
+inline constexpr FindingKind kLine{"line-left-out", Note, Node,
+                                   "Not a mesh but a {}; only polygon meshes are converted.", ""};
+inline constexpr FindingKind kNoTriangles{"no-triangles", Note, Mesh,
+                                          "Points but no faces; nothing will show.",
+                                          "Delete it, or leave it out with --exclude."};
+inline constexpr FindingKind kLoosePoints{"loose-points", Note, Mesh,
+                                          "{} of {} points belong to no face; they are stored for nothing.",
+                                          "Delete loose points and edges."};
+inline constexpr FindingKind kDroppedPolygons{"dropped-polygons", Warning, Mesh,
+                                              "{} polygons name points that do not exist; they are left out.",
+                                              "Clean the mesh up and export it again."};
+inline constexpr FindingKind kDegenerate{"degenerate-triangles", Note, Mesh,
+                                         "{} triangles use a point twice; they are left out.",
+                                         "Merge points or clean the mesh up."};
+inline constexpr FindingKind kNoMaterialTriangles{
+    "lost-triangles", Warning, Mesh,
+    "{} triangles have a material number that the mesh does not have; they "
+    "are left out.",
+    "Assign the materials anew."};
+inline constexpr FindingKind kBadPoints{"bad-points", Warning, Mesh,
+                                        "{} points have no usable position (not a number, or endless).",
+                                        "Clean the mesh up and export it again."};
+inline constexpr FindingKind kShapes{
+    "shapes", Note, Mesh,
+    "{} shape keys (blend shapes): the mesh is stored as they stand now; the keys "
+    "themselves are not in the package.",
+    ""};
+
+// Skins.
+inline constexpr FindingKind kMeshNotBound{
+    "mesh-not-bound", Warning, Mesh,
+    "Missing from the bind pose: stored as it was modelled, without the place, turn and scale of the "
+    "object.",
+    "Convert with --attach-rigid, apply the transforms of the object, or reset the bind pose with this "
+    "mesh."};
+inline constexpr FindingKind kSkinNotBound{
+    "skin-not-bound", Warning, Mesh,
+    "Missing from the bind pose: stored as it was modelled, but its bones stand elsewhere. Skin and bone are "
+    "farthest apart at \"{}\", by {}.",
+    "Convert with --bind-from-skin, or reset the bind pose with this mesh and its bones."};
+inline constexpr FindingKind kSkinOffBones{
+    "skin-off-bones", Warning, Mesh,
+    "The skin is not where its bones are. They are farthest apart at \"{}\", by {}.",
+    "Reset the bind pose with all bones and meshes, or try --repair."};
+inline constexpr FindingKind kNoSkin{
+    "no-skin", Warning, Mesh, "No skin: it will stick to the root bone \"{}\" as a whole.",
+    "Bind it to the skeleton; give all points full weight on one bone to make it follow that one."};
+inline constexpr FindingKind kNoSkinOnBone{
+    "no-skin-on-bone", Warning, Mesh,
+    "Hung on the bone \"{}\" without a skin. Only skins count: it will stick to the root bone \"{}\".",
+    "Convert with --attach-rigid, or bind it to the skeleton with full weight on that bone."};
+inline constexpr FindingKind kSeveralSkins{"several-skins", Note, Mesh,
+                                           "{} skins; the weights of all of them are put together.", ""};
+inline constexpr FindingKind kUnknownLink{
+    "unknown-link", Warning, Bone,
+    "Meshes have weights for this name, but the skeleton that is taken has no such bone; {} weights are "
+    "lost.",
+    "Convert with --join-roots, or --open-groups where a group hides the bones; or move the weights to other "
+    "bones."};
+inline constexpr FindingKind kNamesake{
+    "namesake", Warning, Bone,
+    "Meshes have weights for a bone of this name in another skeleton, which is left out. They go to the bone "
+    "of this name in the skeleton that is taken.",
+    "Convert with --join-roots, which tells them apart, or export one character at a time."};
+inline constexpr FindingKind kNoLink{"cluster-without-bone", Warning, Mesh,
+                                     "{} weight lists name no bone; their weights are lost.",
+                                     "Bind the mesh anew."};
+inline constexpr FindingKind kUnweighted{
+    "unweighted-vertices", Warning, Mesh,
+    "{} of {} points have no weight and will stay with the root bone. Most are near {}.",
+    "Paint weights for them; select the points without weights to find them."};
+inline constexpr FindingKind kManyInfluences{
+    "many-influences", Note, Mesh,
+    "{} of {} points follow more than 4 bones, up to {}. All are stored; some graphics paths use 4.",
+    "Limit the weights to 4 bones a point if the skin tears."};
+inline constexpr FindingKind kBadWeights{
+    "bad-weights", Warning, Mesh,
+    "{} points have negative weights, or weights that add up to nothing, and will be misplaced.",
+    "Normalise the weights."};
+inline constexpr FindingKind kUnevenWeights{
+    "unnormalised-weights", Note, Mesh,
+    "The weights of {} points do not add up to 1; they are stored as if they did.", ""};
+inline constexpr FindingKind kBadIndices{
+    "weights-out-of-range", Note, Mesh,
+    "{} weights are for points that the mesh does not have; they are lost.",
+    "If the mesh was changed after it was bound, bind it anew."};
+inline constexpr FindingKind kAdditive{
+    "additive-skin", Warning, Mesh,
+    "The weights are meant to add to each other. The package knows blended weights only, so the mesh will "
+    "move otherwise than in the modelling program.",
+    "Bind it with normalised weights."};
+inline constexpr FindingKind kTotalOne{
+    "total-one-skin", Note, Mesh,
+    "Weights that add up to less than 1 are meant to move points only in part. The package stores them as "
+    "full weights.",
+    "Bind it with normalised weights if it moves too much."};
+
+// Names.
+inline constexpr FindingKind kNameChanged{
+    "mesh-name-changed", Note, Mesh,
+    "\"{}\" in the name becomes \"{}\": a sign that names cannot hold goes, and the character before it too.",
+    "Use letters, digits, blanks and underscores only."};
+inline constexpr FindingKind kXmlName{
+    "xml-name", Warning, Mesh,
+    "The name has one of the signs & < \" and goes into the document as it is, which cannot be read then.",
+    "Use letters, digits, blanks and underscores only."};
+inline constexpr FindingKind kUnwritable{"unwritable-name", Warning, Mesh,
+                                         "The name cannot be that of a file, so the mesh is left out.",
+                                         "Use letters, digits, blanks and underscores only."};
+inline constexpr FindingKind kNameClash{
+    "name-clash", Warning, Mesh,
+    "\"{}\" and \"{}\" make files of this one name, and only the last of them gets into the package.",
+    "Rename one of the meshes. Further materials of a mesh add _a, _b, ... to its name."};
+inline constexpr FindingKind kCaseClash{
+    "name-case-clash", Warning, Mesh,
+    "\"{}\" and \"{}\" make files whose names differ in capitals only; where capitals do not count, one "
+    "takes the place of the other.",
+    "Rename one of the meshes. Further materials of a mesh add _a, _b, ... to its name."};
+
+// Materials and pictures.
+inline constexpr FindingKind kNoMaterial{"no-material", Note, Mesh, "No material; a grey one is made.", ""};
+inline constexpr FindingKind kUnknownMaterial{
+    "unknown-material", Warning, Material,
+    "Shading of a kind that is not known; only Phong and Lambert are. All colours are stored as black, or as "
+    "white below a picture.",
+    "Change to Phong or Lambert; other kinds do not export well."};
+inline constexpr FindingKind kOpacityZero{
+    "opacity-zero", Note, Material,
+    "The model gives transparency 0 (solid), and the converter stores that number as opacity: 0, as for most "
+    "exports. Where the runtime heeds it, nothing is to be seen.",
+    "If it is invisible in the product, set the transparency factor of the material to 1 and export again."};
+inline constexpr FindingKind kOpacityPartial{
+    "opacity-partial", Note, Material,
+    "The transparency {} is stored as opacity: the more transparent in the model, the more solid here.",
+    "Set the transparency factor to the opacity that you want."};
+inline constexpr FindingKind kColourRange{
+    "colour-range", Note, Material, "A colour is below 0 or above 1 and is stored below 0 or above 255.",
+    "Keep colours between 0 and 1."};
+inline constexpr FindingKind kSeveralTextures{"several-textures", Note, Material,
+                                              "{} colour pictures; only the first is used.", ""};
+inline constexpr FindingKind kNotAPicture{
+    "texture-not-a-file", Warning, Material,
+    "The colour is a stack of layers or made by the modelling program, not a picture file; it is left out.",
+    "Bake the colour into one picture."};
+inline constexpr FindingKind kMapsIgnored{"maps-ignored", Note, Material,
+                                          "Only the colour picture is used, not the one for {}.", ""};
+inline constexpr FindingKind kTextureNameless{"texture-nameless", Warning, Material,
+                                              "The colour picture has no file name.",
+                                              "Save the picture and assign it again."};
+inline constexpr FindingKind kTextureClash{
+    "texture-clash", Warning, Texture,
+    "\"{}\" and \"{}\" get this one name in the package, and all materials show the same picture.",
+    "Rename one of the pictures; what comes behind the first point of a name does not count."};
+inline constexpr FindingKind kTextureUnused{
+    "texture-unusable", Warning, Mesh,
+    "No texture coordinates, so the picture of the material \"{}\" is not used.", "Unwrap it (UV)."};
+inline constexpr FindingKind kNoCoordinates{"no-uvs", Note, Mesh, "No texture coordinates.", ""};
+inline constexpr FindingKind kMissingCoordinates{
+    "missing-uvs", Warning, Mesh, "{} vertices have no texture coordinate; the picture smears there.",
+    "Unwrap all faces (UV)."};
+
+// What only the caller of the check can tell.
+inline constexpr FindingKind kTextureMissing{
+    "texture-missing", Warning, Texture, "The picture \"{}\" is not found. Looked at: {}.",
+    "Put the picture beside the model, or name its folder with --textures."};
+inline constexpr FindingKind kTextureUnreadable{"texture-unreadable", Warning, Texture,
+                                                "The picture {} cannot be converted: {}.",
+                                                "Save it as .tga beside the model."};
+
+}  // namespace ts3d::findings

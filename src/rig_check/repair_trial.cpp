@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "rig_check/repair_trial.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_set>
+#include <vector>
+
+#include "core/mesh_filter.h"
+#include "core/names.h"
+#include "driver/convert.h"
+#include "mesh/scene_walk.h"
+#include "scene/model/scene.h"
+#include "skeleton/bind_pose.h"
+#include "skeleton/csf_writer.h"
+#include "skeleton/rigid_meshes.h"
+#include "skeleton/skeleton_state.h"
+
+namespace ts3d {
+namespace {
+
+using scene::KFbxCluster;
+using scene::KFbxMesh;
+using scene::KFbxNode;
+using scene::KFbxVector4;
+using scene::KFbxXMatrix;
+
+/// The next skeleton node above `node`, extracted or not.
+const KFbxNode* SkeletonAbove(const KFbxNode& node) {
+  const KFbxNode* above = node.GetParent();
+  while (above && !above->IsSkeleton()) above = above->GetParent();
+  return above;
+}
+
+/// By what the file says, so that nothing is decoded.
+bool HasPoints(const KFbxMesh& mesh) { return scene::ClaimedCount(mesh.GetRecord().Child("Vertices")) > 0; }
+
+KFbxXMatrix Rigid(const KFbxVector4& translation, const KFbxVector4& euler) {
+  return {translation, euler, {1, 1, 1}};
+}
+
+}  // namespace
+
+RepairTrial::RepairTrial(const ConversionJob& loaded, const RepairSettings& repairs) {
+  job_.repairs = repairs;
+  job_.exclusionList = loaded.exclusionList;
+  job_.singleRootWarningGiven = true;
+  ResetRun(job_);
+  job_.actorType = loaded.actorType;
+  job_.isFbxFile = loaded.isFbxFile;
+  job_.scene = loaded.scene;
+  job_.sceneRoot = loaded.sceneRoot;
+  ExtractSkeleton(job_);
+  size_ = MeasureSize();
+}
+
+size_t RepairTrial::LostBones() {
+  std::unordered_set<const KFbxNode*> lost;
+  const auto need = [&](const KFbxNode* bone) {
+    if (bone && bone->IsSkeleton() && !job_.skeleton->boneOf.contains(bone)) lost.insert(bone);
+  };
+  ForEachCluster([&](const KFbxNode&, const KFbxCluster& cluster) { need(cluster.GetLink()); });
+  ForEachMesh([&](const KFbxNode& node, const KFbxMesh& mesh) {
+    if (!HasSkin(mesh)) need(SkeletonAbove(node));
+  });
+  return lost.size();
+}
+
+size_t RepairTrial::UnboundSkins() {
+  size_t unbound = 0;
+  std::unordered_set<const KFbxNode*> unposed;
+  ForEachCluster([&](const KFbxNode& node, const KFbxCluster& cluster) {
+    const auto linkBind = cluster.GetTransformLinkMatrix();
+    const auto meshBind = cluster.GetTransformMatrix();
+    if (!linkBind || !meshBind || !job_.skeleton->hasExtractedBones) return;
+    const KFbxXMatrix link = WorldOf(*cluster.GetLink());
+    unbound += Differ(link, *linkBind);
+    // A mesh without an entry in the bind pose keeps its own space, wherever its bones are.
+    if (BindPoseIndex(&node, *job_.scene, *job_.skeleton) >= 0) return;
+    if (Differ(link * linkBind->Inverse() * *meshBind, {})) unposed.insert(&node);
+  });
+  return unbound + unposed.size();
+}
+
+size_t RepairTrial::StrayMeshes() {
+  size_t stray = 0;
+  SkeletonState& skeleton = *job_.skeleton;
+  ForEachMesh([&](const KFbxNode& node, const KFbxMesh& mesh) {
+    if (HasSkin(mesh) || job_.repairs.attachRigid) return;
+    const bool isPosed = skeleton.hasExtractedBones && BindPoseIndex(&node, *job_.scene, skeleton) >= 0;
+    const bool leavesBone = skeleton.hasExtractedBones && BoneAbove(node, skeleton) > 0;
+    stray += leavesBone || (!isPosed && Differ(WorldOf(node), {}));
+  });
+  return stray;
+}
+
+size_t RepairTrial::MisplacedBones() {
+  const SkeletonState& skeleton = *job_.skeleton;
+  std::unordered_set<int32_t> used;
+  const auto use = [&](const KFbxNode* bone) {
+    if (const auto found = skeleton.boneOf.find(bone); found != skeleton.boneOf.end())
+      used.insert(found->second);
+  };
+  ForEachCluster([&](const KFbxNode&, const KFbxCluster& cluster) { use(cluster.GetLink()); });
+  ForEachMesh([&](const KFbxNode& node, const KFbxMesh& mesh) {
+    if (!HasSkin(mesh)) use(SkeletonAbove(node));
+  });
+  std::vector<KFbxXMatrix> composed(skeleton.boneNodes.size());
+  size_t misplaced = 0;
+  for (const BoneNode* bone : skeleton.bones.PreOrder()) {
+    const auto id = static_cast<size_t>(bone->id);
+    if (id >= composed.size()) continue;
+    composed[id] = Rigid(bone->translation, bone->rotationEuler);
+    if (bone->parent->id >= 0) composed[id] = composed[static_cast<size_t>(bone->parent->id)] * composed[id];
+    if (!used.contains(bone->id)) continue;
+    const KFbxXMatrix world = skeleton.actorTurn * WorldOf(*skeleton.boneNodes[id]);
+    const KFbxXMatrix space = Rigid(bone->boneSpaceTranslation, bone->boneSpaceRotationEuler);
+    misplaced += Differ(composed[id], Rigid(world.GetT(), world.GetR())) || Differ(composed[id] * space, {});
+  }
+  return misplaced;
+}
+
+void RepairTrial::ForEachMesh(const VisitMesh& visit) {
+  for (int i = 0; i < job_.sceneRoot->GetChildCount(); ++i) {
+    ForEachMeshNode(job_.sceneRoot->GetChild(i), [&](const KFbxNode& node) {
+      const KFbxMesh* mesh = node.GetMesh();
+      if (skipThisMesh(SanitizeMeshName(node.GetName()), job_) || !mesh || !HasPoints(*mesh)) return;
+      visit(node, *mesh);
+    });
+  }
+}
+
+void RepairTrial::ForEachCluster(const VisitCluster& visit) {
+  ForEachMesh([&](const KFbxNode& node, const KFbxMesh& mesh) {
+    for (int s = 0; s < mesh.GetSkinCount(); ++s) {
+      const scene::KFbxSkin& skin = *mesh.GetSkin(s);
+      for (int c = 0; c < skin.GetClusterCount(); ++c) {
+        const KFbxCluster& cluster = *skin.GetCluster(c);
+        if (cluster.GetLink() && cluster.GetClaim() > 0) visit(node, cluster);
+      }
+    }
+  });
+}
+
+KFbxXMatrix RepairTrial::WorldOf(const KFbxNode& node) {
+  if (!job_.skeleton->hasExtractedBones) return node.GetGlobalFromDefaultTake();
+  return BindWorld(node, *job_.scene, *job_.skeleton);
+}
+
+bool RepairTrial::Differ(const KFbxXMatrix& a, const KFbxXMatrix& b) const {
+  constexpr double kVisiblePlace = 0.004, kVisibleTurn = 0.01;
+  if ((a.GetT() - b.GetT()).Length() > kVisiblePlace * size_) return true;
+  for (size_t axis = 0; axis < 3; ++axis) {
+    double difference = 0.0, length = 0.0;
+    for (size_t i = 4 * axis; i < 4 * axis + 3; ++i) {
+      difference = std::max(difference, std::abs(a.At(i) - b.At(i)));
+      length = std::max({length, std::abs(a.At(i)), std::abs(b.At(i))});
+    }
+    if (difference > kVisibleTurn * length) return true;
+  }
+  return false;
+}
+
+/// Of places that are all one, a thousandth of their distance from the origin. Without bones that of the
+/// meshes.
+double RepairTrial::MeasureSize() {
+  constexpr double kSmallest = 1e-6;
+  std::vector<KFbxVector4> places;
+  for (const KFbxNode* node : job_.skeleton->boneNodes) places.push_back(WorldOf(*node).GetT());
+  if (places.empty()) {
+    ForEachMesh([&](const KFbxNode& node, const KFbxMesh&) { places.push_back(WorldOf(node).GetT()); });
+  }
+  if (places.empty()) return kSmallest;
+  KFbxVector4 low = places.front(), high = low;
+  double farthest = 0.0;
+  for (const KFbxVector4& place : places) {
+    farthest = std::max(farthest, (place - KFbxVector4(0, 0, 0)).Length());
+    for (size_t axis = 0; axis < 3; ++axis) {
+      low[axis] = std::min(low[axis], place[axis]);
+      high[axis] = std::max(high[axis], place[axis]);
+    }
+  }
+  return std::max({(high - low).Length(), farthest / 1000.0, kSmallest});
+}
+
+}  // namespace ts3d

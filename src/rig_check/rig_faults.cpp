@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "rig_check/rig_faults.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/bulk.h"
+#include "rig_check/bone_places.h"
+#include "rig_check/choose_repairs.h"
+#include "rig_check/finding_kinds.h"
+#include "scene/model/mesh.h"
+#include "skeleton/skeleton_state.h"
+
+namespace ts3d {
+namespace {
+
+using Point = std::array<float, 3>;
+
+bool IsFinite(const Point& p) {
+  return std::all_of(p.begin(), p.end(), [](float number) { return std::isfinite(number); });
+}
+
+void TellStrayPoints(const std::vector<MeshFacts>& meshes, RigReport& report) {
+  std::vector<Point> all;
+  for (const MeshFacts& mesh : meshes) all.insert(all.end(), mesh.points.begin(), mesh.points.end());
+  const std::optional<Bulk> bulk = FindBulk(all);
+  if (!bulk) return;
+  for (const MeshFacts& mesh : meshes) {
+    size_t count = 0;
+    double farthest = 0.0;
+    for (const Point& point : mesh.points) {
+      const double distance = bulk->DistanceOf(point);
+      count += distance > bulk->radius;
+      farthest = std::max(farthest, distance);
+    }
+    if (count == 0) continue;
+    report.Add(findings::kStrayPoints, mesh.node->GetName(),
+               {std::to_string(count), ShortNumber(farthest), ShortNumber(bulk->radius)});
+  }
+}
+
+/// Trying takes time, so that it is left to models with a fault.
+void TellRepairs(const ConversionJob& job, RigReport& report) {
+  const bool isFaulty =
+      std::any_of(report.findings.begin(), report.findings.end(), [](const Finding& finding) {
+        return finding.severity == Severity::Warning || finding.code == findings::kOtherBindPose.code;
+      });
+  if (!isFaulty) return;
+  for (const NeededRepair& repair : ChooseRepairs(job).needed) {
+    report.Add(findings::kRepairHelps, {}, {repair.option, repair.reason});
+  }
+}
+
+}  // namespace
+
+bool MeshFacts::Follows(int32_t bone) const {
+  return bone >= 0 && static_cast<size_t>(bone) < follows.size() && follows[static_cast<size_t>(bone)];
+}
+
+bool MeshFacts::FollowsAny() const {
+  return std::find(follows.begin(), follows.end(), true) != follows.end();
+}
+
+bool MeshFacts::IsPosed(const SkeletonState& skeleton) const {
+  return (pose && pose->Find(node) >= 0) || BoundMatrix(*node, skeleton);
+}
+
+void RigFaults::Watch(ConversionJob& job) {
+  job.onMesh = [this, &job](const ConvertedMesh& mesh) { Take(mesh, job); };
+}
+
+void RigFaults::Take(const ConvertedMesh& mesh, const ConversionJob& job) {
+  MeshFacts facts{&mesh.node, mesh.files, job.skeleton->bindPose, {}, {}};
+  facts.follows.resize(static_cast<size_t>(job.skeleton->bones.BoneCount()));
+  const size_t pointCount = mesh.data.points.size() / 3;
+  for (size_t i = 0; i < std::min(pointCount, mesh.data.records.size()); ++i) {
+    if (mesh.data.records[i].influenceList == -1) continue;
+    for (const BoneWeight& influence : mesh.data.influences.Of(static_cast<int32_t>(i))) {
+      if (influence.weight != 0.0f) facts.follows[static_cast<size_t>(influence.bone)] = true;
+    }
+    Point point{};
+    for (size_t axis = 0; axis < 3; ++axis) point[axis] = static_cast<float>(mesh.data.points[3 * i + axis]);
+    if (IsFinite(point)) facts.points.push_back(point);
+  }
+  meshes_.push_back(std::move(facts));
+}
+
+void RigFaults::Tell(const ConversionJob& job, RigReport& report) const {
+  TellFileFaults(job, report);
+  const bool isHidden = TellLostBones(job, meshes_, report);
+  if (job.skeleton->hasExtractedBones) {
+    TellSkinPlaces(job, meshes_, report);
+    TellRootScale(job, meshes_, report);
+  } else if (!isHidden) {
+    TellStaticMeshes(job, meshes_, report);
+  }
+  TellShiftedParts(job, meshes_, report);
+  TellStrayPoints(meshes_, report);
+  TellRepairs(job, report);
+}
+
+double ModelSize(const std::vector<MeshFacts>& meshes, const SkeletonState& skeleton) {
+  std::array<double, 3> low{}, high{};
+  bool empty = true;
+  const auto add = [&](double x, double y, double z) {
+    const std::array<double, 3> point{x, y, z};
+    for (size_t axis = 0; axis < 3; ++axis) {
+      low[axis] = empty ? point[axis] : std::min(low[axis], point[axis]);
+      high[axis] = empty ? point[axis] : std::max(high[axis], point[axis]);
+    }
+    empty = false;
+  };
+  for (const MeshFacts& mesh : meshes) {
+    for (const Point& p : mesh.points) {
+      add(static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2]));
+    }
+  }
+  for (size_t id = 0; id < skeleton.boneNodes.size(); ++id) {
+    const scene::KFbxVector4 place =
+        StoredPlace(*skeleton.bones.FindById(static_cast<int32_t>(id)), skeleton).GetT();
+    add(place[0], place[1], place[2]);
+  }
+  return std::max({high[0] - low[0], high[1] - low[1], high[2] - low[2]});
+}
+
+}  // namespace ts3d
