@@ -14,7 +14,6 @@ using scene::EImportError;
 /// A format whose files open with the word "sesame".
 class LockedFile : public scene::KFbxOpenFile {
  public:
-  scene::KFbxFileVersion GetVersion() const override { return {6, 1, 0}; }
   scene::KFbxImportStatus Read(scene::KFbxScene& scene, const scene::KFbxIOSettings& settings) override {
     if (!settings.GetBoolProp("Import|AdvOptGrp|FileFormat|Fbx|Password_Enable", false) ||
         settings.GetStringProp("Import|AdvOptGrp|FileFormat|Fbx|Password", "") != "sesame") {
@@ -27,7 +26,6 @@ class LockedFile : public scene::KFbxOpenFile {
 
 class LockedReader : public scene::KFbxReader {
  public:
-  std::string_view GetExtension() const override { return "lock"; }
   bool Detects(std::string_view head) const override { return head.starts_with("LOCKED"); }
   std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, scene::KFbxFileVersion& version,
                                             scene::KFbxImportStatus&) const override {

@@ -13,8 +13,8 @@ using preview::Vector;
 
 constexpr int kX = 0, kY = 1, kZ = 2;
 
-/// A person 1.8 tall, arms along X, facing +Z, that stands on the ground along Y; then its axes change
-/// places.
+/// A person 1.8 tall, arms along X, facing +Z, that stands on
+/// the ground along Y; then its axes change places.
 struct Person {
   std::array<int, 3> to{kX, kY, kZ};   ///< where X, Y and Z go
   std::array<float, 3> sign{1, 1, 1};  ///< of what arrives

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// A fixture, one of everything: a skinned, textured mesh with two materials and mostly a shape, bones and a
-/// bind pose.
+/// A fixture, one of everything: a skinned, textured mesh with
+/// two materials and mostly a shape, bones and a bind pose.
 std::string Fixture(const std::string& name) {
   const std::string bytes = support::ReadWholeFile(TS3D_SOURCE_FOLDER "/tests/fixtures/" + name + ".fbx");
   EXPECT_NE(support::LoadSceneBytes(bytes)->GetRootNode()->GetChildCount(), 0) << name;

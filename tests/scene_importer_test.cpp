@@ -134,7 +134,6 @@ TEST(Importer, WhatIsNoSoundFileIsRefusedWithTheReason) {
 /// A reader that takes every file and has no memory for any.
 class HungryReader : public scene::KFbxReader {
  public:
-  std::string_view GetExtension() const override { return "fbx"; }
   bool Detects(std::string_view) const override { return true; }
   std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, scene::KFbxFileVersion&,
                                             scene::KFbxImportStatus&) const override {

@@ -5,8 +5,8 @@
 
 namespace cli {
 
-/// Adds "fbx2czp completion bash|zsh|fish": a script that lets the shell complete commands, options and
-/// files.
+/// Adds "fbx2czp completion bash|zsh|fish": a script that lets
+/// the shell complete commands, options and files.
 void AddCompletionCommand(CLI::App& app, RunCommand& run);
 
 }  // namespace cli

@@ -77,8 +77,8 @@ void CopyMember(unzFile from, const std::string& name, zipFile to) {
   Check(unzCloseCurrentFile(from), "a member is damaged");
 }
 
-/// Adds the member `from` to `to`, deflated anew. Larger ones than are deflated at once stay as they are
-/// packed.
+/// Adds the member `from` to `to`, deflated anew. Larger ones
+/// than are deflated at once stay as they are packed.
 void DeflateMember(unzFile from, const std::string& name, const ts3d::MemberDeflater& deflater, zipFile to) {
   unz_file_info64 info;
   Check(unzGetCurrentFileInfo64(from, &info, nullptr, 0, nullptr, 0, nullptr, 0), "a member cannot be read");

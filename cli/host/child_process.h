@@ -32,8 +32,6 @@ class ChildProcess {
 
   /// Takes what has arrived. @return false once the work has ended and everything is taken
   bool Receive(const Receiver& receiver);
-  /// Ends the process now.
-  void Kill();
   /// After Receive() returned false: 0, or the number of the signal that ended the process.
   int Signal() const;
 

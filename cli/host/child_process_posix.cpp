@@ -167,10 +167,6 @@ bool ChildProcess::Receive(const Receiver& receiver) {
   return false;
 }
 
-void ChildProcess::Kill() {
-  if (state_->process > 0) kill(state_->process, SIGKILL);
-}
-
 int ChildProcess::Signal() const { return state_->signal; }
 
 void ChildProcess::WaitForAny(const std::vector<ChildProcess*>& children) {

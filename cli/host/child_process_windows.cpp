@@ -27,8 +27,6 @@ bool ChildProcess::Receive(const Receiver& receiver) {
   return false;
 }
 
-void ChildProcess::Kill() {}
-
 int ChildProcess::Signal() const { return 0; }
 
 void ChildProcess::WaitForAny(const std::vector<ChildProcess*>&) {}

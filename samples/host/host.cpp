@@ -1,6 +1,5 @@
-// SPDX-License-Identifier: MIT
-// A host in C++: converts a model that it has in memory, takes the package into memory, and tells what is in
-// it.
+// SPDX-License-Identifier: MIT A host in C++: converts a model that it
+// has in memory, takes the package into memory, and tells what is in it.
 //   host MODEL.fbx PACKAGE.czp     paths in UTF-8
 #include <fstream>
 #include <iostream>

@@ -8,8 +8,8 @@
 
 namespace actor {
 
-/// Reads a document from memory; `document.memberName` stays. Names keep their bytes, whatever their
-/// encoding.
+/// Reads a document from memory; `document.memberName` stays.
+/// Names keep their bytes, whatever their encoding.
 /// @return false when the bytes are no well-formed document; `error` tells where, `document` holds what came
 /// before. Also false when a number is none: it keeps its default, and all else is read
 bool ReadDocument(std::string_view bytes, Document& document, std::string& error);

@@ -6,8 +6,8 @@
 namespace ts3d {
 namespace {
 
-// Trailing blanks and repeated product names are meant: the product knows its bones by exactly these names.
-// clang-format off
+// Trailing blanks and repeated product names are meant: the
+// product knows its bones by exactly these names. clang-format off
 constexpr std::pair<std::string_view, std::string_view> kBoneNameMap[] = {
     {"headcontrol", "head control"},
     {"L_bicepA", "!left bicep a"},

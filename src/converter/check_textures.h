@@ -9,8 +9,8 @@
 
 namespace ts3d {
 
-/// Adds findings for the pictures that a conversion of `model` (an absolute path) would not find or not
-/// understand.
+/// Adds findings for the pictures that a conversion of `model`
+/// (an absolute path) would not find or not understand.
 /// @param folders  searched as well, see textures::TextureFinder
 void AddTextureFindings(const std::filesystem::path& model, const std::vector<std::string>& folders,
                         RigReport& report);

@@ -55,8 +55,8 @@ class Converter {
  public:
   void SetUp(ConverterOptions options, ConverterHost host);
 
-  /// @param package  where the package goes; empty: to the host's `onPackage` or, without that, beside the
-  /// model
+  /// @param package where the package goes; empty: to the host's
+  /// `onPackage` or, without that, beside the model
   int32_t Convert(const ModelInput& model, const std::filesystem::path& package);
   /// Applies final settings to a package.
   int32_t Finish(const FinalSettings& settings, std::string boneRenames, int32_t rotationX,

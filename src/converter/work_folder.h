@@ -41,8 +41,8 @@ class WorkFolder {
   /// The model as it is named in this folder: as "<stem>.fbx" when its extension has not three letters.
   std::filesystem::path Model() const { return folder_.Path() / modelName_; }
 
-  /// Moves the file `name` into `folder`, over any file of that name. Nothing happens when there is no such
-  /// file.
+  /// Moves the file `name` into `folder`, over any file of that
+  /// name. Nothing happens when there is no such file.
   void MoveTo(const std::filesystem::path& folder, const std::filesystem::path& name) const;
 
   /// Names of the ".tga" files that were written here.

@@ -56,9 +56,9 @@ struct ConversionJob {
   /// Names (of meshes and materials) that are left out, in any letter case. The exports leave it empty.
   std::vector<std::string> exclusionList;
 
-  /// Whether work files that fit into a writer's buffer stay in `heldFiles` instead of going to the disk:
-  /// making and deleting a file takes longer than packing it. Nobody sees them there, so the exports leave it
-  /// off.
+  /// Whether work files that fit into a writer's buffer stay in `heldFiles`
+  /// instead of going to the disk: making and deleting a file takes longer
+  /// than packing it. Nobody sees them there, so the exports leave it off.
   bool holdsSmallFiles = false;
   /// The exports leave all of them off.
   RepairSettings repairs;
@@ -75,8 +75,8 @@ struct ConversionJob {
   /// Told how much of the run is done, from 0 to 1. May throw to end it. Empty for the exports.
   std::function<void(double fraction)> onProgress;
 
-  /// Whether `textureCallback` is called for textures that are named ".tga" as well. The exports leave it
-  /// off.
+  /// Whether `textureCallback` is called for textures that are
+  /// named ".tga" as well. The exports leave it off.
   bool offerTgaTextures = false;
 
   /// Called with each mesh when its files are written, while its data is there. The exports leave it empty.

@@ -10,8 +10,8 @@
 
 namespace ts3d {
 
-/// Removes the first occurrence of each of : ? ! @ * \ / | from `name`, together with the character before
-/// it.
+/// Removes the first occurrence of each of : ? ! @ * \ / | from
+/// `name`, together with the character before it.
 std::string SanitizeMeshName(std::string_view name);
 
 /// Name suffix number `n` (from 0): "a" to "z", then "aa", "ab", ... "az", "ba", ...

@@ -31,8 +31,8 @@ platform::FilePtr CreateWorkFile(ConversionJob& job, std::string_view name, cons
 /// The same for a path that the host has named.
 platform::FilePtr CreateHostFile(ConversionJob& job, const std::string& path, const char* mode);
 
-/// Whether the model's folder holds a file `name`, or the job does; false for every name that could lead out
-/// of it.
+/// Whether the model's folder holds a file `name`, or the job
+/// does; false for every name that could lead out of it.
 bool WorkFileExists(const ConversionJob& job, std::string_view name);
 
 /// Puts what the job still holds onto the disk, where a run that does not hold files leaves it.

@@ -146,7 +146,6 @@ void ReleaseScene(ConversionJob& job) {
   job.skeleton->firstPoseOf.clear();
   job.skeleton->nextBound.clear();
   job.skeleton->firstBoneNode = nullptr;
-  job.skeleton->modelNode = nullptr;
 }
 
 void ResetRun(ConversionJob& job) {
@@ -215,8 +214,8 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   return result;
 }
 
-/// What a run that an exception has ended comes to: the one place that decides it, for the library and the
-/// tool.
+/// What a run that an exception has ended comes to: the one
+/// place that decides it, for the library and the tool.
 ConversionResult ResultOfFailure(ConversionJob& job) {
   try {
     throw;

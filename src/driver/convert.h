@@ -28,8 +28,8 @@ struct ConversionRequest {
   std::string actorPath;
   /// Called with the job that has loaded its scene; what it answers becomes the job's repairs. May be empty.
   std::function<RepairSettings(const ConversionJob& job)> chooseRepairs = nullptr;
-  /// Called with the scene when its conversion has ended, before it goes, also when it has no mesh. May be
-  /// empty.
+  /// Called with the scene when its conversion has ended, before
+  /// it goes, also when it has no mesh. May be empty.
   std::function<void(const scene::KFbxNode& root)> onConverted = nullptr;
   /// Called when the skeleton is written, before anything reads the job's bone renames. May be empty.
   std::function<void(const SkeletonState& skeleton)> onSkeleton = nullptr;

@@ -38,8 +38,8 @@ FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& setting
 /// replaced in one step. Nothing else is read or written, and no status lines are sent.
 FinishResult ApplySettingsToPackage(ConversionJob& job, const FinalSettings& settings);
 
-/// The document `text` with the settings applied; none when a marker that the rewrite needs is missing from
-/// it.
+/// The document `text` with the settings applied; none when a
+/// marker that the rewrite needs is missing from it.
 std::optional<std::string> RewriteDocument(std::string_view text, const ConversionJob& job,
                                            std::string_view meshList, Unnamed unnamed = Unnamed::Drop);
 

@@ -26,8 +26,8 @@ void CreateQuietSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& s
 /// Frees the manager and everything that it owns; null is ignored.
 void DestroySdkObjects(scene::KFbxSdkManager* manager);
 
-/// Loads `path` into `scene`. Asks once for the password of a protected file. Problems are told on standard
-/// output.
+/// Loads `path` into `scene`. Asks once for the password of a
+/// protected file. Problems are told on standard output.
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
                LoadedVersions& versions);
 

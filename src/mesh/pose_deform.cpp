@@ -90,8 +90,8 @@ class SkinDeformation {
     });
   }
 
-  /// Calls `visit` with the vertex transform, the control point and the weight of every pair of every
-  /// cluster.
+  /// Calls `visit` with the vertex transform, the control point
+  /// and the weight of every pair of every cluster.
   template <typename Visit>
   void ForEachPair(size_t pointCount, const Visit& visit) {
     for (int s = 0; s < mesh_.GetSkinCount(); ++s) {

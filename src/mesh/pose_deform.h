@@ -7,9 +7,9 @@
 
 namespace ts3d {
 
-/// Control points of the mesh of `node` in the space that bone space maps from: the world of the bind pose,
-/// stood up for actors. A mesh without a bind pose entry keeps its own space and only gets its geometric
-/// transform.
+/// Control points of the mesh of `node` in the space that bone space maps
+/// from: the world of the bind pose, stood up for actors. A mesh without a
+/// bind pose entry keeps its own space and only gets its geometric transform.
 /// @return x, y, z of each control point
 scene::FbxArray<double> PoseControlPoints(const scene::KFbxNode& node, ConversionJob& job);
 

@@ -9,8 +9,8 @@
 namespace ts3d {
 namespace {
 
-/// Finds records by control point and coordinate: a hash table of their numbers, four to eight bytes for
-/// each.
+/// Finds records by control point and coordinate: a hash table
+/// of their numbers, four to eight bytes for each.
 class RecordTable {
  public:
   explicit RecordTable(const std::vector<FullPointData>& records) : records_(records) {}

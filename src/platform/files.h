@@ -69,8 +69,8 @@ bool RemoveFile(std::string_view path);
 /// Renames `from` to `to`, in place of any file of that name, in one step.
 bool RenameFile(std::string_view from, std::string_view to);
 
-/// Copies the regular file `from` to `to`, over any file of that name; false, with nothing left, when that
-/// fails.
+/// Copies the regular file `from` to `to`, over any file of
+/// that name; false, with nothing left, when that fails.
 bool CopyWholeFile(std::string_view from, std::string_view to);
 
 /// Creates the folder `path` unless it exists; false when there is none afterwards.
@@ -83,8 +83,8 @@ std::string MakeTemporaryFolder();
 /// Opens a new temporary file without a name, which goes when it is closed; null when that fails.
 FilePtr OpenTemporaryFile();
 
-/// Last-write time of `path` in local time as a DOS date and time word (date in the high half); 0 when
-/// unknown.
+/// Last-write time of `path` in local time as a DOS date and
+/// time word (date in the high half); 0 when unknown.
 uint32_t DosWriteTime(std::string_view path);
 
 /// The present moment in the same form.

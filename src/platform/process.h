@@ -15,8 +15,8 @@ void DebugOutput(const char* text);
 /// Whether `stream` goes to a terminal that understands the usual control sequences.
 bool IsTerminal(std::FILE* stream);
 
-/// Gives the process the three standard streams that it was started without, so that no other file takes
-/// their places.
+/// Gives the process the three standard streams that it was
+/// started without, so that no other file takes their places.
 void OpenStandardStreams();
 
 /// Hands memory that was freed back to the system, where the C library keeps it.

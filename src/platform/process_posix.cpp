@@ -33,8 +33,8 @@ bool ReadAt(std::string_view bytes, uint64_t offset, T& record) {
   return true;
 }
 
-/// Whether the section `symbols` of the library `elf`, whose names stand in the section `names`, defines
-/// `wanted`.
+/// Whether the section `symbols` of the library `elf`, whose
+/// names stand in the section `names`, defines `wanted`.
 bool DefinesSymbol(std::string_view elf, const Elf64_Shdr& symbols, const Elf64_Shdr& names,
                    std::string_view wanted) {
   if (names.sh_offset > elf.size() || names.sh_size > elf.size() - names.sh_offset) return false;

@@ -13,8 +13,8 @@ namespace ts3d {
 /// Whether the document, which takes the names of meshes and bones as they are, cannot be read with this one.
 bool BreaksDocument(std::string_view name);
 
-/// Whether the rename lines of the document name the bone as it is: they do the root and those without
-/// weight.
+/// Whether the rename lines of the document name the bone as it
+/// is: they do the root and those without weight.
 bool IsNamedAsItIs(const BoneNode& bone, int32_t id);
 
 /// The names of meshes and bones that make the document of this conversion unreadable, each once.

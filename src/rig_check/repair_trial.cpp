@@ -161,8 +161,8 @@ bool RepairTrial::Differ(const KFbxXMatrix& a, const KFbxXMatrix& b) const {
   return false;
 }
 
-/// Of places that are all one, a thousandth of their distance from the origin. Without bones that of the
-/// meshes.
+/// Of places that are all one, a thousandth of their distance
+/// from the origin. Without bones that of the meshes.
 double RepairTrial::MeasureSize() {
   constexpr double kSmallest = 1e-6;
   std::vector<KFbxVector4> places;

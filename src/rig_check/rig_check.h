@@ -55,8 +55,8 @@ std::string CheckMaterial(const scene::KFbxSurfaceMaterial& material, bool hasMa
 
 // check_names.cpp: all names, at the end.
 void CheckNames(RigCheck& check);
-/// What of `name` became what of `cleaned`, up to the last difference: names that share a prefix are one
-/// finding.
+/// What of `name` became what of `cleaned`, up to the last
+/// difference: names that share a prefix are one finding.
 std::vector<std::string> ChangedBeginning(const std::string& name, const std::string& cleaned);
 /// The package's files, in their order.
 std::vector<std::string> ExpectedMembers(const RigCheck& check);

@@ -35,8 +35,6 @@ class OpenFbxFile : public KFbxOpenFile {
   OpenFbxFile(std::shared_ptr<RecordTree> tree, std::string_view path)
       : tree_(std::move(tree)), path_(path) {}
 
-  KFbxFileVersion GetVersion() const override { return SplitVersion(tree_->version); }
-
   KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
     // How protected files are encrypted is not known, so no password opens them.
     if (tree_->Find("FBXHeaderExtension").Child("EncryptionType").Integer(0, 0) != 0) {

@@ -11,7 +11,6 @@ inline constexpr KFbxFileVersion kNativeVersion{7, 7, 0};
 /// Reads FBX 2.0 to 8.x, binary and ASCII.
 class FbxReader : public KFbxReader {
  public:
-  std::string_view GetExtension() const override { return "fbx"; }
   bool Detects(std::string_view head) const override;
   std::unique_ptr<KFbxOpenFile> Open(std::string_view path, KFbxFileVersion& version,
                                      KFbxImportStatus& status) const override;

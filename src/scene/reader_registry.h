@@ -10,8 +10,8 @@
 
 namespace scene {
 
-/// Why a file could not be imported. The numbers of the first two and of the password error are known to
-/// hosts.
+/// Why a file could not be imported. The numbers of the first
+/// two and of the password error are known to hosts.
 enum class EImportError {
   eNONE = 0,
   eVERSION_NOT_READABLE = 1,   ///< no version in the file, or one that is newer than any that exists
@@ -42,7 +42,6 @@ struct KFbxFileVersion {
 class KFbxOpenFile {
  public:
   virtual ~KFbxOpenFile() = default;
-  virtual KFbxFileVersion GetVersion() const = 0;
   /// Fills `scene`. May be called again after a password error.
   virtual KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) = 0;
 };
@@ -51,15 +50,13 @@ class KFbxOpenFile {
 class KFbxReader {
  public:
   virtual ~KFbxReader() = default;
-  /// Usual file extension, lower case, without the dot.
-  virtual std::string_view GetExtension() const = 0;
   /// Whether a file that starts with `head` (up to 4096 bytes) is of this format.
   virtual bool Detects(std::string_view head) const = 0;
   /// Opens the file. Null, with `status` set, when it cannot be read; `version` is set as far as it is known.
   virtual std::unique_ptr<KFbxOpenFile> Open(std::string_view path, KFbxFileVersion& version,
                                              KFbxImportStatus& status) const = 0;
-  /// The same for a file whose content is `bytes`, which outlive what is returned. Null unless the reader
-  /// can.
+  /// The same for a file whose content is `bytes`, which outlive
+  /// what is returned. Null unless the reader can.
   virtual std::unique_ptr<KFbxOpenFile> OpenMemory(std::string_view /*path*/, std::string_view /*bytes*/,
                                                    KFbxFileVersion& /*version*/,
                                                    KFbxImportStatus& status) const {

@@ -8,8 +8,8 @@
 
 namespace ts3d {
 
-/// Takes the scene's first bind pose with the largest number of nodes, and notes when another one is as
-/// large.
+/// Takes the scene's first bind pose with the largest number of
+/// nodes, and notes when another one is as large.
 void ChooseBindPose(const scene::KFbxScene& scene, SkeletonState& skeleton);
 
 /// Makes the pose in which the skins were bound the bind pose.

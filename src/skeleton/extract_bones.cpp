@@ -34,22 +34,15 @@ class BoneExtractor {
     // A list of its own instead of recursion: node trees may be deeper than the call stack.
     struct Pending {
       const KFbxNode* node;
-      int32_t level;
       BoneNode* parent;
     };
-    std::vector<Pending> pending{{&top, 0, &TopParent()}};
+    std::vector<Pending> pending{{&top, &TopParent()}};
     while (!pending.empty()) {
-      auto [node, level, parent] = pending.back();
+      auto [node, parent] = pending.back();
       pending.pop_back();
-      const KFbxNodeAttribute* attribute = node->GetNodeAttribute();
-      if (!attribute && !job_.repairs.openGroups) continue;
+      if (!node->GetNodeAttribute() && !job_.repairs.openGroups) continue;
       if (node->IsSkeleton()) parent = ExtractBone(*node, *parent);
-      if (attribute && attribute->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eMESH &&
-          level < skeleton_.shallowestMeshLevel) {
-        skeleton_.shallowestMeshLevel = level;
-        skeleton_.modelNode = node->GetParent();
-      }
-      for (int i = node->GetChildCount(); i-- > 0;) pending.push_back({node->GetChild(i), level + 1, parent});
+      for (int i = node->GetChildCount(); i-- > 0;) pending.push_back({node->GetChild(i), parent});
     }
   }
 

@@ -11,9 +11,9 @@ namespace ts3d {
 /// is negated, because the runtime turns by the inverse of what it reads.
 scene::KFbxQuaternion EulerToQuaternion(const scene::KFbxVector4& degrees);
 
-/// Makes bone 0 a new root at the origin of the world when the job's scene has several top-level skeletons:
-/// ExtractBones then puts all of them below it, without scale. To be called before the first bone is
-/// extracted.
+/// Makes bone 0 a new root at the origin of the world when the job's scene
+/// has several top-level skeletons: ExtractBones then puts all of them below
+/// it, without scale. To be called before the first bone is extracted.
 void JoinRoots(ConversionJob& job);
 
 /// Adds a bone to the job's skeleton for every skeleton node at or below `node`, depth first, and reports

@@ -35,8 +35,6 @@ struct SkeletonState {
   scene::KFbxXMatrix rootTransform;       ///< world transform of bone 0's node
   scene::KFbxVector4 rootScale{1, 1, 1};  ///< scale of bone 0; multiplies every stored translation
   scene::KFbxXMatrix actorTurn;           ///< model space of the bind pose -> model space of the files
-  int32_t shallowestMeshLevel = 65565;
-  const scene::KFbxNode* modelNode = nullptr;  ///< parent of the shallowest mesh node
 };
 
 }  // namespace ts3d

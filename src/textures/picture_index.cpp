@@ -12,8 +12,8 @@ namespace {
 constexpr size_t kMostEntries = 200'000;
 constexpr int kDeepest = 32;
 
-/// How much of the ends of two paths is the same: two for each name in any letter case, three for one of the
-/// same letters.
+/// How much of the ends of two paths is the same: two for each
+/// name in any letter case, three for one of the same letters.
 int CommonEnd(const fs::path& a, const fs::path& b) {
   int common = 0;
   for (auto inA = a.end(), inB = b.end(); inA != a.begin() && inB != b.begin();) {

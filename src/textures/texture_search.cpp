@@ -74,8 +74,8 @@ const std::vector<fs::path>& TextureFinder::UsualFolders() {
   return usualFolders_;
 }
 
-/// The entry of `folder` that is called `name` but for letter case, the first by name; empty when there is
-/// none.
+/// The entry of `folder` that is called `name` but for letter
+/// case, the first by name; empty when there is none.
 fs::path TextureFinder::EntryIgnoringCase(const fs::path& folder, const std::string& name) {
   const auto [first, end] = NamesIn(folder).equal_range(ts3d::LowerCase(name));
   const auto best =

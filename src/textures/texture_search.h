@@ -18,8 +18,8 @@ struct TextureSearch {
   std::vector<std::string> places;  ///< the paths tried, in their order, each once
 };
 
-/// Looks for the pictures of one model. Folders are read once, so it is not to live longer than the model's
-/// conversion.
+/// Looks for the pictures of one model. Folders are read once,
+/// so it is not to live longer than the model's conversion.
 class TextureFinder {
  public:
   /// @param model absolute path of the model

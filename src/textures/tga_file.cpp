@@ -24,8 +24,8 @@ constexpr std::string_view kMark = "made by fbx2czp";
                            std::strerror(reason) + ")");
 }
 
-/// Puts a file into its place in one step; `write` fills it under another name first and tells whether it
-/// could.
+/// Puts a file into its place in one step; `write` fills it
+/// under another name first and tells whether it could.
 template <typename Write>
 void Replace(const fs::path& path, Write write) {
   platform::Replacement target(path.string());

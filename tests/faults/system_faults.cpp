@@ -41,8 +41,8 @@ Function* Next(const char* name) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
-// A stream whose system calls are counted: what is written fails when the buffer is emptied, as it does on a
-// full disk.
+// A stream whose system calls are counted: what is written
+// fails when the buffer is emptied, as it does on a full disk.
 
 ssize_t ReadStream(void* file, char* data, size_t size) {
   if (Fails(Call::Read, EIO)) return -1;

@@ -13,8 +13,8 @@ enum class Lasting { Once, FromThenOn };
 /// at most one at a time.
 class Fault {
  public:
-  /// The call number `nth`, counted from 0, fails; with `FromThenOn` all later ones too. Nothing is counted
-  /// before Arm.
+  /// The call number `nth`, counted from 0, fails; with `FromThenOn`
+  /// all later ones too. Nothing is counted before Arm.
   Fault(Call call, int nth, Lasting lasting);
   ~Fault();
   Fault(const Fault&) = delete;

@@ -6,7 +6,6 @@ namespace {
 
 class OpenPluginFile : public scene::KFbxOpenFile {
  public:
-  scene::KFbxFileVersion GetVersion() const override { return {1, 2, 3}; }
   scene::KFbxImportStatus Read(scene::KFbxScene&, const scene::KFbxIOSettings&) override {
     return {scene::EImportError::ePASSWORD_ERROR, "said by the plug-in"};
   }
@@ -14,7 +13,6 @@ class OpenPluginFile : public scene::KFbxOpenFile {
 
 class PluginReader : public scene::KFbxReader {
  public:
-  std::string_view GetExtension() const override { return "plugin"; }
   bool Detects(std::string_view head) const override { return head.starts_with("PLUGIN"); }
   std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, scene::KFbxFileVersion& version,
                                             scene::KFbxImportStatus&) const override {

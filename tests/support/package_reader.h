@@ -65,8 +65,8 @@ class Package {
   std::vector<Member> members_;
 };
 
-/// Expects what holds for every package, whatever was converted: meshes and skeleton are sound and fit each
-/// other.
+/// Expects what holds for every package, whatever was
+/// converted: meshes and skeleton are sound and fit each other.
 void CheckPackage(const Package& package);
 
 }  // namespace support

@@ -16,8 +16,8 @@ struct SamplePicture {
   bool hasAlpha;
 };
 
-/// The pixels of all sample pictures: upper half (200, 40, 80), lower half (16, 160, 240) and half
-/// transparent.
+/// The pixels of all sample pictures: upper half (200, 40, 80),
+/// lower half (16, 160, 240) and half transparent.
 std::string SamplePixels();
 
 /// A black TIFF picture of four samples of 16 bits, packed in one piece.

@@ -22,9 +22,9 @@ using Differences = std::vector<Difference>;
 /// Numbers are alike when they differ by no more than this share of the largest number around them.
 inline constexpr double kTolerance = 1e-4;
 
-/// All that a conversion reads of two scenes that should be one and the same. Nodes are paired by name first
-/// and by place where names differ. Control points are compared without and with the blend shapes of the
-/// default take.
+/// All that a conversion reads of two scenes that should be one and the same.
+/// Nodes are paired by name first and by place where names differ. Control
+/// points are compared without and with the blend shapes of the default take.
 Differences CompareScenes(scene::KFbxScene& expected, scene::KFbxScene& actual);
 
 /// The scene in the file `path`, without unpacking what is embedded in it; null, with `error` set, when the

@@ -112,8 +112,8 @@ class RecordRef {
   /// Value `i`, or null.
   const Value* ValueAt(size_t i) const;
 
-  /// Value `i` as a number; `otherwise` when there is none or it is no number. Never infinite or
-  /// not-a-number.
+  /// Value `i` as a number; `otherwise` when there is none or it
+  /// is no number. Never infinite or not-a-number.
   double Number(size_t i, double otherwise) const;
   int64_t Integer(size_t i, int64_t otherwise) const;
   /// Value `i` as text; empty when there is none or it is no text.

@@ -42,9 +42,9 @@ struct FbxConnection {
   std::string_view property;  ///< empty for object to object
 };
 
-/// The objects of a document and who is connected to whom, both in file order. Every version ends up in the
-/// form of version 7: geometry, attributes, skins and clusters are objects of their own that connections tie
-/// together.
+/// The objects of a document and who is connected to whom, both in file order.
+/// Every version ends up in the form of version 7: geometry, attributes, skins
+/// and clusters are objects of their own that connections tie together.
 class ObjectTable {
  public:
   /// Stands for the scene's root node, which has no object of its own.

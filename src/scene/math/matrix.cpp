@@ -66,8 +66,8 @@ double KFbxXMatrix::Determinant() const {
 }
 
 KFbxVector4 KFbxXMatrix::GetS() const {
-  // Which axes a mirroring scale flips cannot be read from a matrix; flipping all three keeps the rotation
-  // proper.
+  // Which axes a mirroring scale flips cannot be read from a
+  // matrix; flipping all three keeps the rotation proper.
   const double sign = Determinant() < 0.0 ? -1.0 : 1.0;
   KFbxVector4 scale;
   for (size_t i = 0; i < 3; ++i) {

@@ -41,8 +41,8 @@ class KFbxSurfaceMaterial : public KFbxObject {
   std::map<KString, KFbxProperty, std::less<>> properties_;  ///< those with textures
 };
 
-/// The colours and factors as the file or its template gives them: colours 0..1, not multiplied by their
-/// factors.
+/// The colours and factors as the file or its template gives
+/// them: colours 0..1, not multiplied by their factors.
 class KFbxSurfaceLambert : public KFbxSurfaceMaterial {
  public:
   using KFbxSurfaceMaterial::KFbxSurfaceMaterial;

@@ -70,8 +70,8 @@ class KFbxMesh : public KFbxNodeAttribute {
   /// The material element of layer 0, or null.
   KFbxLayerElementMaterial* GetMaterials();
 
-  /// Old files number the textures of the node here, by polygon or for all; no modes when there is no such
-  /// element.
+  /// Old files number the textures of the node here, by polygon
+  /// or for all; no modes when there is no such element.
   LayerElementSource FindDiffuseTextures() const;
 
   int GetSkinCount() const { return static_cast<int>(skins_.size()); }

@@ -9,8 +9,8 @@ namespace scene {
 /// Names and paths: 8-bit text, bytes as the file has them.
 using KString = std::string;
 
-/// Base of everything that a scene owns. Objects live as long as their scene and refer to each other by
-/// pointer.
+/// Base of everything that a scene owns. Objects live as long
+/// as their scene and refer to each other by pointer.
 class KFbxObject {
  public:
   explicit KFbxObject(std::string_view name) : name_(name) {}

@@ -9,9 +9,9 @@ namespace scene {
 
 enum class Below { Visit, Skip };
 
-/// Calls `visit` for `top` and the nodes below it, parents first, children in order; its answer says whether
-/// to go on below the node. With a list of its own instead of recursion: trees may be deeper than the call
-/// stack.
+/// Calls `visit` for `top` and the nodes below it, parents first, children
+/// in order; its answer says whether to go on below the node. With a list of
+/// its own instead of recursion: trees may be deeper than the call stack.
 template <typename Visit>
 void WalkNodes(const KFbxNode& top, const Visit& visit) {
   std::vector<const KFbxNode*> pending{&top};
