@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "actor/byte_reader.h"
+#include "base/byte_cursor.h"
 
 namespace actor {
 namespace {
@@ -15,29 +15,29 @@ constexpr size_t kFaceSize = 12;
 constexpr size_t kInfluenceSize = 8;
 
 /// @return null, or what is wrong with the vertex
-const char* ReadVertex(ByteReader& in, Mesh& mesh, Vertex& vertex) {
-  vertex.position = in.Floats<3>();
-  vertex.normal = in.Floats<3>();
-  in.Int32();  // collapse number
-  in.Int32();  // face-collapse count
-  vertex.uv = in.Floats<2>();
-  const int32_t count = in.Int32();
+const char* ReadVertex(base::ByteCursor& in, Mesh& mesh, Vertex& vertex) {
+  vertex.position = in.Numbers<float, 3>();
+  vertex.normal = in.Numbers<float, 3>();
+  in.Number<int32_t>();  // collapse number
+  in.Number<int32_t>();  // face-collapse count
+  vertex.uv = in.Numbers<float, 2>();
+  const int32_t count = in.Number<int32_t>();
   if (in.Failed() || !in.HasRoomFor(count, kInfluenceSize)) return "the file ends within it";
   vertex.firstInfluence = static_cast<uint32_t>(mesh.influences.size());
   vertex.influenceCount = static_cast<uint32_t>(count);
   for (int32_t i = 0; i < count; ++i) {
-    const int32_t bone = in.Int32();
+    const int32_t bone = in.Number<int32_t>();
     if (bone < 0) return "it hangs on a bone with a negative number";
-    mesh.influences.push_back({bone, in.Float32()});
+    mesh.influences.push_back({bone, in.Number<float>()});
   }
   return nullptr;
 }
 
-bool ReadFaces(ByteReader& in, Mesh& mesh, std::string& error) {
+bool ReadFaces(base::ByteCursor& in, Mesh& mesh, std::string& error) {
   const auto vertexCount = static_cast<int32_t>(mesh.vertices.size());
   for (size_t i = 0; i < mesh.faces.size(); ++i) {
     for (int32_t& corner : mesh.faces[i]) {
-      corner = in.Int32();
+      corner = in.Number<int32_t>();
       if (corner >= 0 && corner < vertexCount) continue;
       error = "face " + std::to_string(i) + " names vertex " + std::to_string(corner) + ", but there are " +
               std::to_string(vertexCount);
@@ -47,13 +47,13 @@ bool ReadFaces(ByteReader& in, Mesh& mesh, std::string& error) {
   return true;
 }
 
-bool ReadHeader(ByteReader& in, Mesh& mesh, std::string& error) {
+bool ReadHeader(base::ByteCursor& in, Mesh& mesh, std::string& error) {
   if (in.Bytes(4) != kMeshMagic) return error = "it is no mesh file", false;
-  if (in.Int32() != kMeshVersion) return error = "it is of an unknown version", false;
-  if (in.Int32() != 1) return error = "it does not hold one submesh", false;
-  mesh.threadId = in.Int32();
-  const int32_t vertexCount = in.Int32(), faceCount = in.Int32();
-  const int32_t levels = in.Int32(), springs = in.Int32(), maps = in.Int32();
+  if (in.Number<int32_t>() != kMeshVersion) return error = "it is of an unknown version", false;
+  if (in.Number<int32_t>() != 1) return error = "it does not hold one submesh", false;
+  mesh.threadId = in.Number<int32_t>();
+  const int32_t vertexCount = in.Number<int32_t>(), faceCount = in.Number<int32_t>();
+  const int32_t levels = in.Number<int32_t>(), springs = in.Number<int32_t>(), maps = in.Number<int32_t>();
   if (levels != 0 || springs != 0 || maps != 1) {
     return error = "it has levels of detail, springs or not one texture map", false;
   }
@@ -65,15 +65,15 @@ bool ReadHeader(ByteReader& in, Mesh& mesh, std::string& error) {
   return true;
 }
 
-bool ReadBody(ByteReader& in, Mesh& mesh, std::string& error) {
+bool ReadBody(base::ByteCursor& in, Mesh& mesh, std::string& error) {
   for (size_t i = 0; i < mesh.vertices.size(); ++i) {
     if (const char* wrong = ReadVertex(in, mesh, mesh.vertices[i])) {
       return error = "vertex " + std::to_string(i) + ": " + wrong, false;
     }
   }
-  if (in.Left() != mesh.faces.size() * kFaceSize) {
-    return error = in.Left() < mesh.faces.size() * kFaceSize ? "it ends within its faces"
-                                                             : "bytes follow its end",
+  if (in.Remaining() != mesh.faces.size() * kFaceSize) {
+    return error = in.Remaining() < mesh.faces.size() * kFaceSize ? "it ends within its faces"
+                                                                  : "bytes follow its end",
            false;
   }
   return ReadFaces(in, mesh, error);
@@ -84,7 +84,7 @@ bool ReadBody(ByteReader& in, Mesh& mesh, std::string& error) {
 bool ReadMesh(std::string_view bytes, Mesh& mesh, std::string& error) {
   std::string name = std::move(mesh.name);
   mesh = {};
-  ByteReader in(bytes);
+  base::ByteCursor in(bytes);
   const bool read = ReadHeader(in, mesh, error) && ReadBody(in, mesh, error);
   if (!read) mesh = {};
   mesh.name = std::move(name);

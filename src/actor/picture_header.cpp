@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "base/byte_cursor.h"
+
 namespace actor {
 namespace {
 
@@ -16,7 +18,9 @@ bool IsDepth(int bits) { return bits == 8 || bits == 15 || bits == 16 || bits ==
 const char* ReadPictureHeader(std::string_view bytes, PictureHeader& header) {
   if (bytes.size() < kHeaderSize) return "is too short to be a picture";
   const auto byte = [bytes](size_t at) { return static_cast<int>(static_cast<unsigned char>(bytes[at])); };
-  const auto word = [&byte](size_t at) { return byte(at) | byte(at + 1) << 8; };
+  const auto word = [bytes](size_t at) -> int {
+    return base::LoadNumber<uint16_t>(bytes.data() + at, false);
+  };
   header = {word(12), word(14), byte(16)};
   const int type = byte(2), kind = type & ~kCompressed;
   if (byte(1) > 1 || kind < 1 || kind > 3 || !IsDepth(header.bits)) return "is no .tga picture";

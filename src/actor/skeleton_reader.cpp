@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "actor/skeleton_reader.h"
 
-#include "actor/byte_reader.h"
+#include "base/byte_cursor.h"
 
 namespace actor {
 namespace {
@@ -10,8 +10,8 @@ constexpr std::string_view kSkeletonMagic("CSF\0", 4);
 constexpr int32_t kSkeletonVersion = 900;
 constexpr size_t kSmallestBone = 4 + 1 + 12 + 16 + 12 + 16 + 4 + 4;
 
-bool ReadName(ByteReader& in, std::string& name) {
-  const int32_t length = in.Int32();
+bool ReadName(base::ByteCursor& in, std::string& name) {
+  const int32_t length = in.Number<int32_t>();
   if (length < 1 || !in.HasRoomFor(length, 1)) return false;
   const std::string_view text = in.Bytes(static_cast<size_t>(length));
   if (text.find('\0') != text.size() - 1) return false;
@@ -20,18 +20,18 @@ bool ReadName(ByteReader& in, std::string& name) {
 }
 
 /// @return null, or what is wrong with the bone
-const char* ReadBone(ByteReader& in, int32_t number, Bone& bone) {
+const char* ReadBone(base::ByteCursor& in, int32_t number, Bone& bone) {
   if (!ReadName(in, bone.name)) return "its name has no end";
-  bone.translation = in.Floats<3>();
-  bone.rotation = in.Floats<4>();
-  bone.boneSpaceTranslation = in.Floats<3>();
-  bone.boneSpaceRotation = in.Floats<4>();
-  bone.parent = in.Int32();
+  bone.translation = in.Numbers<float, 3>();
+  bone.rotation = in.Numbers<float, 4>();
+  bone.boneSpaceTranslation = in.Numbers<float, 3>();
+  bone.boneSpaceRotation = in.Numbers<float, 4>();
+  bone.parent = in.Number<int32_t>();
   if (bone.parent < -1 || bone.parent >= number) return "its parent does not come before it";
-  const int32_t childCount = in.Int32();
+  const int32_t childCount = in.Number<int32_t>();
   if (!in.HasRoomFor(childCount, 4)) return "it has more children than the file has room for";
   bone.children.resize(static_cast<size_t>(childCount));
-  for (int32_t& child : bone.children) child = in.Int32();
+  for (int32_t& child : bone.children) child = in.Number<int32_t>();
   return in.Failed() ? "the file ends within it" : nullptr;
 }
 
@@ -53,10 +53,10 @@ bool ChildrenFitParents(const std::vector<Bone>& bones) {
 }
 
 bool ReadBones(std::string_view bytes, std::vector<Bone>& bones, std::string& error) {
-  ByteReader in(bytes);
+  base::ByteCursor in(bytes);
   if (in.Bytes(4) != kSkeletonMagic) return error = "it is no skeleton file", false;
-  if (in.Int32() != kSkeletonVersion) return error = "it is of an unknown version", false;
-  const int32_t count = in.Int32();
+  if (in.Number<int32_t>() != kSkeletonVersion) return error = "it is of an unknown version", false;
+  const int32_t count = in.Number<int32_t>();
   if (count < 1 || !in.HasRoomFor(count, kSmallestBone)) {
     return error = "its number of bones does not fit its size", false;
   }
@@ -66,7 +66,7 @@ bool ReadBones(std::string_view bytes, std::vector<Bone>& bones, std::string& er
       return error = "bone " + std::to_string(i) + ": " + wrong, false;
     }
   }
-  if (in.Left() > 0) return error = "bytes follow its end", false;
+  if (in.Remaining() > 0) return error = "bytes follow its end", false;
   if (!ChildrenFitParents(bones)) return error = "its lists of children contradict the parents", false;
   return true;
 }

@@ -5,6 +5,7 @@
 #include <bit>
 #include <stdexcept>
 
+#include "base/byte_cursor.h"
 #include "textures/picture_formats.h"
 
 namespace textures {
@@ -34,9 +35,7 @@ struct PixelFormat {
 };
 
 uint32_t Word(std::string_view bytes, size_t at) {
-  uint32_t word = 0;
-  for (size_t i = 4; i-- > 0;) word = word << 8 | static_cast<uint8_t>(bytes[at + i]);
-  return word;
+  return base::LoadNumber<uint32_t>(bytes.data() + at, false);
 }
 
 PixelFormat Plain(size_t bits, uint32_t red, uint32_t green, uint32_t blue, uint32_t alpha) {

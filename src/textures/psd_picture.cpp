@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "base/byte_cursor.h"
 #include "textures/picture_formats.h"
 
 namespace textures {
@@ -13,22 +14,22 @@ constexpr int kGrey = 1, kRgb = 3;
 /// Walks through the bytes of the file. Numbers have their high byte first.
 class Cursor {
  public:
-  explicit Cursor(std::string_view bytes) : left_(bytes) {}
+  explicit Cursor(std::string_view bytes) : in_(bytes, true) {}
 
-  std::string_view Take(uint64_t size) {
-    if (size > left_.size()) FailDamaged("the file ends too early");
-    const std::string_view taken = left_.substr(0, static_cast<size_t>(size));
-    left_.remove_prefix(taken.size());
-    return taken;
-  }
-  uint32_t Number(size_t size) {
-    uint32_t number = 0;
-    for (const char byte : Take(size)) number = number << 8 | static_cast<uint8_t>(byte);
-    return number;
+  std::string_view Take(uint64_t size) { return Whole(in_.Bytes(size)); }
+  template <typename T>
+  T Number() {
+    return Whole(in_.Number<T>());
   }
 
  private:
-  std::string_view left_;
+  template <typename T>
+  T Whole(T read) const {
+    if (in_.Failed()) FailDamaged("the file ends too early");
+    return read;
+  }
+
+  base::ByteCursor in_;
 };
 
 struct Header {
@@ -39,11 +40,11 @@ Header ReadHeader(Cursor& cursor) {
   constexpr uint64_t kBeforeChannels = 12;
   cursor.Take(kBeforeChannels);
   Header header{};
-  header.channels = cursor.Number(2);
-  header.height = cursor.Number(4);
-  header.width = cursor.Number(4);
-  header.depth = cursor.Number(2);
-  header.mode = cursor.Number(2);
+  header.channels = cursor.Number<uint16_t>();
+  header.height = cursor.Number<uint32_t>();
+  header.width = cursor.Number<uint32_t>();
+  header.depth = cursor.Number<uint16_t>();
+  header.mode = cursor.Number<uint16_t>();
   if ((header.mode != kGrey && header.mode != kRgb) || (header.depth != 8 && header.depth != 16)) {
     throw std::runtime_error(
         "is a PSD picture of a kind that is not read; RGB and grey of 8 and 16 bits are");
@@ -55,10 +56,10 @@ Header ReadHeader(Cursor& cursor) {
 /// Whether the first channel behind the colours is the transparency of all layers together: the layer count
 /// is negative then, and the colours are mixed with white. Else it is one that the artist has saved.
 bool SkipLayers(Cursor& cursor) {
-  Cursor section(cursor.Take(cursor.Number(4)));
+  Cursor section(cursor.Take(cursor.Number<uint32_t>()));
   try {
-    Cursor layers(section.Take(section.Number(4)));
-    return layers.Number(2) >= 0x8000;
+    Cursor layers(section.Take(section.Number<uint32_t>()));
+    return layers.Number<uint16_t>() >= 0x8000;
   } catch (const std::runtime_error&) {
     return false;  // no layers
   }
@@ -67,12 +68,12 @@ bool SkipLayers(Cursor& cursor) {
 /// Appends `size` bytes that are packed as runs.
 void Unpack(Cursor& cursor, size_t size, std::vector<uint8_t>& row) {
   while (row.size() < size) {
-    const auto code = static_cast<int8_t>(cursor.Number(1));
+    const auto code = cursor.Number<int8_t>();
     if (code >= 0) {
       for (const char byte : cursor.Take(static_cast<uint64_t>(code) + 1))
         row.push_back(static_cast<uint8_t>(byte));
     } else if (code != -128) {
-      row.insert(row.end(), static_cast<size_t>(1 - code), static_cast<uint8_t>(cursor.Number(1)));
+      row.insert(row.end(), static_cast<size_t>(1 - code), cursor.Number<uint8_t>());
     }
   }
   if (row.size() > size) FailDamaged("a row is too long");
@@ -110,10 +111,10 @@ Image DecodePsd(std::string_view bytes, PictureBudget& budget) {
   Cursor cursor(bytes);
   const Header header = ReadHeader(cursor);
   Image image = MakeImage(header.width, header.height, budget);
-  cursor.Take(cursor.Number(4));  // palette
-  cursor.Take(cursor.Number(4));  // resources
+  cursor.Take(cursor.Number<uint32_t>());  // palette
+  cursor.Take(cursor.Number<uint32_t>());  // resources
   const bool isMixedWithWhite = SkipLayers(cursor);
-  const uint32_t packing = cursor.Number(2);
+  const uint32_t packing = cursor.Number<uint16_t>();
   if (packing > 1) throw std::runtime_error("is a PSD picture that is packed in a way that is not read");
   if (packing == 1) cursor.Take(uint64_t{2} * header.height * header.channels);  // sizes of the rows
   const size_t colours = header.mode == kGrey ? 1 : 3;

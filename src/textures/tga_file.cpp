@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/byte_cursor.h"
 #include "core/work_file.h"
 #include "platform/replacement.h"
 
@@ -90,15 +91,16 @@ bool IsWrittenByUs(const fs::path& path) {
 }
 
 bool IsPlainTga(const fs::path& path, int& width, int& height) {
-  unsigned char header[kHeaderSize];
+  char header[kHeaderSize];
   const platform::FilePtr file = platform::OpenFile(path.string(), "rb");
   if (!file || std::fread(header, 1, sizeof header, file.get()) != sizeof header) return false;
   const int bits = header[16];
   const bool hasPalette = header[1] != 0;
   if (hasPalette || header[2] != kUncompressedColours || (bits != 24 && bits != 32)) return false;
-  width = header[12] | header[13] << 8;
-  height = header[14] | header[15] << 8;
-  const int64_t size = static_cast<int64_t>(kHeaderSize) + header[0] + int64_t{width} * height * (bits / 8);
+  width = base::LoadNumber<uint16_t>(header + 12, false);
+  height = base::LoadNumber<uint16_t>(header + 14, false);
+  const int64_t size = static_cast<int64_t>(kHeaderSize) + static_cast<uint8_t>(header[0]) +
+                       int64_t{width} * height * (bits / 8);
   return width > 0 && height > 0 && platform::FileSize(path.string()) >= size;
 }
 

@@ -7,7 +7,7 @@
 #include <limits>
 #include <type_traits>
 
-#include "scene/container/byte_cursor.h"
+#include "base/byte_cursor.h"
 #include "scene/container/inflate.h"
 #include "scene/container/number_text.h"
 
@@ -38,7 +38,7 @@ T ConvertNumber(S value) {
 template <typename S, typename T>
 void ConvertElements(const char* from, size_t count, bool bigEndian, T* to) {
   for (size_t i = 0; i < count; ++i) {
-    to[i] = ConvertNumber<T>(LoadNumber<S>(from + i * sizeof(S), bigEndian));
+    to[i] = ConvertNumber<T>(base::LoadNumber<S>(from + i * sizeof(S), bigEndian));
   }
 }
 
@@ -220,17 +220,17 @@ size_t ReadScalar(char code, const char* p, size_t left, bool bigEndian, Value& 
     case 'C':
     case 'B':
     case 'Z':
-      return left < 1 ? 0 : integer(LoadNumber<uint8_t>(p, bigEndian));
+      return left < 1 ? 0 : integer(base::LoadNumber<uint8_t>(p, bigEndian));
     case 'Y':
-      return left < 2 ? 0 : integer(LoadNumber<int16_t>(p, bigEndian));
+      return left < 2 ? 0 : integer(base::LoadNumber<int16_t>(p, bigEndian));
     case 'I':
-      return left < 4 ? 0 : integer(LoadNumber<int32_t>(p, bigEndian));
+      return left < 4 ? 0 : integer(base::LoadNumber<int32_t>(p, bigEndian));
     case 'L':
-      return left < 8 ? 0 : integer(LoadNumber<int64_t>(p, bigEndian));
+      return left < 8 ? 0 : integer(base::LoadNumber<int64_t>(p, bigEndian));
     case 'F':
-      return left < 4 ? 0 : real(LoadNumber<float>(p, bigEndian));
+      return left < 4 ? 0 : real(base::LoadNumber<float>(p, bigEndian));
     case 'D':
-      return left < 8 ? 0 : real(LoadNumber<double>(p, bigEndian));
+      return left < 8 ? 0 : real(base::LoadNumber<double>(p, bigEndian));
     default:
       return 0;
   }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <limits>
 
+#include "base/byte_cursor.h"
 #include "scene/container/array_reader.h"
-#include "scene/container/byte_cursor.h"
 #include "scene/container/container.h"
 #include "scene/container/inflate.h"
 
@@ -201,7 +201,7 @@ class BinaryReader {
   RecordTree& tree_;
   bool wide_;
   std::string_view bytes_;
-  ByteCursor in_;
+  base::ByteCursor in_;
   std::vector<OpenRecord> open_;
   ParseError error_;
   bool done_ = false;

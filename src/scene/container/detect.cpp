@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "scene/container/byte_cursor.h"
+#include "base/byte_cursor.h"
 #include "scene/container/container.h"
 
 namespace scene {
@@ -82,7 +82,7 @@ int DetectVersion(std::string_view bytes, ContainerKind kind) {
   if (kind == ContainerKind::Binary) {
     if (bytes.size() < kVersionOffset + 4) return 0;
     const uint32_t version =
-        LoadNumber<uint32_t>(bytes.data() + kVersionOffset, bytes[kVersionOffset - 1] != 0);
+        base::LoadNumber<uint32_t>(bytes.data() + kVersionOffset, bytes[kVersionOffset - 1] != 0);
     return version > 1000000 ? 0 : static_cast<int>(version);
   }
   if (kind == ContainerKind::None) return 0;

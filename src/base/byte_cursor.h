@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
-namespace scene {
+namespace base {
 
 /// Reads numbers from the start of `bytes`, which must hold enough of them, in either byte order.
 template <typename T>
@@ -25,11 +27,16 @@ T LoadNumber(const char* bytes, bool bigEndian) {
 /// reads a whole record and tests Failed() once.
 class ByteCursor {
  public:
-  ByteCursor(std::string_view bytes, bool bigEndian) : bytes_(bytes), bigEndian_(bigEndian) {}
+  explicit ByteCursor(std::string_view bytes, bool bigEndian = false)
+      : bytes_(bytes), bigEndian_(bigEndian) {}
 
   uint64_t Offset() const { return offset_; }
   uint64_t Remaining() const { return bytes_.size() - offset_; }
   bool Failed() const { return failed_; }
+  /// Whether `count` records of at least `size` bytes can follow.
+  bool HasRoomFor(int32_t count, size_t size) const {
+    return !failed_ && count >= 0 && static_cast<uint64_t>(count) <= Remaining() / size;
+  }
 
   /// Moves to `offset`, which may lie at the end.
   void Seek(uint64_t offset) {
@@ -51,6 +58,13 @@ class ByteCursor {
     return value;
   }
 
+  template <typename T, size_t N>
+  std::array<T, N> Numbers() {
+    std::array<T, N> values{};
+    for (T& value : values) value = Number<T>();
+    return values;
+  }
+
   std::string_view Bytes(uint64_t size) {
     if (failed_ || Remaining() < size) {
       failed_ = true;
@@ -68,4 +82,4 @@ class ByteCursor {
   bool failed_ = false;
 };
 
-}  // namespace scene
+}  // namespace base
