@@ -213,7 +213,8 @@ typedef void(FBX_TO_TS3D_CALL* FbxToTs3dTextureCallback)(void* callbackContext, 
  *  |10 | `statusCallback`  | status lines, or null                                                               |
  *  |11 | `textureCallback` | texture conversion, or null                                                         |
  *  |12 | `meshOptionMode`  | 0, 1 or 2: which meshes get their normals turned inward. With an empty list: 1      |
- *  |   |                   | turns all. With a list: 2 turns the listed ones, 0 and 1 all others                 |
+ *  |   |                   | turns all. With a list: 2 turns the listed ones, 0 and 1 all others. "!name" lists  |
+ *  |   |                   | none here, so pass 2 when there is nothing else in the list                         |
  *  |13 | `meshOptionList`  | mesh names separated by "|", or null; "!name" draws that mesh from both sides       |
  *
  *  @return 0 to 5, or FBX_TO_TS3D_BUSY; with `finishOnly` 0 or 6 to 8. */

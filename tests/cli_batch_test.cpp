@@ -108,7 +108,9 @@ TEST_F(Batch, WarnsOfNamesThatNoneOfTheModelsHas) {
   other.Triangle("Hair");
   other.Triangle("Hairpin");
   folder_.Write("b.fbx", other.Text());
-  EXPECT_EQ(Run("convert -q a.fbx b.fbx --mesh HAIR --double-sided hta --exclude hat --report r.json"), 0);
+  EXPECT_EQ(Run("convert -q a.fbx b.fbx --mesh-mode 0 --mesh HAIR --double-sided hta --exclude hat --report "
+                "r.json"),
+            0);
   EXPECT_FALSE(Printed("--mesh") || Printed("--exclude")) << errors_;
   EXPECT_TRUE(
       Printed("fbx2czp: warning: --double-sided hta: no mesh or material has this name; the nearest "
@@ -124,8 +126,8 @@ TEST_F(Batch, WarnsOfNamesThatNoneOfTheModelsHas) {
       << errors_;
   EXPECT_FALSE(Printed("L_tibia:")) << errors_;
   // Only whole meshes can have inward normals.
-  EXPECT_EQ(Run("convert -q b.fbx --mesh hairpin --mesh Hairpin_a"), 0);
-  EXPECT_TRUE(Printed("fbx2czp: b.fbx: warning: --mesh Hairpin_a: no mesh has this name;")) << errors_;
+  EXPECT_EQ(Run("convert -q b.fbx --inward hairpin --inward Hairpin_a"), 0);
+  EXPECT_TRUE(Printed("fbx2czp: b.fbx: warning: --inward Hairpin_a: no mesh has this name;")) << errors_;
 }
 
 TEST_F(Batch, TwoModelsNeverWriteOnePackage) {

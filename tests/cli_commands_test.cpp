@@ -242,6 +242,49 @@ TEST_F(Tool, FinishKeepsWhatItIsNotAskedToChangeAndAddsNothingTwice) {
   EXPECT_EQ(count("<switch name=\"Cap\">") + count("name=\"Hood\""), 1u);
 }
 
+TEST_F(Tool, PackagesOfOthersAreReplacedOnRequestOnly) {
+  CopySample("scout.fbx");
+  ASSERT_EQ(Run("convert scout.fbx -q"), 0);
+  ASSERT_EQ(Run("finish scout.fbx -q"), 0);
+  EXPECT_EQ(Run("convert scout.fbx -q"), 0) << "a finished package is ours: " << errors_;
+  const std::string ours = ReadWholeFile(folder_.Path("scout.czp"));
+  std::string extended = ours;
+  for (size_t at = 0; (at = extended.find("hat.cmf", at)) != std::string::npos;)
+    extended.replace(at, 7, "hat.caf");
+  for (const std::string& bytes : {std::string("my notes"), std::string(), extended}) {
+    folder_.Write("scout.czp", bytes);
+    EXPECT_EQ(Run("convert scout.fbx -q"), 3);
+    EXPECT_EQ(Run("convert scout.fbx -q --report r.json"), 3);
+    EXPECT_TRUE(Printed("scout.czp is not by fbx2czp and stays: it ")) << errors_;
+    EXPECT_EQ(ReadWholeFile(folder_.Path("scout.czp")), bytes);
+    EXPECT_EQ(Run("convert scout.fbx -q --force"), 0) << errors_;
+  }
+  EXPECT_EQ(ReadWholeFile(folder_.Path("scout.czp")).size(), ours.size());
+}
+
+TEST_F(Tool, NothingIsNoResultAndSidesAreAskedForByName) {
+  CopySample("scout.fbx");
+  EXPECT_EQ(Run("convert scout.fbx -q --exclude body --exclude head --exclude HAT --exclude backpack"), 5);
+  EXPECT_TRUE(Printed("all meshes are left out")) << errors_;
+  EXPECT_EQ(Run("convert scout.fbx -q --mesh hat"), 64);
+  EXPECT_TRUE(Printed("use --inward NAME")) << errors_;
+  EXPECT_EQ(Run("convert scout.fbx -q --mesh-mode 2"), 64);
+  EXPECT_EQ(Run("convert scout.fbx -q --inward hat --outward HAT"), 64);
+  EXPECT_EQ(Files(), "scout.fbx");
+  const auto convert = [&](const std::string& options) {
+    EXPECT_EQ(Run("convert scout.fbx -q " + options), 0) << errors_;
+    const Package package(folder_.Path("scout.czp"));
+    return std::pair(package["hat.cmf"], package["body.cmf"]);
+  };
+  const auto plain = convert(""), inward = convert("--inward Hat"), all = convert("--mesh-mode 1");
+  EXPECT_TRUE(inward.first != plain.first && inward.second == plain.second);
+  EXPECT_EQ(inward.first, all.first);
+  EXPECT_EQ(convert("--outward hat"), plain);
+  EXPECT_EQ(convert("--outward hat --mesh-mode 1"), std::pair(plain.first, all.second));
+  EXPECT_EQ(convert("--double-sided hat"), plain) << "the sides are the document's";
+  EXPECT_EQ(convert("--double-sided hat --inward hat"), inward);
+}
+
 TEST_F(Tool, DamagedSettingsAndPackagesAreNamed) {
   CopySample("scout.fbx");
   folder_.Write("s.json", "{\"scale\": }");

@@ -10,6 +10,7 @@
 
 #include "convert/batch.h"
 #include "convert/convert_options.h"
+#include "convert/mesh_options.h"
 #include "convert/unmatched_options.h"
 #include "host/find_models.h"
 #include "host/host_paths.h"
@@ -61,6 +62,7 @@ void CheckReportPath(const std::string& report, const std::vector<ModelTask>& ta
 }
 
 int RunConvert(const ConvertOptions& options) {
+  CheckMeshOptions(options);
   const auto begin = std::chrono::steady_clock::now();
   std::optional<FinishSettings> finish;
   if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
@@ -125,12 +127,20 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   AddRenamePreset(convert, options->renamePreset,
                   "Rename the bones of a rig of this kind to their product names: biped, mixamo,\nrocketbox "
                   "or unreal. --rename goes before it");
-  TakesNumber(convert.add_option("--mesh-mode", options->meshMode,
-                                 "Which meshes get inward normals. Without --mesh: 1 all, 0 and 2 none.\n"
-                                 "With --mesh: 2 those, 0 and 1 all others (0)"),
-              0, 2);
+  TakesNumber(
+      convert.add_option("--mesh-mode", options->meshMode,
+                         "Which meshes get inward normals. Without --mesh: 1 all, 0 none (the default).\n"
+                         "With --mesh: 2 those, 0 and 1 all others"),
+      0, 2);
   TakesName(Repeatable(
       convert.add_option("--mesh", options->meshes, "Mesh that --mesh-mode is about; repeat for more")));
+  TakesName(Repeatable(convert.add_option("--inward", options->inwardMeshes,
+                                          "Mesh that gets inward normals; repeat for more")))
+      ->excludes("--mesh");
+  TakesName(Repeatable(convert.add_option("--outward", options->outwardMeshes,
+                                          "Mesh that keeps outward normals, whatever --mesh-mode 1 does to "
+                                          "all; repeat for more")))
+      ->excludes("--mesh");
   TakesName(Repeatable(convert.add_option("--double-sided", options->doubleSidedMeshes,
                                           "Mesh to draw from both sides; repeat for more")));
   Repeatable(convert.add_option("--exclude", options->excludedNames,
@@ -152,6 +162,8 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   AddPackLevel(convert, options->packLevel);
   convert.add_option("--report", options->report, "JSON file to write with the results of all models")
       ->type_name("FILE");
+  convert.add_flag("--force", options->force,
+                   "Replace a .czp file even if it holds what fbx2czp has not written");
   AddNoPlugins(convert, options->loadsPlugins);
   AddVerbosity(convert, options->verbosity);
   SetFooter(convert, kConvertExamples);

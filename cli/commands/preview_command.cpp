@@ -138,6 +138,10 @@ fs::path NumberedName(const fs::path& path, size_t index) {
 }
 
 void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
+  const bool hasFaces = std::any_of(actor.meshes.begin(), actor.meshes.end(),
+                                    [](const actor::Mesh& mesh) { return !mesh.faces.empty(); });
+  if (!hasFaces && (!options.bones || actor.skeleton.bones.empty()))
+    throw PreviewFailure(FBX_TO_TS3D_NO_MESH, "there is nothing to draw: no mesh has a face");
   preview::PictureOptions picture;
   picture.size = options.size;
   picture.bones = options.bones;

@@ -10,6 +10,7 @@
 #include <sstream>
 #include <thread>
 
+#include "convert/foreign_package.h"
 #include "host/child_process.h"
 #include "host/host_paths.h"
 #include "host/interrupt.h"
@@ -120,7 +121,7 @@ class Batch {
     try {
       if (const char* problem = Refusal(task)) {
         Fail(0, FBX_TO_TS3D_NO_FILE, problem);
-      } else {
+      } else if (!RefuseForeignPackage(0)) {
         const WorkFolder work(task.model);
         Complete(0, work, ConvertInWorkFolder(task, work, options_, finish_, onStatus));
       }
@@ -155,12 +156,24 @@ class Batch {
            "another model of this command line makes the same package, " + task.Package().string());
       return true;
     }
+    if (RefuseForeignPackage(index)) return true;
     try {
       running_.emplace_back(index, task, options_, finish_, printer_, tasks_.size() == 1);
     } catch (const std::exception& error) {
       if (!running_.empty()) return false;
       Fail(index, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
     }
+    return true;
+  }
+
+  /// @return whether the model has failed, as its package would replace what somebody else has made
+  bool RefuseForeignPackage(size_t index) {
+    const fs::path package = tasks_[index].Package();
+    const std::string why = options_.force ? "" : WhyForeign(package);
+    if (why.empty()) return false;
+    Fail(index, FBX_TO_TS3D_PACKAGE_FAILED,
+         package.string() + " is not by fbx2czp and stays: " + why +
+             ". Move it away, write elsewhere with --output, or replace it with --force");
     return true;
   }
 

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "convert/job_host.h"
+#include "convert/mesh_options.h"
 #include "convert/rename_preset.h"
 #include "convert/unmatched_options.h"
 #include "driver/convert.h"
@@ -29,10 +30,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.rotationY = options.rotationY;
   job.rotationX = options.rotationX;
   job.boneRenameList = JoinList(options.boneRenames);
-  job.meshOptionMode = options.meshMode;
-  std::vector<std::string> meshes = options.meshes;
-  for (const std::string& mesh : options.doubleSidedMeshes) meshes.push_back("!" + mesh);
-  job.meshOptionList = JoinList(meshes);
+  SetMeshOptions(options, job);
   job.exclusionList = options.excludedNames;
   job.repairs = options.repairs;
   job.packLevel = options.packLevel;
@@ -117,6 +115,15 @@ void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& 
   job.boneRenameList = JoinList(renames);
 }
 
+/// The converter counts meshes that are left out as well.
+void RefuseEmptyPackage(const fs::path& package, ModelResult& result) {
+  for (const ts3d::MemberSize& member : ts3d::ListMembers(package.string())) {
+    if (member.name.ends_with(".cmf")) return;
+  }
+  result.code = FBX_TO_TS3D_NO_MESH;
+  result.reason = "all meshes are left out, by --exclude or as heads of actors: nothing is left to convert";
+}
+
 }  // namespace
 
 fs::path ModelTask::Package() const { return folder / WithExtension(model.filename(), "czp"); }
@@ -166,6 +173,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   result.damage = job.damagedArrays;
   result.textureProblems = textures.Problems();
   NoteOutsidePictures(textures.OutsidePictures(), result);
+  if (result.code == 0) RefuseEmptyPackage(WithExtension(work.Model(), "czp"), result);
   if (result.code == 0) {
     result.vertices = job.vertexTotal;
     result.triangles = job.polygonTotal;

@@ -21,8 +21,9 @@ struct ConvertOptions {
   int32_t rotationX = 0;
   std::vector<std::string> boneRenames;  ///< "old=new"
   std::string renamePreset;              ///< empty: none
-  int32_t meshMode = 0;
-  std::vector<std::string> meshes;
+  std::optional<int32_t> meshMode;
+  std::vector<std::string> meshes;  ///< what `meshMode` is about
+  std::vector<std::string> inwardMeshes, outwardMeshes;
   std::vector<std::string> doubleSidedMeshes;
   std::vector<std::string> excludedNames;
   ts3d::RepairSettings repairs;                            ///< what is asked for by name
@@ -33,6 +34,7 @@ struct ConvertOptions {
   unsigned jobs = 0;   ///< models at a time; 0: one for each processor core
   std::string report;  ///< JSON file to write, or empty
   std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
+  bool force = false;                                      ///< replaces packages that somebody else has made
   bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
 };

@@ -22,16 +22,17 @@ const UnmatchedOption* Find(const ModelResult& result, const UnmatchedOption& wa
 
 std::string DescribeUnmatched(const UnmatchedOption& unmatched, const std::vector<std::string>& names) {
   const std::string things = unmatched.option.ends_with("rename") ? "bone"
-                             : unmatched.option.ends_with("mesh") ? "mesh"
-                                                                  : "mesh or material";
+                             : unmatched.option.ends_with("mesh") || unmatched.option.ends_with("ward")
+                                 ? "mesh"
+                                 : "mesh or material";
   const std::vector<std::string> nearest = ts3d::NearestNames(unmatched.name, names);
   return unmatched.option + " " + unmatched.name + ": no " + things + " has this name" +
          (nearest.empty() ? "" : "; the nearest names are " + ts3d::QuotedNames(nearest));
 }
 
 bool NamesSomething(const ConvertOptions& options) {
-  return !(options.excludedNames.empty() && options.meshes.empty() && options.doubleSidedMeshes.empty() &&
-           options.boneRenames.empty());
+  return !(options.excludedNames.empty() && options.meshes.empty() && options.inwardMeshes.empty() &&
+           options.outwardMeshes.empty() && options.doubleSidedMeshes.empty() && options.boneRenames.empty());
 }
 
 std::vector<UnmatchedOption> FindUnmatchedOptions(const ConvertOptions& options,
@@ -46,6 +47,8 @@ std::vector<UnmatchedOption> FindUnmatchedOptions(const ConvertOptions& options,
   };
   add("--exclude", options.excludedNames, targets.outputs);
   add("--mesh", options.meshes, targets.meshes);
+  add("--inward", options.inwardMeshes, targets.meshes);
+  add("--outward", options.outwardMeshes, targets.meshes);
   add("--double-sided", options.doubleSidedMeshes, targets.outputs);
   std::vector<std::string> renamed;
   for (const std::string& rename : options.boneRenames) renamed.push_back(rename.substr(0, rename.find('=')));

@@ -12,8 +12,7 @@ namespace cli {
 /// Whether an option names a part of the models.
 bool NamesSomething(const ConvertOptions& options);
 
-/// The names that --exclude, --mesh, --double-sided and --rename
-/// give and that nothing in a model with `targets` has.
+/// The names that options give and that nothing in a model with `targets` has.
 std::vector<UnmatchedOption> FindUnmatchedOptions(const ConvertOptions& options,
                                                   const ts3d::OptionTargets& targets);
 

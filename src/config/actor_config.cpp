@@ -23,10 +23,8 @@ std::string UnposedHeight(ActorType actorType) {
 }
 
 std::string Head(const ConversionJob& job, const std::string& documentPath) {
-  std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE cal_config SYSTEM \"";
-  text.append(kTypeDefinitionHost).append("/dtds/cal_config.dtd\">\n<cal_config>\n");
-  text += "\t<object_id>" + ObjectId(job.actorType, documentPath) + "</object_id>\n" +
-          UnposedHeight(job.actorType);
+  std::string text = DocumentHead() + "\t<object_id>" + ObjectId(job.actorType, documentPath) +
+                     "</object_id>\n" + UnposedHeight(job.actorType);
   text += "\t<object_version major=\"1\" minor=\"0\" bugfix=\"0\"/>\n";
   text += "\t<scale>1.0</scale>\n<flags>\n\t<invert_v/>\n";
   text += "\t<rotation x=\"" + std::to_string(job.rotationX) + "\" y=\"" + std::to_string(job.rotationY) +
@@ -56,6 +54,11 @@ std::string Lists(ConversionJob& job, PackagedNameSet& packagedNames) {
 }
 
 }  // namespace
+
+std::string DocumentHead() {
+  std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE cal_config SYSTEM \"";
+  return text.append(kTypeDefinitionHost).append("/dtds/cal_config.dtd\">\n<cal_config>\n");
+}
 
 std::string ObjectId(ActorType actorType, const std::string& documentPath) {
   switch (actorType) {

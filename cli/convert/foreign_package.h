@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace cli {
+
+/// Why a conversion must not replace what is at `package` unasked: it holds what no conversion writes. Empty
+/// when nothing is there, or a package of ours, also with final settings.
+std::string WhyForeign(const std::filesystem::path& package);
+
+}  // namespace cli
