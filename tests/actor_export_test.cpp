@@ -9,8 +9,10 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "actor/rigid_transform.h"
 #include "export/export_gltf.h"
 #include "export/export_obj.h"
+#include "export/place_actor.h"
 #include "support/sample_actor.h"
 
 namespace {
@@ -119,6 +121,39 @@ TEST(ExportGlb, HoldsPositionsWeightsAndJointsOfThePackage) {
     ExpectSameMesh(*got, mesh, whole);
   }
   ExpectRestIsIdentity(*scene);
+}
+
+TEST(PlaceActor, TurnsMeshesAndBonesAlike) {
+  using Axes = decltype(actor::Placement::axes);
+  const Actor before = SampleActor();
+  const auto expected = [](const Axes& axes, const actor::Double3& v) {
+    aiVector3D turned;
+    for (unsigned i = 0; i < 3; ++i)
+      turned[i] = static_cast<float>((axes[i][0] * v[0] + axes[i][1] * v[1] + axes[i][2] * v[2]) / 100);
+    return turned;
+  };
+  // No turn, the six axes in turn, half turns about each axis, and a model that lies on its back.
+  for (const Axes& axes :
+       {Axes{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, Axes{{{0, 1, 0}, {0, 0, 1}, {1, 0, 0}}},
+        Axes{{{1, 0, 0}, {0, -1, 0}, {0, 0, -1}}}, Axes{{{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}},
+        Axes{{{-1, 0, 0}, {0, -1, 0}, {0, 0, 1}}}, Axes{{{1, 0, 0}, {0, 0, 1}, {0, -1, 0}}}}) {
+    Actor placed = before;
+    PlaceActor({axes, 0.01}, placed);
+    const std::string glb = ExportGlb(placed, "test", Encode);
+    Assimp::Importer importer;
+    const aiScene* scene = importer.ReadFileFromMemory(glb.data(), glb.size(), 0, "glb");
+    ASSERT_TRUE(scene) << importer.GetErrorString();
+    ExpectRestIsIdentity(*scene);
+    const actor::Vector3& p = before.meshes[0].vertices[7].position;
+    const aiVector3D corner = FindMesh(*scene, before.meshes[0].name)->mVertices[7];
+    EXPECT_LT((corner - expected(axes, {p[0], p[1], p[2]})).Length(), 1e-5f);
+    const auto were = ComposeSkeleton(before.skeleton), are = ComposeSkeleton(placed.skeleton);
+    for (size_t i = 0; i < are.size(); ++i) {
+      const auto& [x, y, z] = are[i].translation;
+      const aiVector3D got(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
+      EXPECT_LT((got - expected(axes, were[i].translation)).Length(), 1e-4f) << i;
+    }
+  }
 }
 
 TEST(ExportGlb, DescribesMaterialsAndPicturesOnce) {

@@ -1,18 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "commands/export_command.h"
 
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 #include "actor/load_actor.h"
 #include "core/names.h"
 #include "export/export_gltf.h"
 #include "export/export_obj.h"
+#include "export/place_actor.h"
 #include "host/replace_files.h"
 #include "output/package_pictures.h"
 #include "output/terminal.h"
+#include "preview/model.h"
+#include "preview/stand.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -23,7 +29,35 @@ constexpr int kWritten = 0, kNotWritten = 1, kUnreadable = 2;
 struct ExportOptions {
   std::string package;
   std::string output;
+  std::string unit;  ///< of the package's lengths; empty: by the size of the model
+  std::string up;    ///< axis; empty: concluded from the model
+  bool raw = false;  ///< numbers and axes of the package
 };
+
+const std::map<std::string, double> kMetres = {{"mm", 0.001}, {"cm", 0.01}, {"inch", 0.0254}, {"m", 1.0}};
+
+/// Packages do not tell their unit. Up to this height in units a model is one in metres, up to a hundred
+/// times that one in centimetres, beyond it one in millimetres.
+std::string LikelyUnit(double height) {
+  constexpr double kTallest = 8.0;
+  return height <= kTallest ? "m" : height <= 100.0 * kTallest ? "cm" : "mm";
+}
+
+/// Stands the model up along +Y, facing +Z, in metres. @return what was done, in words
+std::string StandUp(const ExportOptions& options, actor::Actor& actor) {
+  if (options.raw) return "numbers and axes of the package";
+  const actor::Actor drawable = preview::Drawable(actor);
+  const std::optional<preview::Vector> up =
+      options.up.empty() ? std::nullopt : std::optional(preview::AxisNames().at(options.up));
+  const preview::Stand stand = preview::FindStand(drawable, up);
+  const double height = std::abs(preview::Dot(preview::ModelBounds(drawable).Extent(), stand.up));
+  const std::string unit = options.unit.empty() ? LikelyUnit(height) : options.unit;
+  PlaceActor({{stand.side, stand.up, stand.front}, kMetres.at(unit)}, actor);
+  char text[120];
+  std::snprintf(text, sizeof text, "%.3g m tall, %s %s", height * kMetres.at(unit),
+                options.unit.empty() ? "taking the package's lengths for" : "of", unit.c_str());
+  return text;
+}
 
 std::vector<actor::ExportedFile> Export(const actor::Actor& actor, const fs::path& output) {
   if (ts3d::EqualsIgnoreCase(output.extension().string(), ".obj")) {
@@ -43,15 +77,17 @@ int RunExport(const ExportOptions& options) {
   for (const actor::Finding& finding : findings) {
     PrintMessage(finding.subject, Severity::Warning, finding.text);
   }
+  std::string placement;
   try {
     const fs::path output = options.output;
+    placement = StandUp(options, actor);
     ReplaceFiles(output.parent_path(), Export(actor, output));
   } catch (const std::runtime_error& reason) {
     PrintMessage(options.output, Severity::Error, reason.what());
     return kNotWritten;
   }
-  std::printf("%s: %zu meshes, %zu bones\n", Printable(options.output).c_str(), actor.meshes.size(),
-              actor.skeleton.bones.size());
+  std::printf("%s: %zu meshes, %zu bones, %s\n", Printable(options.output).c_str(), actor.meshes.size(),
+              actor.skeleton.bones.size(), placement.c_str());
   return kWritten;
 }
 
@@ -74,10 +110,27 @@ void AddExportCommand(CLI::App& app, RunCommand& run) {
                   "OUT.glb: skeleton, skin and pictures in one file; OUT.obj: shape, colours and pictures")
       ->required()
       ->check(CLI::Validator(CheckExportOutput, "FILE"));
+  CLI::Option* raw =
+      command.add_flag("--raw", options->raw, "Keep the numbers and axes of the package as they are");
+  command
+      .add_option("--unit", options->unit,
+                  "What the package's lengths are: cm, m, mm or inch (concluded from the model's size)")
+      ->type_name("UNIT")
+      ->check(CLI::IsMember(kMetres).description(""))
+      ->excludes(raw);
+  command
+      .add_option("--up", options->up,
+                  "Axis of the package that leads upwards: x, y, z, -x, -y or -z (concluded from bones\n"
+                  "and bounds)")
+      ->type_name("AXIS")
+      ->check(CLI::IsMember(preview::AxisNames()).description(""))
+      ->excludes(raw);
   command.footer(
       "Examples:\n"
       "  fbx2czp export hero.czp -o hero.glb\n"
-      "      the model with its skeleton, for viewers and modelling programs\n"
+      "      the model with its skeleton, upright and in metres, for viewers and modelling programs\n"
+      "  fbx2czp export hero.czp -o hero.glb --unit inch\n"
+      "      for a model that was made in inches\n"
       "  fbx2czp export hero.czp -o hero.obj\n"
       "      the model at rest, with hero.mtl and a .png file for each picture beside it\n"
       "\nExit codes:\n"

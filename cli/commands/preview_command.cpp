@@ -18,6 +18,7 @@
 #include "preview/canvas.h"
 #include "preview/page.h"
 #include "preview/picture.h"
+#include "preview/stand.h"
 #include "textures/png_writer.h"
 
 namespace cli {
@@ -45,10 +46,6 @@ constexpr const char* kFooter =
 const std::map<std::string, preview::View> kViews = {
     {"front", {0, 0}}, {"side", {90, 0}}, {"top", {0, 90}}, {"three-quarter", {32, 12}}};
 
-const std::map<std::string, preview::Vector> kAxes = {{"x", {1, 0, 0}},   {"y", {0, 1, 0}},
-                                                      {"z", {0, 0, 1}},   {"-x", {-1, 0, 0}},
-                                                      {"-y", {0, -1, 0}}, {"-z", {0, 0, -1}}};
-
 /// What "fbx2czp preview" was asked for.
 struct PreviewOptions {
   std::string input;
@@ -62,7 +59,7 @@ struct PreviewOptions {
   std::string up;                           ///< axis; empty: concluded from the model
 
   std::optional<preview::Vector> Up() const {
-    return up.empty() ? std::nullopt : std::optional(kAxes.at(up));
+    return up.empty() ? std::nullopt : std::optional(preview::AxisNames().at(up));
   }
 };
 
@@ -224,7 +221,7 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
   preview
       .add_option("--up", options->up,
                   "Axis that leads upwards: x, y, z, -x, -y or -z (concluded from bones and bounds)")
-      ->check(CLI::IsMember(kAxes));
+      ->check(CLI::IsMember(preview::AxisNames()));
   preview
       .add_option("--turntable", options->turntable,
                   "That many pictures once around the model; their names get numbers from _000")

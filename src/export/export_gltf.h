@@ -6,7 +6,7 @@
 namespace actor {
 
 /// The actor as a binary glTF 2.0 file with skeleton, skin, materials and pictures; numbers and axes are
-/// those of the package.
+/// those of the actor.
 /// @param generator name and version of the program
 /// @throws std::runtime_error when the actor is larger than the format allows
 std::string ExportGlb(const Actor& actor, const std::string& generator, const PictureEncoder& encode);

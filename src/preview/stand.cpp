@@ -72,4 +72,11 @@ Stand FindStand(const actor::Actor& drawable, const std::optional<Vector>& up) {
   return stand;
 }
 
+const std::map<std::string, Vector>& AxisNames() {
+  static const std::map<std::string, Vector> axes = {{"x", {1, 0, 0}},   {"y", {0, 1, 0}},
+                                                     {"z", {0, 0, 1}},   {"-x", {-1, 0, 0}},
+                                                     {"-y", {0, -1, 0}}, {"-z", {0, 0, -1}}};
+  return axes;
+}
+
 }  // namespace preview

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <optional>
+#include <string>
 
 #include "actor/actor.h"
 #include "preview/vectors.h"
@@ -24,5 +26,8 @@ struct Stand {
 /// along Y and to -Y of others.
 /// @param up the axis instead, one of the six of the model's space
 Stand FindStand(const actor::Actor& drawable, const std::optional<Vector>& up = std::nullopt);
+
+/// The six axes by their names: "x", "-x" and so on.
+const std::map<std::string, Vector>& AxisNames();
 
 }  // namespace preview
