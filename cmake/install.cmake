@@ -43,6 +43,8 @@ if(TARGET ts3d_page)
   install(FILES ${PROJECT_SOURCE_DIR}/web/three-license.txt COMPONENT tool
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_tool} RENAME copyright.three.js)
 endif()
+file(GLOB schemas ${PROJECT_SOURCE_DIR}/docs/schemas/*.json)
+install(FILES ${schemas} DESTINATION ${CMAKE_INSTALL_DATADIR}/fbx2czp/schemas COMPONENT tool)
 foreach(component library development tool)
   set(doc_${component} ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_${component}})
   install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${doc_${component}} COMPONENT ${component} RENAME copyright)

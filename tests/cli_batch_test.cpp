@@ -84,7 +84,6 @@ TEST_F(Batch, FoldersAreConvertedWithTheirSubfoldersAndReported) {
   EXPECT_NE(output_.find("\nall                      2/4 "), std::string::npos) << output_;
 
   const Json report = Json::parse(ReadWholeFile(folder_.Path("report.json")));
-  EXPECT_EQ(report["version"], 1);
   EXPECT_EQ(report["totals"]["failed"], 2);
   const Json& models = report["models"];
   ASSERT_EQ(models.size(), 4u);
@@ -100,6 +99,10 @@ TEST_F(Batch, FoldersAreConvertedWithTheirSubfoldersAndReported) {
   EXPECT_EQ(models[1]["result"], 2);
   EXPECT_NE(models[1]["reader_output"].get<std::string>().find("Error returned: "), std::string::npos);
   EXPECT_EQ(models[3]["result"], 1);
+  EXPECT_EQ(models[3]["messages"][0]["code"], "no-file");
+  EXPECT_EQ(Run("convert in/a.fbx in/broken.fbx --report - -o out"), 2);
+  EXPECT_EQ(Json::parse(output_)["models"][0]["package"], folder_.Path("out/a.czp"));
+  EXPECT_TRUE(Printed("\nall            1/2 ")) << errors_;
 }
 
 TEST_F(Batch, WarnsOfNamesThatNoneOfTheModelsHas) {
@@ -116,8 +119,11 @@ TEST_F(Batch, WarnsOfNamesThatNoneOfTheModelsHas) {
       Printed("fbx2czp: warning: --double-sided hta: no mesh or material has this name; the nearest "
               "names are \"hat\", "));
   const Json models = Json::parse(ReadWholeFile(folder_.Path("r.json")))["models"];
-  EXPECT_EQ(models[1]["unmatched_options"][0]["name"], "hat");
-  EXPECT_EQ(models[1]["unmatched_options"][0]["nearest"], Json({"Hair", "Hairpin"}));
+  const Json& messages = models[1]["messages"];
+  const Json hat = *std::find_if(messages.begin(), messages.end(),
+                                 [](const Json& message) { return message["code"] == "unknown-name"; });
+  EXPECT_EQ(hat["where"], Json({{"kind", "option"}, {"names", {"hat"}}}));
+  EXPECT_TRUE(hat["message"].get<std::string>().ends_with("the nearest names are \"Hair\", \"Hairpin\""));
   // The document names bones as they are written.
   EXPECT_EQ(Run("convert -q a.fbx --rename l_Femur=thigh --rename L_tibia=shin"), 0);
   EXPECT_TRUE(

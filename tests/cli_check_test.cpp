@@ -61,12 +61,11 @@ TEST_F(CheckCommand, PrintsJsonWhateverTheNamesHold) {
   EXPECT_EQ((output_ + errors_).find('\x1b'), std::string::npos);
   EXPECT_EQ(Run("check --json odd.fbx text.fbx"), 2);
   const auto json = nlohmann::json::parse(output_);
-  EXPECT_EQ(json["version"], 1);
   EXPECT_EQ(json["models"][0]["result"], "warning");
   EXPECT_EQ(json["models"][0]["meshes"][0]["triangles"], 1);
-  EXPECT_EQ(json["models"][0]["findings"][0]["code"], "texture-missing");
+  EXPECT_EQ(json["models"][0]["messages"][0]["code"], "texture-missing");
   EXPECT_EQ(json["models"][0]["members"][1], "skeleton.csf");
-  EXPECT_EQ(json["models"][1]["findings"][0]["severity"], "fatal");
+  EXPECT_EQ(json["models"][1]["messages"][0]["severity"], "error");
 }
 
 }  // namespace

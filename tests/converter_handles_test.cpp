@@ -9,6 +9,7 @@
 
 #include "fbx_to_ts3d.hpp"
 #include "support/character.h"
+#include "support/json_schemas.h"
 #include "support/test_host.h"
 
 namespace {
@@ -129,8 +130,11 @@ TEST(Converters, TellWhatFailedAndWhatIsWrongWithoutAConsole) {
   EXPECT_EQ(done["triangles"], 1);
   EXPECT_EQ(done["members"][1]["name"], "m.xfg");
   EXPECT_THAT(done["notices"], testing::Contains(">>> No Defined Bind Pose!"));
-  EXPECT_EQ(done["textures"][0]["source"], "skin.tga");
-  const auto checked = nlohmann::json::parse(converter.CheckMemory("m.fbx", RiggedModel()))["check"];
+  EXPECT_EQ(done["messages"][0]["code"], "texture-missing");
+  const auto check = nlohmann::json::parse(converter.CheckMemory("m.fbx", RiggedModel()));
+  support::ExpectMatchesSchema(done);
+  support::ExpectMatchesSchema(check);
+  const auto& checked = check["check"];
   EXPECT_EQ(checked["bones"][1]["name"], "L_foot");
   EXPECT_EQ(host.FileNames(), "bad.fbx m.czp");
 }

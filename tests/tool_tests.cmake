@@ -1,5 +1,6 @@
 # Tests of final settings from outside, and of the command-line tool.
 find_package(assimp REQUIRED)
+find_path(FBX_TO_TS3D_VALIJSON valijson/validator.hpp REQUIRED)
 ts3d_add_tests(
   actor_export_test.cpp
   actor_findings_test.cpp
@@ -13,6 +14,7 @@ ts3d_add_tests(
   finish_safety_test.cpp
   name_safety_test.cpp
   repairs_test.cpp
+  support/json_schemas.cpp
   support/sample_pictures.cpp
   textures_decode_test.cpp
   textures_tool_test.cpp)
@@ -21,4 +23,5 @@ target_link_libraries(ts3d_tests PRIVATE ts3d_inspect ts3d_export ts3d_rig_check
   # What writes the pictures of the tests.
   PkgConfig::PNG PkgConfig::TURBOJPEG PkgConfig::TIFF PkgConfig::WEBP)
 target_compile_definitions(ts3d_tests PRIVATE FBX2CZP_PATH="$<TARGET_FILE:fbx2czp>")
+target_include_directories(ts3d_tests SYSTEM PRIVATE ${FBX_TO_TS3D_VALIJSON})
 add_dependencies(ts3d_tests fbx2czp)

@@ -10,6 +10,7 @@
 
 #include "convert/batch.h"
 #include "convert/convert_options.h"
+#include "convert/convert_report.h"
 #include "convert/mesh_options.h"
 #include "convert/unmatched_options.h"
 #include "host/find_models.h"
@@ -44,7 +45,7 @@ int FirstFailure(const std::vector<ModelResult>& results) {
 /// A report must not take the place of what it reports on, nor be refused when all the work is done.
 void CheckReportPath(const std::string& report, const std::vector<ModelTask>& tasks) {
   namespace fs = std::filesystem;
-  if (report.empty()) return;
+  if (report.empty() || report == kStandardOutput) return;
   std::error_code failed;
   const fs::file_status status = fs::status(report, failed);
   if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) return;
@@ -71,9 +72,11 @@ int RunConvert(const ConvertOptions& options) {
   bool interrupted = false;
   const std::vector<ModelResult> results = ConvertAll(tasks, options, finish, interrupted);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-  WarnOfUnmatchedOptions(results);
-  if (tasks.size() > 1) std::fputs(SummaryTable(results, seconds).c_str(), stdout);
-  if (!options.report.empty()) WriteReport(options.report, results, seconds);
+  const std::vector<ts3d::Finding> warnings = FindNamesOfNoModel(results);
+  for (const ts3d::Finding& warning : warnings)
+    PrintMessage(tasks.size() == 1 ? tasks.front().name : "", Severity::Warning, warning.text);
+  if (tasks.size() > 1) std::fputs(SummaryTable(results, seconds).c_str(), options.Summary());
+  if (!options.report.empty()) WriteReport(options.report, results, warnings, seconds);
   if (!interrupted) return FirstFailure(results);
   PrintMessage("", Severity::Error,
                "interrupted; " + std::to_string(results.size()) + " of " + std::to_string(tasks.size()) +
@@ -160,7 +163,10 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
                   "Models to convert at a time (default: one for each processor core; on Windows always 1)"),
               1, 256);
   AddPackLevel(convert, options->packLevel);
-  convert.add_option("--report", options->report, "JSON file to write with the results of all models")
+  convert
+      .add_option("--report", options->report,
+                  "JSON file to write with the results of all models; \"-\" prints it,\n"
+                  "and all other output goes to standard error")
       ->type_name("FILE");
   convert.add_flag("--force", options->force,
                    "Replace a .czp file even if it holds what fbx2czp has not written");

@@ -102,9 +102,8 @@ ts3d::ActorType ActorTypeOf(std::string_view document) {
 
 /// Tells what "inspect" would find to be wrong.
 void LookAtResult(const fs::path& package, const std::string& name) {
-  Inspection inspection;
-  std::string error;
-  if (!Inspect(package.string(), inspection, error)) return PrintMessage(name, Severity::Warning, error);
+  const Inspection inspection = Inspect(package.string());
+  if (!inspection.error.empty()) return PrintMessage(name, Severity::Warning, inspection.error);
   for (const actor::Finding& finding : inspection.findings) {
     if (finding.severity != actor::Severity::Problem) continue;
     const std::string subject = finding.subject.empty() ? "" : "\"" + finding.subject + "\" ";

@@ -21,27 +21,29 @@ struct InspectOptions {
 };
 
 int RunInspect(const InspectOptions& options) {
-  Inspection inspection;
-  std::string error;
-  if (!Inspect(options.path, inspection, error)) {
-    PrintMessage(options.path, Severity::Error, error);
+  const Inspection inspection = Inspect(options.path);
+  if (options.json) {
+    std::fputs(InspectionsAsJson({inspection}).c_str(), stdout);
+  } else if (inspection.error.empty()) {
+    std::fputs(InspectionAsText(inspection).c_str(), stdout);
+  }
+  if (!inspection.error.empty()) {
+    PrintMessage(options.path, Severity::Error, inspection.error);
     return kUnreadable;
   }
-  const std::string report = options.json ? InspectionAsJson(inspection) : InspectionAsText(inspection);
-  std::fwrite(report.data(), 1, report.size(), stdout);
   return CountProblems(inspection.findings) > 0 ? kProblems : kClean;
 }
 
 }  // namespace
 
-bool Inspect(const std::string& path, Inspection& inspection, std::string& error) {
+Inspection Inspect(const std::string& path) {
+  Inspection inspection;
   inspection.path = path;
-  if (!ReadPackage(path, actor::ReadLimits(), inspection.contents, error) ||
-      !BuildActor(inspection.contents, inspection.actor, inspection.findings, error)) {
-    return false;
+  if (ReadPackage(path, actor::ReadLimits(), inspection.contents, inspection.error) &&
+      BuildActor(inspection.contents, inspection.actor, inspection.findings, inspection.error)) {
+    CheckActor(inspection.contents, inspection.actor, inspection.findings);
   }
-  CheckActor(inspection.contents, inspection.actor, inspection.findings);
-  return true;
+  return inspection;
 }
 
 size_t CountProblems(const actor::Findings& findings) {

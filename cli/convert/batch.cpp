@@ -219,8 +219,8 @@ class Batch {
     model.output += text;
     if (tasks_.size() > 1) return;
     printer_.ClearBar();
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fflush(stdout);
+    std::fwrite(text.data(), 1, text.size(), options_.Summary());
+    std::fflush(options_.Summary());
   }
 
   void Finish(Running& model) {
@@ -261,16 +261,17 @@ class Batch {
     printer_.ClearBar();
     for (const std::string& loss : result.Losses()) PrintMessage(result.model, Severity::Warning, loss);
     if (options_.verbosity != Verbosity::Quiet) {
-      for (const std::string& note : result.notes) PrintMessage(result.model, Severity::Note, note);
+      for (const ts3d::Finding& note : result.notes) PrintMessage(result.model, Severity::Note, note.text);
     }
     for (const ts3d::Finding& fault : result.faults) TellFault(result.model, fault);
     if (result.code != 0) {
       if (tasks_.size() > 1) PrintLines(result.model, result.readerOutput);
       PrintMessage(result.model, Severity::Error, result.reason);
     } else if (tasks_.size() == 1 || options_.verbosity == Verbosity::Verbose) {
-      std::printf("%s: %d points of the model, %d triangles, %ju bytes\n", Printable(result.package).c_str(),
-                  result.vertices, result.triangles, static_cast<uintmax_t>(result.packageBytes));
-      std::fflush(stdout);
+      std::fprintf(options_.Summary(), "%s: %d points of the model, %d triangles, %ju bytes\n",
+                   Printable(result.package).c_str(), result.vertices, result.triangles,
+                   static_cast<uintmax_t>(result.packageBytes));
+      std::fflush(options_.Summary());
     }
     results_[index] = std::move(result);
   }

@@ -72,12 +72,16 @@ int Finish(const WorkFolder& work, FinishSettings settings, ts3d::ConversionJob&
   return ApplyFinishSettings(work.Model().string(), settings, document, job);
 }
 
+void AddNote(const char* code, std::string text, ModelResult& result) {
+  result.notes.push_back({code, ts3d::Severity::Note, ts3d::Subject::File, {}, std::move(text), {}});
+}
+
 ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, ModelResult& result) {
   const ts3d::ChosenRepairs chosen = ts3d::ChooseRepairs(loaded);
   for (const ts3d::NeededRepair& repair : chosen.needed) {
-    result.notes.push_back("repaired with " + repair.option + ": without it, " + repair.reason);
+    AddNote("repaired", "repaired with " + repair.option + ": without it, " + repair.reason, result);
   }
-  if (chosen.needed.empty()) result.notes.emplace_back("nothing to repair");
+  if (chosen.needed.empty()) AddNote("nothing-to-repair", "nothing to repair", result);
   return chosen.settings;
 }
 
@@ -99,7 +103,7 @@ void NoteOutsidePictures(const std::set<std::string>& pictures, ModelResult& res
   if (pictures.empty()) return;
   std::string text = "pictures from outside the model's folder are used:";
   for (const std::string& picture : pictures) text += " " + picture;
-  result.notes.push_back(std::move(text));
+  AddNote("outside-pictures", std::move(text), result);
 }
 
 void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& skeleton,
@@ -110,7 +114,7 @@ void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& 
     renames.push_back(std::move(rename));
   }
   if (renames.size() == options.boneRenames.size()) {
-    result.notes.push_back("no bone has a name of --rename-preset " + options.renamePreset);
+    AddNote("no-preset-bone", "no bone has a name of --rename-preset " + options.renamePreset, result);
   }
   job.boneRenameList = JoinList(renames);
 }

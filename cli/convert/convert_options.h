@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,11 +33,14 @@ struct ConvertOptions {
   std::vector<std::string> textureFolders;                 ///< searched for pictures, with all folders below
   std::string finishSettings;                              ///< JSON file with final settings, or empty
   unsigned jobs = 0;   ///< models at a time; 0: one for each processor core
-  std::string report;  ///< JSON file to write, or empty
+  std::string report;  ///< JSON file to write, "-" for standard output, or empty
   std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
   bool force = false;                                      ///< replaces packages that somebody else has made
   bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
+
+  /// Where lines for people go that are no messages: standard output, unless the report is printed there.
+  std::FILE* Summary() const { return report == "-" ? stderr : stdout; }
 };
 
 }  // namespace cli

@@ -3,55 +3,18 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 
+#include "convert/result_messages.h"
 #include "core/similar_names.h"
-#include "core/visible_text.h"
-#include "core/work_file.h"
 #include "output/describe_finding.h"
-#include "output/exit_codes.h"
 #include "output/terminal.h"
-#include "platform/replacement.h"
 #include "rig_check/report_json.h"
 
 namespace cli {
-namespace fs = std::filesystem;
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-constexpr int kReportVersion = 1;
-
-struct Totals {
-  size_t succeeded = 0;
-  int64_t vertices = 0, triangles = 0;
-  uint64_t packageBytes = 0;
-  int warnings = 0;
-};
-
-/// Coded warnings, pictures that are missing and damage.
-int CountWarnings(const ModelResult& result) {
-  auto count =
-      static_cast<int>(result.textureProblems.size() + result.damage.size() + result.malformedNames.size());
-  for (const ts3d::Finding& fault : result.faults) count += fault.severity == ts3d::Severity::Warning;
-  for (const auto& [code, times] : result.Warnings()) count += times;
-  return count;
-}
-
-Totals Sum(const std::vector<ModelResult>& results) {
-  Totals totals;
-  for (const ModelResult& result : results) {
-    totals.succeeded += result.code == 0 ? 1 : 0;
-    totals.vertices += result.vertices;
-    totals.triangles += result.triangles;
-    totals.packageBytes += result.packageBytes;
-    totals.warnings += CountWarnings(result);
-  }
-  return totals;
-}
 
 std::string TableLine(const std::string& name, const std::string& outcome, const Totals& totals,
                       double seconds, int nameWidth) {
@@ -62,19 +25,6 @@ std::string TableLine(const std::string& name, const std::string& outcome, const
   std::string padded = Printable(name);
   padded.resize(std::max(padded.size(), static_cast<size_t>(nameWidth)), ' ');
   return padded + numbers;
-}
-
-/// Writes the whole file `path` in one step. A pipe or a device is written to; only files are replaced.
-bool WriteText(const std::string& path, const std::string& text) {
-  std::error_code unknown;
-  const fs::file_status target = fs::status(path, unknown);
-  if (fs::exists(target) && !fs::is_regular_file(target)) {
-    std::ofstream file(path, std::ios::binary);
-    return static_cast<bool>(file << text << std::flush);
-  }
-  platform::Replacement report(path);
-  platform::FilePtr file = report.Create("wb");
-  return file && ts3d::WriteAndClose(std::move(file), text) && report.TakePlace();
 }
 
 }  // namespace
@@ -94,25 +44,15 @@ std::vector<std::string> ModelResult::Losses() const {
   return losses;
 }
 
-std::map<std::string, int> ModelResult::Warnings() const {
-  constexpr std::string_view kMark = "***";
-  std::map<std::string, int> counts;
-  for (const std::string& line : status) {
-    if (line.starts_with(kMark)) ++counts[line.substr(kMark.size(), line.find(':') - kMark.size())];
-  }
-  return counts;
-}
-
 Json ToJson(const ModelResult& result) {
   Json members = Json::array();
   for (const MemberSize& member : result.members) {
     members.push_back({{"name", member.name}, {"bytes", member.bytes}});
   }
-  Json faults = Json::array();
-  for (const ts3d::Finding& fault : result.faults) faults.push_back(ts3d::FindingAsJson(fault));
   Json textures = Json::array();
   for (const textures::TextureProblem& problem : result.textureProblems) {
-    textures.push_back({{"source", problem.source}, {"problem", problem.text}});
+    textures.push_back(
+        {{"source", problem.source}, {"problem", problem.text}, {"missing", problem.isMissing}});
   }
   Json unmatched = Json::array();
   for (const UnmatchedOption& entry : result.unmatchedOptions) {
@@ -120,15 +60,13 @@ Json ToJson(const ModelResult& result) {
   }
   return {{"model", result.model},
           {"result", result.code},
-          {"meaning", DescribeExitCode(result.code)},
           {"reason", result.reason},
           {"reader_output", result.readerOutput},
           {"status", result.status},
-          {"warnings", result.Warnings()},
           {"damage", result.damage},
           {"malformed_names", result.malformedNames},
-          {"notes", result.notes},
-          {"faults", std::move(faults)},
+          {"notes", ts3d::FindingsAsJson(result.notes)},
+          {"faults", ts3d::FindingsAsJson(result.faults)},
           {"textures", std::move(textures)},
           {"unmatched_options", std::move(unmatched)},
           {"vertices", result.vertices},
@@ -148,11 +86,12 @@ ModelResult ResultFromJson(const Json& json) {
   json.at("status").get_to(result.status);
   json.at("damage").get_to(result.damage);
   json.at("malformed_names").get_to(result.malformedNames);
-  json.at("notes").get_to(result.notes);
+  for (const Json& note : json.at("notes")) result.notes.push_back(FindingFromJson(note));
   for (const Json& fault : json.at("faults")) result.faults.push_back(FindingFromJson(fault));
   for (const Json& texture : json.at("textures")) {
-    result.textureProblems.push_back(
-        {texture.at("source").get<std::string>(), texture.at("problem").get<std::string>()});
+    result.textureProblems.push_back({texture.at("source").get<std::string>(),
+                                      texture.at("problem").get<std::string>(),
+                                      texture.at("missing").get<bool>()});
   }
   for (const Json& entry : json.at("unmatched_options")) {
     result.unmatchedOptions.push_back({entry.at("option").get<std::string>(),
@@ -170,26 +109,17 @@ ModelResult ResultFromJson(const Json& json) {
   return result;
 }
 
-void WriteReport(const std::string& path, const std::vector<ModelResult>& results, double seconds) {
-  const Totals totals = Sum(results);
-  Json report = {{"report", "fbx2czp convert"},
-                 {"version", kReportVersion},
-                 {"tool", FBX_TO_TS3D_VERSION},
-                 {"totals",
-                  {{"models", results.size()},
-                   {"succeeded", totals.succeeded},
-                   {"failed", results.size() - totals.succeeded},
-                   {"vertices", totals.vertices},
-                   {"triangles", totals.triangles},
-                   {"package_bytes", totals.packageBytes},
-                   {"seconds", seconds}}},
-                 {"models", Json::array()}};
-  for (const ModelResult& result : results) report["models"].push_back(ToJson(result));
-  // Names may be in any code page; what is no UTF-8 shows as a replacement character.
-  if (!WriteText(path,
-                 ts3d::VisibleLines(report.dump(2, ' ', false, Json::error_handler_t::replace)) + '\n')) {
-    throw std::runtime_error(path + ": the report cannot be written");
+Totals Sum(const std::vector<ModelResult>& results) {
+  Totals totals;
+  for (const ModelResult& result : results) {
+    totals.succeeded += result.code == 0 ? 1 : 0;
+    totals.vertices += result.vertices;
+    totals.triangles += result.triangles;
+    totals.packageBytes += result.packageBytes;
+    for (const ts3d::Finding& message : MessagesOf(result))
+      totals.warnings += message.severity == ts3d::Severity::Warning;
   }
+  return totals;
 }
 
 std::string SummaryTable(const std::vector<ModelResult>& results, double seconds) {

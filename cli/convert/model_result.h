@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
@@ -32,7 +31,7 @@ struct ModelResult {
   std::string readerOutput;                 ///< what the reader said of a file that it cannot load
   std::vector<std::string> damage;          ///< arrays of the model that could not be unpacked
   std::vector<std::string> malformedNames;  ///< names that make the document unreadable
-  std::vector<std::string> notes;           ///< advice in plain words
+  std::vector<ts3d::Finding> notes;         ///< advice in plain words
   std::vector<ts3d::Finding> faults;        ///< of the rig, which show in the package
   std::vector<textures::TextureProblem> textureProblems;
   std::vector<UnmatchedOption> unmatchedOptions;
@@ -44,18 +43,20 @@ struct ModelResult {
 
   /// What is wrong with the package, in words: damaged arrays, missing pictures and names.
   std::vector<std::string> Losses() const;
-  /// How often each coded warning ("***100:...") was given, by its code.
-  std::map<std::string, int> Warnings() const;
 };
 
-/// One model's part of a report, see docs/report.md.
+/// For the way from the process that converts; reports have another form.
 nlohmann::ordered_json ToJson(const ModelResult& result);
 /// The opposite. @throws nlohmann::json::exception on anything else
 ModelResult ResultFromJson(const nlohmann::ordered_json& json);
 
-/// Writes the report of all models to the file `path`, in one step.
-/// @throws std::runtime_error when it cannot be written
-void WriteReport(const std::string& path, const std::vector<ModelResult>& results, double seconds);
+struct Totals {
+  size_t succeeded = 0;
+  int64_t vertices = 0, triangles = 0;
+  uint64_t packageBytes = 0;
+  int warnings = 0;  ///< coded ones, pictures that are missing, damage and faults of rigs
+};
+Totals Sum(const std::vector<ModelResult>& results);
 
 /// A table with a line for each model and one for all of them.
 std::string SummaryTable(const std::vector<ModelResult>& results, double seconds);

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "convert/result_messages.h"
 #include "core/similar_names.h"
-#include "output/terminal.h"
 
 namespace cli {
 namespace {
@@ -56,12 +56,13 @@ std::vector<UnmatchedOption> FindUnmatchedOptions(const ConvertOptions& options,
   return unmatched;
 }
 
-void WarnOfUnmatchedOptions(const std::vector<ModelResult>& results) {
+std::vector<ts3d::Finding> FindNamesOfNoModel(const std::vector<ModelResult>& results) {
+  std::vector<ts3d::Finding> warnings;
   std::vector<const ModelResult*> converted;
   for (const ModelResult& result : results) {
     if (result.code == 0) converted.push_back(&result);
   }
-  if (converted.empty()) return;
+  if (converted.empty()) return warnings;
   for (const UnmatchedOption& unmatched : converted.front()->unmatchedOptions) {
     std::vector<std::string> names;
     const bool nowhere = std::all_of(converted.begin(), converted.end(), [&](const ModelResult* result) {
@@ -70,9 +71,10 @@ void WarnOfUnmatchedOptions(const std::vector<ModelResult>& results) {
       return entry != nullptr;
     });
     if (!nowhere) continue;
-    PrintMessage(results.size() == 1 ? results.front().model : "", Severity::Warning,
-                 DescribeUnmatched(unmatched, names));
+    warnings.push_back(
+        UnmatchedFinding({unmatched.option, unmatched.name, std::move(names)}, ts3d::Severity::Warning));
   }
+  return warnings;
 }
 
 }  // namespace cli

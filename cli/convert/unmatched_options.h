@@ -19,7 +19,7 @@ std::vector<UnmatchedOption> FindUnmatchedOptions(const ConvertOptions& options,
 /// What is wrong with an option whose name nothing has, where `names` are those that are there.
 std::string DescribeUnmatched(const UnmatchedOption& unmatched, const std::vector<std::string>& names);
 
-/// Warns of names that none of the converted models has: of many models, not every one has every mesh.
-void WarnOfUnmatchedOptions(const std::vector<ModelResult>& results);
+/// Warnings of names that none of the converted models has: of many models, not every one has every mesh.
+std::vector<ts3d::Finding> FindNamesOfNoModel(const std::vector<ModelResult>& results);
 
 }  // namespace cli

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
-#include "core/visible_text.h"
 #include "host/host_paths.h"
 #include "output/describe_finding.h"
 #include "output/terminal.h"
@@ -18,7 +17,7 @@ using Json = nlohmann::ordered_json;
 using ts3d::Finding;
 using ts3d::RigReport;
 
-constexpr int kJsonVersion = 1;
+constexpr int kJsonVersion = 2;
 
 void PrintLine(const std::string& line) { std::printf("%s\n", Printable(line).c_str()); }
 
@@ -94,14 +93,14 @@ void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany) {
 }
 
 std::string ReportsAsJson(const std::vector<CheckedModel>& models) {
-  Json json{{"version", kJsonVersion}, {"models", Json::array()}};
+  Json json = ts3d::JsonHead("check", kJsonVersion);
+  json["models"] = Json::array();
   for (const CheckedModel& model : models) {
     Json& entry = json["models"].emplace_back(Json{{"model", model.name}});
     entry.update(ts3d::ReportAsJson(model.report));
     if (!model.renames.empty()) entry["renames"] = model.renames;
   }
-  // Names are bytes of the model and need not be UTF-8.
-  return ts3d::VisibleLines(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
+  return ts3d::JsonText(json);
 }
 
 }  // namespace cli

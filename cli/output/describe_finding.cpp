@@ -19,14 +19,15 @@ std::string DescribeFinding(const ts3d::Finding& finding) {
 ts3d::Finding FindingFromJson(const nlohmann::ordered_json& json) {
   ts3d::Finding finding;
   json.at("code").get_to(finding.code);
-  json.at("names").get_to(finding.names);
-  json.at("text").get_to(finding.text);
+  json.at("where").at("names").get_to(finding.names);
+  json.at("message").get_to(finding.text);
   json.at("fix").get_to(finding.fix);
   for (const auto severity : {ts3d::Severity::Note, ts3d::Severity::Warning, ts3d::Severity::Fatal}) {
     if (json.at("severity") == NameOf(severity)) finding.severity = severity;
   }
-  for (int subject = 0; subject <= static_cast<int>(ts3d::Subject::Texture); ++subject) {
-    if (json.at("about") == NameOf(ts3d::Subject{subject})) finding.subject = ts3d::Subject{subject};
+  for (int subject = 0; subject <= static_cast<int>(ts3d::Subject::Option); ++subject) {
+    if (json.at("where").at("kind") == NameOf(ts3d::Subject{subject}))
+      finding.subject = ts3d::Subject{subject};
   }
   return finding;
 }

@@ -34,6 +34,10 @@ const char* DescribeExitCode(int code) {
   return "unknown error";
 }
 
+const char* NameOfExitCode(int code) {
+  return code == kUsageError ? "wrong-command-line" : code == kCrashed ? "crashed" : ts3d::NameOfResult(code);
+}
+
 std::string ExitCodeTable() {
   std::string table;
   for (const auto& [code, text] : kCodes) {

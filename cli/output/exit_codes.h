@@ -18,6 +18,9 @@ inline constexpr int kInterrupted = 130;
 /// What the exit status `code` means to the person at the keyboard.
 const char* DescribeExitCode(int code);
 
+/// The code of the message that tells of it.
+const char* NameOfExitCode(int code);
+
 /// The table of all exit codes, for the help text.
 std::string ExitCodeTable();
 

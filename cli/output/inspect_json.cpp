@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "actor/picture_header.h"
-#include "core/visible_text.h"
 #include "inspect/actor_measure.h"
 #include "output/inspection.h"
+#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
@@ -94,34 +95,52 @@ Json Pictures(const std::vector<actor::Picture>& pictures) {
   return list;
 }
 
-Json FindingList(const actor::Findings& findings) {
-  Json list = Json::array();
-  for (const actor::Finding& finding : findings) {
-    list.push_back({{"severity", finding.severity == actor::Severity::Problem ? "problem" : "note"},
-                    {"kind", finding.kind},
-                    {"subject", finding.subject},
-                    {"text", finding.text},
-                    {"advice", finding.advice}});
+/// What the finding is about: a member, a bone, or the package as a whole.
+ts3d::Finding AsMessage(const actor::Finding& finding, const actor::PackageContents& contents) {
+  const bool isMember =
+      std::any_of(contents.members.begin(), contents.members.end(),
+                  [&](const actor::Member& member) { return member.name == finding.subject; });
+  ts3d::Finding message{finding.kind, ts3d::Severity::Note, ts3d::Subject::File,
+                        {},           finding.text,         finding.advice};
+  if (finding.severity == actor::Severity::Problem) message.severity = ts3d::Severity::Warning;
+  if (finding.subject.empty()) return message;
+  message.subject = isMember ? ts3d::Subject::Member : ts3d::Subject::Bone;
+  message.names = {finding.subject};
+  return message;
+}
+
+Json Messages(const Inspection& inspection) {
+  std::vector<ts3d::Finding> messages;
+  if (!inspection.error.empty()) {
+    messages.push_back(
+        {"unreadable-package", ts3d::Severity::Fatal, ts3d::Subject::File, {}, inspection.error, {}});
   }
-  return list;
+  for (const actor::Finding& finding : inspection.findings)
+    messages.push_back(AsMessage(finding, inspection.contents));
+  return ts3d::FindingsAsJson(messages);
+}
+
+Json AsJson(const Inspection& inspection) {
+  const actor::Actor& actor = inspection.actor;
+  return {{"path", inspection.path},
+          {"readable", inspection.error.empty()},
+          {"messages", Messages(inspection)},
+          {"members", Members(inspection.contents)},
+          {"document", DocumentSummary(actor.document)},
+          {"bones", Bones(actor.skeleton)},
+          {"meshes", Meshes(actor.meshes)},
+          {"materials", Materials(actor.materials)},
+          {"pictures", Pictures(actor.pictures)}};
 }
 
 }  // namespace
 
-std::string InspectionAsJson(const Inspection& inspection) {
-  const actor::Actor& actor = inspection.actor;
-  const Json json = {{"schema", kInspectionSchema},
-                     {"path", inspection.path},
-                     {"problems", CountProblems(inspection.findings)},
-                     {"members", Members(inspection.contents)},
-                     {"document", DocumentSummary(actor.document)},
-                     {"bones", Bones(actor.skeleton)},
-                     {"meshes", Meshes(actor.meshes)},
-                     {"materials", Materials(actor.materials)},
-                     {"pictures", Pictures(actor.pictures)},
-                     {"findings", FindingList(inspection.findings)}};
-  // Names are bytes of any encoding; what is no UTF-8 is replaced.
-  return ts3d::VisibleLines(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
+std::string InspectionsAsJson(const std::vector<Inspection>& inspections) {
+  constexpr int kJsonVersion = 2;
+  Json json = ts3d::JsonHead("inspect", kJsonVersion);
+  Json& packages = json["packages"] = Json::array();
+  for (const Inspection& inspection : inspections) packages.push_back(AsJson(inspection));
+  return ts3d::JsonText(json);
 }
 
 }  // namespace cli

@@ -133,11 +133,11 @@ std::string PicturesText(const std::vector<actor::Picture>& pictures) {
 
 std::string FindingLines(const actor::Findings& findings) {
   const size_t problems = CountProblems(findings);
-  std::string text = "\n" + (problems == 0 ? "Nothing is wrong" : Counted(problems, "problem"));
+  std::string text = "\n" + (problems == 0 ? "Nothing is wrong" : Counted(problems, "warning"));
   if (findings.size() > problems) text += ", " + Counted(findings.size() - problems, "note");
   text += "\n";
   for (const actor::Finding& finding : findings) {
-    text += finding.severity == actor::Severity::Problem ? "  problem: " : "  note: ";
+    text += finding.severity == actor::Severity::Problem ? "  warning: " : "  note: ";
     if (!finding.subject.empty()) text += "\"" + Printable(finding.subject) + "\" ";
     text += Printable(finding.text);
     if (!finding.advice.empty()) text += " -> " + Printable(finding.advice);

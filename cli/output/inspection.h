@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "actor/actor.h"
 #include "actor/finding.h"
@@ -15,18 +16,18 @@ struct Inspection {
   actor::PackageContents contents;
   actor::Actor actor;
   actor::Findings findings;
+  std::string error;  ///< why it cannot be read; empty when it can
 };
 
 /// Reads and checks the package `path`, or a folder with the files of one.
-/// @return false, with an `error`, when it cannot be read or holds no actor
-bool Inspect(const std::string& path, Inspection& inspection, std::string& error);
+/// @return its `error` is set when it cannot be read or holds no actor
+Inspection Inspect(const std::string& path);
 
-/// Number of the layout of InspectionAsJson; raised when a member changes its meaning or goes.
-inline constexpr int kInspectionSchema = 1;
-
-/// For a person, or for programs. Both end with a line end.
+/// For a person. Ends with a line end.
 std::string InspectionAsText(const Inspection& inspection);
-std::string InspectionAsJson(const Inspection& inspection);
+
+/// All of them as one JSON text; docs/inspect.md describes it.
+std::string InspectionsAsJson(const std::vector<Inspection>& inspections);
 
 /// How many findings are problems.
 size_t CountProblems(const actor::Findings& findings);

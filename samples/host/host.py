@@ -96,8 +96,8 @@ class Converter:
 
 def main(library, model, package):
     with Converter(library) as converter:
-        for finding in converter.check(model)["findings"]:
-            print(f"{finding['severity']}: {finding['text']}")
+        for finding in converter.check(model)["messages"]:
+            print(f"{finding['severity']}: {finding['message']}")
         converter.set_options(repairs=REPAIR_AS_NEEDED, on_line=lambda line: print(line) if line.startswith(">") else None)
         done = converter.convert(model, package)
         print(f"{done['triangles']} triangles in {len(done['members'])} files")

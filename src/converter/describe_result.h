@@ -44,4 +44,40 @@ constexpr const char* DescribeResult(int32_t code) {
   }
 }
 
+/// The code of the message that tells of a failure; empty for success.
+constexpr const char* NameOfResult(int32_t code) {
+  switch (code) {
+    case FBX_TO_TS3D_OK:
+      return "";
+    case FBX_TO_TS3D_NO_FILE:
+      return "no-file";
+    case FBX_TO_TS3D_LOAD_FAILED:
+      return "not-loaded";
+    case FBX_TO_TS3D_PACKAGE_FAILED:
+      return "package-not-written";
+    case FBX_TO_TS3D_SKELETON_FAILED:
+      return "skeleton-not-written";
+    case FBX_TO_TS3D_NO_MESH:
+      return "no-mesh";
+    case FBX_TO_TS3D_DOCUMENT_UNREADABLE:
+      return "document-unreadable";
+    case FBX_TO_TS3D_DOCUMENT_UNWRITABLE:
+      return "document-not-written";
+    case FBX_TO_TS3D_UPDATE_FAILED:
+      return "package-not-updated";
+    case FBX_TO_TS3D_BUSY:
+      return "busy";
+    case FBX_TO_TS3D_INVALID_ARGUMENT:
+      return "invalid-argument";
+    case FBX_TO_TS3D_CANCELLED:
+      return "cancelled";
+    case FBX_TO_TS3D_OUTPUT_FAILED:
+      return "output-failed";
+    case FBX_TO_TS3D_OUT_OF_MEMORY:
+      return "out-of-memory";
+    default:
+      return "failed";
+  }
+}
+
 }  // namespace ts3d

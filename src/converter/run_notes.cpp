@@ -3,6 +3,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "converter/run_findings.h"
+#include "fbx_to_ts3d.h"
 #include "rig_check/report_json.h"
 
 namespace ts3d {
@@ -10,14 +12,18 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int kJsonVersion = 1;
+constexpr int kJsonVersion = 2;
 
-Json Head(int32_t result, std::string_view error) {
-  return {{"version", kJsonVersion}, {"result", result}, {"error", error}};
+/// @param messages  beside that of the failure, if it is one
+Json Head(int32_t result, std::string_view error, const std::vector<Finding>& messages = {}) {
+  Json json = JsonHead("library", kJsonVersion);
+  json["result"] = result;
+  json["error"] = error;
+  Json& list = json["messages"] = Json::array();
+  if (result != FBX_TO_TS3D_OK) list.push_back(FindingAsJson(FailureFinding(result, std::string(error))));
+  for (const Finding& message : messages) list.push_back(FindingAsJson(message));
+  return json;
 }
-
-/// Names are bytes of the model and need not be UTF-8.
-std::string Text(const Json& json) { return json.dump(2, ' ', false, Json::error_handler_t::replace); }
 
 }  // namespace
 
@@ -28,7 +34,9 @@ void RunNotes::Take(std::string_view line) {
 
 std::string ConversionAsJson(int32_t result, std::string_view error, const ConversionJob& job,
                              const RunNotes& notes) {
-  Json json = Head(result, error);
+  std::vector<Finding> messages = DamageFindings(job.damagedArrays);
+  for (Finding& message : TextureFindings(notes.textureProblems)) messages.push_back(std::move(message));
+  Json json = Head(result, error, messages);
   json["vertices"] = job.vertexTotal;
   json["triangles"] = job.polygonTotal;
   json["actor_type"] = static_cast<int32_t>(job.actorType);
@@ -37,26 +45,21 @@ std::string ConversionAsJson(int32_t result, std::string_view error, const Conve
   for (const MemberSize& member : notes.members) {
     members.push_back({{"name", member.name}, {"bytes", member.bytes}});
   }
-  json["damage"] = job.damagedArrays;
-  Json& pictures = json["textures"] = Json::array();
-  for (const textures::TextureProblem& problem : notes.textureProblems) {
-    pictures.push_back({{"source", problem.source}, {"problem", problem.text}});
-  }
   Json& repairs = json["repairs"] = Json::array();
   for (const NeededRepair& repair : notes.repairs) {
     repairs.push_back(
         {{"repair", repair.option.substr(repair.option.find_first_not_of('-'))}, {"reason", repair.reason}});
   }
   json["notices"] = notes.lines;
-  return Text(json);
+  return JsonText(json);
 }
 
 std::string CheckAsJson(int32_t result, std::string_view error, const RigReport& report) {
   Json json = Head(result, error);
   json["check"] = ReportAsJson(report);
-  return Text(json);
+  return JsonText(json);
 }
 
-std::string ResultAsJson(int32_t result, std::string_view error) { return Text(Head(result, error)); }
+std::string ResultAsJson(int32_t result, std::string_view error) { return JsonText(Head(result, error)); }
 
 }  // namespace ts3d

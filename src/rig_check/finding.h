@@ -11,10 +11,11 @@ namespace ts3d {
 /// is no package.
 enum class Severity { Note, Warning, Fatal };
 
+/// "note", "warning" or "error".
 std::string_view NameOf(Severity severity);
 
 /// What the subjects of a finding are.
-enum class Subject { File, Node, Bone, Mesh, Material, Texture };
+enum class Subject { File, Node, Bone, Mesh, Material, Texture, Member, Option };
 
 /// "bone", or "bones" for any other number than one.
 std::string_view NameOf(Subject subject, size_t count = 1);

@@ -1,14 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "rig_check/report_json.h"
 
+#include "core/visible_text.h"
+
 namespace ts3d {
+
+nlohmann::ordered_json JsonHead(std::string_view schema, int version) {
+  return {{"schema", {{"name", schema}, {"version", version}}}, {"tool", FBX_TO_TS3D_VERSION}};
+}
+
 nlohmann::ordered_json FindingAsJson(const Finding& finding) {
   return {{"code", finding.code},
           {"severity", NameOf(finding.severity)},
-          {"about", NameOf(finding.subject)},
-          {"names", finding.names},
-          {"text", finding.text},
-          {"fix", finding.fix}};
+          {"message", finding.text},
+          {"fix", finding.fix},
+          {"where", {{"kind", NameOf(finding.subject)}, {"names", finding.names}}}};
+}
+
+nlohmann::ordered_json FindingsAsJson(const std::vector<Finding>& findings) {
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  for (const Finding& finding : findings) list.push_back(FindingAsJson(finding));
+  return list;
+}
+
+std::string JsonText(const nlohmann::ordered_json& json) {
+  return VisibleLines(json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) + "\n";
 }
 
 nlohmann::ordered_json ReportAsJson(const RigReport& report) {
@@ -37,8 +53,7 @@ nlohmann::ordered_json ReportAsJson(const RigReport& report) {
                         {"materials", texture.materials}});
   }
   json["members"] = report.members;
-  nlohmann::ordered_json& findings = json["findings"] = nlohmann::ordered_json::array();
-  for (const Finding& finding : report.findings) findings.push_back(FindingAsJson(finding));
+  json["messages"] = FindingsAsJson(report.findings);
   return json;
 }
 

@@ -26,7 +26,7 @@ std::string_view NameOf(Severity severity) {
     case Severity::Warning:
       return "warning";
     case Severity::Fatal:
-      return "fatal";
+      return "error";
   }
   return {};
 }
@@ -46,6 +46,10 @@ std::string_view NameOf(Subject subject, size_t count) {
       return one ? "material" : "materials";
     case Subject::Texture:
       return one ? "texture" : "textures";
+    case Subject::Member:
+      return one ? "member" : "members";
+    case Subject::Option:
+      return one ? "option" : "options";
   }
   return {};
 }

@@ -38,6 +38,10 @@ std::string DescribePlaces(const std::vector<std::string>& places) {
   return text;
 }
 
+struct MissingPicture : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
 }  // namespace
 
 /// One texture on its way into the package.
@@ -63,9 +67,13 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
   if (!isNew) return answer->second;
   const Request request{job, source, exists};
   std::string reason;
+  bool isMissing = false;
   try {
     Bring(request);
     return answer->second = true;
+  } catch (const MissingPicture& error) {
+    reason = error.what();
+    isMissing = true;
   } catch (const std::bad_alloc&) {
     reason = "needs more memory than there is";
   } catch (const std::exception& error) {
@@ -76,7 +84,8 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
   if (remains) reason += "; " + request.tgaName + " beside the model is packed as it is";
   // Embedded pictures were written to a folder that is gone when somebody reads this.
   const bool isInside = source.starts_with(job.modelDirectory);
-  problems_.push_back({isInside ? source.substr(job.modelDirectory.size()) : source, std::move(reason)});
+  problems_.push_back(
+      {isInside ? source.substr(job.modelDirectory.size()) : source, std::move(reason), isMissing});
   return answer->second = remains;
 }
 
@@ -93,7 +102,7 @@ void TextureConverter::Bring(const Request& request) {
   const TextureSearch search = FindPicture(request.job, request.source);
   if (search.found.empty()) {
     if (request.exists) return CheckReused(request);
-    throw std::runtime_error(DescribePlaces(search.places));
+    throw MissingPicture(DescribePlaces(search.places));
   }
   const auto made = pictures_.find(request.tgaName);
   if (made != pictures_.end() && made->second != search.found) {
@@ -137,7 +146,8 @@ void TextureConverter::ConvertOrEmbedded(const Request& request, const fs::path&
       throw;
     }
     Convert(request, embedded);
-    problems_.push_back({picture.string(), error.what() + std::string("; the embedded picture is used")});
+    problems_.push_back(
+        {picture.string(), error.what() + std::string("; the embedded picture is used"), false});
   }
 }
 

@@ -21,8 +21,9 @@ namespace textures {
 
 /// What went wrong with a texture. Said as one sentence: "texture " + source + " " + text.
 struct TextureProblem {
-  std::string source;  ///< the picture's path as the model gives it
-  std::string text;    ///< "was not found; ..."
+  std::string source;      ///< the picture's path as the model gives it
+  std::string text;        ///< "was not found; ..."
+  bool isMissing = false;  ///< else there is a picture, which is of no use
 };
 
 inline constexpr int kDefaultLongestSide = 8192;

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string>
 
+#include "support/json_schemas.h"
 #include "support/temp_folder.h"
 
 namespace support {
@@ -15,7 +16,8 @@ namespace support {
 /// The command-line tool, run in a folder of its own.
 class Tool : public ::testing::Test {
  protected:
-  /// Runs the tool in the folder. @return its exit status
+  /// Runs the tool in the folder and holds the JSON that it writes there against the schemas.
+  /// @return its exit status
   int Run(const std::string& arguments) {
     const std::string command =
         "cd '" + folder_.Path() + "' && '" + program_ + "' " + arguments + " >out.txt 2>err.txt";
@@ -24,6 +26,11 @@ class Tool : public ::testing::Test {
     errors_ = ReadWholeFile(folder_.Path("err.txt"));
     std::filesystem::remove(folder_.Path("out.txt"));
     std::filesystem::remove(folder_.Path("err.txt"));
+    ExpectMatchesSchemaIfJson(output_);
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
+      if (entry.path().extension() == ".json" && entry.is_regular_file())
+        ExpectMatchesSchemaIfJson(ReadWholeFile(entry.path().string()));
+    }
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 

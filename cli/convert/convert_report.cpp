@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "convert/convert_report.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+#include "convert/result_messages.h"
+#include "core/work_file.h"
+#include "output/exit_codes.h"
+#include "platform/replacement.h"
+#include "rig_check/report_json.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kReportVersion = 2;
+
+Json ModelAsJson(const ModelResult& result) {
+  Json members = Json::array();
+  for (const MemberSize& member : result.members) {
+    members.push_back({{"name", member.name}, {"bytes", member.bytes}});
+  }
+  return {{"model", result.model},
+          {"result", result.code},
+          {"meaning", DescribeExitCode(result.code)},
+          {"messages", ts3d::FindingsAsJson(MessagesOf(result))},
+          {"status", result.status},
+          {"reader_output", result.readerOutput},
+          {"vertices", result.vertices},
+          {"triangles", result.triangles},
+          {"seconds", result.seconds},
+          {"package", result.package},
+          {"package_bytes", result.packageBytes},
+          {"members", std::move(members)}};
+}
+
+/// Writes the whole file `path` in one step. A pipe or a device is written to; only files are replaced.
+bool WriteText(const std::string& path, const std::string& text) {
+  std::error_code unknown;
+  const fs::file_status target = fs::status(path, unknown);
+  if (fs::exists(target) && !fs::is_regular_file(target)) {
+    std::ofstream file(path, std::ios::binary);
+    return static_cast<bool>(file << text << std::flush);
+  }
+  platform::Replacement report(path);
+  platform::FilePtr file = report.Create("wb");
+  return file && ts3d::WriteAndClose(std::move(file), text) && report.TakePlace();
+}
+
+}  // namespace
+
+void WriteReport(const std::string& path, const std::vector<ModelResult>& results,
+                 const std::vector<ts3d::Finding>& messages, double seconds) {
+  const Totals totals = Sum(results);
+  Json report = ts3d::JsonHead("convert-report", kReportVersion);
+  report["totals"] = {{"models", results.size()},
+                      {"succeeded", totals.succeeded},
+                      {"failed", results.size() - totals.succeeded},
+                      {"warnings", totals.warnings},
+                      {"vertices", totals.vertices},
+                      {"triangles", totals.triangles},
+                      {"package_bytes", totals.packageBytes},
+                      {"seconds", seconds}};
+  report["messages"] = ts3d::FindingsAsJson(messages);
+  Json& models = report["models"] = Json::array();
+  for (const ModelResult& result : results) models.push_back(ModelAsJson(result));
+  const std::string text = ts3d::JsonText(report);
+  const bool written =
+      path == kStandardOutput ? std::fputs(text.c_str(), stdout) >= 0 : WriteText(path, text);
+  if (!written) throw std::runtime_error(path + ": the report cannot be written");
+}
+
+}  // namespace cli
