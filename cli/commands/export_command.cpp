@@ -24,7 +24,7 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-constexpr int kWritten = 0, kNotWritten = 1, kUnreadable = 2;
+constexpr int kWritten = 0, kNotWritten = 1, kNotRead = 2;
 
 struct ExportOptions {
   std::string package;
@@ -72,7 +72,7 @@ int RunExport(const ExportOptions& options) {
   std::string error;
   if (!LoadActor(options.package, actor::ReadLimits(), actor, findings, error)) {
     PrintMessage(options.package, Severity::Error, error);
-    return kUnreadable;
+    return kNotRead;
   }
   for (const actor::Finding& finding : findings) {
     PrintMessage(finding.subject, Severity::Warning, finding.text);

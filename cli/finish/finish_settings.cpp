@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <iterator>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -99,7 +100,8 @@ void ReadFinishSettings(const std::string& path, FinishSettings& settings) {
   std::ifstream file(path);
   if (!file) throw std::runtime_error(path + ": cannot be read");
   try {
-    AddJson(Json::parse(file), settings);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    AddJson(Json::parse(text), settings);
   } catch (const std::exception& error) {
     throw std::runtime_error(path + ": " + error.what());
   }

@@ -30,9 +30,9 @@ Function LoadFunction(const char* kind, const char* symbol) {
 }
 
 /// Has pictures of one kind decoded by their module.
-class Decoder {
+class ModuleDecoder {
  public:
-  explicit Decoder(const char* kind)
+  explicit ModuleDecoder(const char* kind)
       : decode_(LoadFunction<DecodeModulePicture>(kind, kDecodeModulePicture)) {}
 
   Image operator()(std::string_view bytes, PictureBudget& budget) const {
@@ -49,27 +49,27 @@ class Decoder {
 }  // namespace
 
 Image DecodePng(std::string_view bytes, PictureBudget& budget) {
-  static const Decoder decode("png");
+  static const ModuleDecoder decode("png");
   return decode(bytes, budget);
 }
 
 Image DecodeJpeg(std::string_view bytes, PictureBudget& budget) {
-  static const Decoder decode("jpeg");
+  static const ModuleDecoder decode("jpeg");
   return decode(bytes, budget);
 }
 
 Image DecodeTiff(std::string_view bytes, PictureBudget& budget) {
-  static const Decoder decode("tiff");
+  static const ModuleDecoder decode("tiff");
   return decode(bytes, budget);
 }
 
 Image DecodeWebp(std::string_view bytes, PictureBudget& budget) {
-  static const Decoder decode("webp");
+  static const ModuleDecoder decode("webp");
   return decode(bytes, budget);
 }
 
 Image DecodeDds(std::string_view bytes, PictureBudget& budget) {
-  static const Decoder decode("dds");
+  static const ModuleDecoder decode("dds");
   return decode(bytes, budget);
 }
 
