@@ -10,7 +10,8 @@
  *
  * Conventions of both
  *  1. Texts end with a zero byte and are only read during the call.
- *  2. Everything runs on the caller's thread. Callbacks come during the call only; no exception may leave them.
+ *  2. Callbacks come on the caller's thread, during the call only; no exception may leave them. Converters may take a
+ *     second thread for packing, which ends with the call.
  *  3. Results are codes of FbxToTs3dResult. No exception leaves a function.
  */
 /* clang-format on */

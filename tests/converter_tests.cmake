@@ -15,6 +15,7 @@ set(TS3D_CONVERTER_TESTS
   mesh_pose_test.cpp
   mesh_slices_test.cpp
   mesh_split_test.cpp
+  package_ahead_test.cpp
   package_archive_test.cpp
   runtime_client_test.cpp
   skeleton_influences_test.cpp

@@ -24,6 +24,7 @@ class KFbxSdkManager;
 namespace ts3d {
 
 struct ConvertedMesh;
+class DeflateAhead;
 class MemberDeflater;
 struct SkeletonState;
 
@@ -105,6 +106,7 @@ struct ConversionJob {
   HeldFiles heldFiles;                             ///< work files that are not in the folder
   void* packageHandle = nullptr;                   ///< the open archive, or null
   std::shared_ptr<const MemberDeflater> deflater;  ///< of the open package, once there is a use for it
+  std::shared_ptr<DeflateAhead> deflateAhead;      ///< the same
   bool packageIsDamaged = false;   ///< part of the open package was lost in writing: none may stay
   int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running
   std::string loadError;           ///< why a model could not be loaded that was loaded quietly

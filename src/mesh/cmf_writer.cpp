@@ -5,6 +5,7 @@
 
 #include "core/status.h"
 #include "core/work_file.h"
+#include "package/actor_package.h"
 #include "skeleton/skeleton_state.h"
 
 namespace ts3d {
@@ -15,11 +16,12 @@ constexpr size_t kProgressSteps = 20;
 
 class CmfWriter {
  public:
-  CmfWriter(const MeshData& mesh, TextureCoordinates& coordinates, ConversionJob& job, std::string fileName)
+  CmfWriter(const MeshData& mesh, TextureCoordinates& coordinates, ConversionJob& job,
+            const std::string& fileName)
       : mesh_(mesh),
         coordinates_(coordinates),
         job_(job),
-        out_(job, std::move(fileName), WorkFileWriter::Content::Binary),
+        out_(job, fileName, WorkFileWriter::Content::Binary),
         warned_(OnlyDummyBone(job)) {}
 
   void WriteHeader(size_t vertexCount, size_t faceCount) {
@@ -60,7 +62,7 @@ class CmfWriter {
     }
   }
 
-  void Finish() { out_.Finish(); }
+  bool Finish() { return out_.Finish(); }
 
  private:
   /// A model without a skeleton has no weights, which is no news.
@@ -108,7 +110,9 @@ class CmfWriter {
 
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
                   std::span<int32_t> outputIndex, ConversionJob& job) {
-  CmfWriter writer(mesh, coordinates, job, slice.name + ".cmf");
+  const std::string fileName = slice.name + ".cmf";
+  WorkFileBegins(job, fileName);
+  CmfWriter writer(mesh, coordinates, job, fileName);
   writer.WriteHeader(slice.VertexCount(mesh), slice.FaceCount(mesh));
   if (slice.whole) {
     for (size_t i = 0; i < mesh.records.size(); ++i) writer.WriteVertex(i);
@@ -121,7 +125,7 @@ void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinat
     }
     for (const uint32_t triangle : slice.triangles) writer.WriteFace(triangle, outputIndex);
   }
-  writer.Finish();
+  if (writer.Finish()) WorkFileEnds(job, fileName);
 }
 
 }  // namespace ts3d

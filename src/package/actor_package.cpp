@@ -4,9 +4,11 @@
 #include <minizip/zip.h>
 
 #include <cstring>
+#include <thread>
 
 #include "core/names.h"
 #include "package/add_member.h"
+#include "package/deflate_ahead.h"
 #include "package/deflate_member.h"
 #include "platform/files.h"
 
@@ -54,6 +56,16 @@ int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, con
   return result;
 }
 
+void WorkFileBegins(ConversionJob& job, const std::string& name) {
+  if (job.deflateAhead) job.deflateAhead->Forget(job.modelDirectory + name);
+}
+
+void WorkFileEnds(ConversionJob& job, const std::string& name) {
+  if (!job.packLevel || !job.packageHandle || std::thread::hardware_concurrency() < 2) return;
+  if (!job.deflateAhead) job.deflateAhead = std::make_shared<DeflateAhead>(*job.packLevel);
+  job.deflateAhead->Start(job.modelDirectory + name);
+}
+
 int32_t AddDocumentToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& path,
                              const std::string& name) {
   return packagedNames.insert(name).second ? AddMember(job, {name, path}) : 0;
@@ -63,6 +75,7 @@ bool CloseActorPackage(ConversionJob& job) {
   const int result = zipClose(job.packageHandle, "");
   job.packageHandle = nullptr;
   job.deflater.reset();
+  job.deflateAhead.reset();
   return result == ZIP_OK && !job.packageIsDamaged && CountsAllMembers(job.packagePath);
 }
 

@@ -27,6 +27,11 @@ bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mod
 int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
                          AfterAdding afterAdding);
 
+/// To be called before and after the work file `name` is written, which will be a member: where there is a second
+/// processor it is deflated while the next one is written.
+void WorkFileBegins(ConversionJob& job, const std::string& name);
+void WorkFileEnds(ConversionJob& job, const std::string& name);
+
 /// Copies the document `path`, which the host has named and no model, into the package as the member `name`.
 /// It stays where it is. The rest as AddFileToPackage.
 int32_t AddDocumentToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& path,

@@ -11,6 +11,7 @@
 #include "core/names.h"
 #include "core/status.h"
 #include "core/work_file.h"
+#include "package/deflate_ahead.h"
 #include "package/deflate_member.h"
 #include "platform/files.h"
 #include "platform/process.h"
@@ -108,6 +109,8 @@ int32_t AddStreamedMember(ConversionJob& job, const MemberSource& source) {
 /// @return false when there is not enough memory
 bool DeflateSource(const ConversionJob& job, const MemberSource& source, DeflatedMember& packed,
                    bool& isRead) {
+  isRead = true;
+  if (job.deflateAhead && !source.isHeld && job.deflateAhead->Take(source.path, packed)) return true;
   if (source.isHeld) {
     const std::optional<std::string> held = job.heldFiles.Read(source.name);
     isRead = held.has_value();
