@@ -82,6 +82,9 @@ int main(int argc, char** argv) {
     if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
     cli::PrintMessage("", cli::Severity::Error, "the output cannot be written");
     return status == 0 ? cli::kOutputFailed : status;
+  } catch (const cli::Failure& failure) {
+    cli::PrintMessage("", cli::Severity::Error, failure.what());
+    return failure.exitStatus;
   } catch (const std::bad_alloc&) {
     cli::PrintMessage("", cli::Severity::Error, "there is not enough memory for this");
     return cli::kCrashed;

@@ -83,7 +83,7 @@ const std::vector<Case>& Cases() {
        a.skeleton.bones[0].boneSpaceRotation = a.skeleton.bones[0].rotation = {0, 0, 0, -1};
        a.skeleton.bones[0].boneSpaceTranslation = {0, -50, 10}; a.skeleton.bones[0].translation = {0, -100, 20}; }},
     {"bad-rotation", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[5].boneSpaceRotation = {}; }},
-    {"root-scale-offset", Severity::Note, nullptr, [](Actor& a) {
+    {"root-scale-offset", Severity::Problem, nullptr, [](Actor& a) {
        a.skeleton.bones.resize(1); a.skeleton.bones[0].children.clear(); a.meshes.clear();
        a.skeleton.bones[0].boneSpaceRotation = a.skeleton.bones[0].rotation = {0, 0, 0, -1};
        a.skeleton.bones[0].boneSpaceTranslation = {0, -50, 10}; a.skeleton.bones[0].translation = {0, 100, -20}; }},

@@ -44,7 +44,7 @@ TEST_F(CheckCommand, ExitsWithTheWorstModelAndWritesNothing) {
   EXPECT_EQ(Run("check text.fbx missing.fbx sound.fbx"), 2);
   EXPECT_EQ(Run("check"), 64);
   std::filesystem::create_directories(folder_.Path("empty"));
-  EXPECT_EQ(Run("check empty"), 64);
+  EXPECT_EQ(Run("check empty"), 66);
   EXPECT_EQ(Run("check . empty sound.fbx"), 2);
   size_t at = 0;
   for (const char* name : {"fake.fbx", "lost.fbx", "sound.fbx", "text.fbx", "sound.fbx"}) {

@@ -47,7 +47,7 @@ TEST_F(PreviewTool, WhatFailsIsNamedAndLeavesNothing) {
   folder_.Write("text.fbx", "no model\n");
   EXPECT_EQ(Run("preview broken.czp -o a.jpg"), 64);
   EXPECT_EQ(Run("preview broken.czp -o a.png --size 5000"), 64);
-  EXPECT_EQ(Run("preview missing.czp -o a.png"), 1);
+  EXPECT_EQ(Run("preview missing.czp -o a.png"), 66);
   EXPECT_TRUE(Printed("fbx2czp: missing.czp: error: ")) << errors_;
   EXPECT_EQ(Run("preview broken.czp -o a.png"), 2);
   EXPECT_TRUE(Printed("fbx2czp: broken.czp: error: ")) << errors_;

@@ -290,7 +290,7 @@ TEST_F(ToolTextures, ThatAreOnePictureAreDecodedOnce) {
   fs::create_directories(folder_.Path("art/deep"));
   fs::rename(folder_.Path("cloth.png"), folder_.Path("art/deep/boots.png"));
   for (const char* name : {"Boots.tga", "Cape.tga"}) fs::remove(folder_.Path(name));
-  EXPECT_EQ(Run("check hero.fbx --textures nowhere"), 64);
+  EXPECT_EQ(Run("check hero.fbx --textures nowhere"), 66);
   EXPECT_EQ(Run("check hero.fbx --textures art"), 1);
   EXPECT_NE(output_.find("Cape.tga"), std::string::npos) << output_;
   EXPECT_EQ(output_.find("C:\\lost\\Boots.png"), std::string::npos) << output_;

@@ -9,7 +9,9 @@
 #include "converter/check_textures.h"
 #include "host/find_models.h"
 #include "host/host_paths.h"
+#include "host/input_problem.h"
 #include "output/check_output.h"
+#include "output/exit_codes.h"
 #include "rig_check/check_rig.h"
 #include "rig_check/finding_kinds.h"
 
@@ -25,21 +27,41 @@ struct CheckCommandOptions {
   std::string renamePreset;
   bool json = false;
   bool quiet = false;
+  bool isStrict = false;  ///< is always
   bool loadsPlugins = true;
 };
 
-ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& options) {
+/// A report on what is no model at all. `why` is a clause.
+ts3d::RigReport NoModel(const std::string& why) {
   ts3d::RigReport report;
-  if (HasBackslashInName(model)) {
-    report.Add(ts3d::findings::kNotLoaded, {}, {"its path has a backslash"});
-    return report;
+  report.Add(ts3d::findings::kNotLoaded, {}, {why});
+  // To export again what was never exported is no advice.
+  report.findings.back().fix.clear();
+  return report;
+}
+
+ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& options, int& status) {
+  if (HasBackslashInName(model)) return NoModel("its path has a backslash");
+  if (const auto problem = FindInputProblem(model)) {
+    status = problem->exitStatus;
+    ts3d::RigReport report;
+    if (!fs::exists(model)) return report.Add(ts3d::findings::kNoFile), report;
+    return NoModel(problem->text);
   }
-  report = ts3d::CheckRig(
+  ts3d::RigReport report = ts3d::CheckRig(
       ConverterPath(model),
       {options.excludedNames, options.loadsPlugins ? ts3d::Plugins::Load : ts3d::Plugins::LeaveOut});
+  if (const std::string known = report.loaded ? "" : RecogniseModel(model); !known.empty())
+    return NoModel(known);
   ts3d::AddTextureFindings(model, options.textureFolders, report);
   report.SortFindings();
   return report;
+}
+
+int StatusOf(const ts3d::RigReport& report) {
+  if (report.Worst() == ts3d::Severity::Note) return kSuccess;
+  if (report.Worst() == ts3d::Severity::Warning) return kWarnings;
+  return report.loaded ? kNothingToDo : kUnreadable;
 }
 
 std::vector<std::string> Renames(const ts3d::RigReport& report, const std::string& preset) {
@@ -50,13 +72,15 @@ std::vector<std::string> Renames(const ts3d::RigReport& report, const std::strin
 }
 
 int RunCheck(const CheckCommandOptions& options) {
+  RequireFolders(options.textureFolders);
   const std::vector<ModelTask> tasks = FindModels(options.models);
   std::vector<CheckedModel> models;
-  ts3d::Severity worst = ts3d::Severity::Note;
+  ExitStatus all;
   for (const ModelTask& task : tasks) {
-    CheckedModel model{task.name, CheckModel(task.model, options), {}};
+    int status = kSuccess;
+    CheckedModel model{task.name, CheckModel(task.model, options, status), {}};
     model.renames = Renames(model.report, options.renamePreset);
-    worst = std::max(worst, model.report.Worst());
+    all.Add(status != kSuccess ? status : StatusOf(model.report));
     if (options.json) {
       models.push_back(std::move(model));
     } else {
@@ -64,7 +88,7 @@ int RunCheck(const CheckCommandOptions& options) {
     }
   }
   if (options.json) std::fputs(ReportsAsJson(models).c_str(), stdout);
-  return static_cast<int>(worst);
+  return all.Get();
 }
 
 }  // namespace
@@ -83,20 +107,15 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
       check, options->renamePreset,
       "Show what convert --rename-preset would call the bones: biped, mixamo, rocketbox\nor unreal");
   check.add_flag("--json", options->json, "Print the reports as JSON");
-  check.add_flag("-q,--quiet", options->quiet, "Show warnings and worse only");
+  check.add_flag("-q,--quiet", options->quiet, "Show warnings and errors only");
   AddNoPlugins(check, options->loadsPlugins);
-  check.footer(
-      "Examples:\n"
-      "  fbx2czp check hero.fbx\n"
-      "      tells what hero.czp would hold and what is wrong with the rig\n"
-      "  fbx2czp check --quiet characters/ props/lamp.fbx\n"
-      "      tells the warnings of all models below the folder and of one more\n"
-      "  fbx2czp check --json characters/ > report.json\n"
-      "\nExit codes, of several models the worst:\n"
-      "    0  no problems, notes at most\n"
-      "    1  warnings: something will look wrong\n"
-      "    2  a model cannot be loaded or has no mesh\n"
-      "   64  wrong command line\n");
+  AddStrict(check, options->isStrict);
+  SetFooter(check,
+            "  fbx2czp check hero.fbx\n"
+            "      tells what hero.czp would hold and what is wrong with the rig\n"
+            "  fbx2czp check --quiet characters/ props/lamp.fbx\n"
+            "      tells the warnings of all models below the folder and of one more\n"
+            "  fbx2czp check --json characters/ > report.json\n");
 }
 
 }  // namespace cli

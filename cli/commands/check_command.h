@@ -6,7 +6,7 @@
 namespace cli {
 
 /// Adds "fbx2czp check": what packages would hold, and what is wrong with the rigs, without writing anything.
-/// The exit status is that of the worst model: 0 sound, 1 warnings, 2 no package is possible.
+/// The exit status is 0 for sound models, 1 after warnings, else why a model makes no package.
 void AddCheckCommand(CLI::App& app, RunCommand& run);
 
 }  // namespace cli

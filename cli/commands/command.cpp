@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/command.h"
 
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,7 +48,7 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
       "-v,--verbose", [&] { verbosity = Verbosity::Verbose; }, "Show every status line");
   command
       .add_flag_callback(
-          "-q,--quiet", [&] { verbosity = Verbosity::Quiet; }, "Show problems only")
+          "-q,--quiet", [&] { verbosity = Verbosity::Quiet; }, "Show warnings and errors only")
       ->excludes(verbose);
 }
 
@@ -72,8 +73,19 @@ void AddNoPlugins(CLI::App& command, bool& loadsPlugins) {
 void AddTextureFolders(CLI::App& command, std::vector<std::string>& folders) {
   Repeatable(command.add_option("--textures", folders,
                                 "Folder to search for pictures, with all folders below; repeat for more"))
-      ->type_name("FOLDER")
-      ->check(CLI::Validator(CLI::ExistingDirectory).description(""));
+      ->type_name("FOLDER");
+}
+
+void AddStrict(CLI::App& command, bool& strict) {
+  command.add_flag("--strict", strict, "Exit with status 1 when there are warnings");
+}
+
+void RequireFolders(const std::vector<std::string>& folders) {
+  for (const std::string& folder : folders) {
+    std::error_code unknown;
+    if (!std::filesystem::is_directory(folder, unknown))
+      throw Failure(kNoInput, folder + ": there is no such folder");
+  }
 }
 
 void AddRenamePreset(CLI::App& command, std::string& preset, const char* description) {

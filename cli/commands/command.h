@@ -46,6 +46,12 @@ void AddRenamePreset(CLI::App& command, std::string& preset, const char* descrip
 /// The examples and exit codes below the help of a command. `examples` are whole lines.
 void SetFooter(CLI::App& command, const std::string& examples);
 
+/// --strict: warnings count as failures.
+void AddStrict(CLI::App& command, bool& strict);
+
+/// @throws Failure when one of `folders`, which an option has named, is not there
+void RequireFolders(const std::vector<std::string>& folders);
+
 /// --textures, which puts the folders of pictures into `folders`.
 void AddTextureFolders(CLI::App& command, std::vector<std::string>& folders);
 

@@ -2,6 +2,7 @@
 #include "commands/convert_command.h"
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -35,11 +36,12 @@ constexpr const char* kConvertExamples =
     "  fbx2czp convert characters/ props/lamp.fbx --jobs 8 --output packages --report report.json\n"
     "      converts whole folders, each model in a process of its own\n";
 
-int FirstFailure(const std::vector<ModelResult>& results) {
-  for (const ModelResult& result : results) {
-    if (result.code != 0) return result.code;
-  }
-  return 0;
+/// @param isStrict  counts warnings, also `others` that belong to no model
+int StatusOf(const std::vector<ModelResult>& results, bool isStrict, size_t others) {
+  ExitStatus status;
+  for (const ModelResult& result : results) status.Add(result.code);
+  if (isStrict && (others > 0 || Sum(results).warnings > 0)) status.Add(kWarnings);
+  return status.Get();
 }
 
 /// A report must not take the place of what it reports on, nor be refused when all the work is done.
@@ -51,7 +53,7 @@ void CheckReportPath(const std::string& report, const std::vector<ModelTask>& ta
   if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) return;
   const fs::path path = fs::weakly_canonical(fs::absolute(report, failed), failed);
   if (fs::is_directory(path, failed) || !fs::is_directory(path.parent_path(), failed)) {
-    throw std::runtime_error(report + ": the report cannot be written there");
+    throw Failure(kNotWritten, report + ": the report cannot be written there");
   }
   for (const ModelTask& task : tasks) {
     const fs::path folder = fs::weakly_canonical(task.folder, failed), package = task.Package().filename();
@@ -64,24 +66,26 @@ void CheckReportPath(const std::string& report, const std::vector<ModelTask>& ta
 
 int RunConvert(const ConvertOptions& options) {
   CheckMeshOptions(options);
+  RequireFolders(options.textureFolders);
   const auto begin = std::chrono::steady_clock::now();
   std::optional<FinishSettings> finish;
   if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
   const std::vector<ModelTask> tasks = FindModels(options.models, options.outputFolder);
   CheckReportPath(options.report, tasks);
-  bool interrupted = false;
-  const std::vector<ModelResult> results = ConvertAll(tasks, options, finish, interrupted);
+  int signal = 0;
+  const std::vector<ModelResult> results = ConvertAll(tasks, options, finish, signal);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
   const std::vector<ts3d::Finding> warnings = FindNamesOfNoModel(results);
   for (const ts3d::Finding& warning : warnings)
     PrintMessage(tasks.size() == 1 ? tasks.front().name : "", Severity::Warning, warning.text);
-  if (tasks.size() > 1) std::fputs(SummaryTable(results, seconds).c_str(), options.Summary());
+  if (tasks.size() > 1 && options.verbosity != Verbosity::Quiet)
+    std::fputs(SummaryTable(results, seconds).c_str(), options.Summary());
   if (!options.report.empty()) WriteReport(options.report, results, warnings, seconds);
-  if (!interrupted) return FirstFailure(results);
+  if (signal == 0) return StatusOf(results, options.strict, warnings.size());
   PrintMessage("", Severity::Error,
                "interrupted; " + std::to_string(results.size()) + " of " + std::to_string(tasks.size()) +
                    " models are done, nothing is left of the others");
-  return kInterrupted;
+  return kInterrupted - SIGINT + signal;
 }
 
 void AddRepairOptions(CLI::App& convert, ConvertOptions& options) {
@@ -171,6 +175,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   convert.add_flag("--force", options->force,
                    "Replace a .czp file even if it holds what fbx2czp has not written");
   AddNoPlugins(convert, options->loadsPlugins);
+  AddStrict(convert, options->strict);
   AddVerbosity(convert, options->verbosity);
   SetFooter(convert, kConvertExamples);
 }

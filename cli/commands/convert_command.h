@@ -5,8 +5,7 @@
 
 namespace cli {
 
-/// Adds "fbx2czp convert": models into packages. The exit status is 0, or the result code of the first model
-/// that failed; a model that fails does not stop the others.
+/// Adds "fbx2czp convert": models into packages. The exit status is 0, or that of the first model that failed; a model that fails does not stop the others.
 void AddConvertCommand(CLI::App& app, RunCommand& run);
 
 }  // namespace cli

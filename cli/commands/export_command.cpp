@@ -14,7 +14,9 @@
 #include "export/export_gltf.h"
 #include "export/export_obj.h"
 #include "export/place_actor.h"
+#include "host/load_package.h"
 #include "host/replace_files.h"
+#include "output/exit_codes.h"
 #include "output/package_pictures.h"
 #include "output/terminal.h"
 #include "preview/model.h"
@@ -24,14 +26,13 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-constexpr int kWritten = 0, kNotWritten = 1, kNotRead = 2;
-
 struct ExportOptions {
   std::string package;
   std::string output;
   std::string unit;  ///< of the package's lengths; empty: by the size of the model
   std::string up;    ///< axis; empty: concluded from the model
   bool raw = false;  ///< numbers and axes of the package
+  bool strict = false;
 };
 
 const std::map<std::string, double> kMetres = {{"mm", 0.001}, {"cm", 0.01}, {"inch", 0.0254}, {"m", 1.0}};
@@ -54,41 +55,35 @@ std::string StandUp(const ExportOptions& options, actor::Actor& actor) {
   const std::string unit = options.unit.empty() ? LikelyUnit(height) : options.unit;
   PlaceActor({{stand.side, stand.up, stand.front}, kMetres.at(unit)}, actor);
   char text[120];
-  std::snprintf(text, sizeof text, "%.3g m tall, %s %s", height * kMetres.at(unit),
-                options.unit.empty() ? "taking the package's lengths for" : "of", unit.c_str());
-  return text;
+  std::snprintf(text, sizeof text, "%.3g m tall", height * kMetres.at(unit));
+  return text + (options.unit.empty() ? " if its lengths are in " + unit + " (--unit)" : std::string());
 }
 
-std::vector<actor::ExportedFile> Export(const actor::Actor& actor, const fs::path& output) {
+std::vector<actor::ExportedFile> Export(const actor::Actor& actor, const fs::path& output,
+                                        Messages& messages) {
   if (ts3d::EqualsIgnoreCase(output.extension().string(), ".obj")) {
-    return ExportObj(actor, output.stem().string(), PngEncoder());
+    return ExportObj(actor, output.stem().string(), PngEncoder(messages));
   }
-  return {{output.filename().string(), ExportGlb(actor, "fbx2czp " FBX_TO_TS3D_VERSION, PngEncoder())}};
+  return {
+      {output.filename().string(), ExportGlb(actor, "fbx2czp " FBX_TO_TS3D_VERSION, PngEncoder(messages))}};
 }
 
 int RunExport(const ExportOptions& options) {
+  Messages messages;
   actor::Actor actor;
-  actor::Findings findings;
-  std::string error;
-  if (!LoadActor(options.package, actor::ReadLimits(), actor, findings, error)) {
-    PrintMessage(options.package, Severity::Error, error);
-    return kNotRead;
-  }
-  for (const actor::Finding& finding : findings) {
-    PrintMessage(finding.subject, Severity::Warning, finding.text);
-  }
+  LoadPackage(options.package, actor, messages);
   std::string placement;
   try {
     const fs::path output = options.output;
     placement = StandUp(options, actor);
-    ReplaceFiles(output.parent_path(), Export(actor, output));
+    ReplaceFiles(output.parent_path(), Export(actor, output, messages));
   } catch (const std::runtime_error& reason) {
     PrintMessage(options.output, Severity::Error, reason.what());
     return kNotWritten;
   }
   std::printf("%s: %zu meshes, %zu bones, %s\n", Printable(options.output).c_str(), actor.meshes.size(),
               actor.skeleton.bones.size(), placement.c_str());
-  return kWritten;
+  return options.strict && messages.Warnings() > 0 ? kWarnings : kSuccess;
 }
 
 std::string CheckExportOutput(const std::string& path) {
@@ -125,19 +120,14 @@ void AddExportCommand(CLI::App& app, RunCommand& run) {
       ->type_name("AXIS")
       ->check(CLI::IsMember(preview::AxisNames()).description(""))
       ->excludes(raw);
-  command.footer(
-      "Examples:\n"
-      "  fbx2czp export hero.czp -o hero.glb\n"
-      "      the model with its skeleton, upright and in metres, for viewers and modelling programs\n"
-      "  fbx2czp export hero.czp -o hero.glb --unit inch\n"
-      "      for a model that was made in inches\n"
-      "  fbx2czp export hero.czp -o hero.obj\n"
-      "      the model at rest, with hero.mtl and a .png file for each picture beside it\n"
-      "\nExit codes:\n"
-      "    0  the model is written\n"
-      "    1  it could not be written; nothing is left of it\n"
-      "    2  the package cannot be read\n"
-      "   64  wrong command line\n");
+  AddStrict(command, options->strict);
+  SetFooter(command,
+            "  fbx2czp export hero.czp -o hero.glb\n"
+            "      the model with its skeleton, upright and in metres, for viewers and modelling programs\n"
+            "  fbx2czp export hero.czp -o hero.glb --unit inch\n"
+            "      for a model that was made in inches\n"
+            "  fbx2czp export hero.czp -o hero.obj\n"
+            "      the model at rest, with hero.mtl and a .png file for each picture beside it\n");
 }
 
 }  // namespace cli

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/finish_command.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -17,6 +18,7 @@
 #include "host/replace_files.h"
 #include "output/exit_codes.h"
 #include "output/inspection.h"
+#include "output/messages.h"
 #include "output/status_printer.h"
 #include "output/terminal.h"
 #include "package/read_member.h"
@@ -43,6 +45,7 @@ struct FinishOptions {
   std::string settingsFile;  ///< JSON, or empty; what the command line says comes behind it
   FinishSettings settings;
   std::optional<int> packLevel = ts3d::kDefaultPackLevel;
+  bool strict = false;
   Verbosity verbosity = Verbosity::Normal;
 };
 
@@ -69,7 +72,7 @@ std::vector<std::string> BoneNames(const fs::path& package) {
 }
 
 /// Keeps a document that somebody has changed by hand: the new one does not come from it.
-void KeepEditedDocument(const fs::path& document, const FinishHistory& history) {
+void KeepEditedDocument(const fs::path& document, const FinishHistory& history, Messages& messages) {
   platform::MappedFile file;
   std::string error;
   if (!history.converted || !file.Open(document.string(), error)) return;
@@ -77,20 +80,20 @@ void KeepEditedDocument(const fs::path& document, const FinishHistory& history) 
   if (text == history.latest || text == *history.converted) return;
   const std::string kept = document.filename().string() + ".before";
   ReplaceFiles(document.parent_path(), {{kept, text}});
-  PrintMessage(document.filename().string(), Severity::Warning,
-               "this is not the document in the package; final settings start from the document as "
-               "converted, and this one is kept as " +
-                   kept);
+  messages.Warning(document.filename().string(),
+                   "this is not the document in the package; final settings start from the document as "
+                   "converted, and this one is kept as " +
+                       kept);
 }
 
 /// Settings that hold: those of earlier runs and, with the last word, those of this one.
 FinishSettings Merge(const FinishSettings& given, const FinishHistory& history, const fs::path& package,
-                     const std::string& name) {
+                     const std::string& name, Messages& messages) {
   FinishSettings settings = history.settings;
   AddSettings(given, settings);
   if (!history.converted) return settings;
   for (const UnmatchedOption& entry : ResolveNames(settings, *history.converted, BoneNames(package)))
-    PrintMessage(name, Severity::Warning, DescribeUnmatched(entry, entry.nearest));
+    messages.Warning(name, DescribeUnmatched(entry, entry.nearest));
   return settings;
 }
 
@@ -101,15 +104,23 @@ ts3d::ActorType ActorTypeOf(std::string_view document) {
 }
 
 /// Tells what "inspect" would find to be wrong.
-void LookAtResult(const fs::path& package, const std::string& name) {
+void LookAtResult(const fs::path& package, const std::string& name, Messages& messages) {
   const Inspection inspection = Inspect(package.string());
-  if (!inspection.error.empty()) return PrintMessage(name, Severity::Warning, inspection.error);
+  if (!inspection.error.empty()) return messages.Warning(name, inspection.error);
   for (const actor::Finding& finding : inspection.findings) {
     if (finding.severity != actor::Severity::Problem) continue;
     const std::string subject = finding.subject.empty() ? "" : "\"" + finding.subject + "\" ";
-    PrintMessage(name, Severity::Warning,
-                 subject + finding.text + (finding.advice.empty() ? "" : " -> " + finding.advice));
+    messages.Warning(name, subject + finding.text + (finding.advice.empty() ? "" : " -> " + finding.advice));
   }
+}
+
+/// @param model  as the user gave it
+void RequireConversion(const std::string& model, const fs::path& package, const fs::path& document) {
+  std::error_code unknown;
+  if (fs::exists(package, unknown) || fs::exists(document, unknown)) return;
+  throw Failure(kNoInput,
+                model + ": there is no " + package.filename().string() +
+                    " beside it; convert the model first, and name it here as it lies beside its package");
 }
 
 int RunFinish(const FinishOptions& options) {
@@ -117,9 +128,11 @@ int RunFinish(const FinishOptions& options) {
   const fs::path model = WithExtension(fs::absolute(options.model), "fbx");
   const fs::path package = WithExtension(model, "czp"), document = WithExtension(model, "xfg");
   const std::string name = WithExtension(options.model, "czp").string();
+  RequireConversion(options.model, package, document);
+  Messages messages;
   const FinishHistory history = ReadFinishHistory(package, document.filename().string());
-  const FinishSettings settings = Merge(given, history, package, name);
-  KeepEditedDocument(document, history);
+  const FinishSettings settings = Merge(given, history, package, name, messages);
+  KeepEditedDocument(document, history, messages);
   StatusPrinter printer(options.verbosity, 1);
   JobHost host;
   host.onStatus = [&](std::string_view line) { printer.Print(options.model, line); };
@@ -131,14 +144,17 @@ int RunFinish(const FinishOptions& options) {
   // stays beside the package for the next change.
   const TemporaryFolder nowhere;
   const CurrentFolder current(nowhere.Path());
+  errno = 0;
   const int code = ApplyFinishSettings(model.string(), settings, history.converted, job);
   if (code != 0) {
-    PrintMessage(options.model, Severity::Error, DescribeExitCode(code));
+    const bool isFull = platform::IsDiskFull(errno) || platform::IsDiskFull(job.writeError);
+    PrintMessage(options.model, Severity::Error,
+                 (isFull ? "the disk is full: " : "") + std::string(DescribeExitCode(code)));
     return code;
   }
-  LookAtResult(package, name);
-  std::printf("%s: updated\n", Printable(name).c_str());
-  return code;
+  LookAtResult(package, name, messages);
+  if (options.verbosity != Verbosity::Quiet) std::printf("%s: updated\n", Printable(name).c_str());
+  return options.strict && messages.Warnings() > 0 ? kWarnings : kSuccess;
 }
 
 }  // namespace
@@ -179,6 +195,7 @@ void AddFinishCommand(CLI::App& app, RunCommand& run) {
   addSwitch("--switch-on", "Mesh with a switch, shown at first; repeat for more", AddSwitchOn);
   addSwitch("--switch-off", "Mesh with a switch, hidden at first; repeat for more", AddSwitchOff);
   AddPackLevel(finish, options->packLevel);
+  AddStrict(finish, options->strict);
   AddVerbosity(finish, options->verbosity);
   SetFooter(finish, kFinishExamples);
 }

@@ -6,18 +6,19 @@
 #include <memory>
 
 #include "actor/load_actor.h"
+#include "host/input_problem.h"
 #include "inspect/check_actor.h"
+#include "output/exit_codes.h"
 #include "output/inspection.h"
 #include "output/terminal.h"
 
 namespace cli {
 namespace {
 
-constexpr int kClean = 0, kProblems = 1, kUnreadable = 2;
-
 struct InspectOptions {
   std::string path;
   bool json = false;
+  bool isStrict = false;  ///< is always
 };
 
 int RunInspect(const InspectOptions& options) {
@@ -29,9 +30,9 @@ int RunInspect(const InspectOptions& options) {
   }
   if (!inspection.error.empty()) {
     PrintMessage(options.path, Severity::Error, inspection.error);
-    return kUnreadable;
+    return inspection.exitStatus;
   }
-  return CountProblems(inspection.findings) > 0 ? kProblems : kClean;
+  return CountProblems(inspection.findings) > 0 ? kWarnings : kSuccess;
 }
 
 }  // namespace
@@ -39,9 +40,18 @@ int RunInspect(const InspectOptions& options) {
 Inspection Inspect(const std::string& path) {
   Inspection inspection;
   inspection.path = path;
+  if (const auto problem = FindInputProblem(path, true)) {
+    inspection.error = problem->text;
+    inspection.exitStatus = problem->exitStatus;
+    return inspection;
+  }
   if (ReadPackage(path, actor::ReadLimits(), inspection.contents, inspection.error) &&
       BuildActor(inspection.contents, inspection.actor, inspection.findings, inspection.error)) {
     CheckActor(inspection.contents, inspection.actor, inspection.findings);
+  } else {
+    const std::string known = RecognisePackage(path);
+    if (!known.empty()) inspection.error = known;
+    inspection.exitStatus = kUnreadable;
   }
   return inspection;
 }
@@ -59,17 +69,12 @@ void AddInspectCommand(CLI::App& app, RunCommand& run) {
   inspect.add_option("PACKAGE", options->path, "The .czp file, or a folder with the files of one")
       ->required();
   inspect.add_flag("--json", options->json, "Print JSON for programs instead of text");
-  inspect.footer(
-      "Examples:\n"
-      "  fbx2czp inspect hero.czp\n"
-      "      lists files, skeleton, meshes, materials and pictures, then what is wrong and what to do\n"
-      "  fbx2czp inspect hero.czp --json\n"
-      "      the same for programs\n"
-      "\nExit codes:\n"
-      "    0  nothing is wrong\n"
-      "    1  something is wrong\n"
-      "    2  the package cannot be read\n"
-      "   64  wrong command line\n");
+  AddStrict(inspect, options->isStrict);
+  SetFooter(inspect,
+            "  fbx2czp inspect hero.czp\n"
+            "      lists files, skeleton, meshes, materials and pictures, then what is wrong and what to do\n"
+            "  fbx2czp inspect hero.czp --json\n"
+            "      the same for programs\n");
 }
 
 }  // namespace cli

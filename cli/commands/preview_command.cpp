@@ -7,10 +7,10 @@
 #include <memory>
 #include <stdexcept>
 
-#include "actor/load_actor.h"
 #include "convert/convert_model.h"
 #include "core/names.h"
-#include "fbx_to_ts3d.h"
+#include "host/input_problem.h"
+#include "host/load_package.h"
 #include "host/replace_files.h"
 #include "output/exit_codes.h"
 #include "output/package_pictures.h"
@@ -25,8 +25,7 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-constexpr const char* kFooter =
-    "Examples:\n"
+constexpr const char* kPreviewExamples =
     "  fbx2czp preview hero.czp -o hero.png --bones\n"
     "      a picture with the bones drawn over the model\n"
     "  fbx2czp preview hero.fbx -o hero.png --view front --size 1024\n"
@@ -34,14 +33,7 @@ constexpr const char* kFooter =
     "  fbx2czp preview hero.czp -o turn.png --turntable 24\n"
     "      writes turn_000.png to turn_023.png, once around the model\n"
     "  fbx2czp preview hero.czp -o hero.html\n"
-    "      one page for any browser: turn the model around, bend its bones, see their weights\n"
-    "\nExit codes:\n"
-    "    0  success\n"
-    "    1  the package or model does not exist\n"
-    "    2  it could not be read; it is damaged or of a format that is not read\n"
-    "    3  the output could not be written\n"
-    "    5  the model has no mesh to convert\n"
-    "   64  wrong command line, or this build has no page\n";
+    "      one page for any browser: turn the model around, bend its bones, see their weights\n";
 
 const std::map<std::string, preview::View> kViews = {
     {"front", {0, 0}}, {"side", {90, 0}}, {"top", {0, 90}}, {"three-quarter", {32, 12}}};
@@ -55,6 +47,7 @@ struct PreviewOptions {
   int turntable = 0;  ///< number of pictures; 0: one
   bool bones = false;
   bool loadsPlugins = true;
+  bool strict = false;
   std::vector<std::string> textureFolders;  ///< of a model
   std::string up;                           ///< axis; empty: concluded from the model
 
@@ -63,49 +56,33 @@ struct PreviewOptions {
   }
 };
 
-/// A failure with the exit status that belongs to it.
-struct PreviewFailure : std::runtime_error {
-  PreviewFailure(int status, const std::string& text) : std::runtime_error(text), exitStatus(status) {}
-  int exitStatus;
-};
-
 bool HasExtension(const fs::path& path, const char* extension) {
   return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
 }
 
-void Load(const fs::path& package, actor::Actor& actor) {
-  actor::Findings findings;
-  std::string error;
-  if (!actor::LoadActor(package.string(), {}, actor, findings, error))
-    throw PreviewFailure(FBX_TO_TS3D_LOAD_FAILED, error);
-  for (const actor::Finding& finding : findings) {
-    if (finding.severity != actor::Severity::Problem) continue;
-    PrintMessage(finding.subject, Severity::Warning, finding.text);
-  }
-}
-
 /// @return the package, inside `work`
-fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const PreviewOptions& preview) {
+fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const PreviewOptions& preview,
+                        Messages& messages) {
   ConvertOptions options;
   options.loadsPlugins = preview.loadsPlugins;
   options.textureFolders = preview.textureFolders;
   const ModelResult result = ConvertInWorkFolder(task, work, options, std::nullopt, [](std::string_view) {});
-  for (const std::string& loss : result.Losses()) PrintMessage(task.name, Severity::Warning, loss);
-  if (result.code != 0) throw PreviewFailure(result.code, result.reason);
+  for (const std::string& loss : result.Losses()) messages.Warning(task.name, loss);
+  if (result.code != 0) throw Failure(result.code, result.reason);
   return WithExtension(work.Model(), "czp");
 }
 
-actor::Actor LoadInput(const PreviewOptions& options) {
+actor::Actor LoadInput(const PreviewOptions& options, Messages& messages) {
   const std::string& input = options.input;
   actor::Actor actor;
-  if (!fs::exists(input)) throw PreviewFailure(FBX_TO_TS3D_NO_FILE, "the file does not exist");
   if (!HasExtension(input, ".fbx")) {
-    Load(input, actor);
+    LoadPackage(input, actor, messages);
     return actor;
   }
+  if (const auto problem = FindInputProblem(input)) throw Failure(problem->exitStatus, problem->text);
   const fs::path model = fs::absolute(input);
   const WorkFolder work(model);
-  Load(ConvertQuietly({input, model, model.parent_path()}, work, options), actor);
+  LoadPackage(ConvertQuietly({input, model, model.parent_path()}, work, options, messages), actor, messages);
   return actor;
 }
 
@@ -113,7 +90,7 @@ void WriteFile(const fs::path& path, std::string bytes) {
   try {
     ReplaceFiles(path.parent_path(), {{path.filename().string(), std::move(bytes)}});
   } catch (const std::runtime_error& error) {
-    throw PreviewFailure(FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+    throw Failure(kNotWritten, error.what());
   }
 }
 
@@ -134,11 +111,11 @@ fs::path NumberedName(const fs::path& path, size_t index) {
   return path.parent_path() / (path.stem().string() + "_" + number + path.extension().string());
 }
 
-void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
+void WritePictures(const PreviewOptions& options, const actor::Actor& actor, Messages& messages) {
   const bool hasFaces = std::any_of(actor.meshes.begin(), actor.meshes.end(),
                                     [](const actor::Mesh& mesh) { return !mesh.faces.empty(); });
   if (!hasFaces && (!options.bones || actor.skeleton.bones.empty()))
-    throw PreviewFailure(FBX_TO_TS3D_NO_MESH, "there is nothing to draw: no mesh has a face");
+    throw Failure(kNothingToDo, "there is nothing to draw: no mesh has a face");
   preview::PictureOptions picture;
   picture.size = options.size;
   picture.bones = options.bones;
@@ -149,39 +126,41 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor) {
     view.turn += 360.0 * i / options.turntable;
     picture.views.push_back(view);
   }
-  preview::DrawPictures(actor, picture, PixelDecoder(), [&](size_t index, const preview::Image& image) {
-    WriteFile(options.turntable > 0 ? NumberedName(options.output, index) : fs::path(options.output),
-              ToPng(image));
-  });
+  preview::DrawPictures(
+      actor, picture, PixelDecoder(messages), [&](size_t index, const preview::Image& image) {
+        WriteFile(options.turntable > 0 ? NumberedName(options.output, index) : fs::path(options.output),
+                  ToPng(image));
+      });
 }
 
-void WritePage(const PreviewOptions& options, const actor::Actor& actor) {
+void WritePage(const PreviewOptions& options, const actor::Actor& actor, Messages& messages) {
   const std::string title = fs::path(options.input).filename().string();
-  WriteFile(options.output, preview::WritePage(actor, title, PngEncoder(), options.Up()));
+  WriteFile(options.output, preview::WritePage(actor, title, PngEncoder(messages), options.Up()));
 }
 
 int RunPreview(const PreviewOptions& options) {
   try {
     const bool wantsPage = HasExtension(options.output, ".html");
     if (wantsPage && preview::PageTemplate().empty()) {
-      throw PreviewFailure(
-          kUsageError,
-          "this fbx2czp was built without the page (it takes three.js); run scripts/prepare and "
-          "build it again, or write a .png picture");
+      throw Failure(kUsageError,
+                    "this fbx2czp was built without the page (it takes three.js); run scripts/prepare and "
+                    "build it again, or write a .png picture");
     }
-    const actor::Actor actor = LoadInput(options);
+    RequireFolders(options.textureFolders);
+    Messages messages;
+    const actor::Actor actor = LoadInput(options, messages);
     if (wantsPage) {
-      WritePage(options, actor);
+      WritePage(options, actor, messages);
     } else {
-      WritePictures(options, actor);
+      WritePictures(options, actor, messages);
     }
-    return FBX_TO_TS3D_OK;
-  } catch (const PreviewFailure& failure) {
+    return options.strict && messages.Warnings() > 0 ? kWarnings : kSuccess;
+  } catch (const Failure& failure) {
     PrintMessage(options.input, Severity::Error, failure.what());
     return failure.exitStatus;
   } catch (const preview::TooMuchToDraw& failure) {
     PrintMessage(options.input, Severity::Error, failure.what());
-    return FBX_TO_TS3D_LOAD_FAILED;
+    return kUnreadable;
   }
 }
 
@@ -228,7 +207,8 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
       ->check(CLI::Range(1, 360));
   AddTextureFolders(preview, options->textureFolders);
   AddNoPlugins(preview, options->loadsPlugins);
-  preview.footer(kFooter);
+  AddStrict(preview, options->strict);
+  SetFooter(preview, kPreviewExamples);
 }
 
 }  // namespace cli

@@ -13,6 +13,8 @@
 #include "actor/memory_archive.h"
 #include "actor/package_contents.h"
 #include "fbx_to_ts3d.h"
+#include "host/input_problem.h"
+#include "output/exit_codes.h"
 #include "output/terminal.h"
 #include "package/deflate_member.h"
 #include "platform/replacement.h"
@@ -28,16 +30,21 @@ void Check(int result, const char* what) {
 /// The package's archive, within the limits of all commands.
 class CheckedPackage {
  public:
-  /// @throws std::runtime_error when the package is no sound archive or beyond the limits
+  /// @throws Failure when the package is no sound archive or beyond the limits
   explicit CheckedPackage(const std::string& path) {
     std::string error;
     actor::ReadLimits limits;
     limits.keepsBytes = false;
-    if (!bytes_.Open(path, error)) throw std::runtime_error(error);
-    if (bytes_.Bytes().size() > limits.packageBytes) throw std::runtime_error("it is too large");
-    if (!actor::ReadPackageBytes(bytes_.Bytes(), limits, contents_, error)) throw std::runtime_error(error);
+    if (const auto problem = FindInputProblem(path)) throw Failure(problem->exitStatus, problem->text);
+    if (!bytes_.Open(path, error)) throw Failure(kUnreadable, error);
+    if (bytes_.Bytes().size() > limits.packageBytes) throw Failure(kUnreadable, "it is too large");
+    if (!actor::ReadPackageBytes(bytes_.Bytes(), limits, contents_, error)) {
+      const std::string known = RecognisePackage(path);
+      throw Failure(kUnreadable, known.empty() ? error : known);
+    }
     for (const actor::Member& member : Members()) {
-      if (!member.sound && !member.superseded) throw std::runtime_error("\"" + member.name + "\" is damaged");
+      if (!member.sound && !member.superseded)
+        throw Failure(kUnreadable, "\"" + member.name + "\" is damaged");
     }
     archive_.emplace(bytes_.Bytes());
   }
@@ -135,9 +142,9 @@ size_t Repack(const CheckedPackage& package, const std::string& newPath,
 
 int RunRepack(const std::string& path, std::optional<int> level) {
   try {
+    const CheckedPackage package(path);
     const auto before = fs::file_size(path);
     platform::Replacement file(path, platform::Links::Follow);
-    const CheckedPackage package(path);
     if (!file.Create("wb")) throw std::runtime_error("the new package cannot be written");
     std::optional<ts3d::MemberDeflater> deflater;
     if (level) deflater.emplace(*level);
@@ -145,10 +152,13 @@ int RunRepack(const std::string& path, std::optional<int> level) {
     if (!file.TakePlace()) throw std::runtime_error("the new package cannot be put into its place");
     std::printf("%s: %zu superseded members dropped, %ju bytes instead of %ju\n", Printable(path).c_str(),
                 dropped, static_cast<uintmax_t>(fs::file_size(path)), static_cast<uintmax_t>(before));
-    return FBX_TO_TS3D_OK;
+    return kSuccess;
+  } catch (const Failure& failure) {
+    PrintMessage(path, Severity::Error, failure.what());
+    return failure.exitStatus;
   } catch (const std::exception& error) {
     PrintMessage(path, Severity::Error, error.what());
-    return FBX_TO_TS3D_UPDATE_FAILED;
+    return kNotWritten;
   }
 }
 

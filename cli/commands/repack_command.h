@@ -6,7 +6,7 @@
 namespace cli {
 
 /// Adds "fbx2czp repack": a package without the members that later ones of the same name replaced. The exit
-/// status is 0, or 8 with the package as it was.
+/// status is 0; whatever goes wrong, the package is as it was.
 void AddRepackCommand(CLI::App& app, RunCommand& run);
 
 }  // namespace cli

@@ -7,16 +7,17 @@
 #include <list>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <thread>
 
 #include "convert/foreign_package.h"
 #include "host/child_process.h"
 #include "host/host_paths.h"
+#include "host/input_problem.h"
 #include "host/interrupt.h"
 #include "output/describe_finding.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
+#include "platform/files.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -26,14 +27,6 @@ using Json = nlohmann::ordered_json;
 using Clock = std::chrono::steady_clock;
 
 constexpr char kStatusMessage = 'S', kResultMessage = 'R';
-
-void PrintLines(const std::string& model, const std::string& text) {
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    if (!line.empty())
-      std::fprintf(stderr, "fbx2czp: %s: %s\n", Printable(model).c_str(), Printable(line).c_str());
-  }
-}
 
 /// Why a conversion ended without a result.
 std::string DescribeSignal(int signal) {
@@ -62,7 +55,7 @@ class Running {
               try {
                 result = ConvertInWorkFolder(task, work_, options, finish, onStatus);
               } catch (const std::exception& error) {
-                result.code = FBX_TO_TS3D_PACKAGE_FAILED;
+                result.code = kNotWritten;
                 result.reason = error.what();
               }
               send(kResultMessage + ToJson(result).dump(-1, ' ', false, Json::error_handler_t::replace));
@@ -93,16 +86,16 @@ class Batch {
     results_.resize(tasks.size());
   }
 
-  std::vector<ModelResult> Run(bool& interrupted) {
+  std::vector<ModelResult> Run(int& signal) {
     const InterruptWatch watch;
     // A process of its own takes a millisecond, which a single model need not pay: nothing else can suffer.
-    if (tasks_.size() == 1 && options_.report.empty()) return RunHere(watch, interrupted);
+    if (tasks_.size() == 1 && options_.report.empty()) return RunHere(watch, signal);
     const size_t atATime = options_.jobs ? options_.jobs : std::max(1u, std::thread::hardware_concurrency());
     while ((next_ < tasks_.size() || !running_.empty()) && !watch.Interrupted()) {
       while (next_ < tasks_.size() && running_.size() < atATime && Start(next_)) ++next_;
       TakeMessages();
     }
-    interrupted = watch.Interrupted();
+    signal = watch.Signal();
     printer_.ClearBar();
     running_.clear();
     return Finished();
@@ -112,23 +105,23 @@ class Batch {
   struct InterruptedRun {};
 
   /// Converts the only model in this process.
-  std::vector<ModelResult> RunHere(const InterruptWatch& watch, bool& interrupted) {
+  std::vector<ModelResult> RunHere(const InterruptWatch& watch, int& signal) {
     const ModelTask& task = tasks_.front();
     const auto onStatus = [&](std::string_view line) {
       if (watch.Interrupted()) throw InterruptedRun();
       printer_.Print(task.name, line);
     };
     try {
-      if (const char* problem = Refusal(task)) {
-        Fail(0, FBX_TO_TS3D_NO_FILE, problem);
+      if (const auto problem = Refusal(task)) {
+        Fail(0, problem->exitStatus, problem->text);
       } else if (!RefuseForeignPackage(0)) {
         const WorkFolder work(task.model);
         Complete(0, work, ConvertInWorkFolder(task, work, options_, finish_, onStatus));
       }
     } catch (const InterruptedRun&) {
-      interrupted = true;
+      signal = watch.Signal();
     } catch (const std::exception& error) {
-      Fail(0, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+      Fail(0, kNotWritten, error.what());
     }
     printer_.ClearBar();
     return Finished();
@@ -145,8 +138,8 @@ class Batch {
   /// @return false when the system has no room for another process until one has ended
   bool Start(size_t index) {
     const ModelTask& task = tasks_[index];
-    if (const char* problem = Refusal(task)) {
-      Fail(index, FBX_TO_TS3D_NO_FILE, problem);
+    if (const auto problem = Refusal(task)) {
+      Fail(index, problem->exitStatus, problem->text);
       return true;
     }
     std::error_code unknown;
@@ -161,7 +154,7 @@ class Batch {
       running_.emplace_back(index, task, options_, finish_, printer_, tasks_.size() == 1);
     } catch (const std::exception& error) {
       if (!running_.empty()) return false;
-      Fail(index, FBX_TO_TS3D_PACKAGE_FAILED, error.what());
+      Fail(index, kNotWritten, error.what());
     }
     return true;
   }
@@ -171,25 +164,25 @@ class Batch {
     const fs::path package = tasks_[index].Package();
     const std::string why = options_.force ? "" : WhyForeign(package);
     if (why.empty()) return false;
-    Fail(index, FBX_TO_TS3D_PACKAGE_FAILED,
+    Fail(index, kNotWritten,
          package.string() + " is not by fbx2czp and stays: " + why +
              ". Move it away, write elsewhere with --output, or replace it with --force");
     return true;
   }
 
-  static const char* Refusal(const ModelTask& task) {
+  static std::optional<InputProblem> Refusal(const ModelTask& task) {
     constexpr bool kIsWindows = fs::path::preferred_separator == '\\';
     const std::string path = task.model.string();
     if (HasBackslashInName(task.model)) {
-      return "a path with a backslash cannot be converted; rename the file or its folder";
+      return InputProblem{kUnreadable,
+                          "a path with a backslash cannot be converted; rename the file or its folder"};
     }
     if (kIsWindows && std::any_of(path.begin(), path.end(), [](char c) { return (c & 0x80) != 0; })) {
-      return "on Windows the path may only hold plain Latin letters; rename the file or its folder";
+      return InputProblem{
+          kUnreadable,
+          "on Windows the path may only hold plain Latin letters; rename the file or its folder"};
     }
-    std::error_code failed;
-    const fs::file_status status = fs::status(task.model, failed);
-    if (!fs::exists(status)) return DescribeExitCode(FBX_TO_TS3D_NO_FILE);
-    return fs::is_regular_file(status) ? nullptr : "this is not a file that can be converted";
+    return FindInputProblem(task.model);
   }
 
   void TakeMessages() {
@@ -214,7 +207,7 @@ class Batch {
     }
   }
 
-  /// The reader's own words about a file that it cannot load, and the question for a password.
+  /// The question for a password, and whatever plug-ins print.
   void TakeOutput(Running& model, std::string_view text) {
     model.output += text;
     if (tasks_.size() > 1) return;
@@ -227,7 +220,7 @@ class Batch {
     if (!model.hasResult) {
       return Fail(model.Index(), kCrashed, DescribeSignal(model.Child().Signal()));
     }
-    model.result.readerOutput = std::move(model.output);
+    model.result.readerOutput += model.output;
     model.result.seconds = model.Seconds();
     Complete(model.Index(), model.Work(), std::move(model.result));
   }
@@ -237,9 +230,11 @@ class Batch {
       try {
         Publish(tasks_[index], work);
       } catch (const fs::filesystem_error& error) {
-        result.code = FBX_TO_TS3D_PACKAGE_FAILED;
-        result.reason =
-            "the package cannot be put into " + tasks_[index].folder.string() + ": " + error.code().message();
+        result.code = kNotWritten;
+        const std::string folder = tasks_[index].folder.string();
+        result.reason = platform::IsDiskFull(error.code().value())
+                            ? "the disk is full: there is no room for the package in " + folder
+                            : "the package cannot be put into " + folder + ": " + error.code().message();
         result.package.clear();
         result.members.clear();
         result.packageBytes = 0;
@@ -265,15 +260,19 @@ class Batch {
     }
     for (const ts3d::Finding& fault : result.faults) TellFault(result.model, fault);
     if (result.code != 0) {
-      if (tasks_.size() > 1) PrintLines(result.model, result.readerOutput);
       PrintMessage(result.model, Severity::Error, result.reason);
-    } else if (tasks_.size() == 1 || options_.verbosity == Verbosity::Verbose) {
+    } else if (TellsSuccess()) {
       std::fprintf(options_.Summary(), "%s: %d points of the model, %d triangles, %ju bytes\n",
                    Printable(result.package).c_str(), result.vertices, result.triangles,
                    static_cast<uintmax_t>(result.packageBytes));
       std::fflush(options_.Summary());
     }
     results_[index] = std::move(result);
+  }
+
+  bool TellsSuccess() const {
+    return options_.verbosity == Verbosity::Verbose ||
+           (tasks_.size() == 1 && options_.verbosity == Verbosity::Normal);
   }
 
   void TellFault(const std::string& model, const ts3d::Finding& fault) const {
@@ -296,8 +295,8 @@ class Batch {
 }  // namespace
 
 std::vector<ModelResult> ConvertAll(const std::vector<ModelTask>& tasks, const ConvertOptions& options,
-                                    const std::optional<FinishSettings>& finish, bool& interrupted) {
-  return Batch(tasks, options, finish).Run(interrupted);
+                                    const std::optional<FinishSettings>& finish, int& signal) {
+  return Batch(tasks, options, finish).Run(signal);
 }
 
 }  // namespace cli

@@ -15,7 +15,9 @@
 #include "finish/finish_history.h"
 #include "finish/finish_names.h"
 #include "host/host_paths.h"
+#include "host/input_problem.h"
 #include "output/exit_codes.h"
+#include "platform/files.h"
 #include "rig_check/choose_repairs.h"
 #include "rig_check/document_names.h"
 #include "rig_check/rig_faults.h"
@@ -55,6 +57,7 @@ int Convert(const ModelTask& task, const WorkFolder& work, ts3d::ConversionReque
   const fs::path model = work.Model();
   request.fbxPath = ConverterPath(model);
   request.actorPath = ConverterPath(task.model);
+  request.keepsLoadError = true;
   const CurrentFolder current(model.parent_path());
   return static_cast<int>(ts3d::RunConversion(job, request));
 }
@@ -119,6 +122,22 @@ void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& 
   job.boneRenameList = JoinList(renames);
 }
 
+/// @param code  of the failed run
+std::string WhyFailed(const ModelTask& task, const WorkFolder& work, int code,
+                      const ts3d::ConversionJob& job) {
+  if (code == FBX_TO_TS3D_LOAD_FAILED) {
+    const std::string known = RecogniseModel(task.model);
+    if (!known.empty()) return known;
+  }
+  if (!job.loadError.empty()) return "the model cannot be loaded: " + job.loadError;
+  if (platform::IsDiskFull(job.writeError)) {
+    const fs::path folder = work.Model().parent_path().parent_path();
+    return "the disk is full: there is no room for work files in " + folder.string() +
+           "; make room there, or let TMPDIR name another folder";
+  }
+  return job.failureReason.empty() ? DescribeExitCode(code) : std::string(job.failureReason);
+}
+
 /// The converter counts meshes that are left out as well.
 void RefuseEmptyPackage(const fs::path& package, ModelResult& result) {
   for (const ts3d::MemberSize& member : ts3d::ListMembers(package.string())) {
@@ -170,10 +189,8 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   }
   result.code = Convert(task, work, std::move(request), job);
   if (result.code == 0 && finish) result.code = Finish(work, *finish, job, result);
-  if (result.code != 0 && result.reason.empty()) {
-    result.reason =
-        job.failureReason.empty() ? DescribeExitCode(result.code) : std::string(job.failureReason);
-  }
+  if (result.code != 0 && result.reason.empty()) result.reason = WhyFailed(task, work, result.code, job);
+  result.readerOutput = job.loadError;
   result.damage = job.damagedArrays;
   result.textureProblems = textures.Problems();
   NoteOutsidePictures(textures.OutsidePictures(), result);

@@ -36,6 +36,7 @@ struct ConvertOptions {
   std::string report;  ///< JSON file to write, "-" for standard output, or empty
   std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
   bool force = false;                                      ///< replaces packages that somebody else has made
+  bool strict = false;                                     ///< warnings count as failures
   bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "convert/convert_report.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -9,6 +10,7 @@
 
 #include "convert/result_messages.h"
 #include "core/work_file.h"
+#include "host/replace_files.h"
 #include "output/exit_codes.h"
 #include "platform/replacement.h"
 #include "rig_check/report_json.h"
@@ -73,7 +75,7 @@ void WriteReport(const std::string& path, const std::vector<ModelResult>& result
   const std::string text = ts3d::JsonText(report);
   const bool written =
       path == kStandardOutput ? std::fputs(text.c_str(), stdout) >= 0 : WriteText(path, text);
-  if (!written) throw std::runtime_error(path + ": the report cannot be written");
+  if (!written) throw Failure(kNotWritten, WhyNotWritten("the report " + path, errno));
 }
 
 }  // namespace cli

@@ -14,7 +14,7 @@ inline constexpr const char* kStandardOutput = "-";
 /// Writes the report of all models, see docs/report.md, to the file `path` in one step, or to standard
 /// output.
 /// @param messages  about no single model
-/// @throws std::runtime_error when it cannot be written
+/// @throws Failure when it cannot be written
 void WriteReport(const std::string& path, const std::vector<ModelResult>& results,
                  const std::vector<ts3d::Finding>& messages, double seconds);
 

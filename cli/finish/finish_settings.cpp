@@ -13,6 +13,8 @@
 #include "core/visible_text.h"
 #include "driver/final_settings.h"
 #include "host/host_paths.h"
+#include "host/input_problem.h"
+#include "output/exit_codes.h"
 
 namespace cli {
 namespace {
@@ -97,8 +99,9 @@ void AddSwitchOff(FinishSettings& settings, const std::string& entry) {
 }
 
 void ReadFinishSettings(const std::string& path, FinishSettings& settings) {
+  if (const auto problem = FindInputProblem(path))
+    throw Failure(problem->exitStatus, path + ": " + problem->text);
   std::ifstream file(path);
-  if (!file) throw std::runtime_error(path + ": cannot be read");
   try {
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     AddJson(Json::parse(text), settings);

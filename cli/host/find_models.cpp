@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "core/names.h"
+#include "output/exit_codes.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -16,6 +17,8 @@ void AddFolder(const std::string& name, const std::string& outputFolder, std::ve
   std::error_code failed;
   // What cannot be looked into is no reason to leave out the rest.
   fs::recursive_directory_iterator entry(name, fs::directory_options::skip_permission_denied, failed);
+  if (fs::directory_iterator(name, failed); failed)
+    throw Failure(kNoInput, name + ": the folder cannot be looked into: " + failed.message());
   for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
     const bool isModel = ts3d::EqualsIgnoreCase(entry->path().extension().string(), ".fbx");
     std::error_code unknown;
@@ -44,7 +47,7 @@ std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const s
     const fs::path model = name.empty() ? fs::path() : fs::absolute(name, unknown);
     tasks.push_back({name, model, outputFolder.empty() ? model.parent_path() : fs::absolute(outputFolder)});
   }
-  if (tasks.empty()) throw std::runtime_error("there is no .fbx file in the folders given");
+  if (tasks.empty()) throw Failure(kNoInput, "there is no .fbx file in the folders given");
   return tasks;
 }
 

@@ -21,7 +21,7 @@ void SetDeadline([[maybe_unused]] unsigned seconds) {
 /// The second wish is obeyed at once, the first one soon.
 void NoteInterrupt(int signal) {
   constexpr unsigned kSeconds = 3;
-  interrupted = 1;
+  interrupted = signal;
   std::signal(signal, SIG_DFL);
   SetDeadline(kSeconds);
 }
@@ -53,6 +53,6 @@ InterruptWatch::~InterruptWatch() {
   SetHandlers(SIG_DFL);
 }
 
-bool InterruptWatch::Interrupted() const { return interrupted != 0; }
+int InterruptWatch::Signal() const { return interrupted; }
 
 }  // namespace cli

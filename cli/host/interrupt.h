@@ -13,7 +13,9 @@ class InterruptWatch {
   InterruptWatch(const InterruptWatch&) = delete;
   InterruptWatch& operator=(const InterruptWatch&) = delete;
 
-  bool Interrupted() const;
+  bool Interrupted() const { return Signal() != 0; }
+  /// Which signal it was; 0 as long as there was none.
+  int Signal() const;
 };
 
 }  // namespace cli

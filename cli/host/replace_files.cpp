@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/work_file.h"
+#include "output/exit_codes.h"
 #include "platform/replacement.h"
 
 namespace cli {
@@ -24,10 +25,15 @@ struct Unfinished {
 };
 
 [[noreturn]] void Fail(const std::string& name) {
-  throw std::runtime_error("\"" + name + "\" cannot be written: " + std::strerror(errno));
+  throw Failure(kNotWritten, WhyNotWritten("\"" + name + "\"", errno));
 }
 
 }  // namespace
+
+std::string WhyNotWritten(const std::string& name, int error) {
+  return platform::IsDiskFull(error) ? "the disk is full: " + name + " cannot be written"
+                                     : name + " cannot be written: " + std::strerror(error);
+}
 
 void ReplaceFiles(const fs::path& folder, const std::vector<actor::ExportedFile>& files) {
   std::error_code unknown;

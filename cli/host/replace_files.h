@@ -2,15 +2,20 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "export/export_model.h"
 
 namespace cli {
 
+/// What to tell of `name`, which could not be written for the reason `error`, a value of `errno`: that the
+/// disk is full comes first.
+std::string WhyNotWritten(const std::string& name, int error);
+
 /// Writes all of `files` into `folder`, over any files of their names: first under other names, then, when
 /// each is complete, under their own, in their order.
-/// @throws std::runtime_error with the reason when one cannot be written; then no file is left that was not
+/// @throws Failure with the reason when one cannot be written; then no file is left that was not
 /// there before, and none is gone. A name that is a folder's is found before anything is written.
 void ReplaceFiles(const std::filesystem::path& folder, const std::vector<actor::ExportedFile>& files);
 

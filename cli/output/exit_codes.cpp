@@ -11,19 +11,21 @@ namespace {
 constexpr std::pair<int, const char*> Known(int32_t code) { return {code, ts3d::DescribeResult(code)}; }
 
 constexpr std::pair<int, const char*> kCodes[] = {
-    Known(FBX_TO_TS3D_OK),
-    Known(FBX_TO_TS3D_NO_FILE),
-    Known(FBX_TO_TS3D_LOAD_FAILED),
-    Known(FBX_TO_TS3D_PACKAGE_FAILED),
+    {kSuccess, "success"},
+    {kWarnings, "check or inspect have found something wrong; with --strict: there are warnings"},
+    {kUnreadable, "an input cannot be read; it is damaged or of a format that is not read"},
+    {kNotWritten, "an output cannot be written; is its folder writable and the disk not full?"},
     Known(FBX_TO_TS3D_SKELETON_FAILED),
-    Known(FBX_TO_TS3D_NO_MESH),
+    {kNothingToDo, "there is no mesh to convert or to draw"},
     Known(FBX_TO_TS3D_DOCUMENT_UNREADABLE),
     Known(FBX_TO_TS3D_DOCUMENT_UNWRITABLE),
     Known(FBX_TO_TS3D_UPDATE_FAILED),
     {kUsageError, "wrong command line"},
-    {kCrashed, "the conversion crashed; the model is told, and the others were converted"},
+    {kNoInput, "an input does not exist, or may not be read"},
+    {kCrashed, "the conversion of a model crashed, or memory ran out; other models were converted"},
     {kOutputFailed, "standard output could not be written"},
-    {kInterrupted, "interrupted; nothing half done is left"}};
+    {kInterrupted, "interrupted (Ctrl-C); nothing half done is left"},
+    {kTerminated, "ended by SIGTERM; nothing half done is left"}};
 
 }  // namespace
 
@@ -35,6 +37,7 @@ const char* DescribeExitCode(int code) {
 }
 
 const char* NameOfExitCode(int code) {
+  if (code == kNoInput) return ts3d::NameOfResult(FBX_TO_TS3D_NO_FILE);
   return code == kUsageError ? "wrong-command-line" : code == kCrashed ? "crashed" : ts3d::NameOfResult(code);
 }
 
@@ -44,7 +47,7 @@ std::string ExitCodeTable() {
     const std::string number = std::to_string(code);
     table += "  " + std::string(3 - number.size(), ' ') + number + "  " + text + "\n";
   }
-  return table;
+  return table + "  With several inputs it is that of the first one that failed.\n";
 }
 
 }  // namespace cli

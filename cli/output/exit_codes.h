@@ -1,19 +1,46 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 namespace cli {
 
-/// Exit status for a wrong command line; all others are the converter's result codes.
+// Exit statuses of all commands, beside the converter's result codes from 2 to 8.
+inline constexpr int kSuccess = 0;
+/// Something is wrong: what "check" and "inspect" look for, or any warning with --strict.
+inline constexpr int kWarnings = 1;
+inline constexpr int kUnreadable = 2;
+inline constexpr int kNotWritten = 3;
+inline constexpr int kNothingToDo = 5;
 inline constexpr int kUsageError = 64;
-
-/// Exit status when the conversion of a model crashed, or memory ran out.
+/// An input does not exist, or may not be read.
+inline constexpr int kNoInput = 66;
+/// The conversion of a model crashed, or memory ran out.
 inline constexpr int kCrashed = 70;
-/// Exit status when standard output takes no more, as on a full disk.
+/// Standard output takes no more, as on a full disk.
 inline constexpr int kOutputFailed = 74;
-/// Exit status after Ctrl-C.
-inline constexpr int kInterrupted = 130;
+/// What a shell makes of the signals that end a process: Ctrl-C and SIGTERM.
+inline constexpr int kInterrupted = 130, kTerminated = 143;
+
+/// A failure of a whole command, in words, with the exit status that belongs to it.
+struct Failure : std::runtime_error {
+  Failure(int status, const std::string& text) : std::runtime_error(text), exitStatus(status) {}
+  int exitStatus;
+};
+
+/// The exit status of a command with several inputs: that of the first that failed; without any, kWarnings
+/// when one has warnings.
+class ExitStatus {
+ public:
+  void Add(int status) {
+    if (status_ <= kWarnings && status > status_) status_ = status;
+  }
+  int Get() const { return status_; }
+
+ private:
+  int status_ = kSuccess;
+};
 
 /// What the exit status `code` means to the person at the keyboard.
 const char* DescribeExitCode(int code);

@@ -109,7 +109,7 @@ ts3d::Finding AsMessage(const actor::Finding& finding, const actor::PackageConte
   return message;
 }
 
-Json Messages(const Inspection& inspection) {
+Json MessagesAsJson(const Inspection& inspection) {
   std::vector<ts3d::Finding> messages;
   if (!inspection.error.empty()) {
     messages.push_back(
@@ -124,7 +124,7 @@ Json AsJson(const Inspection& inspection) {
   const actor::Actor& actor = inspection.actor;
   return {{"path", inspection.path},
           {"readable", inspection.error.empty()},
-          {"messages", Messages(inspection)},
+          {"messages", MessagesAsJson(inspection)},
           {"members", Members(inspection.contents)},
           {"document", DocumentSummary(actor.document)},
           {"bones", Bones(actor.skeleton)},

@@ -16,7 +16,8 @@ struct Inspection {
   actor::PackageContents contents;
   actor::Actor actor;
   actor::Findings findings;
-  std::string error;  ///< why it cannot be read; empty when it can
+  std::string error;   ///< why it cannot be read; empty when it can
+  int exitStatus = 0;  ///< that belongs to the error
 };
 
 /// Reads and checks the package `path`, or a folder with the files of one.

@@ -14,8 +14,8 @@ namespace {
 
 constexpr int kLongestSideOfPicture = 8192;
 
-void WarnLeftOut(const actor::Picture& picture, const std::string& reason) {
-  PrintMessage(picture.name, Severity::Warning, reason + "; it is left out");
+void WarnLeftOut(const actor::Picture& picture, const std::string& reason, Messages& messages) {
+  messages.Warning(picture.name, reason + "; it is left out");
 }
 
 /// Pictures with few pixels between see-through and solid are cut out, as hair and leaves; others are glass.
@@ -38,39 +38,40 @@ void MakeOpaqueIfInvisible(textures::Image& image) {
 }
 
 /// Decodes a picture of a package as it is meant to be seen; nothing, after a warning, when that fails.
-std::optional<textures::Image> DecodePicture(const actor::Picture& picture, textures::PictureBudget& budget) {
+std::optional<textures::Image> DecodePicture(const actor::Picture& picture, textures::PictureBudget& budget,
+                                             Messages& messages) {
   try {
     textures::Image image = textures::DecodeImage(picture.bytes, budget);
     MakeOpaqueIfInvisible(image);
     return image;
   } catch (const std::runtime_error& error) {
-    WarnLeftOut(picture, error.what());
+    WarnLeftOut(picture, error.what(), messages);
     return std::nullopt;
   }
 }
 
 }  // namespace
 
-actor::PictureEncoder PngEncoder() {
-  return [budget = textures::PictureBudget{kLongestSideOfPicture}](
+actor::PictureEncoder PngEncoder(Messages& messages) {
+  return [&messages, budget = textures::PictureBudget{kLongestSideOfPicture}](
              const actor::Picture& picture) mutable -> actor::EncodedPicture {
     budget.AddFile(picture.bytes.size());
-    std::optional<textures::Image> image = DecodePicture(picture, budget);
+    std::optional<textures::Image> image = DecodePicture(picture, budget, messages);
     if (!image) return {};
     const actor::Opacity opacity = OpacityOf(*image);
     try {
       return {textures::EncodePng(std::move(*image)), opacity};
     } catch (const std::runtime_error& error) {
-      WarnLeftOut(picture, error.what());
+      WarnLeftOut(picture, error.what(), messages);
       return {};
     }
   };
 }
 
-preview::PictureDecoder PixelDecoder() {
-  return [budget = textures::PictureBudget{kLongestSideOfPicture}](
+preview::PictureDecoder PixelDecoder(Messages& messages) {
+  return [&messages, budget = textures::PictureBudget{kLongestSideOfPicture}](
              const actor::Picture& picture) mutable -> std::optional<preview::Pixels> {
-    std::optional<textures::Image> image = DecodePicture(picture, budget);
+    std::optional<textures::Image> image = DecodePicture(picture, budget, messages);
     if (!image) return std::nullopt;
     return preview::Pixels{image->width, image->height, std::move(image->rgba)};
   };

@@ -108,8 +108,9 @@ struct ConversionJob {
   std::shared_ptr<const MemberDeflater> deflater;  ///< of the open package, once there is a use for it
   std::shared_ptr<DeflateAhead> deflateAhead;      ///< the same
   bool packageIsDamaged = false;   ///< part of the open package was lost in writing: none may stay
+  int writeError = 0;              ///< `errno` of the first write that was lost, or 0
   int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running
-  std::string loadError;           ///< why a model could not be loaded that was loaded quietly
+  std::string loadError;           ///< why a model could not be loaded, unless it was printed
   std::string_view failureReason;  ///< why a run ended that an exception ended
 
   // The process.

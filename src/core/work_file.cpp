@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/work_file.h"
 
+#include <cerrno>
 #include <cstring>
 #include <new>
 
@@ -59,8 +60,13 @@ void WriteHeldFiles(ConversionJob& job) {
   job.heldFiles.Clear();
 }
 
-void DiscardFile(ConversionJob& job, std::string_view path) {
+void NoteLostWrite(ConversionJob& job) {
+  if (job.writeError == 0) job.writeError = errno;
   job.packageIsDamaged = true;
+}
+
+void DiscardFile(ConversionJob& job, std::string_view path) {
+  NoteLostWrite(job);
   platform::RemoveFile(path);
 }
 

@@ -38,6 +38,9 @@ bool WorkFileExists(const ConversionJob& job, std::string_view name);
 /// Puts what the job still holds onto the disk, where a run that does not hold files leaves it.
 void WriteHeldFiles(ConversionJob& job);
 
+/// Notes that a write has just failed, with the system's reason. The package is damaged by that.
+void NoteLostWrite(ConversionJob& job);
+
 /// Deletes the file `path`, whose writing failed half-way. The package it was for is damaged by that.
 void DiscardFile(ConversionJob& job, std::string_view path);
 

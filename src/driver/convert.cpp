@@ -155,6 +155,7 @@ void ResetRun(ConversionJob& job) {
   job.loadError.clear();
   job.failureReason = {};
   job.damagedArrays.clear();
+  job.writeError = 0;
   job.modelDirectory.clear();
   job.inputPath.clear();
   job.packagePath.clear();
@@ -180,10 +181,16 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
   }
   job.isFbxFile = EndsInFbx(request.fbxPath);
   StatusLog(job, job.isFbxFile ? "Loading FBX Model" : "Loading Model");
-  if (!request.isQuiet) return LoadScene(*job.sdkManager, *job.scene, request.fbxPath, versions);
-  job.loadError = LoadSceneQuietly(*job.sdkManager, *job.scene, request.fbxPath, request.source, versions);
+  bool isLoaded = false;
+  if (request.isQuiet) {
+    job.loadError = LoadSceneQuietly(*job.sdkManager, *job.scene, request.fbxPath, request.source, versions);
+    isLoaded = job.loadError.empty();
+  } else {
+    isLoaded = LoadScene(*job.sdkManager, *job.scene, request.fbxPath, versions,
+                         request.keepsLoadError ? &job.loadError : nullptr);
+  }
   job.failureReason = job.loadError;
-  return job.loadError.empty();
+  return isLoaded;
 }
 
 ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) {

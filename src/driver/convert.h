@@ -37,6 +37,8 @@ struct ConversionRequest {
   std::optional<ActorType> actorType = std::nullopt;
   /// Loads without console, plug-ins and settings of the process, and tells in `loadError` why that failed.
   bool isQuiet = false;
+  /// Keeps why a model cannot be loaded in `loadError` instead of printing it.
+  bool keepsLoadError = false;
   /// The model, when it is not in the file `fbxPath`; quiet runs only. Outlives the job's scene.
   std::optional<std::string_view> source = std::nullopt;
 };

@@ -75,19 +75,24 @@ void DestroySdkObjects(scene::KFbxSdkManager* manager) {
 }
 
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-               LoadedVersions& versions) {
+               LoadedVersions& versions, std::string* error) {
   versions.sdk = scene::kNativeVersion;
   KFbxImporter* importer = manager.CreateImporter();
   const bool initialized = importer->Initialize(path, -1);
   versions.file = importer->GetFileVersion();
   if (!initialized) {
-    ReportInitializeFailure(*importer, path, versions);
+    if (error) {
+      *error = importer->GetLastErrorString();
+    } else {
+      ReportInitializeFailure(*importer, path, versions);
+    }
     return false;
   }
   bool imported = importer->Import(scene, false);
   if (!imported && FailedFor(*importer, EImportError::ePASSWORD_ERROR)) {
     imported = RetryWithPassword(*importer, scene);
   }
+  if (!imported && error) *error = importer->GetLastErrorString();
   manager.DestroyImporter(importer);
   return imported;
 }

@@ -26,10 +26,10 @@ void CreateQuietSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& s
 /// Frees the manager and everything that it owns; null is ignored.
 void DestroySdkObjects(scene::KFbxSdkManager* manager);
 
-/// Loads `path` into `scene`. Asks once for the password of a
-/// protected file. Problems are told on standard output.
+/// Loads `path` into `scene`. Asks once for the password of a protected file.
+/// @param error  gets why that failed; null: it is told on standard output
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-               LoadedVersions& versions);
+               LoadedVersions& versions, std::string* error = nullptr);
 
 /// Loads the file `path`, or the one that `source` holds in its place, into `scene`. Nothing is printed or
 /// asked for, and no settings of the process count.

@@ -65,10 +65,10 @@ bool IsScaled(const Bone& bone, const Double3& offset, double size) {
 void CheckTopBone(const Bone& bone, const Double3& offset, double size, Findings& findings) {
   if (Length(offset) <= kTolerance * size) return;
   if (IsScaled(bone, offset, size)) {
-    AddNote(
+    AddProblem(
         findings, "root-scale-offset", bone.name,
         "is scaled in the model: the resting skeleton stands beside the mesh, all of its bones equally far",
-        "nothing needs to be done; apply the scale to the model before the export to be rid of it");
+        "convert again with --rigid-bones, or apply the scale to the model before the export");
   } else {
     AddProblem(findings, "bone-space", bone.name,
                "and all below it stand away from the mesh, and no scale of the bone explains it",

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "core/names.h"
+#include "core/work_file.h"
 #include "package/add_member.h"
 #include "package/deflate_ahead.h"
 #include "package/deflate_member.h"
@@ -73,6 +74,7 @@ int32_t AddDocumentToPackage(ConversionJob& job, PackagedNameSet& packagedNames,
 
 bool CloseActorPackage(ConversionJob& job) {
   const int result = zipClose(job.packageHandle, "");
+  if (result != ZIP_OK) NoteLostWrite(job);
   job.packageHandle = nullptr;
   job.deflater.reset();
   job.deflateAhead.reset();

@@ -44,7 +44,7 @@ int32_t OpenMember(ConversionJob& job, const MemberSource& source, const Deflate
 int32_t WriteToMember(ConversionJob& job, const std::string& name, const char* data, size_t size) {
   const int32_t result = zipWriteInFileInZip(job.packageHandle, data, static_cast<unsigned>(size));
   if (result < 0) {
-    job.packageIsDamaged = true;
+    NoteLostWrite(job);
     StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
   }
   return result;
@@ -89,7 +89,7 @@ int32_t ReportNotOpened(ConversionJob& job, const std::string& name, int32_t res
 /// @param result  of closing the member
 int32_t ReportClosing(ConversionJob& job, const std::string& name, int32_t result) {
   if (result != ZIP_OK) {
-    job.packageIsDamaged = true;
+    NoteLostWrite(job);
     StatusLog(job, ComposeMessage(">>> Error in closing ", name, " in the zip file"));
   }
   return result;

@@ -63,6 +63,9 @@ FilePtr CreateNewFile(std::string_view path, const char* mode, Readers readers);
 /// when they cannot be set. Links are not followed.
 bool KeepPermissions(std::string_view model, std::string_view path);
 
+/// Whether `error`, a value of `errno`, means that the disk, or this user's share of it, is full.
+bool IsDiskFull(int error);
+
 /// Deletes the file `path`; false when it could not be deleted.
 bool RemoveFile(std::string_view path);
 

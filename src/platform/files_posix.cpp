@@ -146,6 +146,8 @@ bool MakeFolder(std::string_view path) {
   return mkdir(native.c_str(), 0777) == 0 || (stat(native.c_str(), &info) == 0 && S_ISDIR(info.st_mode));
 }
 
+bool IsDiskFull(int error) { return error == ENOSPC || error == EDQUOT; }
+
 std::string MakeTemporaryFolder() {
   std::error_code failed;
   const std::filesystem::path folder = std::filesystem::temp_directory_path(failed);

@@ -124,6 +124,8 @@ bool MakeFolder(std::string_view path) {
   return CreateDirectoryA(NativePath(path).c_str(), nullptr) || IsFolder(Attributes(path));
 }
 
+bool IsDiskFull(int error) { return error == ENOSPC; }
+
 std::string MakeTemporaryFolder() {
   constexpr int kTries = 100;
   char parent[MAX_PATH + 1];

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "host/input_problem.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+#include "core/names.h"
+#include "output/exit_codes.h"
+#include "package/read_member.h"
+#include "platform/files.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr size_t kHeadSize = 4096;
+
+struct KnownFile {
+  std::string_view beginning;
+  const char* text;
+};
+
+constexpr const char* kGzip = "this is compressed with gzip; unpack it first, with gunzip";
+constexpr const char* kBlend = "this is a Blender file; export the model from Blender as FBX";
+constexpr const char* kGltf =
+    "this is a glTF file; only FBX is read: import it into a modelling program and "
+    "export it from there as FBX";
+constexpr const char* kObj = "this is a Wavefront OBJ file, which has no skeleton; only FBX is read";
+constexpr const char* kPage = "this is a web page, as a failed download leaves; fetch the file again";
+constexpr const char* kPicture = "this is a picture";
+constexpr const char* kUsd = "this is a USD file; export the model as FBX";
+constexpr const char* kMaya = "this is a Maya scene; export the model from Maya as FBX";
+constexpr const char* kArchive = "this is an archive; unpack it and use what is in it";
+
+/// Bytes that a file begins with, of whatever use it was to be.
+constexpr KnownFile kAnyUse[] = {
+    {"version https://git-lfs.github.com/spec/",
+     "this is only the Git LFS pointer to the file; run \"git lfs pull\" in its folder to fetch the file"},
+    {"\x1f\x8b", kGzip},
+    {"\x28\xb5\x2f\xfd", "this is compressed with zstd; unpack it first, with unzstd"},
+    {"BZh", "this is compressed with bzip2; unpack it first, with bunzip2"},
+    {"\xfd"
+     "7zXZ",
+     "this is compressed with xz; unpack it first, with unxz"},
+    {"7z\xbc\xaf\x27\x1c", kArchive},
+    {"Rar!", kArchive},
+    {"BLENDER", kBlend},
+    {"glTF", kGltf},
+    {"PXR-USDC", kUsd},
+    {"#usda", kUsd},
+    {"//Maya ASCII", kMaya},
+    {"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1",
+     "this is a 3ds Max scene, or an Office file; export the model as FBX"},
+    {"\x89PNG", kPicture},
+    {"\xff\xd8\xff", kPicture},
+    {"%PDF", "this is a PDF file"},
+    {"<!DOCTYPE html", kPage},
+    {"<!doctype html", kPage},
+    {"<html", kPage}};
+
+constexpr KnownFile kModelsOnly[] = {
+    {"Kaydara FBX", "this is an FBX model; \"fbx2czp convert\" makes a package of it"},
+    {"; FBX", "this is an FBX model; \"fbx2czp convert\" makes a package of it"}};
+
+std::string ReadHead(const fs::path& path) {
+  std::string head(kHeadSize, '\0');
+  const platform::FilePtr file = platform::OpenFile(path.string(), "rb");
+  head.resize(file ? std::fread(head.data(), 1, head.size(), file.get()) : 0);
+  return head;
+}
+
+/// `text` behind the mark of its encoding and blanks.
+std::string_view SkipBlanks(std::string_view text) {
+  if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
+  return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+}
+
+/// Whether the first line that is no comment is one of an OBJ file.
+bool IsObj(std::string_view text) {
+  constexpr std::array kWords = {"v "sv, "vn "sv, "vt "sv, "o "sv, "g "sv, "f "sv, "mtllib "sv, "usemtl "sv};
+  while (text.starts_with('#')) text = SkipBlanks(text.substr(std::min(text.find('\n'), text.size())));
+  return std::any_of(kWords.begin(), kWords.end(),
+                     [&](std::string_view word) { return text.starts_with(word); });
+}
+
+template <class List>
+const char* Find(std::string_view head, const List& list) {
+  for (const KnownFile& known : list) {
+    if (head.starts_with(known.beginning)) return known.text;
+  }
+  return nullptr;
+}
+
+/// @param head  of the file, which is not empty
+std::string RecogniseAny(const fs::path& path, std::string_view head) {
+  const std::string_view text = SkipBlanks(head);
+  const bool isBlend = ts3d::EqualsIgnoreCase(path.extension().string(), ".blend");
+  if (const char* known = Find(head, kAnyUse)) return isBlend ? kBlend : known;
+  if (const char* known = Find(text, kAnyUse)) return known;
+  if (head.starts_with("FOR4") || head.starts_with("FOR8")) return kMaya;
+  if (text.starts_with("{") && text.find("\"asset\"") != text.npos) return kGltf;
+  if (text.starts_with("<?xml") && text.find("<COLLADA") != text.npos)
+    return "this is a Collada file; only FBX is read: export the model as FBX";
+  if (IsObj(text)) return kObj;
+  if (head.find_first_not_of('\0') == head.npos)
+    return "this begins with nothing but zeros, as an interrupted download leaves; fetch the file again";
+  return {};
+}
+
+}  // namespace
+
+std::optional<InputProblem> FindInputProblem(const fs::path& path, bool takesFolders) {
+  std::error_code failed;
+  const fs::file_status status = fs::status(path, failed);
+  if (status.type() == fs::file_type::not_found) return InputProblem{kNoInput, "the file does not exist"};
+  if (failed) return InputProblem{kNoInput, "the file cannot be looked at: " + failed.message()};
+  if (fs::is_directory(status)) {
+    if (takesFolders) return std::nullopt;
+    return InputProblem{kUnreadable, "this is a folder"};
+  }
+  if (!fs::is_regular_file(status)) return InputProblem{kUnreadable, "this is not a file"};
+  if (!platform::OpenFile(path.string(), "rb")) {
+    const int reason = errno;
+    return InputProblem{kNoInput, reason == EACCES
+                                      ? "there is no permission to read the file"
+                                      : "the file cannot be opened: " + std::string(std::strerror(reason))};
+  }
+  if (fs::file_size(path, failed) == 0 && !failed) return InputProblem{kUnreadable, "the file is empty"};
+  return std::nullopt;
+}
+
+std::string RecogniseModel(const fs::path& path) {
+  const std::string head = ReadHead(path);
+  if (head.starts_with("PK\3\4")) {
+    for (const ts3d::MemberSize& member : ts3d::ListMembers(path.string())) {
+      if (member.name.ends_with(".cmf") || member.name.ends_with(".csf"))
+        return "this is a package already; \"fbx2czp inspect\" and \"fbx2czp preview\" show what is in it";
+    }
+    return "this is a zip archive; unpack it and convert the .fbx file that is in it";
+  }
+  return head.empty() ? std::string() : RecogniseAny(path, head);
+}
+
+std::string RecognisePackage(const fs::path& path) {
+  const std::string head = ReadHead(path);
+  if (head.empty() || head.starts_with("PK")) return {};
+  const char* model = Find(head, kModelsOnly);
+  return model ? model : RecogniseAny(path, head);
+}
+
+}  // namespace cli
