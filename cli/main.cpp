@@ -4,12 +4,16 @@
 #endif
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "commands/check_command.h"
+#include "commands/command_line.h"
 #include "commands/completion_command.h"
 #include "commands/convert_command.h"
 #include "commands/export_command.h"
@@ -54,19 +58,31 @@ void AddCommands(std::string_view first, CLI::App& app, cli::RunCommand& run) {
   for (const Command& command : kCommands) command.add(app, run);
 }
 
-int Run(int argc, char** argv) {
+std::vector<std::string> CommandNames() {
+  std::vector<std::string> names;
+  for (const Command& command : kCommands) names.emplace_back(command.name);
+  return names;
+}
+
+int Run(const std::vector<std::string>& given) {
   CLI::App app("Converts rigged, skinned FBX characters into actor packages (.czp) for Tessaly 3D Studio.",
                "fbx2czp");
-  app.set_version_flag("--version", std::string("fbx2czp ") + FBX_TO_TS3D_VERSION);
+  app.set_version_flag("-V,--version", std::string("fbx2czp ") + FBX_TO_TS3D_VERSION);
   app.require_subcommand(1);
-  app.footer("'fbx2czp COMMAND --help' tells more, with examples.");
+  app.footer(
+      "'fbx2czp COMMAND --help', or 'fbx2czp help COMMAND', tells more, with examples. Models and folders\n"
+      "without a command are converted: fbx2czp hero.fbx");
   cli::RunCommand run;
-  AddCommands(argc > 1 ? argv[1] : "", app, run);
+  const std::vector<std::string> words = cli::CompleteCommandLine(given, CommandNames());
+  AddCommands(words.front(), app, run);
   try {
-    app.parse(argc, argv);
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);
-    cli::PrintMessage("", cli::Severity::Error, std::string(error.what()) + ". Try 'fbx2czp --help'.");
+    const std::string mistake = cli::DescribeMistake(app, error, words, CommandNames());
+    const bool isCommand = !app.get_subcommands().empty();
+    cli::PrintMessage("", cli::Severity::Error,
+                      mistake + ". Try 'fbx2czp " + (isCommand ? words.front() + " " : "") + "--help'.");
     return cli::kUsageError;
   }
   return run();
@@ -78,7 +94,7 @@ int main(int argc, char** argv) {
   KeepFreedMemory();
   platform::OpenStandardStreams();
   try {
-    const int status = Run(argc, argv);
+    const int status = Run({argv + std::min(argc, 1), argv + argc});
     if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
     cli::PrintMessage("", cli::Severity::Error, "the output cannot be written");
     return status == 0 ? cli::kOutputFailed : status;

@@ -16,12 +16,47 @@ using support::ReadWholeFile;
 using support::Tool;
 
 TEST_F(Tool, AWrongCommandLineIsToldInOneLineAndHasItsOwnExitStatus) {
-  for (const char* arguments : {"", "convert", "convert a.fbx --mesh-mode 3", "convert a.fbx --rename Bone",
-                                "convert a.fbx --scal 3", "convert a.fbx --mesh 'a|b'", "finish", "repack"}) {
+  for (const char* arguments :
+       {"konvert a.czq", "convert", "convert a.fbx --mesh-mode 3", "convert a.fbx --rename Bone",
+        "convert a.fbx --scal 3", "convert a.fbx --mesh 'a|b'", "finish", "repack"}) {
     EXPECT_EQ(Run(arguments), 64) << arguments;
     EXPECT_EQ(std::count(errors_.begin(), errors_.end(), '\n'), 1) << errors_;
     EXPECT_TRUE(errors_.starts_with("fbx2czp: error: ")) << errors_;
   }
+}
+
+TEST_F(Tool, SlipsAreUnderstoodOrToldWithTheNearestWord) {
+  for (const char* arguments : {"", "help", "-h"}) {
+    EXPECT_EQ(Run(arguments), 0) << errors_;
+    EXPECT_NE(output_.find("\nSubcommands:\n"), std::string::npos) << output_;
+  }
+  EXPECT_EQ(Run("help preview"), 0);
+  EXPECT_NE(output_.find("--turntable"), std::string::npos) << output_;
+  EXPECT_EQ(Run("-V"), 0);
+  EXPECT_TRUE(output_.starts_with("fbx2czp ")) << output_;
+  const std::pair<const char*, const char*> slips[] = {
+      {"chekc x", "no command \"chekc\"; the nearest one is \"check\""},
+      {"help chekc", "the nearest one is \"check\""},
+      {"preview a.czp -o a.png --turntabel=3",
+       "\"preview\" has no option \"--turntabel\"; the nearest one is \"--turntable\""},
+      {"--jbos 3", "the command comes first"},
+      {"export a.czp -o a.stl", ".gltf (separate files)"},
+      {"convert a.fbx -o a.xfg", "ends in .czp"}};
+  for (const auto& [arguments, told] : slips) {
+    EXPECT_EQ(Run(arguments), 64) << arguments;
+    EXPECT_TRUE(Printed(told)) << arguments << ": " << errors_;
+  }
+  CopySample("a/hero.fbx");
+  CopySample("b.FBX");
+  EXPECT_EQ(Run("a b.FBX"), 0) << errors_;
+  EXPECT_EQ(Run("-q b.FBX -o out/villain.czp"), 0) << errors_;
+  EXPECT_EQ(Files("a") + "; " + Files("out"), "hero.czp hero.fbx hero.xfg; villain.czp villain.xfg");
+  const Package package(folder_.Path("out/villain.czp"));
+  EXPECT_NE(package["villain.xfg"].find("<object_id>villain<"), std::string::npos);
+  EXPECT_EQ(Run("a b.FBX -o one.czp"), 64);
+  EXPECT_EQ(Run("export b.czp -o 'b c.gltf'"), 0) << errors_;
+  EXPECT_NE(ReadWholeFile(folder_.Path("b c.gltf")).find("\"uri\": \"b%20c.bin\""), std::string::npos);
+  EXPECT_EQ(Files(), "a b c.bin b c.gltf b.FBX b.czp b.xfg out");
 }
 
 TEST_F(Tool, HelpTellsEveryExitCode) {

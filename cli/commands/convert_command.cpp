@@ -118,7 +118,8 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       ->type_name("");
   convert
       .add_option("-o,--output", options->outputFolder,
-                  "Folder for the package and its .xfg document (default: beside each model)")
+                  "Folder for the package and its .xfg document (default: beside each model); of one model\n"
+                  "also the package to write, NAME.czp")
       ->type_name("FOLDER");
   convert
       .add_option("--rotation-y", options->rotationY,

@@ -64,8 +64,11 @@ std::vector<actor::ExportedFile> Export(const actor::Actor& actor, const fs::pat
   if (ts3d::EqualsIgnoreCase(output.extension().string(), ".obj")) {
     return ExportObj(actor, output.stem().string(), PngEncoder(messages));
   }
-  return {
-      {output.filename().string(), ExportGlb(actor, "fbx2czp " FBX_TO_TS3D_VERSION, PngEncoder(messages))}};
+  const std::string generator = "fbx2czp " FBX_TO_TS3D_VERSION;
+  if (ts3d::EqualsIgnoreCase(output.extension().string(), ".gltf")) {
+    return ExportGltf(actor, generator, output.stem().string(), PngEncoder(messages));
+  }
+  return {{output.filename().string(), ExportGlb(actor, generator, PngEncoder(messages))}};
 }
 
 int RunExport(const ExportOptions& options) {
@@ -88,8 +91,9 @@ int RunExport(const ExportOptions& options) {
 
 std::string CheckExportOutput(const std::string& path) {
   const std::string extension = ts3d::LowerCase(fs::path(path).extension().string());
-  return extension == ".glb" || extension == ".obj" ? std::string()
-                                                    : "\"" + path + "\" is no .glb or .obj file";
+  if (extension == ".glb" || extension == ".gltf" || extension == ".obj") return {};
+  return "\"" + path +
+         "\": models are written as .glb (one file), .gltf (separate files) or .obj (no skeleton)";
 }
 
 }  // namespace
@@ -102,7 +106,8 @@ void AddExportCommand(CLI::App& app, RunCommand& run) {
       ->required();
   command
       .add_option("-o,--output", options->output,
-                  "OUT.glb: skeleton, skin and pictures in one file; OUT.obj: shape, colours and pictures")
+                  "OUT.glb: skeleton, skin and pictures in one file; OUT.gltf: the same in separate files;\n"
+                  "OUT.obj: shape, colours and pictures")
       ->required()
       ->check(CLI::Validator(CheckExportOutput, "FILE"));
   CLI::Option* raw =

@@ -44,7 +44,7 @@ class Running {
   Running(size_t index, const ModelTask& task, const ConvertOptions& options,
           const std::optional<FinishSettings>& finish, const StatusPrinter& printer, bool keepsInput)
       : index_(index),
-        work_(task.model),
+        work_(task.model, task.model.parent_path(), task.NameInWork()),
         child_(
             [&](const ChildProcess::Send& send) {
               // Each message wakes the other process: thousands of them cost more than a small model.
@@ -115,7 +115,7 @@ class Batch {
       if (const auto problem = Refusal(task)) {
         Fail(0, problem->exitStatus, problem->text);
       } else if (!RefuseForeignPackage(0)) {
-        const WorkFolder work(task.model);
+        const WorkFolder work(task.model, task.model.parent_path(), task.NameInWork());
         Complete(0, work, ConvertInWorkFolder(task, work, options_, finish_, onStatus));
       }
     } catch (const InterruptedRun&) {

@@ -149,7 +149,11 @@ void RefuseEmptyPackage(const fs::path& package, ModelResult& result) {
 
 }  // namespace
 
-fs::path ModelTask::Package() const { return folder / WithExtension(model.filename(), "czp"); }
+fs::path ModelTask::Package() const {
+  return folder / (stem.empty() ? WithExtension(model.filename(), "czp") : fs::path(stem + ".czp"));
+}
+
+std::string ModelTask::NameInWork() const { return stem.empty() ? model.filename().string() : stem + ".fbx"; }
 
 ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
                                 const std::optional<FinishSettings>& finish,
@@ -218,7 +222,7 @@ void Publish(const ModelTask& task, const WorkFolder& work) {
   }
   // The package first: a new document beside an old package is worse than the opposite.
   work.MoveTo(task.folder, task.Package().filename());
-  work.MoveTo(task.folder, WithExtension(task.model.filename(), "xfg"));
+  work.MoveTo(task.folder, WithExtension(task.Package().filename(), "xfg"));
   if (fs::is_regular_file(task.Package())) return;
   throw fs::filesystem_error("the package is missing", task.Package(),
                              std::make_error_code(std::errc::no_such_file_or_directory));

@@ -19,8 +19,11 @@ struct ModelTask {
   std::string name;              ///< as the user wrote it
   std::filesystem::path model;   ///< absolute
   std::filesystem::path folder;  ///< where package and document go; absolute
+  std::string stem = {};         ///< of the names of both; empty: the model's
 
   std::filesystem::path Package() const;
+  /// What the model is called in its work folder.
+  std::string NameInWork() const;
 };
 
 /// Converts the model inside `work`, where everything that is written stays.

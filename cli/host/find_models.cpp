@@ -34,9 +34,11 @@ void AddFolder(const std::string& name, const std::string& outputFolder, std::ve
   }
 }
 
-}  // namespace
+bool HasExtension(const fs::path& path, const char* extension) {
+  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
+}
 
-std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& outputFolder) {
+std::vector<ModelTask> Find(const std::vector<std::string>& names, const std::string& outputFolder) {
   std::vector<ModelTask> tasks;
   for (const std::string& name : names) {
     std::error_code unknown;
@@ -48,6 +50,26 @@ std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const s
     tasks.push_back({name, model, outputFolder.empty() ? model.parent_path() : fs::absolute(outputFolder)});
   }
   if (tasks.empty()) throw Failure(kNoInput, "there is no .fbx file in the folders given");
+  return tasks;
+}
+
+}  // namespace
+
+std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& output) {
+  std::error_code unknown;
+  const fs::path path = output;
+  const bool isFolder = fs::is_directory(path, unknown);
+  if (!isFolder && (HasExtension(path, ".fbx") || HasExtension(path, ".xfg")))
+    throw Failure(kUsageError,
+                  output + ": the output is a folder, or a package with a name that ends in .czp");
+  if (isFolder || !HasExtension(path, ".czp")) return Find(names, output);
+  std::vector<ModelTask> tasks = Find(names, "");
+  if (tasks.size() != 1) {
+    throw Failure(kUsageError, output + " is one package, but there are " + std::to_string(tasks.size()) +
+                                   " models; name a folder");
+  }
+  tasks.front().folder = fs::absolute(path).parent_path();
+  tasks.front().stem = path.stem().string();
   return tasks;
 }
 

@@ -9,10 +9,10 @@
 namespace cli {
 
 /// The models that the command line names: files as they are, and all ".fbx" files below folders, sorted.
-/// @param outputFolder where packages go, empty: beside each
-/// model. Below it the models of a folder keep their subfolders.
-/// @throws Failure when `names` are folders without any model, or cannot be looked into
-std::vector<ModelTask> FindModels(const std::vector<std::string>& names,
-                                  const std::string& outputFolder = {});
+/// @param output  where packages go: a folder, below which the models of a folder keep their subfolders; of
+/// one model also the package, "name.czp"; empty: beside each model
+/// @throws Failure when `names` are folders without any model or cannot be looked into, and when `output`
+/// cannot be meant
+std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& output = {});
 
 }  // namespace cli

@@ -55,7 +55,10 @@ TemporaryFolder::~TemporaryFolder() {
   fs::remove_all(path_, ignored);
 }
 
-WorkFolder::WorkFolder(const fs::path& model) : WorkFolder(model.parent_path(), model.filename()) {
+WorkFolder::WorkFolder(const fs::path& model) : WorkFolder(model, model.parent_path(), model.filename()) {}
+
+WorkFolder::WorkFolder(const fs::path& model, const fs::path& pictureFolder, const fs::path& modelName)
+    : WorkFolder(pictureFolder, modelName) {
   Show(model, Model());
 }
 

@@ -34,6 +34,9 @@ class WorkFolder {
  public:
   /// @throws std::filesystem::filesystem_error when it cannot be made
   explicit WorkFolder(const std::filesystem::path& model);
+  /// The same with another name for the model in this folder.
+  WorkFolder(const std::filesystem::path& model, const std::filesystem::path& pictureFolder,
+             const std::filesystem::path& modelName);
   /// The same for a model that is not in any folder.
   /// @param pictureFolder  whose ".tga" pictures are shown; none when it is empty
   WorkFolder(const std::filesystem::path& pictureFolder, const std::filesystem::path& modelName);

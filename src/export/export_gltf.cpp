@@ -17,6 +17,22 @@ using Json = GltfBuffer::Json;
 
 constexpr size_t kMostBones = 65536;
 
+/// `name` as a reference to a file in the same folder: what has a meaning there is written as its number.
+std::string UriOf(const std::string& name) {
+  constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
+  constexpr char kDigits[] = "0123456789ABCDEF";
+  std::string uri;
+  for (const char c : name) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (kPlain.find(c) != kPlain.npos) {
+      uri += c;
+    } else {
+      uri.append(1, '%').append(1, kDigits[byte >> 4]).append(1, kDigits[byte & 15]);
+    }
+  }
+  return uri;
+}
+
 /// Colours of files are those of a screen; here they are amounts of light.
 double ToLinear(double colour) {
   return colour <= 0.04045 ? colour / 12.92 : std::pow((colour + 0.055) / 1.055, 2.4);
@@ -47,11 +63,26 @@ std::string JoinChunks(const std::string& json, const std::string& binary) {
 
 class GltfExport {
  public:
-  GltfExport(const Actor& actor, const PictureEncoder& encode) : actor_(actor), encode_(encode) {}
+  /// @param stem  of the files for pictures and numbers; empty: all are in one file
+  GltfExport(const Actor& actor, const PictureEncoder& encode, std::string stem)
+      : actor_(actor), encode_(encode), stem_(std::move(stem)) {}
+
+  std::vector<ExportedFile> RunSeparately(const std::string& generator) {
+    const Json json = Describe(generator);
+    if (!buffer_.Bytes().empty()) files_.push_back({stem_ + ".bin", buffer_.Bytes()});
+    files_.push_back({stem_ + ".gltf", json.dump(1, ' ', false, Json::error_handler_t::replace)});
+    return std::move(files_);
+  }
 
   std::string Run(const std::string& generator) {
+    const Json json = Describe(generator);
+    return JoinChunks(json.dump(-1, ' ', false, Json::error_handler_t::replace), buffer_.Bytes());
+  }
+
+ private:
+  Json Describe(const std::string& generator) {
     if (actor_.skeleton.bones.size() > kMostBones)
-      throw std::runtime_error("has too many bones for a .glb file");
+      throw std::runtime_error("has too many bones for a glTF file");
     AddSkeleton();
     for (const Mesh& mesh : actor_.meshes) {
       if (IsVisible(mesh)) AddMesh(mesh);
@@ -72,12 +103,13 @@ class GltfExport {
                                                                     {"bufferViews", buffer_.Views()}}) {
       if (!list.empty()) json[key] = list;
     }
-    const std::string& binary = buffer_.Bytes();
-    if (!binary.empty()) json["buffers"] = {{{"byteLength", binary.size()}}};
-    return JoinChunks(json.dump(-1, ' ', false, Json::error_handler_t::replace), binary);
+    const size_t size = buffer_.Bytes().size();
+    if (size == 0) return json;
+    json["buffers"] = {{{"byteLength", size}}};
+    if (!stem_.empty()) json["buffers"][0]["uri"] = UriOf(stem_ + ".bin");
+    return json;
   }
 
- private:
   /// Bones are the first nodes. A skin wants one node above all of its joints.
   void AddSkeleton() {
     const std::vector<Bone>& bones = actor_.skeleton.bones;
@@ -165,16 +197,23 @@ class GltfExport {
   Texture AddTexture(const Picture& picture) {
     const auto [known, isNew] = byPicture_.try_emplace(&picture);
     if (!isNew) return known->second;
-    const EncodedPicture encoded = encode_(picture);
+    EncodedPicture encoded = encode_(picture);
     if (encoded.png.empty()) return {};
-    const size_t view = buffer_.AddView(encoded.png.data(), encoded.png.size(), GltfBuffer::None);
-    images_.push_back({{"name", picture.name}, {"bufferView", view}, {"mimeType", "image/png"}});
+    if (stem_.empty()) {
+      const size_t view = buffer_.AddView(encoded.png.data(), encoded.png.size(), GltfBuffer::None);
+      images_.push_back({{"name", picture.name}, {"bufferView", view}, {"mimeType", "image/png"}});
+    } else {
+      const std::string file = AddPictureFile(stem_, picture, std::move(encoded.png), files_);
+      images_.push_back({{"name", picture.name}, {"uri", UriOf(file)}});
+    }
     textures_.push_back({{"source", images_.size() - 1}});
     return known->second = {true, textures_.size() - 1, encoded.opacity};
   }
 
   const Actor& actor_;
   const PictureEncoder& encode_;
+  const std::string stem_;
+  std::vector<ExportedFile> files_;
   GltfBuffer buffer_;
   Json nodes_ = Json::array(), meshes_ = Json::array(), skins_ = Json::array(), materials_ = Json::array(),
        textures_ = Json::array(), images_ = Json::array();
@@ -185,7 +224,12 @@ class GltfExport {
 }  // namespace
 
 std::string ExportGlb(const Actor& actor, const std::string& generator, const PictureEncoder& encode) {
-  return GltfExport(actor, encode).Run(generator);
+  return GltfExport(actor, encode, {}).Run(generator);
+}
+
+std::vector<ExportedFile> ExportGltf(const Actor& actor, const std::string& generator,
+                                     const std::string& stem, const PictureEncoder& encode) {
+  return GltfExport(actor, encode, stem).RunSeparately(generator);
 }
 
 }  // namespace actor

@@ -71,4 +71,25 @@ Vector3 UnitNormal(const Vector3& normal) {
   return unit;
 }
 
+std::string PlainWord(std::string name) {
+  std::replace_if(
+      name.begin(), name.end(),
+      [](char c) {
+        return static_cast<unsigned char>(c) <= ' ' || std::string_view("/\\:#\x7f").find(c) < 5;
+      },
+      '_');
+  return name.empty() ? "_" : name;
+}
+
+std::string AddPictureFile(const std::string& stem, const Picture& picture, std::string png,
+                           std::vector<ExportedFile>& files) {
+  std::string name = PlainWord(stem + "_" + picture.name.substr(0, picture.name.size() - 4));
+  const auto isTaken = [&](const ExportedFile& file) {
+    return ts3d::EqualsIgnoreCase(file.name, name + ".png");
+  };
+  while (std::any_of(files.begin(), files.end(), isTaken)) name += "_";
+  files.push_back({name + ".png", std::move(png)});
+  return files.back().name;
+}
+
 }  // namespace actor

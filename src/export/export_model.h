@@ -44,6 +44,14 @@ std::vector<std::array<int32_t, 3>> FacesOutwards(const Mesh& mesh);
 /// `normal` with length 1; upwards when it has none.
 Vector3 UnitNormal(const Vector3& normal);
 
+/// `name` without what cannot be in a word of a line or a part of a file name.
+std::string PlainWord(std::string name);
+
+/// Adds a picture to `files` as "<stem>_<picture>.png", or so that no other file has its name.
+/// @return its name
+std::string AddPictureFile(const std::string& stem, const Picture& picture, std::string png,
+                           std::vector<ExportedFile>& files);
+
 /// Whether there is anything of the mesh to be seen.
 inline bool IsVisible(const Mesh& mesh) { return !mesh.vertices.empty() && !mesh.faces.empty(); }
 

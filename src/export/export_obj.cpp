@@ -11,17 +11,6 @@
 namespace actor {
 namespace {
 
-/// `name` as a word of a line, and safe as a part of a file name.
-std::string Word(std::string name) {
-  std::replace_if(
-      name.begin(), name.end(),
-      [](char c) {
-        return static_cast<unsigned char>(c) <= ' ' || std::string_view("/\\:#\x7f").find(c) < 5;
-      },
-      '_');
-  return name.empty() ? "_" : name;
-}
-
 class ObjExport {
  public:
   ObjExport(const Actor& actor, const std::string& stem, const PictureEncoder& encode)
@@ -51,7 +40,7 @@ class ObjExport {
 
   /// A name that no other object or material has, whatever the letter case.
   std::string ObjectName(const Mesh& mesh) {
-    std::string name = Word(mesh.name);
+    std::string name = PlainWord(mesh.name);
     while (!objectNames_.insert(ts3d::LowerCase(name)).second) name += "_";
     return name;
   }
@@ -95,14 +84,7 @@ class ObjExport {
     if (!isNew) return known->second;
     EncodedPicture encoded = encode_(picture);
     if (encoded.png.empty()) return {};
-    std::string name = Word(stem_ + "_" + picture.name.substr(0, picture.name.size() - 4));
-    const auto isTaken = [&](const ExportedFile& file) {
-      return ts3d::EqualsIgnoreCase(file.name, name + ".png");
-    };
-    while (std::any_of(files_.begin(), files_.end(), isTaken)) name += "_";
-    known->second = name + ".png";
-    files_.push_back({known->second, std::move(encoded.png)});
-    return known->second;
+    return known->second = AddPictureFile(stem_, picture, std::move(encoded.png), files_);
   }
 
   const Actor& actor_;
