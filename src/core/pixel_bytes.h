@@ -30,6 +30,12 @@ class PixelBytes {
     size_ = size;
   }
 
+  /// Hands the memory over, to be freed by free.
+  uint8_t* Release() {
+    size_ = 0;
+    return bytes_.release();
+  }
+
   size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
   uint8_t* data() { return bytes_.get(); }

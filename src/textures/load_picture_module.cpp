@@ -36,10 +36,11 @@ class ModuleDecoder {
       : decode_(LoadFunction<DecodeModulePicture>(kind, kDecodeModulePicture)) {}
 
   Image operator()(std::string_view bytes, PictureBudget& budget) const {
-    Image image;
-    PictureModuleFailure failure;
-    if (!decode_(bytes, budget, image, failure)) Throw(failure);
-    return image;
+    PlainPicture picture{};
+    PictureModuleFailure failure{};
+    const auto* const data = reinterpret_cast<const uint8_t*>(bytes.data());
+    if (!decode_(data, bytes.size(), budget.longestSide, &budget.pixels, &picture, &failure)) Throw(failure);
+    return {picture.width, picture.height, ts3d::PixelBytes(picture.rgba, picture.size)};
   }
 
  private:
@@ -75,10 +76,12 @@ Image DecodeDds(std::string_view bytes, PictureBudget& budget) {
 
 std::string EncodePng(Image image) {
   static const auto encode = LoadFunction<EncodeModulePicture>("png", kEncodeModulePicture);
-  std::string bytes;
-  PictureModuleFailure failure;
-  if (!encode(image, bytes, failure)) Throw(failure);
-  return bytes;
+  PlainBytes bytes{};
+  PictureModuleFailure failure{};
+  const size_t size = image.rgba.size();
+  if (!encode({image.width, image.height, image.rgba.Release(), size}, &bytes, &failure)) Throw(failure);
+  const ts3d::PixelBytes owned(bytes.data, bytes.size);
+  return {reinterpret_cast<const char*>(bytes.data), bytes.size};
 }
 
 }  // namespace textures

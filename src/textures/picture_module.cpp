@@ -2,10 +2,12 @@
 #include "textures/picture_module.h"
 
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <new>
-#include <utility>
+#include <string>
 
+#include "textures/picture_budget.h"
 #include "textures/picture_formats.h"
 #include "textures/png_writer.h"
 
@@ -28,14 +30,27 @@ bool Succeeds(textures::PictureModuleFailure& failure, Work work) noexcept {
 }  // namespace
 
 extern "C" __attribute__((visibility("default"))) bool fbx2czp_decode_picture(
-    std::string_view bytes, textures::PictureBudget& budget, textures::Image& image,
-    textures::PictureModuleFailure& failure) {
-  return Succeeds(failure, [&] { image = textures::FBX2CZP_DECODER(bytes, budget); });
+    const uint8_t* bytes, size_t size, int32_t longestSide, uint64_t* pixelsLeft,
+    textures::PlainPicture* picture, textures::PictureModuleFailure* failure) {
+  textures::PictureBudget budget{longestSide, *pixelsLeft};
+  const bool isDecoded = Succeeds(*failure, [&] {
+    textures::Image image = textures::FBX2CZP_DECODER({reinterpret_cast<const char*>(bytes), size}, budget);
+    const size_t pixelSize = image.rgba.size();
+    *picture = {image.width, image.height, image.rgba.Release(), pixelSize};
+  });
+  *pixelsLeft = budget.pixels;
+  return isDecoded;
 }
 
 #ifdef FBX2CZP_ENCODER
 extern "C" __attribute__((visibility("default"))) bool fbx2czp_encode_picture(
-    textures::Image& image, std::string& bytes, textures::PictureModuleFailure& failure) {
-  return Succeeds(failure, [&] { bytes = textures::FBX2CZP_ENCODER(std::move(image)); });
+    textures::PlainPicture picture, textures::PlainBytes* bytes, textures::PictureModuleFailure* failure) {
+  return Succeeds(*failure, [&] {
+    const std::string file = textures::FBX2CZP_ENCODER(
+        {picture.width, picture.height, ts3d::PixelBytes(picture.rgba, picture.size)});
+    ts3d::PixelBytes copy(file.size());
+    std::memcpy(copy.data(), file.data(), file.size());
+    *bytes = {copy.Release(), file.size()};
+  });
 }
 #endif
