@@ -113,7 +113,8 @@ typedef struct FbxToTs3dOptions {
   FbxToTs3dWriteCallback onPackage;     /**< takes the package where no path is given for it; or null */
 } FbxToTs3dOptions;
 
-/** The artist's last choices for a package. */
+/** The artist's last choices for a package: all of them, as each call starts from the document as it was converted.
+ *  Meshes and bones that are not named keep what they have there. */
 typedef struct FbxToTs3dFinalSettings {
   uint32_t size;           /**< sizeof(FbxToTs3dFinalSettings) */
   float scalePercent;      /**< above 0: the document's scale is a hundredth of it; else 1 */
@@ -150,8 +151,9 @@ FBX_TO_TS3D_API int32_t FBX_TO_TS3D_CALL FbxToTs3dConvertMemory(FbxToTs3dConvert
                                                                 const char* modelName, const void* bytes,
                                                                 size_t byteCount, const char* packagePath);
 
-/** Applies final settings to a package: its document is rewritten and added again. Bones that no rename names are
- *  renamed as usual if the document is of this converter's last conversion.
+/** Applies final settings to a package: its document is rewritten and added again. When there are renames, bones without
+ *  weight that none of them names get the product's names, where it has one for them; also those that the document
+ *  does not list, if it is of this converter's last conversion.
  *  @return 0, 6, 8 or below 0 */
 FBX_TO_TS3D_API int32_t FBX_TO_TS3D_CALL FbxToTs3dFinish(FbxToTs3dConverter* converter, const char* packagePath,
                                                          const FbxToTs3dFinalSettings* settings);

@@ -22,6 +22,7 @@ using support::TestHost;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+/// With a second mesh, which no final settings name.
 std::string RiggedModel() {
   Character model;
   const auto root = model.Bone("root");
@@ -30,6 +31,8 @@ std::string RiggedModel() {
   model.Weights(body, root, {0, 1, 2}, {1, 1, 1});
   Character::Coordinates(body, {0, 0}, {0, 0, 0});
   model.Texture(model.Material(body), "skin.tga");
+  auto hat = model.Triangle("Hat");
+  model.Weights(hat, root, {0, 1, 2}, {1, 1, 1});
   return model.Text();
 }
 
@@ -95,16 +98,23 @@ TEST(Converters, TakeEveryOption) {
 TEST(Converters, ApplyFinalSettingsToThePackageAlone) {
   const TestHost host;
   Converter converter;
+  converter.options.meshOptions = "!Hat";
   converter.ConvertMemory("Actor (Boy).fbx", RiggedModel(), "boy.czp");
+  // Each call says all there is to say, so that nothing of an earlier one stays.
+  converter.Finish("boy.czp", {70, 3, 4, "root=old", "Body=Old|Hat=~Old"});
   converter.Finish("boy.czp", {50, 1, 2, "root=hip", "Body=~Suit"});
   const Package package(host.folder.Path("boy.czp"));
-  EXPECT_EQ(package.Count("Actor (Boy).xfg"), 2u);
+  EXPECT_EQ(package.Count("Actor (Boy).xfg"), 3u);
+  EXPECT_THAT(package["Actor (Boy).xfg"],
+              testing::Not(testing::AnyOf(HasSubstr("Old"), HasSubstr("old\"/>"))));
   for (const char* part : {"<scale>0.500000</scale>", "<rotation x=\"1\" y=\"2\"/>", "<switch name=\"Suit\">",
-                           "<bone_rename old=\"L_foot\" new=\"left foot\"/>", "<glance_adjust>-17"}) {
+                           "<bone_rename old=\"L_foot\" new=\"left foot\"/>", "<glance_adjust>-17",
+                           "<mesh name=\"Hat\" file=\"Hat.cmf\" backfacing=\"both\"/>"}) {
     EXPECT_THAT(package["Actor (Boy).xfg"], HasSubstr(part));
   }
   Converter other;
-  other.Finish("boy.czp", {50, 0, 0, "root=hip", ""});
+  other.Finish("boy.czp", {50, 1, 2, "root=hip", "Body=~Suit"});
+  EXPECT_EQ(Package(host.folder.Path("boy.czp"))["Actor (Boy).xfg"], package["Actor (Boy).xfg"]);
   EXPECT_EQ(host.FileNames(), "boy.czp");
   EXPECT_EQ(ResultOf([&] { other.Finish("none.czp", {}); }), FBX_TO_TS3D_DOCUMENT_UNREADABLE);
 }
@@ -127,10 +137,11 @@ TEST(Converters, TellWhatFailedAndWhatIsWrongWithoutAConsole) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   converter.ConvertMemory("m.fbx", RiggedModel(), "m.czp");
   const auto done = nlohmann::json::parse(converter.ResultJson());
-  EXPECT_EQ(done["triangles"], 1);
+  EXPECT_EQ(done["triangles"], 2);
   EXPECT_EQ(done["members"][1]["name"], "m.xfg");
   EXPECT_THAT(done["notices"], testing::Contains(">>> No Defined Bind Pose!"));
   EXPECT_EQ(done["messages"][0]["code"], "texture-missing");
+  EXPECT_EQ(done["messages"][1]["code"], "no-bind-pose-harmless");
   const auto check = nlohmann::json::parse(converter.CheckMemory("m.fbx", RiggedModel()));
   support::ExpectMatchesSchema(done);
   support::ExpectMatchesSchema(check);
@@ -147,6 +158,7 @@ TEST(Converters, TellTheirProgressAndEndWhenTheyAreAsked) {
   converter.ConvertMemory("m.fbx", RiggedModel(), "m.czp");
   EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
   EXPECT_EQ(told.front(), 0.0);
+  EXPECT_THAT(told, testing::Contains(testing::AllOf(testing::Gt(0.0), testing::Lt(0.25)))) << "of loading";
   EXPECT_EQ(told.back(), 1.0);
   for (const double end : told) {
     fs::remove("m.czp");

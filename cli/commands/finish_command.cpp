@@ -9,8 +9,7 @@
 #include "actor/skeleton_reader.h"
 #include "convert/job_host.h"
 #include "convert/unmatched_options.h"
-#include "driver/actor_type.h"
-#include "driver/document_lists.h"
+#include "driver/converted_document.h"
 #include "finish/finish_history.h"
 #include "finish/finish_names.h"
 #include "finish/finish_settings.h"
@@ -76,7 +75,7 @@ void KeepEditedDocument(const fs::path& document, const FinishHistory& history, 
   platform::MappedFile file;
   std::string error;
   if (!history.converted || !file.Open(document.string(), error)) return;
-  const std::string text = WithLineFeeds(std::string(file.Bytes()));
+  const std::string text = ts3d::WithLineFeeds(std::string(file.Bytes()));
   if (text == history.latest || text == *history.converted) return;
   const std::string kept = document.filename().string() + ".before";
   ReplaceFiles(document.parent_path(), {{kept, text}});
@@ -95,12 +94,6 @@ FinishSettings Merge(const FinishSettings& given, const FinishHistory& history, 
   for (const UnmatchedOption& entry : ResolveNames(settings, *history.converted, BoneNames(package)))
     messages.Warning(name, DescribeUnmatched(entry, entry.nearest));
   return settings;
-}
-
-/// The actor type that the conversion found in the model's path.
-ts3d::ActorType ActorTypeOf(std::string_view document) {
-  const std::string_view object = ts3d::TakeBetween(document, "<object_id>", "</object_id>");
-  return ts3d::DetectActorType("\\" + std::string(object));
 }
 
 /// Tells what "inspect" would find to be wrong.
@@ -139,7 +132,7 @@ int RunFinish(const FinishOptions& options) {
   ts3d::ConversionJob job;
   job.packLevel = options.packLevel;
   host.Attach(job);
-  job.actorType = ActorTypeOf(history.latest);
+  job.actorType = ts3d::ActorTypeOf(history.latest);
   // The converter deletes the packed document from the current directory; from here it cannot, so that it
   // stays beside the package for the next change.
   const TemporaryFolder nowhere;

@@ -11,6 +11,7 @@
 #include "convert/rename_preset.h"
 #include "convert/unmatched_options.h"
 #include "driver/convert.h"
+#include "driver/converted_document.h"
 #include "driver/scene_loader.h"
 #include "finish/finish_history.h"
 #include "finish/finish_names.h"
@@ -65,7 +66,7 @@ int Convert(const ModelTask& task, const WorkFolder& work, ts3d::ConversionReque
 /// Applies the final settings to what a conversion has just written.
 int Finish(const WorkFolder& work, FinishSettings settings, ts3d::ConversionJob& job, ModelResult& result) {
   std::ifstream file(WithExtension(work.Model(), "xfg"), std::ios::binary);
-  const std::string document = WithLineFeeds({std::istreambuf_iterator<char>(file), {}});
+  const std::string document = ts3d::WithLineFeeds({std::istreambuf_iterator<char>(file), {}});
   std::vector<std::string> bones;
   for (const ts3d::BoneNode* bone : job.skeleton->bones.PreOrder()) bones.push_back(bone->name);
   for (UnmatchedOption& entry : ResolveNames(settings, document, bones))

@@ -4,36 +4,12 @@
 #include <cstdlib>
 #include <set>
 
+#include "driver/converted_document.h"
 #include "driver/document_lists.h"
 #include "package/read_member.h"
 
 namespace cli {
 namespace {
-
-void CutAll(std::string& text, std::string_view begin, std::string_view end) {
-  for (size_t at = 0; (at = text.find(begin, at)) != std::string::npos;) {
-    const size_t last = text.find(end, at);
-    if (last == std::string::npos) return;
-    text.erase(at, last + end.size() - at);
-  }
-}
-
-/// A finished document without what final settings add: materials have the names of their files again.
-std::string WithoutFinalSettings(std::string document) {
-  CutAll(document, "\n\n<morphs>\n<!--\n", "</morphs>\n");
-  CutAll(document, "<switches>\n", "</switches>\n\n");
-  CutAll(document, "<glance_adjust>", "</glance_adjust>\n");
-  constexpr int kProductBody = 150;  // "body", which a mesh may be called as well
-  const std::string finished = document;
-  for (const ts3d::MaterialLine& line : ts3d::ReadMaterialLines(finished)) {
-    if (std::atoi(std::string(line.thread).c_str()) < kProductBody) continue;
-    const std::string mesh(line.file.substr(0, line.file.rfind('.')));
-    const std::string begin = "<material_file name=\"", rest = "\" threadID=\"" + std::string(line.thread);
-    const size_t at = document.find(begin + std::string(line.name) + rest);
-    if (at != std::string::npos) document.replace(at + begin.size(), line.name.size(), mesh);
-  }
-  return document;
-}
 
 /// The opposite of EscapeXml.
 std::string Unescape(std::string_view text) {
@@ -95,20 +71,14 @@ void RecoverNumbers(std::string_view latest, FinishSettings& settings) {
 
 }  // namespace
 
-std::string WithLineFeeds(std::string text) {
-  std::erase(text, '\r');
-  return text;
-}
-
 FinishHistory ReadFinishHistory(const std::filesystem::path& package, const std::string& documentName) {
   FinishHistory history;
   std::error_code unknown;
   if (!std::filesystem::is_regular_file(package, unknown)) return history;
   const std::vector<std::string> documents = ts3d::ReadMembers(package.string(), documentName);
   if (documents.empty()) return history;
-  history.latest = WithLineFeeds(documents.back());
-  std::string converted = WithLineFeeds(documents.front());
-  if (converted.find("<switches>") != std::string::npos) converted = WithoutFinalSettings(history.latest);
+  history.latest = ts3d::WithLineFeeds(documents.back());
+  std::string converted = ts3d::ConvertedDocument(documents);
   RecoverNumbers(history.latest, history.settings);
   RecoverMeshes(converted, history.latest, history.settings);
   RecoverBoneRenames(converted, history.latest, history.settings);

@@ -16,11 +16,7 @@ struct FinishHistory {
   FinishSettings settings;               ///< what has made `latest` of `converted`
 };
 
-/// Reads it from the documents called `documentName` in the package; the first of them is the conversion's.
-/// A package that was repacked has lost that one: its latest without what final settings add stands in.
+/// Reads it from the documents called `documentName` in the package.
 FinishHistory ReadFinishHistory(const std::filesystem::path& package, const std::string& documentName);
-
-/// `text` with the line ends of this program, whatever system has written it.
-std::string WithLineFeeds(std::string text);
 
 }  // namespace cli

@@ -11,10 +11,12 @@
 #include "converter/describe_result.h"
 #include "converter/work_folder.h"
 #include "core/names.h"
+#include "driver/converted_document.h"
 #include "platform/files.h"
 #include "platform/replacement.h"
 #include "rig_check/check_rig.h"
 #include "rig_check/choose_repairs.h"
+#include "rig_check/rig_faults.h"
 
 namespace ts3d {
 namespace fs = std::filesystem;
@@ -94,6 +96,7 @@ int32_t Converter::ConvertIn(const WorkFolder& work, const ModelInput& model, co
   // The model's bytes are the host's, and the callbacks' context goes.
   conversion_.Release();
   job.onProgress = nullptr;
+  job.onMesh = nullptr;
   job.statusCallback = nullptr;
   job.textureCallback = nullptr;
   if (result != FBX_TO_TS3D_OK) job.vertexTotal = job.polygonTotal = 0;
@@ -126,9 +129,24 @@ int32_t Converter::RunIn(const WorkFolder& work, const ModelInput& model, RunNot
       return chosen.settings;
     };
   }
+  RigFaults faults;
+  faults.Watch(job);
+  request.onConverted = [&](const scene::KFbxNode&) {
+    RigReport report;
+    faults.Tell(job, report);
+    for (Finding& fault : report.findings) {
+      if (fault.severity == Severity::Fatal) {
+        error_ = fault.text;
+      } else {
+        notes.faults.push_back(std::move(fault));
+      }
+    }
+  };
   const auto result = static_cast<int32_t>(conversion_.Convert(request));
   notes.textureProblems = converter.Problems();
-  if (result != FBX_TO_TS3D_OK) {
+  if (result == FBX_TO_TS3D_OK) {
+    error_.clear();
+  } else if (error_.empty()) {
     error_ = job.failureReason.empty() ? DescribeResult(result) : std::string(job.failureReason);
   }
   return result;
@@ -197,12 +215,13 @@ int32_t Converter::Finish(const FinalSettings& settings, std::string boneRenames
                           int32_t rotationY) {
   ConversionJob& job = conversion_.Job();
   // The bone tree speaks for the document that it came with, wherever that is by now.
-  const bool isOurs = DocumentOf(settings.sourcePath) == lastDocument_;
+  const std::optional<std::string> document = DocumentOf(settings.sourcePath);
+  const bool isOurs = document == lastDocument_;
   std::shared_ptr<SkeletonState> skeleton = job.skeleton;
   const ActorType actorType = job.actorType;
   if (!isOurs) {
     job.skeleton.reset();
-    job.actorType = ActorType::None;
+    job.actorType = document ? ActorTypeOf(*document) : ActorType::None;
   }
   job.boneRenameList = std::move(boneRenames);
   job.rotationX = rotationX;

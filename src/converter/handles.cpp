@@ -33,8 +33,8 @@ int32_t Enter(FbxToTs3dConverter* handle, const Call& call) noexcept {
   }
 }
 
-int32_t RefusePath(ts3d::Converter& converter, const char* what) {
-  return converter.Refuse(FBX_TO_TS3D_INVALID_ARGUMENT, std::string(what) + " is missing or no path");
+int32_t RefusePath(ts3d::Converter& converter, const char* what, const char* given) {
+  return converter.Refuse(FBX_TO_TS3D_INVALID_ARGUMENT, what + ts3d::FaultOfPath(given));
 }
 
 ts3d::ModelInput FromMemory(const char* modelName, const void* bytes, size_t byteCount) {
@@ -68,7 +68,8 @@ int32_t FBX_TO_TS3D_CALL FbxToTs3dSetOptions(FbxToTs3dConverter* converter, cons
     ts3d::ConverterOptions read;
     ts3d::ConverterHost host;
     if (!ts3d::ReadOptions(options, read, host)) {
-      return self.Refuse(FBX_TO_TS3D_INVALID_ARGUMENT, "an option is out of its range");
+      return self.Refuse(FBX_TO_TS3D_INVALID_ARGUMENT,
+                         "an option is out of its range, or its folder is no path");
     }
     self.SetUp(std::move(read), std::move(host));
     return self.Refuse(FBX_TO_TS3D_OK, {});
@@ -79,8 +80,8 @@ int32_t FBX_TO_TS3D_CALL FbxToTs3dConvert(FbxToTs3dConverter* converter, const c
                                           const char* packagePath) {
   return Enter(converter, [&](ts3d::Converter& self) {
     const auto model = ts3d::FilePath(modelPath), package = ts3d::FilePath(packagePath);
-    if (!model) return RefusePath(self, "the model's path");
-    if (packagePath && !package) return RefusePath(self, "the package's path");
+    if (!model) return RefusePath(self, "the model's path", modelPath);
+    if (packagePath && !package) return RefusePath(self, "the package's path", packagePath);
     return self.Convert({*model, std::nullopt}, package.value_or(""));
   });
 }
@@ -91,8 +92,9 @@ int32_t FBX_TO_TS3D_CALL FbxToTs3dConvertMemory(FbxToTs3dConverter* converter, c
   return Enter(converter, [&](ts3d::Converter& self) {
     const auto package = ts3d::FilePath(packagePath);
     const ts3d::ModelInput model = FromMemory(modelName, bytes, byteCount);
-    if (model.path.empty()) return RefusePath(self, "the model's name");
-    if (!package && (packagePath || !self.HandsPackagesOver())) return RefusePath(self, "the package's path");
+    if (model.path.empty()) return RefusePath(self, "the model's name", modelName);
+    if (!package && (packagePath || !self.HandsPackagesOver()))
+      return RefusePath(self, "the package's path", packagePath);
     return self.Convert(model, package.value_or(""));
   });
 }
@@ -102,19 +104,20 @@ int32_t FBX_TO_TS3D_CALL FbxToTs3dFinish(FbxToTs3dConverter* converter, const ch
   return Enter(converter, [&](ts3d::Converter& self) {
     FbxToTs3dFinalSettings given;
     const auto package = ts3d::FilePath(packagePath);
-    if (!package) return RefusePath(self, "the package's path");
+    if (!package) return RefusePath(self, "the package's path", packagePath);
     if (!settings || !ts3d::TakeStruct(settings, given)) {
       return self.Refuse(FBX_TO_TS3D_INVALID_ARGUMENT, "there are no settings of a known size");
     }
-    return self.Finish({package->string(), given.scalePercent, ts3d::TextOrEmpty(given.meshes)},
-                       ts3d::TextOrEmpty(given.boneRenames), given.rotationX, given.rotationY);
+    return self.Finish(
+        {package->string(), given.scalePercent, ts3d::TextOrEmpty(given.meshes), ts3d::Unnamed::Keep},
+        ts3d::TextOrEmpty(given.boneRenames), given.rotationX, given.rotationY);
   });
 }
 
 int32_t FBX_TO_TS3D_CALL FbxToTs3dCheck(FbxToTs3dConverter* converter, const char* modelPath) {
   return Enter(converter, [&](ts3d::Converter& self) {
     const auto model = ts3d::FilePath(modelPath);
-    return model ? self.Check({*model, std::nullopt}) : RefusePath(self, "the model's path");
+    return model ? self.Check({*model, std::nullopt}) : RefusePath(self, "the model's path", modelPath);
   });
 }
 
@@ -122,7 +125,7 @@ int32_t FBX_TO_TS3D_CALL FbxToTs3dCheckMemory(FbxToTs3dConverter* converter, con
                                               const void* bytes, size_t byteCount) {
   return Enter(converter, [&](ts3d::Converter& self) {
     const ts3d::ModelInput model = FromMemory(modelName, bytes, byteCount);
-    return model.path.empty() ? RefusePath(self, "the model's name") : self.Check(model);
+    return model.path.empty() ? RefusePath(self, "the model's name", modelName) : self.Check(model);
   });
 }
 

@@ -80,6 +80,13 @@ std::optional<fs::path> FilePath(const char* utf8) {
   return path && path->has_filename() ? path : std::nullopt;
 }
 
+std::string FaultOfPath(const char* utf8) {
+  std::string ignored;
+  if (!utf8 || !*utf8) return " is missing";
+  if (platform::PathFromUtf8(utf8, ignored)) return " cannot be that of a file";
+  return " is no UTF-8, or has letters that the system's code page lacks";
+}
+
 fs::path NameOfModel(const char* utf8) {
   std::string native;
   if (!utf8 || !platform::PathFromUtf8(utf8, native)) return {};

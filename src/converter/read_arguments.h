@@ -26,6 +26,9 @@ inline std::string TextOrEmpty(const char* text) { return text ? text : ""; }
 /// The path that a host has given in UTF-8; none when it has not, or it cannot be a file's.
 std::optional<std::filesystem::path> FilePath(const char* utf8);
 
+/// What keeps `utf8` from being a file's path or name, to be put behind what it is.
+std::string FaultOfPath(const char* utf8);
+
 /// The file name that a model from memory goes by; empty when it has none that could be one.
 std::filesystem::path NameOfModel(const char* utf8);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "converter/run_notes.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "converter/run_findings.h"
@@ -36,6 +37,9 @@ std::string ConversionAsJson(int32_t result, std::string_view error, const Conve
                              const RunNotes& notes) {
   std::vector<Finding> messages = DamageFindings(job.damagedArrays);
   for (Finding& message : TextureFindings(notes.textureProblems)) messages.push_back(std::move(message));
+  messages.insert(messages.end(), notes.faults.begin(), notes.faults.end());
+  std::stable_sort(messages.begin(), messages.end(),
+                   [](const Finding& a, const Finding& b) { return a.severity > b.severity; });
   Json json = Head(result, error, messages);
   json["vertices"] = job.vertexTotal;
   json["triangles"] = job.polygonTotal;

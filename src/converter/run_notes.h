@@ -24,6 +24,7 @@ struct RunNotes {
   std::vector<textures::TextureProblem> textureProblems;
   std::vector<MemberSize> members;
   std::vector<NeededRepair> repairs;  ///< that were found to be needed
+  std::vector<Finding> faults;        ///< of the rig, but for what kept it from being converted
   uint64_t packageBytes = 0;
 
  private:

@@ -34,8 +34,9 @@ struct FinalSettings {
 /// Rewrites the document that a conversion left beside the package and adds it to the package again.
 FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings);
 
-/// Rewrites the document inside the package `settings.sourcePath` and adds it to the package again, which is
-/// replaced in one step. Nothing else is read or written, and no status lines are sent.
+/// Rewrites the document inside the package `settings.sourcePath`, as it was converted, and adds it to the
+/// package again, which is replaced in one step. Nothing else is read or written, and no status lines are
+/// sent.
 FinishResult ApplySettingsToPackage(ConversionJob& job, const FinalSettings& settings);
 
 /// The document `text` with the settings applied; none when a

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <new>
 
+#include "driver/converted_document.h"
 #include "driver/final_settings.h"
 #include "package/actor_package.h"
 #include "package/read_member.h"
@@ -29,14 +30,16 @@ bool AddText(ConversionJob& job, const std::string& name, const std::string& tex
 bool Finish(ConversionJob& job, const FinalSettings& settings, FinishResult& step) {
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
   const std::optional<PackageMember> old = ReadLastMember(settings.sourcePath, kDocumentEnding);
+  if (!old) return false;
+  const std::string converted = ConvertedDocument(ReadMembers(settings.sourcePath, old->name));
   const std::optional<std::string> rewritten =
-      old ? RewriteDocument(old->bytes, job, settings.meshList) : std::nullopt;
+      RewriteDocument(converted, job, settings.meshList, settings.unnamed);
   if (!rewritten) return false;
   step = FinishResult::UpdateFailed;
   platform::Replacement package(settings.sourcePath, platform::Links::Follow);
   return package.Create("wb") && platform::CopyWholeFile(package.Target(), package.Path()) &&
-         OpenActorPackage(job, package.Path(), PackageMode::Append) && AddText(job, old->name, *rewritten) &&
-         package.TakePlace();
+         OpenActorPackage(job, package.Path(), PackageMode::Append) &&
+         AddText(job, old->name, WithNativeLineEnds(*rewritten)) && package.TakePlace();
 }
 
 }  // namespace
