@@ -27,7 +27,8 @@ class LockedFile : public scene::KFbxOpenFile {
 class LockedReader : public scene::KFbxReader {
  public:
   bool Detects(std::string_view head) const override { return head.starts_with("LOCKED"); }
-  std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, scene::KFbxFileVersion& version,
+  std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, const scene::KFbxProgress&,
+                                            scene::KFbxFileVersion& version,
                                             scene::KFbxImportStatus&) const override {
     version = {6, 1, 0};
     return std::make_unique<LockedFile>();

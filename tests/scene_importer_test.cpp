@@ -135,7 +135,8 @@ TEST(Importer, WhatIsNoSoundFileIsRefusedWithTheReason) {
 class HungryReader : public scene::KFbxReader {
  public:
   bool Detects(std::string_view) const override { return true; }
-  std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, scene::KFbxFileVersion&,
+  std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, const scene::KFbxProgress&,
+                                            scene::KFbxFileVersion&,
                                             scene::KFbxImportStatus&) const override {
     throw std::bad_alloc();
   }

@@ -183,7 +183,9 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
   StatusLog(job, job.isFbxFile ? "Loading FBX Model" : "Loading Model");
   bool isLoaded = false;
   if (request.isQuiet) {
-    job.loadError = LoadSceneQuietly(*job.sdkManager, *job.scene, request.fbxPath, request.source, versions);
+    const auto tell = [&job](double share) { ReportProgress(job, kModelLoaded * share); };
+    job.loadError =
+        LoadSceneQuietly(*job.sdkManager, *job.scene, request.fbxPath, request.source, tell, versions);
     isLoaded = job.loadError.empty();
   } else {
     isLoaded = LoadScene(*job.sdkManager, *job.scene, request.fbxPath, versions,

@@ -98,10 +98,12 @@ bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const st
 }
 
 std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-                             const std::optional<std::string_view>& source, LoadedVersions& versions) {
+                             const std::optional<std::string_view>& source,
+                             const scene::KFbxProgress& progress, LoadedVersions& versions) {
   const scene::KFbxIOSettings settings;
   KFbxImporter importer(manager.GetReaderRegistry());
   importer.SetIOSettings(settings);
+  importer.SetProgressCallback(progress);
   versions.sdk = scene::kNativeVersion;
   const bool initialized =
       source ? importer.InitializeFromMemory(path, *source) : importer.Initialize(path, -1);

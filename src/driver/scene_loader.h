@@ -33,8 +33,10 @@ bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const st
 
 /// Loads the file `path`, or the one that `source` holds in its place, into `scene`. Nothing is printed or
 /// asked for, and no settings of the process count.
+/// @param progress  told how much of that is done; may be empty
 /// @return why that failed; empty on success
 std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-                             const std::optional<std::string_view>& source, LoadedVersions& versions);
+                             const std::optional<std::string_view>& source,
+                             const scene::KFbxProgress& progress, LoadedVersions& versions);
 
 }  // namespace ts3d

@@ -30,17 +30,23 @@ int TrueVersion(const RecordTree& tree) {
   return version > tree.version && version < kFirstHonestVersion ? static_cast<int>(version) : tree.version;
 }
 
+/// Share of an import that reading the records is; the rest is what is made of them.
+constexpr double kRecordsRead = 0.7;
+
 class OpenFbxFile : public KFbxOpenFile {
  public:
-  OpenFbxFile(std::shared_ptr<RecordTree> tree, std::string_view path)
-      : tree_(std::move(tree)), path_(path) {}
+  OpenFbxFile(std::shared_ptr<RecordTree> tree, std::string_view path, const KFbxProgress& progress)
+      : tree_(std::move(tree)), path_(path), progress_(progress) {}
 
   KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
     // How protected files are encrypted is not known, so no password opens them.
     if (tree_->Find("FBXHeaderExtension").Child("EncryptionType").Integer(0, 0) != 0) {
       return {EImportError::ePASSWORD_ERROR, "the file is protected by a password"};
     }
-    if (const ParseError error = BuildScene(tree_, scene); error.Failed()) {
+    const auto tell = [this](double built) {
+      if (progress_) progress_(kRecordsRead + (1.0 - kRecordsRead) * built);
+    };
+    if (const ParseError error = BuildScene(tree_, scene, tell); error.Failed()) {
       return {EImportError::eFILE_CORRUPTED, error.text};
     }
     ExtractEmbeddedFiles(scene, path_, settings.GetBoolProp(kExtractEmbeddedSetting, true));
@@ -50,6 +56,7 @@ class OpenFbxFile : public KFbxOpenFile {
  private:
   std::shared_ptr<RecordTree> tree_;
   KString path_;
+  KFbxProgress progress_;
 };
 
 KFbxImportStatus CheckVersion(int version) {
@@ -65,19 +72,22 @@ KFbxImportStatus CheckVersion(int version) {
 }
 
 std::unique_ptr<KFbxOpenFile> OpenRecords(std::shared_ptr<RecordTree> tree, std::string_view path,
-                                          KFbxFileVersion& version, KFbxImportStatus& status) {
+                                          const KFbxProgress& progress, KFbxFileVersion& version,
+                                          KFbxImportStatus& status) {
+  if (progress) tree->onRead = [&](double read) { progress(kRecordsRead * read); };
   status = ReadFbxRecords(*tree);
+  tree->onRead = nullptr;
   version = SplitVersion(tree->version);
   if (!status.Succeeded()) return nullptr;
-  return std::make_unique<OpenFbxFile>(std::move(tree), path);
+  return std::make_unique<OpenFbxFile>(std::move(tree), path, progress);
 }
 
 }  // namespace
 
 bool FbxReader::Detects(std::string_view head) const { return DetectContainer(head) != ContainerKind::None; }
 
-std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, KFbxFileVersion& version,
-                                              KFbxImportStatus& status) const {
+std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, const KFbxProgress& progress,
+                                              KFbxFileVersion& version, KFbxImportStatus& status) const {
   auto file = std::make_shared<platform::MappedFile>();
   KString reason;
   if (!file->Open(path, reason)) {
@@ -88,15 +98,15 @@ std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, KFbxFileVer
   tree->bytes = file->Bytes();
   tree->releasePages = [mapped = file.get()] { mapped->ReleasePages(); };
   tree->storage = std::move(file);
-  return OpenRecords(std::move(tree), path, version, status);
+  return OpenRecords(std::move(tree), path, progress, version, status);
 }
 
 std::unique_ptr<KFbxOpenFile> FbxReader::OpenMemory(std::string_view path, std::string_view bytes,
-                                                    KFbxFileVersion& version,
+                                                    const KFbxProgress& progress, KFbxFileVersion& version,
                                                     KFbxImportStatus& status) const {
   auto tree = std::make_shared<RecordTree>();
   tree->bytes = bytes;
-  return OpenRecords(std::move(tree), path, version, status);
+  return OpenRecords(std::move(tree), path, progress, version, status);
 }
 
 KFbxImportStatus ReadFbxRecords(RecordTree& tree) {

@@ -12,10 +12,11 @@ inline constexpr KFbxFileVersion kNativeVersion{7, 7, 0};
 class FbxReader : public KFbxReader {
  public:
   bool Detects(std::string_view head) const override;
-  std::unique_ptr<KFbxOpenFile> Open(std::string_view path, KFbxFileVersion& version,
-                                     KFbxImportStatus& status) const override;
+  std::unique_ptr<KFbxOpenFile> Open(std::string_view path, const KFbxProgress& progress,
+                                     KFbxFileVersion& version, KFbxImportStatus& status) const override;
   std::unique_ptr<KFbxOpenFile> OpenMemory(std::string_view path, std::string_view bytes,
-                                           KFbxFileVersion& version, KFbxImportStatus& status) const override;
+                                           const KFbxProgress& progress, KFbxFileVersion& version,
+                                           KFbxImportStatus& status) const override;
 };
 
 /// Reads all records of `tree.bytes`, whichever container and version they are, and sets the tree's version

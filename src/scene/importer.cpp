@@ -38,7 +38,7 @@ bool KFbxImporter::Initialize(std::string_view path, int) {
   const KFbxReader* reader = FindReader(head.Bytes());
   if (!reader) return false;
   try {
-    file_ = reader->Open(path, version_, status_);
+    file_ = reader->Open(path, progress_, version_, status_);
   } catch (const std::bad_alloc&) {
     status_ = {EImportError::eOUT_OF_MEMORY, kNoMemory};
   }
@@ -49,7 +49,7 @@ bool KFbxImporter::InitializeFromMemory(std::string_view path, std::string_view 
   const KFbxReader* reader = FindReader(bytes);
   if (!reader) return false;
   try {
-    file_ = reader->OpenMemory(path, bytes, version_, status_);
+    file_ = reader->OpenMemory(path, bytes, progress_, version_, status_);
   } catch (const std::bad_alloc&) {
     status_ = {EImportError::eOUT_OF_MEMORY, kNoMemory};
   }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "scene/reader_registry.h"
 
@@ -22,6 +23,8 @@ class KFbxImporter {
   [[nodiscard]] bool InitializeFromMemory(std::string_view path, std::string_view bytes);
   /// Imports with these settings, which outlive the importer, instead of the global ones.
   void SetIOSettings(const KFbxIOSettings& settings) { settings_ = &settings; }
+  /// Is told how much of Initialize and Import together is done; set before.
+  void SetProgressCallback(KFbxProgress progress) { progress_ = std::move(progress); }
   /// Fills `scene` from the open file. May be called again after a password error.
   [[nodiscard]] bool Import(KFbxScene& scene, bool nonBlocking = false);
   /// Version of the file, as far as Initialize could tell it; 0.0.0 otherwise.
@@ -35,6 +38,7 @@ class KFbxImporter {
 
   const KFbxReaderRegistry& readers_;
   const KFbxIOSettings* settings_ = &KFbxIOSettings::Global();
+  KFbxProgress progress_;
   std::unique_ptr<KFbxOpenFile> file_;
   KFbxFileVersion version_;
   KFbxImportStatus status_;

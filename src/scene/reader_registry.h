@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,10 @@ struct KFbxFileVersion {
   int revision = 0;
 };
 
+/// Told how much of an import is done, from 0 to 1, never less than before. May throw to end it, but not out
+/// of a plug-in. Empty when nobody wants to know.
+using KFbxProgress = std::function<void(double fraction)>;
+
 /// One open file of a reader's format.
 class KFbxOpenFile {
  public:
@@ -53,11 +58,13 @@ class KFbxReader {
   /// Whether a file that starts with `head` (up to 4096 bytes) is of this format.
   virtual bool Detects(std::string_view head) const = 0;
   /// Opens the file. Null, with `status` set, when it cannot be read; `version` is set as far as it is known.
-  virtual std::unique_ptr<KFbxOpenFile> Open(std::string_view path, KFbxFileVersion& version,
-                                             KFbxImportStatus& status) const = 0;
+  /// @param progress  of the whole import; reading the open file goes on with it
+  virtual std::unique_ptr<KFbxOpenFile> Open(std::string_view path, const KFbxProgress& progress,
+                                             KFbxFileVersion& version, KFbxImportStatus& status) const = 0;
   /// The same for a file whose content is `bytes`, which outlive
   /// what is returned. Null unless the reader can.
   virtual std::unique_ptr<KFbxOpenFile> OpenMemory(std::string_view /*path*/, std::string_view /*bytes*/,
+                                                   const KFbxProgress& /*progress*/,
                                                    KFbxFileVersion& /*version*/,
                                                    KFbxImportStatus& status) const {
     status = {EImportError::eFILE_NOT_OPENED, "this format is not read from memory"};

@@ -14,7 +14,8 @@ class OpenPluginFile : public scene::KFbxOpenFile {
 class PluginReader : public scene::KFbxReader {
  public:
   bool Detects(std::string_view head) const override { return head.starts_with("PLUGIN"); }
-  std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, scene::KFbxFileVersion& version,
+  std::unique_ptr<scene::KFbxOpenFile> Open(std::string_view, const scene::KFbxProgress&,
+                                            scene::KFbxFileVersion& version,
                                             scene::KFbxImportStatus&) const override {
     version = {1, 2, 3};
     return std::make_unique<OpenPluginFile>();

@@ -13,14 +13,21 @@ SceneBuilder::SceneBuilder(const RecordTree& tree, KFbxScene& scene)
       made_(table_.Objects().size()),
       taken_(made_.size()) {}
 
-void SceneBuilder::Build() {
+void SceneBuilder::Build(const std::function<void(double done)>& tell) {
+  const auto finish = [&](double done) {
+    if (tell) tell(done);
+  };
   CreateObjects();
+  finish(0.3);
   ConnectNodes();
   ConnectObjects();
+  finish(0.6);
   ConnectOldTextures();
   CreateShapes();
   CreatePoses();
+  finish(0.8);
   scene_.EvaluateTransforms();
+  finish(1.0);
 }
 
 KFbxNode* SceneBuilder::NodeOf(uint32_t index) const {
@@ -32,7 +39,8 @@ const PropertyTemplate* SceneBuilder::TemplateOf(std::string_view kind) const {
   return found == templates_.end() ? nullptr : &found->second;
 }
 
-ParseError BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene) {
+ParseError BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene,
+                      const std::function<void(double done)>& tell) {
   scene.Clear();
   SceneBuilder builder(*tree, scene);
   // An object takes a kilobyte; in files it takes a hundred bytes and more, its connection included.
@@ -40,7 +48,7 @@ ParseError BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene) 
   if (builder.ObjectCount() > kFewObjects + tree->bytes.size() / kSmallestObject) {
     return {"too many objects for a file of this size"};
   }
-  builder.Build();
+  builder.Build(tell);
   ParseError error{FindExcessiveClaim(scene, tree->bytes.size(), tree->MemoryAllowance())};
   if (error.Failed()) {
     scene.Clear();

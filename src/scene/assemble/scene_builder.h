@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <set>
 #include <span>
 #include <string_view>
@@ -24,7 +25,8 @@ class SceneBuilder {
   SceneBuilder(const RecordTree& tree, KFbxScene& scene);
 
   size_t ObjectCount() const { return table_.Objects().size(); }
-  void Build();
+  /// @param tell  told how much of it is done; may be empty
+  void Build(const std::function<void(double done)>& tell);
 
  private:
   template <typename T>

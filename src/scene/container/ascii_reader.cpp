@@ -36,6 +36,7 @@ class AsciiReader {
     for (;;) {
       SkipSpace();
       if (p_ == end_) break;
+      tree_.ReadUpTo(OffsetOf(p_));
       if (*p_ == '}') {
         if (open_.empty()) return Error("a \"}\" closes nothing");
         ++p_;
@@ -61,6 +62,8 @@ class AsciiReader {
     Error(what);
     return false;
   }
+
+  size_t OffsetOf(const char* p) const { return static_cast<size_t>(p - tree_.bytes.data()); }
 
   void SkipSpace() {
     while (p_ != end_) {
@@ -257,6 +260,7 @@ class AsciiReader {
   void PassOver(const char* p) {
     if (p - counted_ < kPieceSize) return;
     tree_.PassedOver(static_cast<size_t>(p - counted_));
+    tree_.ReadUpTo(OffsetOf(p));
     counted_ = p;
   }
 

@@ -64,6 +64,7 @@ class RecordTree {
   std::string_view bytes;               ///< the file
   std::shared_ptr<const void> storage;  ///< keeps `bytes` alive
   std::function<void()> releasePages;   ///< gives back memory of `bytes` that can be read again; may be empty
+  std::function<void(double fraction)> onRead;  ///< told how much of `bytes` was read; may be empty
   bool ascii = false;
   bool bigEndian = false;
   int version = 0;  ///< 7400 for 7.4
@@ -78,6 +79,14 @@ class RecordTree {
     if (passed_ < kMostPassed) return;
     passed_ = 0;
     if (releasePages) releasePages();
+  }
+  /// Tells `onRead` of the place that a reader has come to, when it is much farther than the last.
+  void ReadUpTo(size_t offset) {
+    if (offset < nextTold_) return;
+    constexpr size_t kSteps = 50, kSmallestStep = 1 << 16;
+    const size_t step = bytes.size() / kSteps;
+    nextTold_ = offset + (step < kSmallestStep ? kSmallestStep : step);
+    if (onRead) onRead(static_cast<double>(offset) / static_cast<double>(bytes.size()));
   }
   /// The most that may be unpacked at a time: what a file of this size can honestly ask for.
   uint64_t MemoryAllowance() const { return 16 * uint64_t{bytes.size()} + (64 << 20); }
@@ -97,6 +106,7 @@ class RecordTree {
  private:
   static constexpr size_t kMostPassed = 1 << 16;
   mutable size_t passed_ = 0;
+  size_t nextTold_ = 0;
   mutable std::vector<uint32_t> damaged_;
 };
 
