@@ -128,4 +128,16 @@ TEST(Textures, OfTheBaseColourServeWhenAskedForWhateverItsNameIs) {
   }
 }
 
+TEST(Textures, OfLayersGiveTheLowestPictureWhereItIsAskedFor) {
+  for (const bool isAsked : {false, true}) {
+    Character model;
+    const auto mesh = model.Triangle("Body");
+    Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+    model.LayeredTexture(model.Material(mesh), {"", "skin.png", "dirt.png"});
+    TestHost host;
+    host.job.findsBaseColours = isAsked;
+    EXPECT_THAT(XrfOf(host, model), HasSubstr(isAsked ? "<MAP>skin.tga</MAP>" : "<MAP></MAP>"));
+  }
+}
+
 }  // namespace

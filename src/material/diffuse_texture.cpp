@@ -35,12 +35,18 @@ std::string Plain(std::string_view property) {
   return plain;
 }
 
+/// Its first texture or, where that is a stack of layers, the lowest picture in it.
+const scene::KFbxTexture* PictureOf(const scene::KFbxProperty& property) {
+  const scene::KFbxLayeredTexture* layers = property.GetSrcLayers(0);
+  return layers ? layers->GetBaseTexture() : property.GetSrcTexture(0);
+}
+
 const scene::KFbxProperty* BaseColour(const scene::KFbxSurfaceMaterial& material) {
   const scene::KFbxProperty* best = nullptr;
   auto bestRank = std::end(kBaseColours);
   for (const auto& [name, property] : material.GetTexturedProperties()) {
     const auto rank = std::find(std::begin(kBaseColours), bestRank, Plain(name));
-    if (rank == bestRank || !property.GetSrcTexture(0)) continue;
+    if (rank == bestRank || !PictureOf(property)) continue;
     best = &property;
     bestRank = rank;
   }
@@ -59,7 +65,8 @@ const scene::KFbxProperty* DiffuseProperty(const scene::KFbxSurfaceMaterial& mat
 const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material,
                                          const ConversionJob& job) {
   const scene::KFbxProperty* property = DiffuseProperty(material, job);
-  return property ? property->GetSrcTexture(0) : nullptr;
+  if (!property) return nullptr;
+  return job.findsBaseColours ? PictureOf(*property) : property->GetSrcTexture(0);
 }
 
 }  // namespace ts3d

@@ -81,9 +81,10 @@ std::string CheckMaterial(const KFbxSurfaceMaterial& material, bool hasMap, RigC
   if (!diffuse) return {};
   const KFbxTexture* texture = DiffuseTexture(material, check.job);
   if (!texture) check.report.Add(findings::kNotAPicture, material.GetName());
-  if (texture && diffuse->GetSrcTextureCount() > 1) {
-    check.report.Add(findings::kSeveralTextures, material.GetName(),
-                     {std::to_string(diffuse->GetSrcTextureCount())});
+  const scene::KFbxLayeredTexture* layers = diffuse->GetSrcLayers(0);
+  const int count = layers ? layers->GetLayerCount() : diffuse->GetSrcTextureCount();
+  if (texture && count > 1) {
+    check.report.Add(findings::kSeveralTextures, material.GetName(), {std::to_string(count)});
   }
   return texture && hasMap ? Use(*texture, material, check) : std::string();
 }

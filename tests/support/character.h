@@ -80,6 +80,17 @@ class Character {
     return texture;
   }
 
+  /// A stack of the pictures `files`, the lowest first.
+  void LayeredTexture(Id material, const std::vector<std::string>& files) {
+    const Id stack = ++last_;
+    file_.Object("LayeredTexture", stack, "layers");
+    file_.Connect(stack, material, "DiffuseColor");
+    for (const std::string& name : files) {
+      file_.Object("Texture", ++last_, "layer").Add({"FileName", {name}});
+      file_.Connect(last_, stack);
+    }
+  }
+
   /// Embeds a picture into the texture that was added last.
   void Embed(std::string fileName, std::string base64) {
     const Id texture = last_;

@@ -63,6 +63,8 @@ void SceneBuilder::Connect(const FbxConnection& connection) {
     cluster->SetLink(NodeOf(source));
   } else if (auto* texture = Made<KFbxTexture>(destination)) {
     if (auto* video = Made<KFbxVideo>(source)) texture->SetVideo(*video);
+  } else if (auto* layers = Made<KFbxLayeredTexture>(destination)) {
+    if (auto* layer = Made<KFbxTexture>(source)) layers->AddLayer(*layer);
   }
 }
 

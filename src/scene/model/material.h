@@ -19,6 +19,10 @@ struct KFbxProperty {
   KFbxTexture* GetSrcTexture(int i) const {
     return dynamic_cast<KFbxTexture*>(textures[static_cast<size_t>(i)]);
   }
+  /// Texture `i` when it is a stack of layers, else null.
+  KFbxLayeredTexture* GetSrcLayers(int i) const {
+    return dynamic_cast<KFbxLayeredTexture*>(textures[static_cast<size_t>(i)]);
+  }
 };
 
 /// A material of any shading model.

@@ -86,4 +86,11 @@ KFbxTexture::KFbxTexture(std::string_view name, RecordRef record)
       relativeFileName_(RelativeFileNameOf(record)),
       uvSet_(Properties(record).Text("UVSet")) {}
 
+KFbxTexture* KFbxLayeredTexture::GetBaseTexture() const {
+  const auto named = std::find_if(layers_.begin(), layers_.end(), [](const KFbxTexture* layer) {
+    return !layer->GetFileName().empty() || !layer->GetRelativeFileName().empty();
+  });
+  return named == layers_.end() ? nullptr : *named;
+}
+
 }  // namespace scene

@@ -55,6 +55,16 @@ class KFbxTexture : public KFbxObject {
 class KFbxLayeredTexture : public KFbxObject {
  public:
   using KFbxObject::KFbxObject;
+
+  int GetLayerCount() const { return static_cast<int>(layers_.size()); }
+  /// The lowest layer that names a picture, or null.
+  KFbxTexture* GetBaseTexture() const;
+
+  // For whoever builds a scene: the file textures among the layers, from the lowest on.
+  void AddLayer(KFbxTexture& texture) { layers_.push_back(&texture); }
+
+ private:
+  std::vector<KFbxTexture*> layers_;
 };
 
 }  // namespace scene
