@@ -395,6 +395,7 @@ TEST_F(Tool, PresetsGiveTheBonesOfKnownRigsTheirProductNames) {
   for (const auto& [preset, bone, name, product] : cases) {
     support::Character model;
     const auto root = model.Bone("root");
+    model.Bone("Head", root);  // no part of a rig whose names have a prefix
     model.Bone(bone, root);
     model.Bone("tail", root);
     model.Triangle("Body");
@@ -404,6 +405,7 @@ TEST_F(Tool, PresetsGiveTheBonesOfKnownRigsTheirProductNames) {
     EXPECT_NE(output_.find("\n  --rename \"" + std::string(name) + "=" + product + "\"\n"), std::string::npos)
         << output_;
     EXPECT_EQ(output_.find("tail="), std::string::npos) << output_;
+    EXPECT_EQ(output_.find("Head=") != std::string::npos, preset == std::string("unreal")) << output_;
     const std::string line = "old=\"" + std::string(name) + "\" new=\"!";
     EXPECT_EQ(Run("convert -q" + option), 0);
     EXPECT_NE(ReadWholeFile(folder_.Path("rig.xfg")).find(line + product + "\""), std::string::npos)

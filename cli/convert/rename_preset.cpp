@@ -45,7 +45,9 @@ RenamePreset::RenamePreset(std::string_view text) {
     std::string_view key, value;
     if (line.starts_with('#') || !ts3d::SplitEntry(line, key, value)) continue;
     if (Trimmed(key) == "prefix") {
-      prefixes_.push_back(WithoutSpelling(Trimmed(value)));
+      prefix_ = WithoutSpelling(Trimmed(value));
+    } else if (Trimmed(key) == "only") {
+      onlyPrefixed_ = Trimmed(value) == "prefixed";
     } else {
       names_.emplace(WithoutSpelling(Trimmed(key)), Trimmed(value));
     }
@@ -53,15 +55,24 @@ RenamePreset::RenamePreset(std::string_view text) {
 }
 
 /// "Bip001 L Thigh" -> "lthigh".
-std::string RenamePreset::Plain(std::string_view bone) const {
-  std::string plain = WithoutSpelling(bone);
-  for (const std::string& prefix : prefixes_) {
-    if (!plain.starts_with(prefix)) continue;
-    plain.erase(0, prefix.size());
-    plain.erase(plain.begin(), std::find_if_not(plain.begin(), plain.end(), IsDigit));
-    break;
-  }
+RenamePreset::Plain RenamePreset::PlainOf(std::string_view bone) const {
+  Plain plain{WithoutSpelling(bone)};
+  if (prefix_.empty()) return plain;
+  const size_t end = bone.find_last_of(":|");
+  const bool isNamespace =
+      end != std::string_view::npos && WithoutSpelling(bone.substr(0, end)).starts_with(prefix_);
+  plain.isPrefixed = isNamespace || plain.name.starts_with(prefix_);
+  if (!plain.name.starts_with(prefix_)) return plain;
+  plain.name.erase(0, prefix_.size());
+  plain.name.erase(plain.name.begin(), std::find_if_not(plain.name.begin(), plain.name.end(), IsDigit));
   return plain;
+}
+
+bool RenamePreset::HasPrefixed(const std::vector<NamedBone>& bones) const {
+  return std::any_of(bones.begin(), bones.end(), [&](const NamedBone& bone) {
+    const Plain plain = PlainOf(bone.modelName);
+    return plain.isPrefixed && names_.contains(plain.name);
+  });
 }
 
 std::vector<std::string> RenamePreset::RenamesOf(const std::vector<NamedBone>& bones,
@@ -72,9 +83,12 @@ std::vector<std::string> RenamePreset::RenamesOf(const std::vector<NamedBone>& b
     taken.insert(entry.substr(entry.find('=') + 1));
   }
   std::vector<std::string> renames;
+  const bool needsPrefix = onlyPrefixed_ || HasPrefixed(bones);
   for (const NamedBone& bone : bones) {
-    const auto found = names_.find(Plain(bone.modelName));
-    if (found == names_.end() || bone.name.find_first_of("=|") != std::string::npos) continue;
+    const Plain plain = PlainOf(bone.modelName);
+    const auto found = names_.find(plain.name);
+    if (found == names_.end() || (needsPrefix && !plain.isPrefixed)) continue;
+    if (bone.name.find_first_of("=|") != std::string::npos) continue;
     if (left.contains(ts3d::LowerCase(bone.name)) || !taken.insert(found->second).second) continue;
     renames.push_back(bone.name + "=" + found->second);
   }

@@ -23,19 +23,27 @@ std::vector<NamedBone> NamedBones(const ts3d::SkeletonState& skeleton);
 /// Product names for the bones of rigs of one kind.
 class RenamePreset {
  public:
-  /// @param text  lines of "bone = product name", "prefix = name" and "# ..."
+  /// @param text  lines of "bone = product name", "prefix = name", "only = prefixed" and "# ..."
   explicit RenamePreset(std::string_view text);
 
   /// What the bones are to be called, as "old=new" in their order. A product name goes to the first bone
-  /// that it fits. `given` are such entries as well: their bones and names are left alone.
+  /// that it fits. Where some of these have the preset's prefix, the others are something else. `given` are
+  /// such entries as well: their bones and names are left alone.
   std::vector<std::string> RenamesOf(const std::vector<NamedBone>& bones,
                                      const std::vector<std::string>& given = {}) const;
 
  private:
-  std::string Plain(std::string_view bone) const;
+  /// A bone's name without spelling and prefix.
+  struct Plain {
+    std::string name;
+    bool isPrefixed = false;  ///< had the prefix in front, or as its namespace
+  };
+  Plain PlainOf(std::string_view bone) const;
+  bool HasPrefixed(const std::vector<NamedBone>& bones) const;
 
-  std::vector<std::string> prefixes_;         ///< as Plain leaves names
-  std::map<std::string, std::string> names_;  ///< product names by Plain names
+  std::string prefix_;                        ///< as PlainOf leaves names; empty: none
+  bool onlyPrefixed_ = false;                 ///< bones without the prefix are never meant
+  std::map<std::string, std::string> names_;  ///< product names by plain names
 };
 
 }  // namespace cli
