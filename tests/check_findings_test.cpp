@@ -196,6 +196,17 @@ TEST_F(Check, TellsWhereSkinAndBonesAreApart) {
   EXPECT_THAT(Told(scaled.File()), testing::Contains(testing::StartsWith("scaled-bones")));
 }
 
+TEST_F(Check, NamesWhatStandsBetweenABoneAndTheOneAbove) {
+  SoundRig rig;
+  for (const char* name : {"idle", "limb"}) {
+    const auto hub = rig.Null("hub", rig.tip), bone = rig.Bone(name, hub);
+    rig.pose.insert(rig.pose.end(), {{hub, Translation(0, 7, 0)}, {bone, Translation(0, 9, 0)}});
+    if (name == std::string("limb")) rig.Weights(rig.body, rig.Bone("hand", bone), {0}, {0.5});
+  }
+  EXPECT_THAT(Told(rig.File()), testing::Contains("node-between-bones limb"));
+  EXPECT_THAT(TextOf("node-between-bones"), HasSubstr("stands \"hub\""));
+}
+
 TEST_F(Check, TellsOfStrayPointsMotionsAndDecimalCommas) {
   SoundRig rig(false);
   std::vector<double> points, polygons, all;
@@ -218,6 +229,10 @@ TEST_F(Check, TellsOfStrayPointsMotionsAndDecimalCommas) {
   std::string text = comma.File();
   for (size_t at = 0; (at = text.find("0.5", at)) != std::string::npos;) text[at + 1] = ',';
   EXPECT_THAT(Told(text), testing::Contains("decimal-commas"));
+  std::string old = support::ReadWholeFile(TS3D_SOURCE_FOLDER "/tests/fixtures/strip_5800_ascii.fbx");
+  EXPECT_THAT(Told(old), testing::Not(testing::Contains("decimal-commas")));
+  old.replace(old.find("Default: 0.5"), 12, "Default: 0,5");
+  EXPECT_THAT(Told(old), testing::Contains("decimal-commas"));
 }
 
 TEST_F(Check, ExplainsTheBindPose) {

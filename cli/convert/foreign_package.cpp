@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "config/actor_config.h"
-#include "finish/finish_history.h"
+#include "driver/converted_document.h"
 #include "package/read_member.h"
 
 namespace cli {
@@ -32,7 +32,8 @@ std::string WhyForeign(const fs::path& package) {
   }
   const std::optional<ts3d::PackageMember> document = ts3d::ReadLastMember(package.string(), ".xfg");
   if (!document) return "it has no document";
-  return WithLineFeeds(document->bytes).starts_with(ts3d::DocumentHead()) ? "" : "its document is another's";
+  return ts3d::WithLineFeeds(document->bytes).starts_with(ts3d::DocumentHead()) ? ""
+                                                                                : "its document is another's";
 }
 
 }  // namespace cli

@@ -14,7 +14,7 @@ namespace {
 using scene::KFbxVector4;
 using scene::KFbxXMatrix;
 
-/// What nobody sees: an angle in degrees, a share of the model's size.
+/// What nobody sees: an angle in degrees, a share of the model's size or of a scale.
 constexpr double kSmallAngle = 0.2, kSmallShare = 0.004;
 
 double AngleBetween(const KFbxXMatrix& a, const KFbxXMatrix& b) {
@@ -46,11 +46,14 @@ Gap GapBetween(const KFbxXMatrix& a, const KFbxXMatrix& b) {
   return {AngleBetween(a, b), (a.GetT() - b.GetT()).Length()};
 }
 
-bool Changes(const KFbxXMatrix& m, double size) {
-  if (GapBetween(m, KFbxXMatrix()).IsVisible(size)) return true;
-  const KFbxVector4 scale = m.GetS();
-  return std::abs(scale[0] - 1.0) > kSmallShare || std::abs(scale[1] - 1.0) > kSmallShare ||
-         std::abs(scale[2] - 1.0) > kSmallShare;
+bool DifferVisibly(const KFbxXMatrix& a, const KFbxXMatrix& b, double size) {
+  if (GapBetween(a, b).IsVisible(size)) return true;
+  const KFbxVector4 scaleA = a.GetS(), scaleB = b.GetS();
+  for (size_t i = 0; i < 3; ++i) {
+    const double larger = std::max(std::abs(scaleA[i]), std::abs(scaleB[i]));
+    if (std::abs(scaleA[i] - scaleB[i]) > kSmallShare * larger) return true;
+  }
+  return false;
 }
 
 const KFbxXMatrix* BoundMatrix(const scene::KFbxNode& node, const SkeletonState& skeleton) {

@@ -23,8 +23,8 @@ struct Gap {
 
 Gap GapBetween(const scene::KFbxXMatrix& a, const scene::KFbxXMatrix& b);
 
-/// Whether `m` visibly moves, turns or scales a model of that size.
-bool Changes(const scene::KFbxXMatrix& m, double size);
+/// Whether somebody can see in a model of that size that a thing is at `a` and not at `b`, scales included.
+bool DifferVisibly(const scene::KFbxXMatrix& a, const scene::KFbxXMatrix& b, double size);
 
 /// World transform of `node` in the bind pose, or null.
 const scene::KFbxXMatrix* BoundMatrix(const scene::KFbxNode& node, const SkeletonState& skeleton);

@@ -7,6 +7,7 @@
 #include "rig_check/rig_check.h"
 #include "scene/model/node.h"
 #include "scene/model/skin.h"
+#include "skeleton/rigid_meshes.h"
 
 namespace ts3d {
 namespace {
@@ -96,17 +97,10 @@ void TellNoSkin(const KFbxNode& node, RigCheck& check) {
   }
 }
 
-bool HasWeights(const KFbxMesh& mesh) {
-  for (int s = 0; s < mesh.GetSkinCount(); ++s) {
-    if (mesh.GetSkin(s)->GetClusterCount() > 0) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 void CheckSkins(const KFbxNode& node, KFbxMesh& mesh, RigCheck& check) {
-  if (!HasWeights(mesh)) return;
+  if (!HasSkin(mesh)) return;
   const auto tell = [&](const FindingKind& kind, size_t count) {
     if (count > 0) check.report.Add(kind, node.GetName(), {std::to_string(count)});
   };
@@ -129,7 +123,7 @@ void CheckSkins(const KFbxNode& node, KFbxMesh& mesh, RigCheck& check) {
 
 void CheckWeights(const KFbxNode& node, const MeshData& data, size_t pointCount, RigCheck& check) {
   if (!check.job.skeleton->hasExtractedBones) return;
-  if (!HasWeights(*node.GetMesh())) {
+  if (!HasSkin(*node.GetMesh())) {
     if (data.triangles.Count() > 0) TellNoSkin(node, check);
     return;
   }

@@ -120,6 +120,11 @@ inline constexpr FindingKind kParentNotBound{
     "parent-not-bound", Warning, Bone,
     "The bind pose has the bone, but not the node above it; the bone is put into the wrong place, {} off.",
     "Reset the bind pose with all bones, or put the bone below another one."};
+inline constexpr FindingKind kNodeBetween{"node-between-bones", Warning, Bone,
+                                          "Between this bone and the one above it stands \"{}\", which is no "
+                                          "bone. Its place and turn are lost, and "
+                                          "the bone does not follow \"{}\" where it should: {} off.",
+                                          "Convert with --rigid-bones, or turn the node into a bone."};
 inline constexpr FindingKind kRootScale{
     "root-scale", Warning, Bone,
     "The root bone is scaled by {}. The stored root is put {} times too far from the origin, at {} instead "
@@ -349,10 +354,10 @@ inline constexpr FindingKind kColourRange{
     "colour-range", Note, Material, "A colour is below 0 or above 1 and is stored below 0 or above 255.",
     "Keep colours between 0 and 1."};
 inline constexpr FindingKind kSeveralTextures{"several-textures", Note, Material,
-                                              "{} colour pictures; only the first is used.", ""};
+                                              "{} colour pictures; only the first, or lowest, is used.", ""};
 inline constexpr FindingKind kNotAPicture{
     "texture-not-a-file", Warning, Material,
-    "The colour is a stack of layers or made by the modelling program, not a picture file; it is left out.",
+    "The colour is made by the modelling program, or a stack of layers without a picture; it is left out.",
     "Bake the colour into one picture."};
 inline constexpr FindingKind kMapsIgnored{"maps-ignored", Note, Material,
                                           "Only the colour picture is used, not the one for {}.", ""};

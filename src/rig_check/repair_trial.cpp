@@ -2,7 +2,6 @@
 #include "rig_check/repair_trial.h"
 
 #include <algorithm>
-#include <cmath>
 #include <unordered_set>
 #include <vector>
 
@@ -10,6 +9,7 @@
 #include "core/names.h"
 #include "driver/convert.h"
 #include "mesh/scene_walk.h"
+#include "rig_check/bone_places.h"
 #include "scene/model/scene.h"
 #include "skeleton/bind_pose.h"
 #include "skeleton/csf_writer.h"
@@ -148,17 +148,7 @@ KFbxXMatrix RepairTrial::WorldOf(const KFbxNode& node) {
 }
 
 bool RepairTrial::Differ(const KFbxXMatrix& a, const KFbxXMatrix& b) const {
-  constexpr double kVisiblePlace = 0.004, kVisibleTurn = 0.01;
-  if ((a.GetT() - b.GetT()).Length() > kVisiblePlace * size_) return true;
-  for (size_t axis = 0; axis < 3; ++axis) {
-    double difference = 0.0, length = 0.0;
-    for (size_t i = 4 * axis; i < 4 * axis + 3; ++i) {
-      difference = std::max(difference, std::abs(a.At(i) - b.At(i)));
-      length = std::max({length, std::abs(a.At(i)), std::abs(b.At(i))});
-    }
-    if (difference > kVisibleTurn * length) return true;
-  }
-  return false;
+  return DifferVisibly(a, b, size_);
 }
 
 /// Of places that are all one, a thousandth of their distance

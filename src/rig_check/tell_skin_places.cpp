@@ -4,22 +4,16 @@
 
 #include "rig_check/finding_kinds.h"
 #include "rig_check/skin_gaps.h"
+#include "rig_check/tell_bone_parents.h"
 #include "scene/model/mesh.h"
 #include "scene/model/pose.h"
 #include "skeleton/csf_writer.h"
+#include "skeleton/rigid_meshes.h"
 
 namespace ts3d {
 namespace {
 
 using scene::KFbxNode;
-
-bool HasClusters(const KFbxNode& node) {
-  const scene::KFbxMesh& mesh = *node.GetMesh();
-  for (int s = 0; s < mesh.GetSkinCount(); ++s) {
-    if (mesh.GetSkin(s)->GetClusterCount() > 0) return true;
-  }
-  return false;
-}
 
 /// The gaps of the same meshes in a skeleton that the job would have with other settings.
 template <typename Change>
@@ -47,7 +41,7 @@ class PlaceTeller {
         gaps_(MeasureSkins(job, meshes, size_)) {}
 
   void Tell() {
-    TellParentsNotBound();
+    TellBoneParents(job_, size_, gaps_, report_);
     if (!TellScales()) {
       TellBones(findings::kBonesAstray, gaps_.atRest);
       TellSkins();
@@ -78,39 +72,6 @@ class PlaceTeller {
     if (bones.empty()) return;
     const BoneGap worst = WorstOf(bones);
     report_.Add(kind, NameOf(worst.bone), {std::to_string(bones.size()), worst.gap.Text(size_)});
-  }
-
-  /// How far the package has a bone from its place in the bind pose, at rest or by its bone space.
-  Gap GapFrom(const scene::KFbxXMatrix& bound, const BoneNode& bone) const {
-    Gap gap = GapBetween(bound, StoredPlace(bone, skeleton_));
-    for (const BoneGap& off : gaps_.atRest) {
-      if (off.bone == bone.id && off.gap.IsWorseThan(gap, size_)) gap = off.gap;
-    }
-    return gap;
-  }
-
-  /// Bones whose parent the bind pose lacks go astray for that reason, and take along what is below them.
-  void TellParentsNotBound() {
-    if (job_.repairs.rigidBones) return;
-    std::set<int32_t> told;
-    for (int32_t id = 1; id < skeleton_.bones.BoneCount(); ++id) {
-      const KFbxNode* node = skeleton_.boneNodes[static_cast<size_t>(id)];
-      const BoneNode& bone = *skeleton_.bones.FindById(id);
-      const scene::KFbxXMatrix* bound = node && bone.weighted ? BoundMatrix(*node, skeleton_) : nullptr;
-      if (!bound || BoundMatrix(*node->GetParent(), skeleton_)) continue;
-      const Gap gap = GapFrom(*bound, bone);
-      if (!gap.IsVisible(size_)) continue;
-      report_.Add(findings::kParentNotBound, bone.name, {gap.Text(size_)});
-      told.insert(id);
-    }
-    const auto isTold = [&](int32_t id) {
-      const BoneNode* bone = skeleton_.bones.FindById(id);
-      while (bone && !told.contains(bone->id)) bone = bone->parent;
-      return bone != nullptr;
-    };
-    std::erase_if(gaps_.atRest, [&](const BoneGap& off) { return isTold(off.bone); });
-    std::erase_if(gaps_.ofMeshes,
-                  [&](const SkinGaps::OfMesh& mesh) { return mesh.isPosed && isTold(mesh.worst.bone); });
   }
 
   /// @return whether bones and posed skins are apart for nothing but the scales of bones
@@ -153,7 +114,7 @@ class PlaceTeller {
     if (job_.repairs.attachRigid) return;
     for (const MeshFacts& mesh : meshes_) {
       if (mesh.IsPosed(skeleton_) || mesh.FollowsAny() || mesh.points.empty()) continue;
-      if (!Changes(mesh.node->GetGlobalFromDefaultTake(), size_)) continue;
+      if (!DifferVisibly(mesh.node->GetGlobalFromDefaultTake(), {}, size_)) continue;
       report_.Add(findings::kMeshNotBound, mesh.node->GetName());
       anyMisplaced_ = true;
     }
@@ -194,9 +155,9 @@ void TellStaticMeshes(const ConversionJob& job, const std::vector<MeshFacts>& me
   bool needsSkeleton = job.actorType != ActorType::None;
   const double size = ModelSize(meshes, *job.skeleton);
   for (const MeshFacts& mesh : meshes) {
-    if (HasClusters(*mesh.node)) needsSkeleton = true;
+    if (HasSkin(*mesh.node->GetMesh())) needsSkeleton = true;
     if (!mesh.points.empty() && !job.repairs.attachRigid &&
-        Changes(mesh.node->GetGlobalFromDefaultTake(), size)) {
+        DifferVisibly(mesh.node->GetGlobalFromDefaultTake(), {}, size)) {
       report.Add(findings::kPlaceLost, mesh.node->GetName());
     }
   }

@@ -18,10 +18,14 @@ void KFbxScene::Clear() {
 
 bool KFbxScene::HasDecimalCommas() const {
   if (!tree_ || !tree_->ascii) return false;
-  // A vector of three numbers has more of them then.
+  // A vector of three numbers has more of them then, and so has the one number of a channel in old files.
   constexpr uint32_t kMostTexts = 4, kComponents = 3;
   for (uint32_t i = 0; i < tree_->records.size(); ++i) {
     const RecordRef property(tree_.get(), i);
+    constexpr int kFirstWithoutChannels = 7000;
+    if (property.Name() == "Default" && tree_->version < kFirstWithoutChannels && property.ValueCount() > 1) {
+      return true;
+    }
     if (property.Name() != "P" && property.Name() != "Property") continue;
     const std::string_view name = property.Text(0);
     if (name != "Lcl Translation" && name != "Lcl Rotation" && name != "Lcl Scaling") continue;
