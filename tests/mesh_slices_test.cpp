@@ -80,8 +80,10 @@ TEST(DegenerateTriangles, AreRemovedOnlyFromMeshesOfTwoMaterials) {
 TEST(Triangulation, IsToldOnceForMeshesOfOtherPolygonsOnly) {
   Character model;
   model.Triangle("Plain");
-  model.Mesh("Qu:ads", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, 2, -4, 3, 2, 1, -1});
+  model.Mesh("Qu:ads", {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, 2, -4, 3, 2, 1, -1, 0, 1, -5, 0, 9, -3});
   TestHost host(model);
+  EXPECT_THAT(host.LinesThatBegin(">>> Left"),
+              ElementsAre(">>> Left out 2 Polygon(s) with vertices that do not exist in: Qads"));
   EXPECT_THAT(host.LinesThatBegin("Triangulated"), ElementsAre("Triangulated the Mesh: Qads"));
   EXPECT_EQ(host.Mesh("Qads").faces.size(), 4u);
   EXPECT_EQ(host.job.polygonTotal, 5);
