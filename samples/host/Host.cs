@@ -114,7 +114,7 @@ static class Host
             using (var converter = new Converter(line => { if (line.StartsWith(">")) Console.WriteLine(line); }))
             {
                 converter.Convert(arguments[0], arguments[1]);
-                converter.Finish(arguments[1], 95, "L_femur=left femur", "hat=~Cap");
+                converter.Finish(arguments[1], 95, "L_femur=left femur", "hat=~Cap|hat_a=~Cap band");
             }
         }
         catch (IOException error)

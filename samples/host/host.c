@@ -48,7 +48,7 @@ int main(int argc, char** argv) {
     settings.scalePercent = 95.0f;
     settings.rotationY = 180;
     settings.boneRenames = "L_femur=left femur";
-    settings.meshes = "hat=~Cap";
+    settings.meshes = "hat=~Cap|hat_a=~Cap band";
     result = FbxToTs3dFinish(converter, argv[2], &settings);
   }
   if (result != FBX_TO_TS3D_OK) fprintf(stderr, "host: %s\n", FbxToTs3dErrorText(converter));

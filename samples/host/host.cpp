@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
     };
     converter.ConvertMemory(path.substr(separator + 1), model);
     std::ofstream(argv[2], std::ios::binary) << package;
-    converter.Finish(argv[2], {95, 0, 180, "L_femur=left femur", "hat=~Cap"});
+    converter.Finish(argv[2], {95, 0, 180, "L_femur=left femur", "hat=~Cap|hat_a=~Cap band"});
   } catch (const fbxToTs3d::Error& error) {
     std::cerr << "host: " << error.what() << " (result " << error.Result() << ")\n";
     return 1;

@@ -101,7 +101,7 @@ def main(library, model, package):
         converter.set_options(repairs=REPAIR_AS_NEEDED, on_line=lambda line: print(line) if line.startswith(">") else None)
         done = converter.convert(model, package)
         print(f"{done['triangles']} triangles in {len(done['members'])} files")
-        converter.finish(package, scalePercent=95, rotationY=180, boneRenames=b"L_femur=left femur", meshes=b"hat=~Cap")
+        converter.finish(package, scalePercent=95, rotationY=180, boneRenames=b"L_femur=left femur", meshes=b"hat=~Cap|hat_a=~Cap band")
     print("finished with result 0")
 
 

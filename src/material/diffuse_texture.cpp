@@ -9,21 +9,15 @@ namespace ts3d {
 namespace {
 
 /// What programs call the base colour of their shaders, the surest first, as Plain leaves it.
-constexpr std::string_view kBaseColours[] = {"diffusecolor",        "basecolor",
-                                             "basecolormap",        "basecolortexture",
-                                             "basecolortex",        "basecolorshader",
-                                             "texcolormap",         "texbasecolormap",
-                                             "texalbedomap",        "texdiffusemap",
-                                             "texmapbasecolor",     "albedo",
-                                             "albedomap",           "albedotexture",
-                                             "albedocolor",         "diffuse",
-                                             "diffusemap",          "diffusetexture",
-                                             "diffusetex",          "diffusecolormap",
-                                             "diffusecolorshader",  "texmapdiffuse",
-                                             "diffusecolortexture", "basemap",
-                                             "basetexture",         "maintex",
-                                             "maintexture",         "colormap",
-                                             "colortexture",        "color"};
+constexpr std::string_view kBaseColours[] = {
+    "diffusecolor",       "basecolor",       "basecolormap",        "basecolortexture",
+    "basecolortex",       "basecolorshader", "texcolormap",         "texbasecolormap",
+    "texalbedomap",       "texdiffusemap",   "texmapbasecolor",     "albedo",
+    "albedomap",          "albedotexture",   "albedocolor",         "diffuse",
+    "diffusemap",         "diffusetexture",  "diffusetex",          "diffusecolormap",
+    "diffusecolorshader", "texmapdiffuse",   "diffusecolortexture", "basemap",
+    "basetexture",        "basetexmap",      "albedotex",           "maintex",
+    "maintexture",        "colormap",        "colortexture",        "color"};
 
 /// "3dsMax|Parameters|base_color_map" without the program and its spelling: "basecolormap".
 std::string Plain(std::string_view property) {
