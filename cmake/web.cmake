@@ -4,13 +4,11 @@ set(FBX_TO_TS3D_THREE /usr/share/javascript/three CACHE PATH "Folder of three.js
 
 set(FBX_TO_TS3D_PAGE_SOURCE ${PROJECT_SOURCE_DIR}/src/preview/page_left_out.cpp)
 set(library ${FBX_TO_TS3D_THREE}/three.min.js ${FBX_TO_TS3D_THREE}/examples/js/controls/OrbitControls.js)
-set(missing "")
-foreach(file ${library})
-  if(NOT EXISTS ${file})
-    list(APPEND missing ${file})
-  endif()
-endforeach()
-if(FBX_TO_TS3D_WEB AND NOT missing)
+# Looked for before each build: what is installed later makes the page.
+file(GLOB found CONFIGURE_DEPENDS ${library})
+list(LENGTH library wanted_count)
+list(LENGTH found found_count)
+if(FBX_TO_TS3D_WEB AND found_count EQUAL wanted_count)
   set(FBX_TO_TS3D_PAGE_SOURCE ${PROJECT_BINARY_DIR}/page_template.cpp)
   set(compose ${PROJECT_SOURCE_DIR}/cmake/compose_page.cmake)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/web/src/*)

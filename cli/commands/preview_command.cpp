@@ -143,8 +143,8 @@ int RunPreview(const PreviewOptions& options) {
     const bool wantsPage = HasExtension(options.output, ".html");
     if (wantsPage && preview::PageTemplate().empty()) {
       throw Failure(kUsageError,
-                    "this fbx2czp was built without the page (it takes three.js); run scripts/prepare and "
-                    "build it again, or write a .png picture");
+                    "this fbx2czp was built without the page, which takes three.js: run \"scripts/prepare && "
+                    "scripts/build fbx2czp\" in its source folder, or write a .png picture");
     }
     RequireFolders(options.textureFolders);
     Messages messages;
