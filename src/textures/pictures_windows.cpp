@@ -8,7 +8,7 @@
 namespace textures {
 namespace {
 
-[[noreturn]] void FailUnread(const std::string& kind) {
+[[noreturn]] void Refuse(const std::string& kind) {
   throw std::runtime_error("is a " + kind +
                            " picture, which fbx2czp does not read on Windows; save it as PNG or TGA");
 }
@@ -17,8 +17,8 @@ namespace {
 
 Image DecodePng(std::string_view bytes, PictureBudget& budget) { return DecodeWithStb(bytes, budget); }
 Image DecodeJpeg(std::string_view bytes, PictureBudget& budget) { return DecodeWithStb(bytes, budget); }
-Image DecodeTiff(std::string_view, PictureBudget&) { FailUnread("TIFF"); }
-Image DecodeWebp(std::string_view, PictureBudget&) { FailUnread("WebP"); }
-Image DecodeDds(std::string_view, PictureBudget&) { FailUnread("DDS"); }
+Image DecodeTiff(std::string_view, PictureBudget&) { Refuse("TIFF"); }
+Image DecodeWebp(std::string_view, PictureBudget&) { Refuse("WebP"); }
+Image DecodeDds(std::string_view, PictureBudget&) { Refuse("DDS"); }
 
 }  // namespace textures
