@@ -21,6 +21,7 @@
 #include "commands/inspect_command.h"
 #include "commands/manual_command.h"
 #include "commands/preview_command.h"
+#include "commands/prove_command.h"
 #include "commands/repack_command.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
@@ -43,11 +44,11 @@ struct Command {
   void (*add)(CLI::App& app, cli::RunCommand& run);
 };
 constexpr Command kCommands[] = {
-    {"convert", cli::AddConvertCommand}, {"check", cli::AddCheckCommand},
-    {"finish", cli::AddFinishCommand},   {"inspect", cli::AddInspectCommand},
-    {"preview", cli::AddPreviewCommand}, {"export", cli::AddExportCommand},
-    {"repack", cli::AddRepackCommand},   {"completion", cli::AddCompletionCommand},
-    {"manual", cli::AddManualCommand}};
+    {"convert", cli::AddConvertCommand},       {"check", cli::AddCheckCommand},
+    {"finish", cli::AddFinishCommand},         {"inspect", cli::AddInspectCommand},
+    {"preview", cli::AddPreviewCommand},       {"prove", cli::AddProveCommand},
+    {"export", cli::AddExportCommand},         {"repack", cli::AddRepackCommand},
+    {"completion", cli::AddCompletionCommand}, {"manual", cli::AddManualCommand}};
 
 /// Adds the commands that `first`, the first word of the command line, may need. Setting up all of them takes
 /// as long as a small mesh.

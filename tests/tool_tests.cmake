@@ -13,13 +13,14 @@ ts3d_add_tests(
   cli_trust_test.cpp
   finish_safety_test.cpp
   name_safety_test.cpp
+  prove_test.cpp
   repairs_test.cpp
   support/json_schemas.cpp
   support/sample_pictures.cpp
   textures_decode_test.cpp
   textures_tool_test.cpp)
 target_link_libraries(ts3d_tests PRIVATE ts3d_inspect ts3d_export ts3d_rig_check assimp::assimp nlohmann_json::nlohmann_json
-  ts3d_textures util
+  ts3d_prove ts3d_textures util
   # What writes the pictures of the tests.
   PkgConfig::PNG PkgConfig::TURBOJPEG PkgConfig::TIFF PkgConfig::WEBP)
 target_compile_definitions(ts3d_tests PRIVATE FBX2CZP_PATH="$<TARGET_FILE:fbx2czp>")

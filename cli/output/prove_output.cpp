@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "output/prove_output.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "output/terminal.h"
+#include "prove/compare.h"
+#include "prove/proof_json.h"
+#include "rig_check/report_json.h"
+
+namespace cli {
+namespace {
+
+using prove::NamedError;
+using prove::Proof;
+
+constexpr int kProofSchema = 1;
+
+std::string AsText(double error) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2g", error);
+  return text;
+}
+
+std::string Amount(size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+void Print(const std::string& line) { std::printf("%s\n", Printable(line).c_str()); }
+
+/// The worst of them, beyond the limit.
+void PrintWorst(const char* what, std::vector<NamedError> errors) {
+  constexpr size_t kMost = 5;
+  std::erase_if(errors, [](const NamedError& each) { return !(each.worst.error > prove::kLimit); });
+  std::stable_sort(errors.begin(), errors.end(),
+                   [](const auto& a, const auto& b) { return a.worst.error > b.worst.error; });
+  if (errors.empty()) return;
+  std::string line = std::string("  ") + what + " beyond the limit:";
+  for (size_t i = 0; i < std::min(errors.size(), kMost); ++i) {
+    line += (i ? ", \"" : " \"") + errors[i].name + "\" " + AsText(errors[i].worst.error);
+  }
+  if (errors.size() > kMost) line += " and " + std::to_string(errors.size() - kMost) + " more";
+  Print(line);
+}
+
+std::string Subject(const prove::Message& message) {
+  constexpr size_t kMost = 3;
+  const size_t count = message.names.size();
+  if (count == 0) return {};
+  std::string text = message.kind + (count == 1 ? " " : message.kind == "mesh" ? "es " : "s ");
+  for (size_t i = 0; i < std::min(count, kMost); ++i) text += (i ? ", \"" : "\"") + message.names[i] + "\"";
+  if (count > kMost) text += " and " + std::to_string(count - kMost) + " more";
+  return text + ": ";
+}
+
+std::string Label(prove::Severity severity) {
+  if (severity == prove::Severity::Error) return Painted(stdout, Colour::Red, "error:");
+  if (severity == prove::Severity::Warning) return Painted(stdout, Colour::Yellow, "warning:");
+  return Painted(stdout, Colour::Bold, "note:");
+}
+
+void PrintMessageOf(const std::string& model, const prove::Message& message) {
+  const std::string size =
+      message.error > 0.0 ? " Up to " + AsText(message.error) + " of the diagonal." : std::string();
+  std::printf("fbx2czp: %s: %s %s [%s]\n", Printable(model).c_str(), Label(message.severity).c_str(),
+              Printable(Subject(message) + message.message + size).c_str(), message.code.c_str());
+  if (!message.fix.empty()) Print("    Fix: " + message.fix);
+}
+
+std::string Headline(const Proof& proof) {
+  switch (proof.verdict) {
+    case prove::Verdict::Proven:
+      return "the package moves as the model does";
+    case prove::Verdict::RigFaults:
+      return "the package does not move as the model does: the format cannot hold all of the rig";
+    case prove::Verdict::OurError:
+      return "the package does not move as the model does: the converter is at fault";
+    default:
+      return "package and model cannot be compared";
+  }
+}
+
+}  // namespace
+
+void PrintProof(const ProvenModel& model, bool quiet) {
+  if (!model.error.empty()) return cli::PrintMessage(model.name, Severity::Error, model.error);
+  const Proof& proof = model.proof;
+  if (quiet && proof.verdict == prove::Verdict::Proven) return;
+  Print(model.name + ": " + Headline(proof));
+  Print("  worst error " + AsText(proof.worst.error) + " of the diagonal (limit " + AsText(prove::kLimit) +
+        "), in " + Amount(proof.poses.size(), "pose", "poses") + " of " +
+        Amount(proof.vertices, "vertex", "vertices") + " in " +
+        Amount(proof.meshes.size(), "mesh", "meshes") + " on " + Amount(proof.bones.size(), "bone", "bones"));
+  if (proof.verdict != prove::Verdict::Proven) {
+    PrintWorst("poses", proof.poses);
+    PrintWorst("meshes", proof.meshes);
+    PrintWorst("bones", proof.bones);
+    if (!proof.firstBone.empty()) Print("  they part first at the bone \"" + proof.firstBone + "\"");
+  }
+  for (const prove::Message& message : proof.messages) {
+    if (!quiet || message.severity != prove::Severity::Note) PrintMessageOf(model.name, message);
+  }
+  std::fflush(stdout);
+}
+
+std::string ProofsAsJson(const std::vector<ProvenModel>& models) {
+  nlohmann::ordered_json json = ts3d::JsonHead("prove", kProofSchema);
+  json["models"] = nlohmann::ordered_json::array();
+  for (const ProvenModel& model : models) {
+    nlohmann::ordered_json& entry = json["models"].emplace_back();
+    entry["model"] = model.name;
+    entry.update(prove::ProofAsJson(model.proof));
+    if (model.error.empty()) continue;
+    ts3d::Finding failure;
+    failure.code = "not-loaded";
+    failure.severity = ts3d::Severity::Fatal;
+    failure.text = model.error;
+    entry["messages"].push_back(ts3d::FindingAsJson(failure));
+  }
+  return ts3d::JsonText(json);
+}
+
+}  // namespace cli

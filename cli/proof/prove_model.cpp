@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "proof/prove_model.h"
+
+#include <new>
+
+#include "actor/load_actor.h"
+#include "converter/converter.h"
+#include "host/host_paths.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+/// Converts the model in memory, without its pictures.
+/// @return the package; with an `error` when there is none
+std::string ConvertInMemory(const fs::path& model, std::string& error) {
+  std::string package;
+  ts3d::Converter converter;
+  ts3d::ConverterOptions options;
+  options.convertsPictures = false;
+  ts3d::ConverterHost host;
+  host.onPackage = [&](std::string_view bytes) {
+    package += bytes;
+    return true;
+  };
+  converter.SetUp(std::move(options), std::move(host));
+  if (converter.Convert({model, std::nullopt}, {}) != 0) error = converter.Error();
+  return package;
+}
+
+/// What was left out of the actor because it is damaged.
+void TellDamage(const actor::Findings& findings, prove::Proof& proof) {
+  for (const actor::Finding& finding : findings) {
+    const bool isCompared = finding.subject.ends_with(".cmf") || finding.subject.ends_with(".csf");
+    if (finding.severity != actor::Severity::Problem || !isCompared) continue;
+    proof.verdict = prove::Verdict::NotCompared;
+    proof.messages.push_back({finding.kind,
+                              prove::Severity::Error,
+                              finding.text,
+                              finding.advice,
+                              "member",
+                              {finding.subject},
+                              0.0,
+                              0});
+  }
+}
+
+actor::Findings LoadPackage(const fs::path& model, const fs::path& package, actor::Actor& actor,
+                            std::string& error) {
+  actor::PackageContents contents;
+  actor::Findings findings;
+  if (package.empty()) {
+    const std::string bytes = ConvertInMemory(model, error);
+    if (error.empty()) ReadPackageBytes(bytes, {}, contents, error);
+  } else {
+    ReadPackage(package.string(), {}, contents, error);
+  }
+  if (error.empty()) BuildActor(contents, actor, findings, error);
+  return findings;
+}
+
+}  // namespace
+
+ProvenModel ProveModelFile(const std::string& name, const fs::path& model, const fs::path& package,
+                           const prove::ProofOptions& options) {
+  ProvenModel proven{name, {}, {}};
+  if (HasBackslashInName(model)) {
+    proven.error = "its path has a backslash";
+    return proven;
+  }
+  try {
+    actor::Actor actor;
+    const actor::Findings findings = LoadPackage(model, package, actor, proven.error);
+    if (proven.error.empty() &&
+        prove::ProveModel(ConverterPath(model), actor, options, proven.proof, proven.error)) {
+      TellDamage(findings, proven.proof);
+    }
+  } catch (const std::bad_alloc&) {
+    proven.error = "there is not enough memory";
+  }
+  return proven;
+}
+
+}  // namespace cli

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "prove/bone_facts.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/names.h"
+#include "prove/format_rules.h"
+#include "prove/rounding.h"
+
+namespace prove {
+namespace {
+
+/// @param shear  of what the frames were taken from: they may be read from it in several ways
+bool IsSameFrame(const Affine& stored, const Affine& wanted, double diagonal, double shear = 0.0) {
+  const double reach = Distance(wanted.Origin(), {});
+  const double room = kPlaceRounding * diagonal + (kRelativeRounding + shear) * reach;
+  return stored.TurnedFrom(wanted) <= kTurnRounding + shear &&
+         Distance(stored.Origin(), wanted.Origin()) <= room;
+}
+
+const RigNode* NodeAt(const ModelRig& rig, int32_t number) {
+  return number < 0 ? nullptr : &rig.nodes[static_cast<size_t>(number)];
+}
+
+/// How far the transform is from a turn and one scale for all axes.
+double Unevenness(const Affine& m) {
+  const double scale = std::cbrt(std::abs(m.Determinant()));
+  return scale > 0.0 ? m.Stretch(scale) / scale : 1.0;
+}
+
+class FactFinder {
+ public:
+  FactFinder(const actor::Skeleton& skeleton, const ModelRig& rig, double diagonal)
+      : skeleton_(skeleton), rig_(rig), diagonal_(diagonal), rules_(BonesByRule(skeleton, rig)) {}
+
+  std::vector<BoneFacts> Find() {
+    std::vector<BoneFacts> facts;
+    for (size_t i = 0; i < skeleton_.bones.size(); ++i) {
+      const actor::Bone& bone = skeleton_.bones[i];
+      frames_.push_back(StoredFrame(bone.boneSpaceRotation, bone.boneSpaceTranslation).Inverse());
+      BoneFacts& fact = facts.emplace_back();
+      if (rig_.nodeOf[i] < 0) continue;
+      const Affine wanted = (rig_.actorTurn * NodeAt(rig_, rig_.nodeOf[i])->bound).Frame();
+      const Affine above = bone.parent < 0 ? Affine() : FrameAbove(bone.parent);
+      const Affine local = StoredFrame(bone.rotation, bone.translation);
+      const Affine space = StoredFrame(bone.boneSpaceRotation, bone.boneSpaceTranslation);
+      const double shear = ShearOf(i);
+      if (!IsSameFrame(local, above.Inverse() * wanted, diagonal_)) {
+        fact.place = IsSameFrame(local, rules_[i].local, diagonal_, shear) ? Why(i) : Cause::WrongBone;
+      }
+      if (!IsSameFrame(space, wanted.Inverse(), diagonal_)) {
+        fact.space = IsSameFrame(space, rules_[i].space, diagonal_, shear) ? WhyHereOrAbove(i, facts)
+                                                                           : Cause::WrongBone;
+      }
+    }
+    return facts;
+  }
+
+ private:
+  /// What the bone and those above it have of scale that differs along the axes.
+  double ShearOf(size_t bone) const {
+    double sum = 0.0;
+    for (auto i = static_cast<int32_t>(bone); i >= 0; i = skeleton_.bones[static_cast<size_t>(i)].parent) {
+      if (const RigNode* node = NodeAt(rig_, rig_.nodeOf[static_cast<size_t>(i)]))
+        sum += Unevenness(node->stretch);
+    }
+    return sum > kTurnRounding ? 2.0 * sum : 0.0;
+  }
+
+  /// Where the model has the bone; what the converter made stands where it says itself.
+  Affine FrameAbove(int32_t bone) const {
+    const RigNode* node = NodeAt(rig_, rig_.nodeOf[static_cast<size_t>(bone)]);
+    return node ? (rig_.actorTurn * node->bound).Frame() : frames_[static_cast<size_t>(bone)];
+  }
+
+  Cause Why(size_t bone) const {
+    const RigNode& node = *NodeAt(rig_, rig_.nodeOf[bone]);
+    const RigNode* parent = NodeAt(rig_, node.parent);
+    const int32_t boneAbove = skeleton_.bones[bone].parent;
+    if (node.isLocalEntry || (parent && parent->isLocalEntry)) return Cause::LocalMatrix;
+    if (rig_.rulePoses.empty())
+      return DependsOnScale(bone) ? (boneAbove < 0 ? Cause::RootScale : ScaleCause(bone)) : Cause::NoBindPose;
+    if (!IsBoundByRule(node, rig_)) return Cause::BoneNotBound;
+    if (boneAbove < 0) return Cause::RootScale;
+    if (!parent || !IsBoundByRule(*parent, rig_)) return Cause::ParentNotBound;
+    if (rig_.Find(parent->node) != rig_.nodeOf[static_cast<size_t>(boneAbove)]) return Cause::NodeBetween;
+    return ScaleCause(bone);
+  }
+
+  /// Whether the node stands now as it was bound, so that only scale can be at fault.
+  bool DependsOnScale(size_t bone) const {
+    const RigNode& node = *NodeAt(rig_, rig_.nodeOf[bone]);
+    return Distance(node.bound.Origin(), node.present.Origin()) <= kPlaceRounding * diagonal_ &&
+           node.bound.Frame().TurnedFrom(node.present.Frame()) <= kTurnRounding;
+  }
+
+  Cause ScaleCause(size_t bone) const {
+    const RigNode* node = NodeAt(rig_, rig_.nodeOf[bone]);
+    const RigNode* parent = NodeAt(rig_, node->parent);
+    if (parent && (node->bound.Determinant() < 0.0) != (parent->bound.Determinant() < 0.0)) {
+      return Cause::MirroredBone;
+    }
+    const double unevenness = std::max(Unevenness(node->bound), parent ? Unevenness(parent->bound) : 0.0);
+    return unevenness <= 1e-5 ? Cause::ScaledBones : Cause::UnevenScale;
+  }
+
+  /// Bone space is handed down.
+  Cause WhyHereOrAbove(size_t bone, const std::vector<BoneFacts>& facts) const {
+    for (auto i = static_cast<int32_t>(bone); i >= 0; i = skeleton_.bones[static_cast<size_t>(i)].parent) {
+      const Cause place = facts[static_cast<size_t>(i)].place;
+      if (place != Cause::None && place != Cause::RootScale) return place;
+    }
+    return skeleton_.bones[bone].parent < 0 ? ScaleCause(bone) : Why(bone);
+  }
+
+  const actor::Skeleton& skeleton_;
+  const ModelRig& rig_;
+  double diagonal_;
+  std::vector<RuleBone> rules_;
+  std::vector<Affine> frames_;  ///< of the bones as the package has them in model space
+};
+
+}  // namespace
+
+std::vector<BoneFacts> FindBoneFacts(const actor::Skeleton& skeleton, const ModelRig& rig, double diagonal) {
+  return FactFinder(skeleton, rig, diagonal).Find();
+}
+
+Cause WhyNoBone(int32_t number, const actor::Skeleton& skeleton, const ModelRig& rig) {
+  const RigNode& node = rig.nodes[static_cast<size_t>(number)];
+  if (ts3d::SanitizeMeshName(node.node->GetName()).empty()) return Cause::UnnamedBone;
+  if (node.bone != BoneByRule(*node.node, skeleton) && BoneByRule(*node.node, skeleton) >= 0) {
+    return node.bone < 0 ? Cause::Namesake : Cause::SameBoneName;
+  }
+  if (!node.node->IsSkeleton()) return Cause::UnknownLink;
+  for (const RigNode* up = NodeAt(rig, node.parent); up; up = NodeAt(rig, up->parent)) {
+    if (!up->node->GetNodeAttribute()) return Cause::HiddenBones;
+  }
+  return Cause::SecondRoot;
+}
+
+}  // namespace prove

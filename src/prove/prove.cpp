@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include "prove/prove.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include "prove/explain.h"
+#include "scene/importer.h"
+#include "scene/io_settings.h"
+#include "scene/sdk_manager.h"
+
+namespace prove {
+namespace {
+
+/// Whether the document says that the package is one of the product's actors, which are turned up.
+bool IsActor(const actor::Actor& actor) {
+  constexpr const char* kActors[] = {"actor (male)", "actor (female)",   "actor (boy)",
+                                     "actor (girl)", "actor (teenager)", "actor (baby)"};
+  return std::find(std::begin(kActors), std::end(kActors), actor.document.objectId) != std::end(kActors);
+}
+
+/// A scaled root only shifts the whole model, until an animation places it. So that this hides nothing else,
+/// the root is placed as animations do.
+/// @return how far the skeleton file has it off, in units of the model
+double PlaceRoot(const actor::Skeleton& skeleton, std::vector<BoneFacts>& facts, ModelRig& rig) {
+  if (facts.empty() || facts.front().place != Cause::RootScale) return 0.0;
+  facts.front().place = Cause::None;
+  const RigNode& root = rig.nodes[static_cast<size_t>(rig.nodeOf.front())];
+  rig.rootPlace = (rig.actorTurn * root.bound).Origin();
+  const actor::Vector3& stored = skeleton.bones.front().translation;
+  return Distance(*rig.rootPlace, {stored[0], stored[1], stored[2]});
+}
+
+/// Tells in words what was compared.
+class Reporter {
+ public:
+  Reporter(const actor::Actor& actor, const Matches& matches, const Comparison& comparison, Proof& proof)
+      : actor_(actor), matches_(matches), comparison_(comparison), proof_(proof) {}
+
+  void TellErrors(const std::vector<Pose>& poses) {
+    proof_.diagonal = comparison_.diagonal;
+    proof_.worst = Place(comparison_.Overall());
+    for (size_t i = 0; i < poses.size(); ++i) {
+      proof_.poses.push_back({poses[i].name, Place(comparison_.poses[i])});
+    }
+    for (size_t m = 0; m < matches_.meshes.size(); ++m) {
+      const MatchedMesh& mesh = matches_.meshes[m];
+      proof_.vertices += mesh.points.size();
+      Worst worst{0.0, m, 0};
+      for (size_t v = 0; v < mesh.points.size(); ++v) worst.Take(comparison_.WorstOf(m, v), m, v);
+      proof_.meshes.push_back({mesh.file->name, Place(worst)});
+    }
+    for (size_t b = 0; b < actor_.skeleton.bones.size(); ++b) {
+      proof_.bones.push_back({actor_.skeleton.bones[b].name, Place(comparison_.bones[b])});
+    }
+  }
+
+  void TellCauses(const Explanations& explanations) {
+    if (explanations.firstBone >= 0) {
+      proof_.firstBone = actor_.skeleton.bones[static_cast<size_t>(explanations.firstBone)].name;
+    }
+    proof_.verdict = Verdict::Proven;
+    for (const Explanation& each : explanations.causes) {
+      const CauseWords& words = WordsOf(each.cause);
+      const bool isOurs = IsOurs(each.cause);
+      proof_.verdict = std::max(proof_.verdict, isOurs ? Verdict::OurError : Verdict::RigFaults);
+      proof_.messages.push_back({std::string(words.code), isOurs ? Severity::Error : Severity::Warning,
+                                 std::string(words.text), std::string(words.fix),
+                                 words.isAboutBones ? "bone" : "mesh", each.names, each.worst.error,
+                                 each.vertices});
+    }
+  }
+
+  void TellRootScale(double shift) {
+    const CauseWords& words = WordsOf(Cause::RootScale);
+    proof_.verdict = std::max(proof_.verdict, Verdict::RigFaults);
+    proof_.messages.push_back({std::string(words.code),
+                               Severity::Warning,
+                               std::string(words.text),
+                               std::string(words.fix),
+                               "bone",
+                               {actor_.skeleton.bones.front().name},
+                               shift,
+                               proof_.vertices});
+  }
+
+  void TellUnmatched() {
+    for (const std::string& name : matches_.unmatched) {
+      proof_.verdict = Verdict::NotCompared;
+      proof_.messages.push_back(
+          {"other-model",
+           Severity::Error,
+           "No mesh of the model has the triangles of this one: the package was made of "
+           "another model, or of another version of it.",
+           "Convert the model again. If that does not help, send us model and package.",
+           "mesh",
+           {name},
+           0.0});
+    }
+  }
+
+  void TellNotes(const ModelRig& rig) {
+    if (matches_.meshes.empty() && matches_.unmatched.empty()) {
+      Note("nothing-to-compare", "The package has no vertices, so there is nothing to compare.");
+    }
+    if (rig.stand == Stand::Skins) {
+      Note("stands-as-bound", "The package stands as its skins were bound, and not in the bind pose.");
+    }
+    if (comparison_.unusable > 0) {
+      Note("bad-points", "Points of the model have no usable position; they were not compared.");
+    }
+  }
+
+ private:
+  void Note(const char* code, const char* text) {
+    proof_.messages.push_back({code, Severity::Note, text, "", "file", {}, 0.0, 0});
+  }
+
+  ErrorPlace Place(const Worst& worst) const {
+    if (matches_.meshes.empty() || matches_.meshes[worst.mesh].points.empty()) return {};
+    const actor::Mesh& mesh = *matches_.meshes[worst.mesh].file;
+    const int32_t bone = MainBone(mesh, mesh.vertices[worst.vertex]);
+    return {worst.error, mesh.name, worst.vertex,
+            bone < 0 ? std::string() : actor_.skeleton.bones[static_cast<size_t>(bone)].name};
+  }
+
+  const actor::Actor& actor_;
+  const Matches& matches_;
+  const Comparison& comparison_;
+  Proof& proof_;
+};
+
+}  // namespace
+
+Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options) {
+  Proof proof;
+  proof.seed = options.seed;
+  proof.randomPoses = options.poses;
+  ModelRig rig = ReadModelRig(scene, actor.skeleton, IsActor(actor));
+  const Matches matches = MatchMeshes(scene, rig, actor);
+  const double diagonal = MeasureDiagonal(rig, matches);
+  std::vector<BoneFacts> facts = FindBoneFacts(actor.skeleton, rig, diagonal);
+  const double shift = PlaceRoot(actor.skeleton, facts, rig);
+  const std::vector<Pose> poses = MakePoses(actor.skeleton, rig, options.seed, options.poses);
+  const Comparison comparison = Compare(actor.skeleton, rig, matches, poses, diagonal, options.threads);
+  Reporter reporter(actor, matches, comparison, proof);
+  reporter.TellErrors(poses);
+  reporter.TellCauses(Explain(actor.skeleton, rig, matches, facts, comparison));
+  if (shift > 0.0) reporter.TellRootScale(shift / diagonal);
+  reporter.TellUnmatched();
+  reporter.TellNotes(rig);
+  return proof;
+}
+
+bool ProveModel(const std::string& path, const actor::Actor& actor, const ProofOptions& options, Proof& proof,
+                std::string& error) {
+  struct Destroy {
+    void operator()(scene::KFbxSdkManager* manager) const { manager->Destroy(); }
+  };
+  const std::unique_ptr<scene::KFbxSdkManager, Destroy> manager(scene::KFbxSdkManager::Create());
+  if (!manager) throw std::bad_alloc();
+  scene::KFbxScene& scene = *manager->CreateScene("");
+  scene::KFbxIOSettings settings;
+  settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
+  scene::KFbxImporter importer(manager->GetReaderRegistry());
+  importer.SetIOSettings(settings);
+  if (!importer.Initialize(path) || !importer.Import(scene)) {
+    error = importer.GetLastErrorString();
+    return false;
+  }
+  proof = Prove(scene, actor, options);
+  return true;
+}
+
+}  // namespace prove

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "actor/actor.h"
+#include "prove/causes.h"
+#include "scene/model/scene.h"
+
+namespace prove {
+
+struct ProofOptions {
+  uint64_t seed = 1;
+  int poses = 64;        ///< beside bind pose and present pose
+  unsigned threads = 0;  ///< at most; 0: one for each core
+};
+
+/// Where model and package are farthest apart, in parts of the model's diagonal.
+struct ErrorPlace {
+  double error = 0.0;
+  std::string mesh;  ///< mesh file
+  size_t vertex = 0;
+  std::string bone;  ///< that moves the vertex most
+};
+
+struct NamedError {
+  std::string name;  ///< of a pose, mesh file or bone
+  ErrorPlace worst;
+};
+
+/// Something that a person should know about a proof.
+struct Message {
+  std::string code;  ///< stable
+  Severity severity = Severity::Note;
+  std::string message, fix;
+  std::string kind;  ///< what `names` are names of: "file", "bone" or "mesh"
+  std::vector<std::string> names;
+  double error = 0.0;   ///< that it causes, in parts of the diagonal; 0: none
+  size_t vertices = 0;  ///< that it moves beyond the limit
+};
+
+enum class Verdict {
+  Proven,       ///< within the limit, everywhere
+  RigFaults,    ///< beyond it, where the format cannot hold what the rig does
+  OurError,     ///< beyond it, and the converter is at fault
+  NotCompared,  ///< model and package do not belong together
+};
+
+/// Whether a package moves as its model does.
+struct Proof {
+  Verdict verdict = Verdict::NotCompared;
+  ErrorPlace worst;
+  double diagonal = 0.0;  ///< in units of the model
+  uint64_t seed = 0;
+  int randomPoses = 0;
+  size_t vertices = 0;    ///< compared, in each pose
+  std::string firstBone;  ///< the first where model and package part; empty: none
+  std::vector<NamedError> poses, meshes, bones;
+  std::vector<Message> messages;
+};
+
+/// Compares `actor`, a package read back, with the model `scene`.
+Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options);
+
+/// Loads the model `path`, with backslashes, and compares.
+/// @return false, with an `error`, when it cannot be loaded
+bool ProveModel(const std::string& path, const actor::Actor& actor, const ProofOptions& options, Proof& proof,
+                std::string& error);
+
+}  // namespace prove

@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+//
+// Whether a package moves as its model does, and what is told when it does not.
+#include "prove/prove.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <utility>
+
+#include "actor/load_actor.h"
+#include "prove/compare.h"
+#include "support/character.h"
+#include "support/load_scene.h"
+#include "support/test_host.h"
+#include "support/tool.h"
+
+namespace {
+
+using prove::Verdict;
+using support::At;
+using support::Character;
+using support::Doubles;
+using support::FbxRecord;
+using support::Scaled;
+using support::Translation;
+using support::Turned;
+
+/// What a test may change in the model before it is converted.
+struct ArmRig {
+  support::FbxRecords root{At(0, 1, 0)}, upper{At(2, 0, 0)}, lower{At(3, 0, 0)};
+  bool isInBindPose = true;    ///< "lower" is
+  bool hasSecondRoot = false;  ///< "lower" is a root of its own
+  double boundAt = 0.0;        ///< how far off its place "lower" was when the skin was bound
+  const char* mode = "Normalize";
+  bool weighsAll = true;
+  std::string name = "lower";
+};
+
+/// An arm of three bones, with a skin that follows two bones in the middle, two materials and a seam.
+Character Arm(const ArmRig& rig) {
+  Character model;
+  const auto root = model.Bone("root", 0, rig.root), upper = model.Bone("upper", root, rig.upper);
+  const auto lower = model.Bone(rig.name, rig.hasSecondRoot ? 0 : upper, rig.lower);
+  auto mesh = model.Mesh("Arm", {0, 0, 0, 2, 0, 0, 4, 1, 0, 6, 1, 1, 4, 3, 2}, {0, 1, 2, -5, 2, 3, -5});
+  Character::Coordinates(mesh, {0, 0, 1, 0, 1, 1}, {0, 1, 2, 0, 1, 2, 0});
+  Character::MaterialNumbers(mesh, {0, 1});
+  model.Material(mesh);
+  model.Material(mesh);
+  const double x = 5 + rig.boundAt;
+  const auto bind = [&](Character::Id bone, double at, std::vector<double> points,
+                        std::vector<double> weights) {
+    FbxRecord& cluster = model.Weights(mesh, bone, std::move(points), std::move(weights));
+    cluster.Add(Doubles("Transform", Translation(-at, -1, 0)));
+    cluster.Add(Doubles("TransformLink", Translation(at, 1, 0)));
+    cluster.Add({"Mode", {rig.mode}});
+  };
+  bind(root, 0, rig.weighsAll ? std::vector<double>{0} : std::vector<double>{},
+       std::vector<double>(rig.weighsAll, 1));
+  bind(upper, 2, {1, 2, 4}, {1, 0.5, 0.25});
+  bind(lower, x, {2, 3, 4}, {0.5, 1, 0.75});
+  std::vector<Character::PoseEntry> pose{
+      {root, Translation(0, 1, 0)}, {upper, Translation(2, 1, 0)}, {mesh.node, support::Identity()}};
+  if (rig.isInBindPose) pose.push_back({lower, Translation(5, 1, 0)});
+  model.BindPose(pose);
+  return model;
+}
+
+/// The model, and its package read back.
+struct ModelAndPackage {
+  explicit ModelAndPackage(const Character& model)
+      : host(model), scene(support::LoadSceneBytes(model.Text())) {
+    actor::Findings findings;
+    std::string error;
+    EXPECT_TRUE(LoadActor(host.folder.Path("model.czp"), {}, actor, findings, error)) << error;
+  }
+  prove::Proof Prove() const { return prove::Prove(*scene, actor, {.seed = 7, .poses = 16}); }
+
+  support::TestHost host;
+  std::unique_ptr<scene::KFbxScene> scene;
+  actor::Actor actor;
+};
+
+std::string CodesOf(const prove::Proof& proof) {
+  std::string codes;
+  for (const prove::Message& message : proof.messages) codes += (codes.empty() ? "" : " ") + message.code;
+  return codes;
+}
+
+TEST(Prove, APackageMovesAsItsModel) {
+  const prove::Proof proof = ModelAndPackage(Arm({})).Prove();
+  EXPECT_EQ(proof.verdict, Verdict::Proven) << CodesOf(proof);
+  EXPECT_LT(proof.worst.error, 1e-6);
+  EXPECT_GT(proof.worst.error, 0.0) << "single precision shows";
+  EXPECT_EQ(proof.poses.size(), 18u);
+  EXPECT_EQ(proof.meshes.size(), 2u) << "one for each material";
+  EXPECT_THAT(proof.diagonal, testing::DoubleNear(7.0, 1e-6)) << "6, 3 and 2 along the axes";
+}
+
+TEST(Prove, TurnedBonesAtThePoleMoveAsTheModel) {
+  // Without a bind pose, bones are taken as they stand and the mesh as it was modelled: here, the same.
+  Character model;
+  const auto hip = model.Bone("hip", 0, {At(1, 2, 3), Turned(20, 90, 40)});
+  const auto knee = model.Bone("knee", hip, {At(0, 2, 0), Turned(10, -89.9999999, 70)});
+  auto mesh = model.Mesh("Leg", {1, 2, 3, 4, 5, 6, 0, 2, 5}, {0, 1, -3});
+  model.Weights(mesh, hip, {0, 1}, {1, 0.5});
+  model.Weights(mesh, knee, {1, 2}, {0.5, 1});
+  const prove::Proof proof = ModelAndPackage(model).Prove();
+  EXPECT_EQ(proof.verdict, Verdict::Proven) << CodesOf(proof) << proof.worst.error;
+}
+
+TEST(Prove, ErrorsOfTheConverterAreFound) {
+  const std::pair<const char*, std::function<void(actor::Actor&)>> damages[] = {
+      {"wrong-weights",
+       [](actor::Actor& a) {
+         for (auto& mesh : a.meshes) {
+           for (const auto& v : mesh.vertices) {
+             auto* const pair = &mesh.influences[v.firstInfluence];
+             if (v.influenceCount == 2) std::swap(pair[0].bone, pair[1].bone);
+           }
+         }
+       }},
+      {"wrong-weights",
+       [](actor::Actor& a) {
+         for (auto& mesh : a.meshes) {
+           for (auto& v : mesh.vertices) v.influenceCount = 1;
+         }
+       }},
+      {"wrong-place", [](actor::Actor& a) { a.meshes[0].vertices[1].position[1] += 0.001f; }},
+      {"wrong-bone", [](actor::Actor& a) { a.skeleton.bones[2].translation[0] += 0.001f; }},
+      {"wrong-bone",
+       [](actor::Actor& a) {
+         a.skeleton.bones[1].boneSpaceRotation = {0.001f, 0, 0, -1};
+       }},
+      {"other-model", [](actor::Actor& a) { a.meshes[0].faces.pop_back(); }}};
+  const ModelAndPackage converted(Arm({}));
+  for (const auto& [code, damage] : damages) {
+    actor::Actor damaged = converted.actor;
+    damage(damaged);
+    const prove::Proof proof = prove::Prove(*converted.scene, damaged, {.poses = 8});
+    EXPECT_EQ(CodesOf(proof), code);
+    EXPECT_EQ(proof.verdict, std::string(code) == "other-model" ? Verdict::NotCompared : Verdict::OurError);
+  }
+}
+
+TEST(Prove, FaultsOfRigsAreNamed) {
+  ArmRig scaled, unbound, second, rebound, additive, partial, unweighted, namesake;
+  scaled.upper.push_back(Scaled(2, 2, 2));
+  unbound.isInBindPose = false;
+  unbound.lower = {At(3, 1, 0)};
+  second.hasSecondRoot = true;
+  rebound.boundAt = 0.5;
+  additive.mode = "Additive";
+  partial.mode = "Total1";
+  unweighted.weighsAll = false;
+  namesake.name = "upper";
+  const std::pair<const char*, ArmRig> cases[] = {
+      {"scaled-now", scaled},       {"bone-not-bound", unbound}, {"second-root", second},
+      {"other-bind-pose", rebound}, {"additive-skin", additive}, {"unweighted-vertices", unweighted},
+      {"same-bone-name", namesake}};
+  for (const auto& [code, rig] : cases) {
+    const prove::Proof proof = ModelAndPackage(Arm(rig)).Prove();
+    EXPECT_EQ(CodesOf(proof), code);
+    EXPECT_EQ(proof.verdict, Verdict::RigFaults);
+    EXPECT_GT(proof.worst.error, prove::kLimit);
+  }
+  EXPECT_EQ(ModelAndPackage(Arm(partial)).Prove().verdict, Verdict::Proven) << "these add up to 1";
+}
+
+TEST(Prove, AScaledRootIsToldAndHidesNothing) {
+  Character model;
+  const auto root = model.Bone("root", 0, {At(0, 1, 0), Scaled(10, 10, 10)});
+  const auto tip = model.Bone("tip", root, {At(0.2, 0, 0)});
+  auto mesh = model.Mesh("Body", {0, 0, 0, 2, 0, 0, 4, 1, 0}, {0, 1, -3});
+  model.Weights(mesh, root, {0, 1}, {1, 0.5});
+  model.Weights(mesh, tip, {1, 2}, {0.5, 1});
+  ModelAndPackage converted(model);
+  const prove::Proof proof = converted.Prove();
+  EXPECT_EQ(CodesOf(proof), "root-scale");
+  EXPECT_LE(proof.worst.error, prove::kLimit);
+  EXPECT_THAT(proof.messages.at(0).error * proof.diagonal, testing::DoubleNear(9.0, 1e-4))
+      << "10 instead of 1";
+  converted.actor.skeleton.bones[1].translation[1] += 0.01f;
+  EXPECT_EQ(CodesOf(converted.Prove()), "wrong-bone root-scale");
+}
+
+using ProveTool = support::Tool;
+
+TEST_F(ProveTool, ProvesModelsAndPackages) {
+  CopySample("scout.fbx");
+  CopySample("sub/scout.fbx");
+  EXPECT_EQ(Run("prove --poses 2 ."), 0) << errors_;
+  EXPECT_NE(output_.find("the package moves as the model does"), std::string::npos) << output_;
+  EXPECT_EQ(Files(), "scout.fbx sub") << "nothing is written";
+  Run("convert scout.fbx");
+  EXPECT_EQ(Run("prove --json --poses 2 scout.fbx scout.czp"), 0) << errors_;
+  folder_.Write("other.fbx", Arm({}).Text());
+  EXPECT_EQ(Run("prove --json other.fbx scout.czp"), 2);
+  EXPECT_NE(output_.find("other-model"), std::string::npos);
+  EXPECT_EQ(Run("prove missing.fbx"), 2);
+}
+
+}  // namespace
