@@ -7,7 +7,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "support/character.h"
 #include "support/package_reader.h"
@@ -103,6 +105,65 @@ TEST_F(Batch, FoldersAreConvertedWithTheirSubfoldersAndReported) {
   EXPECT_EQ(Run("convert in/a.fbx in/broken.fbx --report - -o out"), 2);
   EXPECT_EQ(Json::parse(output_)["models"][0]["package"], folder_.Path("out/a.czp"));
   EXPECT_TRUE(Printed("\nall            1/2 ")) << errors_;
+}
+
+TEST_F(Batch, UpdateConvertsWhatIsOlderThanItsInputsAndBytesRepeat) {
+  CopySample("in/a.fbx");
+  CopySample("in/b.fbx");
+  fs::copy(TS3D_SAMPLES_FOLDER "/textures", folder_.Path("in/textures"));
+  folder_.Write("final.json", "{}");
+  setenv("SOURCE_DATE_EPOCH", "1000000000", 1);
+  const std::string convert = "convert -q in -o out --report r.json --finish-settings final.json ";
+  const auto package = [&] { return ReadWholeFile(folder_.Path("out/a.czp")); };
+  ASSERT_EQ(Run(convert), 0) << errors_;
+  const std::string first = package();
+  fs::last_write_time(folder_.Path("in/a.fbx"), fs::file_time_type::clock::now() - std::chrono::hours(9));
+  EXPECT_EQ(Run(convert), 0);
+  EXPECT_EQ(package(), first);
+  unsetenv("SOURCE_DATE_EPOCH");
+  Run("inspect --json out/a.czp");
+  EXPECT_EQ(Json::parse(output_)["packages"][0]["members"][0]["date"], "2001-09-09 01:46");
+
+  const auto converted = [&] {
+    EXPECT_EQ(Run(convert + "--update"), 0) << errors_;
+    std::string names;
+    for (const Json& model : Json::parse(ReadWholeFile(folder_.Path("r.json")))["models"])
+      names += model["up_to_date"] ? "" : model["model"].get<std::string>() + " ";
+    return names;
+  };
+  const auto touch = [&](const std::string& file) {
+    fs::last_write_time(folder_.Path(file), fs::file_time_type::clock::now() + std::chrono::seconds(1));
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+  };
+  EXPECT_EQ(converted(), "");
+  touch("in/b.fbx");
+  EXPECT_EQ(converted(), "in/b.fbx ");
+  touch("in/textures/cloth.png");
+  EXPECT_EQ(converted(), "in/a.fbx in/b.fbx ");
+  touch("final.json");
+  fs::remove(folder_.Path("out/a.xfg"));
+  EXPECT_EQ(converted(), "in/a.fbx in/b.fbx ");
+  EXPECT_EQ(converted(), "");
+}
+
+TEST_F(Batch, WatchConvertsAgainWhatChanges) {
+  CopySample("in/a.fbx");
+  const int terminal = StartInTerminal({"convert", "in", "-o", "out", "--watch"});
+  std::string screen;
+  ReadUntil(terminal, "watching 1 models", screen);
+  screen.clear();
+  support::Character other;
+  other.Triangle("Body");
+  fs::create_directory(folder_.Path("in/deep"));
+  folder_.Write("in/deep/b.fbx", other.Text());
+  ReadUntil(terminal, "out/deep/b.czp: ", screen);
+  screen.clear();
+  fs::create_directory(folder_.Path("in/textures"));
+  fs::copy(TS3D_SAMPLES_FOLDER "/textures/cloth.png", folder_.Path("in/textures"));
+  ReadUntil(terminal, "out/a.czp: ", screen);
+  ASSERT_EQ(write(terminal, "\x03", 1), 1);
+  EXPECT_EQ(WatchTerminal(terminal, screen), 130);
+  EXPECT_NE(support::Package(folder_.Path("out/a.czp"))["cloth.tga"], "");
 }
 
 TEST_F(Batch, WarnsOfNamesThatNoneOfTheModelsHas) {

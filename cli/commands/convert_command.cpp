@@ -14,6 +14,7 @@
 #include "convert/convert_report.h"
 #include "convert/mesh_options.h"
 #include "convert/unmatched_options.h"
+#include "convert/watch.h"
 #include "host/find_models.h"
 #include "host/host_paths.h"
 #include "output/exit_codes.h"
@@ -34,7 +35,9 @@ constexpr const char* kConvertExamples =
     "  fbx2czp convert hero.fbx --repair\n"
     "      puts right what it can: lost bones, a wrong pose, parts out of place\n"
     "  fbx2czp convert characters/ props/lamp.fbx --jobs 8 --output packages --report report.json\n"
-    "      converts whole folders, each model in a process of its own\n";
+    "      converts whole folders, each model in a process of its own\n"
+    "  fbx2czp convert characters/ -o packages --update\n"
+    "      converts what has changed since the last time; --watch goes on with that until Ctrl-C\n";
 
 /// @param isStrict  counts warnings, also `others` that belong to no model
 int StatusOf(const std::vector<ModelResult>& results, bool isStrict, size_t others) {
@@ -64,16 +67,13 @@ void CheckReportPath(const std::string& report, const std::vector<ModelTask>& ta
   }
 }
 
-int RunConvert(const ConvertOptions& options) {
-  CheckMeshOptions(options);
-  RequireFolders(options.textureFolders);
+/// Converts the models and tells what came of it, in words and in the report.
+ConvertedModels ConvertAndTell(const ConvertOptions& options, const std::vector<ModelTask>& tasks) {
   const auto begin = std::chrono::steady_clock::now();
   std::optional<FinishSettings> finish;
   if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
-  const std::vector<ModelTask> tasks = FindModels(options.models, options.outputFolder);
-  CheckReportPath(options.report, tasks);
   int signal = 0;
-  const std::vector<ModelResult> results = ConvertAll(tasks, options, finish, signal);
+  std::vector<ModelResult> results = ConvertAll(tasks, options, finish, signal);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
   const std::vector<ts3d::Finding> warnings = FindNamesOfNoModel(results);
   for (const ts3d::Finding& warning : warnings)
@@ -81,11 +81,25 @@ int RunConvert(const ConvertOptions& options) {
   if (tasks.size() > 1 && options.verbosity != Verbosity::Quiet)
     std::fputs(SummaryTable(results, seconds).c_str(), options.Summary());
   if (!options.report.empty()) WriteReport(options.report, results, warnings, seconds);
-  if (signal == 0) return StatusOf(results, options.strict, warnings.size());
+  if (signal == 0) {
+    const int status = StatusOf(results, options.strict, warnings.size());
+    return {std::move(results), false, status};
+  }
   PrintMessage("", Severity::Error,
                "interrupted; " + std::to_string(results.size()) + " of " + std::to_string(tasks.size()) +
                    " models are done, nothing is left of the others");
-  return kInterrupted - SIGINT + signal;
+  return {std::move(results), true, kInterrupted - SIGINT + signal};
+}
+
+int RunConvert(const ConvertOptions& options) {
+  CheckMeshOptions(options);
+  RequireFolders(options.textureFolders);
+  const std::vector<ModelTask> tasks = FindModels(options.models, options.outputFolder);
+  CheckReportPath(options.report, tasks);
+  const ConvertModels convert = [&](const std::vector<ModelTask>& models) {
+    return ConvertAndTell(options, models);
+  };
+  return options.watch ? WatchModels(options, convert) : convert(tasks).exitStatus;
 }
 
 void AddRepairOptions(CLI::App& convert, ConvertOptions& options) {
@@ -173,6 +187,12 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
                   "JSON file to write with the results of all models; \"-\" prints it,\n"
                   "and all other output goes to standard error")
       ->type_name("FILE");
+  convert.add_flag(
+      "--update", options->update,
+      "Leave out models whose packages are newer than the model, its pictures, the settings and\n"
+      "this program");
+  convert.add_flag("--watch", options->watch,
+                   "Convert again whatever changes: models, their pictures and settings. Ctrl-C ends it");
   convert.add_flag("--force", options->force,
                    "Replace a .czp file even if it holds what fbx2czp has not written");
   AddNoPlugins(convert, options->loadsPlugins);

@@ -15,6 +15,7 @@
 #include "finish/finish_settings.h"
 #include "host/host_paths.h"
 #include "host/replace_files.h"
+#include "host/source_date.h"
 #include "output/exit_codes.h"
 #include "output/inspection.h"
 #include "output/messages.h"
@@ -131,6 +132,7 @@ int RunFinish(const FinishOptions& options) {
   host.onStatus = [&](std::string_view line) { printer.Print(options.model, line); };
   ts3d::ConversionJob job;
   job.packLevel = options.packLevel;
+  job.memberDate = SourceDate();
   host.Attach(job);
   job.actorType = ts3d::ActorTypeOf(history.latest);
   // The converter deletes the packed document from the current directory; from here it cannot, so that it

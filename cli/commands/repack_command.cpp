@@ -14,6 +14,7 @@
 #include "actor/package_contents.h"
 #include "fbx_to_ts3d.h"
 #include "host/input_problem.h"
+#include "host/source_date.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
 #include "package/deflate_member.h"
@@ -58,6 +59,14 @@ class CheckedPackage {
   std::optional<actor::MemoryArchive> archive_;
 };
 
+zip_fileinfo EntryLike(const unz_file_info64& info) {
+  zip_fileinfo entry{};
+  entry.dosDate = SourceDate().value_or(static_cast<uint32_t>(info.dosDate));
+  entry.internal_fa = info.internal_fa;
+  entry.external_fa = info.external_fa;
+  return entry;
+}
+
 /// Copies the archive's current member, which is called `name`, as it is packed.
 void CopyMember(unzFile from, const std::string& name, zipFile to) {
   unz_file_info64 info;
@@ -65,10 +74,7 @@ void CopyMember(unzFile from, const std::string& name, zipFile to) {
   int method = 0, level = 0;
   constexpr int kRaw = 1;
   Check(unzOpenCurrentFile2(from, &method, &level, kRaw), "a member cannot be opened");
-  zip_fileinfo entry{};
-  entry.dosDate = info.dosDate;
-  entry.internal_fa = info.internal_fa;
-  entry.external_fa = info.external_fa;
+  const zip_fileinfo entry = EntryLike(info);
   const int isLarge = info.uncompressed_size >= 0xffffffff ? 1 : 0;
   Check(zipOpenNewFileInZip2_64(to, name.c_str(), &entry, nullptr, 0, nullptr, 0, "", method, level, kRaw,
                                 isLarge),
@@ -99,10 +105,7 @@ void DeflateMember(unzFile from, const std::string& name, const ts3d::MemberDefl
   Check(unzCloseCurrentFile(from), "a member is damaged");
   ts3d::DeflatedMember packed;
   if (!deflater.Deflate(bytes, packed)) throw std::bad_alloc();
-  zip_fileinfo entry{};
-  entry.dosDate = info.dosDate;
-  entry.internal_fa = info.internal_fa;
-  entry.external_fa = info.external_fa;
+  const zip_fileinfo entry = EntryLike(info);
   Check(zipOpenNewFileInZip2(to, name.c_str(), &entry, nullptr, 0, nullptr, 0, "", Z_DEFLATED,
                              Z_DEFAULT_COMPRESSION, 1),
         "a member cannot be written");

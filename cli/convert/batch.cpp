@@ -226,7 +226,7 @@ class Batch {
   }
 
   void Complete(size_t index, const WorkFolder& work, ModelResult result) {
-    if (result.code == 0) {
+    if (result.code == 0 && !result.isCurrent) {
       try {
         Publish(tasks_[index], work);
       } catch (const fs::filesystem_error& error) {
@@ -261,6 +261,9 @@ class Batch {
     for (const ts3d::Finding& fault : result.faults) TellFault(result.model, fault);
     if (result.code != 0) {
       PrintMessage(result.model, Severity::Error, result.reason);
+    } else if (result.isCurrent) {
+      if (TellsSuccess())
+        std::fprintf(options_.Summary(), "%s: up to date\n", Printable(result.package).c_str());
     } else if (TellsSuccess()) {
       std::fprintf(options_.Summary(), "%s: %d points of the model, %d triangles, %ju bytes\n",
                    Printable(result.package).c_str(), result.vertices, result.triangles,

@@ -8,6 +8,7 @@
 
 #include "convert/job_host.h"
 #include "convert/mesh_options.h"
+#include "convert/model_inputs.h"
 #include "convert/rename_preset.h"
 #include "convert/unmatched_options.h"
 #include "driver/convert.h"
@@ -17,6 +18,7 @@
 #include "finish/finish_names.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
+#include "host/source_date.h"
 #include "output/exit_codes.h"
 #include "platform/files.h"
 #include "rig_check/choose_repairs.h"
@@ -37,6 +39,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.exclusionList = options.excludedNames;
   job.repairs = options.repairs;
   job.packLevel = options.packLevel;
+  job.memberDate = SourceDate();
   job.holdsSmallFiles = true;
   job.offerTgaTextures = true;
   job.plugins = !options.loadsPlugins                     ? ts3d::Plugins::LeaveOut
@@ -44,6 +47,9 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
                                                           : ts3d::Plugins::Load;
   job.findsBaseColours = true;
 }
+
+/// Ends a conversion that would make the package that is there.
+struct PackageIsCurrent {};
 
 /// A run that could not load its scene leaves the scene library's objects to the next one, which never comes.
 struct SceneOwner {
@@ -148,6 +154,20 @@ void RefuseEmptyPackage(const fs::path& package, ModelResult& result) {
   result.reason = "all meshes are left out, by --exclude or as heads of actors: nothing is left to convert";
 }
 
+/// @param pictures  the other inputs are known not to be newer than the package
+void LeaveIfCurrent(const ModelTask& task, const std::set<fs::path>& pictures, ModelResult& result) {
+  if (!IsCurrent(task, pictures)) return;
+  for (const fs::path& picture : pictures) result.inputs.push_back(picture.string());
+  throw PackageIsCurrent();
+}
+
+void TakeCurrentPackage(const ModelTask& task, const ConvertOptions& options, ModelResult& result) {
+  result.isCurrent = true;
+  result.package = task.Package().string();
+  result.packageBytes = fs::file_size(task.Package());
+  if (!options.report.empty()) result.members = ts3d::ListMembers(result.package);
+}
+
 }  // namespace
 
 fs::path ModelTask::Package() const {
@@ -177,9 +197,11 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   ts3d::RigFaults faults;
   faults.Watch(job);
   ts3d::ConversionRequest request;
-  if (options.repairsAsNeeded) {
-    request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) { return RepairAsNeeded(loaded, result); };
-  }
+  const bool mayBeCurrent = options.update && IsCurrent(task, FixedInputs(task, options));
+  request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) {
+    if (mayBeCurrent) LeaveIfCurrent(task, textures.FindInputs(loaded), result);
+    return options.repairsAsNeeded ? RepairAsNeeded(loaded, result) : options.repairs;
+  };
   request.onConverted = [&](const scene::KFbxNode& root) {
     result.malformedNames = ts3d::NamesThatBreakDocument(job, job.skeleton->bones);
     TakeFaults(faults, job, result);
@@ -192,13 +214,19 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
       AddPresetRenames(options, skeleton, job, result);
     };
   }
-  result.code = Convert(task, work, std::move(request), job);
+  try {
+    result.code = Convert(task, work, std::move(request), job);
+  } catch (const PackageIsCurrent&) {
+    TakeCurrentPackage(task, options, result);
+    return result;
+  }
   if (result.code == 0 && finish) result.code = Finish(work, *finish, job, result);
   if (result.code != 0 && result.reason.empty()) result.reason = WhyFailed(task, work, result.code, job);
   result.readerOutput = job.loadError;
   result.damage = job.damagedArrays;
   result.textureProblems = textures.Problems();
   NoteOutsidePictures(textures.OutsidePictures(), result);
+  for (const fs::path& input : textures.Inputs()) result.inputs.push_back(input.string());
   if (result.code == 0) RefuseEmptyPackage(WithExtension(work.Model(), "czp"), result);
   if (result.code == 0) {
     result.vertices = job.vertexTotal;

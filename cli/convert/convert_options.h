@@ -37,6 +37,8 @@ struct ConvertOptions {
   std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
   bool force = false;                                      ///< replaces packages that somebody else has made
   bool strict = false;                                     ///< warnings count as failures
+  bool update = false;  ///< leaves out models whose packages are newer than all that they are made of
+  bool watch = false;   ///< converts again what changes, until it is interrupted
   bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
 

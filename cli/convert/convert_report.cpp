@@ -37,6 +37,8 @@ Json ModelAsJson(const ModelResult& result) {
           {"vertices", result.vertices},
           {"triangles", result.triangles},
           {"seconds", result.seconds},
+          {"up_to_date", result.isCurrent},
+          {"inputs", result.inputs},
           {"package", result.package},
           {"package_bytes", result.packageBytes},
           {"members", std::move(members)}};

@@ -72,6 +72,8 @@ Json ToJson(const ModelResult& result) {
           {"vertices", result.vertices},
           {"triangles", result.triangles},
           {"seconds", result.seconds},
+          {"up_to_date", result.isCurrent},
+          {"inputs", result.inputs},
           {"package", result.package},
           {"package_bytes", result.packageBytes},
           {"members", std::move(members)}};
@@ -101,6 +103,8 @@ ModelResult ResultFromJson(const Json& json) {
   json.at("vertices").get_to(result.vertices);
   json.at("triangles").get_to(result.triangles);
   json.at("seconds").get_to(result.seconds);
+  json.at("up_to_date").get_to(result.isCurrent);
+  json.at("inputs").get_to(result.inputs);
   json.at("package").get_to(result.package);
   json.at("package_bytes").get_to(result.packageBytes);
   for (const Json& member : json.at("members")) {
@@ -131,7 +135,9 @@ std::string SummaryTable(const std::vector<ModelResult>& results, double seconds
                 "%-*s  result      points  triangles  warnings        bytes  seconds\n", width, "model");
   std::string table = header;
   for (const ModelResult& result : results) {
-    const std::string outcome = result.code == 0 ? "ok" : "code " + std::to_string(result.code);
+    const std::string outcome = result.code != 0   ? "code " + std::to_string(result.code)
+                                : result.isCurrent ? "current"
+                                                   : "ok";
     table += TableLine(result.model, outcome, Sum({result}), result.seconds, width);
   }
   const Totals totals = Sum(results);

@@ -37,6 +37,9 @@ struct ModelResult {
   std::vector<UnmatchedOption> unmatchedOptions;
   int32_t vertices = 0, triangles = 0;
   double seconds = 0.0;
+  bool isCurrent = false;  ///< not converted: the package is newer than all that it is made of
+  std::vector<std::string>
+      inputs;           ///< files that the package is made of, and where missing pictures would be
   std::string package;  ///< path; empty on failure
   uint64_t packageBytes = 0;
   std::vector<MemberSize> members;

@@ -73,6 +73,8 @@ struct ConversionJob {
   /// How members are deflated: by libdeflate at this level, their bytes depending on content and level alone.
   /// None, where the classic exports leave it: by zlib in pieces of 16 KB.
   std::optional<int> packLevel;
+  /// DOS date (high half) and time of all members in place of those of their files, which the exports take.
+  std::optional<uint32_t> memberDate;
   /// Told how much of the run is done, from 0 to 1. May throw to end it. Empty for the exports.
   std::function<void(double fraction)> onProgress;
 

@@ -29,7 +29,9 @@ int32_t OpenMember(ConversionJob& job, const MemberSource& source, const Deflate
   constexpr size_t kLongestName = 0xffff;
   if (source.name.size() > kLongestName) return ZIP_PARAMERROR;
   zip_fileinfo info{};
-  info.dosDate = source.isHeld ? platform::DosTimeNow() : platform::DosWriteTime(source.path);
+  info.dosDate = job.memberDate  ? *job.memberDate
+                 : source.isHeld ? platform::DosTimeNow()
+                                 : platform::DosWriteTime(source.path);
   const bool isLarge = platform::FileSize(source.path) >= kLargeMember;
   if (packed && packed->isText) info.internal_fa = Z_TEXT;
   const int level = packed ? Z_DEFAULT_COMPRESSION : StreamLevel(job.packLevel);

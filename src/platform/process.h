@@ -25,6 +25,9 @@ void ReturnFreedMemory();
 /// Folder of the running executable with a trailing separator; empty when it cannot be told.
 std::string ExecutableFolder();
 
+/// Path of the running executable; empty when it cannot be told.
+std::string ExecutablePath();
+
 /// Folder of the file, program or library, that this code is in, likewise.
 std::string OwnFolder();
 

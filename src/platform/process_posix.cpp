@@ -120,11 +120,14 @@ void ReturnFreedMemory() {
 #endif
 }
 
-std::string ExecutableFolder() {
+std::string ExecutablePath() {
   char path[PATH_MAX];
   const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-  if (length <= 0) return {};
-  const std::string whole(path, static_cast<size_t>(length));
+  return length <= 0 ? std::string() : std::string(path, static_cast<size_t>(length));
+}
+
+std::string ExecutableFolder() {
+  const std::string whole = ExecutablePath();
   return whole.substr(0, whole.rfind('/') + 1);
 }
 

@@ -103,11 +103,14 @@ void OpenStandardStreams() {}
 
 void ReturnFreedMemory() {}
 
-std::string ExecutableFolder() {
+std::string ExecutablePath() {
   char path[MAX_PATH * 4];
   const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
-  if (length == 0 || length >= sizeof path) return {};
-  const std::string whole(path, length);
+  return length == 0 || length >= sizeof path ? std::string() : std::string(path, length);
+}
+
+std::string ExecutableFolder() {
+  const std::string whole = ExecutablePath();
   return whole.substr(0, whole.rfind('\\') + 1);
 }
 

@@ -38,6 +38,11 @@ std::string DescribePlaces(const std::vector<std::string>& places) {
   return text;
 }
 
+/// Whether the reader has taken the picture out of the model, into the folder where it is converted.
+bool IsEmbedded(const fs::path& picture, const ts3d::ConversionJob& job) {
+  return picture.string().starts_with(platform::NativePath(job.modelDirectory));
+}
+
 struct MissingPicture : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
@@ -97,10 +102,12 @@ void TextureConverter::Bring(const Request& request) {
   }
   if (request.exists && request.IsTga() && !IsWrittenByUs(request.target)) {
     pictures_.try_emplace(request.tgaName, request.target);
+    inputs_.insert(finder_.Folder() / request.tgaName);
     return CheckOwn(request);
   }
   const TextureSearch search = FindPicture(request.job, request.source);
   if (search.found.empty()) {
+    inputs_.insert(search.places.begin(), search.places.end());
     if (request.exists) return CheckReused(request);
     throw MissingPicture(DescribePlaces(search.places));
   }
@@ -111,9 +118,18 @@ void TextureConverter::Bring(const Request& request) {
   }
   ConvertOrEmbedded(request, search.found);
   pictures_[request.tgaName] = search.found;
-  const bool isEmbedded = search.found.string().starts_with(platform::NativePath(request.job.modelDirectory));
-  if (!isEmbedded && finder_.IsOutside(search.found))
-    outside_.insert(search.found.lexically_normal().string());
+  if (IsEmbedded(search.found, request.job)) return;
+  inputs_.insert(search.found);
+  if (finder_.IsOutside(search.found)) outside_.insert(search.found.lexically_normal().string());
+}
+
+std::set<fs::path> TextureConverter::FindInputs(const ts3d::ConversionJob& job) {
+  std::set<fs::path> inputs;
+  job.scene->ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
+    const TextureSearch search = FindPicture(job, texture.GetFileName());
+    if (!search.found.empty() && !IsEmbedded(search.found, job)) inputs.insert(search.found);
+  });
+  return inputs;
 }
 
 /// Looks for the picture `source`. One that is embedded, and was taken out to `source`, comes last.

@@ -49,6 +49,10 @@ class TextureConverter {
   bool Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists);
 
   const std::vector<TextureProblem>& Problems() const { return problems_; }
+  /// Files that the pictures come from and, for those that are missing, the paths where they would be found.
+  const std::set<std::filesystem::path>& Inputs() const { return inputs_; }
+  /// Files that the pictures of the job's scene, which is loaded, would come from; embedded ones have none.
+  std::set<std::filesystem::path> FindInputs(const ts3d::ConversionJob& job);
   /// Paths of the pictures used that lie outside the model's folder and those below it.
   const std::set<std::string>& OutsidePictures() const { return outside_; }
 
@@ -76,6 +80,7 @@ class TextureConverter {
   std::map<std::string, std::filesystem::path> pictures_;           ///< what each ".tga" file is made of
   std::map<std::filesystem::path, Decoded> decoded_;                ///< by picture; each is decoded once
   std::vector<TextureProblem> problems_;
+  std::set<std::filesystem::path> inputs_;
   std::set<std::string> outside_;
 };
 

@@ -34,6 +34,9 @@ class TextureFinder {
   /// @param fileName,relativeFileName either may be empty
   TextureSearch Find(std::string_view fileName, std::string_view relativeFileName);
 
+  /// The model's.
+  const std::filesystem::path& Folder() const { return folder_; }
+
   /// Whether the file `path` lies neither below the model's folder nor one that was given, behind all links.
   bool IsOutside(const std::filesystem::path& path) const;
 
