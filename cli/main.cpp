@@ -16,6 +16,7 @@
 #include "commands/command_line.h"
 #include "commands/completion_command.h"
 #include "commands/convert_command.h"
+#include "commands/diff_command.h"
 #include "commands/export_command.h"
 #include "commands/finish_command.h"
 #include "commands/inspect_command.h"
@@ -44,11 +45,12 @@ struct Command {
   void (*add)(CLI::App& app, cli::RunCommand& run);
 };
 constexpr Command kCommands[] = {
-    {"convert", cli::AddConvertCommand},       {"check", cli::AddCheckCommand},
-    {"finish", cli::AddFinishCommand},         {"inspect", cli::AddInspectCommand},
-    {"preview", cli::AddPreviewCommand},       {"prove", cli::AddProveCommand},
-    {"export", cli::AddExportCommand},         {"repack", cli::AddRepackCommand},
-    {"completion", cli::AddCompletionCommand}, {"manual", cli::AddManualCommand}};
+    {"convert", cli::AddConvertCommand}, {"check", cli::AddCheckCommand},
+    {"finish", cli::AddFinishCommand},   {"inspect", cli::AddInspectCommand},
+    {"preview", cli::AddPreviewCommand}, {"prove", cli::AddProveCommand},
+    {"export", cli::AddExportCommand},   {"diff", cli::AddDiffCommand},
+    {"repack", cli::AddRepackCommand},   {"completion", cli::AddCompletionCommand},
+    {"manual", cli::AddManualCommand}};
 
 /// Adds the commands that `first`, the first word of the command line, may need. Setting up all of them takes
 /// as long as a small mesh.

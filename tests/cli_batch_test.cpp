@@ -127,7 +127,8 @@ TEST_F(Batch, UpdateConvertsWhatIsOlderThanItsInputsAndBytesRepeat) {
   const auto converted = [&] {
     EXPECT_EQ(Run(convert + "--update"), 0) << errors_;
     std::string names;
-    for (const Json& model : Json::parse(ReadWholeFile(folder_.Path("r.json")))["models"])
+    const Json report = Json::parse(ReadWholeFile(folder_.Path("r.json")));
+    for (const Json& model : report["models"])
       names += model["up_to_date"] ? "" : model["model"].get<std::string>() + " ";
     return names;
   };
@@ -150,7 +151,7 @@ TEST_F(Batch, WatchConvertsAgainWhatChanges) {
   CopySample("in/a.fbx");
   const int terminal = StartInTerminal({"convert", "in", "-o", "out", "--watch"});
   std::string screen;
-  ReadUntil(terminal, "watching 1 models", screen);
+  ReadUntil(terminal, "watching 1 model;", screen);
   screen.clear();
   support::Character other;
   other.Triangle("Body");

@@ -3,6 +3,7 @@
 // The commands that read packages, as a person or a script runs them.
 #include <nlohmann/json.hpp>
 
+#include "inspect/compare_packages.h"
 #include "support/sample_actor.h"
 #include "support/tool.h"
 
@@ -43,6 +44,42 @@ TEST_F(PackageTool, WhatIsNoPackageIsRefusedInOneLine) {
     EXPECT_EQ(output_.empty(), !isJson);
   }
   EXPECT_EQ(Files(), "empty text.czp");
+}
+
+TEST_F(PackageTool, DiffTellsWhatHasChangedAndNothingElse) {
+  CopySample("a.fbx");
+  ASSERT_EQ(Run("convert -q a.fbx"), 0);
+  ASSERT_EQ(Run("convert -q a.fbx -o same --pack small"), 0);
+  ASSERT_EQ(Run("convert -q a.fbx -o other --exclude backpack --rotation-y 9 --double-sided hat"), 0);
+  EXPECT_EQ(Run("diff a.czp same/a.czp"), 0) << output_;
+  EXPECT_EQ(Run("diff a.czp other/a.czp --picture both.png"), 1) << errors_;
+  for (const char* line :
+       {"\nMeshes and weights\n  - backpack_a: is gone\n", "\nDocument\n  ~ a.xfg: rotation about y 0 -> 9\n",
+        "  + a.xfg: now: mesh \"hat\" of hat.cmf, seen from both sides\n"})
+    EXPECT_NE(output_.find(line), std::string::npos) << output_;
+  EXPECT_EQ(output_.find("Bones"), std::string::npos) << output_;
+  const std::string png = support::ReadWholeFile(folder_.Path("both.png"));
+  EXPECT_EQ(png.substr(16, 8), std::string("\0\0\4\0\0\0\2\0", 8)) << "1024 x 512";
+
+  actor::PackageContents before = support::SampleContents(), after = support::SampleContents();
+  actor::Actor old, changed;
+  actor::Findings findings;
+  std::string error;
+  ASSERT_TRUE(BuildActor(before, old, findings, error) && BuildActor(after, changed, findings, error));
+  changed.skeleton.bones[3].translation[0] += 1;
+  changed.meshes[0].vertices[5].position[1] += 2;
+  changed.meshes[0].influences[0].weight -= 0.25f;
+  changed.materials[0].diffuse[0] ^= 1;
+  changed.pictures[0].bytes.back() ^= 1;
+  std::string codes;
+  for (const actor::Difference& difference : actor::ComparePackages({before, old}, {after, changed}))
+    codes += difference.code + " ";
+  EXPECT_EQ(codes, "bone-moved mesh-points mesh-weights material-colour picture-pixels ");
+
+  folder_.Write("text.czp", "no archive");
+  EXPECT_EQ(Run("diff a.czp text.czp --json"), 2);
+  EXPECT_NE(output_.find("\"unreadable-package\""), std::string::npos);
+  EXPECT_EQ(Run("diff a.czp other/a.czp --json"), 1);
 }
 
 TEST_F(PackageTool, ExportWritesAllFilesOrNone) {

@@ -12,6 +12,7 @@
 #include "host/input_problem.h"
 #include "host/load_package.h"
 #include "host/replace_files.h"
+#include "output/drawn_png.h"
 #include "output/exit_codes.h"
 #include "output/package_pictures.h"
 #include "output/terminal.h"
@@ -19,7 +20,6 @@
 #include "preview/page.h"
 #include "preview/picture.h"
 #include "preview/stand.h"
-#include "textures/png_writer.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -92,16 +92,6 @@ void WriteFile(const fs::path& path, std::string bytes) {
   } catch (const std::runtime_error& error) {
     throw Failure(kNotWritten, error.what());
   }
-}
-
-std::string ToPng(const preview::Image& drawn) {
-  const size_t pixels = drawn.rgb.size() / 3;
-  textures::Image image{drawn.width, drawn.height, ts3d::PixelBytes(pixels * 4)};
-  for (size_t i = 0; i < pixels; ++i) {
-    std::copy_n(&drawn.rgb[3 * i], 3, &image.rgba[4 * i]);
-    image.rgba[4 * i + 3] = 255;
-  }
-  return textures::EncodePng(std::move(image));
 }
 
 /// "picture.png" -> "picture_007.png"

@@ -118,28 +118,27 @@ class Watcher {
   std::map<fs::path, Watched> watched_;
 };
 
-/// @return the exit status when it was interrupted, else 0
-int WaitAWhile() {
+void WaitAWhile(const InterruptWatch& watch) {
   constexpr int kSlices = 10;
-  const InterruptWatch watch;
   for (int i = 0; i < kSlices && !watch.Interrupted(); ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  return watch.Interrupted() ? kInterrupted - SIGINT + watch.Signal() : 0;
 }
 
 }  // namespace
 
 int WatchModels(const ConvertOptions& options, const ConvertModels& convert) {
+  const InterruptWatch watch;
   Watcher watcher(options, convert);
   int status = watcher.ConvertDue();
-  if (status == 0)
-    PrintMessage("", Severity::Note,
-                 "watching " + std::to_string(watcher.Count()) + " models; Ctrl-C ends it");
-  while (status == 0) {
-    status = WaitAWhile();
-    if (status == 0) status = watcher.ConvertDue();
+  if (status != 0) return status;
+  PrintMessage("", Severity::Note,
+               "watching " + std::to_string(watcher.Count()) + (watcher.Count() == 1 ? " model" : " models") +
+                   "; Ctrl-C ends it");
+  while (status == 0 && !watch.Interrupted()) {
+    WaitAWhile(watch);
+    if (!watch.Interrupted()) status = watcher.ConvertDue();
   }
-  return status;
+  return status != 0 ? status : kInterrupted - SIGINT + watch.Signal();
 }
 
 }  // namespace cli

@@ -10,6 +10,8 @@ namespace cli {
 namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
+/// How many watches live. What comes between two of them inside another is not lost.
+int watches = 0;
 
 /// What may not take more than a moment can hang for ever: in a library, or at the question for a password.
 void SetDeadline([[maybe_unused]] unsigned seconds) {
@@ -44,11 +46,13 @@ void SetHandlers(void (*handler)(int)) {
 }  // namespace
 
 InterruptWatch::InterruptWatch() {
+  if (watches++ > 0) return;
   interrupted = 0;
   SetHandlers(NoteInterrupt);
 }
 
 InterruptWatch::~InterruptWatch() {
+  if (--watches > 0) return;
   SetDeadline(0);
   SetHandlers(SIG_DFL);
 }

@@ -5,7 +5,7 @@ namespace cli {
 
 /// As long as it lives, a wish to end the process (Ctrl-C, a closed terminal, a batch system) is noted
 /// instead of obeyed, so that nothing half done is left. What has not ended three seconds later is ended by
-/// the system. One at a time.
+/// the system. One may live inside another.
 class InterruptWatch {
  public:
   InterruptWatch();

@@ -12,7 +12,8 @@ constexpr std::pair<int, const char*> Known(int32_t code) { return {code, ts3d::
 
 constexpr std::pair<int, const char*> kCodes[] = {
     {kSuccess, "success"},
-    {kWarnings, "check or inspect have found something wrong; with --strict: there are warnings"},
+    {kWarnings,
+     "check or inspect have found something wrong, diff a difference; with --strict: there are warnings"},
     {kUnreadable, "an input cannot be read; it is damaged or of a format that is not read"},
     {kNotWritten, "an output cannot be written; is its folder writable and the disk not full?"},
     Known(FBX_TO_TS3D_SKELETON_FAILED),
