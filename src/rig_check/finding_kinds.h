@@ -42,6 +42,15 @@ inline constexpr FindingKind kAllLeftOut{
     "all-left-out", Warning, File, "Every mesh is left out, so the package shows nothing.",
     "Rename the meshes, rename the file if it is no actor, or exclude fewer names."};
 
+inline constexpr FindingKind kActor{
+    "actor", Note, File,
+    "The path makes the model an {}: it is stood upright, its head parts are left out, and it gets the "
+    "product's materials.",
+    "Take \"actor (...)\" out of its path if it is none."};
+inline constexpr FindingKind kMotion{
+    "motion-left-out", Note, File, "Packages hold no motion; that of the file is left out: {}.",
+    "Nothing has to be done for the model itself."};
+
 // The skeleton.
 inline constexpr FindingKind kNoSkeleton{
     "no-skeleton", Warning, File,
@@ -188,6 +197,9 @@ inline constexpr FindingKind kHeadPart{
     "head-part", Note, Mesh,
     "By the name a part of the head, which is left out: actors get the product's own head.",
     "To keep a part, give it another name."};
+inline constexpr FindingKind kHiddenMesh{
+    "hidden-mesh", Note, Mesh, "Hidden in the modelling program; it is converted all the same.",
+    "Leave it out with --exclude, or delete it before the export."};
 inline constexpr FindingKind kExcluded{"excluded", Note, Mesh, "Left out, as you asked for.", ""};
 inline constexpr FindingKind kUnknownExclusion{
     "unknown-exclusion", Warning, Mesh,

@@ -87,6 +87,7 @@ void RigFaults::Take(const ConvertedMesh& mesh, const ConversionJob& job) {
 
 void RigFaults::Tell(const ConversionJob& job, RigReport& report) const {
   TellFileFaults(job, report);
+  TellChoices(job, report);
   const bool isHidden = TellLostBones(job, meshes_, report);
   if (job.skeleton->hasExtractedBones) {
     TellSkinPlaces(job, meshes_, report);

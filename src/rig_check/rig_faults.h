@@ -52,6 +52,9 @@ bool TellLostBones(const ConversionJob& job, const std::vector<MeshFacts>& meshe
 void TellSkinPlaces(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report);
 /// The same for models without a skeleton.
 void TellStaticMeshes(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report);
+// tell_choices.cpp: what the conversion does unasked, and nobody would see.
+void TellChoices(const ConversionJob& job, RigReport& report);
+
 // tell_root_scale.cpp: the place of a scaled root.
 void TellRootScale(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report);
 // tell_parts.cpp: parts that get the material of another one.

@@ -125,9 +125,9 @@ KFbxObject* SceneBuilder::CreateObject(const FbxObject& object) {
 
 KFbxNode* SceneBuilder::CreateNode(const FbxObject& object) {
   KFbxNode& node = scene_.Create<KFbxNode>(object.name);
-  node.SetTransformProperties(object.channels
-                                  ? TransformOf(object.channels)
-                                  : ReadTransform(Properties(object.record, TemplateOf("Model"))));
+  const Properties properties(object.record, TemplateOf("Model"));
+  node.SetTransformProperties(object.channels ? TransformOf(object.channels) : ReadTransform(properties));
+  if (properties.Number("Visibility", 1.0) == 0.0 || properties.Integer("Show", 1) == 0) node.Hide();
   return &node;
 }
 

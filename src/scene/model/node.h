@@ -29,6 +29,14 @@ class KFbxNode : public KFbxObject {
     return attribute_ && attribute_->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eSKELETON;
   }
 
+  /// Whether this node, or one above it, was hidden in the modelling program.
+  bool IsHidden() const {
+    for (const KFbxNode* node = this; node; node = node->parent_) {
+      if (node->hidden_) return true;
+    }
+    return false;
+  }
+
   int GetMaterialCount() const { return static_cast<int>(materials_.size()); }
   KFbxSurfaceMaterial* GetMaterial(int i) const { return materials_[static_cast<size_t>(i)]; }
 
@@ -51,6 +59,7 @@ class KFbxNode : public KFbxObject {
   void AddMaterial(KFbxSurfaceMaterial& material) { materials_.push_back(&material); }
   void SetTransformProperties(const TransformProperties& properties);
   const TransformProperties& GetTransformProperties() const { return properties_; }
+  void Hide() { hidden_ = true; }
   void SetGlobalFromDefaultTake(const KFbxXMatrix& global) { global_ = global; }
 
  private:
@@ -58,6 +67,7 @@ class KFbxNode : public KFbxObject {
   std::vector<KFbxNode*> children_;
   KFbxNodeAttribute* attribute_ = nullptr;
   std::vector<KFbxSurfaceMaterial*> materials_;
+  bool hidden_ = false;
   TransformProperties properties_;
   KFbxXMatrix global_;
   KFbxXMatrix geometric_;

@@ -24,6 +24,8 @@ class KFbxScene : public KFbxObject {
   /// Whether the numbers of a text file were written with decimal commas, as programs did in countries that
   /// write numbers so. Commas stand between numbers in such a file, too: each of them reads as two.
   bool HasDecimalCommas() const;
+  /// The names of the motions, in which something moves, in the order of the file.
+  std::vector<KString> GetMotions() const;
   int GetPoseCount() const { return static_cast<int>(poses_.size()); }
   KFbxPose* GetPose(int i) const { return poses_[static_cast<size_t>(i)]; }
 
