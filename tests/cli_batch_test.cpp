@@ -9,6 +9,7 @@
 #include <array>
 #include <chrono>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <thread>
 
 #include "support/character.h"
@@ -33,9 +34,10 @@ class Batch : public Tool {
   }
 
   /// Starts the tool in a terminal of its own. @return the terminal; `process_` is the tool
-  int StartInTerminal(const std::vector<std::string>& arguments) {
+  int StartInTerminal(const std::vector<std::string>& arguments, unsigned short columns = 80) {
     int terminal = -1;
-    process_ = forkpty(&terminal, nullptr, nullptr, nullptr);
+    const winsize size{24, columns, 0, 0};
+    process_ = forkpty(&terminal, nullptr, nullptr, &size);
     if (process_ != 0) return terminal;
     setenv("TERM", "xterm", 1);
     std::vector<char*> words{const_cast<char*>("fbx2czp")};
@@ -233,6 +235,37 @@ TEST_F(Batch, ATerminalShowsABarAndColoursUnlessTheyAreSwitchedOff) {
   EXPECT_NE(screen.find("% head\033[K"), std::string::npos) << screen;
   EXPECT_EQ(screen.find("\033[3"), std::string::npos) << screen;
   EXPECT_NE(screen.find("\r\033[Kfbx2czp: scout.fbx: "), std::string::npos);
+}
+
+TEST_F(Batch, ManyAreToldByTheKindInATableThatFitsTheTerminal) {
+  const std::string wide = "\xe6\x97\xa5\xe6\x9c\xac\xe8\xaa\x9e";  // three letters, six columns
+  CopySample("m/a.fbx");
+  CopySample("m/" + wide + ".fbx");
+  CopySample("m/a name that is much longer than any terminal of this width could be expected to show.fbx");
+  std::string screen;
+  EXPECT_EQ(WatchTerminal(StartInTerminal({"convert", "m", "none.fbx", "--jobs", "1"}, 50), screen), 66);
+  EXPECT_NE(screen.find("2 of 4, 0 failed, "), std::string::npos) << screen;
+  EXPECT_NE(screen.find("a name that is much longer than any terminal of this width could be expected to "
+                        "show.fbx and 2 more: "),
+            std::string::npos)
+      << screen;
+  EXPECT_EQ(screen.find("cloth.tga\" is not found", screen.find("is not found") + 20), std::string::npos)
+      << "one line for all: " << screen;
+  const auto column = [](const std::string& line) {
+    size_t columns = 0;
+    for (const char c : line.substr(0, line.find("ok ")))
+      columns += (c & 0xe0) == 0xe0 ? 2u : (c & 0xc0) == 0x80 ? 0u : 1u;
+    return columns;
+  };
+  std::istringstream lines(screen.substr(screen.find("\nmodel ") + 1));
+  std::string line;
+  std::getline(lines, line);
+  const size_t expected = line.find("result");
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_TRUE(std::getline(lines, line));
+    EXPECT_EQ(column(line), expected) << line;
+    EXPECT_LE(line.size(), 53u) << line;
+  }
 }
 
 TEST_F(Batch, CtrlCLeavesWholePackagesOrNone) {

@@ -42,6 +42,8 @@ TEST_F(CheckCommand, ExitsWithTheWorstModelAndWritesNothing) {
   EXPECT_NE(output_.find("[texture-unreadable]\n    Fix: "), std::string::npos) << output_;
   EXPECT_EQ(output_.find("sound.fbx"), std::string::npos) << "notes are not shown";
   EXPECT_EQ(Run("check text.fbx missing.fbx sound.fbx"), 2);
+  EXPECT_TRUE(output_.ends_with("\n3 models: 1 sound, 0 with warnings, 2 that cannot be converted\n"))
+      << output_;
   EXPECT_EQ(Run("check"), 64);
   std::filesystem::create_directories(folder_.Path("empty"));
   EXPECT_EQ(Run("check empty"), 66);

@@ -71,9 +71,10 @@ TEST_F(Tool, ConvertLeavesPackageAndDocumentBesideTheModelAndNothingElse) {
   CopySample("models/scout.fbx");
   EXPECT_EQ(Run("convert models/scout.fbx"), 0) << errors_;
   EXPECT_EQ(Files("models"), "scout.czp scout.fbx scout.xfg");
-  EXPECT_TRUE(output_.ends_with(" bytes\n")) << output_;
+  EXPECT_TRUE(output_.ends_with(" bytes\n  beside it: scout.xfg\n")) << output_;
+  EXPECT_FALSE(Printed("CZP") || Printed(">>>")) << "the engine's own lines: " << errors_;
+  EXPECT_EQ(Run("convert models/scout.fbx -v"), 0) << errors_;
   EXPECT_TRUE(Printed("Successfully created CZP File\n"));
-  EXPECT_FALSE(Printed("% done"));
 }
 
 TEST_F(Tool, ConvertIntoAFolderTouchesNothingBesideTheModel) {

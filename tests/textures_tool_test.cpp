@@ -136,13 +136,13 @@ TEST_F(ToolTextures, OfTheSampleAreFoundAndConverted) {
 TEST_F(ToolTextures, AreMadeAnewWhenThePictureIsNewerUnlessSomebodyElseMadeThem) {
   WriteModel({"C:\\art\\cloth.PNG"});
   CopyCloth("cloth.png");
-  ASSERT_EQ(Run("convert hero.fbx"), 0);
+  ASSERT_EQ(Run("convert -v hero.fbx"), 0);
   EXPECT_TRUE(Printed("Converting Texture: ")) << errors_;
-  ASSERT_EQ(Run("convert hero.fbx"), 0);
+  ASSERT_EQ(Run("convert -v hero.fbx"), 0);
   EXPECT_FALSE(Printed("Converting Texture: ")) << errors_;
   SetAge("cloth.tga", 2h);
   SetAge("cloth.png", 1h);
-  ASSERT_EQ(Run("convert hero.fbx"), 0);
+  ASSERT_EQ(Run("convert -v hero.fbx"), 0);
   EXPECT_TRUE(Printed("Converting Texture: ")) << errors_;
 
   ASSERT_EQ(Run("convert hero.fbx -q --max-texture 63"), 0);

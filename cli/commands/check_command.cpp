@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "commands/check_command.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -76,18 +78,26 @@ int RunCheck(const CheckCommandOptions& options) {
   const std::vector<ModelTask> tasks = FindModels(options.models);
   std::vector<CheckedModel> models;
   ExitStatus all;
+  std::array<size_t, 3> counts{};  // sound, with warnings, not to be converted
   for (const ModelTask& task : tasks) {
     int status = kSuccess;
     CheckedModel model{task.name, CheckModel(task.model, options, status), {}};
     model.renames = Renames(model.report, options.renamePreset);
-    all.Add(status != kSuccess ? status : StatusOf(model.report));
+    if (status == kSuccess) status = StatusOf(model.report);
+    all.Add(status);
+    ++counts[static_cast<size_t>(std::min(status, kWarnings + 1))];
     if (options.json) {
       models.push_back(std::move(model));
     } else {
       PrintReport(model, options.quiet, tasks.size() > 1);
     }
   }
-  if (options.json) std::fputs(ReportsAsJson(models).c_str(), stdout);
+  if (options.json) {
+    std::fputs(ReportsAsJson(models).c_str(), stdout);
+  } else if (tasks.size() > 1 && !options.quiet) {
+    std::printf("%zu models: %zu sound, %zu with warnings, %zu that cannot be converted\n", tasks.size(),
+                counts[0], counts[1], counts[2]);
+  }
   return all.Get();
 }
 

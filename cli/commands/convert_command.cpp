@@ -13,12 +13,14 @@
 #include "convert/convert_options.h"
 #include "convert/convert_report.h"
 #include "convert/mesh_options.h"
+#include "convert/summary_table.h"
 #include "convert/unmatched_options.h"
 #include "convert/watch.h"
 #include "host/find_models.h"
 #include "host/host_paths.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
+#include "platform/process.h"
 #include "textures/image_reader.h"
 
 namespace cli {
@@ -79,7 +81,8 @@ ConvertedModels ConvertAndTell(const ConvertOptions& options, const std::vector<
   for (const ts3d::Finding& warning : warnings)
     PrintMessage(tasks.size() == 1 ? tasks.front().name : "", Severity::Warning, warning.text);
   if (tasks.size() > 1 && options.verbosity != Verbosity::Quiet)
-    std::fputs(SummaryTable(results, seconds).c_str(), options.Summary());
+    std::fputs(SummaryTable(results, seconds, platform::TerminalColumns(options.Summary())).c_str(),
+               options.Summary());
   if (!options.report.empty()) WriteReport(options.report, results, warnings, seconds);
   if (signal == 0) {
     const int status = StatusOf(results, options.strict, warnings.size());

@@ -10,11 +10,12 @@
 #include <thread>
 
 #include "convert/foreign_package.h"
+#include "convert/message_groups.h"
+#include "convert/result_messages.h"
 #include "host/child_process.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
 #include "host/interrupt.h"
-#include "output/describe_finding.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
 #include "platform/files.h"
@@ -98,6 +99,7 @@ class Batch {
     signal = watch.Signal();
     printer_.ClearBar();
     running_.clear();
+    groups_.Print(options_.verbosity != Verbosity::Quiet);
     return Finished();
   }
 
@@ -228,7 +230,7 @@ class Batch {
   void Complete(size_t index, const WorkFolder& work, ModelResult result) {
     if (result.code == 0 && !result.isCurrent) {
       try {
-        Publish(tasks_[index], work);
+        result.beside = Publish(tasks_[index], work);
       } catch (const fs::filesystem_error& error) {
         result.code = kNotWritten;
         const std::string folder = tasks_[index].folder.string();
@@ -252,24 +254,14 @@ class Batch {
 
   void Tell(size_t index, ModelResult result) {
     result.model = tasks_[index].name;
-    printer_.ModelDone();
+    const std::vector<ts3d::Finding> messages = MessagesOf(result);
+    printer_.ModelDone(result.code != 0, Sum({result}).warnings);
     printer_.ClearBar();
-    for (const std::string& loss : result.Losses()) PrintMessage(result.model, Severity::Warning, loss);
-    if (options_.verbosity != Verbosity::Quiet) {
-      for (const ts3d::Finding& note : result.notes) PrintMessage(result.model, Severity::Note, note.text);
+    if (TellsAll()) {
+      for (const std::string& loss : result.Losses()) PrintMessage(result.model, Severity::Warning, loss);
     }
-    for (const ts3d::Finding& fault : result.faults) TellFault(result.model, fault);
-    if (result.code != 0) {
-      PrintMessage(result.model, Severity::Error, result.reason);
-    } else if (result.isCurrent) {
-      if (TellsSuccess())
-        std::fprintf(options_.Summary(), "%s: up to date\n", Printable(result.package).c_str());
-    } else if (TellsSuccess()) {
-      std::fprintf(options_.Summary(), "%s: %d points of the model, %d triangles, %ju bytes\n",
-                   Printable(result.package).c_str(), result.vertices, result.triangles,
-                   static_cast<uintmax_t>(result.packageBytes));
-      std::fflush(options_.Summary());
-    }
+    for (const ts3d::Finding& message : messages) TellOrKeep(result.model, message);
+    if (result.code == 0 && TellsSuccess()) TellSuccess(result);
     results_[index] = std::move(result);
   }
 
@@ -278,11 +270,31 @@ class Batch {
            (tasks_.size() == 1 && options_.verbosity == Verbosity::Normal);
   }
 
-  void TellFault(const std::string& model, const ts3d::Finding& fault) const {
-    const bool isNote = fault.severity == ts3d::Severity::Note;
+  /// Of many models only failures are told at once.
+  void TellOrKeep(const std::string& model, const ts3d::Finding& message) {
+    // Another model may have what this one has not.
+    if (message.subject == ts3d::Subject::Option) return;
+    const bool isNote = message.severity == ts3d::Severity::Note;
     if (isNote && options_.verbosity == Verbosity::Quiet) return;
-    PrintMessage(model, isNote ? Severity::Note : Severity::Warning,
-                 DescribeFinding(fault) + (fault.fix.empty() ? "" : " " + fault.fix));
+    if (TellsAll() && IsLoss(message)) return;  // these are told
+    if (TellsAll() || message.severity == ts3d::Severity::Fatal) return TellFinding(model, message);
+    groups_.Add(model, message);
+  }
+
+  bool TellsAll() const { return tasks_.size() == 1 || options_.verbosity == Verbosity::Verbose; }
+
+  void TellSuccess(const ModelResult& result) const {
+    if (result.isCurrent) {
+      std::fprintf(options_.Summary(), "%s: up to date\n", Printable(result.package).c_str());
+      return;
+    }
+    std::string text = Printable(result.package) + ": " + std::to_string(result.vertices) +
+                       " points of the model, " + std::to_string(result.triangles) + " triangles, " +
+                       std::to_string(result.packageBytes) + " bytes\n";
+    for (size_t i = 0; i < result.beside.size(); ++i)
+      text += (i == 0 ? "  beside it: " : ", ") + Printable(result.beside[i]);
+    std::fputs((text + (result.beside.empty() ? "" : "\n")).c_str(), options_.Summary());
+    std::fflush(options_.Summary());
   }
 
   const std::vector<ModelTask>& tasks_;
@@ -291,6 +303,7 @@ class Batch {
   StatusPrinter printer_;
   std::vector<std::optional<ModelResult>> results_;
   std::list<Running> running_;
+  MessageGroups groups_;
   std::map<fs::path, size_t> packages_;  ///< whose package each is
   size_t next_ = 0;
 };

@@ -239,20 +239,22 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   return result;
 }
 
-void Publish(const ModelTask& task, const WorkFolder& work) {
+std::vector<std::string> Publish(const ModelTask& task, const WorkFolder& work) {
   fs::create_directories(task.folder);
+  std::vector<std::string> beside{WithExtension(task.Package().filename(), "xfg").string()};
   // Beside the model, converted pictures serve the next conversion. Somebody's own file is not written over.
   for (const std::string& name : work.NewPictures()) {
     const fs::path target = task.folder / name;
     const bool isOurs = fs::is_regular_file(fs::symlink_status(target)) && textures::IsWrittenByUs(target);
     if (task.folder == task.model.parent_path() && (isOurs || !fs::exists(fs::symlink_status(target)))) {
       work.MoveTo(task.folder, name);
+      beside.push_back(name);
     }
   }
   // The package first: a new document beside an old package is worse than the opposite.
   work.MoveTo(task.folder, task.Package().filename());
-  work.MoveTo(task.folder, WithExtension(task.Package().filename(), "xfg"));
-  if (fs::is_regular_file(task.Package())) return;
+  work.MoveTo(task.folder, beside.front());
+  if (fs::is_regular_file(task.Package())) return beside;
   throw fs::filesystem_error("the package is missing", task.Package(),
                              std::make_error_code(std::errc::no_such_file_or_directory));
 }

@@ -16,17 +16,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string TableLine(const std::string& name, const std::string& outcome, const Totals& totals,
-                      double seconds, int nameWidth) {
-  char numbers[160];
-  std::snprintf(numbers, sizeof numbers, "  %-7s %10lld %10lld %9d %12llu %8.2f\n", outcome.c_str(),
-                static_cast<long long>(totals.vertices), static_cast<long long>(totals.triangles),
-                totals.warnings, static_cast<unsigned long long>(totals.packageBytes), seconds);
-  std::string padded = Printable(name);
-  padded.resize(std::max(padded.size(), static_cast<size_t>(nameWidth)), ' ');
-  return padded + numbers;
-}
-
 }  // namespace
 
 std::vector<std::string> ModelResult::Losses() const {
@@ -124,25 +113,6 @@ Totals Sum(const std::vector<ModelResult>& results) {
       totals.warnings += message.severity == ts3d::Severity::Warning;
   }
   return totals;
-}
-
-std::string SummaryTable(const std::vector<ModelResult>& results, double seconds) {
-  size_t nameWidth = 5;
-  for (const ModelResult& result : results) nameWidth = std::max(nameWidth, Printable(result.model).size());
-  const int width = static_cast<int>(std::min<size_t>(nameWidth, 60));
-  char header[200];
-  std::snprintf(header, sizeof header,
-                "%-*s  result      points  triangles  warnings        bytes  seconds\n", width, "model");
-  std::string table = header;
-  for (const ModelResult& result : results) {
-    const std::string outcome = result.code != 0   ? "code " + std::to_string(result.code)
-                                : result.isCurrent ? "current"
-                                                   : "ok";
-    table += TableLine(result.model, outcome, Sum({result}), result.seconds, width);
-  }
-  const Totals totals = Sum(results);
-  const std::string outcome = std::to_string(totals.succeeded) + "/" + std::to_string(results.size());
-  return table + TableLine("all", outcome, totals, seconds, width);
 }
 
 }  // namespace cli

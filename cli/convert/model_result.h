@@ -37,10 +37,10 @@ struct ModelResult {
   std::vector<UnmatchedOption> unmatchedOptions;
   int32_t vertices = 0, triangles = 0;
   double seconds = 0.0;
-  bool isCurrent = false;  ///< not converted: the package is newer than all that it is made of
-  std::vector<std::string>
-      inputs;           ///< files that the package is made of, and where missing pictures would be
-  std::string package;  ///< path; empty on failure
+  bool isCurrent = false;           ///< not converted: the package is newer than all that it is made of
+  std::vector<std::string> inputs;  ///< files that it is made of, and where missing pictures would be
+  std::vector<std::string> beside;  ///< names of the other files that are left in the package's folder
+  std::string package;              ///< path; empty on failure
   uint64_t packageBytes = 0;
   std::vector<MemberSize> members;
 
@@ -60,8 +60,5 @@ struct Totals {
   int warnings = 0;  ///< coded ones, pictures that are missing, damage and faults of rigs
 };
 Totals Sum(const std::vector<ModelResult>& results);
-
-/// A table with a line for each model and one for all of them.
-std::string SummaryTable(const std::vector<ModelResult>& results, double seconds);
 
 }  // namespace cli

@@ -11,6 +11,9 @@ namespace cli {
 /// the rig, names that it does not have (notes: another model may have them), notes.
 std::vector<ts3d::Finding> MessagesOf(const ModelResult& result);
 
+/// Whether a message of MessagesOf is one of the losses of a result.
+bool IsLoss(const ts3d::Finding& message);
+
 /// A name that an option gives and that nothing has.
 ts3d::Finding UnmatchedFinding(const UnmatchedOption& unmatched, ts3d::Severity severity);
 

@@ -7,6 +7,7 @@
 #include "inspect/actor_measure.h"
 #include "output/inspection.h"
 #include "output/terminal.h"
+#include "output/text_width.h"
 
 namespace cli {
 namespace {
@@ -19,25 +20,19 @@ std::string Number(double value) {
   return text;
 }
 
-/// Characters, not bytes, so that columns of names in UTF-8 stay straight.
-size_t Width(const std::string& text) {
-  return static_cast<size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xc0) != 0x80; }));
-}
-
 /// Rows with their columns one below the other, the first to the left, the others to the right; the first row
 /// is the heading.
 std::string Table(const std::vector<Row>& rows) {
   if (rows.size() == 1) return {};
   std::vector<size_t> widths(rows[0].size());
   for (const Row& row : rows) {
-    for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], Width(row[i]));
+    for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], DisplayWidth(row[i]));
   }
   std::string text;
   for (const Row& row : rows) {
     std::string line = "  ";
     for (size_t i = 0; i < row.size(); ++i) {
-      const std::string gap(widths[i] - Width(row[i]), ' ');
+      const std::string gap(widths[i] - DisplayWidth(row[i]), ' ');
       line += i == 0 ? row[i] + gap : "  " + gap + row[i];
     }
     line.erase(line.find_last_not_of(' ') + 1);

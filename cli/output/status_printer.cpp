@@ -4,15 +4,18 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "output/terminal.h"
+#include "output/text_width.h"
+#include "platform/process.h"
 
 namespace cli {
 namespace {
 
 constexpr std::string_view kMeshLine = "Writing CMF Mesh: ";
 constexpr std::string_view kProgressLine = "Writing Mesh: ";
-constexpr int kBarWidth = 30;
+constexpr int kBarWidth = 20;
 
 bool IsProblem(std::string_view line) { return line.starts_with(">>>") || line.starts_with("***"); }
 
@@ -25,43 +28,48 @@ bool IsProgressLine(std::string_view line) {
 StatusPrinter::StatusPrinter(Verbosity verbosity, size_t total)
     : verbosity_(verbosity), showsBar_(verbosity == Verbosity::Normal && IsTerminal(stderr)), total_(total) {}
 
-bool StatusPrinter::Wants(std::string_view line) const {
-  if (IsProgressLine(line)) return showsBar_ || verbosity_ == Verbosity::Verbose;
-  return showsBar_ || TellsAll() || IsProblem(line);
-}
-
-bool StatusPrinter::TellsAll() const {
-  // Of many models only what is wrong is told.
-  return verbosity_ == Verbosity::Verbose || (verbosity_ == Verbosity::Normal && total_ == 1);
-}
+bool StatusPrinter::Wants(std::string_view) const { return showsBar_ || verbosity_ == Verbosity::Verbose; }
 
 void StatusPrinter::Print(const std::string& model, std::string_view line) {
   if (line.starts_with(kMeshLine)) mesh_ = line.substr(kMeshLine.size());
   if (total_ > 1) ShowModels(model);
   if (IsProgressLine(line) && verbosity_ != Verbosity::Verbose) {
-    if (total_ == 1) ShowBar(std::atoi(std::string(line.substr(kProgressLine.size())).c_str()), mesh_);
+    if (total_ == 1) ShowBar(std::atoi(std::string(line.substr(kProgressLine.size())).c_str()), "", mesh_);
     return;
   }
-  if (!TellsAll() && !IsProblem(line)) return;
+  if (verbosity_ != Verbosity::Verbose) return;
   ClearBar();
   const std::string text = Printable(line);
   std::fprintf(stderr, "fbx2czp: %s: %s\n", Printable(model).c_str(),
                (IsProblem(line) ? Painted(stderr, Colour::Yellow, text) : text).c_str());
 }
 
-void StatusPrinter::ModelDone() { ++done_; }
-
-void StatusPrinter::ShowModels(const std::string& model) {
-  ShowBar(static_cast<int>(100 * done_ / total_),
-          std::to_string(done_) + "/" + std::to_string(total_) + " " + model);
+void StatusPrinter::ModelDone(bool hasFailed, int warnings) {
+  ++done_;
+  failed_ += hasFailed ? 1 : 0;
+  warnings_ += warnings;
 }
 
-void StatusPrinter::ShowBar(int percent, const std::string& text) {
+void StatusPrinter::ShowModels(const std::string& model) {
+  const std::string counter = std::to_string(done_) + " of " + std::to_string(total_) + ", " +
+                              std::to_string(failed_) + " failed, " + std::to_string(warnings_) +
+                              " warnings: ";
+  ShowBar(static_cast<int>(100 * done_ / total_), counter, model);
+}
+
+void StatusPrinter::ShowBar(int percent, const std::string& counter, const std::string& text) {
   if (!showsBar_) return;
   percent = std::clamp(percent, 0, 100);
   const std::string done(static_cast<size_t>(percent * kBarWidth / 100), '#');
-  std::fprintf(stderr, "\r[%-*s] %3d%% %.40s\033[K", kBarWidth, done.c_str(), percent,
-               Printable(text).c_str());
+  char bar[kBarWidth + 16];
+  std::snprintf(bar, sizeof bar, "[%-*s] %3d%% ", kBarWidth, done.c_str(), percent);
+  // A line that turns could not be taken away. What counts comes before the bar, and both before the name.
+  constexpr size_t kUsualColumns = 80, kShortestName = 12;
+  const size_t known = platform::TerminalColumns(stderr), columns = known > 0 ? known : kUsualColumns;
+  const bool hasBar = std::strlen(bar) + counter.size() + kShortestName < columns;
+  const std::string line = (hasBar ? bar : "") + counter;
+  const size_t room = columns > line.size() + 1 ? columns - line.size() - 1 : 0;
+  std::fprintf(stderr, "\r%s%s\033[K", line.c_str(), Shortened(Printable(text), room).c_str());
   barShown_ = true;
 }
 

@@ -11,7 +11,8 @@ enum class Verbosity { Quiet, Normal, Verbose };
 /// Whether a status line only tells how far a mesh is.
 bool IsProgressLine(std::string_view line);
 
-/// Prints status lines to standard error, each behind the name of its model, and a progress bar on terminals.
+/// Shows a progress bar on terminals. Prints status lines to standard error, each behind the name of its
+/// model, when everything is to be told.
 class StatusPrinter {
  public:
   /// @param total  models to convert; with more than one the bar counts them
@@ -21,18 +22,18 @@ class StatusPrinter {
   bool Wants(std::string_view line) const;
   void Print(const std::string& model, std::string_view line);
   /// Counts a model that is done.
-  void ModelDone();
+  void ModelDone(bool hasFailed, int warnings);
   /// Takes the bar away, so that something else can be printed.
   void ClearBar();
 
  private:
-  bool TellsAll() const;
-  void ShowBar(int percent, const std::string& text);
+  void ShowBar(int percent, const std::string& counter, const std::string& text);
   void ShowModels(const std::string& model);
 
   Verbosity verbosity_;
   bool showsBar_;
-  size_t total_, done_ = 0;
+  size_t total_, done_ = 0, failed_ = 0;
+  int warnings_ = 0;
   std::string mesh_;
   bool barShown_ = false;
 };

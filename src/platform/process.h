@@ -15,6 +15,9 @@ void DebugOutput(const char* text);
 /// Whether `stream` goes to a terminal that understands the usual control sequences.
 bool IsTerminal(std::FILE* stream);
 
+/// Columns of the terminal that `stream` goes to; 0 when there is none.
+size_t TerminalColumns(std::FILE* stream);
+
 /// Gives the process the three standard streams that it was
 /// started without, so that no other file takes their places.
 void OpenStandardStreams();

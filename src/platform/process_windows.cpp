@@ -99,6 +99,13 @@ bool IsTerminal(std::FILE* stream) {
          SetConsoleMode(console, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
+size_t TerminalColumns(std::FILE* stream) {
+  void* console = GetStdHandle(stream == stderr ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE);
+  CONSOLE_SCREEN_BUFFER_INFO info{};
+  if (!GetConsoleScreenBufferInfo(console, &info)) return 0;
+  return static_cast<size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+}
+
 void OpenStandardStreams() {}
 
 void ReturnFreedMemory() {}

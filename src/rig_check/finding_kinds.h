@@ -47,9 +47,9 @@ inline constexpr FindingKind kActor{
     "The path makes the model an {}: it is stood upright, its head parts are left out, and it gets the "
     "product's materials.",
     "Take \"actor (...)\" out of its path if it is none."};
-inline constexpr FindingKind kMotion{
-    "motion-left-out", Note, File, "Packages hold no motion; that of the file is left out: {}.",
-    "Nothing has to be done for the model itself."};
+inline constexpr FindingKind kMotion{"motion-left-out", Note, File,
+                                     "Packages hold no motion; that of the file is left out: {}.",
+                                     "Nothing has to be done for the model itself."};
 
 // The skeleton.
 inline constexpr FindingKind kNoSkeleton{
@@ -197,9 +197,9 @@ inline constexpr FindingKind kHeadPart{
     "head-part", Note, Mesh,
     "By the name a part of the head, which is left out: actors get the product's own head.",
     "To keep a part, give it another name."};
-inline constexpr FindingKind kHiddenMesh{
-    "hidden-mesh", Note, Mesh, "Hidden in the modelling program; it is converted all the same.",
-    "Leave it out with --exclude, or delete it before the export."};
+inline constexpr FindingKind kHiddenMesh{"hidden-mesh", Note, Mesh,
+                                         "Hidden in the modelling program; it is converted all the same.",
+                                         "Leave it out with --exclude, or delete it before the export."};
 inline constexpr FindingKind kExcluded{"excluded", Note, Mesh, "Left out, as you asked for.", ""};
 inline constexpr FindingKind kUnknownExclusion{
     "unknown-exclusion", Warning, Mesh,
