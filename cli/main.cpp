@@ -24,6 +24,7 @@
 #include "commands/preview_command.h"
 #include "commands/prove_command.h"
 #include "commands/repack_command.h"
+#include "host/interrupt.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
 #include "platform/process.h"
@@ -88,6 +89,7 @@ int Run(const std::vector<std::string>& given) {
                       mistake + ". Try 'fbx2czp " + (isCommand ? words.front() + " " : "") + "--help'.");
     return cli::kUsageError;
   }
+  const cli::InterruptWatch watch;
   return run();
 }
 

@@ -88,15 +88,15 @@ class Batch {
   }
 
   std::vector<ModelResult> Run(int& signal) {
-    const InterruptWatch watch;
+    const GracefulEnd graceful;
     // A process of its own takes a millisecond, which a single model need not pay: nothing else can suffer.
-    if (tasks_.size() == 1 && options_.report.empty()) return RunHere(watch, signal);
+    if (tasks_.size() == 1 && options_.report.empty()) return RunHere(signal);
     const size_t atATime = options_.jobs ? options_.jobs : std::max(1u, std::thread::hardware_concurrency());
-    while ((next_ < tasks_.size() || !running_.empty()) && !watch.Interrupted()) {
+    while ((next_ < tasks_.size() || !running_.empty()) && InterruptSignal() == 0) {
       while (next_ < tasks_.size() && running_.size() < atATime && Start(next_)) ++next_;
       TakeMessages();
     }
-    signal = watch.Signal();
+    signal = InterruptSignal();
     printer_.ClearBar();
     running_.clear();
     groups_.Print(options_.verbosity != Verbosity::Quiet);
@@ -107,10 +107,10 @@ class Batch {
   struct InterruptedRun {};
 
   /// Converts the only model in this process.
-  std::vector<ModelResult> RunHere(const InterruptWatch& watch, int& signal) {
+  std::vector<ModelResult> RunHere(int& signal) {
     const ModelTask& task = tasks_.front();
     const auto onStatus = [&](std::string_view line) {
-      if (watch.Interrupted()) throw InterruptedRun();
+      if (InterruptSignal() != 0) throw InterruptedRun();
       printer_.Print(task.name, line);
     };
     try {
@@ -121,7 +121,7 @@ class Batch {
         Complete(0, work, ConvertInWorkFolder(task, work, options_, finish_, onStatus));
       }
     } catch (const InterruptedRun&) {
-      signal = watch.Signal();
+      signal = InterruptSignal();
     } catch (const std::exception& error) {
       Fail(0, kNotWritten, error.what());
     }

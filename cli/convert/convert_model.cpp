@@ -77,8 +77,10 @@ int Finish(const WorkFolder& work, FinishSettings settings, ts3d::ConversionJob&
   for (const ts3d::BoneNode* bone : job.skeleton->bones.PreOrder()) bones.push_back(bone->name);
   for (UnmatchedOption& entry : ResolveNames(settings, document, bones))
     result.unmatchedOptions.push_back(std::move(entry));
-  const TemporaryFolder nowhere;
-  const CurrentFolder current(nowhere.Path());
+  // Inside the work folder, which goes whatever becomes of this process.
+  const fs::path nowhere = work.Model().parent_path() / "fbx2czp-nowhere";
+  fs::create_directory(nowhere);
+  const CurrentFolder current(nowhere);
   return ApplyFinishSettings(work.Model().string(), settings, document, job);
 }
 

@@ -118,27 +118,27 @@ class Watcher {
   std::map<fs::path, Watched> watched_;
 };
 
-void WaitAWhile(const InterruptWatch& watch) {
+void WaitAWhile() {
   constexpr int kSlices = 10;
-  for (int i = 0; i < kSlices && !watch.Interrupted(); ++i)
+  for (int i = 0; i < kSlices && InterruptSignal() == 0; ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
 }
 
 }  // namespace
 
 int WatchModels(const ConvertOptions& options, const ConvertModels& convert) {
-  const InterruptWatch watch;
+  const GracefulEnd graceful;
   Watcher watcher(options, convert);
   int status = watcher.ConvertDue();
   if (status != 0) return status;
   PrintMessage("", Severity::Note,
                "watching " + std::to_string(watcher.Count()) + (watcher.Count() == 1 ? " model" : " models") +
                    "; Ctrl-C ends it");
-  while (status == 0 && !watch.Interrupted()) {
-    WaitAWhile(watch);
-    if (!watch.Interrupted()) status = watcher.ConvertDue();
+  while (status == 0 && InterruptSignal() == 0) {
+    WaitAWhile();
+    if (InterruptSignal() == 0) status = watcher.ConvertDue();
   }
-  return status != 0 ? status : kInterrupted - SIGINT + watch.Signal();
+  return status != 0 ? status : kInterrupted - SIGINT + InterruptSignal();
 }
 
 }  // namespace cli

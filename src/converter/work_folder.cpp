@@ -8,6 +8,7 @@
 #include "core/names.h"
 #include "platform/files.h"
 #include "platform/replacement.h"
+#include "platform/unfinished.h"
 
 namespace ts3d {
 namespace fs = std::filesystem;
@@ -43,7 +44,7 @@ std::string ConverterPath(const fs::path& path) {
   return text;
 }
 
-TemporaryFolder::TemporaryFolder() : path_(platform::MakeTemporaryFolder()) {
+TemporaryFolder::TemporaryFolder() : path_(platform::MakeUnfinished(platform::MakeTemporaryFolder)) {
   if (path_.empty()) {
     throw fs::filesystem_error("cannot make a temporary folder",
                                std::error_code(errno, std::generic_category()));
@@ -53,6 +54,7 @@ TemporaryFolder::TemporaryFolder() : path_(platform::MakeTemporaryFolder()) {
 TemporaryFolder::~TemporaryFolder() {
   std::error_code ignored;
   fs::remove_all(path_, ignored);
+  platform::ForgetUnfinished(path_.string());
 }
 
 WorkFolder::WorkFolder(const fs::path& model) : WorkFolder(model, model.parent_path(), model.filename()) {}

@@ -7,6 +7,8 @@
 #include <random>
 #include <vector>
 
+#include "platform/unfinished.h"
+
 namespace platform {
 namespace fs = std::filesystem;
 namespace {
@@ -54,11 +56,15 @@ Replacement::Replacement(std::string_view target, Links links)
       path_((fs::path(target_).parent_path() / RandomName()).string()) {}
 
 Replacement::~Replacement() {
-  if (exists_) RemoveFile(path_);
+  if (exists_) {
+    RemoveFile(path_);
+    ForgetUnfinished(path_);
+  }
   if (folder_.empty()) return;
   try {
     std::error_code ignored;
     fs::remove_all(folder_, ignored);
+    ForgetUnfinished(folder_);
   } catch (const std::bad_alloc&) {
     // It lies among the system's temporary files, which go in the end.
   }
@@ -67,10 +73,15 @@ Replacement::~Replacement() {
 FilePtr Replacement::Create(const char* mode) {
   std::error_code unknown;
   const bool replaces = fs::is_regular_file(fs::symlink_status(target_, unknown));
-  FilePtr file = CreateNewFile(path_, mode, replaces ? Readers::OnlyOwner : Readers::AsUsual);
+  FilePtr file;
+  MakeUnfinished([&] {
+    file = CreateNewFile(path_, mode, replaces ? Readers::OnlyOwner : Readers::AsUsual);
+    exists_ = file != nullptr;
+    return file ? path_ : std::string();
+  });
   const bool takesNoFiles = errno == EACCES || errno == EPERM || errno == EROFS;
   if (!file && takesNoFiles && replaces && OpenFile(target_, "r+b")) {
-    folder_ = MakeTemporaryFolder();
+    folder_ = MakeUnfinished(MakeTemporaryFolder);
     if (folder_.empty()) return nullptr;
     path_ = folder_ + "/new";
     file = CreateNewFile(path_, mode, Readers::OnlyOwner);
@@ -83,6 +94,7 @@ bool Replacement::TakePlace() {
   if (!folder_.empty()) return WriteOver();
   if (!KeepPermissions(target_, path_) || !RenameFile(path_, target_)) return false;
   exists_ = false;
+  ForgetUnfinished(path_);
   return true;
 }
 
