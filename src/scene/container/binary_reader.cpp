@@ -26,7 +26,7 @@ class BinaryReader {
   ParseError Read() {
     in_.Seek(kHeaderSize);
     while (!done_) {
-      tree_.ReadUpTo(in_.Offset());
+      tree_.ReadUpTo(static_cast<size_t>(in_.Offset()));
       if (!open_.empty() && in_.Offset() == open_.back().end) {
         Close();  // a list without its null record
       } else if (open_.empty() && in_.Remaining() == 0) {
