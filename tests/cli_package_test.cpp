@@ -36,7 +36,7 @@ TEST_F(PackageTool, InspectTellsWhatIsThereAndWhatIsWrong) {
 TEST_F(PackageTool, WhatIsNoPackageIsRefusedInOneLine) {
   folder_.Write("text.czp", "no archive");
   std::filesystem::create_directory(folder_.Path("empty"));
-  for (const char* arguments : {"inspect text.czp", "inspect empty --json", "export text.czp -o out.glb"}) {
+  for (const char* arguments : {"inspect text.czp", "export text.czp -o out.glb"}) {
     EXPECT_EQ(Run(arguments), 2) << arguments;
     EXPECT_EQ(std::count(errors_.begin(), errors_.end(), '\n'), 1) << errors_;
     const bool isJson = std::string_view(arguments).ends_with("--json");
@@ -80,6 +80,30 @@ TEST_F(PackageTool, DiffTellsWhatHasChangedAndNothingElse) {
   EXPECT_EQ(Run("diff a.czp text.czp --json"), 2);
   EXPECT_NE(output_.find("\"unreadable-package\""), std::string::npos);
   EXPECT_EQ(Run("diff a.czp other/a.czp --json"), 1);
+}
+
+TEST_F(PackageTool, SeveralPackagesAndFoldersAreTakenByEveryCommand) {
+  WriteSample();
+  std::filesystem::create_directories(folder_.Path("in/deep"));
+  std::filesystem::copy(folder_.Path("scout.czp"), folder_.Path("in/a b.czp"));
+  std::filesystem::copy(folder_.Path("scout.czp"), folder_.Path("in/deep/a b.czp"));
+  folder_.Write("in/broken.czp", "PK");
+  EXPECT_EQ(Run("inspect in scout.czp missing.czp"), 2);
+  EXPECT_TRUE(output_.ends_with("\n5 packages: 3 sound, 0 with problems, 2 that cannot be read\n"))
+      << output_;
+  EXPECT_EQ(Run("inspect in --json"), 2);
+  EXPECT_EQ(nlohmann::json::parse(output_)["packages"].size(), 3u);
+  EXPECT_EQ(Run("export in scout.czp -o out --format gltf"), 2);
+  EXPECT_TRUE(std::filesystem::exists(folder_.Path("out/deep/a b.gltf"))) << errors_;
+  EXPECT_TRUE(std::filesystem::exists(folder_.Path("out/scout.gltf"))) << errors_;
+  EXPECT_EQ(Run("export in -o one.glb"), 64);
+  EXPECT_EQ(Run("preview in --size 64 -o shots"), 2);
+  EXPECT_TRUE(Printed("in/broken.czp: error: ")) << errors_;
+  EXPECT_EQ(Files("shots") + "; " + Files("shots/deep"), "a b.png contact-sheet.html deep; a b.png");
+  const std::string sheet = support::ReadWholeFile(folder_.Path("shots/contact-sheet.html"));
+  EXPECT_NE(sheet.find("src=\"deep/a%20b.png\""), std::string::npos) << sheet;
+  EXPECT_EQ(Run("repack in scout.czp"), 2);
+  EXPECT_EQ(std::count(output_.begin(), output_.end(), '\n'), 3) << output_;
 }
 
 TEST_F(PackageTool, ExportWritesAllFilesOrNone) {

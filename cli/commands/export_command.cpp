@@ -14,6 +14,7 @@
 #include "export/export_gltf.h"
 #include "export/export_obj.h"
 #include "export/place_actor.h"
+#include "host/find_packages.h"
 #include "host/load_package.h"
 #include "host/replace_files.h"
 #include "output/exit_codes.h"
@@ -26,13 +27,21 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
+bool IsExportFile(const fs::path& path) {
+  const std::string extension = ts3d::LowerCase(path.extension().string());
+  return extension == ".glb" || extension == ".gltf" || extension == ".obj";
+}
+
 struct ExportOptions {
-  std::string package;
-  std::string output;
-  std::string unit;  ///< of the package's lengths; empty: by the size of the model
-  std::string up;    ///< axis; empty: concluded from the model
-  bool raw = false;  ///< numbers and axes of the package
+  std::vector<std::string> packages;
+  std::string output;          ///< file or folder; empty: beside each package
+  std::string format = "glb";  ///< of what goes into folders
+  std::string unit;            ///< of the package's lengths; empty: by the size of the model
+  std::string up;              ///< axis; empty: concluded from the model
+  bool raw = false;            ///< numbers and axes of the package
   bool strict = false;
+
+  bool HasFolder() const { return !output.empty() && !IsExportFile(output); }
 };
 
 const std::map<std::string, double> kMetres = {{"mm", 0.001}, {"cm", 0.01}, {"inch", 0.0254}, {"m", 1.0}};
@@ -71,27 +80,48 @@ std::vector<actor::ExportedFile> Export(const actor::Actor& actor, const fs::pat
   return {{output.filename().string(), ExportGlb(actor, generator, PngEncoder(messages))}};
 }
 
-int RunExport(const ExportOptions& options) {
-  Messages messages;
+/// Writes one package's model to the file `output`. @throws Failure
+void ExportOne(const ExportOptions& options, const std::string& package, const fs::path& output,
+               Messages& messages) {
   actor::Actor actor;
-  LoadPackage(options.package, actor, messages);
+  LoadPackage(package, actor, messages);
   std::string placement;
   try {
-    const fs::path output = options.output;
     placement = StandUp(options, actor);
+    if (options.HasFolder() && output.has_parent_path()) fs::create_directories(output.parent_path());
     ReplaceFiles(output.parent_path(), Export(actor, output, messages));
   } catch (const std::runtime_error& reason) {
-    PrintMessage(options.output, Severity::Error, reason.what());
-    return kNotWritten;
+    throw Failure(kNotWritten, reason.what());
   }
-  std::printf("%s: %zu meshes, %zu bones, %s\n", Printable(options.output).c_str(), actor.meshes.size(),
+  std::printf("%s: %zu meshes, %zu bones, %s\n", Printable(output.string()).c_str(), actor.meshes.size(),
               actor.skeleton.bones.size(), placement.c_str());
-  return options.strict && messages.Warnings() > 0 ? kWarnings : kSuccess;
+}
+
+int RunExport(const ExportOptions& options) {
+  const std::vector<PackageInput> inputs = FindPackages(options.packages);
+  if (inputs.size() > 1 && !options.output.empty() && !options.HasFolder())
+    throw Failure(kUsageError, options.output + " is one file, but there are " +
+                                   std::to_string(inputs.size()) + " packages; name a folder");
+  Messages messages;
+  ExitStatus all;
+  OutputPaths outputs(options.HasFolder() ? options.output : "", options.format);
+  for (const PackageInput& input : inputs) {
+    if (inputs.size() > 1) messages.About(input.name);
+    try {
+      const bool isNamed = !options.output.empty() && !options.HasFolder();
+      ExportOne(options, input.name, isNamed ? fs::path(options.output) : outputs.Of(input), messages);
+    } catch (const Failure& failure) {
+      PrintMessage(input.name, Severity::Error, failure.what());
+      all.Add(failure.exitStatus);
+    }
+  }
+  if (options.strict && messages.Warnings() > 0) all.Add(kWarnings);
+  return all.Get();
 }
 
 std::string CheckExportOutput(const std::string& path) {
-  const std::string extension = ts3d::LowerCase(fs::path(path).extension().string());
-  if (extension == ".glb" || extension == ".gltf" || extension == ".obj") return {};
+  std::error_code unknown;
+  if (IsExportFile(path) || !fs::path(path).has_extension() || fs::is_directory(path, unknown)) return {};
   return "\"" + path +
          "\": models are written as .glb (one file), .gltf (separate files) or .obj (no skeleton)";
 }
@@ -102,14 +132,19 @@ void AddExportCommand(CLI::App& app, RunCommand& run) {
   const auto options = std::make_shared<ExportOptions>();
   CLI::App& command = AddCommand(app, "export", "Write the model of a package for other programs", run,
                                  [options] { return RunExport(*options); });
-  command.add_option("PACKAGE", options->package, "The .czp file, or a folder with the files of one")
-      ->required();
+  command
+      .add_option("PACKAGE", options->packages,
+                  "Packages (.czp), folders of them, and folders with the files of one")
+      ->required()
+      ->type_name("");
   command
       .add_option("-o,--output", options->output,
                   "OUT.glb: skeleton, skin and pictures in one file; OUT.gltf: the same in separate files;\n"
-                  "OUT.obj: shape, colours and pictures")
-      ->required()
+                  "OUT.obj: shape, colours and pictures; or a folder (default: beside each package)")
       ->check(CLI::Validator(CheckExportOutput, "FILE"));
+  command.add_option("--format", options->format, "glb, gltf or obj, for what goes into folders (glb)")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"glb", "gltf", "obj"}).description(""));
   CLI::Option* raw =
       command.add_flag("--raw", options->raw, "Keep the numbers and axes of the package as they are");
   command
@@ -131,6 +166,8 @@ void AddExportCommand(CLI::App& app, RunCommand& run) {
             "      the model with its skeleton, upright and in metres, for viewers and modelling programs\n"
             "  fbx2czp export hero.czp -o hero.glb --unit inch\n"
             "      for a model that was made in inches\n"
+            "  fbx2czp export packages/ -o models --format gltf\n"
+            "      all packages below a folder\n"
             "  fbx2czp export hero.czp -o hero.obj\n"
             "      the model at rest, with hero.mtl and a .png file for each picture beside it\n");
 }

@@ -2,20 +2,27 @@
 #include "commands/preview_command.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <filesystem>
+#include <list>
 #include <map>
 #include <memory>
 #include <stdexcept>
 
 #include "convert/convert_model.h"
 #include "core/names.h"
+#include "core/work_file.h"
+#include "host/find_packages.h"
 #include "host/input_problem.h"
 #include "host/load_package.h"
 #include "host/replace_files.h"
+#include "output/contact_sheet.h"
 #include "output/drawn_png.h"
 #include "output/exit_codes.h"
 #include "output/package_pictures.h"
 #include "output/terminal.h"
+#include "platform/replacement.h"
 #include "preview/canvas.h"
 #include "preview/page.h"
 #include "preview/picture.h"
@@ -32,16 +39,23 @@ constexpr const char* kPreviewExamples =
     "      converts the model in a temporary folder first and shows the result\n"
     "  fbx2czp preview hero.czp -o turn.png --turntable 24\n"
     "      writes turn_000.png to turn_023.png, once around the model\n"
+    "  fbx2czp preview packages/ -o pictures\n"
+    "      a picture of each, and contact-sheet.html with all of them\n"
     "  fbx2czp preview hero.czp -o hero.html\n"
     "      one page for any browser: turn the model around, bend its bones, see their weights\n";
 
 const std::map<std::string, preview::View> kViews = {
     {"front", {0, 0}}, {"side", {90, 0}}, {"top", {0, 90}}, {"three-quarter", {32, 12}}};
 
+bool HasExtension(const fs::path& path, const char* extension) {
+  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
+}
+
 /// What "fbx2czp preview" was asked for.
 struct PreviewOptions {
-  std::string input;
-  std::string output;
+  std::vector<std::string> inputs;
+  std::string output;          ///< file or folder; empty: beside each input
+  std::string format = "png";  ///< of what goes into folders
   std::string view = "three-quarter";
   int size = 512;
   int turntable = 0;  ///< number of pictures; 0: one
@@ -51,14 +65,12 @@ struct PreviewOptions {
   std::vector<std::string> textureFolders;  ///< of a model
   std::string up;                           ///< axis; empty: concluded from the model
 
+  bool HasFile() const { return HasExtension(output, ".png") || HasExtension(output, ".html"); }
+  bool WantsPage() const { return HasFile() ? HasExtension(output, ".html") : format == "html"; }
   std::optional<preview::Vector> Up() const {
     return up.empty() ? std::nullopt : std::optional(preview::AxisNames().at(up));
   }
 };
-
-bool HasExtension(const fs::path& path, const char* extension) {
-  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
-}
 
 /// @return the package, inside `work`
 fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const PreviewOptions& preview,
@@ -72,8 +84,7 @@ fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const Pre
   return WithExtension(work.Model(), "czp");
 }
 
-actor::Actor LoadInput(const PreviewOptions& options, Messages& messages) {
-  const std::string& input = options.input;
+actor::Actor LoadInput(const std::string& input, const PreviewOptions& options, Messages& messages) {
   actor::Actor actor;
   if (!HasExtension(input, ".fbx")) {
     LoadPackage(input, actor, messages);
@@ -86,13 +97,28 @@ actor::Actor LoadInput(const PreviewOptions& options, Messages& messages) {
   return actor;
 }
 
-void WriteFile(const fs::path& path, std::string bytes) {
-  try {
-    ReplaceFiles(path.parent_path(), {{path.filename().string(), std::move(bytes)}});
-  } catch (const std::runtime_error& error) {
-    throw Failure(kNotWritten, error.what());
+/// Files that get to their places together, when all of them are written.
+class FileGroup {
+ public:
+  void Write(const fs::path& path, const std::string& bytes) {
+    platform::Replacement& file = files_.emplace_back(path.string());
+    platform::FilePtr stream = file.Create("wb");
+    if (!stream || !ts3d::WriteAndClose(std::move(stream), bytes)) Fail(path);
   }
-}
+
+  void TakePlaces() {
+    for (platform::Replacement& file : files_) {
+      if (!file.TakePlace()) Fail(file.Target());
+    }
+  }
+
+ private:
+  [[noreturn]] static void Fail(const fs::path& path) {
+    throw Failure(kNotWritten, WhyNotWritten("\"" + path.filename().string() + "\"", errno));
+  }
+
+  std::list<platform::Replacement> files_;
+};
 
 /// "picture.png" -> "picture_007.png"
 fs::path NumberedName(const fs::path& path, size_t index) {
@@ -101,7 +127,8 @@ fs::path NumberedName(const fs::path& path, size_t index) {
   return path.parent_path() / (path.stem().string() + "_" + number + path.extension().string());
 }
 
-void WritePictures(const PreviewOptions& options, const actor::Actor& actor, Messages& messages) {
+void WritePictures(const PreviewOptions& options, const actor::Actor& actor, const fs::path& output,
+                   Messages& messages) {
   const bool hasFaces = std::any_of(actor.meshes.begin(), actor.meshes.end(),
                                     [](const actor::Mesh& mesh) { return !mesh.faces.empty(); });
   if (!hasFaces && (!options.bones || actor.skeleton.bones.empty()))
@@ -116,52 +143,104 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor, Mes
     view.turn += 360.0 * i / options.turntable;
     picture.views.push_back(view);
   }
+  FileGroup files;
   preview::DrawPictures(
       actor, picture, PixelDecoder(messages), [&](size_t index, const preview::Image& image) {
-        WriteFile(options.turntable > 0 ? NumberedName(options.output, index) : fs::path(options.output),
-                  ToPng(image));
+        files.Write(options.turntable > 0 ? NumberedName(output, index) : output, ToPng(image));
       });
+  files.TakePlaces();
 }
 
-void WritePage(const PreviewOptions& options, const actor::Actor& actor, Messages& messages) {
-  const std::string title = fs::path(options.input).filename().string();
-  WriteFile(options.output, preview::WritePage(actor, title, PngEncoder(messages), options.Up()));
+void WritePage(const PreviewOptions& options, const actor::Actor& actor, const std::string& input,
+               const fs::path& output, Messages& messages) {
+  const std::string title = fs::path(input).filename().string();
+  FileGroup files;
+  files.Write(output, preview::WritePage(actor, title, PngEncoder(messages), options.Up()));
+  files.TakePlaces();
 }
 
-int RunPreview(const PreviewOptions& options) {
+/// @throws Failure
+void PreviewOne(const PreviewOptions& options, const std::string& input, const fs::path& output,
+                Messages& messages) {
+  const actor::Actor actor = LoadInput(input, options, messages);
+  std::error_code failed;
+  if (!options.HasFile() && output.has_parent_path()) fs::create_directories(output.parent_path(), failed);
   try {
-    const bool wantsPage = HasExtension(options.output, ".html");
-    if (wantsPage && preview::PageTemplate().empty()) {
-      throw Failure(kUsageError,
-                    "this fbx2czp was built without the page, which takes three.js: run \"scripts/prepare && "
-                    "scripts/build fbx2czp\" in its source folder, or write a .png picture");
-    }
-    RequireFolders(options.textureFolders);
-    Messages messages;
-    const actor::Actor actor = LoadInput(options, messages);
-    if (wantsPage) {
-      WritePage(options, actor, messages);
+    if (options.WantsPage()) {
+      WritePage(options, actor, input, output, messages);
     } else {
-      WritePictures(options, actor, messages);
+      WritePictures(options, actor, output, messages);
     }
-    return options.strict && messages.Warnings() > 0 ? kWarnings : kSuccess;
-  } catch (const Failure& failure) {
-    PrintMessage(options.input, Severity::Error, failure.what());
-    return failure.exitStatus;
   } catch (const preview::TooMuchToDraw& failure) {
-    PrintMessage(options.input, Severity::Error, failure.what());
-    return kUnreadable;
+    throw Failure(kUnreadable, failure.what());
   }
 }
 
+void CheckPreview(const PreviewOptions& options, size_t inputs) {
+  if (options.WantsPage() && preview::PageTemplate().empty()) {
+    throw Failure(kUsageError,
+                  "this fbx2czp was built without the page, which takes three.js: run \"scripts/prepare && "
+                  "scripts/build fbx2czp\" in its source folder, or write a .png picture");
+  }
+  if (inputs > 1 && options.HasFile())
+    throw Failure(kUsageError, options.output + " is one file, but there are " + std::to_string(inputs) +
+                                   " inputs; name a folder");
+  RequireFolders(options.textureFolders);
+}
+
+/// The folder that gets a contact sheet: the output's or the only input's; empty when it is neither.
+std::string SheetFolder(const PreviewOptions& options) {
+  if (options.HasFile() || options.WantsPage() || options.turntable > 0) return {};
+  if (!options.output.empty()) return options.output;
+  std::error_code unknown;
+  const bool isFolder = options.inputs.size() == 1 && fs::is_directory(options.inputs[0], unknown);
+  return isFolder ? options.inputs[0] : "";
+}
+
+void WriteSheet(const fs::path& folder, const std::vector<SheetEntry>& entries) {
+  const fs::path path = folder / "contact-sheet.html";
+  FileGroup files;
+  files.Write(path, ContactSheet(entries));
+  files.TakePlaces();
+  std::printf("%s: %zu pictures\n", Printable(path.string()).c_str(), entries.size());
+}
+
+int RunPreview(const PreviewOptions& options) {
+  const std::vector<PackageInput> inputs = FindPackages(options.inputs, true);
+  CheckPreview(options, inputs.size());
+  Messages messages;
+  ExitStatus all;
+  OutputPaths outputs(options.output, options.format);
+  const std::string sheetFolder = inputs.size() > 1 ? SheetFolder(options) : "";
+  std::vector<SheetEntry> sheet;
+  for (const PackageInput& input : inputs) {
+    if (inputs.size() > 1) messages.About(input.name);
+    try {
+      const fs::path output = options.HasFile() ? fs::path(options.output) : outputs.Of(input);
+      PreviewOne(options, input.name, output, messages);
+      if (!options.HasFile()) std::printf("%s\n", Printable(output.string()).c_str());
+      sheet.push_back({input.name, output.lexically_relative(sheetFolder)});
+    } catch (const Failure& failure) {
+      PrintMessage(input.name, Severity::Error, failure.what());
+      all.Add(failure.exitStatus);
+    }
+  }
+  messages.About("");
+  if (!sheetFolder.empty() && !sheet.empty()) WriteSheet(sheetFolder, sheet);
+  if (options.strict && messages.Warnings() > 0) all.Add(kWarnings);
+  return all.Get();
+}
+
 std::string CheckPreviewOutput(const std::string& path) {
+  std::error_code unknown;
   if (HasExtension(path, ".png") || HasExtension(path, ".html")) return {};
-  return "the output has to end in .png or .html";
+  if (!fs::path(path).has_extension() || fs::is_directory(path, unknown)) return {};
+  return "the output has to end in .png or .html, or to be a folder";
 }
 
 /// A page has no fixed view, so options of pictures would be without effect.
 void CheckOptionsOfPage(const CLI::App& preview, const PreviewOptions& options) {
-  if (!HasExtension(options.output, ".html")) return;
+  if (!options.WantsPage()) return;
   for (const char* name : {"--size", "--bones", "--view", "--turntable"}) {
     if (preview.count(name) == 0) continue;
     throw CLI::ValidationError(name, "is for .png pictures; a page (.html) does not take it");
@@ -175,11 +254,19 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
   CLI::App& preview = AddCommand(app, "preview", "Show what is in a package, as a picture or a page", run,
                                  [options] { return RunPreview(*options); });
   preview.parse_complete_callback([&preview, options] { CheckOptionsOfPage(preview, *options); });
-  preview.add_option("INPUT", options->input, "A package (.czp), or a model (.fbx) to convert for it")
-      ->required();
-  preview.add_option("-o,--output", options->output, "The picture (.png) or page (.html) to write")
+  preview
+      .add_option("INPUT", options->inputs,
+                  "Packages (.czp), models (.fbx) to convert for it, and folders of them")
       ->required()
+      ->type_name("");
+  preview
+      .add_option("-o,--output", options->output,
+                  "The picture (.png) or page (.html) to write, or a folder (default: beside each input);\n"
+                  "a folder of pictures gets a contact sheet as well")
       ->check(CLI::Validator(CheckPreviewOutput, "FILE"));
+  preview.add_option("--format", options->format, "png or html, for what goes into folders (png)")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"png", "html"}).description(""));
   preview.add_option("--size", options->size, "Pixels of each side of the picture (512)")
       ->check(CLI::Range(preview::kSmallestPicture, preview::kLargestPicture));
   preview.add_flag("--bones", options->bones, "Draw the bones over the model");

@@ -13,6 +13,7 @@
 #include "actor/memory_archive.h"
 #include "actor/package_contents.h"
 #include "fbx_to_ts3d.h"
+#include "host/find_packages.h"
 #include "host/input_problem.h"
 #include "host/source_date.h"
 #include "output/exit_codes.h"
@@ -165,17 +166,27 @@ int RunRepack(const std::string& path, std::optional<int> level) {
   }
 }
 
+int RepackAll(const std::vector<std::string>& packages, std::optional<int> level) {
+  ExitStatus all;
+  for (const PackageInput& input : FindPackages(packages)) all.Add(RunRepack(input.name, level));
+  return all.Get();
+}
+
 }  // namespace
 
 void AddRepackCommand(CLI::App& app, RunCommand& run) {
   struct Options {
-    std::string package;
+    std::vector<std::string> packages;
+    bool strict = false;       ///< there are no warnings
     std::optional<int> level;  ///< none: members stay as they are packed
   };
   const auto options = std::make_shared<Options>();
   CLI::App& repack = AddCommand(app, "repack", "Drop superseded members from a package", run,
-                                [options] { return RunRepack(options->package, options->level); });
-  repack.add_option("PACKAGE", options->package, "The .czp file")->required()->type_name("");
+                                [options] { return RepackAll(options->packages, options->level); });
+  repack.add_option("PACKAGE", options->packages, "Packages (.czp) and folders of them")
+      ->required()
+      ->type_name("");
+  AddStrict(repack, options->strict);
   AddPackLevel(repack, options->level);
   SetFooter(repack,
             "  fbx2czp repack hero.czp\n"

@@ -13,19 +13,7 @@ namespace fs = std::filesystem;
 namespace {
 
 void AddFolder(const std::string& name, const std::string& outputFolder, std::vector<ModelTask>& tasks) {
-  std::vector<fs::path> found;
-  std::error_code failed;
-  // What cannot be looked into is no reason to leave out the rest.
-  fs::recursive_directory_iterator entry(name, fs::directory_options::skip_permission_denied, failed);
-  if (fs::directory_iterator(name, failed); failed)
-    throw Failure(kNoInput, name + ": the folder cannot be looked into: " + failed.message());
-  for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
-    const bool isModel = ts3d::EqualsIgnoreCase(entry->path().extension().string(), ".fbx");
-    std::error_code unknown;
-    if (isModel && entry->is_regular_file(unknown)) found.push_back(entry->path());
-  }
-  std::sort(found.begin(), found.end());
-  for (const fs::path& path : found) {
+  for (const fs::path& path : FilesBelow(name, ".fbx")) {
     const fs::path model = fs::absolute(path);
     const fs::path folder = outputFolder.empty()
                                 ? model.parent_path()
@@ -54,6 +42,22 @@ std::vector<ModelTask> Find(const std::vector<std::string>& names, const std::st
 }
 
 }  // namespace
+
+std::vector<fs::path> FilesBelow(const std::string& folder, const char* extension) {
+  std::vector<fs::path> found;
+  std::error_code failed;
+  // What cannot be looked into is no reason to leave out the rest.
+  fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, failed);
+  if (fs::directory_iterator(folder, failed); failed)
+    throw Failure(kNoInput, folder + ": the folder cannot be looked into: " + failed.message());
+  for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
+    std::error_code unknown;
+    if (HasExtension(entry->path(), extension) && entry->is_regular_file(unknown))
+      found.push_back(entry->path());
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}
 
 std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& output) {
   std::error_code unknown;

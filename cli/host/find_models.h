@@ -8,6 +8,10 @@
 
 namespace cli {
 
+/// All files below `folder` with `extension`, in any letter case, sorted.
+/// @throws Failure when it cannot be looked into
+std::vector<std::filesystem::path> FilesBelow(const std::string& folder, const char* extension);
+
 /// The models that the command line names: files as they are, and all ".fbx" files below folders, sorted.
 /// @param output  where packages go: a folder, below which the models of a folder keep their subfolders; of
 /// one model also the package, "name.czp"; empty: beside each model

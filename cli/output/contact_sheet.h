@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+/// A picture on a contact sheet.
+struct SheetEntry {
+  std::string title;
+  std::filesystem::path picture;  ///< below the folder of the sheet
+};
+
+/// A page for any browser that shows all pictures with their titles.
+std::string ContactSheet(const std::vector<SheetEntry>& entries);
+
+}  // namespace cli
