@@ -36,4 +36,5 @@ target_link_libraries(ts3d_tests PRIVATE PkgConfig::CAL3D)
 
 # The runtime's library brings no type information of its classes for the checks of virtual calls.
 set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/support/runtime_actor.cpp ${CMAKE_CURRENT_LIST_DIR}/runtime_client_test.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/prove_test.cpp
   PROPERTIES COMPILE_OPTIONS -fno-sanitize=vptr)

@@ -6,13 +6,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <regex>
 #include <utility>
 
 #include "actor/load_actor.h"
 #include "prove/compare.h"
+#include "prove/runtime_pose.h"
+#include "prove/sha256.h"
 #include "support/character.h"
+#include "support/json_schemas.h"
 #include "support/load_scene.h"
+#include "support/runtime_actor.h"
 #include "support/test_host.h"
 #include "support/tool.h"
 
@@ -168,6 +174,38 @@ TEST(Prove, FaultsOfRigsAreNamed) {
   EXPECT_EQ(ModelAndPackage(Arm(partial)).Prove().verdict, Verdict::Proven) << "these add up to 1";
 }
 
+TEST(Prove, TheRuntimeDrawsWhatIsCompared) {
+  const ModelAndPackage converted(Arm({}));
+  support::RuntimeActor runtime(converted.host.ReadPackage());
+  const actor::Skeleton& skeleton = converted.actor.skeleton;
+  const prove::ModelRig rig = prove::ReadModelRig(*converted.scene, skeleton, false);
+  const prove::Matches matches = prove::MatchMeshes(*converted.scene, rig, converted.actor);
+  for (const prove::Pose& pose : prove::MakePoses(skeleton, rig, 3, 12)) {
+    const auto places = pose.kind == prove::Pose::Kind::Present
+                            ? prove::PlacesOf(skeleton, rig, prove::PresentWorlds(rig))
+                            : prove::SkeletonPlaces(skeleton, rig, pose.turns);
+    std::vector<std::pair<CalVector, CalQuaternion>> animated;
+    for (const auto& [turn, at] : places) {
+      const auto f = [](double x) { return static_cast<float>(x); };
+      animated.emplace_back(CalVector(f(at[0]), f(at[1]), f(at[2])),
+                            CalQuaternion(f(turn[0]), f(turn[1]), f(turn[2]), f(-turn[3])));
+    }
+    runtime.Pose(animated);
+    std::vector<prove::Point> points;
+    for (const prove::MatchedMesh& mesh : matches.meshes) {
+      prove::Deform(matches.models[mesh.model], prove::PoseModel(rig, pose), points);
+      const auto& drawn = *std::find_if(runtime.Meshes().begin(), runtime.Meshes().end(),
+                                        [&](const auto& each) { return each.name == mesh.file->name; });
+      const auto skinned = runtime.Skinned(drawn);
+      for (size_t v = 0; v < skinned.size(); ++v) {
+        const prove::Point there{skinned[v][0], skinned[v][1], skinned[v][2]};
+        EXPECT_LT(prove::Distance(there, points[mesh.points[v]]), 1e-5) << pose.name << ", vertex " << v;
+      }
+    }
+  }
+  EXPECT_EQ(matches.meshes.size(), 2u);
+}
+
 TEST(Prove, AScaledRootIsToldAndHidesNothing) {
   Character model;
   const auto root = model.Bone("root", 0, {At(0, 1, 0), Scaled(10, 10, 10)});
@@ -198,7 +236,52 @@ TEST_F(ProveTool, ProvesModelsAndPackages) {
   folder_.Write("other.fbx", Arm({}).Text());
   EXPECT_EQ(Run("prove --json other.fbx scout.czp"), 2);
   EXPECT_NE(output_.find("other-model"), std::string::npos);
-  EXPECT_EQ(Run("prove missing.fbx"), 2);
+  EXPECT_EQ(Run("prove missing.fbx"), 66);
+}
+
+TEST_F(ProveTool, CertificatesHoldForTheirFilesAlone) {
+  CopySample("scout.fbx");
+  EXPECT_EQ(Run("convert --prove scout.fbx"), 0);
+  EXPECT_TRUE(Printed("proven: the package moves as the model does")) << errors_;
+  EXPECT_EQ(Run("prove --poses 4 --seed 5 scout.fbx scout.czp --certificate c.json"), 0) << errors_;
+  const std::string certificate = support::ReadWholeFile(folder_.Path("c.json"));
+  support::ExpectMatchesSchemaIfJson(certificate);
+  EXPECT_EQ(Run("prove --verify c.json"), 0) << errors_;
+  EXPECT_EQ(Run("prove --verify c.json scout.fbx scout.czp"), 0) << errors_;
+  folder_.Write("c.json",
+                std::regex_replace(certificate, std::regex("\"error\": [0-9.e-]+"), "\"error\": 0.1"));
+  EXPECT_EQ(Run("prove --verify c.json"), 1);
+  EXPECT_TRUE(Printed("the proof comes out otherwise")) << errors_;
+  folder_.Write("c.json", certificate);
+  folder_.Write("scout.fbx", Arm({}).Text());
+  EXPECT_EQ(Run("prove --verify c.json"), 1);
+  EXPECT_TRUE(Printed("is another file")) << errors_;
+  for (const char* broken :
+       {"{}", "[", "{\"schema\": {\"name\": \"certificate\", \"version\": 1}, \"model\": 1}"}) {
+    folder_.Write("c.json", broken);
+    EXPECT_EQ(Run("prove --verify c.json"), 2) << broken;
+  }
+  EXPECT_EQ(Run("prove --certificate c.json scout.fbx"), 64) << "there is no package to certify";
+}
+
+TEST_F(ProveTool, SamplesAreProvenAndFixturesMoveAsTheirRigsAllow) {
+  EXPECT_EQ(Run("prove --poses 16 " TS3D_SAMPLES_FOLDER), 0) << output_ << errors_;
+  EXPECT_EQ(Run("prove --poses 16 " TS3D_SOURCE_FOLDER "/tests/fixtures"), 1) << output_ << errors_;
+}
+
+TEST(Sha256, IsThatOfTheStandard) {
+  // FIPS 180-4 and its example of two blocks.
+  const std::pair<std::string, const char*> cases[] = {
+      {"", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+      {"abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
+      {"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
+       "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"},
+      {std::string(1000000, 'a'), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"}};
+  for (const auto& [text, expected] : cases) {
+    prove::Sha256 hash;
+    for (size_t i = 0; i < text.size(); i += 37) hash.Add(std::string_view(text).substr(i, 37));
+    EXPECT_EQ(hash.Finish(), expected);
+  }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands/convert_command.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -44,7 +45,14 @@ constexpr const char* kConvertExamples =
 /// @param isStrict  counts warnings, also `others` that belong to no model
 int StatusOf(const std::vector<ModelResult>& results, bool isStrict, size_t others) {
   ExitStatus status;
-  for (const ModelResult& result : results) status.Add(result.code);
+  for (const ModelResult& result : results) {
+    status.Add(result.code);
+    // Of packages that are there, only --prove tells errors.
+    const bool isWrong =
+        std::any_of(result.faults.begin(), result.faults.end(),
+                    [](const ts3d::Finding& fault) { return fault.severity == ts3d::Severity::Fatal; });
+    if (isWrong) status.Add(kConverterWrong);
+  }
   if (isStrict && (others > 0 || Sum(results).warnings > 0)) status.Add(kWarnings);
   return status.Get();
 }
@@ -190,6 +198,9 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
                   "JSON file to write with the results of all models; \"-\" prints it,\n"
                   "and all other output goes to standard error")
       ->type_name("FILE");
+  convert.add_flag(
+      "--prove", options->proves,
+      "Compare each package with its model, as fbx2czp prove does, and tell what moves otherwise");
   convert.add_flag(
       "--update", options->update,
       "Leave out models whose packages are newer than the model, its pictures, the settings and\n"

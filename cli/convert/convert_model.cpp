@@ -21,6 +21,7 @@
 #include "host/source_date.h"
 #include "output/exit_codes.h"
 #include "platform/files.h"
+#include "proof/prove_conversion.h"
 #include "rig_check/choose_repairs.h"
 #include "rig_check/document_names.h"
 #include "rig_check/rig_faults.h"
@@ -235,6 +236,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     result.triangles = job.polygonTotal;
     const fs::path package = WithExtension(work.Model(), "czp");
     result.packageBytes = fs::file_size(package);
+    if (options.proves) ProveConversion(task.model, package, result);
     if (!options.report.empty()) result.members = ts3d::ListMembers(package.string());
     result.package = task.Package().string();
   }

@@ -35,6 +35,7 @@ struct ConvertOptions {
   unsigned jobs = 0;   ///< models at a time; 0: one for each processor core
   std::string report;  ///< JSON file to write, "-" for standard output, or empty
   std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
+  bool proves = false;                                     ///< compares each package with its model
   bool force = false;                                      ///< replaces packages that somebody else has made
   bool strict = false;                                     ///< warnings count as failures
   bool update = false;  ///< leaves out models whose packages are newer than all that they are made of

@@ -13,7 +13,8 @@ constexpr std::pair<int, const char*> Known(int32_t code) { return {code, ts3d::
 constexpr std::pair<int, const char*> kCodes[] = {
     {kSuccess, "success"},
     {kWarnings,
-     "check or inspect have found something wrong, diff a difference; with --strict: there are warnings"},
+     "check, inspect or prove have found something wrong, diff a difference; with --strict: there are "
+     "warnings"},
     {kUnreadable, "an input cannot be read; it is damaged or of a format that is not read"},
     {kNotWritten, "an output cannot be written; is its folder writable and the disk not full?"},
     Known(FBX_TO_TS3D_SKELETON_FAILED),
@@ -21,6 +22,7 @@ constexpr std::pair<int, const char*> kCodes[] = {
     Known(FBX_TO_TS3D_DOCUMENT_UNREADABLE),
     Known(FBX_TO_TS3D_DOCUMENT_UNWRITABLE),
     Known(FBX_TO_TS3D_UPDATE_FAILED),
+    {kConverterWrong, "prove has found an error of the converter"},
     {kUsageError, "wrong command line"},
     {kNoInput, "an input does not exist, or may not be read"},
     {kCrashed, "the conversion of a model crashed, or memory ran out; other models were converted"},

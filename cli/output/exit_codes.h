@@ -13,6 +13,8 @@ inline constexpr int kWarnings = 1;
 inline constexpr int kUnreadable = 2;
 inline constexpr int kNotWritten = 3;
 inline constexpr int kNothingToDo = 5;
+/// A package moves otherwise than its model, and that is no fault of the rig.
+inline constexpr int kConverterWrong = 9;
 inline constexpr int kUsageError = 64;
 /// An input does not exist, or may not be read.
 inline constexpr int kNoInput = 66;

@@ -5,15 +5,18 @@
 
 #include "actor/load_actor.h"
 #include "converter/converter.h"
+#include "fbx_to_ts3d.h"
 #include "host/host_paths.h"
+#include "host/input_problem.h"
+#include "output/exit_codes.h"
 
 namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
 /// Converts the model in memory, without its pictures.
-/// @return the package; with an `error` when there is none
-std::string ConvertInMemory(const fs::path& model, std::string& error) {
+/// @return the package; `proven` tells why there is none
+std::string ConvertInMemory(const fs::path& model, ProvenModel& proven) {
   std::string package;
   ts3d::Converter converter;
   ts3d::ConverterOptions options;
@@ -24,7 +27,9 @@ std::string ConvertInMemory(const fs::path& model, std::string& error) {
     return true;
   };
   converter.SetUp(std::move(options), std::move(host));
-  if (converter.Convert({model, std::nullopt}, {}) != 0) error = converter.Error();
+  const int32_t code = converter.Convert({model, std::nullopt}, {});
+  if (code != FBX_TO_TS3D_OK) proven.error = converter.Error();
+  if (code == FBX_TO_TS3D_NO_MESH) proven.status = kNothingToDo;
   return package;
 }
 
@@ -46,11 +51,12 @@ void TellDamage(const actor::Findings& findings, prove::Proof& proof) {
 }
 
 actor::Findings LoadPackage(const fs::path& model, const fs::path& package, actor::Actor& actor,
-                            std::string& error) {
+                            ProvenModel& proven) {
+  std::string& error = proven.error;
   actor::PackageContents contents;
   actor::Findings findings;
   if (package.empty()) {
-    const std::string bytes = ConvertInMemory(model, error);
+    const std::string bytes = ConvertInMemory(model, proven);
     if (error.empty()) ReadPackageBytes(bytes, {}, contents, error);
   } else {
     ReadPackage(package.string(), {}, contents, error);
@@ -63,14 +69,21 @@ actor::Findings LoadPackage(const fs::path& model, const fs::path& package, acto
 
 ProvenModel ProveModelFile(const std::string& name, const fs::path& model, const fs::path& package,
                            const prove::ProofOptions& options) {
-  ProvenModel proven{name, {}, {}};
+  ProvenModel proven{name, {}, kUnreadable, {}};
   if (HasBackslashInName(model)) {
     proven.error = "its path has a backslash";
     return proven;
   }
+  for (const fs::path& input : {model, package}) {
+    const auto problem = input.empty() ? std::nullopt : FindInputProblem(input);
+    if (!problem) continue;
+    proven.error = problem->text;
+    proven.status = problem->exitStatus;
+    return proven;
+  }
   try {
     actor::Actor actor;
-    const actor::Findings findings = LoadPackage(model, package, actor, proven.error);
+    const actor::Findings findings = LoadPackage(model, package, actor, proven);
     if (proven.error.empty() &&
         prove::ProveModel(ConverterPath(model), actor, options, proven.proof, proven.error)) {
       TellDamage(findings, proven.proof);

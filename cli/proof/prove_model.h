@@ -8,10 +8,13 @@
 
 namespace cli {
 
+inline constexpr int kMostPoses = 10000;
+
 /// What became of one model that is to be proven.
 struct ProvenModel {
   std::string name;   ///< as the user wrote it
   std::string error;  ///< why there is no proof; empty when there is one
+  int status = 0;     ///< exit status of that
   prove::Proof proof;
 };
 

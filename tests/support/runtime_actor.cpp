@@ -180,6 +180,14 @@ void RuntimeActor::Turn(size_t i, const CalQuaternion& turn) {
   skeleton.calculateState();
 }
 
+void RuntimeActor::Pose(const std::vector<std::pair<CalVector, CalQuaternion>>& places) {
+  CalSkeleton& skeleton = *model_->getSkeleton();
+  skeleton.clearState();
+  for (size_t i = 0; i < places.size(); ++i) Bone(i).blendState(1.0f, places[i].first, places[i].second);
+  skeleton.lockState();
+  skeleton.calculateState();
+}
+
 bool RuntimeActor::IsBelow(size_t i, size_t top) const {
   while (i != top && bones_[i].parent >= 0) i = static_cast<size_t>(bones_[i].parent);
   return i == top;

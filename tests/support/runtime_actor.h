@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/package_reader.h"
@@ -34,6 +35,8 @@ class RuntimeActor {
   CalBone& Bone(size_t i) const { return *model_->getSkeleton()->getBone(static_cast<int>(i)); }
   /// Turns bone `i` by `turn`, in its own axes, and everything below it; all others stand as bound.
   void Turn(size_t i, const CalQuaternion& turn);
+  /// Puts every bone where an animation has it in its parent.
+  void Pose(const std::vector<std::pair<CalVector, CalQuaternion>>& places);
   /// Whether bone `i` is `top` or below it.
   bool IsBelow(size_t i, size_t top) const;
 
