@@ -164,7 +164,7 @@ TEST(Converters, TellTheirProgressAndEndWhenTheyAreAsked) {
     fs::remove("m.czp");
     converter.options.onProgress = [&](double fraction) { return fraction < end; };
     EXPECT_THROW(converter.ConvertMemory("m.fbx", RiggedModel(), "m.czp"), fbxToTs3d::Cancelled) << end;
-    EXPECT_EQ(host.FileNames(), end < 1.0 ? "" : "m.czp") << end;
+    EXPECT_EQ(host.FileNames(), "") << end;
   }
   converter.options.onProgress = [](double) -> bool { throw std::logic_error("the host's"); };
   EXPECT_THROW(converter.ConvertMemory("m.fbx", RiggedModel(), "m.czp"), std::logic_error);

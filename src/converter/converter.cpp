@@ -37,6 +37,25 @@ std::optional<std::string> DocumentOf(const fs::path& package) {
   return document ? std::optional(std::move(document->bytes)) : std::nullopt;
 }
 
+/// However a run ends: its scene goes, as the model's bytes are the host's, and so does what its callbacks refer to.
+class RunEnd {
+ public:
+  explicit RunEnd(Conversion& conversion) : conversion_(conversion) {}
+  ~RunEnd() {
+    conversion_.Release();
+    ConversionJob& job = conversion_.Job();
+    job.onProgress = nullptr;
+    job.onMesh = nullptr;
+    job.statusCallback = nullptr;
+    job.textureCallback = nullptr;
+  }
+  RunEnd(const RunEnd&) = delete;
+  RunEnd& operator=(const RunEnd&) = delete;
+
+ private:
+  Conversion& conversion_;
+};
+
 }  // namespace
 
 /// What the callbacks of one run need.
@@ -78,28 +97,26 @@ int32_t Converter::Convert(const ModelInput& model, const fs::path& package) {
 
 int32_t Converter::ConvertIn(const WorkFolder& work, const ModelInput& model, const fs::path& package) {
   RunNotes notes;
+  const RunEnd end(conversion_);
+  ConversionJob& job = conversion_.Job();
   int32_t result = FBX_TO_TS3D_CANCELLED;
   try {
     result = RunIn(work, model, notes);
-    const fs::path made = BesideModel(work.Model());
     if (result == FBX_TO_TS3D_OK) {
+      const fs::path made = BesideModel(work.Model());
       notes.members = ListMembers(made.string());
       notes.packageBytes = fs::file_size(made);
       lastDocument_ = DocumentOf(made);
+      // Nothing may fail or be cancelled once the package is in its place.
+      Advance(1);
+      json_ = ConversionAsJson(result, error_, job, notes);
       result = Deliver(made, package);
     }
-    if (result == FBX_TO_TS3D_OK) Advance(1);
   } catch (const Cancelled&) {
     error_ = DescribeResult(result = FBX_TO_TS3D_CANCELLED);
   }
-  ConversionJob& job = conversion_.Job();
-  // The model's bytes are the host's, and the callbacks' context goes.
-  conversion_.Release();
-  job.onProgress = nullptr;
-  job.onMesh = nullptr;
-  job.statusCallback = nullptr;
-  job.textureCallback = nullptr;
-  if (result != FBX_TO_TS3D_OK) job.vertexTotal = job.polygonTotal = 0;
+  if (result == FBX_TO_TS3D_OK) return result;
+  job.vertexTotal = job.polygonTotal = 0;
   json_ = ConversionAsJson(result, error_, job, notes);
   return result;
 }

@@ -4,6 +4,9 @@
 // is told, and no package or document that looks whole is not.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <memory>
+
 #include "faults/strip_runs.h"
 
 // minizip loses its memory of a member whose header it cannot write.
@@ -50,6 +53,33 @@ class FaultSweep : public faults::StripRuns, public ::testing::WithParamInterfac
 
 class ConversionFaults : public FaultSweep {};
 class FinishFaults : public FaultSweep {};
+class HandleFaults : public FaultSweep {
+ protected:
+  void SetUp() override {
+    FaultSweep::SetUp();
+    fs::create_directory(Path("work"));
+    setenv("TMPDIR", Path("work").c_str(), 1);
+    FbxToTs3dOptions options{};
+    options.size = sizeof options;
+    options.context = &lines_;
+    options.onLine = [](void* lines, const char* line) { faults::Lines::Take(lines, line); };
+    ASSERT_EQ(FbxToTs3dSetOptions(converter_.get(), &options), 0);
+    ASSERT_EQ(ConvertByHandle(), 0);
+    TakeAsReference();
+  }
+  void TearDown() override {
+    unsetenv("TMPDIR");
+    FaultSweep::TearDown();
+  }
+  int ConvertByHandle() {
+    lines_ = faults::Lines();
+    lines_.armAt = "Loading FBX Model";
+    return FbxToTs3dConvert(converter_.get(), Path("strip.fbx").c_str(), Path("strip.czp").c_str());
+  }
+
+  std::unique_ptr<FbxToTs3dConverter, decltype(&FbxToTs3dDestroy)> converter_{FbxToTs3dCreate(),
+                                                                              FbxToTs3dDestroy};
+};
 
 TEST_P(ConversionFaults, AConversionGivesAWholePackageOrNone) {
   // What an earlier run left must not be taken for what this one could not write.
@@ -89,6 +119,24 @@ TEST_P(FinishFaults, FinalSettingsLeaveTheOldOrTheNew) {
   });
 }
 
+TEST_P(HandleFaults, APackageIsTheOldOneOrWholeAndNothingElseIsLeft) {
+  const std::string names = folder_.Names();
+  const auto convertOverOld = [&] {
+    folder_.Write("strip.czp", "old");
+    return ConvertByHandle();
+  };
+  Sweep(convertOverOld, [&](int code) {
+    if (code == 0) {
+      ExpectWholeOrTold(Package(Path("strip.czp")).Members());
+    } else {
+      EXPECT_TRUE(ReadWholeFile(Path("strip.czp")) == "old");
+      EXPECT_NE(*FbxToTs3dErrorText(converter_.get()), '\0');
+    }
+    EXPECT_EQ(folder_.Names(), names);
+    EXPECT_EQ(folder_.Names("work"), "");
+  });
+}
+
 std::string CaseName(const testing::TestParamInfo<std::tuple<Call, Lasting>>& info) {
   const char* const calls[] = {"Open", "Read", "Write", "Close", "Rename", "Remove", "Map", "Memory"};
   return std::string(calls[static_cast<size_t>(std::get<Call>(info.param))]) +
@@ -100,6 +148,12 @@ const auto kLastings = testing::Values(Lasting::Once, Lasting::FromThenOn);
 INSTANTIATE_TEST_SUITE_P(Calls, ConversionFaults,
                          testing::Combine(testing::Values(Call::Open, Call::Read, Call::Write, Call::Close,
                                                           Call::Remove, Call::Map, Call::Memory),
+                                          kLastings),
+                         CaseName);
+// Without memory the JSON library ends the program: its destructors take some.
+INSTANTIATE_TEST_SUITE_P(Calls, HandleFaults,
+                         testing::Combine(testing::Values(Call::Open, Call::Read, Call::Write, Call::Close,
+                                                          Call::Rename, Call::Map),
                                           kLastings),
                          CaseName);
 INSTANTIATE_TEST_SUITE_P(Calls, FinishFaults,
