@@ -15,7 +15,7 @@ class InterruptWatch {
 };
 
 /// As long as it lives, its owner looks at InterruptSignal all the time and comes to an end when there is one.
-/// After a third of a second the process ends nevertheless.
+/// After a fifth of a second the process ends nevertheless.
 class GracefulEnd {
  public:
   GracefulEnd();

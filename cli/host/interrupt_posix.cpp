@@ -14,7 +14,7 @@
 namespace cli {
 namespace {
 
-constexpr int kGraceMilliseconds = 330;
+constexpr int kGraceMilliseconds = 200;
 
 std::atomic<int> interrupted = 0, gracefulEnds = 0;
 int wakeUp[2] = {-1, -1};  ///< a pipe: whoever writes to it, or closes its end, wakes the watch

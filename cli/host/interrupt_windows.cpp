@@ -11,7 +11,7 @@
 namespace cli {
 namespace {
 
-constexpr DWORD kGraceMilliseconds = 330;
+constexpr DWORD kGraceMilliseconds = 200;
 
 std::atomic<int> interrupted = 0, gracefulEnds = 0;
 
