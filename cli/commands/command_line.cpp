@@ -28,7 +28,9 @@ bool IsFile(const std::string& word) {
 /// "; the nearest is \"x\"", or nothing when there is none.
 std::string Nearest(const std::string& name, const std::vector<std::string>& known) {
   const std::vector<std::string> nearest = ts3d::NearestNames(name, known, 1);
-  return nearest.empty() ? "" : "; the nearest one is " + ts3d::QuotedNames(nearest);
+  // A word that is something else is no slip.
+  const bool isSlip = !nearest.empty() && 2 * ts3d::EditDistance(name, nearest[0]) <= name.size() + 1;
+  return !isSlip ? "" : "; the nearest one is " + ts3d::QuotedNames(nearest);
 }
 
 std::vector<std::string> OptionsOf(const CLI::App& command) {
