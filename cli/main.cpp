@@ -24,6 +24,7 @@
 #include "commands/preview_command.h"
 #include "commands/prove_command.h"
 #include "commands/repack_command.h"
+#include "commands/settings_command.h"
 #include "host/interrupt.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
@@ -46,12 +47,12 @@ struct Command {
   void (*add)(CLI::App& app, cli::RunCommand& run);
 };
 constexpr Command kCommands[] = {
-    {"convert", cli::AddConvertCommand}, {"check", cli::AddCheckCommand},
-    {"finish", cli::AddFinishCommand},   {"inspect", cli::AddInspectCommand},
-    {"preview", cli::AddPreviewCommand}, {"prove", cli::AddProveCommand},
-    {"export", cli::AddExportCommand},   {"diff", cli::AddDiffCommand},
-    {"repack", cli::AddRepackCommand},   {"completion", cli::AddCompletionCommand},
-    {"manual", cli::AddManualCommand}};
+    {"convert", cli::AddConvertCommand},       {"check", cli::AddCheckCommand},
+    {"finish", cli::AddFinishCommand},         {"inspect", cli::AddInspectCommand},
+    {"preview", cli::AddPreviewCommand},       {"prove", cli::AddProveCommand},
+    {"export", cli::AddExportCommand},         {"diff", cli::AddDiffCommand},
+    {"repack", cli::AddRepackCommand},         {"settings", cli::AddSettingsCommand},
+    {"completion", cli::AddCompletionCommand}, {"manual", cli::AddManualCommand}};
 
 /// Adds the commands that `first`, the first word of the command line, may need. Setting up all of them takes
 /// as long as a small mesh.

@@ -386,6 +386,39 @@ TEST_F(Tool, DamagedSettingsAndPackagesAreNamed) {
   EXPECT_EQ(Files(), "broken.czp s.json scout.fbx");
 }
 
+TEST_F(Tool, TheNearestSettingsFileHoldsAndTheCommandLineHasTheLastWord) {
+  CopySample("cast/hero.fbx");
+  CopySample("cast/props/Lamp.fbx");
+  folder_.Write("fbx2czp.json", R"({"exclude": ["hat"]})");
+  folder_.Write("cast/fbx2czp.json", R"({"exclude": "backpack", "rotation": {"x": 3, "y": 9}, "pack": "small",
+    "renames": {"L_femur": "left femur", "R_femur": "right femur"}, "final": {"scale": 50},
+    "models": {"HERO.*": {"actor_type": "girl", "rotation": {"y": 8}}, "props/?amp.fbx": {"exclude": ["hat"]}}})");
+  ASSERT_EQ(Run("convert -q cast -o out --rotation-x 4 --rename L_femur=thigh"), 0) << errors_;
+  const std::string hero = ReadWholeFile(folder_.Path("out/hero.xfg")),
+                    lamp = ReadWholeFile(folder_.Path("out/props/Lamp.xfg"));
+  for (const char* part :
+       {"<object_id>actor (girl)<", "<rotation x=\"4\" y=\"8\"/>", "old=\"L_femur\" new=\"thigh\"",
+        "old=\"R_femur\" new=\"right femur\"", "<scale>0.500000<", "name=\"hat\""})
+    EXPECT_NE(hero.find(part), std::string::npos) << part << hero;
+  EXPECT_NE(lamp.find("<rotation x=\"4\" y=\"9\"/>"), std::string::npos);
+  EXPECT_EQ(hero.find("name=\"backpack\""), std::string::npos);
+  EXPECT_EQ(lamp.find("name=\"hat\""), std::string::npos);
+
+  EXPECT_EQ(Run("settings cast/hero.fbx"), 0);
+  for (const char* line :
+       {"cast/fbx2czp.json\n", "actor_type      \"girl\"", "models \"HERO.*\"\n", "max_texture     8192"})
+    EXPECT_NE(output_.find(line), std::string::npos) << line << output_;
+  EXPECT_EQ(Run("settings cast --json --settings fbx2czp.json"), 0);
+  EXPECT_EQ(Run("check cast/hero.fbx"), 0);
+  EXPECT_NE(output_.find("with the name \"actor (girl)\""), std::string::npos) << output_;
+  folder_.Write("cast/fbx2czp.json", R"({"models": {"hero.fbx": {"exclud": "x"}}})");
+  EXPECT_EQ(Run("convert -q cast/hero.fbx"), 64);
+  EXPECT_TRUE(
+      Printed("the key \"exclud\" in the section \"hero.fbx\" is not known; the nearest one is \"exclude\""));
+  EXPECT_EQ(Run("settings cast/hero.fbx"), 64);
+  EXPECT_EQ(Run("convert -q cast/hero.fbx --no-settings"), 0) << errors_;
+}
+
 TEST_F(Tool, PresetsGiveTheBonesOfKnownRigsTheirProductNames) {
   struct {
     const char *preset, *bone, *name, *product;

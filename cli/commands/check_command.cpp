@@ -16,6 +16,7 @@
 #include "output/exit_codes.h"
 #include "rig_check/check_rig.h"
 #include "rig_check/finding_kinds.h"
+#include "settings/model_settings.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -24,13 +25,10 @@ namespace {
 /// What "fbx2czp check" was asked for.
 struct CheckCommandOptions {
   std::vector<std::string> models;
-  std::vector<std::string> excludedNames;
-  std::vector<std::string> textureFolders;
-  std::string renamePreset;
+  ConvertOptions convert;  ///< what a conversion would be asked for
   bool json = false;
   bool quiet = false;
   bool isStrict = false;  ///< is always
-  bool loadsPlugins = true;
 };
 
 /// A report on what is no model at all. `why` is a clause.
@@ -42,7 +40,7 @@ ts3d::RigReport NoModel(const std::string& why) {
   return report;
 }
 
-ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& options, int& status) {
+ts3d::RigReport CheckModel(const fs::path& model, const ConvertOptions& options, int& status) {
   if (HasBackslashInName(model)) return NoModel("its path has a backslash");
   if (const auto problem = FindInputProblem(model)) {
     status = problem->exitStatus;
@@ -52,7 +50,8 @@ ts3d::RigReport CheckModel(const fs::path& model, const CheckCommandOptions& opt
   }
   ts3d::RigReport report = ts3d::CheckRig(
       ConverterPath(model),
-      {options.excludedNames, options.loadsPlugins ? ts3d::Plugins::Load : ts3d::Plugins::LeaveOut});
+      {options.excludedNames, options.loadsPlugins ? ts3d::Plugins::Load : ts3d::Plugins::LeaveOut, false,
+       std::nullopt, options.actorType});
   if (const std::string known = report.loaded ? "" : RecogniseModel(model); !known.empty())
     return NoModel(known);
   ts3d::AddTextureFindings(model, options.textureFolders, report);
@@ -74,15 +73,16 @@ std::vector<std::string> Renames(const ts3d::RigReport& report, const std::strin
 }
 
 int RunCheck(const CheckCommandOptions& options) {
-  RequireFolders(options.textureFolders);
+  RequireFolders(options.convert.textureFolders);
   const std::vector<ModelTask> tasks = FindModels(options.models);
   std::vector<CheckedModel> models;
   ExitStatus all;
   std::array<size_t, 3> counts{};  // sound, with warnings, not to be converted
   for (const ModelTask& task : tasks) {
     int status = kSuccess;
-    CheckedModel model{task.name, CheckModel(task.model, options, status), {}};
-    model.renames = Renames(model.report, options.renamePreset);
+    const ConvertOptions convert = OptionsOf(task.model, options.convert, std::nullopt).options;
+    CheckedModel model{task.name, CheckModel(task.model, convert, status), {}};
+    model.renames = Renames(model.report, convert.renamePreset);
     if (status == kSuccess) status = StatusOf(model.report);
     all.Add(status);
     ++counts[static_cast<size_t>(std::min(status, kWarnings + 1))];
@@ -107,18 +107,20 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
   const auto options = std::make_shared<CheckCommandOptions>();
   CLI::App& check = AddCommand(app, "check", "Tell what is wrong with models, without converting them", run,
                                [options] { return RunCheck(*options); });
+  NoteGivenOptions(check, options->convert.given);
   check.add_option("MODEL", options->models, "FBX files, binary or ASCII, and folders of such files")
       ->required()
       ->type_name("");
-  Repeatable(check.add_option("--exclude", options->excludedNames,
+  Repeatable(check.add_option("--exclude", options->convert.excludedNames,
                               "Mesh or material that will be left out; repeat for more"));
-  AddTextureFolders(check, options->textureFolders);
+  AddTextureFolders(check, options->convert.textureFolders);
   AddRenamePreset(
-      check, options->renamePreset,
+      check, options->convert.renamePreset,
       "Show what convert --rename-preset would call the bones: biped, mixamo, rocketbox\nor unreal");
   check.add_flag("--json", options->json, "Print the reports as JSON");
   check.add_flag("-q,--quiet", options->quiet, "Show warnings and errors only");
-  AddNoPlugins(check, options->loadsPlugins);
+  AddSettingsOptions(check, options->convert.settingsFile, options->convert.takesSettings);
+  AddNoPlugins(check, options->convert.loadsPlugins);
   AddStrict(check, options->isStrict);
   SetFooter(check,
             "  fbx2czp check hero.fbx\n"

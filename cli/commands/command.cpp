@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "convert/choice_names.h"
 #include "convert/rename_preset.h"
 #include "output/exit_codes.h"
 
@@ -53,17 +54,28 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
 }
 
 void AddPackLevel(CLI::App& command, std::optional<int>& level) {
-  const auto take = [&level](const std::string& name) {
-    level = name == "fast"    ? ts3d::kFastPackLevel
-            : name == "small" ? ts3d::kSmallestPackLevel
-                              : ts3d::kDefaultPackLevel;
-  };
+  const auto take = [&level](const std::string& name) { level = PackLevelOfName(name); };
   command
       .add_option_function<std::string>(
           "--pack", take,
           "How hard packing tries: \"fast\", \"default\" or \"small\", which takes several times as long")
       ->type_name("LEVEL")
-      ->check(CLI::IsMember({"fast", "default", "small"}).description(""));
+      ->check(CLI::IsMember(PackLevelNames()).description(""));
+}
+
+void AddSettingsOptions(CLI::App& command, std::string& file, bool& takesSettings) {
+  auto* settings =
+      command.add_option("--settings", file, "Settings file in place of the nearest fbx2czp.json")
+          ->type_name("FILE");
+  command.add_flag("!--no-settings", takesSettings, "Take no settings file")->excludes(settings);
+}
+
+void NoteGivenOptions(CLI::App& command, std::set<std::string>& given) {
+  command.parse_complete_callback([&command, &given] {
+    for (const CLI::Option* option : command.get_options()) {
+      if (option->count() > 0) given.insert(option->get_name());
+    }
+  });
 }
 
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins) {

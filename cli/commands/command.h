@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,12 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity);
 
 /// --pack; `level` is that of a ConversionJob.
 void AddPackLevel(CLI::App& command, std::optional<int>& level);
+
+/// --settings and --no-settings, for the settings files of models.
+void AddSettingsOptions(CLI::App& command, std::string& file, bool& takesSettings);
+
+/// Puts the long names of all options into `given` that the command line has.
+void NoteGivenOptions(CLI::App& command, std::set<std::string>& given);
 
 /// --no-plugins.
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins);

@@ -11,6 +11,7 @@
 #include <stdexcept>
 
 #include "convert/batch.h"
+#include "convert/choice_names.h"
 #include "convert/convert_options.h"
 #include "convert/convert_report.h"
 #include "convert/mesh_options.h"
@@ -138,6 +139,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   const auto options = std::make_shared<ConvertOptions>();
   CLI::App& convert = AddCommand(app, "convert", "Convert models into packages", run,
                                  [options] { return RunConvert(*options); });
+  NoteGivenOptions(convert, options->given);
   convert.add_option("MODEL", options->models, "FBX files, binary or ASCII, and folders of such files")
       ->required()
       ->type_name("");
@@ -154,6 +156,12 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       .add_option("--rotation-x", options->rotationX,
                   "Turn about the side axis in degrees, for the document (0)")
       ->type_name("DEGREES");
+  convert
+      .add_option_function<std::string>(
+          "--actor-type", [options](const std::string& name) { options->actorType = ActorTypeOfName(name); },
+          "Kind of actor, whatever the path says: none, male, female, boy, girl, teenager or baby")
+      ->type_name("TYPE")
+      ->check(CLI::IsMember(ActorTypeNames()).description(""));
   TakesPair(Repeatable(convert.add_option("--rename", options->boneRenames,
                                           "Product name of a bone; repeat for more")),
             "OLD=NEW");
@@ -198,6 +206,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
                   "JSON file to write with the results of all models; \"-\" prints it,\n"
                   "and all other output goes to standard error")
       ->type_name("FILE");
+  AddSettingsOptions(convert, options->settingsFile, options->takesSettings);
   convert.add_flag(
       "--prove", options->proves,
       "Compare each package with its model, as fbx2czp prove does, and tell what moves otherwise");

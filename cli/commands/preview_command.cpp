@@ -27,6 +27,7 @@
 #include "preview/page.h"
 #include "preview/picture.h"
 #include "preview/stand.h"
+#include "settings/model_settings.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -62,6 +63,8 @@ struct PreviewOptions {
   bool bones = false;
   bool loadsPlugins = true;
   bool strict = false;
+  std::string settingsFile;  ///< of a model; empty: the nearest
+  bool takesSettings = true;
   std::vector<std::string> textureFolders;  ///< of a model
   std::string up;                           ///< axis; empty: concluded from the model
 
@@ -77,8 +80,10 @@ fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const Pre
                         Messages& messages) {
   ConvertOptions options;
   options.loadsPlugins = preview.loadsPlugins;
+  options.settingsFile = preview.settingsFile;
+  options.takesSettings = preview.takesSettings;
   options.textureFolders = preview.textureFolders;
-  const ModelResult result = ConvertInWorkFolder(task, work, options, std::nullopt, [](std::string_view) {});
+  const ModelResult result = ConvertWithSettings(task, work, options, std::nullopt, [](std::string_view) {});
   for (const std::string& loss : result.Losses()) messages.Warning(task.name, loss);
   if (result.code != 0) throw Failure(result.code, result.reason);
   return WithExtension(work.Model(), "czp");
@@ -283,6 +288,7 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
                   "That many pictures once around the model; their names get numbers from _000")
       ->check(CLI::Range(1, 360));
   AddTextureFolders(preview, options->textureFolders);
+  AddSettingsOptions(preview, options->settingsFile, options->takesSettings);
   AddNoPlugins(preview, options->loadsPlugins);
   AddStrict(preview, options->strict);
   SetFooter(preview, kPreviewExamples);

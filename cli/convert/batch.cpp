@@ -19,6 +19,7 @@
 #include "output/exit_codes.h"
 #include "output/terminal.h"
 #include "platform/files.h"
+#include "settings/model_settings.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -54,7 +55,7 @@ class Running {
               };
               ModelResult result;
               try {
-                result = ConvertInWorkFolder(task, work_, options, finish, onStatus);
+                result = ConvertWithSettings(task, work_, options, finish, onStatus);
               } catch (const std::exception& error) {
                 result.code = kNotWritten;
                 result.reason = error.what();
@@ -118,7 +119,7 @@ class Batch {
         Fail(0, problem->exitStatus, problem->text);
       } else if (!RefuseForeignPackage(0)) {
         const WorkFolder work(task.model, task.model.parent_path(), task.NameInWork());
-        Complete(0, work, ConvertInWorkFolder(task, work, options_, finish_, onStatus));
+        Complete(0, work, ConvertWithSettings(task, work, options_, finish_, onStatus));
       }
     } catch (const InterruptedRun&) {
       signal = InterruptSignal();

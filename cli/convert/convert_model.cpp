@@ -200,6 +200,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   ts3d::RigFaults faults;
   faults.Watch(job);
   ts3d::ConversionRequest request;
+  request.actorType = options.actorType;
   const bool mayBeCurrent = options.update && IsCurrent(task, FixedInputs(task, options));
   request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) {
     if (mayBeCurrent) LeaveIfCurrent(task, textures.FindInputs(loaded), result);

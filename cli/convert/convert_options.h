@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "core/conversion_job.h"
 #include "core/pack_level.h"
 #include "core/repair_settings.h"
 #include "output/status_printer.h"
@@ -40,6 +42,10 @@ struct ConvertOptions {
   bool strict = false;                                     ///< warnings count as failures
   bool update = false;  ///< leaves out models whose packages are newer than all that they are made of
   bool watch = false;   ///< converts again what changes, until it is interrupted
+  std::optional<ts3d::ActorType> actorType;  ///< else the path tells
+  std::string settingsFile;                  ///< named on the command line; empty: the nearest
+  bool takesSettings = true;
+  std::set<std::string> given;  ///< options that the command line has, by their long names
   bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
 

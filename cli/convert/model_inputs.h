@@ -8,7 +8,8 @@
 
 namespace cli {
 
-/// What a package is made of beside the model's pictures: the model, files with settings, and this program.
+/// What a package is made of beside the model's pictures: the model, files with settings (also where there could be
+/// one), and this program.
 std::set<std::filesystem::path> FixedInputs(const ModelTask& task, const ConvertOptions& options);
 
 /// Whether package and document are there and none of `inputs` is newer than the package.

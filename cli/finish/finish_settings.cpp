@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "finish/finish_settings.h"
 
-#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <iterator>
@@ -9,12 +8,11 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "core/similar_names.h"
-#include "core/visible_text.h"
 #include "driver/final_settings.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
 #include "output/exit_codes.h"
+#include "settings/json_fields.h"
 
 namespace cli {
 namespace {
@@ -26,62 +24,26 @@ std::string WithPrefix(const std::string& entry, char prefix) {
   return entry.substr(0, equals + 1) + prefix + entry.substr(equals + 1);
 }
 
-void CheckObject(const Json& value, const std::string& name) {
-  if (!value.is_object()) throw std::runtime_error(name + " is not of the form {\"key\": value, ...}");
-}
-
-/// Refuses what nobody would read: a mistyped key is a setting that is lost.
-void CheckKeys(const Json& value, const std::string& name, const std::vector<std::string>& known) {
-  CheckObject(value, name);
-  for (const auto& [key, ignored] : value.items()) {
-    if (std::find(known.begin(), known.end(), key) != known.end()) continue;
-    throw std::runtime_error("the key \"" + key + "\" in " + name + " is not known; the nearest one is " +
-                             ts3d::QuotedNames(ts3d::NearestNames(key, known, 1)));
-  }
-}
-
-/// A whole number that fits; the library would cut others short.
-int32_t ReadWholeNumber(const Json& value) {
-  const double number = value.get<double>();
-  if (number != std::floor(number) || std::abs(number) > std::numeric_limits<int32_t>::max()) {
-    throw std::runtime_error(value.dump() + " is not a whole number that can be a rotation");
-  }
-  return static_cast<int32_t>(number);
-}
-
-/// "old=new" for each member of the object `name`, in file order.
-std::vector<std::string> ReadEntries(const Json& file, const char* name) {
-  std::vector<std::string> entries;
-  if (!file.contains(name)) return entries;
-  CheckObject(file.at(name), ts3d::QuotedNames({name}));
-  for (const auto& [key, value] : file.at(name).items()) {
-    const std::string entry = key + "=" + value.get<std::string>();
-    if (key.find('=') != std::string::npos || entry.find('|') != std::string::npos) {
-      throw std::runtime_error("\"" + entry + "\" holds a \"=\" or \"|\" too many");
-    }
-    if (entry.find('\0') != std::string::npos)
-      throw std::runtime_error("\"" + ts3d::VisibleText(entry) + "\" holds a zero byte");
-    entries.push_back(entry);
-  }
-  return entries;
-}
-
-void AddJson(const Json& file, FinishSettings& settings) {
-  CheckKeys(file, "the file", {"scale", "rotation", "renames", "meshes", "switch_on", "switch_off"});
-  if (file.contains("scale")) CheckScale(settings.scalePercent.emplace(file.at("scale").get<double>()));
-  if (file.contains("rotation")) {
-    const Json& rotation = file.at("rotation");
-    CheckKeys(rotation, "\"rotation\"", {"x", "y"});
-    if (rotation.contains("x")) settings.rotationX = ReadWholeNumber(rotation.at("x"));
-    if (rotation.contains("y")) settings.rotationY = ReadWholeNumber(rotation.at("y"));
-  }
-  for (const std::string& entry : ReadEntries(file, "renames")) settings.boneRenames.push_back(entry);
-  for (const std::string& entry : ReadEntries(file, "meshes")) settings.meshes.push_back(entry);
-  for (const std::string& entry : ReadEntries(file, "switch_on")) AddSwitchOn(settings, entry);
-  for (const std::string& entry : ReadEntries(file, "switch_off")) AddSwitchOff(settings, entry);
-}
-
 }  // namespace
+
+void AddFinishSettings(const Json& json, const std::string& name, FinishSettings& settings) {
+  CheckKeys(json, name, {"scale", "rotation", "renames", "meshes", "switch_on", "switch_off"});
+  if (json.contains("scale"))
+    CheckScale(settings.scalePercent.emplace(ReadNumber(json.at("scale"), "scale")));
+  if (json.contains("rotation")) {
+    const Json& rotation = json.at("rotation");
+    CheckKeys(rotation, "\"rotation\"", {"x", "y"});
+    if (rotation.contains("x")) settings.rotationX = ReadWholeNumber(rotation.at("x"), "rotation");
+    if (rotation.contains("y")) settings.rotationY = ReadWholeNumber(rotation.at("y"), "rotation");
+  }
+  const auto entries = [&](const char* key) {
+    return json.contains(key) ? ReadEntries(json.at(key), key) : std::vector<std::string>();
+  };
+  for (const std::string& entry : entries("renames")) settings.boneRenames.push_back(entry);
+  for (const std::string& entry : entries("meshes")) settings.meshes.push_back(entry);
+  for (const std::string& entry : entries("switch_on")) AddSwitchOn(settings, entry);
+  for (const std::string& entry : entries("switch_off")) AddSwitchOff(settings, entry);
+}
 
 void CheckScale(double percent) {
   // Documents have six decimals.
@@ -104,7 +66,7 @@ void ReadFinishSettings(const std::string& path, FinishSettings& settings) {
   std::ifstream file(path);
   try {
     const std::string text{std::istreambuf_iterator<char>(file), {}};
-    AddJson(Json::parse(text), settings);
+    AddFinishSettings(Json::parse(text), "the file", settings);
   } catch (const std::exception& error) {
     throw std::runtime_error(path + ": " + error.what());
   }

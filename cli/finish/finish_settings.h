@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,6 +31,9 @@ void AddSwitchOff(FinishSettings& settings, const std::string& entry);
 /// Other keys are refused.
 /// @throws std::runtime_error with a reason for the person at the keyboard
 void ReadFinishSettings(const std::string& path, FinishSettings& settings);
+
+/// The same of a part of a file, which is called `name` there.
+void AddFinishSettings(const nlohmann::ordered_json& json, const std::string& name, FinishSettings& settings);
 
 /// Lets `settings` say what `later` says as well, and `later` have the last word.
 void AddSettings(const FinishSettings& later, FinishSettings& settings);

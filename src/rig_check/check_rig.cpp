@@ -54,7 +54,7 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
   check.lines.Attach(job);
   job.modelDirectory = DirectoryPart(path);
   job.inputPath = path;
-  job.actorType = DetectActorType(path);
+  job.actorType = options.actorType.value_or(DetectActorType(path));
   job.exclusionList = options.excludedNames;
   job.plugins = options.plugins;
   job.findsBaseColours = true;

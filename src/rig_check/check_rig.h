@@ -17,6 +17,7 @@ struct CheckOptions {
   bool isQuiet = false;  ///< loads without plug-ins, and never ends the process
   /// The model, when it is not in the file; outlives the check.
   std::optional<std::string_view> source = std::nullopt;
+  std::optional<ActorType> actorType = std::nullopt;  ///< whatever the path says
 };
 
 /// Goes through a conversion of the model `path` (with backslashes) without writing anything, and tells what

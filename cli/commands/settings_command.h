@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "commands/command.h"
+
+namespace cli {
+
+/// Adds "fbx2czp settings".
+void AddSettingsCommand(CLI::App& app, RunCommand& run);
+
+}  // namespace cli

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/conversion_job.h"
+
+namespace cli {
+
+// What options and settings call the things that one can choose from.
+
+/// "none", "male", ...
+const std::vector<std::string>& ActorTypeNames();
+/// @param name  one of them
+ts3d::ActorType ActorTypeOfName(const std::string& name);
+
+/// "fast", "default", "small"
+const std::vector<std::string>& PackLevelNames();
+/// The level of a ConversionJob.
+/// @param name  one of them
+int PackLevelOfName(const std::string& name);
+
+}  // namespace cli

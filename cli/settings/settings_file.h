@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cli {
+
+/// A setting as a file has it.
+struct Setting {
+  std::string key;
+  nlohmann::ordered_json value;
+  std::string section;  ///< pattern of the models that it is for; empty: all
+};
+
+/// A "fbx2czp.json" file. docs/settings.md describes it.
+class SettingsFile {
+ public:
+  /// @throws std::runtime_error when it cannot be read, or holds what nobody would read
+  explicit SettingsFile(const std::filesystem::path& path);
+
+  const std::filesystem::path& Path() const { return path_; }
+  /// What holds for the model: the settings for all models, then those of each section that its name fits, in file
+  /// order. Lists add up; of others the last counts.
+  std::vector<Setting> SettingsOf(const std::filesystem::path& model) const;
+
+ private:
+  bool Fits(const std::string& pattern, const std::filesystem::path& model) const;
+
+  std::filesystem::path path_;
+  nlohmann::ordered_json json_;
+};
+
+/// Whether `text` fits `pattern` in any letter case: "*" stands for any signs but "/", "?" for one.
+bool FitsPattern(std::string_view pattern, std::string_view text);
+
+}  // namespace cli
