@@ -45,9 +45,26 @@ if(TARGET ts3d_page)
 endif()
 file(GLOB schemas ${PROJECT_SOURCE_DIR}/docs/schemas/*.json)
 install(FILES ${schemas} DESTINATION ${CMAKE_INSTALL_DATADIR}/fbx2czp/schemas COMPONENT tool)
+file(GLOB guides ${PROJECT_SOURCE_DIR}/docs/*.md)
+list(FILTER guides EXCLUDE REGEX "/(architecture|testing|host-guide|formats)\\.md$")
+install(FILES ${guides} ${PROJECT_SOURCE_DIR}/README.md
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_tool} COMPONENT tool)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/pictures
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_tool} COMPONENT tool)
+# Debian wants changelogs packed, without a date in them.
+find_program(GZIP gzip)
+if(GZIP AND NOT WIN32)
+  set(changelog ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz)
+  add_custom_command(OUTPUT ${changelog} DEPENDS ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+    COMMAND sh -c "'${GZIP}' -9nc '${PROJECT_SOURCE_DIR}/CHANGELOG.md' > '${changelog}'" VERBATIM)
+  add_custom_target(changelog ALL DEPENDS ${changelog})
+endif()
 foreach(component library development tool)
   set(doc_${component} ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_${component}})
   install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${doc_${component}} COMPONENT ${component} RENAME copyright)
+  if(changelog)
+    install(FILES ${changelog} DESTINATION ${doc_${component}} COMPONENT ${component})
+  endif()
 endforeach()
 install(FILES ${PROJECT_SOURCE_DIR}/docs/host-guide.md ${PROJECT_SOURCE_DIR}/docs/formats.md
   ${PROJECT_SOURCE_DIR}/samples/host/host.c ${PROJECT_SOURCE_DIR}/samples/host/host.cpp

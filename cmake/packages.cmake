@@ -1,7 +1,14 @@
 # "cpack": on Linux three Debian packages, on Windows one .zip archive.
 set(CPACK_PACKAGE_NAME fbx-to-ts3d)
 set(CPACK_PACKAGE_VENDOR "FBX-to-TS3D developers")
-set(CPACK_PACKAGE_CONTACT "FBX-to-TS3D developers <fbx-to-ts3d@localhost>")
+# Whoever builds the packages answers for them: there is no address that would do for all.
+set(FBX_TO_TS3D_MAINTAINER "" CACHE STRING
+  "Maintainer of the Debian packages, \"Name <name@example.com>\"; else the variables DEBFULLNAME and DEBEMAIL tell")
+set(CPACK_PACKAGE_CONTACT "${FBX_TO_TS3D_MAINTAINER}")
+if(NOT CPACK_PACKAGE_CONTACT AND DEFINED ENV{DEBEMAIL})
+  set(CPACK_PACKAGE_CONTACT "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
+endif()
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/check_maintainer.cmake)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Converts rigged FBX characters into actor packages")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)

@@ -200,6 +200,22 @@ TEST_F(Batch, WarnsOfNamesThatNoneOfTheModelsHas) {
   EXPECT_TRUE(Printed("fbx2czp: b.fbx: warning: --inward Hairpin_a: no mesh has this name;")) << errors_;
 }
 
+TEST_F(Batch, ListsKeepFoldersAndMayBeEmpty) {
+  CopySample("cast/hero.fbx");
+  CopySample("cast/old/hero.fbx");
+  folder_.Write("list", "cast/hero.fbx\r\n\n" + folder_.Path("cast/old/hero.fbx") + "\r\ncast/hero.fbx");
+  EXPECT_EQ(Run("convert -q --files-from list --base cast -o out"), 0) << errors_;
+  EXPECT_EQ(Files("out") + " " + Files("out/old"), "hero.czp hero.xfg old hero.czp hero.xfg");
+  EXPECT_EQ(Run("convert -q --files-from - -o two <list"), 0) << errors_;
+  EXPECT_EQ(Files("two/cast/old"), "hero.czp hero.xfg");
+  EXPECT_EQ(Run("convert -q cast/hero.fbx --base cast/old -o out"), 64);
+  EXPECT_TRUE(Printed("cast/hero.fbx is not below ")) << errors_;
+  EXPECT_EQ(Run("convert --files-from - --report - </dev/null"), 0);
+  EXPECT_TRUE(Printed("the list is empty; there is nothing to convert")) << errors_;
+  EXPECT_EQ(Json::parse(output_)["totals"]["models"], 0);
+  EXPECT_EQ(Run("convert --files-from none"), 66);
+}
+
 TEST_F(Batch, TwoModelsNeverWriteOnePackage) {
   CopySample("a/hero.fbx");
   CopySample("b/hero.fbx");

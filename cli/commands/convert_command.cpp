@@ -20,6 +20,7 @@
 #include "convert/watch.h"
 #include "host/find_models.h"
 #include "host/host_paths.h"
+#include "host/source_date.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
 #include "platform/process.h"
@@ -103,10 +104,16 @@ ConvertedModels ConvertAndTell(const ConvertOptions& options, const std::vector<
   return {std::move(results), true, kInterrupted - SIGINT + signal};
 }
 
-int RunConvert(const ConvertOptions& options) {
+int RunConvert(ConvertOptions& options) {
   CheckMeshOptions(options);
   RequireFolders(options.textureFolders);
-  const std::vector<ModelTask> tasks = FindModels(options.models, options.outputFolder);
+  // A wrong one is told before anything is done.
+  SourceDate();
+  if (options.models.empty() && options.filesFrom.empty())
+    throw Failure(kUsageError, "there is no model to convert. Try 'fbx2czp convert --help'.");
+  if (!options.filesFrom.empty()) options.listed = ReadFileList(options.filesFrom);
+  const std::vector<ModelTask> tasks = FindModels(options);
+  if (tasks.empty()) PrintMessage("", Severity::Note, "the list is empty; there is nothing to convert");
   CheckReportPath(options.report, tasks);
   const ConvertModels convert = [&](const std::vector<ModelTask>& models) {
     return ConvertAndTell(options, models);
@@ -141,7 +148,6 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
                                  [options] { return RunConvert(*options); });
   NoteGivenOptions(convert, options->given);
   convert.add_option("MODEL", options->models, "FBX files, binary or ASCII, and folders of such files")
-      ->required()
       ->type_name("");
   convert
       .add_option("-o,--output", options->outputFolder,
@@ -162,6 +168,16 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
           "Kind of actor, whatever the path says: none, male, female, boy, girl, teenager or baby")
       ->type_name("TYPE")
       ->check(CLI::IsMember(ActorTypeNames()).description(""));
+  convert
+      .add_option("--files-from", options->filesFrom,
+                  "List of more models, one in a line (or with a zero byte behind each, as find -print0\n"
+                  "writes them); \"-\" reads it from standard input")
+      ->type_name("LIST");
+  convert
+      .add_option("--base", options->base,
+                  "Models keep the folders that they have below this one in the output folder\n"
+                  "(for models of a list the current folder)")
+      ->type_name("FOLDER");
   TakesPair(Repeatable(convert.add_option("--rename", options->boneRenames,
                                           "Product name of a bone; repeat for more")),
             "OLD=NEW");

@@ -19,7 +19,10 @@ namespace cli {
 /// What "fbx2czp convert" was asked for.
 struct ConvertOptions {
   std::vector<std::string> models;  ///< files and folders
-  std::string outputFolder;         ///< empty: beside each model
+  std::string filesFrom;            ///< file with more of them, "-" for standard input, or empty
+  std::vector<std::string> listed;  ///< what that list holds
+  std::string base;          ///< folder below which models keep their folders in the output; may be empty
+  std::string outputFolder;  ///< empty: beside each model
   int32_t rotationY = 0;
   int32_t rotationX = 0;
   std::vector<std::string> boneRenames;  ///< "old=new"

@@ -74,9 +74,7 @@ class Watcher {
   size_t Count() const { return watched_.size(); }
 
  private:
-  std::vector<ModelTask> Find() const try {
-    return FindModels(options_.models, options_.outputFolder);
-  } catch (const std::exception&) {
+  std::vector<ModelTask> Find() const try { return FindModels(options_); } catch (const std::exception&) {
     return {};
   }
 

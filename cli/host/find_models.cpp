@@ -3,6 +3,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <set>
+#include <sstream>
 #include <stdexcept>
 
 #include "core/names.h"
@@ -41,6 +46,29 @@ std::vector<ModelTask> Find(const std::vector<std::string>& names, const std::st
   return tasks;
 }
 
+/// Puts the packages of `tasks` from `first` on into the folders of `output` that their models have below `base`.
+void KeepFolders(const std::string& base, const std::string& output, size_t first,
+                 std::vector<ModelTask>& tasks) {
+  const fs::path root = fs::weakly_canonical(base.empty() ? "." : base);
+  for (size_t i = first; i < tasks.size(); ++i) {
+    const fs::path below = fs::weakly_canonical(tasks[i].model.parent_path()).lexically_relative(root);
+    if (below.empty() || *below.begin() == "..") {
+      throw Failure(kUsageError, tasks[i].name + " is not below " + root.string() +
+                                     ", so its folder cannot be kept; name another folder with --base");
+    }
+    tasks[i].folder = (fs::absolute(output) / below).lexically_normal();
+    if (below == ".") tasks[i].folder = fs::absolute(output);
+  }
+}
+
+std::string ReadList(const std::string& file) {
+  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
+  std::error_code unknown;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream || fs::is_directory(file, unknown)) throw Failure(kNoInput, file + ": the list cannot be read");
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 }  // namespace
 
 std::vector<fs::path> FilesBelow(const std::string& folder, const char* extension) {
@@ -57,6 +85,30 @@ std::vector<fs::path> FilesBelow(const std::string& folder, const char* extensio
   }
   std::sort(found.begin(), found.end());
   return found;
+}
+
+std::vector<std::string> ReadFileList(const std::string& file) {
+  const std::string text = ReadList(file);
+  const char separator = text.find('\0') == std::string::npos ? '\n' : '\0';
+  std::vector<std::string> names;
+  std::set<std::string> known;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line, separator);) {
+    if (separator == '\n' && line.ends_with('\r')) line.pop_back();
+    if (!line.empty() && known.insert(line).second) names.push_back(line);
+  }
+  return names;
+}
+
+std::vector<ModelTask> FindModels(const ConvertOptions& options) {
+  std::vector<ModelTask> tasks;
+  if (!options.models.empty()) tasks = FindModels(options.models, options.outputFolder);
+  const size_t first = options.base.empty() ? tasks.size() : 0;
+  for (const std::string& name : options.listed) {
+    for (ModelTask& task : FindModels({name}, "")) tasks.push_back(std::move(task));
+  }
+  if (!options.outputFolder.empty()) KeepFolders(options.base, options.outputFolder, first, tasks);
+  return tasks;
 }
 
 std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& output) {

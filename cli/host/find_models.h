@@ -19,4 +19,13 @@ std::vector<std::filesystem::path> FilesBelow(const std::string& folder, const c
 /// cannot be meant
 std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& output = {});
 
+/// The same for all models of a conversion: those of the command line and of the list. Models of the list, and with
+/// a base all models, keep their folders below the base, which is the current folder unless it is given.
+/// @throws Failure as well when a model is not below the base
+std::vector<ModelTask> FindModels(const ConvertOptions& options);
+
+/// The paths in the list `file`, or of standard input for "-": one in a line, or with a zero byte behind each; each once.
+/// @throws Failure when it cannot be read
+std::vector<std::string> ReadFileList(const std::string& file);
+
 }  // namespace cli
