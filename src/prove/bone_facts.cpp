@@ -39,18 +39,22 @@ class FactFinder {
     for (size_t i = 0; i < skeleton_.bones.size(); ++i) {
       const actor::Bone& bone = skeleton_.bones[i];
       frames_.push_back(StoredFrame(bone.boneSpaceRotation, bone.boneSpaceTranslation).Inverse());
-      BoneFacts& fact = facts.emplace_back();
+      facts.push_back(bone.parent < 0 ? BoneFacts() : HandDown(facts[static_cast<size_t>(bone.parent)]));
+      BoneFacts& fact = facts.back();
       if (rig_.nodeOf[i] < 0) continue;
       const Affine wanted = (rig_.actorTurn * NodeAt(rig_, rig_.nodeOf[i])->bound).Frame();
       const Affine above = bone.parent < 0 ? Affine() : FrameAbove(bone.parent);
       const Affine local = StoredFrame(bone.rotation, bone.translation);
       const Affine space = StoredFrame(bone.boneSpaceRotation, bone.boneSpaceTranslation);
-      const double shear = ShearOf(i);
+      fact.shear += Unevenness(NodeAt(rig_, rig_.nodeOf[i])->stretch);
+      // A frame may be read from it in several ways.
+      const double shear = fact.shear > kTurnRounding ? 2.0 * fact.shear : 0.0;
       if (!IsSameFrame(local, above.Inverse() * wanted, diagonal_)) {
         fact.place = IsSameFrame(local, rules_[i].local, diagonal_, shear) ? Why(i) : Cause::WrongBone;
+        NotePlace(i, fact);
       }
       if (!IsSameFrame(space, wanted.Inverse(), diagonal_)) {
-        fact.space = IsSameFrame(space, rules_[i].space, diagonal_, shear) ? WhyHereOrAbove(i, facts)
+        fact.space = IsSameFrame(space, rules_[i].space, diagonal_, shear) ? WhyHereOrAbove(i, fact)
                                                                            : Cause::WrongBone;
       }
     }
@@ -58,14 +62,19 @@ class FactFinder {
   }
 
  private:
-  /// What the bone and those above it have of scale that differs along the axes.
-  double ShearOf(size_t bone) const {
-    double sum = 0.0;
-    for (auto i = static_cast<int32_t>(bone); i >= 0; i = skeleton_.bones[static_cast<size_t>(i)].parent) {
-      if (const RigNode* node = NodeAt(rig_, rig_.nodeOf[static_cast<size_t>(i)]))
-        sum += Unevenness(node->stretch);
-    }
-    return sum > kTurnRounding ? 2.0 * sum : 0.0;
+  static BoneFacts HandDown(BoneFacts above) {
+    above.place = above.space = Cause::None;
+    ++above.depth;
+    return above;
+  }
+
+  /// A scaled root is put where it belongs before anything is compared, so that it counts nowhere else.
+  static void NotePlace(size_t bone, BoneFacts& fact) {
+    if (fact.place == Cause::RootScale) return;
+    fact.nearest = fact.place;
+    if (fact.chain != Cause::None && (!IsOurs(fact.place) || IsOurs(fact.chain))) return;
+    fact.chain = fact.place;
+    fact.chainBone = static_cast<int32_t>(bone);
   }
 
   /// Where the model has the bone; what the converter made stands where it says itself.
@@ -106,11 +115,8 @@ class FactFinder {
   }
 
   /// Bone space is handed down.
-  Cause WhyHereOrAbove(size_t bone, const std::vector<BoneFacts>& facts) const {
-    for (auto i = static_cast<int32_t>(bone); i >= 0; i = skeleton_.bones[static_cast<size_t>(i)].parent) {
-      const Cause place = facts[static_cast<size_t>(i)].place;
-      if (place != Cause::None && place != Cause::RootScale) return place;
-    }
+  Cause WhyHereOrAbove(size_t bone, const BoneFacts& fact) const {
+    if (fact.nearest != Cause::None) return fact.nearest;
     return skeleton_.bones[bone].parent < 0 ? ScaleCause(bone) : Why(bone);
   }
 
@@ -125,6 +131,23 @@ class FactFinder {
 
 std::vector<BoneFacts> FindBoneFacts(const actor::Skeleton& skeleton, const ModelRig& rig, double diagonal) {
   return FactFinder(skeleton, rig, diagonal).Find();
+}
+
+NodeFacts FindNodeFacts(const ModelRig& rig) {
+  constexpr double kSameScale = 1e-6;
+  NodeFacts facts;
+  for (size_t i = 0; i < rig.nodes.size(); ++i) {
+    const RigNode& node = rig.nodes[i];
+    const auto self = static_cast<int32_t>(i);
+    const auto next = [&](bool isHere, const std::vector<int32_t>& found) {
+      if (isHere || node.parent < 0) return isHere ? self : -1;
+      return found[static_cast<size_t>(node.parent)];
+    };
+    facts.uneven.push_back(next(Unevenness(node.bound) > kSameScale, facts.uneven));
+    const bool isScaled = (node.present * node.bound.Inverse()).Stretch() > kSameScale;
+    facts.scaledNow.push_back(next(isScaled, facts.scaledNow));
+  }
+  return facts;
 }
 
 Cause WhyNoBone(int32_t number, const actor::Skeleton& skeleton, const ModelRig& rig) {

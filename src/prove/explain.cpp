@@ -45,7 +45,7 @@ class Explainer {
   };
 
   void ExplainMesh(size_t m) {
-    const VertexCauses causes(skeleton_, rig_, matches_, m, facts_, comparison_.diagonal);
+    const VertexCauses causes(skeleton_, rig_, matches_, m, facts_, nodes_, comparison_.diagonal);
     for (size_t v = 0; v < matches_.meshes[m].points.size(); ++v) {
       const float bind = comparison_.atRest[m][v], now = comparison_.now[m][v],
                   turned = comparison_.turned[m][v];
@@ -78,9 +78,8 @@ class Explainer {
   bool IsRounding(size_t m, size_t v) {
     const MatchedMesh& mesh = matches_.meshes[m];
     const actor::Vector3& p = mesh.file->vertices[v].position;
-    size_t depth = 1;
-    for (int32_t up = MainBone(*mesh.file, mesh.file->vertices[v]); up >= 0; ++depth)
-      up = skeleton_.bones[static_cast<size_t>(up)].parent;
+    const int32_t bone = MainBone(*mesh.file, mesh.file->vertices[v]);
+    const size_t depth = bone < 0 ? 1 : facts_[static_cast<size_t>(bone)].depth;
     const double reach = std::hypot(p[0], p[1], p[2]) + comparison_.diagonal;
     const double rounding = 0x1p-23 * static_cast<double>(depth) * reach / comparison_.diagonal;
     return comparison_.WorstOf(m, v) <= rounding;
@@ -97,6 +96,7 @@ class Explainer {
   const ModelRig& rig_;
   const Matches& matches_;
   const std::vector<BoneFacts>& facts_;
+  const NodeFacts nodes_{FindNodeFacts(rig_)};
   const Comparison& comparison_;
   std::map<Cause, Found> found_;
 };

@@ -14,11 +14,16 @@ namespace {
 const scene::KFbxXMatrix* RuleMatrix(const RigNode& entry, const ModelRig& rig,
                                      const scene::KFbxPose* first = nullptr) {
   if (const int index = first ? first->Find(entry.node) : -1; index >= 0) return &first->GetMatrix(index);
-  for (const scene::KFbxPose* pose : rig.rulePoses) {
-    if (const int index = pose->Find(entry.node); index >= 0) return &pose->GetMatrix(index);
-  }
+  if (rig.rulePoses.empty()) return nullptr;
+  if (const int index = rig.bindPose->Find(entry.node); index >= 0) return &rig.bindPose->GetMatrix(index);
+  const auto other = rig.poseOf.find(entry.node);
+  if (rig.rulePoses.size() > 1 && other != rig.poseOf.end())
+    return &other->second->GetMatrix(other->second->Find(entry.node));
   return nullptr;
 }
+
+/// Bind poses that are tried for one mesh.
+constexpr size_t kMostPlaces = 8;
 
 /// Lengths of the axes; all negative when mirrored.
 Point ScaleOf(const Affine& m) {
@@ -120,7 +125,7 @@ std::vector<std::vector<Point>> PlacePointsByRule(const ModelMesh& mesh, const M
   if (hasBones) {
     for (const scene::KFbxPose* pose : rig.rulePoses) {
       const bool counts = places.empty() ? IsBoundByRule(node, rig) : pose->Find(node.node) >= 0;
-      if (counts) Deform(mesh, WorldsByRule(rig, pose), places.emplace_back());
+      if (counts && places.size() < kMostPlaces) Deform(mesh, WorldsByRule(rig, pose), places.emplace_back());
     }
   }
   if (places.empty()) {

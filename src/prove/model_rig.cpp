@@ -2,7 +2,10 @@
 #include "prove/model_rig.h"
 
 #include <algorithm>
+#include <deque>
+#include <map>
 #include <string>
+#include <utility>
 
 #include "core/names.h"
 #include "scene/model/mesh.h"
@@ -43,19 +46,19 @@ void ChooseBindPose(const scene::KFbxScene& scene, ModelRig& rig) {
     if (pose->GetCount() > most) rig.bindPose = pose;
     most = std::max(most, pose->GetCount());
   }
+  for (const KFbxPose* pose : poses) {
+    for (int i = 0; i < pose->GetCount(); ++i) rig.poseOf.emplace(pose->GetNode(i), pose);
+  }
   if (rig.bindPose) rig.rulePoses.push_back(rig.bindPose);
   // Only when the choice was not clear, the others count by the rules, too.
   if (withMost > 1) rig.rulePoses.insert(rig.rulePoses.end(), poses.begin(), poses.end());
 }
 
 /// The bind pose that has `node`: the main one before all others.
-const KFbxPose* PoseOf(const KFbxNode& node, const scene::KFbxScene& scene, const ModelRig& rig) {
+const KFbxPose* PoseOf(const KFbxNode& node, const ModelRig& rig) {
   if (rig.bindPose && rig.bindPose->Find(&node) >= 0) return rig.bindPose;
-  for (int i = 0; i < scene.GetPoseCount(); ++i) {
-    const KFbxPose* pose = scene.GetPose(i);
-    if (pose->IsBindPose() && pose->Find(&node) >= 0) return pose;
-  }
-  return nullptr;
+  const auto found = rig.poseOf.find(&node);
+  return found == rig.poseOf.end() ? nullptr : found->second;
 }
 
 void AddNodes(const scene::KFbxScene& scene, ModelRig& rig) {
@@ -72,10 +75,10 @@ void AddNodes(const scene::KFbxScene& scene, ModelRig& rig) {
 }
 
 /// Settles `bound` of every node.
-void Bind(const scene::KFbxScene& scene, const Links& links, Stand stand, ModelRig& rig) {
+void Bind(const Links& links, Stand stand, ModelRig& rig) {
   for (RigNode& entry : rig.nodes) {
     const RigNode* parent = entry.parent < 0 ? nullptr : &rig.nodes[static_cast<size_t>(entry.parent)];
-    const KFbxPose* pose = PoseOf(*entry.node, scene, rig);
+    const KFbxPose* pose = PoseOf(*entry.node, rig);
     const auto link = links.find(entry.node);
     if (pose && !(stand == Stand::Skins && link != links.end())) {
       const int index = pose->Find(entry.node);
@@ -96,34 +99,28 @@ void Bind(const scene::KFbxScene& scene, const Links& links, Stand stand, ModelR
   }
 }
 
-/// The bone above `node`, or -1.
-int32_t BoneAbove(const ModelRig& rig, const RigNode& node) {
-  for (int32_t up = node.parent; up >= 0; up = rig.nodes[static_cast<size_t>(up)].parent) {
-    const RigNode& above = rig.nodes[static_cast<size_t>(up)];
-    if (above.bone >= 0) return above.bone;
-  }
-  return -1;
-}
-
-/// Finds the node of each bone: of its name, below the node of its parent, the first that no other bone has.
+/// Finds the node of each bone: of its name, next below the node of its parent, the first that no other bone has.
 void FindBones(const actor::Skeleton& skeleton, ModelRig& rig) {
-  std::unordered_map<std::string, std::vector<size_t>> named;
+  // By the skeleton node above, -1 for none, and the name.
+  std::map<std::pair<int32_t, std::string>, std::deque<int32_t>> candidates;
+  std::vector<int32_t> above;  // or the node itself, when it is one
   for (size_t i = 0; i < rig.nodes.size(); ++i) {
-    if (rig.nodes[i].node->IsSkeleton())
-      named[ts3d::SanitizeMeshName(rig.nodes[i].node->GetName())].push_back(i);
+    const RigNode& entry = rig.nodes[i];
+    above.push_back(entry.parent < 0 ? -1 : above[static_cast<size_t>(entry.parent)]);
+    if (!entry.node->IsSkeleton()) continue;
+    const auto number = static_cast<int32_t>(i);
+    candidates[{above.back(), ts3d::SanitizeMeshName(entry.node->GetName())}].push_back(number);
+    above.back() = number;
   }
   for (const actor::Bone& bone : skeleton.bones) {
-    const auto number = static_cast<int32_t>(rig.nodeOf.size());
-    rig.nodeOf.push_back(-1);
     // Above bones of the model only stands what the converter made.
-    const int32_t above =
-        bone.parent >= 0 && rig.nodeOf[static_cast<size_t>(bone.parent)] >= 0 ? bone.parent : -1;
-    for (const size_t i : named[bone.name]) {
-      if (rig.nodes[i].bone >= 0 || BoneAbove(rig, rig.nodes[i]) != above) continue;
-      rig.nodes[i].bone = number;
-      rig.nodeOf.back() = static_cast<int32_t>(i);
-      break;
-    }
+    const int32_t parent = bone.parent < 0 ? -1 : rig.nodeOf[static_cast<size_t>(bone.parent)];
+    const auto found = candidates.find({parent, bone.name});
+    rig.nodeOf.push_back(-1);
+    if (found == candidates.end() || found->second.empty()) continue;
+    rig.nodeOf.back() = found->second.front();
+    found->second.pop_front();
+    rig.nodes[static_cast<size_t>(rig.nodeOf.back())].bone = static_cast<int32_t>(rig.nodeOf.size()) - 1;
   }
 }
 
@@ -174,13 +171,13 @@ ModelRig ReadModelRig(const scene::KFbxScene& scene, const actor::Skeleton& skel
   AddNodes(scene, rig);
   FindBones(skeleton, rig);
   const Links links = ReadLinks(scene);
-  Bind(scene, links, Stand::Skins, rig);
+  Bind(links, Stand::Skins, rig);
   const double fromSkins = DistanceOfBones(skeleton, rig, isActor);
-  Bind(scene, links, Stand::BindPose, rig);
+  Bind(links, Stand::BindPose, rig);
   // A package may have been converted in the pose of its skins. Rounding must not decide.
   if (fromSkins < 0.1 * DistanceOfBones(skeleton, rig, isActor)) {
     rig.stand = Stand::Skins;
-    Bind(scene, links, Stand::Skins, rig);
+    Bind(links, Stand::Skins, rig);
   }
   if (isActor) rig.actorTurn = ActorTurn(rig);
   return rig;

@@ -40,6 +40,8 @@ struct ModelRig {
   std::unordered_map<const scene::KFbxNode*, int32_t> numberOf;
   std::vector<int32_t> nodeOf;  ///< of each bone of the package; -1 for one that the converter made
   const scene::KFbxPose* bindPose = nullptr;  ///< the first with the most nodes
+  std::unordered_map<const scene::KFbxNode*, const scene::KFbxPose*>
+      poseOf;  ///< first bind pose of each node
   std::vector<const scene::KFbxPose*>
       rulePoses;  ///< those that count by the rules of the format, in their order
   Stand stand = Stand::BindPose;

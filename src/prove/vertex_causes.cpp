@@ -42,12 +42,14 @@ bool IsNear(const Point& a, const Point& b, double diagonal) {
 }  // namespace
 
 VertexCauses::VertexCauses(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches,
-                           size_t mesh, const std::vector<BoneFacts>& facts, double diagonal)
+                           size_t mesh, const std::vector<BoneFacts>& facts, const NodeFacts& nodes,
+                           double diagonal)
     : skeleton_(skeleton),
       rig_(rig),
       mesh_(matches.meshes[mesh]),
       model_(matches.models[mesh_.model]),
       facts_(facts),
+      nodes_(nodes),
       diagonal_(diagonal) {
   hasBones_ = std::any_of(rig.nodeOf.begin(), rig.nodeOf.end(), [](int32_t node) { return node >= 0; });
   Deform(model_, BoundWorlds(rig), places_);
@@ -171,13 +173,9 @@ VertexCause VertexCauses::OfBones(size_t vertex, Pose::Kind kind) const {
     if (weight == 0.0) continue;
     // In the present pose every bone is put where it belongs. Else what is wrong above counts below, and
     // first.
-    std::vector<int32_t> chain;
-    for (int32_t up = bone; up >= 0; up = skeleton_.bones[static_cast<size_t>(up)].parent)
-      chain.push_back(up);
-    for (size_t i = chain.size(); i-- > 0 && kind != Pose::Kind::Present;) {
-      take(facts_[static_cast<size_t>(chain[i])].place, chain[i]);
-    }
-    take(facts_[static_cast<size_t>(bone)].space, bone);
+    const BoneFacts& fact = facts_[static_cast<size_t>(bone)];
+    if (kind != Pose::Kind::Present) take(fact.chain, fact.chainBone);
+    take(fact.space, bone);
   }
   return found;
 }
@@ -197,14 +195,10 @@ VertexCause VertexCauses::OfBinding(size_t point, Pose::Kind kind) const {
   for (const Weight& each : weights) {
     const int32_t link = model_.influences[each.influence].link;
     if (!isOneBinding && !IsNear(bindOf(each), own, diagonal_)) return {Cause::OtherBindPose, link};
-    for (int32_t up = link; up >= 0; up = rig_.nodes[static_cast<size_t>(up)].parent) {
-      const RigNode& node = rig_.nodes[static_cast<size_t>(up)];
-      if (kind == Pose::Kind::Present && (node.present * node.bound.Inverse()).Stretch() > 1e-6)
-        return {Cause::ScaledNow, up};
-      const double scale = std::cbrt(std::abs(node.bound.Determinant()));
-      if (kind != Pose::Kind::Present && node.bound.Stretch(scale) > 1e-6 * scale)
-        return {Cause::UnevenScale, up};
-    }
+    const auto at = static_cast<size_t>(link);
+    if (kind == Pose::Kind::Present && nodes_.scaledNow[at] >= 0)
+      return {Cause::ScaledNow, nodes_.scaledNow[at]};
+    if (kind != Pose::Kind::Present && nodes_.uneven[at] >= 0) return {Cause::UnevenScale, nodes_.uneven[at]};
   }
   return {};
 }

@@ -18,7 +18,7 @@ struct VertexCause {
 class VertexCauses {
  public:
   VertexCauses(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches, size_t mesh,
-               const std::vector<BoneFacts>& facts, double diagonal);
+               const std::vector<BoneFacts>& facts, const NodeFacts& nodes, double diagonal);
 
   /// @param kind  of the pose that shows it
   VertexCause Of(size_t vertex, Pose::Kind kind) const;
@@ -40,6 +40,7 @@ class VertexCauses {
   const MatchedMesh& mesh_;
   const ModelMesh& model_;
   const std::vector<BoneFacts>& facts_;
+  const NodeFacts& nodes_;
   double diagonal_;
   bool hasBones_ = false;                  ///< some bone of the package is one of the model
   std::vector<Point> places_;              ///< of the control points at bind time
