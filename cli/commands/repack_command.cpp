@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "actor/memory_archive.h"
@@ -146,13 +147,14 @@ size_t Repack(const CheckedPackage& package, const std::string& newPath,
 
 int RunRepack(const std::string& path, std::optional<int> level) {
   try {
-    const CheckedPackage package(path);
+    std::optional<CheckedPackage> package(std::in_place, path);
     const auto before = fs::file_size(path);
     platform::Replacement file(path, platform::Links::Follow);
     if (!file.Create("wb")) throw std::runtime_error("the new package cannot be written");
     std::optional<ts3d::MemberDeflater> deflater;
     if (level) deflater.emplace(*level);
-    const size_t dropped = Repack(package, file.Path(), deflater ? &*deflater : nullptr);
+    const size_t dropped = Repack(*package, file.Path(), deflater ? &*deflater : nullptr);
+    package.reset();  // Windows replaces no file that is mapped
     if (!file.TakePlace()) throw std::runtime_error("the new package cannot be put into its place");
     std::printf("%s: %zu superseded members dropped, %ju bytes instead of %ju\n", Printable(path).c_str(),
                 dropped, static_cast<uintmax_t>(fs::file_size(path)), static_cast<uintmax_t>(before));
