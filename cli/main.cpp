@@ -26,6 +26,7 @@
 #include "commands/repack_command.h"
 #include "commands/settings_command.h"
 #include "host/interrupt.h"
+#include "output/build_info.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
 #include "platform/process.h"
@@ -72,7 +73,12 @@ std::vector<std::string> CommandNames() {
 int Run(const std::vector<std::string>& given) {
   CLI::App app("Converts rigged, skinned FBX characters into actor packages (.czp) for Tessaly 3D Studio.",
                "fbx2czp");
-  app.set_version_flag("-V,--version", std::string("fbx2czp ") + FBX_TO_TS3D_VERSION);
+  bool json = false;
+  app.add_flag("--json", json,
+               "With --version: commit, page, kinds of pictures and libraries of this build as JSON");
+  app.set_version_flag("-V,--version", [&app] {
+    return app.count("--json") > 0 ? cli::VersionAsJson() : std::string("fbx2czp ") + FBX_TO_TS3D_VERSION;
+  });
   app.require_subcommand(1);
   app.footer(
       "'fbx2czp COMMAND --help', or 'fbx2czp help COMMAND', tells more, with examples. Models and folders\n"

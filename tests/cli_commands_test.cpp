@@ -419,6 +419,29 @@ TEST_F(Tool, TheNearestSettingsFileHoldsAndTheCommandLineHasTheLastWord) {
   EXPECT_EQ(Run("convert -q cast/hero.fbx --no-settings"), 0) << errors_;
 }
 
+TEST_F(Tool, TellsItsBuildItsStepsAndWhatShellsComplete) {
+  EXPECT_EQ(Run("--version --json"), 0);
+  EXPECT_NE(output_.find("\"webp\""), std::string::npos) << output_;
+  CopySample("a b.fbx");
+  CopySample("c.FBX");
+  EXPECT_EQ(Run("convert -q 'a b.fbx' c.FBX --timings"), 0);
+  EXPECT_TRUE(Printed("fbx2czp: all models together: load 0.")) << errors_;
+  EXPECT_EQ(Run("completion bash >complete.sh"), 0);
+  const std::pair<const char*, const char*> cases[] = {{"convert --pack s", "small\n"},
+                                                       {"convert ''", "a b.fbx\nc.FBX\n"},
+                                                       {"inspect ''", "a b.czp\nc.czp\n"},
+                                                       {"completion f", "fish\n"},
+                                                       {"settings --js", "--json\n"}};
+  for (const auto& [words, completed] : cases) {
+    const std::string script = std::string(". ./complete.sh; COMP_WORDS=(fbx2czp ") + words +
+                               "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _fbx2czp; printf \"%s\\n\" "
+                               "\"${COMPREPLY[@]}\" | sort >completed";
+    folder_.Write("script.sh", script);
+    EXPECT_EQ(std::system(("cd '" + folder_.Path() + "' && bash script.sh").c_str()), 0);
+    EXPECT_EQ(ReadWholeFile(folder_.Path("completed")), completed) << words;
+  }
+}
+
 TEST_F(Tool, PresetsGiveTheBonesOfKnownRigsTheirProductNames) {
   struct {
     const char *preset, *bone, *name, *product;

@@ -2,6 +2,7 @@
 #include "commands/command.h"
 
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,6 +41,24 @@ CLI::Option* TakesPair(CLI::Option* option, const char* form) {
   return option->type_name(form)->check(CLI::Validator(CheckPair, ""));
 }
 
+CLI::Option* TakesOneOf(CLI::Option* option, const std::vector<std::string>& choices) {
+  std::string name;
+  for (const std::string& choice : choices) name += (name.empty() ? "" : "|") + choice;
+  return option->check(CLI::IsMember(choices).description("").name(name));
+}
+
+std::vector<std::string> ChoicesOf(const CLI::Option& option) {
+  std::vector<std::string> choices;
+  try {
+    // Only TakesOneOf names its check, which is the first.
+    std::istringstream names(const_cast<CLI::Option&>(option).get_validator(0)->get_name());
+    for (std::string choice; std::getline(names, choice, '|');) choices.push_back(choice);
+  } catch (const CLI::OptionNotFound&) {
+    return {};
+  }
+  return choices;
+}
+
 CLI::Option* TakesNumber(CLI::Option* option, int least, int most) {
   return option->type_name("NUMBER")->check(CLI::Range(least, most).description(""));
 }
@@ -55,12 +74,13 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity) {
 
 void AddPackLevel(CLI::App& command, std::optional<int>& level) {
   const auto take = [&level](const std::string& name) { level = PackLevelOfName(name); };
-  command
-      .add_option_function<std::string>(
-          "--pack", take,
-          "How hard packing tries: \"fast\", \"default\" or \"small\", which takes several times as long")
-      ->type_name("LEVEL")
-      ->check(CLI::IsMember(PackLevelNames()).description(""));
+  TakesOneOf(
+      command
+          .add_option_function<std::string>(
+              "--pack", take,
+              "How hard packing tries: \"fast\", \"default\" or \"small\", which takes several times as long")
+          ->type_name("LEVEL"),
+      PackLevelNames());
 }
 
 void AddSettingsOptions(CLI::App& command, std::string& file, bool& takesSettings) {
@@ -101,11 +121,8 @@ void RequireFolders(const std::vector<std::string>& folders) {
 }
 
 void AddRenamePreset(CLI::App& command, std::string& preset, const char* description) {
-  std::vector<std::string> names;
-  for (const auto& [name, text] : RenamePresetTexts()) names.push_back(name);
-  command.add_option("--rename-preset", preset, description)
-      ->type_name("RIG")
-      ->check(CLI::IsMember(names).description(""));
+  TakesOneOf(command.add_option("--rename-preset", preset, description)->type_name("RIG"),
+             KeysOf(RenamePresetTexts()));
 }
 
 void SetFooter(CLI::App& command, const std::string& examples) {

@@ -29,6 +29,19 @@ CLI::Option* TakesName(CLI::Option* option);
 /// Refuses what holds no "=" or a "|"; `form` shows in the help.
 CLI::Option* TakesPair(CLI::Option* option, const char* form);
 
+/// Refuses all but `choices`, which shells can complete.
+CLI::Option* TakesOneOf(CLI::Option* option, const std::vector<std::string>& choices);
+/// The choices of an option that TakesOneOf has set; none for another.
+std::vector<std::string> ChoicesOf(const CLI::Option& option);
+
+/// The keys of a map, as TakesOneOf takes them.
+template <class Map>
+std::vector<std::string> KeysOf(const Map& map) {
+  std::vector<std::string> keys;
+  for (const auto& [key, value] : map) keys.push_back(key);
+  return keys;
+}
+
 /// Refuses numbers outside `least` to `most`.
 CLI::Option* TakesNumber(CLI::Option* option, int least, int most);
 

@@ -93,6 +93,13 @@ ConvertedModels ConvertAndTell(const ConvertOptions& options, const std::vector<
   if (tasks.size() > 1 && options.verbosity != Verbosity::Quiet)
     std::fputs(SummaryTable(results, seconds, platform::TerminalColumns(options.Summary())).c_str(),
                options.Summary());
+  if (options.timings && tasks.size() > 1) {
+    StepSeconds all;
+    for (const ModelResult& result : results) {
+      for (const auto& [step, taken] : result.steps) AddSeconds(step, taken, all);
+    }
+    std::fprintf(stderr, "fbx2czp: all models together: %s\n", DescribeSteps(all).c_str());
+  }
   if (!options.report.empty()) WriteReport(options.report, results, warnings, seconds);
   if (signal == 0) {
     const int status = StatusOf(results, options.strict, warnings.size());
@@ -162,12 +169,13 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       .add_option("--rotation-x", options->rotationX,
                   "Turn about the side axis in degrees, for the document (0)")
       ->type_name("DEGREES");
-  convert
-      .add_option_function<std::string>(
-          "--actor-type", [options](const std::string& name) { options->actorType = ActorTypeOfName(name); },
-          "Kind of actor, whatever the path says: none, male, female, boy, girl, teenager or baby")
-      ->type_name("TYPE")
-      ->check(CLI::IsMember(ActorTypeNames()).description(""));
+  TakesOneOf(convert
+                 .add_option_function<std::string>(
+                     "--actor-type",
+                     [options](const std::string& name) { options->actorType = ActorTypeOfName(name); },
+                     "Kind of actor, whatever the path says: none, male, female, boy, girl, teenager or baby")
+                 ->type_name("TYPE"),
+             ActorTypeNames());
   convert
       .add_option("--files-from", options->filesFrom,
                   "List of more models, one in a line (or with a zero byte behind each, as find -print0\n"
@@ -232,6 +240,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       "this program");
   convert.add_flag("--watch", options->watch,
                    "Convert again whatever changes: models, their pictures and settings. Ctrl-C ends it");
+  convert.add_flag("--timings", options->timings, "Tell how long each step took; reports always do");
   convert.add_flag("--force", options->force,
                    "Replace a .czp file even if it holds what fbx2czp has not written");
   AddNoPlugins(convert, options->loadsPlugins);

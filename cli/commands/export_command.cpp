@@ -147,18 +147,20 @@ void AddExportCommand(CLI::App& app, RunCommand& run) {
       ->check(CLI::IsMember({"glb", "gltf", "obj"}).description(""));
   CLI::Option* raw =
       command.add_flag("--raw", options->raw, "Keep the numbers and axes of the package as they are");
-  command
-      .add_option("--unit", options->unit,
-                  "What the package's lengths are: cm, m, mm or inch (concluded from the model's size)")
-      ->type_name("UNIT")
-      ->check(CLI::IsMember(kMetres).description(""))
+  TakesOneOf(
+      command
+          .add_option("--unit", options->unit,
+                      "What the package's lengths are: cm, m, mm or inch (concluded from the model's size)")
+          ->type_name("UNIT"),
+      KeysOf(kMetres))
       ->excludes(raw);
-  command
-      .add_option("--up", options->up,
-                  "Axis of the package that leads upwards: x, y, z, -x, -y or -z (concluded from bones\n"
-                  "and bounds)")
-      ->type_name("AXIS")
-      ->check(CLI::IsMember(preview::AxisNames()).description(""))
+  TakesOneOf(
+      command
+          .add_option("--up", options->up,
+                      "Axis of the package that leads upwards: x, y, z, -x, -y or -z (concluded from bones\n"
+                      "and bounds)")
+          ->type_name("AXIS"),
+      KeysOf(preview::AxisNames()))
       ->excludes(raw);
   AddStrict(command, options->strict);
   SetFooter(command,

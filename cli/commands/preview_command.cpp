@@ -275,14 +275,17 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
   preview.add_option("--size", options->size, "Pixels of each side of the picture (512)")
       ->check(CLI::Range(preview::kSmallestPicture, preview::kLargestPicture));
   preview.add_flag("--bones", options->bones, "Draw the bones over the model");
-  preview
-      .add_option("--view", options->view,
-                  "front, side (the model's left), top or three-quarter (the default)")
-      ->check(CLI::IsMember(kViews));
-  preview
-      .add_option("--up", options->up,
-                  "Axis that leads upwards: x, y, z, -x, -y or -z (concluded from bones and bounds)")
-      ->check(CLI::IsMember(preview::AxisNames()));
+  TakesOneOf(preview
+                 .add_option("--view", options->view,
+                             "front, side (the model's left), top or three-quarter (the default)")
+                 ->type_name("VIEW"),
+             KeysOf(kViews));
+  TakesOneOf(
+      preview
+          .add_option("--up", options->up,
+                      "Axis that leads upwards: x, y, z, -x, -y or -z (concluded from bones and bounds)")
+          ->type_name("AXIS"),
+      KeysOf(preview::AxisNames()));
   preview
       .add_option("--turntable", options->turntable,
                   "That many pictures once around the model; their names get numbers from _000")

@@ -10,7 +10,9 @@
 #include "convert/mesh_options.h"
 #include "convert/model_inputs.h"
 #include "convert/rename_preset.h"
+#include "convert/step_times.h"
 #include "convert/unmatched_options.h"
+#include "core/progress.h"
 #include "driver/convert.h"
 #include "driver/converted_document.h"
 #include "driver/scene_loader.h"
@@ -192,11 +194,16 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   const SceneOwner owner{job};
   textures::TextureConverter textures(task.model, options.longestTextureSide, options.textureFolders);
   textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
+  StepTimes times;
   host.onTexture = [&](const std::string& source, bool exists) {
-    return textures.Provide(job, source, exists);
+    return times.Within("pictures", [&] { return textures.Provide(job, source, exists); });
   };
   host.Attach(job);
   SetUp(job, options);
+  job.onProgress = [&](double fraction) {
+    if (fraction == ts3d::kModelLoaded) times.Begin("skeleton");
+    if (fraction == ts3d::kMeshesWritten) times.Begin("package");
+  };
   ts3d::RigFaults faults;
   faults.Watch(job);
   ts3d::ConversionRequest request;
@@ -213,18 +220,20 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     result.unmatchedOptions =
         FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
   };
-  if (!options.renamePreset.empty()) {
-    request.onSkeleton = [&](const ts3d::SkeletonState& skeleton) {
-      AddPresetRenames(options, skeleton, job, result);
-    };
-  }
+  request.onSkeleton = [&](const ts3d::SkeletonState& skeleton) {
+    times.Begin("meshes");
+    if (!options.renamePreset.empty()) AddPresetRenames(options, skeleton, job, result);
+  };
+  times.Begin("load");
   try {
     result.code = Convert(task, work, std::move(request), job);
   } catch (const PackageIsCurrent&) {
     TakeCurrentPackage(task, options, result);
     return result;
   }
-  if (result.code == 0 && finish) result.code = Finish(work, *finish, job, result);
+  if (result.code == 0 && finish)
+    result.code = times.Within("final settings", [&] { return Finish(work, *finish, job, result); });
+  result.steps = times.End();
   if (result.code != 0 && result.reason.empty()) result.reason = WhyFailed(task, work, result.code, job);
   result.readerOutput = job.loadError;
   result.damage = job.damagedArrays;

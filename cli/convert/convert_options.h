@@ -43,8 +43,9 @@ struct ConvertOptions {
   bool proves = false;                                     ///< compares each package with its model
   bool force = false;                                      ///< replaces packages that somebody else has made
   bool strict = false;                                     ///< warnings count as failures
-  bool update = false;  ///< leaves out models whose packages are newer than all that they are made of
-  bool watch = false;   ///< converts again what changes, until it is interrupted
+  bool update = false;   ///< leaves out models whose packages are newer than all that they are made of
+  bool timings = false;  ///< tells how long the steps took
+  bool watch = false;    ///< converts again what changes, until it is interrupted
   std::optional<ts3d::ActorType> actorType;  ///< else the path tells
   std::string settingsFile;                  ///< named on the command line; empty: the nearest
   bool takesSettings = true;

@@ -37,6 +37,7 @@ Json ModelAsJson(const ModelResult& result) {
           {"vertices", result.vertices},
           {"triangles", result.triangles},
           {"seconds", result.seconds},
+          {"steps", StepsAsJson(result.steps)},
           {"up_to_date", result.isCurrent},
           {"inputs", result.inputs},
           {"package", result.package},

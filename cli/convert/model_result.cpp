@@ -33,6 +33,12 @@ std::vector<std::string> ModelResult::Losses() const {
   return losses;
 }
 
+Json StepsAsJson(const StepSeconds& steps) {
+  Json json = Json::object();
+  for (const auto& [step, seconds] : steps) json[step] = seconds;
+  return json;
+}
+
 Json ToJson(const ModelResult& result) {
   Json members = Json::array();
   for (const MemberSize& member : result.members) {
@@ -61,6 +67,7 @@ Json ToJson(const ModelResult& result) {
           {"vertices", result.vertices},
           {"triangles", result.triangles},
           {"seconds", result.seconds},
+          {"steps", StepsAsJson(result.steps)},
           {"up_to_date", result.isCurrent},
           {"inputs", result.inputs},
           {"package", result.package},
@@ -92,6 +99,8 @@ ModelResult ResultFromJson(const Json& json) {
   json.at("vertices").get_to(result.vertices);
   json.at("triangles").get_to(result.triangles);
   json.at("seconds").get_to(result.seconds);
+  for (const auto& [step, seconds] : json.at("steps").items())
+    result.steps.emplace_back(step, seconds.get<double>());
   json.at("up_to_date").get_to(result.isCurrent);
   json.at("inputs").get_to(result.inputs);
   json.at("package").get_to(result.package);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "convert/step_times.h"
 #include "package/read_member.h"
 #include "rig_check/finding.h"
 #include "textures/texture_converter.h"
@@ -37,6 +38,7 @@ struct ModelResult {
   std::vector<UnmatchedOption> unmatchedOptions;
   int32_t vertices = 0, triangles = 0;
   double seconds = 0.0;
+  StepSeconds steps;                ///< of the conversion
   bool isCurrent = false;           ///< not converted: the package is newer than all that it is made of
   std::vector<std::string> inputs;  ///< files that it is made of, and where missing pictures would be
   std::vector<std::string> beside;  ///< names of the other files that are left in the package's folder
@@ -52,6 +54,9 @@ struct ModelResult {
 nlohmann::ordered_json ToJson(const ModelResult& result);
 /// The opposite. @throws nlohmann::json::exception on anything else
 ModelResult ResultFromJson(const nlohmann::ordered_json& json);
+
+/// Seconds by the names of steps.
+nlohmann::ordered_json StepsAsJson(const StepSeconds& steps);
 
 struct Totals {
   size_t succeeded = 0;

@@ -1,0 +1,38 @@
+# What "fbx2czp --version --json" tells of a build: commit, kinds of pictures and versions of libraries.
+set(FBX_TO_TS3D_COMMIT "" CACHE STRING "Commit that is built, where git cannot tell")
+set(commit "${FBX_TO_TS3D_COMMIT}")
+find_program(GIT git)
+if(GIT AND NOT commit AND EXISTS ${PROJECT_SOURCE_DIR}/.git)
+  execute_process(COMMAND ${GIT} rev-parse HEAD WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+    OUTPUT_VARIABLE commit OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+  # Each commit adds a line there.
+  execute_process(COMMAND ${GIT} rev-parse --path-format=absolute --git-path logs/HEAD
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+    OUTPUT_VARIABLE log OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+  if(EXISTS "${log}")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${log})
+  endif()
+endif()
+
+set(picture_kinds bmp gif jpeg png psd tga)
+set(libraries "")
+function(name_library name version)
+  if(version)
+    set(libraries "${libraries}    {\"${name}\", \"${version}\"},\n" PARENT_SCOPE)
+  endif()
+endfunction()
+name_library(zlib "${ZLIB_VERSION_STRING}")
+name_library(minizip "${MINIZIP_VERSION}")
+name_library(pugixml "${pugixml_VERSION}")
+name_library(nlohmann-json "${nlohmann_json_VERSION}")
+name_library(CLI11 "${CLI11_VERSION}")
+if(NOT WIN32)
+  list(APPEND picture_kinds tiff webp dds)
+  name_library(libpng "${PNG_VERSION}")
+  name_library(libjpeg-turbo "${TURBOJPEG_VERSION}")
+  name_library(libtiff "${TIFF_VERSION}")
+  name_library(libwebp "${WEBP_VERSION}")
+endif()
+list(SORT picture_kinds)
+list(JOIN picture_kinds "\", \"" picture_kinds)
+configure_file(${PROJECT_SOURCE_DIR}/cli/output/build_info.cpp.in build_info.cpp @ONLY)
