@@ -145,10 +145,20 @@ TEST_F(ToolTextures, AreMadeAnewWhenThePictureIsNewerUnlessSomebodyElseMadeThem)
   ASSERT_EQ(Run("convert -v hero.fbx"), 0);
   EXPECT_TRUE(Printed("Converting Texture: ")) << errors_;
 
-  ASSERT_EQ(Run("convert hero.fbx -q --max-texture 63"), 0);
+  ASSERT_EQ(Run("convert hero.fbx -q --max-texture 63 --max-texture-action leave-out"), 0);
   EXPECT_TRUE(Printed("texture C:\\art\\cloth.PNG is too large: 64 x 64 pixels, the limit is 63 a side\n"));
   EXPECT_EQ(Package(folder_.Path("hero.czp")).Count("cloth.tga"), 0u) << "as if it were not made yet";
   EXPECT_TRUE(fs::exists(folder_.Path("cloth.tga")));
+  // Shrunk for this package alone: from the picture, and without it from what was made of it.
+  const std::string whole = ReadWholeFile(folder_.Path("cloth.tga"));
+  for (const char* picture : {"cloth.png", "elsewhere.png"}) {
+    fs::rename(folder_.Path("cloth.png"), folder_.Path(picture));
+    ASSERT_EQ(Run("convert hero.fbx --max-texture 16"), 0);
+    EXPECT_TRUE(Printed("note: pictures are shrunk to 16 pixels a side: cloth.tga\n")) << errors_;
+    EXPECT_EQ(Packed("cloth.tga").substr(12, 4), std::string("\x10\0\x10\0", 4)) << picture;
+    EXPECT_EQ(ReadWholeFile(folder_.Path("cloth.tga")), whole) << picture;
+    fs::rename(folder_.Path(picture), folder_.Path("cloth.png"));
+  }
 
   fs::remove(folder_.Path("cloth.tga"));
   folder_.Write("original.tga", "painted by hand");
@@ -167,7 +177,7 @@ TEST_F(ToolTextures, ThatCannotBeConvertedAreNamedOnceAndStopNothing) {
   folder_.Write("damaged.png", ReadWholeFile(folder_.Path("large.png")).substr(0, 3000));
   folder_.Write("text.png", "no picture");
   folder_.Write("cloth.png", ReadWholeFile(folder_.Path("large.png")));
-  EXPECT_EQ(Run("convert hero.fbx -q --max-texture 63"), 0);
+  EXPECT_EQ(Run("convert hero.fbx -q --max-texture 63 --max-texture-action leave-out"), 0);
   EXPECT_TRUE(Printed("texture large.png is too large: 64 x 64 pixels, the limit is 63 a side\n")) << errors_;
   EXPECT_EQ(Run("convert hero.fbx -q"), 0);
   EXPECT_TRUE(Printed("texture a\\missing.png was not found; looked for " + folder_.Path("a/missing.png") +

@@ -213,8 +213,15 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
       ->type_name("NAME");
   AddRepairOptions(convert, *options);
   TakesNumber(convert.add_option("--max-texture", options->longestTextureSide,
-                                 "Longest side in pixels of a texture that is converted (8192)"),
+                                 "Longest side in pixels of a texture (8192)"),
               1, textures::kLargestSide);
+  TakesOneOf(convert
+                 .add_option_function<std::string>(
+                     "--max-texture-action",
+                     [options](const std::string& name) { options->tooLargeTextures = TooLargeOfName(name); },
+                     "What becomes of larger pictures: shrink (the default) or leave-out")
+                 ->type_name("ACTION"),
+             TooLargeNames());
   AddTextureFolders(convert, options->textureFolders);
   convert
       .add_option("--finish-settings", options->finishSettings,

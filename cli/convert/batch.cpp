@@ -231,7 +231,7 @@ class Batch {
   void Complete(size_t index, const WorkFolder& work, ModelResult result) {
     if (result.code == 0 && !result.isCurrent) {
       try {
-        result.beside = Publish(tasks_[index], work);
+        result.beside = Publish(tasks_[index], work, result.shrunkPictures);
       } catch (const fs::filesystem_error& error) {
         result.code = kNotWritten;
         const std::string folder = tasks_[index].folder.string();

@@ -29,4 +29,13 @@ int PackLevelOfName(const std::string& name) {
                            : ts3d::kDefaultPackLevel;
 }
 
+const std::vector<std::string>& TooLargeNames() {
+  static const std::vector<std::string> names = {"shrink", "leave-out"};
+  return names;
+}
+
+textures::TooLarge TooLargeOfName(const std::string& name) {
+  return name == "shrink" ? textures::TooLarge::Shrink : textures::TooLarge::LeaveOut;
+}
+
 }  // namespace cli

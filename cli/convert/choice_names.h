@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/conversion_job.h"
+#include "textures/texture_converter.h"
 
 namespace cli {
 
@@ -20,5 +21,10 @@ const std::vector<std::string>& PackLevelNames();
 /// The level of a ConversionJob.
 /// @param name  one of them
 int PackLevelOfName(const std::string& name);
+
+/// "shrink", "leave-out"
+const std::vector<std::string>& TooLargeNames();
+/// @param name  one of them
+textures::TooLarge TooLargeOfName(const std::string& name);
 
 }  // namespace cli

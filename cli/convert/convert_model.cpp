@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "convert/convert_model.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -121,6 +122,14 @@ void NoteOutsidePictures(const std::set<std::string>& pictures, ModelResult& res
   AddNote("outside-pictures", std::move(text), result);
 }
 
+void NoteShrunkPictures(const std::set<std::string>& pictures, int longestSide, ModelResult& result) {
+  result.shrunkPictures.assign(pictures.begin(), pictures.end());
+  if (pictures.empty()) return;
+  std::string text = "pictures are shrunk to " + std::to_string(longestSide) + " pixels a side:";
+  for (const std::string& picture : pictures) text += " " + picture;
+  AddNote("texture-shrunk", std::move(text), result);
+}
+
 void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& skeleton,
                       ts3d::ConversionJob& job, ModelResult& result) {
   const RenamePreset preset(RenamePresetTexts().at(options.renamePreset));
@@ -192,7 +201,8 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   };
   ts3d::ConversionJob job;
   const SceneOwner owner{job};
-  textures::TextureConverter textures(task.model, options.longestTextureSide, options.textureFolders);
+  textures::TextureConverter textures(task.model, options.longestTextureSide, options.textureFolders,
+                                      options.tooLargeTextures);
   textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
   StepTimes times;
   host.onTexture = [&](const std::string& source, bool exists) {
@@ -239,6 +249,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   result.damage = job.damagedArrays;
   result.textureProblems = textures.Problems();
   NoteOutsidePictures(textures.OutsidePictures(), result);
+  NoteShrunkPictures(textures.Shrunk(), options.longestTextureSide, result);
   for (const fs::path& input : textures.Inputs()) result.inputs.push_back(input.string());
   if (result.code == 0) RefuseEmptyPackage(WithExtension(work.Model(), "czp"), result);
   if (result.code == 0) {
@@ -253,11 +264,14 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   return result;
 }
 
-std::vector<std::string> Publish(const ModelTask& task, const WorkFolder& work) {
+std::vector<std::string> Publish(const ModelTask& task, const WorkFolder& work,
+                                 const std::vector<std::string>& shrunkPictures) {
   fs::create_directories(task.folder);
   std::vector<std::string> beside{WithExtension(task.Package().filename(), "xfg").string()};
   // Beside the model, converted pictures serve the next conversion. Somebody's own file is not written over.
   for (const std::string& name : work.NewPictures()) {
+    // The next conversion may have another limit.
+    if (std::find(shrunkPictures.begin(), shrunkPictures.end(), name) != shrunkPictures.end()) continue;
     const fs::path target = task.folder / name;
     const bool isOurs = fs::is_regular_file(fs::symlink_status(target)) && textures::IsWrittenByUs(target);
     if (task.folder == task.model.parent_path() && (isOurs || !fs::exists(fs::symlink_status(target)))) {

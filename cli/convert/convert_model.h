@@ -33,8 +33,10 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
                                 const std::function<void(std::string_view)>& onStatus);
 
 /// Moves a converted model's document and package from `work` to where they belong.
+/// @param shrunkPictures  files that do not stay for the next conversion
 /// @return the names of the files beside the package
 /// @throws std::filesystem::filesystem_error when that fails, or the package is not there afterwards
-std::vector<std::string> Publish(const ModelTask& task, const WorkFolder& work);
+std::vector<std::string> Publish(const ModelTask& task, const WorkFolder& work,
+                                 const std::vector<std::string>& shrunkPictures);
 
 }  // namespace cli

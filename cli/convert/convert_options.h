@@ -34,11 +34,12 @@ struct ConvertOptions {
   std::vector<std::string> excludedNames;
   ts3d::RepairSettings repairs;                            ///< what is asked for by name
   bool repairsAsNeeded = false;                            ///< beside those whatever the model needs
-  int longestTextureSide = textures::kDefaultLongestSide;  ///< pixels; larger pictures are refused
-  std::vector<std::string> textureFolders;                 ///< searched for pictures, with all folders below
-  std::string finishSettings;                              ///< JSON file with final settings, or empty
-  unsigned jobs = 0;   ///< models at a time; 0: one for each processor core
-  std::string report;  ///< JSON file to write, "-" for standard output, or empty
+  int longestTextureSide = textures::kDefaultLongestSide;  ///< pixels; larger pictures are too large
+  textures::TooLarge tooLargeTextures = textures::TooLarge::Shrink;
+  std::vector<std::string> textureFolders;  ///< searched for pictures, with all folders below
+  std::string finishSettings;               ///< JSON file with final settings, or empty
+  unsigned jobs = 0;                        ///< models at a time; 0: one for each processor core
+  std::string report;                       ///< JSON file to write, "-" for standard output, or empty
   std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
   bool proves = false;                                     ///< compares each package with its model
   bool force = false;                                      ///< replaces packages that somebody else has made

@@ -70,6 +70,7 @@ Json ToJson(const ModelResult& result) {
           {"steps", StepsAsJson(result.steps)},
           {"up_to_date", result.isCurrent},
           {"inputs", result.inputs},
+          {"shrunk", result.shrunkPictures},
           {"package", result.package},
           {"package_bytes", result.packageBytes},
           {"members", std::move(members)}};
@@ -103,6 +104,7 @@ ModelResult ResultFromJson(const Json& json) {
     result.steps.emplace_back(step, seconds.get<double>());
   json.at("up_to_date").get_to(result.isCurrent);
   json.at("inputs").get_to(result.inputs);
+  json.at("shrunk").get_to(result.shrunkPictures);
   json.at("package").get_to(result.package);
   json.at("package_bytes").get_to(result.packageBytes);
   for (const Json& member : json.at("members")) {

@@ -38,9 +38,10 @@ struct ModelResult {
   std::vector<UnmatchedOption> unmatchedOptions;
   int32_t vertices = 0, triangles = 0;
   double seconds = 0.0;
-  StepSeconds steps;                ///< of the conversion
-  bool isCurrent = false;           ///< not converted: the package is newer than all that it is made of
-  std::vector<std::string> inputs;  ///< files that it is made of, and where missing pictures would be
+  StepSeconds steps;       ///< of the conversion
+  bool isCurrent = false;  ///< not converted: the package is newer than all that it is made of
+  std::vector<std::string> shrunkPictures;  ///< ".tga" files that are smaller than their pictures
+  std::vector<std::string> inputs;          ///< files that it is made of, and where missing pictures would be
   std::vector<std::string> beside;  ///< names of the other files that are left in the package's folder
   std::string package;              ///< path; empty on failure
   uint64_t packageBytes = 0;

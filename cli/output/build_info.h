@@ -14,7 +14,7 @@ std::vector<std::string> PictureKinds();
 /// Names and versions of the libraries that it was built with.
 std::vector<std::pair<std::string, std::string>> LibraryVersions();
 
-/// All of that as JSON, see docs/json.md.
+/// All of that as JSON without a line end, see docs/json.md.
 std::string VersionAsJson();
 
 }  // namespace cli

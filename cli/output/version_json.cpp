@@ -16,7 +16,10 @@ std::string VersionAsJson() {
   json["pictures"] = PictureKinds();
   Json& libraries = json["libraries"] = Json::object();
   for (const auto& [name, version] : LibraryVersions()) libraries[name] = version;
-  return ts3d::JsonText(json);
+  // Whoever prints it adds the line end.
+  std::string text = ts3d::JsonText(json);
+  text.pop_back();
+  return text;
 }
 
 }  // namespace cli

@@ -94,6 +94,11 @@ void SetMaxTexture(const Place& place) {
   if (!place.IsGiven("--max-texture")) place.target.options.longestTextureSide = pixels;
 }
 
+void SetMaxTextureAction(const Place& place) {
+  const std::string name = ReadChoice(place.Value(), place.Key(), TooLargeNames());
+  if (!place.IsGiven("--max-texture-action")) place.target.options.tooLargeTextures = TooLargeOfName(name);
+}
+
 void SetPack(const Place& place) {
   const std::string level = ReadChoice(place.Value(), place.Key(), PackLevelNames());
   if (!place.IsGiven("--pack")) place.target.options.packLevel = PackLevelOfName(level);
@@ -125,6 +130,7 @@ constexpr Key kKeys[] = {
     {"rotation", "x 0, y 0", SetRotation},
     {"textures", "the usual folders", AddTextures},
     {"max_texture", "8192", SetMaxTexture},
+    {"max_texture_action", "shrink", SetMaxTextureAction},
     {"pack", "default", SetPack},
     {"final", "none", AddFinal}};
 

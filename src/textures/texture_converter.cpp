@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "textures/texture_converter.h"
 
+#include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "scene/model/scene.h"
 #include "scene/model/texture.h"
 #include "textures/image_reader.h"
+#include "textures/shrink.h"
 #include "textures/tga_file.h"
 
 namespace textures {
@@ -64,8 +66,11 @@ struct TextureConverter::Request {
 };
 
 TextureConverter::TextureConverter(const fs::path& model, int longestSide,
-                                   const std::vector<std::string>& folders)
-    : finder_(model, folders), budget_{longestSide} {}
+                                   const std::vector<std::string>& folders, TooLarge tooLarge)
+    : finder_(model, folders),
+      longestSide_(longestSide),
+      tooLarge_(tooLarge),
+      budget_{tooLarge == TooLarge::Shrink ? kLargestSide : longestSide} {}
 
 bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists) {
   const auto [answer, isNew] = answers_.try_emplace(source, exists);
@@ -170,21 +175,48 @@ void TextureConverter::ConvertOrEmbedded(const Request& request, const fs::path&
 /// The picture is in the job's folder under its own name; it has to be of the right kind.
 void TextureConverter::CheckOwn(const Request& request) {
   int width = 0, height = 0;
-  if (IsPlainTga(request.target, width, height)) return CheckSize(width, height, budget_.longestSide);
+  if (IsPlainTga(request.target, width, height) && FitsOrThrows(width, height)) return;
   WriteTgaOf(request.target, request.target);
 }
 
 /// The picture is used again when an earlier conversion made it, unless this one would not.
-void TextureConverter::CheckReused(const Request& request) const {
+void TextureConverter::CheckReused(const Request& request) {
   int width = 0, height = 0;
   if (!IsWrittenByUs(request.target) || !IsPlainTga(request.target, width, height)) return;
   try {
-    CheckSize(width, height, budget_.longestSide);
+    if (FitsOrThrows(width, height)) return;
   } catch (const std::runtime_error&) {
     // Only here: the file beside the model stays for conversions with another limit.
     fs::remove(request.target);
     throw;
   }
+  WriteTgaOf(request.target, request.target);
+}
+
+/// Whether a picture can stay as large as it is; false when it is to be shrunk.
+bool TextureConverter::FitsOrThrows(int width, int height) const {
+  if (std::max(width, height) <= longestSide_) return true;
+  CheckSize(width, height, budget_.longestSide);
+  return false;
+}
+
+/// Decodes the picture. To shrink one takes no more memory than one of the usual limit does.
+Image TextureConverter::ReadPicture(const fs::path& picture) {
+  if (tooLarge_ == TooLarge::LeaveOut) return ReadImage(picture, budget_);
+  platform::MappedFile file;
+  std::string error;
+  if (!file.Open(picture.string(), error)) throw std::runtime_error("cannot be read: " + error);
+  budget_.AddFile(file.Bytes().size());
+  constexpr uint64_t kMost = uint64_t{kDefaultLongestSide} * kDefaultLongestSide;
+  PictureBudget own{budget_.longestSide, std::min(budget_.pixels, kMost)};
+  // What a damaged picture took counts as well.
+  struct Spent {
+    uint64_t& left;
+    const PictureBudget& own;
+    uint64_t before = own.pixels;
+    ~Spent() { left -= before - own.pixels; }
+  } const spent{budget_.pixels, own};
+  return DecodeImage(file.Bytes(), own);
 }
 
 void TextureConverter::Convert(const Request& request, const fs::path& picture) {
@@ -205,14 +237,18 @@ void TextureConverter::WriteTgaOf(const fs::path& picture, const fs::path& targe
   if (!isNew) {
     if (!decoded.error.empty()) throw std::runtime_error(decoded.error);
     budget_.Take(decoded.width, decoded.height);
+    if (decoded.isShrunk) shrunk_.insert(target.filename().string());
     return CopyTga(decoded.tga, target);
   }
   if (onConvert) onConvert(picture);
   decoded.error = "needs more memory than there is";
   try {
-    const Image image = ReadImage(picture, budget_);
+    Image image = ReadPicture(picture);
+    const bool isShrunk = std::max(image.width, image.height) > longestSide_;
+    if (isShrunk) shrunk_.insert(target.filename().string());
+    image = ShrinkToFit(std::move(image), longestSide_);
     WriteTga(image, target);
-    decoded = {image.width, image.height, target, {}};
+    decoded = {image.width, image.height, target, {}, isShrunk};
   } catch (const std::runtime_error& error) {
     decoded.error = error.what();
     throw;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/conversion_job.h"
+#include "textures/image.h"
 #include "textures/picture_budget.h"
 #include "textures/texture_search.h"
 
@@ -28,15 +29,18 @@ struct TextureProblem {
 
 inline constexpr int kDefaultLongestSide = 8192;
 
+/// What becomes of pictures that are larger than allowed.
+enum class TooLarge { LeaveOut, Shrink };
+
 /// Finds the pictures that a conversion asks for and writes them as ".tga" files into the job's folder. One
 /// converter serves one conversion.
 class TextureConverter {
  public:
   /// @param model absolute path of the model, whose folder is searched; the job's own is a temporary one
-  /// @param longestSide larger pictures (in pixels) are refused
+  /// @param longestSide larger pictures (in pixels) are too large
   /// @param folders  searched as well, see TextureFinder
   TextureConverter(const std::filesystem::path& model, int longestSide,
-                   const std::vector<std::string>& folders = {});
+                   const std::vector<std::string>& folders = {}, TooLarge tooLarge = TooLarge::LeaveOut);
 
   /// Called with each picture before it is converted.
   std::function<void(const std::filesystem::path& picture)> onConvert;
@@ -49,6 +53,8 @@ class TextureConverter {
   bool Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists);
 
   const std::vector<TextureProblem>& Problems() const { return problems_; }
+  /// Names of the ".tga" files that are smaller than their pictures: for this conversion alone.
+  const std::set<std::string>& Shrunk() const { return shrunk_; }
   /// Files that the pictures come from and, for those that are missing, the paths where they would be found.
   const std::set<std::filesystem::path>& Inputs() const { return inputs_; }
   /// Files that the pictures of the job's scene, which is loaded, would come from; embedded ones have none.
@@ -63,17 +69,22 @@ class TextureConverter {
     int width = 0, height = 0;
     std::filesystem::path tga;  ///< made of it
     std::string error;          ///< not empty: why there is none
+    bool isShrunk = false;
   };
 
   void Bring(const Request& request);
   TextureSearch FindPicture(const ts3d::ConversionJob& job, const std::string& source);
   void CheckOwn(const Request& request);
-  void CheckReused(const Request& request) const;
+  void CheckReused(const Request& request);
+  Image ReadPicture(const std::filesystem::path& picture);
   void ConvertOrEmbedded(const Request& request, const std::filesystem::path& picture);
+  bool FitsOrThrows(int width, int height) const;
   void Convert(const Request& request, const std::filesystem::path& picture);
   void WriteTgaOf(const std::filesystem::path& picture, const std::filesystem::path& target);
 
   TextureFinder finder_;
+  int longestSide_;
+  TooLarge tooLarge_;
   PictureBudget budget_;
   std::map<std::string_view, const scene::KFbxTexture*> textures_;  ///< of the job's scene, by file name
   std::map<std::string, bool> answers_;                             ///< by source
@@ -81,7 +92,7 @@ class TextureConverter {
   std::map<std::filesystem::path, Decoded> decoded_;                ///< by picture; each is decoded once
   std::vector<TextureProblem> problems_;
   std::set<std::filesystem::path> inputs_;
-  std::set<std::string> outside_;
+  std::set<std::string> outside_, shrunk_;
 };
 
 }  // namespace textures
