@@ -19,6 +19,7 @@ constexpr int kGraceMilliseconds = 200;
 std::atomic<int> interrupted = 0, gracefulEnds = 0;
 int wakeUp[2] = {-1, -1};  ///< a pipe: whoever writes to it, or closes its end, wakes the watch
 std::thread watch;
+std::atomic<bool> isWatching = false;
 
 void NoteInterrupt(int signal) {
   interrupted = signal;
@@ -47,6 +48,8 @@ bool WaitForByte(int milliseconds) {
 }
 
 void Watch() {
+  isWatching = true;
+  isWatching.notify_one();
   while (!interrupted) {
     if (WaitForByte(-1)) return;
   }
@@ -62,6 +65,8 @@ void Watch() {
 InterruptWatch::InterruptWatch() {
   if (pipe2(wakeUp, O_CLOEXEC) != 0) return;
   watch = std::thread(Watch);
+  // A process that forks while a thread starts may copy locks that the thread holds, and nobody gives back.
+  isWatching.wait(false);
   SetHandlers(NoteInterrupt);
 }
 
@@ -70,6 +75,7 @@ InterruptWatch::~InterruptWatch() {
   SetHandlers(SIG_DFL);
   [[maybe_unused]] const ssize_t ignored = write(wakeUp[1], "e", 1);
   watch.join();
+  isWatching = false;
   close(wakeUp[0]);
   close(wakeUp[1]);
 }
