@@ -13,6 +13,7 @@ ts3d_add_tests(
   cli_trust_test.cpp
   finish_safety_test.cpp
   name_safety_test.cpp
+  prove_readers_test.cpp
   prove_test.cpp
   repairs_test.cpp
   support/json_schemas.cpp

@@ -33,6 +33,20 @@ std::string ConvertInMemory(const fs::path& model, ProvenModel& proven) {
   return package;
 }
 
+/// Members that could not even be unpacked.
+void FindDamage(const actor::PackageContents& contents, actor::Findings& findings) {
+  bool hasSkeleton = false;
+  for (const actor::Member& member : contents.members) {
+    hasSkeleton |= member.sound && !member.superseded && member.size > 0 && member.name.ends_with(".csf");
+    if (member.sound) continue;
+    AddProblem(findings, "damaged-member", member.name, "cannot be unpacked: it is damaged or encrypted",
+               actor::kConvertAgain);
+  }
+  if (hasSkeleton) return;
+  AddProblem(findings, "no-skeleton-file", "skeleton.csf", "is missing: there is nothing that could move",
+             actor::kConvertAgain);
+}
+
 /// What was left out of the actor because it is damaged.
 void TellDamage(const actor::Findings& findings, prove::Proof& proof) {
   for (const actor::Finding& finding : findings) {
@@ -61,6 +75,7 @@ actor::Findings LoadPackage(const fs::path& model, const fs::path& package, acto
   } else {
     ReadPackage(package.string(), {}, contents, error);
   }
+  if (error.empty()) FindDamage(contents, findings);
   if (error.empty()) BuildActor(contents, actor, findings, error);
   return findings;
 }

@@ -90,7 +90,7 @@ constexpr CauseWords kWords[kCauseCount] = {
      "Weights that do not add up to 1 are meant to move points only in part. The package stores them as full "
      "weights.",
      "Bind it with normalised weights."},
-    {"bad-weights", false, "Weights that are negative or all but cancel each other out.",
+    {"bad-weights", false, "Weights that are negative, all but cancel each other out, or are all 0.",
      "Normalise the weights."},
     {"single-precision", false,
      "So far from the origin, or so many bones below each other, that the runtime's single precision shows.",

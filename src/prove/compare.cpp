@@ -77,8 +77,8 @@ class PoseComparer {
         continue;
       }
       const Point drawn = DrawVertex(*mesh.file, mesh.file->vertices[v], bones);
-      // What is drawn nowhere is as wrong as can be.
-      const double error = IsUsable(drawn) ? Distance(drawn, there) / result.diagonal : 1e9;
+      // What is drawn nowhere is off by the whole model.
+      const double error = IsUsable(drawn) ? Distance(drawn, there) / result.diagonal : 1.0;
       errors[v] = std::max(errors[v], static_cast<float>(error));
       worst.Take(error, m, v);
       if (const int32_t bone = mainBones_[m][v]; bone >= 0)

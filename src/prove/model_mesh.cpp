@@ -47,15 +47,19 @@ void ForEachWeight(KFbxCluster& cluster, size_t pointCount, const Visit& visit) 
   const auto indices = cluster.GetControlPointIndices();
   const auto weights = cluster.GetControlPointWeights();
   for (size_t i = 0; i < indices.size(); ++i) {
-    if (indices[i] < 0 || static_cast<size_t>(indices[i]) >= pointCount || weights[i] == 0.0) continue;
+    if (indices[i] < 0 || static_cast<size_t>(indices[i]) >= pointCount) continue;
     visit(static_cast<size_t>(indices[i]), weights[i]);
   }
 }
 
 void ReadWeights(const std::vector<KFbxCluster*>& clusters, ModelMesh& mesh) {
   mesh.ends.assign(mesh.points.size(), 0);
+  mesh.isNamed.assign(mesh.points.size(), 0);
   for (KFbxCluster* cluster : clusters) {
-    ForEachWeight(*cluster, mesh.points.size(), [&](size_t point, double) { ++mesh.ends[point]; });
+    ForEachWeight(*cluster, mesh.points.size(), [&](size_t point, double weight) {
+      mesh.isNamed[point] = 1;
+      if (weight != 0.0) ++mesh.ends[point];
+    });
   }
   uint32_t sum = 0;
   for (uint32_t& end : mesh.ends) {
@@ -66,7 +70,7 @@ void ReadWeights(const std::vector<KFbxCluster*>& clusters, ModelMesh& mesh) {
   mesh.weights.resize(sum);
   for (size_t c = 0; c < clusters.size(); ++c) {
     ForEachWeight(*clusters[c], mesh.points.size(), [&](size_t point, double weight) {
-      mesh.weights[mesh.ends[point]++] = {static_cast<uint32_t>(c), weight};
+      if (weight != 0.0) mesh.weights[mesh.ends[point]++] = {static_cast<uint32_t>(c), weight};
     });
   }
 }

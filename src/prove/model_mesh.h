@@ -33,8 +33,9 @@ struct ModelMesh {
   std::vector<Point> points;    ///< control points with the shapes as they stand now, in the mesh's own space
   std::vector<Point> modelled;  ///< the same without shapes; empty when there are none
   std::vector<Influence> influences;
-  std::vector<uint32_t> ends;  ///< end of each point's weights in `weights`
-  std::vector<Weight> weights;
+  std::vector<uint32_t> ends;   ///< end of each point's weights in `weights`
+  std::vector<Weight> weights;  ///< none of them 0
+  std::vector<char> isNamed;    ///< whether some cluster has the point, with whatever weight
 
   std::span<const Weight> WeightsOf(size_t point) const;
 };

@@ -179,6 +179,10 @@ ModelRig ReadModelRig(const scene::KFbxScene& scene, const actor::Skeleton& skel
     rig.stand = Stand::Skins;
     Bind(links, Stand::Skins, rig);
   }
+  for (size_t i = 0; i < rig.nodes.size(); ++i) {
+    if (rig.nodes[i].bone < 0 && links.contains(rig.nodes[i].node))
+      rig.lostLinks.push_back(static_cast<int32_t>(i));
+  }
   if (isActor) rig.actorTurn = ActorTurn(rig);
   return rig;
 }
@@ -191,6 +195,13 @@ std::vector<Affine> TurnedWorlds(const ModelRig& rig, const std::vector<Turn>& t
     if (entry.bone >= 0) local = local * Affine::Of(turns[static_cast<size_t>(entry.bone)]);
     local = local * entry.stretch;
     worlds.push_back(entry.parent < 0 ? local : worlds[static_cast<size_t>(entry.parent)] * local);
+  }
+  // Children first: what is lost, too, stays where it is when what is above turns.
+  for (size_t i = rig.lostLinks.size(); i-- > 0;) {
+    const auto node = static_cast<size_t>(rig.lostLinks[i]);
+    const RigNode& entry = rig.nodes[node];
+    const Affine local = entry.place * Affine::Of(turns[rig.nodeOf.size() + i]) * entry.stretch;
+    worlds[node] = entry.parent < 0 ? local : worlds[static_cast<size_t>(entry.parent)] * local;
   }
   return worlds;
 }

@@ -38,7 +38,8 @@ enum class Stand { BindPose, Skins };
 struct ModelRig {
   std::vector<RigNode> nodes;  ///< parents before children
   std::unordered_map<const scene::KFbxNode*, int32_t> numberOf;
-  std::vector<int32_t> nodeOf;  ///< of each bone of the package; -1 for one that the converter made
+  std::vector<int32_t> nodeOf;     ///< of each bone of the package; -1 for one that the converter made
+  std::vector<int32_t> lostLinks;  ///< nodes that skins follow and that are no bone of the package
   const scene::KFbxPose* bindPose = nullptr;  ///< the first with the most nodes
   std::unordered_map<const scene::KFbxNode*, const scene::KFbxPose*>
       poseOf;  ///< first bind pose of each node
@@ -60,7 +61,8 @@ Affine StoredFrame(const actor::Quaternion& rotation, const actor::Vector3& tran
 ModelRig ReadModelRig(const scene::KFbxScene& scene, const actor::Skeleton& skeleton, bool isActor);
 
 /// World transforms of all nodes when the bones are turned in their own frames, from bind time.
-/// @param turns  one for each bone of the package
+/// @param turns  one for each bone of the package, and for each of `lostLinks`: these do not take along what
+///               is below them, so that only what follows them is told
 std::vector<Affine> TurnedWorlds(const ModelRig& rig, const std::vector<Turn>& turns);
 /// World transforms of all nodes at bind time, or now.
 std::vector<Affine> BoundWorlds(const ModelRig& rig);

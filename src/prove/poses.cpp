@@ -41,13 +41,14 @@ std::vector<Turn> TurnAll(const ModelRig& rig, Chance& chance) {
     const Turn turn = chance.AnyTurn(kUsualTurn);
     turns.push_back(node < 0 ? kNoTurn : turn);  // the model has nothing to turn
   }
+  for (size_t i = 0; i < rig.lostLinks.size(); ++i) turns.push_back(chance.AnyTurn(kUsualTurn));
   return turns;
 }
 
 /// Turns some bone and a line of bones below it.
 std::vector<Turn> TurnChain(const actor::Skeleton& skeleton, const ModelRig& rig, Chance& chance) {
-  std::vector<Turn> turns(rig.nodeOf.size(), kNoTurn);
-  size_t bone = chance.Below(turns.size());
+  std::vector<Turn> turns(rig.nodeOf.size() + rig.lostLinks.size(), kNoTurn);
+  size_t bone = chance.Below(rig.nodeOf.size());
   while (true) {
     const Turn turn = chance.AnyTurn(kLargeTurn);
     if (rig.nodeOf[bone] >= 0) turns[bone] = turn;
@@ -61,10 +62,10 @@ std::vector<Turn> TurnChain(const actor::Skeleton& skeleton, const ModelRig& rig
 
 std::vector<Pose> MakePoses(const actor::Skeleton& skeleton, const ModelRig& rig, uint64_t seed, int count) {
   std::vector<Pose> poses{{Pose::Kind::Bind, "bind", {}}, {Pose::Kind::Present, "present", {}}};
-  if (rig.nodeOf.empty()) return poses;
+  if (rig.nodeOf.empty() && rig.lostLinks.empty()) return poses;
   Chance chance(seed);
   for (int i = 1; i <= count; ++i) {
-    const bool isChain = i % 4 == 0;
+    const bool isChain = i % 4 == 0 && !rig.nodeOf.empty();
     poses.push_back({Pose::Kind::Turned, (isChain ? "chain " : "turned ") + std::to_string(i),
                      isChain ? TurnChain(skeleton, rig, chance) : TurnAll(rig, chance)});
   }

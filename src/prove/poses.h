@@ -14,7 +14,7 @@ struct Pose {
   enum class Kind { Bind, Present, Turned };
   Kind kind = Kind::Bind;
   std::string name;         ///< "bind", "present", "turned 7", "chain 3"
-  std::vector<Turn> turns;  ///< of each bone in its own frame; none unless Turned
+  std::vector<Turn> turns;  ///< as TurnedWorlds takes them; none unless Turned
 };
 
 /// Bind pose, present pose and `count` poses drawn from `seed`, the same on every system: in three of four

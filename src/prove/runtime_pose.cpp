@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "prove/runtime_pose.h"
 
+#include <cmath>
+#include <limits>
+
 namespace prove {
 namespace {
 
@@ -98,14 +101,17 @@ Point DrawVertex(const actor::Mesh& mesh, const actor::Vertex& vertex,
              z = static_cast<Real>(vertex.position[2]);
   // A vertex without influences stays where it is.
   if (vertex.influenceCount == 0) return {x, y, z};
-  Real sum[3] = {0, 0, 0};
+  Real sum[3] = {0, 0, 0}, reach = 0;
   for (uint32_t i = 0; i < vertex.influenceCount; ++i) {
     const actor::Influence& influence = mesh.influences[vertex.firstInfluence + i];
     const auto& rows = bones[static_cast<size_t>(influence.bone)].rows;
     const auto weight = static_cast<Real>(influence.weight);
+    reach += std::abs(weight);
     for (size_t r = 0; r < 3; ++r)
       sum[r] += weight * (rows[r][0] * x + rows[r][1] * y + rows[r][2] * z + rows[r][3]);
   }
+  // Weights that are no numbers were read as 0.
+  if (reach == 0) sum[0] = std::numeric_limits<Real>::quiet_NaN();
   return {sum[0], sum[1], sum[2]};
 }
 

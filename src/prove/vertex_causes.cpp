@@ -119,6 +119,11 @@ VertexCause VertexCauses::OfWeights(size_t vertex, size_t point) const {
     sum += each.weight;
     size += std::abs(each.weight);
   }
+  // Such weights cannot be made to add up to 1.
+  const bool isNowhere =
+      std::all_of(stored.begin(), stored.end(), [](const auto& w) { return w.second == 0.0; });
+  if (isNowhere && size == 0.0 && !model_.isNamed.empty() && model_.isNamed[point])
+    return {Cause::BadWeights, -1};
   if (IsSameBlend(stored, ModelWeights(point))) {
     const bool isPartial = model_.mode == ModelMesh::Mode::eTOTAL1 && std::abs(sum - 1.0) > kWeightRounding;
     return {isPartial && size > 0.0 ? Cause::TotalOneSkin : Cause::None, -1};
