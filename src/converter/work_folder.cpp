@@ -6,7 +6,7 @@
 #include <string>
 
 #include "core/names.h"
-#include "platform/files.h"
+#include "platform/folders.h"
 #include "platform/replacement.h"
 #include "platform/unfinished.h"
 
@@ -28,6 +28,11 @@ fs::path NameForConverter(const fs::path& model) {
   constexpr size_t kDotAndThree = 4;
   const bool fits = model.extension().string().size() == kDotAndThree;
   return fits ? model : WithExtension(model, "fbx");
+}
+
+std::vector<platform::FolderEntry> ListOrThrow(const fs::path& folder) {
+  if (auto entries = platform::ListFolder(folder.string())) return std::move(*entries);
+  throw fs::filesystem_error("cannot be read", folder, std::error_code(errno, std::generic_category()));
 }
 
 bool IsTga(const fs::path& name) { return EqualsIgnoreCase(name.extension().string(), ".tga"); }
@@ -52,9 +57,8 @@ TemporaryFolder::TemporaryFolder() : path_(platform::MakeUnfinished(platform::Ma
 }
 
 TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-  platform::ForgetUnfinished(path_.string());
+  platform::RemoveTree(path_);
+  platform::ForgetUnfinished(path_);
 }
 
 WorkFolder::WorkFolder(const fs::path& model) : WorkFolder(model, model.parent_path(), model.filename()) {}
@@ -67,21 +71,21 @@ WorkFolder::WorkFolder(const fs::path& model, const fs::path& pictureFolder, con
 WorkFolder::WorkFolder(const fs::path& pictureFolder, const fs::path& modelName)
     : modelName_(NameForConverter(modelName)) {
   if (pictureFolder.empty()) return;
-  for (const fs::directory_entry& entry : fs::directory_iterator(pictureFolder)) {
-    const fs::path name = entry.path().filename();
+  for (const platform::FolderEntry& entry : ListOrThrow(pictureFolder)) {
+    const fs::path picture = pictureFolder / entry.name;
     // Who opened a pipe or a device of that name would wait, or never come to an end.
     std::error_code unknown;
-    if (IsTga(name) && name != modelName_ && entry.is_regular_file(unknown)) {
-      Show(entry.path(), folder_.Path() / name);
+    if (IsTga(entry.name) && entry.name != modelName_ && fs::is_regular_file(picture, unknown)) {
+      Show(picture, folder_.Path() / entry.name);
     }
   }
 }
 
 std::vector<std::string> WorkFolder::NewPictures() const {
   std::vector<std::string> names;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder_.Path())) {
-    if (IsTga(entry.path()) && fs::is_regular_file(entry.symlink_status())) {
-      names.push_back(entry.path().filename().string());
+  for (platform::FolderEntry& entry : ListOrThrow(folder_.Path())) {
+    if (IsTga(entry.name) && entry.kind == platform::FolderEntry::Kind::File) {
+      names.push_back(std::move(entry.name));
     }
   }
   return names;

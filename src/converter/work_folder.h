@@ -22,10 +22,10 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  const std::filesystem::path& Path() const { return path_; }
+  std::filesystem::path Path() const { return path_; }
 
  private:
-  std::filesystem::path path_;
+  std::string path_;
 };
 
 /// A temporary folder that stands in for a model's own: it shows the model and the ".tga" pictures beside it

@@ -153,7 +153,8 @@ std::string MakeTemporaryFolder() {
   const std::filesystem::path folder = std::filesystem::temp_directory_path(failed);
   if (failed) return {};
   std::string path = (std::filesystem::absolute(folder, failed) / "fbx2czp-XXXXXX").string();
-  return !failed && mkdtemp(path.data()) ? path : std::string();
+  if (failed || !mkdtemp(path.data())) return {};
+  return path;
 }
 
 FilePtr OpenTemporaryFile() { return FilePtr(std::tmpfile()); }

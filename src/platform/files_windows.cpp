@@ -132,9 +132,8 @@ std::string MakeTemporaryFolder() {
   const DWORD length = GetTempPathA(sizeof parent, parent);
   if (length == 0 || length > MAX_PATH) return {};
   for (int i = 0; i < kTries; ++i) {
-    const std::string path = std::string(parent, length) + "fbx2czp-" +
-                             std::to_string(GetCurrentProcessId()) + "-" + std::to_string(GetTickCount64()) +
-                             "-" + std::to_string(i);
+    std::string path = std::string(parent, length) + "fbx2czp-" + std::to_string(GetCurrentProcessId()) +
+                       "-" + std::to_string(GetTickCount64()) + "-" + std::to_string(i);
     if (CreateDirectoryA(path.c_str(), nullptr)) return path;
   }
   return {};

@@ -3,10 +3,10 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <new>
 #include <random>
 #include <vector>
 
+#include "platform/folders.h"
 #include "platform/unfinished.h"
 
 namespace platform {
@@ -61,13 +61,8 @@ Replacement::~Replacement() {
     ForgetUnfinished(path_);
   }
   if (folder_.empty()) return;
-  try {
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-    ForgetUnfinished(folder_);
-  } catch (const std::bad_alloc&) {
-    // It lies among the system's temporary files, which go in the end.
-  }
+  RemoveTree(folder_);
+  ForgetUnfinished(folder_);
 }
 
 FilePtr Replacement::Create(const char* mode) {

@@ -2,10 +2,11 @@
 #include "platform/unfinished.h"
 
 #include <chrono>
-#include <filesystem>
 #include <mutex>
 #include <set>
 #include <thread>
+
+#include "platform/folders.h"
 
 namespace platform {
 namespace {
@@ -24,10 +25,8 @@ Notes& TheNotes() {
 /// Somebody may still be writing into a folder.
 void RemoveForGood(const std::string& path) {
   constexpr int kTries = 100;
-  std::error_code failed;
   for (int i = 0; i < kTries; ++i) {
-    std::filesystem::remove_all(path, failed);
-    if (!failed && !std::filesystem::exists(std::filesystem::symlink_status(path, failed))) return;
+    if (RemoveTree(path)) return;
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
@@ -41,8 +40,7 @@ std::string MakeUnfinished(const std::function<std::string()>& make) {
   try {
     if (!path.empty()) notes.paths.insert(path);
   } catch (...) {
-    std::error_code ignored;
-    std::filesystem::remove(path, ignored);
+    RemoveTree(path);
     throw;
   }
   return path;

@@ -2,6 +2,7 @@
 #include "textures/picture_index.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include "core/names.h"
 
@@ -28,24 +29,36 @@ int CommonEnd(const fs::path& a, const fs::path& b) {
 
 void PictureIndex::Read() {
   isRead_ = true;
-  size_t count = 0;
-  std::error_code failed;
-  constexpr auto kOptions = fs::directory_options::skip_permission_denied;
-  fs::recursive_directory_iterator entry(folder_, kOptions, failed), end;
-  for (; !failed && entry != end; entry.increment(failed)) {
-    if (++count > kMostEntries) {
+  size_t left = kMostEntries;
+  std::vector<Subfolder> pending{{folder_, 0}};
+  while (!pending.empty()) {
+    const Subfolder folder = std::move(pending.back());
+    pending.pop_back();
+    const auto entries = platform::ListFolder(folder.path.string(), left + 1);
+    if (!entries) {
+      isComplete_ &= errno == EACCES;
+      continue;
+    }
+    for (const platform::FolderEntry& entry : *entries) Take(entry, folder, pending);
+    if (entries->size() > left) {
       isComplete_ = false;
       break;
     }
-    std::error_code unknown;
-    if (entry->is_directory(unknown)) {
-      if (entry.depth() >= kDeepest) entry.disable_recursion_pending();
-    } else {
-      files_[ts3d::LowerCase(entry->path().filename().string())].push_back(entry->path());
-    }
+    left -= entries->size();
   }
-  if (failed) isComplete_ = false;
   for (auto& [name, paths] : files_) std::sort(paths.begin(), paths.end());
+}
+
+void PictureIndex::Take(const platform::FolderEntry& entry, const Subfolder& folder,
+                        std::vector<Subfolder>& pending) {
+  using Kind = platform::FolderEntry::Kind;
+  fs::path path = folder.path / entry.name;
+  std::error_code unknown;
+  if (entry.kind == Kind::Folder) {
+    if (folder.depth < kDeepest) pending.push_back({std::move(path), folder.depth + 1});
+  } else if (entry.kind != Kind::Link || !fs::is_directory(path, unknown)) {
+    files_[ts3d::LowerCase(entry.name)].push_back(std::move(path));
+  }
 }
 
 fs::path PictureIndex::Find(std::string_view path) {

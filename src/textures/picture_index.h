@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/folders.h"
+
 namespace textures {
 
 /// The files of a folder and of all folders below it, by name. Links to folders are not followed, and there
@@ -24,7 +26,13 @@ class PictureIndex {
   std::filesystem::path Find(std::string_view path);
 
  private:
+  struct Subfolder {
+    std::filesystem::path path;
+    int depth = 0;
+  };
+
   void Read();
+  void Take(const platform::FolderEntry& entry, const Subfolder& folder, std::vector<Subfolder>& pending);
 
   std::filesystem::path folder_;
   bool isRead_ = false, isComplete_ = true;

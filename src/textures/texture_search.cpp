@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "core/names.h"
+#include "platform/folders.h"
 
 namespace textures {
 namespace fs = std::filesystem;
@@ -40,11 +41,10 @@ const TextureFinder::Names& TextureFinder::NamesIn(const fs::path& folder) {
   const auto [entries, isNew] = namesIn_.try_emplace(folder);
   Names& names = entries->second;
   if (!isNew) return names;
-  std::error_code failed;
-  for (fs::directory_iterator entry(folder, failed), end;
-       !failed && entry != end && names.size() < kMostNames; entry.increment(failed)) {
-    std::string name = entry->path().filename().string();
-    names.emplace(ts3d::LowerCase(name), std::move(name));
+  auto listed = platform::ListFolder(folder.string(), kMostNames);
+  if (!listed) return names;
+  for (platform::FolderEntry& entry : *listed) {
+    names.emplace(ts3d::LowerCase(entry.name), std::move(entry.name));
   }
   return names;
 }
