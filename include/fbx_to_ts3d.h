@@ -169,7 +169,7 @@ FBX_TO_TS3D_API int32_t FBX_TO_TS3D_CALL FbxToTs3dCheckMemory(FbxToTs3dConverter
 FBX_TO_TS3D_API const char* FBX_TO_TS3D_CALL FbxToTs3dErrorText(const FbxToTs3dConverter* converter);
 
 /** What the last call came to, as JSON in UTF-8: totals, members and notices of a conversion, or the findings of a
- *  check. The host guide lists the fields. */
+ *  check. The host guide lists the fields. Empty when there is no memory for it. */
 FBX_TO_TS3D_API const char* FBX_TO_TS3D_CALL FbxToTs3dResultJson(const FbxToTs3dConverter* converter);
 
 /* ---- The functions for hosts that know them ---------------------------------------------------------------------

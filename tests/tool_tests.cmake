@@ -11,6 +11,7 @@ ts3d_add_tests(
   cli_commands_test.cpp
   cli_package_test.cpp
   cli_trust_test.cpp
+  core_json_test.cpp
   finish_safety_test.cpp
   name_safety_test.cpp
   prove_readers_test.cpp

@@ -12,8 +12,8 @@
 #include "core/work_file.h"
 #include "host/replace_files.h"
 #include "output/exit_codes.h"
+#include "output/json_parts.h"
 #include "platform/replacement.h"
-#include "rig_check/report_json.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -31,7 +31,7 @@ Json ModelAsJson(const ModelResult& result) {
   return {{"model", result.model},
           {"result", result.code},
           {"meaning", DescribeExitCode(result.code)},
-          {"messages", ts3d::FindingsAsJson(MessagesOf(result))},
+          {"messages", FindingsAsJson(MessagesOf(result))},
           {"status", result.status},
           {"reader_output", result.readerOutput},
           {"vertices", result.vertices},
@@ -63,7 +63,7 @@ bool WriteText(const std::string& path, const std::string& text) {
 void WriteReport(const std::string& path, const std::vector<ModelResult>& results,
                  const std::vector<ts3d::Finding>& messages, double seconds) {
   const Totals totals = Sum(results);
-  Json report = ts3d::JsonHead("convert-report", kReportVersion);
+  Json report = JsonHead("convert-report", kReportVersion);
   report["totals"] = {{"models", results.size()},
                       {"succeeded", totals.succeeded},
                       {"failed", results.size() - totals.succeeded},
@@ -72,10 +72,10 @@ void WriteReport(const std::string& path, const std::vector<ModelResult>& result
                       {"triangles", totals.triangles},
                       {"package_bytes", totals.packageBytes},
                       {"seconds", seconds}};
-  report["messages"] = ts3d::FindingsAsJson(messages);
+  report["messages"] = FindingsAsJson(messages);
   Json& models = report["models"] = Json::array();
   for (const ModelResult& result : results) models.push_back(ModelAsJson(result));
-  const std::string text = ts3d::JsonText(report);
+  const std::string text = JsonText(report);
   const bool written =
       path == kStandardOutput ? std::fputs(text.c_str(), stdout) >= 0 : WriteText(path, text);
   if (!written) throw Failure(kNotWritten, WhyNotWritten("the report " + path, errno));

@@ -8,8 +8,8 @@
 #include "convert/result_messages.h"
 #include "core/similar_names.h"
 #include "output/describe_finding.h"
+#include "output/json_parts.h"
 #include "output/terminal.h"
-#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
@@ -60,8 +60,8 @@ Json ToJson(const ModelResult& result) {
           {"status", result.status},
           {"damage", result.damage},
           {"malformed_names", result.malformedNames},
-          {"notes", ts3d::FindingsAsJson(result.notes)},
-          {"faults", ts3d::FindingsAsJson(result.faults)},
+          {"notes", FindingsAsJson(result.notes)},
+          {"faults", FindingsAsJson(result.faults)},
           {"textures", std::move(textures)},
           {"unmatched_options", std::move(unmatched)},
           {"vertices", result.vertices},

@@ -7,8 +7,8 @@
 
 #include "host/host_paths.h"
 #include "output/describe_finding.h"
+#include "output/json_parts.h"
 #include "output/terminal.h"
-#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
@@ -93,14 +93,14 @@ void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany) {
 }
 
 std::string ReportsAsJson(const std::vector<CheckedModel>& models) {
-  Json json = ts3d::JsonHead("check", kJsonVersion);
+  Json json = JsonHead("check", kJsonVersion);
   json["models"] = Json::array();
   for (const CheckedModel& model : models) {
     Json& entry = json["models"].emplace_back(Json{{"model", model.name}});
-    entry.update(ts3d::ReportAsJson(model.report));
+    entry.update(ReportAsJson(model.report));
     if (!model.renames.empty()) entry["renames"] = model.renames;
   }
-  return ts3d::JsonText(json);
+  return JsonText(json);
 }
 
 }  // namespace cli

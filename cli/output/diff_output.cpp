@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "output/json_parts.h"
 #include "output/terminal.h"
-#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
@@ -135,12 +135,12 @@ std::string DiffAsText(const PackageDiff& diff) {
 
 std::string DiffAsJson(const PackageDiff& diff) {
   constexpr int kJsonVersion = 1;
-  Json json = ts3d::JsonHead("diff", kJsonVersion);
+  Json json = JsonHead("diff", kJsonVersion);
   json["same"] = diff.IsSame();
   json["old"] = SideAsJson(diff.before);
   json["new"] = SideAsJson(diff.after);
-  json["messages"] = ts3d::FindingsAsJson(MessagesAbout(diff));
-  return ts3d::JsonText(json);
+  json["messages"] = FindingsAsJson(MessagesAbout(diff));
+  return JsonText(json);
 }
 
 }  // namespace cli

@@ -5,7 +5,7 @@
 #include "actor/picture_header.h"
 #include "inspect/actor_measure.h"
 #include "output/inspection.h"
-#include "rig_check/report_json.h"
+#include "output/json_parts.h"
 
 namespace cli {
 namespace {
@@ -117,7 +117,7 @@ Json MessagesAsJson(const Inspection& inspection) {
   }
   for (const actor::Finding& finding : inspection.findings)
     messages.push_back(AsMessage(finding, inspection.contents));
-  return ts3d::FindingsAsJson(messages);
+  return FindingsAsJson(messages);
 }
 
 Json AsJson(const Inspection& inspection) {
@@ -137,10 +137,10 @@ Json AsJson(const Inspection& inspection) {
 
 std::string InspectionsAsJson(const std::vector<Inspection>& inspections) {
   constexpr int kJsonVersion = 2;
-  Json json = ts3d::JsonHead("inspect", kJsonVersion);
+  Json json = JsonHead("inspect", kJsonVersion);
   Json& packages = json["packages"] = Json::array();
   for (const Inspection& inspection : inspections) packages.push_back(AsJson(inspection));
-  return ts3d::JsonText(json);
+  return JsonText(json);
 }
 
 }  // namespace cli

@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "output/json_parts.h"
 #include "output/terminal.h"
 #include "prove/compare.h"
 #include "prove/proof_json.h"
-#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
@@ -106,7 +106,7 @@ void PrintProof(const ProvenModel& model, bool quiet) {
 }
 
 std::string ProofsAsJson(const std::vector<ProvenModel>& models) {
-  nlohmann::ordered_json json = ts3d::JsonHead("prove", kProofSchema);
+  nlohmann::ordered_json json = JsonHead("prove", kProofSchema);
   json["models"] = nlohmann::ordered_json::array();
   for (const ProvenModel& model : models) {
     nlohmann::ordered_json& entry = json["models"].emplace_back();
@@ -117,9 +117,9 @@ std::string ProofsAsJson(const std::vector<ProvenModel>& models) {
     failure.code = "not-loaded";
     failure.severity = ts3d::Severity::Fatal;
     failure.text = model.error;
-    entry["messages"].push_back(ts3d::FindingAsJson(failure));
+    entry["messages"].push_back(FindingAsJson(failure));
   }
-  return ts3d::JsonText(json);
+  return JsonText(json);
 }
 
 }  // namespace cli

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "output/json_parts.h"
 #include "output/terminal.h"
-#include "rig_check/report_json.h"
 #include "settings/apply_settings.h"
 
 namespace cli {
@@ -53,7 +53,7 @@ Json ModelAsJson(const ModelSettings& model) {
   return {{"model", model.model},
           {"file", model.file ? Json(model.file->Path().string()) : Json()},
           {"settings", std::move(values)},
-          {"messages", ts3d::FindingsAsJson(messages)}};
+          {"messages", FindingsAsJson(messages)}};
 }
 
 }  // namespace
@@ -82,10 +82,10 @@ std::string SettingsAsText(const ModelSettings& model) {
 
 std::string SettingsAsJson(const std::vector<ModelSettings>& models) {
   constexpr int kVersion = 1;
-  Json json = ts3d::JsonHead("settings", kVersion);
+  Json json = JsonHead("settings", kVersion);
   json["models"] = Json::array();
   for (const ModelSettings& model : models) json["models"].push_back(ModelAsJson(model));
-  return ts3d::JsonText(json);
+  return JsonText(json);
 }
 
 }  // namespace cli

@@ -9,10 +9,10 @@
 
 #include "host/replace_files.h"
 #include "output/exit_codes.h"
+#include "output/json_parts.h"
 #include "prove/compare.h"
 #include "prove/proof_json.h"
 #include "prove/sha256.h"
-#include "rig_check/report_json.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -60,11 +60,11 @@ std::string CompareFile(const fs::path& path, const CertificateJson& stated) {
 
 void WriteCertificate(const fs::path& path, const fs::path& model, const fs::path& package,
                       const prove::Proof& proof) {
-  CertificateJson json = ts3d::JsonHead("certificate", kCertificateSchema);
+  CertificateJson json = JsonHead("certificate", kCertificateSchema);
   json["model"] = Fingerprint(model);
   json["package"] = Fingerprint(package);
   json["proof"] = prove::ProofAsJson(proof);
-  ReplaceFiles(path.parent_path(), {{path.filename().string(), ts3d::JsonText(json)}});
+  ReplaceFiles(path.parent_path(), {{path.filename().string(), JsonText(json)}});
 }
 
 Verification VerifyCertificate(const fs::path& path, const fs::path& model, const fs::path& package) {

@@ -76,6 +76,14 @@ int32_t Converter::Refuse(int32_t code, std::string reason) {
   return code;
 }
 
+int32_t Converter::RefuseWithoutMemory() noexcept {
+  json_.clear();
+  error_.clear();
+  // So short a text has its place in the string itself.
+  error_ = "out of memory";
+  return FBX_TO_TS3D_OUT_OF_MEMORY;
+}
+
 int32_t Converter::Convert(const ModelInput& model, const fs::path& package) {
   error_.clear();
   lastDocument_.reset();

@@ -64,13 +64,15 @@ class Converter {
   int32_t Check(const ModelInput& model);
   /// Ends a call that nothing was done in.
   int32_t Refuse(int32_t code, std::string reason);
+  /// The same when there is no memory, even to tell of it as JSON.
+  int32_t RefuseWithoutMemory() noexcept;
 
   /// Whether the host takes packages itself.
   bool HandsPackagesOver() const { return host_.onPackage != nullptr; }
 
   /// Why the last call failed; empty when it did not.
   const std::string& Error() const { return error_; }
-  /// What the last call came to.
+  /// What the last call came to; empty when there was no memory to tell it.
   const std::string& Json() const { return json_; }
 
  private:

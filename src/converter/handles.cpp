@@ -14,6 +14,17 @@ struct FbxToTs3dConverter {
 
 namespace {
 
+template <typename Call>
+int32_t EndOf(ts3d::Converter& converter, const Call& call) {
+  try {
+    return call(converter);
+  } catch (const std::bad_alloc&) {
+    return converter.Refuse(FBX_TO_TS3D_OUT_OF_MEMORY, "out of memory");
+  } catch (const std::exception& error) {
+    return converter.Refuse(FBX_TO_TS3D_OUTPUT_FAILED, error.what());
+  }
+}
+
 /// Runs one call: when it is its turn, and with every exception as a code.
 template <typename Call>
 int32_t Enter(FbxToTs3dConverter* handle, const Call& call) noexcept {
@@ -22,14 +33,12 @@ int32_t Enter(FbxToTs3dConverter* handle, const Call& call) noexcept {
     const ts3d::Turn turn(handle->turnstile);
     if (!turn.IsGranted()) return FBX_TO_TS3D_BUSY;
     try {
-      return call(handle->converter);
-    } catch (const std::bad_alloc&) {
-      return handle->converter.Refuse(FBX_TO_TS3D_OUT_OF_MEMORY, "out of memory");
-    } catch (const std::exception& error) {
-      return handle->converter.Refuse(FBX_TO_TS3D_OUTPUT_FAILED, error.what());
+      return EndOf(handle->converter, call);
+    } catch (...) {
+      return handle->converter.RefuseWithoutMemory();
     }
   } catch (...) {
-    return FBX_TO_TS3D_OUT_OF_MEMORY;
+    return FBX_TO_TS3D_OUT_OF_MEMORY;  // not even for a turn
   }
 }
 

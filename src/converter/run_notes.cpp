@@ -2,7 +2,6 @@
 #include "converter/run_notes.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "converter/run_findings.h"
 #include "fbx_to_ts3d.h"
@@ -11,19 +10,50 @@
 namespace ts3d {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr int kJsonVersion = 2;
 
+/// Opens the object that the JSON of every call is.
 /// @param messages  beside that of the failure, if it is one
-Json Head(int32_t result, std::string_view error, const std::vector<Finding>& messages = {}) {
-  Json json = JsonHead("library", kJsonVersion);
-  json["result"] = result;
-  json["error"] = error;
-  Json& list = json["messages"] = Json::array();
-  if (result != FBX_TO_TS3D_OK) list.push_back(FindingAsJson(FailureFinding(result, std::string(error))));
-  for (const Finding& message : messages) list.push_back(FindingAsJson(message));
-  return json;
+void WriteHead(JsonWriter& json, int32_t result, std::string_view error,
+               const std::vector<Finding>& messages = {}) {
+  json.OpenObject();
+  WriteJsonHead(json, "library", kJsonVersion);
+  json.Member("result", result);
+  json.Member("error", error);
+  json.Key("messages");
+  json.OpenArray();
+  if (result != FBX_TO_TS3D_OK) WriteFinding(json, FailureFinding(result, std::string(error)));
+  for (const Finding& message : messages) WriteFinding(json, message);
+  json.CloseArray();
+}
+
+std::string End(JsonWriter& json) {
+  json.CloseObject();
+  return JsonText(json.Text());
+}
+
+void WriteMembers(JsonWriter& json, const std::vector<MemberSize>& members) {
+  json.Key("members");
+  json.OpenArray();
+  for (const MemberSize& member : members) {
+    json.OpenObject();
+    json.Member("name", member.name);
+    json.Member("bytes", member.bytes);
+    json.CloseObject();
+  }
+  json.CloseArray();
+}
+
+void WriteRepairs(JsonWriter& json, const std::vector<NeededRepair>& repairs) {
+  json.Key("repairs");
+  json.OpenArray();
+  for (const NeededRepair& repair : repairs) {
+    json.OpenObject();
+    json.Member("repair", repair.option.substr(repair.option.find_first_not_of('-')));
+    json.Member("reason", repair.reason);
+    json.CloseObject();
+  }
+  json.CloseArray();
 }
 
 }  // namespace
@@ -40,30 +70,30 @@ std::string ConversionAsJson(int32_t result, std::string_view error, const Conve
   messages.insert(messages.end(), notes.faults.begin(), notes.faults.end());
   std::stable_sort(messages.begin(), messages.end(),
                    [](const Finding& a, const Finding& b) { return a.severity > b.severity; });
-  Json json = Head(result, error, messages);
-  json["vertices"] = job.vertexTotal;
-  json["triangles"] = job.polygonTotal;
-  json["actor_type"] = static_cast<int32_t>(job.actorType);
-  json["package_bytes"] = notes.packageBytes;
-  Json& members = json["members"] = Json::array();
-  for (const MemberSize& member : notes.members) {
-    members.push_back({{"name", member.name}, {"bytes", member.bytes}});
-  }
-  Json& repairs = json["repairs"] = Json::array();
-  for (const NeededRepair& repair : notes.repairs) {
-    repairs.push_back(
-        {{"repair", repair.option.substr(repair.option.find_first_not_of('-'))}, {"reason", repair.reason}});
-  }
-  json["notices"] = notes.lines;
-  return JsonText(json);
+  JsonWriter json;
+  WriteHead(json, result, error, messages);
+  json.Member("vertices", job.vertexTotal);
+  json.Member("triangles", job.polygonTotal);
+  json.Member("actor_type", static_cast<int32_t>(job.actorType));
+  json.Member("package_bytes", notes.packageBytes);
+  WriteMembers(json, notes.members);
+  WriteRepairs(json, notes.repairs);
+  json.Member("notices", notes.lines);
+  return End(json);
 }
 
 std::string CheckAsJson(int32_t result, std::string_view error, const RigReport& report) {
-  Json json = Head(result, error);
-  json["check"] = ReportAsJson(report);
-  return JsonText(json);
+  JsonWriter json;
+  WriteHead(json, result, error);
+  json.Key("check");
+  WriteReport(json, report);
+  return End(json);
 }
 
-std::string ResultAsJson(int32_t result, std::string_view error) { return JsonText(Head(result, error)); }
+std::string ResultAsJson(int32_t result, std::string_view error) {
+  JsonWriter json;
+  WriteHead(json, result, error);
+  return End(json);
+}
 
 }  // namespace ts3d

@@ -4,57 +4,83 @@
 #include "core/visible_text.h"
 
 namespace ts3d {
+namespace {
 
-nlohmann::ordered_json JsonHead(std::string_view schema, int version) {
-  return {{"schema", {{"name", schema}, {"version", version}}}, {"tool", FBX_TO_TS3D_VERSION}};
-}
-
-nlohmann::ordered_json FindingAsJson(const Finding& finding) {
-  return {{"code", finding.code},
-          {"severity", NameOf(finding.severity)},
-          {"message", finding.text},
-          {"fix", finding.fix},
-          {"where", {{"kind", NameOf(finding.subject)}, {"names", finding.names}}}};
-}
-
-nlohmann::ordered_json FindingsAsJson(const std::vector<Finding>& findings) {
-  nlohmann::ordered_json list = nlohmann::ordered_json::array();
-  for (const Finding& finding : findings) list.push_back(FindingAsJson(finding));
-  return list;
-}
-
-std::string JsonText(const nlohmann::ordered_json& json) {
-  return VisibleLines(json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) + "\n";
-}
-
-nlohmann::ordered_json ReportAsJson(const RigReport& report) {
-  nlohmann::ordered_json json{{"result", report.Worst() == Severity::Note ? "sound" : NameOf(report.Worst())},
-                              {"fbx_version", report.version},
-                              {"object_id", report.objectId}};
-  nlohmann::ordered_json& bones = json["bones"] = nlohmann::ordered_json::array();
-  for (const OutputBone& bone : report.bones) {
-    bones.push_back({{"name", bone.name}, {"parent", bone.parent}, {"weighted", bone.weighted}});
+/// An object for each of `values`, whose members `write` writes.
+template <typename T, typename Write>
+void WriteObjects(JsonWriter& json, std::string_view name, const std::vector<T>& values, const Write& write) {
+  json.Key(name);
+  json.OpenArray();
+  for (const T& value : values) {
+    json.OpenObject();
+    write(value);
+    json.CloseObject();
   }
-  nlohmann::ordered_json& meshes = json["meshes"] = nlohmann::ordered_json::array();
-  for (const OutputMesh& mesh : report.meshes) {
-    meshes.push_back({{"name", mesh.name},
-                      {"node", mesh.node},
-                      {"vertices", mesh.vertices},
-                      {"triangles", mesh.triangles},
-                      {"material", mesh.material},
-                      {"texture", mesh.texture}});
-  }
-  nlohmann::ordered_json& textures = json["textures"] = nlohmann::ordered_json::array();
-  for (const UsedTexture& texture : report.textures) {
-    textures.push_back({{"name", texture.tgaName},
-                        {"file", texture.fileName},
-                        {"relative_file", texture.relativeFileName},
-                        {"embedded", texture.isEmbedded},
-                        {"materials", texture.materials}});
-  }
-  json["members"] = report.members;
-  json["messages"] = FindingsAsJson(report.findings);
-  return json;
+  json.CloseArray();
 }
+
+}  // namespace
+
+void WriteJsonHead(JsonWriter& json, std::string_view schema, int version) {
+  json.Key("schema");
+  json.OpenObject();
+  json.Member("name", schema);
+  json.Member("version", version);
+  json.CloseObject();
+  json.Member("tool", std::string_view(FBX_TO_TS3D_VERSION));
+}
+
+void WriteFinding(JsonWriter& json, const Finding& finding) {
+  json.OpenObject();
+  json.Member("code", finding.code);
+  json.Member("severity", NameOf(finding.severity));
+  json.Member("message", finding.text);
+  json.Member("fix", finding.fix);
+  json.Key("where");
+  json.OpenObject();
+  json.Member("kind", NameOf(finding.subject));
+  json.Member("names", finding.names);
+  json.CloseObject();
+  json.CloseObject();
+}
+
+void WriteFindings(JsonWriter& json, const std::vector<Finding>& findings) {
+  json.OpenArray();
+  for (const Finding& finding : findings) WriteFinding(json, finding);
+  json.CloseArray();
+}
+
+void WriteReport(JsonWriter& json, const RigReport& report) {
+  json.OpenObject();
+  json.Member("result", report.Worst() == Severity::Note ? "sound" : NameOf(report.Worst()));
+  json.Member("fbx_version", report.version);
+  json.Member("object_id", report.objectId);
+  WriteObjects(json, "bones", report.bones, [&](const OutputBone& bone) {
+    json.Member("name", bone.name);
+    json.Member("parent", bone.parent);
+    json.Member("weighted", bone.weighted);
+  });
+  WriteObjects(json, "meshes", report.meshes, [&](const OutputMesh& mesh) {
+    json.Member("name", mesh.name);
+    json.Member("node", mesh.node);
+    json.Member("vertices", mesh.vertices);
+    json.Member("triangles", mesh.triangles);
+    json.Member("material", mesh.material);
+    json.Member("texture", mesh.texture);
+  });
+  WriteObjects(json, "textures", report.textures, [&](const UsedTexture& texture) {
+    json.Member("name", texture.tgaName);
+    json.Member("file", texture.fileName);
+    json.Member("relative_file", texture.relativeFileName);
+    json.Member("embedded", texture.isEmbedded);
+    json.Member("materials", texture.materials);
+  });
+  json.Member("members", report.members);
+  json.Key("messages");
+  WriteFindings(json, report.findings);
+  json.CloseObject();
+}
+
+std::string JsonText(std::string_view json) { return VisibleLines(json) + "\n"; }
 
 }  // namespace ts3d

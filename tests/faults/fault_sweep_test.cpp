@@ -73,8 +73,9 @@ class HandleFaults : public FaultSweep {
   }
   int ConvertByHandle() {
     lines_ = faults::Lines();
-    lines_.armAt = "Loading FBX Model";
-    return FbxToTs3dConvert(converter_.get(), Path("strip.fbx").c_str(), Path("strip.czp").c_str());
+    const std::string model = Path("strip.fbx"), package = Path("strip.czp");
+    faults::Fault::Arm();
+    return FbxToTs3dConvert(converter_.get(), model.c_str(), package.c_str());
   }
 
   std::unique_ptr<FbxToTs3dConverter, decltype(&FbxToTs3dDestroy)> converter_{FbxToTs3dCreate(),
@@ -137,6 +138,28 @@ TEST_P(HandleFaults, APackageIsTheOldOneOrWholeAndNothingElseIsLeft) {
   });
 }
 
+TEST_P(HandleFaults, ChecksAndFinalSettingsComeBack) {
+  const std::string model = Path("strip.fbx"), package = Path("strip.czp");
+  const FbxToTs3dFinalSettings settings{sizeof settings, 50, 0, 0, "hip=pelvis", "strip=Skin"};
+  const auto expectReason = [&](int code) {
+    EXPECT_EQ(*FbxToTs3dErrorText(converter_.get()) == '\0', code == 0);
+    EXPECT_TRUE(*FbxToTs3dResultJson(converter_.get()) != '\0' || code == FBX_TO_TS3D_OUT_OF_MEMORY);
+    EXPECT_EQ(folder_.Names("work"), "");
+  };
+  const auto check = [&] {
+    faults::Fault::Arm();
+    return FbxToTs3dCheck(converter_.get(), model.c_str());
+  };
+  const auto finish = [&] {
+    folder_.Write("strip.czp", package_);
+    faults::Fault::Arm();
+    return FbxToTs3dFinish(converter_.get(), package.c_str(), &settings);
+  };
+  const Call call = std::get<Call>(GetParam());
+  if (call == Call::Memory || call == Call::Map) Sweep(check, expectReason);
+  if (call != Call::Map) Sweep(finish, expectReason);
+}
+
 std::string CaseName(const testing::TestParamInfo<std::tuple<Call, Lasting>>& info) {
   const char* const calls[] = {"Open", "Read", "Write", "Close", "Rename", "Remove", "Map", "Memory"};
   return std::string(calls[static_cast<size_t>(std::get<Call>(info.param))]) +
@@ -150,10 +173,9 @@ INSTANTIATE_TEST_SUITE_P(Calls, ConversionFaults,
                                                           Call::Remove, Call::Map, Call::Memory),
                                           kLastings),
                          CaseName);
-// Without memory the JSON library ends the program: its destructors take some.
 INSTANTIATE_TEST_SUITE_P(Calls, HandleFaults,
                          testing::Combine(testing::Values(Call::Open, Call::Read, Call::Write, Call::Close,
-                                                          Call::Rename, Call::Map),
+                                                          Call::Rename, Call::Map, Call::Memory),
                                           kLastings),
                          CaseName);
 INSTANTIATE_TEST_SUITE_P(Calls, FinishFaults,
