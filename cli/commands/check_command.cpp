@@ -14,6 +14,7 @@
 #include "host/input_problem.h"
 #include "output/check_output.h"
 #include "output/exit_codes.h"
+#include "proof/prove_repairs.h"
 #include "rig_check/check_rig.h"
 #include "rig_check/finding_kinds.h"
 #include "settings/model_settings.h"
@@ -55,8 +56,24 @@ ts3d::RigReport CheckModel(const fs::path& model, const ConvertOptions& options,
   if (const std::string known = report.loaded ? "" : RecogniseModel(model); !known.empty())
     return NoModel(known);
   ts3d::AddTextureFindings(model, options.textureFolders, report);
+  TellProvenRepairs(model, options, report);
   report.SortFindings();
   return report;
+}
+
+/// Puts the repairs that the model's proof speaks for into the place of those that were only tried.
+void TellProvenRepairs(const fs::path& model, const ConvertOptions& options, ts3d::RigReport& report) {
+  const auto isRepair = [](const ts3d::Finding& finding) {
+    return finding.code == ts3d::findings::kRepairHelps.code;
+  };
+  if (std::none_of(report.findings.begin(), report.findings.end(), isRepair)) return;
+  const std::optional<ProvenRepairs> repairs = ProveRepairs(model, options);
+  if (!repairs || !repairs->before) return;
+  std::erase_if(report.findings, isRepair);
+  for (const ts3d::NeededRepair& repair : repairs->chosen.needed)
+    report.Add(ts3d::findings::kRepairHelps, {}, {repair.option, repair.reason});
+  if (const std::string errors = RepairErrors(*repairs); !errors.empty())
+    report.Add(ts3d::findings::kRepairProof, {}, {errors});
 }
 
 int StatusOf(const ts3d::RigReport& report) {

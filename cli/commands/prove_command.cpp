@@ -11,6 +11,7 @@
 #include "output/prove_output.h"
 #include "output/terminal.h"
 #include "proof/certificate.h"
+#include "settings/model_settings.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -24,6 +25,7 @@ struct ProveOptions {
   std::string verify;       ///< certificate to check, or empty
   bool json = false;
   bool quiet = false;
+  ConvertOptions convert;  ///< what models are converted with
 
   /// Whether the second input is the package of the first.
   bool NamesPackage() const {
@@ -52,7 +54,9 @@ int RunProofs(const ProveOptions& options) {
   std::vector<ProvenModel> models;
   ExitStatus all;
   for (const ModelTask& task : tasks) {
-    ProvenModel model = ProveModelFile(task.name, task.model, package, {options.seed, options.poses, 0});
+    const ConvertOptions convert = OptionsOf(task.model, options.convert, std::nullopt).options;
+    ProvenModel model =
+        ProveModelFile(task.name, task.model, package, {options.seed, options.poses, 0}, convert);
     all.Add(StatusOf(model));
     if (!options.certificate.empty() && model.error.empty())
       WriteCertificate(fs::absolute(options.certificate), task.model, package, model.proof);
@@ -114,6 +118,10 @@ void AddProveCommand(CLI::App& app, RunCommand& run) {
       .add_option("--verify", options->verify,
                   "Certificate to check: the same files, and the same result in the same poses")
       ->type_name("FILE");
+  prove.add_flag("--repair", options->convert.repairsAsNeeded,
+                 "Convert as convert --repair does, with the repairs that a model needs");
+  AddSettingsOptions(prove, options->convert.settingsFile, options->convert.takesSettings);
+  NoteGivenOptions(prove, options->convert.given);
   prove.add_flag("--json", options->json, "Print the proofs as JSON");
   prove.add_flag("-q,--quiet", options->quiet, "Show only what does not move as its model does");
   SetFooter(prove,

@@ -25,7 +25,7 @@
 #include "output/exit_codes.h"
 #include "platform/files.h"
 #include "proof/prove_conversion.h"
-#include "rig_check/choose_repairs.h"
+#include "proof/prove_repairs.h"
 #include "rig_check/document_names.h"
 #include "rig_check/rig_faults.h"
 #include "skeleton/skeleton_state.h"
@@ -92,13 +92,16 @@ void AddNote(const char* code, std::string text, ModelResult& result) {
   result.notes.push_back({code, ts3d::Severity::Note, ts3d::Subject::File, {}, std::move(text), {}});
 }
 
-ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, ModelResult& result) {
-  const ts3d::ChosenRepairs chosen = ts3d::ChooseRepairs(loaded);
-  for (const ts3d::NeededRepair& repair : chosen.needed) {
+ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, const fs::path& model,
+                                    const ConvertOptions& options, ModelResult& result) {
+  const ProvenRepairs repairs = ChooseRepairsByProof(loaded, model, options);
+  for (const ts3d::NeededRepair& repair : repairs.chosen.needed) {
     AddNote("repaired", "repaired with " + repair.option + ": without it, " + repair.reason, result);
   }
-  if (chosen.needed.empty()) AddNote("nothing-to-repair", "nothing to repair", result);
-  return chosen.settings;
+  if (repairs.chosen.needed.empty()) AddNote("nothing-to-repair", "nothing to repair", result);
+  if (const std::string errors = RepairErrors(repairs); !errors.empty())
+    AddNote("repair-proof", errors, result);
+  return repairs.chosen.settings;
 }
 
 /// Keeps what somebody can do something about.
@@ -221,7 +224,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   const bool mayBeCurrent = options.update && IsCurrent(task, FixedInputs(task, options));
   request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) {
     if (mayBeCurrent) LeaveIfCurrent(task, textures.FindInputs(loaded), result);
-    return options.repairsAsNeeded ? RepairAsNeeded(loaded, result) : options.repairs;
+    return options.repairsAsNeeded ? RepairAsNeeded(loaded, task.model, options, result) : options.repairs;
   };
   request.onConverted = [&](const scene::KFbxNode& root) {
     result.malformedNames = ts3d::NamesThatBreakDocument(job, job.skeleton->bones);

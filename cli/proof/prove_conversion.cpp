@@ -2,7 +2,6 @@
 #include "proof/prove_conversion.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "proof/prove_model.h"
 
@@ -12,12 +11,6 @@ namespace {
 ts3d::Subject SubjectOf(const prove::Message& message) {
   if (message.kind == "bone") return ts3d::Subject::Bone;
   return message.kind == "mesh" ? ts3d::Subject::Mesh : ts3d::Subject::File;
-}
-
-std::string ErrorText(double error) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%.2g of the model's diagonal", error);
-  return text;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "proof/prove_model.h"
 
+#include <cstdio>
 #include <new>
 
 #include "actor/load_actor.h"
@@ -9,18 +10,21 @@
 #include "host/host_paths.h"
 #include "host/input_problem.h"
 #include "output/exit_codes.h"
+#include "proof/prove_repairs.h"
 
 namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-/// Converts the model in memory, without its pictures.
-/// @return the package; `proven` tells why there is none
-std::string ConvertInMemory(const fs::path& model, ProvenModel& proven) {
-  std::string package;
+/// @return code of FbxToTs3dResult
+int32_t ConvertTo(std::string& package, const fs::path& model, const ConvertOptions& asked,
+                  std::string& error) {
   ts3d::Converter converter;
   ts3d::ConverterOptions options;
   options.convertsPictures = false;
+  options.actorType = asked.actorType;
+  options.repairs = asked.repairs;
+  options.exclusions = asked.excludedNames;
   ts3d::ConverterHost host;
   host.onPackage = [&](std::string_view bytes) {
     package += bytes;
@@ -28,7 +32,17 @@ std::string ConvertInMemory(const fs::path& model, ProvenModel& proven) {
   };
   converter.SetUp(std::move(options), std::move(host));
   const int32_t code = converter.Convert({model, std::nullopt}, {});
-  if (code != FBX_TO_TS3D_OK) proven.error = converter.Error();
+  if (code != FBX_TO_TS3D_OK) error = converter.Error();
+  return code;
+}
+
+/// @return the package; `proven` tells why there is none
+std::string Convert(const fs::path& model, ConvertOptions options, ProvenModel& proven) {
+  if (options.repairsAsNeeded) {
+    if (const auto repairs = ProveRepairs(model, options)) options.repairs = repairs->chosen.settings;
+  }
+  std::string package;
+  const int32_t code = ConvertTo(package, model, options, proven.error);
   if (code == FBX_TO_TS3D_NO_MESH) proven.status = kNothingToDo;
   return package;
 }
@@ -64,13 +78,13 @@ void TellDamage(const actor::Findings& findings, prove::Proof& proof) {
   }
 }
 
-actor::Findings LoadPackage(const fs::path& model, const fs::path& package, actor::Actor& actor,
-                            ProvenModel& proven) {
+actor::Findings LoadPackage(const fs::path& model, const fs::path& package, const ConvertOptions& convert,
+                            actor::Actor& actor, ProvenModel& proven) {
   std::string& error = proven.error;
   actor::PackageContents contents;
   actor::Findings findings;
   if (package.empty()) {
-    const std::string bytes = ConvertInMemory(model, proven);
+    const std::string bytes = Convert(model, convert, proven);
     if (error.empty()) ReadPackageBytes(bytes, {}, contents, error);
   } else {
     ReadPackage(package.string(), {}, contents, error);
@@ -82,8 +96,20 @@ actor::Findings LoadPackage(const fs::path& model, const fs::path& package, acto
 
 }  // namespace
 
+std::string ErrorText(double error) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%.2g of the model's diagonal", error);
+  return text;
+}
+
+std::string ConvertInMemory(const fs::path& model, const ConvertOptions& options, std::string& error) {
+  std::string package;
+  ConvertTo(package, model, options, error);
+  return package;
+}
+
 ProvenModel ProveModelFile(const std::string& name, const fs::path& model, const fs::path& package,
-                           const prove::ProofOptions& options) {
+                           const prove::ProofOptions& options, const ConvertOptions& convert) {
   ProvenModel proven{name, {}, kUnreadable, {}};
   if (HasBackslashInName(model)) {
     proven.error = "its path has a backslash";
@@ -98,7 +124,7 @@ ProvenModel ProveModelFile(const std::string& name, const fs::path& model, const
   }
   try {
     actor::Actor actor;
-    const actor::Findings findings = LoadPackage(model, package, actor, proven);
+    const actor::Findings findings = LoadPackage(model, package, convert, actor, proven);
     if (proven.error.empty() &&
         prove::ProveModel(ConverterPath(model), actor, options, proven.proof, proven.error)) {
       TellDamage(findings, proven.proof);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "convert/convert_options.h"
 #include "prove/prove.h"
 
 namespace cli {
@@ -18,10 +19,23 @@ struct ProvenModel {
   prove::Proof proof;
 };
 
-/// Compares the model with `package`; no `package`: with the one that it is converted into, in memory and
-/// without pictures.
+/// An error in parts of the model's diagonal, as people read it.
+std::string ErrorText(double error);
+
+/// Converts a model in memory, without its pictures.
 /// @param model  absolute
+/// @param options  what counts for meshes and bones
+/// @param error  gets why that failed
+/// @return the package, of which no one has a file
+/// @throws std::bad_alloc
+std::string ConvertInMemory(const std::filesystem::path& model, const ConvertOptions& options,
+                            std::string& error);
+
+/// Compares the model with `package`; no `package`: with the one that it is converted into in memory.
+/// @param model  absolute
+/// @param convert  what it is converted with
 ProvenModel ProveModelFile(const std::string& name, const std::filesystem::path& model,
-                           const std::filesystem::path& package, const prove::ProofOptions& options);
+                           const std::filesystem::path& package, const prove::ProofOptions& options,
+                           const ConvertOptions& convert = {});
 
 }  // namespace cli

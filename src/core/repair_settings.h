@@ -10,6 +10,8 @@ struct RepairSettings {
   bool openGroups = false;    ///< nodes without an attribute do not hide the bones below them
   bool joinRoots = false;     ///< several top-level skeletons go below one new root bone
   bool attachRigid = false;   ///< meshes without a skin keep their place and follow the bone they hang on
+
+  bool operator==(const RepairSettings&) const = default;
 };
 
 }  // namespace ts3d

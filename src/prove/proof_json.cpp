@@ -43,12 +43,19 @@ Json AsJson(const std::vector<NamedError>& errors) {
 }  // namespace
 
 Json ProofAsJson(const Proof& proof) {
-  Json json{{"result", NameOf(proof.verdict)},   {"limit", kLimit},
-            {"worst", AsJson(proof.worst)},      {"first_bone", proof.firstBone},
-            {"diagonal", proof.diagonal},        {"seed", proof.seed},
-            {"random_poses", proof.randomPoses}, {"vertices", proof.vertices},
-            {"poses", AsJson(proof.poses)},      {"meshes", AsJson(proof.meshes)},
-            {"bones", AsJson(proof.bones)},      {"causes", Json::array()},
+  Json json{{"result", NameOf(proof.verdict)},
+            {"limit", kLimit},
+            {"worst", AsJson(proof.worst)},
+            {"mean", proof.mean},
+            {"first_bone", proof.firstBone},
+            {"diagonal", proof.diagonal},
+            {"seed", proof.seed},
+            {"random_poses", proof.randomPoses},
+            {"vertices", proof.vertices},
+            {"poses", AsJson(proof.poses)},
+            {"meshes", AsJson(proof.meshes)},
+            {"bones", AsJson(proof.bones)},
+            {"causes", Json::array()},
             {"messages", Json::array()}};
   for (const Message& each : proof.messages) {
     if (each.error > 0.0) {

@@ -48,9 +48,13 @@ class Reporter {
       const MatchedMesh& mesh = matches_.meshes[m];
       proof_.vertices += mesh.points.size();
       Worst worst{0.0, m, 0};
-      for (size_t v = 0; v < mesh.points.size(); ++v) worst.Take(comparison_.WorstOf(m, v), m, v);
+      for (size_t v = 0; v < mesh.points.size(); ++v) {
+        worst.Take(comparison_.WorstOf(m, v), m, v);
+        proof_.mean += comparison_.WorstOf(m, v);
+      }
       proof_.meshes.push_back({mesh.file->name, Place(worst)});
     }
+    if (proof_.vertices > 0) proof_.mean /= static_cast<double>(proof_.vertices);
     for (size_t b = 0; b < actor_.skeleton.bones.size(); ++b) {
       proof_.bones.push_back({actor_.skeleton.bones[b].name, Place(comparison_.bones[b])});
     }

@@ -52,6 +52,7 @@ enum class Verdict {
 struct Proof {
   Verdict verdict = Verdict::NotCompared;
   ErrorPlace worst;
+  double mean = 0.0;      ///< of the vertices' worst errors, in parts of the diagonal
   double diagonal = 0.0;  ///< in units of the model
   uint64_t seed = 0;
   int randomPoses = 0;

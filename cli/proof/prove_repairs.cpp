@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "proof/prove_repairs.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "actor/load_actor.h"
+#include "driver/actor_type.h"
+#include "driver/scene_loader.h"
+#include "host/host_paths.h"
+#include "proof/prove_model.h"
+#include "prove/compare.h"
+#include "scene/model/scene.h"
+
+namespace cli {
+namespace fs = std::filesystem;
+namespace {
+
+/// Beside bind pose and present pose. What a repair is about shows in all of them.
+constexpr int kPoses = 8;
+/// Of sets that come that near to the least error, the smallest is kept.
+constexpr double kAsGood = 1.1;
+
+RepairError ErrorOf(const prove::Proof& proof) {
+  RepairError error{proof.worst.error, proof.mean, proof.poses.front().worst.error};
+  for (const prove::Message& message : proof.messages) {
+    if (message.code != prove::WordsOf(prove::Cause::RootScale).code) continue;
+    error.worst = std::max(error.worst, message.error);
+    error.mean += message.error;
+  }
+  return error;
+}
+
+/// @return none when there is no such package, or it cannot be compared
+std::optional<RepairError> Try(const ts3d::ConversionJob& loaded, const fs::path& model,
+                               ConvertOptions options, const ts3d::RepairSettings& repairs) {
+  options.repairs = repairs;
+  options.actorType = loaded.actorType;
+  std::string error;
+  const std::string package = ConvertInMemory(model, options, error);
+  actor::PackageContents contents;
+  actor::Actor actor;
+  actor::Findings findings;
+  if (!error.empty() || !ReadPackageBytes(package, {}, contents, error) ||
+      !BuildActor(contents, actor, findings, error))
+    return std::nullopt;
+  const prove::Proof proof = prove::Prove(*loaded.scene, actor, {.poses = kPoses, .threads = 1});
+  if (proof.verdict == prove::Verdict::NotCompared) return std::nullopt;
+  return ErrorOf(proof);
+}
+
+using Trial = std::pair<ts3d::RepairSettings, RepairError>;
+
+/// @param trials  not empty, the smallest sets first
+const Trial& Best(const std::vector<Trial>& trials) {
+  const auto least = std::min_element(trials.begin(), trials.end(), [](const Trial& a, const Trial& b) {
+    return a.second.mean < b.second.mean;
+  });
+  return *std::find_if(trials.begin(), trials.end(),
+                       [&](const Trial& trial) { return trial.second.mean <= kAsGood * least->second.mean; });
+}
+
+}  // namespace
+
+ProvenRepairs ChooseRepairsByProof(const ts3d::ConversionJob& loaded, const fs::path& model,
+                                   const ConvertOptions& options) {
+  const std::vector<ts3d::RepairSettings> sets = CandidateRepairs(loaded);
+  if (sets.size() == 1 && sets.front() == loaded.repairs) return {{loaded.repairs, {}}, {}, {}};
+  const std::optional<RepairError> before = Try(loaded, model, options, loaded.repairs);
+  if (!before) return {ChooseRepairs(loaded), {}, {}};
+  std::vector<Trial> trials;
+  for (const ts3d::RepairSettings& set : sets) {
+    const std::optional<RepairError> error =
+        set == loaded.repairs ? before : Try(loaded, model, options, set);
+    if (!error || error->atRest > std::max(prove::kLimit, before->atRest)) continue;
+    trials.emplace_back(set, *error);
+    if (error->worst <= prove::kLimit) break;
+  }
+  if (trials.empty()) return {{loaded.repairs, {}}, before, before};
+  const auto& [settings, after] = trials.back().second.worst <= prove::kLimit ? trials.back() : Best(trials);
+  return {DescribeRepairs(loaded, settings), before, after};
+}
+
+std::string RepairErrors(const ProvenRepairs& repairs) {
+  const auto& [chosen, before, after] = repairs;
+  if (!before || !after || before->worst <= prove::kLimit) return {};
+  const std::string without =
+      "vertices move otherwise than in the model, by up to " + ErrorText(before->worst);
+  if (chosen.needed.empty()) return without + ", and no repair brings them closer";
+  return "without repairs " + without + "; with them by up to " + ErrorText(after->worst);
+}
+
+std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOptions& options) {
+  ts3d::ConversionJob job;
+  job.exclusionList = options.excludedNames;
+  job.repairs = options.repairs;
+  const std::string path = ConverterPath(model);
+  job.actorType = options.actorType.value_or(ts3d::DetectActorType(path));
+  std::optional<ProvenRepairs> found;
+  try {
+    CreateQuietSdkObjects(job.sdkManager, job.scene);
+    ts3d::LoadedVersions versions;
+    if (LoadSceneQuietly(*job.sdkManager, *job.scene, path, std::nullopt, {}, versions).empty()) {
+      job.sceneRoot = job.scene->GetRootNode();
+      found = ChooseRepairsByProof(job, model, options);
+    }
+  } catch (const std::exception&) {
+    // A model that is too large for it stays without.
+  }
+  ts3d::DestroySdkObjects(job.sdkManager);
+  return found;
+}
+
+}  // namespace cli

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "convert/convert_options.h"
+#include "rig_check/choose_repairs.h"
+
+namespace cli {
+
+/// How far a package is from its model, in parts of the model's diagonal.
+struct RepairError {
+  double worst = 0.0;   ///< of all vertices in all poses, and the shift of a scaled root
+  double mean = 0.0;    ///< of the vertices' worst errors, with that shift
+  double atRest = 0.0;  ///< worst error in the bind pose
+};
+
+/// The repairs of a model that its proof speaks for.
+struct ProvenRepairs {
+  ts3d::ChosenRepairs chosen;
+  std::optional<RepairError> before, after;  ///< without and with them; none where nothing was proven
+};
+
+/// Converts the model that `loaded` holds with each set of repairs that may help, in memory and without pictures,
+/// the smallest sets first, and compares what comes out with the model. The one with the least error wins, of
+/// those that leave the surface in the bind pose where it is.
+/// @param model  absolute path of that model
+/// @param options  what else it is converted with
+ProvenRepairs ChooseRepairsByProof(const ts3d::ConversionJob& loaded, const std::filesystem::path& model,
+                                   const ConvertOptions& options);
+
+/// The same for a model that is not loaded yet; none when it cannot be.
+std::optional<ProvenRepairs> ProveRepairs(const std::filesystem::path& model, const ConvertOptions& options);
+
+/// What the repairs change, in words; empty where nothing was proven or nothing is wrong.
+std::string RepairErrors(const ProvenRepairs& repairs);
+
+}  // namespace cli
