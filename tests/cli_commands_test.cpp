@@ -411,6 +411,9 @@ TEST_F(Tool, TheNearestSettingsFileHoldsAndTheCommandLineHasTheLastWord) {
   EXPECT_EQ(Run("settings cast --json --settings fbx2czp.json"), 0);
   Run("check cast/hero.fbx");
   EXPECT_NE(output_.find("with the name \"actor (girl)\""), std::string::npos) << output_;
+  EXPECT_EQ(Run("prove --json --poses 0 cast/hero.fbx"), 0);
+  EXPECT_NE(output_.find("\"hat\""), std::string::npos) << output_;
+  EXPECT_EQ(output_.find("\"backpack\""), std::string::npos) << output_;
   folder_.Write("cast/fbx2czp.json", R"({"models": {"hero.fbx": {"exclud": "x"}}})");
   EXPECT_EQ(Run("convert -q cast/hero.fbx"), 64);
   EXPECT_TRUE(

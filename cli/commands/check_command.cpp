@@ -41,6 +41,21 @@ ts3d::RigReport NoModel(const std::string& why) {
   return report;
 }
 
+/// Puts the repairs that the model's proof speaks for into the place of those that were only tried.
+void TellProvenRepairs(const fs::path& model, const ConvertOptions& options, ts3d::RigReport& report) {
+  const auto isRepair = [](const ts3d::Finding& finding) {
+    return finding.code == ts3d::findings::kRepairHelps.code;
+  };
+  if (std::none_of(report.findings.begin(), report.findings.end(), isRepair)) return;
+  const std::optional<ProvenRepairs> repairs = ProveRepairs(model, options);
+  if (!repairs || !repairs->before) return;
+  std::erase_if(report.findings, isRepair);
+  for (const ts3d::NeededRepair& repair : repairs->chosen.needed)
+    report.Add(ts3d::findings::kRepairHelps, {}, {repair.option, repair.reason});
+  if (const std::string errors = RepairErrors(*repairs); !errors.empty())
+    report.Add(ts3d::findings::kRepairProof, {}, {errors});
+}
+
 ts3d::RigReport CheckModel(const fs::path& model, const ConvertOptions& options, int& status) {
   if (HasBackslashInName(model)) return NoModel("its path has a backslash");
   if (const auto problem = FindInputProblem(model)) {
@@ -59,21 +74,6 @@ ts3d::RigReport CheckModel(const fs::path& model, const ConvertOptions& options,
   TellProvenRepairs(model, options, report);
   report.SortFindings();
   return report;
-}
-
-/// Puts the repairs that the model's proof speaks for into the place of those that were only tried.
-void TellProvenRepairs(const fs::path& model, const ConvertOptions& options, ts3d::RigReport& report) {
-  const auto isRepair = [](const ts3d::Finding& finding) {
-    return finding.code == ts3d::findings::kRepairHelps.code;
-  };
-  if (std::none_of(report.findings.begin(), report.findings.end(), isRepair)) return;
-  const std::optional<ProvenRepairs> repairs = ProveRepairs(model, options);
-  if (!repairs || !repairs->before) return;
-  std::erase_if(report.findings, isRepair);
-  for (const ts3d::NeededRepair& repair : repairs->chosen.needed)
-    report.Add(ts3d::findings::kRepairHelps, {}, {repair.option, repair.reason});
-  if (const std::string errors = RepairErrors(*repairs); !errors.empty())
-    report.Add(ts3d::findings::kRepairProof, {}, {errors});
 }
 
 int StatusOf(const ts3d::RigReport& report) {

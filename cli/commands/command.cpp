@@ -90,12 +90,16 @@ void AddSettingsOptions(CLI::App& command, std::string& file, bool& takesSetting
   command.add_flag("!--no-settings", takesSettings, "Take no settings file")->excludes(settings);
 }
 
+std::set<std::string> GivenOptions(const CLI::App& command) {
+  std::set<std::string> given;
+  for (const CLI::Option* option : command.get_options()) {
+    if (option->count() > 0) given.insert(option->get_name());
+  }
+  return given;
+}
+
 void NoteGivenOptions(CLI::App& command, std::set<std::string>& given) {
-  command.parse_complete_callback([&command, &given] {
-    for (const CLI::Option* option : command.get_options()) {
-      if (option->count() > 0) given.insert(option->get_name());
-    }
-  });
+  command.parse_complete_callback([&command, &given] { given = GivenOptions(command); });
 }
 
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins) {

@@ -54,7 +54,10 @@ void AddPackLevel(CLI::App& command, std::optional<int>& level);
 /// --settings and --no-settings, for the settings files of models.
 void AddSettingsOptions(CLI::App& command, std::string& file, bool& takesSettings);
 
-/// Puts the long names of all options into `given` that the command line has.
+/// The long names of all options that the command line has.
+std::set<std::string> GivenOptions(const CLI::App& command);
+
+/// Puts them into `given` once it is understood.
 void NoteGivenOptions(CLI::App& command, std::set<std::string>& given);
 
 /// --no-plugins.

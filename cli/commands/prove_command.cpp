@@ -99,7 +99,10 @@ void AddProveCommand(CLI::App& app, RunCommand& run) {
   CLI::App& prove = AddCommand(app, "prove", "Prove that packages move as their models do", run, [options] {
     return options->verify.empty() ? RunProofs(*options) : Verify(*options);
   });
-  prove.parse_complete_callback([options] { CheckInputs(*options); });
+  prove.parse_complete_callback([&prove, options] {
+    options->convert.given = GivenOptions(prove);
+    CheckInputs(*options);
+  });
   prove
       .add_option("MODEL", options->inputs,
                   "FBX files, and folders of such files, which are converted for it; or one FBX file\n"
@@ -121,7 +124,6 @@ void AddProveCommand(CLI::App& app, RunCommand& run) {
   prove.add_flag("--repair", options->convert.repairsAsNeeded,
                  "Convert as convert --repair does, with the repairs that a model needs");
   AddSettingsOptions(prove, options->convert.settingsFile, options->convert.takesSettings);
-  NoteGivenOptions(prove, options->convert.given);
   prove.add_flag("--json", options->json, "Print the proofs as JSON");
   prove.add_flag("-q,--quiet", options->quiet, "Show only what does not move as its model does");
   SetFooter(prove,

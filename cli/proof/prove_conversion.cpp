@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "convert/result_messages.h"
 #include "proof/prove_model.h"
 
 namespace cli {
@@ -37,9 +38,10 @@ void ProveConversion(const std::filesystem::path& model, const std::filesystem::
   } else {
     note("not-proven", "not proven: the package moves otherwise than the model, by up to " + worst);
   }
+  const std::vector<ts3d::Finding> told = MessagesOf(result);
   for (const prove::Message& message : proven.proof.messages) {
-    const bool isKnown = std::any_of(result.faults.begin(), result.faults.end(),
-                                     [&](const auto& fault) { return fault.code == message.code; });
+    const bool isKnown =
+        std::any_of(told.begin(), told.end(), [&](const auto& fault) { return fault.code == message.code; });
     if (message.severity == prove::Severity::Note || isKnown) continue;
     const bool isOurs = message.severity == prove::Severity::Error;
     result.faults.push_back({message.code, isOurs ? ts3d::Severity::Fatal : ts3d::Severity::Warning,

@@ -98,7 +98,7 @@ actor::Findings LoadPackage(const fs::path& model, const fs::path& package, cons
 
 std::string ErrorText(double error) {
   char text[64];
-  std::snprintf(text, sizeof text, "%.2g of the model's diagonal", error);
+  std::snprintf(text, sizeof text, "%.2g %s the model's diagonal", error, error < 1.0 ? "of" : "times");
   return text;
 }
 

@@ -24,11 +24,9 @@ constexpr int kPoses = 8;
 constexpr double kAsGood = 1.1;
 
 RepairError ErrorOf(const prove::Proof& proof) {
-  RepairError error{proof.worst.error, proof.mean, proof.poses.front().worst.error};
+  RepairError error{proof.worst.error, proof.mean, 0.0, proof.poses.front().worst.error};
   for (const prove::Message& message : proof.messages) {
-    if (message.code != prove::WordsOf(prove::Cause::RootScale).code) continue;
-    error.worst = std::max(error.worst, message.error);
-    error.mean += message.error;
+    if (message.code == prove::WordsOf(prove::Cause::RootScale).code) error.shift = message.error;
   }
   return error;
 }
@@ -55,11 +53,14 @@ using Trial = std::pair<ts3d::RepairSettings, RepairError>;
 
 /// @param trials  not empty, the smallest sets first
 const Trial& Best(const std::vector<Trial>& trials) {
-  const auto least = std::min_element(trials.begin(), trials.end(), [](const Trial& a, const Trial& b) {
-    return a.second.mean < b.second.mean;
+  const auto total = [](const Trial& trial) { return trial.second.mean + trial.second.shift; };
+  const auto least = std::min_element(trials.begin(), trials.end(),
+                                      [&](const Trial& a, const Trial& b) { return total(a) < total(b); });
+  // Each by itself: a large shift hides all else.
+  return *std::find_if(trials.begin(), trials.end(), [&](const Trial& trial) {
+    const RepairError& error = trial.second;
+    return error.mean <= kAsGood * least->second.mean && error.shift <= kAsGood * least->second.shift;
   });
-  return *std::find_if(trials.begin(), trials.end(),
-                       [&](const Trial& trial) { return trial.second.mean <= kAsGood * least->second.mean; });
 }
 
 }  // namespace
@@ -76,20 +77,21 @@ ProvenRepairs ChooseRepairsByProof(const ts3d::ConversionJob& loaded, const fs::
         set == loaded.repairs ? before : Try(loaded, model, options, set);
     if (!error || error->atRest > std::max(prove::kLimit, before->atRest)) continue;
     trials.emplace_back(set, *error);
-    if (error->worst <= prove::kLimit) break;
+    if (error->Worst() <= prove::kLimit) break;
   }
   if (trials.empty()) return {{loaded.repairs, {}}, before, before};
-  const auto& [settings, after] = trials.back().second.worst <= prove::kLimit ? trials.back() : Best(trials);
+  const auto& [settings, after] =
+      trials.back().second.Worst() <= prove::kLimit ? trials.back() : Best(trials);
   return {DescribeRepairs(loaded, settings), before, after};
 }
 
 std::string RepairErrors(const ProvenRepairs& repairs) {
   const auto& [chosen, before, after] = repairs;
-  if (!before || !after || before->worst <= prove::kLimit) return {};
+  if (!before || !after || before->Worst() <= prove::kLimit) return {};
   const std::string without =
-      "vertices move otherwise than in the model, by up to " + ErrorText(before->worst);
+      "vertices move otherwise than in the model, by up to " + ErrorText(before->Worst());
   if (chosen.needed.empty()) return without + ", and no repair brings them closer";
-  return "without repairs " + without + "; with them by up to " + ErrorText(after->worst);
+  return "without repairs " + without + "; with them by up to " + ErrorText(after->Worst());
 }
 
 std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOptions& options) {
@@ -100,7 +102,7 @@ std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOp
   job.actorType = options.actorType.value_or(ts3d::DetectActorType(path));
   std::optional<ProvenRepairs> found;
   try {
-    CreateQuietSdkObjects(job.sdkManager, job.scene);
+    ts3d::CreateQuietSdkObjects(job.sdkManager, job.scene);
     ts3d::LoadedVersions versions;
     if (LoadSceneQuietly(*job.sdkManager, *job.scene, path, std::nullopt, {}, versions).empty()) {
       job.sceneRoot = job.scene->GetRootNode();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -12,9 +13,12 @@ namespace cli {
 
 /// How far a package is from its model, in parts of the model's diagonal.
 struct RepairError {
-  double worst = 0.0;   ///< of all vertices in all poses, and the shift of a scaled root
-  double mean = 0.0;    ///< of the vertices' worst errors, with that shift
-  double atRest = 0.0;  ///< worst error in the bind pose
+  double vertices = 0.0;  ///< worst of all vertices in all poses
+  double mean = 0.0;      ///< of the vertices' worst errors
+  double shift = 0.0;     ///< of the whole model, by a scaled root
+  double atRest = 0.0;    ///< worst of all vertices in the bind pose
+
+  double Worst() const { return std::max(vertices, shift); }
 };
 
 /// The repairs of a model that its proof speaks for.

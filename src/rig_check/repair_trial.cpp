@@ -103,7 +103,9 @@ size_t RepairTrial::MisplacedBones() {
   };
   ForEachCluster([&](const KFbxNode&, const KFbxCluster& cluster) { use(cluster.GetLink()); });
   ForEachMesh([&](const KFbxNode& node, const KFbxMesh& mesh) {
-    if (!HasSkin(mesh)) use(SkeletonAbove(node));
+    if (HasSkin(mesh)) return;
+    if (const KFbxNode* above = SkeletonAbove(node)) return use(above);
+    used.insert(0);
   });
   std::vector<KFbxXMatrix> composed(skeleton.boneNodes.size());
   size_t misplaced = 0;
