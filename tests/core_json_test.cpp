@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <random>
 
@@ -57,6 +60,26 @@ TEST(JsonWriter, NestsAndIndents) {
             Dump({{"none", ordered_json::array()},
                   {"list", {ordered_json::object(), true, uint64_t{18446744073709551615u}, texts}},
                   {"least", -2147483648}}));
+}
+
+TEST(JsonWriter, NumbersAreReadAsTheyWere) {
+  std::mt19937_64 random(1);
+  ts3d::JsonWriter json(ts3d::JsonWriter::Layout::Compact);
+  std::vector<double> numbers{0.0, -0.0, 1.0, 1e300, 5e-324, 0.1f};
+  for (int i = 0; i < 1000; ++i) {
+    const double number = std::bit_cast<double>(random());
+    if (std::isfinite(number)) numbers.push_back(number);
+  }
+  json.OpenObject();
+  json.Member("numbers", numbers);
+  json.Member("none", std::numeric_limits<double>::quiet_NaN());
+  json.Member("nothing", std::optional<int>());
+  json.CloseObject();
+  const ordered_json read = ordered_json::parse(json.Text());
+  EXPECT_EQ(read.at("numbers").get<std::vector<double>>(), numbers);
+  EXPECT_TRUE(read.at("none").is_null());
+  EXPECT_TRUE(read.at("nothing").is_null());
+  EXPECT_EQ(json.Text().find_first_of(" \n"), std::string::npos);
 }
 
 }  // namespace

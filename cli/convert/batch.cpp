@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <list>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <thread>
 
 #include "convert/foreign_package.h"
@@ -25,7 +24,6 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Clock = std::chrono::steady_clock;
 
 constexpr char kStatusMessage = 'S', kResultMessage = 'R';
@@ -60,7 +58,7 @@ class Running {
                 result.code = kNotWritten;
                 result.reason = error.what();
               }
-              send(kResultMessage + ToJson(result).dump(-1, ' ', false, Json::error_handler_t::replace));
+              send(kResultMessage + ToJson(result));
             },
             keepsInput) {}
 
@@ -205,7 +203,7 @@ class Batch {
     if (message.starts_with(kStatusMessage)) {
       printer_.Print(tasks_[model.Index()].name, message.substr(1));
     } else if (message.starts_with(kResultMessage)) {
-      model.result = ResultFromJson(Json::parse(message.substr(1)));
+      model.result = ResultFromJson(message.substr(1));
       model.hasResult = true;
     }
   }

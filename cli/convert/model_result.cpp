@@ -8,8 +8,8 @@
 #include "convert/result_messages.h"
 #include "core/similar_names.h"
 #include "output/describe_finding.h"
-#include "output/json_parts.h"
 #include "output/terminal.h"
+#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
@@ -33,50 +33,67 @@ std::vector<std::string> ModelResult::Losses() const {
   return losses;
 }
 
-Json StepsAsJson(const StepSeconds& steps) {
-  Json json = Json::object();
-  for (const auto& [step, seconds] : steps) json[step] = seconds;
-  return json;
-}
-
-Json ToJson(const ModelResult& result) {
-  Json members = Json::array();
+void WriteResult(ts3d::JsonWriter& json, const ModelResult& result) {
+  json.Member("model", result.model);
+  json.Member("result", result.code);
+  json.Member("status", result.status);
+  json.Member("reader_output", result.readerOutput);
+  json.Member("vertices", result.vertices);
+  json.Member("triangles", result.triangles);
+  json.Member("seconds", result.seconds);
+  json.OpenObject("steps");
+  for (const auto& [step, seconds] : result.steps) json.Member(step, seconds);
+  json.CloseObject();
+  json.Member("up_to_date", result.isCurrent);
+  json.Member("inputs", result.inputs);
+  json.Member("package", result.package);
+  json.Member("package_bytes", result.packageBytes);
+  json.OpenArray("members");
   for (const MemberSize& member : result.members) {
-    members.push_back({{"name", member.name}, {"bytes", member.bytes}});
+    json.OpenObject();
+    json.Member("name", member.name);
+    json.Member("bytes", member.bytes);
+    json.CloseObject();
   }
-  Json textures = Json::array();
-  for (const textures::TextureProblem& problem : result.textureProblems) {
-    textures.push_back(
-        {{"source", problem.source}, {"problem", problem.text}, {"missing", problem.isMissing}});
-  }
-  Json unmatched = Json::array();
-  for (const UnmatchedOption& entry : result.unmatchedOptions) {
-    unmatched.push_back({{"option", entry.option}, {"name", entry.name}, {"nearest", entry.nearest}});
-  }
-  return {{"model", result.model},
-          {"result", result.code},
-          {"reason", result.reason},
-          {"reader_output", result.readerOutput},
-          {"status", result.status},
-          {"damage", result.damage},
-          {"malformed_names", result.malformedNames},
-          {"notes", FindingsAsJson(result.notes)},
-          {"faults", FindingsAsJson(result.faults)},
-          {"textures", std::move(textures)},
-          {"unmatched_options", std::move(unmatched)},
-          {"vertices", result.vertices},
-          {"triangles", result.triangles},
-          {"seconds", result.seconds},
-          {"steps", StepsAsJson(result.steps)},
-          {"up_to_date", result.isCurrent},
-          {"inputs", result.inputs},
-          {"shrunk", result.shrunkPictures},
-          {"package", result.package},
-          {"package_bytes", result.packageBytes},
-          {"members", std::move(members)}};
+  json.CloseArray();
 }
 
-ModelResult ResultFromJson(const Json& json) {
+std::string ToJson(const ModelResult& result) {
+  ts3d::JsonWriter json(ts3d::JsonWriter::Layout::Compact);
+  json.OpenObject();
+  WriteResult(json, result);
+  json.Member("reason", result.reason);
+  json.Member("damage", result.damage);
+  json.Member("malformed_names", result.malformedNames);
+  json.Key("notes");
+  ts3d::WriteFindings(json, result.notes);
+  json.Key("faults");
+  ts3d::WriteFindings(json, result.faults);
+  json.OpenArray("textures");
+  for (const textures::TextureProblem& problem : result.textureProblems) {
+    json.OpenObject();
+    json.Member("source", problem.source);
+    json.Member("problem", problem.text);
+    json.Member("missing", problem.isMissing);
+    json.CloseObject();
+  }
+  json.CloseArray();
+  json.OpenArray("unmatched_options");
+  for (const UnmatchedOption& entry : result.unmatchedOptions) {
+    json.OpenObject();
+    json.Member("option", entry.option);
+    json.Member("name", entry.name);
+    json.Member("nearest", entry.nearest);
+    json.CloseObject();
+  }
+  json.CloseArray();
+  json.Member("shrunk", result.shrunkPictures);
+  json.CloseObject();
+  return json.Text();
+}
+
+ModelResult ResultFromJson(std::string_view text) {
+  const Json json = Json::parse(text);
   ModelResult result;
   json.at("model").get_to(result.model);
   json.at("result").get_to(result.code);

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "convert/step_times.h"
+#include "core/json_writer.h"
 #include "package/read_member.h"
 #include "rig_check/finding.h"
 #include "textures/texture_converter.h"
@@ -51,13 +51,13 @@ struct ModelResult {
   std::vector<std::string> Losses() const;
 };
 
-/// For the way from the process that converts; reports have another form.
-nlohmann::ordered_json ToJson(const ModelResult& result);
-/// The opposite. @throws nlohmann::json::exception on anything else
-ModelResult ResultFromJson(const nlohmann::ordered_json& json);
+/// Members that users get of a result.
+void WriteResult(ts3d::JsonWriter& json, const ModelResult& result);
 
-/// Seconds by the names of steps.
-nlohmann::ordered_json StepsAsJson(const StepSeconds& steps);
+/// All of it, for the way from the process that converts.
+std::string ToJson(const ModelResult& result);
+/// The opposite. @throws nlohmann::json::exception on anything else
+ModelResult ResultFromJson(std::string_view json);
 
 struct Totals {
   size_t succeeded = 0;

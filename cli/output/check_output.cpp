@@ -3,17 +3,15 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
 #include "host/host_paths.h"
 #include "output/describe_finding.h"
-#include "output/json_parts.h"
 #include "output/terminal.h"
+#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using ts3d::Finding;
 using ts3d::RigReport;
 
@@ -93,14 +91,20 @@ void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany) {
 }
 
 std::string ReportsAsJson(const std::vector<CheckedModel>& models) {
-  Json json = JsonHead("check", kJsonVersion);
-  json["models"] = Json::array();
+  ts3d::JsonWriter json;
+  json.OpenObject();
+  ts3d::WriteJsonHead(json, "check", kJsonVersion);
+  json.OpenArray("models");
   for (const CheckedModel& model : models) {
-    Json& entry = json["models"].emplace_back(Json{{"model", model.name}});
-    entry.update(ReportAsJson(model.report));
-    if (!model.renames.empty()) entry["renames"] = model.renames;
+    json.OpenObject();
+    json.Member("model", model.name);
+    ts3d::WriteReport(json, model.report);
+    if (!model.renames.empty()) json.Member("renames", model.renames);
+    json.CloseObject();
   }
-  return JsonText(json);
+  json.CloseArray();
+  json.CloseObject();
+  return ts3d::JsonText(json.Text());
 }
 
 }  // namespace cli

@@ -11,7 +11,7 @@ namespace cli {
 /// What a finding says of whom: `bones "a", "b" and 3 more: ...`.
 std::string DescribeFinding(const ts3d::Finding& finding);
 
-/// The opposite of FindingAsJson. @throws nlohmann::json::exception on anything else
+/// The opposite of ts3d::WriteFinding. @throws nlohmann::json::exception on anything else
 ts3d::Finding FindingFromJson(const nlohmann::ordered_json& json);
 
 }  // namespace cli

@@ -4,18 +4,16 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
 
-#include "output/json_parts.h"
 #include "output/terminal.h"
+#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
 
 using actor::Part;
-using Json = nlohmann::ordered_json;
 using Counts = std::vector<std::pair<const char*, size_t>>;
 
 Counts CountParts(const Inspection& package) {
@@ -114,10 +112,11 @@ std::vector<ts3d::Finding> MessagesAbout(const PackageDiff& diff) {
   return messages;
 }
 
-Json SideAsJson(const Inspection& package) {
-  Json side{{"path", package.path}};
-  for (const auto& [name, count] : CountParts(package)) side[name] = count;
-  return side;
+void WriteSide(ts3d::JsonWriter& json, const char* side, const Inspection& package) {
+  json.OpenObject(side);
+  json.Member("path", package.path);
+  for (const auto& [name, count] : CountParts(package)) json.Member(name, count);
+  json.CloseObject();
 }
 
 }  // namespace
@@ -135,12 +134,16 @@ std::string DiffAsText(const PackageDiff& diff) {
 
 std::string DiffAsJson(const PackageDiff& diff) {
   constexpr int kJsonVersion = 1;
-  Json json = JsonHead("diff", kJsonVersion);
-  json["same"] = diff.IsSame();
-  json["old"] = SideAsJson(diff.before);
-  json["new"] = SideAsJson(diff.after);
-  json["messages"] = FindingsAsJson(MessagesAbout(diff));
-  return JsonText(json);
+  ts3d::JsonWriter json;
+  json.OpenObject();
+  ts3d::WriteJsonHead(json, "diff", kJsonVersion);
+  json.Member("same", diff.IsSame());
+  WriteSide(json, "old", diff.before);
+  WriteSide(json, "new", diff.after);
+  json.Key("messages");
+  ts3d::WriteFindings(json, MessagesAbout(diff));
+  json.CloseObject();
+  return ts3d::JsonText(json.Text());
 }
 
 }  // namespace cli

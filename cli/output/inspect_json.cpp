@@ -1,98 +1,134 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "actor/picture_header.h"
 #include "inspect/actor_measure.h"
 #include "output/inspection.h"
-#include "output/json_parts.h"
+#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using ts3d::JsonWriter;
 
-Json Members(const actor::PackageContents& contents) {
-  Json list = Json::array();
+void WriteMembers(JsonWriter& json, const actor::PackageContents& contents) {
+  json.OpenArray("members");
   for (const actor::Member& member : contents.members) {
-    list.push_back({{"name", member.name},
-                    {"size", member.size},
-                    {"packed_size", member.packedSize},
-                    {"date", member.date.empty() ? Json() : Json(member.date)},
-                    {"sound", member.sound},
-                    {"superseded", member.superseded}});
+    json.OpenObject();
+    json.Member("name", member.name);
+    json.Member("size", member.size);
+    json.Member("packed_size", member.packedSize);
+    json.Member("date", member.date.empty() ? std::nullopt : std::optional(member.date));
+    json.Member("sound", member.sound);
+    json.Member("superseded", member.superseded);
+    json.CloseObject();
   }
-  return list;
+  json.CloseArray();
 }
 
-Json DocumentSummary(const actor::Document& document) {
-  if (document.memberName.empty()) return {};
-  Json renames = Json::array(), meshes = Json::array(), materials = Json::array();
+void WriteDocument(JsonWriter& json, const actor::Document& document) {
+  if (document.memberName.empty()) return json.Member("document", nullptr);
+  json.OpenObject("document");
+  json.Member("file", document.memberName);
+  json.Member("object_id", document.objectId);
+  json.Member("scale", document.scale);
+  json.OpenObject("rotation");
+  json.Member("x", document.rotationX);
+  json.Member("y", document.rotationY);
+  json.CloseObject();
+  json.Member("skeleton_file", document.skeletonFile);
+  json.OpenArray("bone_renames");
   for (const auto& [oldName, newName] : document.boneRenames) {
-    renames.push_back({{"old", oldName}, {"new", newName}});
+    json.OpenObject();
+    json.Member("old", oldName);
+    json.Member("new", newName);
+    json.CloseObject();
   }
+  json.CloseArray();
+  json.OpenArray("meshes");
   for (const actor::DocumentMesh& mesh : document.meshes) {
-    meshes.push_back({{"name", mesh.name}, {"file", mesh.file}, {"both_sides", mesh.bothSides}});
+    json.OpenObject();
+    json.Member("name", mesh.name);
+    json.Member("file", mesh.file);
+    json.Member("both_sides", mesh.bothSides);
+    json.CloseObject();
   }
+  json.CloseArray();
+  json.OpenArray("materials");
   for (const actor::DocumentMaterial& material : document.materials) {
-    materials.push_back({{"name", material.name}, {"file", material.file}, {"thread", material.threadId}});
+    json.OpenObject();
+    json.Member("name", material.name);
+    json.Member("file", material.file);
+    json.Member("thread", material.threadId);
+    json.CloseObject();
   }
-  return {{"file", document.memberName},
-          {"object_id", document.objectId},
-          {"scale", document.scale},
-          {"rotation", {{"x", document.rotationX}, {"y", document.rotationY}}},
-          {"skeleton_file", document.skeletonFile},
-          {"bone_renames", renames},
-          {"meshes", meshes},
-          {"materials", materials}};
+  json.CloseArray();
+  json.CloseObject();
 }
 
-Json Bones(const actor::Skeleton& skeleton) {
-  Json list = Json::array();
+void WriteBones(JsonWriter& json, const actor::Skeleton& skeleton) {
+  json.OpenArray("bones");
   for (size_t i = 0; i < skeleton.bones.size(); ++i) {
-    list.push_back({{"id", i}, {"name", skeleton.bones[i].name}, {"parent", skeleton.bones[i].parent}});
+    json.OpenObject();
+    json.Member("id", i);
+    json.Member("name", skeleton.bones[i].name);
+    json.Member("parent", skeleton.bones[i].parent);
+    json.CloseObject();
   }
-  return list;
+  json.CloseArray();
 }
 
-Json Meshes(const std::vector<actor::Mesh>& meshes) {
-  Json list = Json::array();
+void WriteMeshes(JsonWriter& json, const std::vector<actor::Mesh>& meshes) {
+  json.OpenArray("meshes");
   for (const actor::Mesh& mesh : meshes) {
-    const actor::Box box = BoundsOf(mesh);
-    list.push_back({{"name", mesh.name},
-                    {"thread", mesh.threadId},
-                    {"vertices", mesh.vertices.size()},
-                    {"faces", mesh.faces.size()},
-                    {"influences", mesh.influences.size()},
-                    {"bounds", box.IsEmpty() ? Json() : Json({{"low", box.low}, {"high", box.high}})}});
+    json.OpenObject();
+    json.Member("name", mesh.name);
+    json.Member("thread", mesh.threadId);
+    json.Member("vertices", mesh.vertices.size());
+    json.Member("faces", mesh.faces.size());
+    json.Member("influences", mesh.influences.size());
+    if (const actor::Box box = BoundsOf(mesh); box.IsEmpty()) {
+      json.Member("bounds", nullptr);
+    } else {
+      json.OpenObject("bounds");
+      json.Member("low", box.low);
+      json.Member("high", box.high);
+      json.CloseObject();
+    }
+    json.CloseObject();
   }
-  return list;
+  json.CloseArray();
 }
 
-Json Materials(const std::vector<actor::Material>& materials) {
-  Json list = Json::array();
+void WriteMaterials(JsonWriter& json, const std::vector<actor::Material>& materials) {
+  json.OpenArray("materials");
   for (const actor::Material& material : materials) {
-    list.push_back({{"name", material.name},
-                    {"ambient", material.ambient},
-                    {"diffuse", material.diffuse},
-                    {"specular", material.specular},
-                    {"shininess", material.shininess},
-                    {"picture", material.hasMap ? Json(material.map) : Json()}});
+    json.OpenObject();
+    json.Member("name", material.name);
+    json.Member("ambient", material.ambient);
+    json.Member("diffuse", material.diffuse);
+    json.Member("specular", material.specular);
+    json.Member("shininess", material.shininess);
+    json.Member("picture", material.hasMap ? std::optional(material.map) : std::nullopt);
+    json.CloseObject();
   }
-  return list;
+  json.CloseArray();
 }
 
-Json Pictures(const std::vector<actor::Picture>& pictures) {
-  Json list = Json::array();
+void WritePictures(JsonWriter& json, const std::vector<actor::Picture>& pictures) {
+  json.OpenArray("pictures");
   for (const actor::Picture& picture : pictures) {
     actor::PictureHeader header;
-    const bool known = !ReadPictureHeader(picture.bytes, header);
-    list.push_back({{"name", picture.name},
-                    {"width", known ? Json(header.width) : Json()},
-                    {"height", known ? Json(header.height) : Json()},
-                    {"bits", known ? Json(header.bits) : Json()}});
+    const bool isKnown = !ReadPictureHeader(picture.bytes, header);
+    const auto known = [&](auto number) { return isKnown ? std::optional(number) : std::nullopt; };
+    json.OpenObject();
+    json.Member("name", picture.name);
+    json.Member("width", known(header.width));
+    json.Member("height", known(header.height));
+    json.Member("bits", known(header.bits));
+    json.CloseObject();
   }
-  return list;
+  json.CloseArray();
 }
 
 /// What the finding is about: a member, a bone, or the package as a whole.
@@ -109,7 +145,7 @@ ts3d::Finding AsMessage(const actor::Finding& finding, const actor::PackageConte
   return message;
 }
 
-Json MessagesAsJson(const Inspection& inspection) {
+std::vector<ts3d::Finding> MessagesOf(const Inspection& inspection) {
   std::vector<ts3d::Finding> messages;
   if (!inspection.error.empty()) {
     messages.push_back(
@@ -117,30 +153,37 @@ Json MessagesAsJson(const Inspection& inspection) {
   }
   for (const actor::Finding& finding : inspection.findings)
     messages.push_back(AsMessage(finding, inspection.contents));
-  return FindingsAsJson(messages);
+  return messages;
 }
 
-Json AsJson(const Inspection& inspection) {
+void WriteInspection(JsonWriter& json, const Inspection& inspection) {
   const actor::Actor& actor = inspection.actor;
-  return {{"path", inspection.path},
-          {"readable", inspection.error.empty()},
-          {"messages", MessagesAsJson(inspection)},
-          {"members", Members(inspection.contents)},
-          {"document", DocumentSummary(actor.document)},
-          {"bones", Bones(actor.skeleton)},
-          {"meshes", Meshes(actor.meshes)},
-          {"materials", Materials(actor.materials)},
-          {"pictures", Pictures(actor.pictures)}};
+  json.OpenObject();
+  json.Member("path", inspection.path);
+  json.Member("readable", inspection.error.empty());
+  json.Key("messages");
+  ts3d::WriteFindings(json, MessagesOf(inspection));
+  WriteMembers(json, inspection.contents);
+  WriteDocument(json, actor.document);
+  WriteBones(json, actor.skeleton);
+  WriteMeshes(json, actor.meshes);
+  WriteMaterials(json, actor.materials);
+  WritePictures(json, actor.pictures);
+  json.CloseObject();
 }
 
 }  // namespace
 
 std::string InspectionsAsJson(const std::vector<Inspection>& inspections) {
   constexpr int kJsonVersion = 2;
-  Json json = JsonHead("inspect", kJsonVersion);
-  Json& packages = json["packages"] = Json::array();
-  for (const Inspection& inspection : inspections) packages.push_back(AsJson(inspection));
-  return JsonText(json);
+  JsonWriter json;
+  json.OpenObject();
+  ts3d::WriteJsonHead(json, "inspect", kJsonVersion);
+  json.OpenArray("packages");
+  for (const Inspection& inspection : inspections) WriteInspection(json, inspection);
+  json.CloseArray();
+  json.CloseObject();
+  return ts3d::JsonText(json.Text());
 }
 
 }  // namespace cli

@@ -3,12 +3,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
-#include "output/json_parts.h"
 #include "output/terminal.h"
 #include "prove/compare.h"
 #include "prove/proof_json.h"
+#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
@@ -106,20 +105,22 @@ void PrintProof(const ProvenModel& model, bool quiet) {
 }
 
 std::string ProofsAsJson(const std::vector<ProvenModel>& models) {
-  nlohmann::ordered_json json = JsonHead("prove", kProofSchema);
-  json["models"] = nlohmann::ordered_json::array();
+  ts3d::JsonWriter json;
+  json.OpenObject();
+  ts3d::WriteJsonHead(json, "prove", kProofSchema);
+  json.OpenArray("models");
   for (const ProvenModel& model : models) {
-    nlohmann::ordered_json& entry = json["models"].emplace_back();
-    entry["model"] = model.name;
-    entry.update(prove::ProofAsJson(model.proof));
-    if (model.error.empty()) continue;
-    ts3d::Finding failure;
-    failure.code = "not-loaded";
-    failure.severity = ts3d::Severity::Fatal;
-    failure.text = model.error;
-    entry["messages"].push_back(FindingAsJson(failure));
+    Proof proof = model.proof;
+    if (!model.error.empty())
+      proof.messages.push_back({"not-loaded", prove::Severity::Error, model.error, "", "file", {}});
+    json.OpenObject();
+    json.Member("model", model.name);
+    prove::WriteProof(json, proof);
+    json.CloseObject();
   }
-  return JsonText(json);
+  json.CloseArray();
+  json.CloseObject();
+  return ts3d::JsonText(json.Text());
 }
 
 }  // namespace cli

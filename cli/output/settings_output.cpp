@@ -4,14 +4,12 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "output/json_parts.h"
 #include "output/terminal.h"
+#include "rig_check/report_json.h"
 #include "settings/apply_settings.h"
 
 namespace cli {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 /// Settings that add to those before them; of others the last counts.
 bool AddsUp(const std::string& key) {
@@ -40,20 +38,30 @@ std::string SettingLine(const std::string& key, const std::string& value, const 
   return line + from + "\n";
 }
 
-Json ModelAsJson(const ModelSettings& model) {
-  Json values = Json::array();
+std::string ValueText(const Setting& setting) {
+  return setting.value->dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+void WriteModel(ts3d::JsonWriter& json, const ModelSettings& model) {
+  json.OpenObject();
+  json.Member("model", model.model);
+  json.Member("file", model.file ? std::optional(model.file->Path().string()) : std::nullopt);
+  json.OpenArray("settings");
   for (const Setting& setting : HoldingSettings(model)) {
-    values.push_back({{"key", setting.key},
-                      {"value", setting.value},
-                      {"section", setting.section.empty() ? Json() : Json(setting.section)}});
+    json.OpenObject();
+    json.Member("key", setting.key);
+    json.Key("value");
+    json.Raw(ValueText(setting));
+    json.Member("section", setting.section.empty() ? std::nullopt : std::optional(setting.section));
+    json.CloseObject();
   }
+  json.CloseArray();
   std::vector<ts3d::Finding> messages;
   if (!model.error.empty())
     messages.push_back({"bad-settings", ts3d::Severity::Fatal, ts3d::Subject::File, {}, model.error, {}});
-  return {{"model", model.model},
-          {"file", model.file ? Json(model.file->Path().string()) : Json()},
-          {"settings", std::move(values)},
-          {"messages", FindingsAsJson(messages)}};
+  json.Key("messages");
+  ts3d::WriteFindings(json, messages);
+  json.CloseObject();
 }
 
 }  // namespace
@@ -70,9 +78,7 @@ std::string SettingsAsText(const ModelSettings& model) {
       if (setting.key != key) continue;
       const std::string from =
           setting.section.empty() ? "for all models" : "models \"" + setting.section + "\"";
-      const std::string value =
-          setting.value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-      text += SettingLine(isSet ? "" : key, Printable(value), Printable(from));
+      text += SettingLine(isSet ? "" : key, Printable(ValueText(setting)), Printable(from));
       isSet = true;
     }
     if (!isSet) text += SettingLine(key, DefaultOf(key), "default");
@@ -82,10 +88,14 @@ std::string SettingsAsText(const ModelSettings& model) {
 
 std::string SettingsAsJson(const std::vector<ModelSettings>& models) {
   constexpr int kVersion = 1;
-  Json json = JsonHead("settings", kVersion);
-  json["models"] = Json::array();
-  for (const ModelSettings& model : models) json["models"].push_back(ModelAsJson(model));
-  return JsonText(json);
+  ts3d::JsonWriter json;
+  json.OpenObject();
+  ts3d::WriteJsonHead(json, "settings", kVersion);
+  json.OpenArray("models");
+  for (const ModelSettings& model : models) WriteModel(json, model);
+  json.CloseArray();
+  json.CloseObject();
+  return ts3d::JsonText(json.Text());
 }
 
 }  // namespace cli

@@ -1,23 +1,25 @@
 // SPDX-License-Identifier: MIT
-#include <nlohmann/json.hpp>
 
 #include "output/build_info.h"
-#include "output/json_parts.h"
 #include "preview/page.h"
+#include "rig_check/report_json.h"
 
 namespace cli {
 
 std::string VersionAsJson() {
-  using Json = nlohmann::ordered_json;
   constexpr int kVersion = 1;
-  Json json = JsonHead("version", kVersion);
-  json["commit"] = BuildCommit().empty() ? Json() : Json(BuildCommit());
-  json["page"] = !preview::PageTemplate().empty();
-  json["pictures"] = PictureKinds();
-  Json& libraries = json["libraries"] = Json::object();
-  for (const auto& [name, version] : LibraryVersions()) libraries[name] = version;
+  ts3d::JsonWriter json;
+  json.OpenObject();
+  ts3d::WriteJsonHead(json, "version", kVersion);
+  json.Member("commit", BuildCommit().empty() ? std::nullopt : std::optional(BuildCommit()));
+  json.Member("page", !preview::PageTemplate().empty());
+  json.Member("pictures", PictureKinds());
+  json.OpenObject("libraries");
+  for (const auto& [name, version] : LibraryVersions()) json.Member(name, version);
+  json.CloseObject();
+  json.CloseObject();
   // Whoever prints it adds the line end.
-  std::string text = JsonText(json);
+  std::string text = ts3d::JsonText(json.Text());
   text.pop_back();
   return text;
 }

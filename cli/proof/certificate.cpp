@@ -9,10 +9,10 @@
 
 #include "host/replace_files.h"
 #include "output/exit_codes.h"
-#include "output/json_parts.h"
 #include "prove/compare.h"
 #include "prove/proof_json.h"
 #include "prove/sha256.h"
+#include "rig_check/report_json.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -20,12 +20,17 @@ namespace {
 
 using CertificateJson = nlohmann::ordered_json;
 
+struct Fingerprint {
+  uint64_t bytes = 0;
+  std::string sha256;
+};
+
 constexpr int kCertificateSchema = 1;
 constexpr uintmax_t kLargestCertificate = 64 << 20;
 /// What compilers and processors may make of the same sums.
 constexpr double kSameError = 0.1 * prove::kLimit;
 
-CertificateJson Fingerprint(const fs::path& path) {
+Fingerprint FingerprintOf(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   prove::Sha256 hash;
   uint64_t size = 0;
@@ -37,7 +42,16 @@ CertificateJson Fingerprint(const fs::path& path) {
     size += count;
   }
   if (!file.eof()) throw Failure(kNoInput, path.string() + ": cannot be read");
-  return {{"name", path.filename().string()}, {"bytes", size}, {"sha256", hash.Finish()}};
+  return {size, hash.Finish()};
+}
+
+void WriteFingerprint(ts3d::JsonWriter& json, const char* what, const fs::path& path) {
+  const Fingerprint fingerprint = FingerprintOf(path);
+  json.OpenObject(what);
+  json.Member("name", path.filename().string());
+  json.Member("bytes", fingerprint.bytes);
+  json.Member("sha256", fingerprint.sha256);
+  json.CloseObject();
 }
 
 CertificateJson ReadCertificate(const fs::path& path) {
@@ -52,7 +66,7 @@ CertificateJson ReadCertificate(const fs::path& path) {
 
 /// @param stated  what the certificate says of the file
 std::string CompareFile(const fs::path& path, const CertificateJson& stated) {
-  if (Fingerprint(path).at("sha256") == stated.at("sha256")) return {};
+  if (FingerprintOf(path).sha256 == stated.at("sha256")) return {};
   return path.string() + " is another file than the one that was proven";
 }
 
@@ -60,11 +74,16 @@ std::string CompareFile(const fs::path& path, const CertificateJson& stated) {
 
 void WriteCertificate(const fs::path& path, const fs::path& model, const fs::path& package,
                       const prove::Proof& proof) {
-  CertificateJson json = JsonHead("certificate", kCertificateSchema);
-  json["model"] = Fingerprint(model);
-  json["package"] = Fingerprint(package);
-  json["proof"] = prove::ProofAsJson(proof);
-  ReplaceFiles(path.parent_path(), {{path.filename().string(), JsonText(json)}});
+  ts3d::JsonWriter json;
+  json.OpenObject();
+  ts3d::WriteJsonHead(json, "certificate", kCertificateSchema);
+  WriteFingerprint(json, "model", model);
+  WriteFingerprint(json, "package", package);
+  json.OpenObject("proof");
+  prove::WriteProof(json, proof);
+  json.CloseObject();
+  json.CloseObject();
+  ReplaceFiles(path.parent_path(), {{path.filename().string(), ts3d::JsonText(json.Text())}});
 }
 
 Verification VerifyCertificate(const fs::path& path, const fs::path& model, const fs::path& package) {
@@ -91,14 +110,14 @@ Verification VerifyCertificate(const fs::path& path, const fs::path& model, cons
       throw Failure(kUnreadable, path.string() + ": absurd number of poses");
     const ProvenModel again =
         ProveModelFile(found.model, found.model, found.package, {stated.at("seed"), poses, 0});
-    const CertificateJson proof = prove::ProofAsJson(again.proof);
+    const std::string result = prove::NameOf(again.proof.verdict);
     const double worst = again.proof.worst.error;
     if (!again.error.empty()) {
       found.problem = again.error;
-    } else if (proof.at("result") != found.result ||
+    } else if (result != found.result ||
                std::abs(worst - found.worst) > kSameError + 1e-3 * std::abs(found.worst)) {
-      found.problem = "the proof comes out otherwise: " + proof.at("result").get<std::string>() +
-                      ", worst error " + std::to_string(worst) + " of the diagonal";
+      found.problem = "the proof comes out otherwise: " + result + ", worst error " + std::to_string(worst) +
+                      " of the diagonal";
     }
     return found;
   } catch (const nlohmann::json::exception&) {

@@ -20,7 +20,7 @@ struct Place {
   const fs::path& folder;
   ModelOptions& target;
 
-  const nlohmann::ordered_json& Value() const { return setting.value; }
+  const nlohmann::ordered_json& Value() const { return *setting.value; }
   const std::string& Key() const { return setting.key; }
   bool IsGiven(const char* option) const { return target.options.given.contains(option); }
   void AddTo(std::vector<std::string>& list) const {

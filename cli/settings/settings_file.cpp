@@ -2,6 +2,8 @@
 #include "settings/settings_file.h"
 
 #include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "core/names.h"
@@ -16,19 +18,25 @@ using Json = nlohmann::ordered_json;
 
 constexpr const char* kModels = "models";
 
+Setting Take(const std::shared_ptr<const Json>& file, const std::string& key, const Json& value,
+             const std::string& section = {}) {
+  return {key, std::shared_ptr<const Json>(file, &value), section};
+}
+
 /// Settings for all models, and sections of settings for some of them.
-void Check(const Json& json) {
+void Check(const std::shared_ptr<const Json>& file) {
+  const Json& json = *file;
   std::vector<std::string> keys = SettingKeys();
   keys.emplace_back(kModels);
   CheckKeys(json, "the file", keys);
   for (const auto& [key, value] : json.items()) {
-    if (key != kModels) CheckSetting({key, value, {}});
+    if (key != kModels) CheckSetting(Take(file, key, value));
   }
   if (!json.contains(kModels)) return;
   CheckObject(json.at(kModels), "\"models\"");
   for (const auto& [pattern, section] : json.at(kModels).items()) {
     CheckKeys(section, "the section \"" + pattern + "\"", SettingKeys());
-    for (const auto& [key, value] : section.items()) CheckSetting({key, value, pattern});
+    for (const auto& [key, value] : section.items()) CheckSetting(Take(file, key, value, pattern));
   }
 }
 
@@ -59,7 +67,8 @@ SettingsFile::SettingsFile(const fs::path& path) : path_(fs::absolute(path)) {
   std::ifstream file(path);
   if (!file) throw std::runtime_error(path.string() + ": cannot be read");
   try {
-    json_ = Json::parse(file);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    json_ = std::make_shared<const Json>(Json::parse(text));
     Check(json_);
   } catch (const std::exception& error) {
     throw std::runtime_error(path.string() + ": " + error.what());
@@ -73,13 +82,13 @@ bool SettingsFile::Fits(const std::string& pattern, const fs::path& model) const
 
 std::vector<Setting> SettingsFile::SettingsOf(const fs::path& model) const {
   std::vector<Setting> settings;
-  for (const auto& [key, value] : json_.items()) {
-    if (key != kModels) settings.push_back({key, value, {}});
+  for (const auto& [key, value] : json_->items()) {
+    if (key != kModels) settings.push_back(Take(json_, key, value));
   }
-  if (!json_.contains(kModels)) return settings;
-  for (const auto& [pattern, section] : json_.at(kModels).items()) {
+  if (!json_->contains(kModels)) return settings;
+  for (const auto& [pattern, section] : json_->at(kModels).items()) {
     if (!Fits(pattern, model)) continue;
-    for (const auto& [key, value] : section.items()) settings.push_back({key, value, pattern});
+    for (const auto& [key, value] : section.items()) settings.push_back(Take(json_, key, value, pattern));
   }
   return settings;
 }

@@ -2,7 +2,8 @@
 #pragma once
 
 #include <filesystem>
-#include <nlohmann/json.hpp>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,8 +13,8 @@ namespace cli {
 /// A setting as a file has it.
 struct Setting {
   std::string key;
-  nlohmann::ordered_json value;
-  std::string section;  ///< pattern of the models that it is for; empty: all
+  std::shared_ptr<const nlohmann::ordered_json> value;  ///< shared with the file's
+  std::string section;                                  ///< pattern of the models that it is for; empty: all
 };
 
 /// A "fbx2czp.json" file. docs/settings.md describes it.
@@ -31,7 +32,7 @@ class SettingsFile {
   bool Fits(const std::string& pattern, const std::filesystem::path& model) const;
 
   std::filesystem::path path_;
-  nlohmann::ordered_json json_;
+  std::shared_ptr<const nlohmann::ordered_json> json_;
 };
 
 /// Whether `text` fits `pattern` in any letter case: "*" stands for any signs but "/", "?" for one.

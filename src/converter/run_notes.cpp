@@ -86,7 +86,9 @@ std::string CheckAsJson(int32_t result, std::string_view error, const RigReport&
   JsonWriter json;
   WriteHead(json, result, error);
   json.Key("check");
+  json.OpenObject();
   WriteReport(json, report);
+  json.CloseObject();
   return End(json);
 }
 

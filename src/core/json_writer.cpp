@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/json_writer.h"
 
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 
 namespace ts3d {
@@ -69,7 +71,7 @@ void AppendEscaped(std::string& text, char c) {
 void JsonWriter::Key(std::string_view name) {
   Advance();
   Quote(name);
-  text_ += ": ";
+  text_ += layout_ == Layout::Lines ? ": " : ":";
   hasKey_ = true;
 }
 
@@ -78,10 +80,10 @@ void JsonWriter::Value(std::string_view text) {
   Quote(text);
 }
 
-void JsonWriter::Value(const std::vector<std::string>& texts) {
-  OpenArray();
-  for (const std::string& text : texts) Value(std::string_view(text));
-  CloseArray();
+void JsonWriter::Value(double number) {
+  if (!std::isfinite(number)) return Plain("null");
+  char text[32];
+  Plain({text, std::to_chars(text, text + sizeof text, number).ptr});
 }
 
 void JsonWriter::Plain(std::string_view value) {
@@ -131,6 +133,7 @@ void JsonWriter::Advance() {
 }
 
 void JsonWriter::StartLine() {
+  if (layout_ == Layout::Compact) return;
   text_ += '\n';
   text_.append(2 * depth_, ' ');
 }

@@ -2,6 +2,7 @@
 #include "export/export_gltf.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -13,7 +14,7 @@
 namespace actor {
 namespace {
 
-using Json = GltfBuffer::Json;
+using ts3d::JsonWriter;
 
 constexpr size_t kMostBones = 65536;
 
@@ -68,93 +69,125 @@ class GltfExport {
       : actor_(actor), encode_(encode), stem_(std::move(stem)) {}
 
   std::vector<ExportedFile> RunSeparately(const std::string& generator) {
-    const Json json = Describe(generator);
+    const std::string json = Describe(generator);
     if (!buffer_.Bytes().empty()) files_.push_back({stem_ + ".bin", buffer_.Bytes()});
-    files_.push_back({stem_ + ".gltf", json.dump(1, ' ', false, Json::error_handler_t::replace)});
+    files_.push_back({stem_ + ".gltf", json});
     return std::move(files_);
   }
 
   std::string Run(const std::string& generator) {
-    const Json json = Describe(generator);
-    return JoinChunks(json.dump(-1, ' ', false, Json::error_handler_t::replace), buffer_.Bytes());
+    const std::string json = Describe(generator);
+    return JoinChunks(json, buffer_.Bytes());
   }
 
  private:
-  Json Describe(const std::string& generator) {
+  std::string Describe(const std::string& generator) {
     if (actor_.skeleton.bones.size() > kMostBones)
       throw std::runtime_error("has too many bones for a glTF file");
     AddSkeleton();
     for (const Mesh& mesh : actor_.meshes) {
       if (IsVisible(mesh)) AddMesh(mesh);
     }
-    Json json = {{"asset", {{"version", "2.0"}, {"generator", generator}}}};
+    JsonWriter json(stem_.empty() ? JsonWriter::Layout::Compact : JsonWriter::Layout::Lines);
+    json.OpenObject();
+    json.OpenObject("asset");
+    json.Member("version", "2.0");
+    json.Member("generator", generator);
+    json.CloseObject();
     if (!top_.empty()) {
-      json["scene"] = 0;
-      json["scenes"] = {{{"nodes", top_}}};
+      json.Member("scene", 0);
+      json.OpenArray("scenes");
+      json.OpenObject();
+      json.Member("nodes", top_);
+      json.CloseObject();
+      json.CloseArray();
     }
-    for (const auto& [key, list] :
-         std::initializer_list<std::pair<const char*, const Json&>>{{"nodes", nodes_},
-                                                                    {"meshes", meshes_},
-                                                                    {"skins", skins_},
-                                                                    {"materials", materials_},
-                                                                    {"textures", textures_},
-                                                                    {"images", images_},
-                                                                    {"accessors", buffer_.Accessors()},
-                                                                    {"bufferViews", buffer_.Views()}}) {
-      if (!list.empty()) json[key] = list;
+    WriteLists(json);
+    if (!buffer_.Bytes().empty()) WriteBuffers(json);
+    json.CloseObject();
+    return json.Text();
+  }
+
+  void WriteLists(JsonWriter& json) {
+    const std::pair<const char*, GltfList&> lists[] = {{"nodes", nodes_},
+                                                       {"meshes", meshes_},
+                                                       {"skins", skins_},
+                                                       {"materials", materials_},
+                                                       {"textures", textures_},
+                                                       {"images", images_},
+                                                       {"accessors", buffer_.Accessors()},
+                                                       {"bufferViews", buffer_.Views()}};
+    for (const auto& [name, list] : lists) {
+      if (list.Count() == 0) continue;
+      json.Key(name);
+      json.Raw(list.Finish());
     }
-    const size_t size = buffer_.Bytes().size();
-    if (size == 0) return json;
-    json["buffers"] = {{{"byteLength", size}}};
-    if (!stem_.empty()) json["buffers"][0]["uri"] = UriOf(stem_ + ".bin");
-    return json;
+  }
+
+  void WriteBuffers(JsonWriter& json) {
+    json.OpenArray("buffers");
+    json.OpenObject();
+    json.Member("byteLength", buffer_.Bytes().size());
+    if (!stem_.empty()) json.Member("uri", UriOf(stem_ + ".bin"));
+    json.CloseObject();
+    json.CloseArray();
   }
 
   /// Bones are the first nodes. A skin wants one node above all of its joints.
   void AddSkeleton() {
     const std::vector<Bone>& bones = actor_.skeleton.bones;
     if (bones.empty()) return;
-    nodes_ = BoneNodes(actor_.skeleton);
+    AddBoneNodes(actor_.skeleton, nodes_);
     for (size_t i = 0; i < bones.size(); ++i) {
       if (bones[i].parent < 0) top_.push_back(i);
     }
     if (top_.size() > 1) {
-      nodes_.push_back({{"name", "skeleton"}, {"children", top_}});
-      top_ = Json::array({nodes_.size() - 1});
+      JsonWriter& node = nodes_.Open();
+      node.Member("name", "skeleton");
+      node.Member("children", top_);
+      top_ = {nodes_.Close()};
     }
-    skins_.push_back(SkinOf(actor_.skeleton, buffer_));
+    AddSkin(actor_.skeleton, buffer_, skins_);
   }
 
   void AddMesh(const Mesh& mesh) {
-    Json primitive = {{"attributes", Attributes(mesh)}, {"indices", AddFaces(mesh)}};
-    primitive["material"] = AddMaterial(mesh.name, LookOf(actor_, mesh));
-    meshes_.push_back({{"name", mesh.name}, {"primitives", Json::array({primitive})}});
-    Json node = {{"name", mesh.name}, {"mesh", meshes_.size() - 1}};
-    if (!skins_.empty()) node["skin"] = 0;
-    top_.push_back(nodes_.size());
-    nodes_.push_back(std::move(node));
+    const size_t material = AddMaterial(mesh.name, LookOf(actor_, mesh));
+    JsonWriter& entry = meshes_.Open();
+    entry.Member("name", mesh.name);
+    entry.OpenArray("primitives");
+    entry.OpenObject();
+    entry.OpenObject("attributes");
+    WriteAttributes(mesh, entry);
+    entry.CloseObject();
+    entry.Member("indices", AddFaces(mesh));
+    entry.Member("material", material);
+    entry.CloseObject();
+    entry.CloseArray();
+    const size_t number = meshes_.Close();
+    JsonWriter& node = nodes_.Open();
+    node.Member("name", mesh.name);
+    node.Member("mesh", number);
+    if (skins_.Count() > 0) node.Member("skin", 0);
+    top_.push_back(nodes_.Close());
   }
 
-  Json Attributes(const Mesh& mesh) {
+  void WriteAttributes(const Mesh& mesh, JsonWriter& attributes) {
     std::vector<float> positions, normals, uvs;
-    Vector3 low = mesh.vertices[0].position, high = low;
+    GltfBuffer::Bounds bounds{mesh.vertices[0].position, mesh.vertices[0].position};
     for (const Vertex& vertex : mesh.vertices) {
       const Vector3 normal = UnitNormal(vertex.normal);
       positions.insert(positions.end(), vertex.position.begin(), vertex.position.end());
       normals.insert(normals.end(), normal.begin(), normal.end());
       uvs.insert(uvs.end(), vertex.uv.begin(), vertex.uv.end());
       for (size_t i = 0; i < 3; ++i) {
-        low[i] = std::min(low[i], vertex.position[i]);
-        high[i] = std::max(high[i], vertex.position[i]);
+        bounds.low[i] = std::min(bounds.low[i], vertex.position[i]);
+        bounds.high[i] = std::max(bounds.high[i], vertex.position[i]);
       }
     }
-    const size_t position = buffer_.Add<float>(positions, 3, "VEC3", GltfBuffer::Vertices);
-    buffer_.SetBounds(position, low, high);
-    Json attributes = {{"POSITION", position},
-                       {"NORMAL", buffer_.Add<float>(normals, 3, "VEC3", GltfBuffer::Vertices)},
-                       {"TEXCOORD_0", buffer_.Add<float>(uvs, 2, "VEC2", GltfBuffer::Vertices)}};
-    if (!skins_.empty()) AddJoints(mesh, actor_.skeleton.bones.size(), buffer_, attributes);
-    return attributes;
+    attributes.Member("POSITION", buffer_.Add<float>(positions, 3, "VEC3", GltfBuffer::Vertices, &bounds));
+    attributes.Member("NORMAL", buffer_.Add<float>(normals, 3, "VEC3", GltfBuffer::Vertices));
+    attributes.Member("TEXCOORD_0", buffer_.Add<float>(uvs, 2, "VEC2", GltfBuffer::Vertices));
+    if (skins_.Count() > 0) AddJoints(mesh, actor_.skeleton.bones.size(), buffer_, attributes);
   }
 
   size_t AddFaces(const Mesh& mesh) {
@@ -170,22 +203,26 @@ class GltfExport {
   }
 
   size_t AddMaterial(const std::string& name, const Look& look) {
-    Json surface = {{"metallicFactor", 0.0}, {"roughnessFactor", std::sqrt(2.0 / (look.shininess + 2.0))}};
-    Json material = {{"name", name}};
     const Texture texture = look.picture ? AddTexture(*look.picture) : Texture();
+    JsonWriter& material = materials_.Open();
+    material.Member("name", name);
+    material.OpenObject("pbrMetallicRoughness");
+    material.Member("metallicFactor", 0);
+    material.Member("roughnessFactor", std::sqrt(2.0 / (look.shininess + 2.0)));
     if (texture.exists) {
       // The picture takes the place of the colour.
-      surface["baseColorTexture"] = {{"index", texture.number}};
+      material.OpenObject("baseColorTexture");
+      material.Member("index", texture.number);
+      material.CloseObject();
     } else {
-      surface["baseColorFactor"] = {ToLinear(look.diffuse[0]), ToLinear(look.diffuse[1]),
-                                    ToLinear(look.diffuse[2]), 1.0};
+      material.Member("baseColorFactor", std::array{ToLinear(look.diffuse[0]), ToLinear(look.diffuse[1]),
+                                                    ToLinear(look.diffuse[2]), 1.0});
     }
-    material["pbrMetallicRoughness"] = std::move(surface);
-    if (texture.opacity == Opacity::Cutout) material["alphaMode"] = "MASK";
-    if (texture.opacity == Opacity::Blended) material["alphaMode"] = "BLEND";
-    if (look.bothSides) material["doubleSided"] = true;
-    materials_.push_back(std::move(material));
-    return materials_.size() - 1;
+    material.CloseObject();
+    if (texture.opacity == Opacity::Cutout) material.Member("alphaMode", "MASK");
+    if (texture.opacity == Opacity::Blended) material.Member("alphaMode", "BLEND");
+    if (look.bothSides) material.Member("doubleSided", true);
+    return materials_.Close();
   }
 
   struct Texture {
@@ -199,15 +236,18 @@ class GltfExport {
     if (!isNew) return known->second;
     EncodedPicture encoded = encode_(picture);
     if (encoded.png.empty()) return {};
+    const std::string file =
+        stem_.empty() ? "" : AddPictureFile(stem_, picture, std::move(encoded.png), files_);
+    JsonWriter& image = images_.Open();
+    image.Member("name", picture.name);
     if (stem_.empty()) {
-      const size_t view = buffer_.AddView(encoded.png.data(), encoded.png.size(), GltfBuffer::None);
-      images_.push_back({{"name", picture.name}, {"bufferView", view}, {"mimeType", "image/png"}});
+      image.Member("bufferView", buffer_.AddView(encoded.png.data(), encoded.png.size(), GltfBuffer::None));
+      image.Member("mimeType", "image/png");
     } else {
-      const std::string file = AddPictureFile(stem_, picture, std::move(encoded.png), files_);
-      images_.push_back({{"name", picture.name}, {"uri", UriOf(file)}});
+      image.Member("uri", UriOf(file));
     }
-    textures_.push_back({{"source", images_.size() - 1}});
-    return known->second = {true, textures_.size() - 1, encoded.opacity};
+    textures_.Open().Member("source", images_.Close());
+    return known->second = {true, textures_.Close(), encoded.opacity};
   }
 
   const Actor& actor_;
@@ -215,9 +255,8 @@ class GltfExport {
   const std::string stem_;
   std::vector<ExportedFile> files_;
   GltfBuffer buffer_;
-  Json nodes_ = Json::array(), meshes_ = Json::array(), skins_ = Json::array(), materials_ = Json::array(),
-       textures_ = Json::array(), images_ = Json::array();
-  Json top_ = Json::array();  ///< numbers of the scene's nodes
+  GltfList nodes_, meshes_, skins_, materials_, textures_, images_;
+  std::vector<size_t> top_;  ///< numbers of the scene's nodes
   std::map<const Picture*, Texture> byPicture_;
 };
 

@@ -10,8 +10,6 @@
 namespace actor {
 namespace {
 
-using Json = GltfBuffer::Json;
-
 constexpr size_t kSetSize = 4, kMostInfluences = 16;
 
 /// The influences of a vertex: each bone once, the strongest first, together 1.
@@ -39,7 +37,7 @@ std::vector<Influence> CleanInfluences(const Mesh& mesh, const Vertex& vertex) {
 
 template <class Joint>
 void AddSets(const std::vector<std::vector<Influence>>& influences, size_t setCount, GltfBuffer& buffer,
-             Json& attributes) {
+             ts3d::JsonWriter& attributes) {
   for (size_t set = 0; set < setCount; ++set) {
     std::vector<Joint> joints;
     std::vector<float> weights;
@@ -50,15 +48,15 @@ void AddSets(const std::vector<std::vector<Influence>>& influences, size_t setCo
       }
     }
     const std::string number = std::to_string(set);
-    attributes["JOINTS_" + number] = buffer.Add<Joint>(joints, kSetSize, "VEC4", GltfBuffer::Vertices);
-    attributes["WEIGHTS_" + number] = buffer.Add<float>(weights, kSetSize, "VEC4", GltfBuffer::Vertices);
+    attributes.Member("JOINTS_" + number, buffer.Add<Joint>(joints, kSetSize, "VEC4", GltfBuffer::Vertices));
+    attributes.Member("WEIGHTS_" + number,
+                      buffer.Add<float>(weights, kSetSize, "VEC4", GltfBuffer::Vertices));
   }
 }
 
 }  // namespace
 
-Json BoneNodes(const Skeleton& skeleton) {
-  Json nodes = Json::array();
+void AddBoneNodes(const Skeleton& skeleton, GltfList& nodes) {
   for (const Bone& bone : skeleton.bones) {
     RigidTransform place = BindTransform(bone);
     if (bone.parent >= 0) {
@@ -66,16 +64,18 @@ Json BoneNodes(const Skeleton& skeleton) {
     }
     // Rounding may bring a component just beyond 1, which the format does not allow.
     for (double& part : place.rotation) part = std::clamp(part, -1.0, 1.0);
-    Json node = {{"name", bone.name}, {"translation", place.translation}, {"rotation", place.rotation}};
-    if (!bone.children.empty()) node["children"] = bone.children;
-    nodes.push_back(std::move(node));
+    ts3d::JsonWriter& node = nodes.Open();
+    node.Member("name", bone.name);
+    node.Member("translation", place.translation);
+    node.Member("rotation", place.rotation);
+    if (!bone.children.empty()) node.Member("children", bone.children);
+    nodes.Close();
   }
-  return nodes;
 }
 
-Json SkinOf(const Skeleton& skeleton, GltfBuffer& buffer) {
+void AddSkin(const Skeleton& skeleton, GltfBuffer& buffer, GltfList& skins) {
   std::vector<float> matrices;
-  Json joints = Json::array();
+  std::vector<size_t> joints;
   for (size_t i = 0; i < skeleton.bones.size(); ++i) {
     for (const double number : BindTransform(skeleton.bones[i]).Inverse().Matrix()) {
       matrices.push_back(static_cast<float>(number));
@@ -83,10 +83,13 @@ Json SkinOf(const Skeleton& skeleton, GltfBuffer& buffer) {
     joints.push_back(i);
   }
   const size_t accessor = buffer.Add<float>(matrices, 16, "MAT4", GltfBuffer::None);
-  return {{"inverseBindMatrices", accessor}, {"joints", joints}};
+  ts3d::JsonWriter& skin = skins.Open();
+  skin.Member("inverseBindMatrices", accessor);
+  skin.Member("joints", joints);
+  skins.Close();
 }
 
-void AddJoints(const Mesh& mesh, size_t boneCount, GltfBuffer& buffer, Json& attributes) {
+void AddJoints(const Mesh& mesh, size_t boneCount, GltfBuffer& buffer, ts3d::JsonWriter& attributes) {
   std::vector<std::vector<Influence>> influences;
   size_t most = 1;
   for (const Vertex& vertex : mesh.vertices) {

@@ -2,10 +2,10 @@
 #include "preview/page_data.h"
 
 #include <map>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "actor/rigid_transform.h"
+#include "core/json_writer.h"
 #include "preview/base64.h"
 #include "preview/canvas.h"
 #include "preview/model.h"
@@ -14,41 +14,59 @@
 namespace preview {
 namespace {
 
-using nlohmann::json;
+using ts3d::JsonWriter;
 
-json BoneData(const actor::Skeleton& skeleton) {
-  json bones = json::array();
+void WriteBones(JsonWriter& json, const actor::Skeleton& skeleton) {
+  json.OpenArray("bones");
   for (const actor::Bone& bone : skeleton.bones) {
     const actor::RigidTransform bind = actor::BindTransform(bone);
-    bones.push_back({{"name", bone.name},
-                     {"parent", bone.parent},
-                     {"origin", bind.translation},
-                     {"rotation", bind.rotation}});
+    json.OpenObject();
+    json.Member("name", bone.name);
+    json.Member("parent", bone.parent);
+    json.Member("origin", bind.translation);
+    json.Member("rotation", bind.rotation);
+    json.CloseObject();
   }
-  return bones;
+  json.CloseArray();
 }
 
 /// Collects the looks of the meshes, each once.
 class Looks {
  public:
-  Looks(const actor::Actor& actor, const actor::PictureEncoder& encode) : actor_(actor), encode_(encode) {}
+  Looks(const actor::Actor& actor, const actor::PictureEncoder& encode) : actor_(actor), encode_(encode) {
+    materials_.OpenArray();
+    textures_.OpenArray();
+  }
 
   /// @return number of the mesh's look, -1 for none
   int Find(const actor::Mesh& mesh) {
     if (!actor_.MaterialOf(mesh)) return -1;
     const actor::Look look = actor::LookOf(actor_, mesh);
     const int texture = look.picture ? FindTexture(*look.picture) : -1;
-    json colour = json::array();
-    for (const uint8_t part : ToBytes(look.diffuse)) colour.push_back(part);
-    const std::string name = texture >= 0 ? look.picture->name : "colour " + colour.dump();
+    const auto colour = ToBytes(look.diffuse);
+    JsonWriter colourText(JsonWriter::Layout::Compact);
+    colourText.Value(colour);
+    const std::string name = texture >= 0 ? look.picture->name : "colour " + colourText.Text();
     const std::pair key(texture, name);
-    const auto [entry, isNew] = numbers_.try_emplace(key, static_cast<int>(materials_.size()));
-    if (isNew) materials_.push_back({{"name", name}, {"colour", std::move(colour)}, {"texture", texture}});
+    const auto [entry, isNew] = numbers_.try_emplace(key, static_cast<int>(numbers_.size()));
+    if (!isNew) return entry->second;
+    materials_.OpenObject();
+    materials_.Member("name", name);
+    materials_.Member("colour", colour);
+    materials_.Member("texture", texture);
+    materials_.CloseObject();
     return entry->second;
   }
 
-  json TakeMaterials() { return std::move(materials_); }
-  json TakeTextures() { return std::move(textures_); }
+  /// Ends the lists.
+  void Write(JsonWriter& json) {
+    materials_.CloseArray();
+    textures_.CloseArray();
+    json.Key("materials");
+    json.Raw(materials_.Text());
+    json.Key("textures");
+    json.Raw(textures_.Text());
+  }
 
  private:
   int FindTexture(const actor::Picture& picture) {
@@ -56,8 +74,11 @@ class Looks {
     if (!isNew) return entry->second;
     const std::string png = encode_(picture).png;
     if (png.empty()) return -1;
-    entry->second = static_cast<int>(textures_.size());
-    textures_.push_back({{"name", picture.name}, {"url", "data:image/png;base64," + ToBase64(png)}});
+    entry->second = textureCount_++;
+    textures_.OpenObject();
+    textures_.Member("name", picture.name);
+    textures_.Member("url", "data:image/png;base64," + ToBase64(png));
+    textures_.CloseObject();
     return entry->second;
   }
 
@@ -65,10 +86,11 @@ class Looks {
   const actor::PictureEncoder& encode_;
   std::map<std::pair<int, std::string>, int> numbers_;
   std::map<const actor::Picture*, int> pictures_;
-  json materials_ = json::array(), textures_ = json::array();
+  JsonWriter materials_{JsonWriter::Layout::Compact}, textures_{JsonWriter::Layout::Compact};
+  int textureCount_ = 0;
 };
 
-json MeshData(const actor::Mesh& mesh, int material) {
+void WriteMesh(JsonWriter& json, const actor::Mesh& mesh, int material) {
   NumberBytes positions, normals, uvs, faces, counts, bones, weights;
   for (const actor::Vertex& vertex : mesh.vertices) {
     for (const float number : vertex.position) positions.Add(number);
@@ -84,20 +106,21 @@ json MeshData(const actor::Mesh& mesh, int material) {
   for (const auto& face : mesh.faces) {
     for (const int32_t corner : face) faces.Add(static_cast<uint32_t>(corner));
   }
-  return {{"name", mesh.name},
-          {"material", material},
-          {"positions", ToBase64(positions.Bytes())},
-          {"normals", ToBase64(normals.Bytes())},
-          {"uvs", ToBase64(uvs.Bytes())},
-          {"faces", ToBase64(faces.Bytes())},
-          {"influenceCounts", ToBase64(counts.Bytes())},
-          {"influenceBones", ToBase64(bones.Bytes())},
-          {"influenceWeights", ToBase64(weights.Bytes())}};
+  json.OpenObject();
+  json.Member("name", mesh.name);
+  json.Member("material", material);
+  json.Member("positions", ToBase64(positions.Bytes()));
+  json.Member("normals", ToBase64(normals.Bytes()));
+  json.Member("uvs", ToBase64(uvs.Bytes()));
+  json.Member("faces", ToBase64(faces.Bytes()));
+  json.Member("influenceCounts", ToBase64(counts.Bytes()));
+  json.Member("influenceBones", ToBase64(bones.Bytes()));
+  json.Member("influenceWeights", ToBase64(weights.Bytes()));
+  json.CloseObject();
 }
 
 /// JSON for the inside of a script element: no name may end the element.
-std::string ForScript(const json& data) {
-  const std::string text = data.dump(-1, ' ', false, json::error_handler_t::replace);
+std::string ForScript(const std::string& text) {
   std::string safe;
   safe.reserve(text.size());
   for (const char c : text) {
@@ -118,15 +141,25 @@ std::string WritePageData(const actor::Actor& source, const std::string& title,
   const Stand stand = FindStand(actor, up);
   const Bounds bounds = ModelBounds(actor);
   Looks looks(actor, encode);
-  json data = {{"title", title},
-               {"bounds", {{"low", bounds.low}, {"high", bounds.high}}},
-               {"stand", {{"side", stand.side}, {"up", stand.up}, {"front", stand.front}}},
-               {"bones", BoneData(actor.skeleton)},
-               {"meshes", json::array()}};
-  for (const actor::Mesh& mesh : actor.meshes) data["meshes"].push_back(MeshData(mesh, looks.Find(mesh)));
-  data["materials"] = looks.TakeMaterials();
-  data["textures"] = looks.TakeTextures();
-  return ForScript(data);
+  JsonWriter json(JsonWriter::Layout::Compact);
+  json.OpenObject();
+  json.Member("title", title);
+  json.OpenObject("bounds");
+  json.Member("low", bounds.low);
+  json.Member("high", bounds.high);
+  json.CloseObject();
+  json.OpenObject("stand");
+  json.Member("side", stand.side);
+  json.Member("up", stand.up);
+  json.Member("front", stand.front);
+  json.CloseObject();
+  WriteBones(json, actor.skeleton);
+  json.OpenArray("meshes");
+  for (const actor::Mesh& mesh : actor.meshes) WriteMesh(json, mesh, looks.Find(mesh));
+  json.CloseArray();
+  looks.Write(json);
+  json.CloseObject();
+  return ForScript(json.Text());
 }
 
 }  // namespace preview

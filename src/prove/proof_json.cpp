@@ -1,16 +1,64 @@
 // SPDX-License-Identifier: MIT
 #include "prove/proof_json.h"
 
-#include <nlohmann/json.hpp>
-
 #include "prove/compare.h"
 
 namespace prove {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using ts3d::JsonWriter;
 
-constexpr const char* NameOf(Verdict verdict) {
+constexpr const char* NameOf(Severity severity) {
+  return severity == Severity::Error ? "error" : severity == Severity::Warning ? "warning" : "note";
+}
+
+void WritePlace(JsonWriter& json, const ErrorPlace& place) {
+  json.Member("error", place.error);
+  json.Member("mesh", place.mesh);
+  json.Member("vertex", place.vertex);
+  json.Member("bone", place.bone);
+}
+
+void WriteErrors(JsonWriter& json, const char* name, const std::vector<NamedError>& errors) {
+  json.OpenArray(name);
+  for (const NamedError& each : errors) {
+    json.OpenObject();
+    json.Member("name", each.name);
+    WritePlace(json, each.worst);
+    json.CloseObject();
+  }
+  json.CloseArray();
+}
+
+void WriteCauses(JsonWriter& json, const std::vector<Message>& messages) {
+  json.OpenArray("causes");
+  for (const Message& each : messages) {
+    if (!(each.error > 0.0)) continue;
+    json.OpenObject();
+    json.Member("code", each.code);
+    json.Member("error", each.error);
+    json.Member("vertices", each.vertices);
+    json.CloseObject();
+  }
+  json.CloseArray();
+}
+
+void WriteMessage(JsonWriter& json, const Message& message) {
+  json.OpenObject();
+  json.Member("code", message.code);
+  json.Member("severity", NameOf(message.severity));
+  json.Member("message", message.message);
+  json.Member("fix", message.fix);
+  json.OpenObject("where");
+  json.Member("kind", message.kind);
+  json.Member("names", message.names);
+  json.CloseObject();
+  json.CloseObject();
+}
+
+}  // namespace
+
+const char* NameOf(Verdict verdict) {
   switch (verdict) {
     case Verdict::Proven:
       return "proven";
@@ -23,51 +71,25 @@ constexpr const char* NameOf(Verdict verdict) {
   }
 }
 
-constexpr const char* NameOf(Severity severity) {
-  return severity == Severity::Error ? "error" : severity == Severity::Warning ? "warning" : "note";
-}
-
-Json AsJson(const ErrorPlace& place) {
-  return {{"error", place.error}, {"mesh", place.mesh}, {"vertex", place.vertex}, {"bone", place.bone}};
-}
-
-Json AsJson(const std::vector<NamedError>& errors) {
-  Json list = Json::array();
-  for (const NamedError& each : errors) {
-    Json& entry = list.emplace_back(Json{{"name", each.name}});
-    entry.update(AsJson(each.worst));
-  }
-  return list;
-}
-
-}  // namespace
-
-Json ProofAsJson(const Proof& proof) {
-  Json json{{"result", NameOf(proof.verdict)},
-            {"limit", kLimit},
-            {"worst", AsJson(proof.worst)},
-            {"mean", proof.mean},
-            {"first_bone", proof.firstBone},
-            {"diagonal", proof.diagonal},
-            {"seed", proof.seed},
-            {"random_poses", proof.randomPoses},
-            {"vertices", proof.vertices},
-            {"poses", AsJson(proof.poses)},
-            {"meshes", AsJson(proof.meshes)},
-            {"bones", AsJson(proof.bones)},
-            {"causes", Json::array()},
-            {"messages", Json::array()}};
-  for (const Message& each : proof.messages) {
-    if (each.error > 0.0) {
-      json["causes"].push_back({{"code", each.code}, {"error", each.error}, {"vertices", each.vertices}});
-    }
-    json["messages"].push_back({{"code", each.code},
-                                {"severity", NameOf(each.severity)},
-                                {"message", each.message},
-                                {"fix", each.fix},
-                                {"where", {{"kind", each.kind}, {"names", each.names}}}});
-  }
-  return json;
+void WriteProof(JsonWriter& json, const Proof& proof) {
+  json.Member("result", NameOf(proof.verdict));
+  json.Member("limit", kLimit);
+  json.OpenObject("worst");
+  WritePlace(json, proof.worst);
+  json.CloseObject();
+  json.Member("mean", proof.mean);
+  json.Member("first_bone", proof.firstBone);
+  json.Member("diagonal", proof.diagonal);
+  json.Member("seed", proof.seed);
+  json.Member("random_poses", proof.randomPoses);
+  json.Member("vertices", proof.vertices);
+  WriteErrors(json, "poses", proof.poses);
+  WriteErrors(json, "meshes", proof.meshes);
+  WriteErrors(json, "bones", proof.bones);
+  WriteCauses(json, proof.messages);
+  json.OpenArray("messages");
+  for (const Message& each : proof.messages) WriteMessage(json, each);
+  json.CloseArray();
 }
 
 }  // namespace prove

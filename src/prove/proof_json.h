@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
-
+#include "core/json_writer.h"
 #include "prove/prove.h"
 
 namespace prove {
 
-/// What programs and certificates get of a proof; docs/prove.md lists the fields.
-nlohmann::ordered_json ProofAsJson(const Proof& proof);
+/// The word for a verdict in JSON.
+const char* NameOf(Verdict verdict);
+
+/// Members of what programs and certificates get of a proof; docs/prove.md lists them.
+void WriteProof(ts3d::JsonWriter& json, const Proof& proof);
 
 }  // namespace prove

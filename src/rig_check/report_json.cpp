@@ -51,7 +51,6 @@ void WriteFindings(JsonWriter& json, const std::vector<Finding>& findings) {
 }
 
 void WriteReport(JsonWriter& json, const RigReport& report) {
-  json.OpenObject();
   json.Member("result", report.Worst() == Severity::Note ? "sound" : NameOf(report.Worst()));
   json.Member("fbx_version", report.version);
   json.Member("object_id", report.objectId);
@@ -78,7 +77,6 @@ void WriteReport(JsonWriter& json, const RigReport& report) {
   json.Member("members", report.members);
   json.Key("messages");
   WriteFindings(json, report.findings);
-  json.CloseObject();
 }
 
 std::string JsonText(std::string_view json) { return VisibleLines(json) + "\n"; }

@@ -18,7 +18,7 @@ void WriteJsonHead(JsonWriter& json, std::string_view schema, int version);
 void WriteFinding(JsonWriter& json, const Finding& finding);
 void WriteFindings(JsonWriter& json, const std::vector<Finding>& findings);
 
-/// The report as an object, see docs/check.md.
+/// Members of the report, see docs/check.md.
 void WriteReport(JsonWriter& json, const RigReport& report);
 
 /// `json` as it is printed: with a line end, and what commands terminals is escaped.
