@@ -1,6 +1,6 @@
 # Tests of final settings from outside, and of the command-line tool.
 find_package(assimp REQUIRED)
-find_path(FBX_TO_TS3D_VALIJSON valijson/validator.hpp REQUIRED)
+find_path(FBX_TO_TS3D_RAPIDJSON rapidjson/schema.h REQUIRED)
 ts3d_add_tests(
   actor_export_test.cpp
   actor_findings_test.cpp
@@ -26,5 +26,5 @@ target_link_libraries(ts3d_tests PRIVATE ts3d_inspect ts3d_export ts3d_rig_check
   # What writes the pictures of the tests.
   PkgConfig::PNG PkgConfig::TURBOJPEG PkgConfig::TIFF PkgConfig::WEBP)
 target_compile_definitions(ts3d_tests PRIVATE FBX2CZP_PATH="$<TARGET_FILE:fbx2czp>")
-target_include_directories(ts3d_tests SYSTEM PRIVATE ${FBX_TO_TS3D_VALIJSON})
+target_include_directories(ts3d_tests SYSTEM PRIVATE ${FBX_TO_TS3D_RAPIDJSON})
 add_dependencies(ts3d_tests fbx2czp)
