@@ -34,6 +34,7 @@ void DeflateAhead::Start(const std::string& path) {
   {
     const std::lock_guard lock(mutex_);
     files_.push_back({path, static_cast<size_t>(size), State::Waiting, {}});
+    if (files_.size() == 1) return;
   }
   changed_.notify_all();
   if (thread_.joinable()) return;
@@ -59,7 +60,7 @@ bool DeflateAhead::Take(std::string_view path, DeflatedMember& member) {
   if (file == files_.end()) return false;
   while (file->state == State::Running) {
     // The caller's thread takes the next one meanwhile.
-    const Files::iterator next = NextWaiting();
+    const Files::iterator next = NextWaiting(files_.end());
     if (next == files_.end()) {
       changed_.wait(lock);
     } else {
@@ -81,8 +82,9 @@ void DeflateAhead::Run() {
   const MemberDeflater deflater(level_);
   std::unique_lock lock(mutex_);
   while (!ends_) {
-    const Files::iterator next = NextWaiting();
-    if (next == files_.end()) {
+    const Files::iterator newest = files_.empty() ? files_.end() : std::prev(files_.end());
+    const Files::iterator next = NextWaiting(newest);
+    if (next == newest) {
       changed_.wait(lock);
     } else {
       Deflate(next, deflater, lock);
@@ -96,9 +98,9 @@ DeflateAhead::Files::iterator DeflateAhead::Find(std::string_view path) {
                       [path](const File& file) { return EqualsIgnoreCase(file.path, path); });
 }
 
-/// The first file whose turn has come and that there is room for.
-DeflateAhead::Files::iterator DeflateAhead::NextWaiting() {
-  return std::find_if(files_.begin(), files_.end(), [this](const File& file) {
+/// The first file before `end` whose turn has come and that there is room for; else `end`.
+DeflateAhead::Files::iterator DeflateAhead::NextWaiting(Files::iterator end) {
+  return std::find_if(files_.begin(), end, [this](const File& file) {
     return file.state == State::Waiting && keptBytes_ + file.size <= kMostKept;
   });
 }

@@ -23,7 +23,8 @@ class DeflateAhead {
   DeflateAhead(const DeflateAhead&) = delete;
   DeflateAhead& operator=(const DeflateAhead&) = delete;
 
-  /// Deflates the file `path`, which is complete, when its turn comes.
+  /// Deflates the file `path`, which is complete, when its turn comes: the thread leaves the newest one for later, as
+  /// what it was made from may still be in memory.
   void Start(const std::string& path);
 
   /// Forgets the file `path`, which may change once this has returned.
@@ -44,7 +45,7 @@ class DeflateAhead {
 
   void Run();
   Files::iterator Find(std::string_view path);
-  Files::iterator NextWaiting();
+  Files::iterator NextWaiting(Files::iterator end);
   void Deflate(Files::iterator file, const MemberDeflater& deflater, std::unique_lock<std::mutex>& lock);
 
   const int level_;
