@@ -31,10 +31,10 @@ struct ExportHost : TestHost {
   int32_t Convert3(int32_t finishOnly = 0, int32_t mode = 0, const char* list = nullptr,
                    const char* renames = nullptr, float scale = 0) {
     return ConvertFBXFile3(Path().c_str(), scale, 20, -30, finishOnly, renames, &vertexTotal, &polygonTotal,
-                           this, job.statusCallback, job.textureCallback, mode, list);
+                           this, job.status.statusCallback, job.textureCallback, mode, list);
   }
   int32_t Finish(const char* renames, const char* meshes) {
-    return ConvertFBXFileFinish(Path().c_str(), 50, 1, 2, renames, meshes, this, job.statusCallback);
+    return ConvertFBXFileFinish(Path().c_str(), 50, 1, 2, renames, meshes, this, job.status.statusCallback);
   }
   float NormalZ() const { return Mesh("Body").vertices[0].normal[2]; }
 
@@ -94,7 +94,7 @@ TEST(ExportedFunctions, OfFewerArgumentsPassNoMeshOptions) {
   EXPECT_EQ(host.NormalZ(), -1.0f);
   const auto convert2 = [&](int32_t mode) {
     return ConvertFBXFile2(host.Path().c_str(), 0, 1, 2, 0, nullptr, nullptr, &host.polygonTotal, &host,
-                           host.job.statusCallback, nullptr, mode);
+                           host.job.status.statusCallback, nullptr, mode);
   };
   ASSERT_EQ(convert2(1), FBX_TO_TS3D_OK);
   EXPECT_EQ(host.NormalZ(), -1.0f);

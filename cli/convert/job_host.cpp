@@ -18,8 +18,8 @@ void FBX_TO_TS3D_CALL TakeTexture(void* host, const char* source, uint8_t* conve
 }  // namespace
 
 void JobHost::Attach(ts3d::ConversionJob& job) {
-  job.callbackContext = this;
-  job.statusCallback = TakeStatus;
+  job.status.callbackContext = this;
+  job.status.statusCallback = TakeStatus;
   job.textureCallback = onTexture ? TakeTexture : nullptr;
 }
 

@@ -6,7 +6,7 @@
 #include "config/fixed_materials.h"
 #include "config/mesh_list.h"
 #include "core/names.h"
-#include "core/status.h"
+#include "core/trace.h"
 #include "core/work_file.h"
 #include "skeleton/skeleton_state.h"
 

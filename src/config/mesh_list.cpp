@@ -8,7 +8,7 @@
 #include "core/mesh_filter.h"
 #include "core/names.h"
 #include "core/progress.h"
-#include "core/status.h"
+#include "core/trace.h"
 #include "scene/model/mesh.h"
 #include "scene/model/scene.h"
 

@@ -46,7 +46,7 @@ class RunEnd {
     ConversionJob& job = conversion_.Job();
     job.onProgress = nullptr;
     job.onMesh = nullptr;
-    job.statusCallback = nullptr;
+    job.status.statusCallback = nullptr;
     job.textureCallback = nullptr;
   }
   RunEnd(const RunEnd&) = delete;
@@ -138,8 +138,8 @@ int32_t Converter::RunIn(const WorkFolder& work, const ModelInput& model, RunNot
   Run run{*this, notes, &converter};
   ConversionJob& job = conversion_.Job();
   PrepareJob();
-  job.callbackContext = &run;
-  job.statusCallback = TakeStatus;
+  job.status.callbackContext = &run;
+  job.status.statusCallback = TakeStatus;
   job.textureCallback = options_.convertsPictures ? TakeTexture : nullptr;
   job.onProgress = [this](double fraction) { Advance(fraction); };
   fraction_ = 0;
@@ -193,7 +193,7 @@ void Converter::PrepareJob() {
   job.nextMeshThreadId = job.nextMaterialThreadId = kFirstThreadId;
   job.holdsSmallFiles = true;
   job.ownsModelFolder = true;
-  job.singleRootWarningGiven = false;
+  job.status.ForgetSent();
 }
 
 void Converter::Advance(double fraction) {

@@ -12,6 +12,7 @@
 
 #include "core/held_files.h"
 #include "core/repair_settings.h"
+#include "core/status_channel.h"
 #include "fbx_to_ts3d.h"
 
 namespace scene {
@@ -43,8 +44,7 @@ inline constexpr int32_t kFirstThreadId = 151;
 struct ConversionJob {
   // The host's settings.
   int32_t meshOptionMode = 0;
-  void* callbackContext = nullptr;
-  FbxToTs3dStatusCallback statusCallback = nullptr;
+  StatusChannel status;  ///< its context is that of the texture callback as well
   FbxToTs3dTextureCallback textureCallback = nullptr;
   std::string boneRenameList;  ///< "old=new" entries separated by "|"
   std::string meshOptionList;  ///< mesh names separated by "|"; "!name" marks a double-sided mesh
@@ -114,9 +114,6 @@ struct ConversionJob {
   int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running
   std::string loadError;           ///< why a model could not be loaded, unless it was printed
   std::string_view failureReason;  ///< why a run ended that an exception ended
-
-  // The process.
-  bool singleRootWarningGiven = false;
 };
 
 }  // namespace ts3d

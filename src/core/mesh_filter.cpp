@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "core/names.h"
-#include "core/status.h"
+#include "core/trace.h"
 
 namespace ts3d {
 namespace {

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "driver/convert.h"
 
-#include <cstdio>
 #include <new>
 
 #include "config/actor_config.h"
 #include "config/mesh_list.h"
 #include "core/names.h"
 #include "core/progress.h"
-#include "core/status.h"
 #include "core/work_file.h"
 #include "driver/actor_type.h"
 #include "driver/scene_loader.h"
@@ -38,18 +36,16 @@ bool EndsInFbx(const std::string& path) {
   return EqualsIgnoreCase(ending, ".fbx");
 }
 
-std::string VersionLine(const char* what, const scene::KFbxFileVersion& version) {
-  char line[200];
-  std::snprintf(line, sizeof line, "FBX version number for this %s %d.%d.%d", what, version.major,
-                version.minor, version.revision);
-  return line;
+std::string Text(const scene::KFbxFileVersion& version) {
+  return std::to_string(version.major) + "." + std::to_string(version.minor) + "." +
+         std::to_string(version.revision);
 }
 
 void ReportLoaded(const ConversionJob& job, const LoadedVersions& versions) {
-  StatusLog(job, "Model Successfully Loaded");
+  job.status.Send(Notice::ModelLoaded);
   if (!job.isFbxFile) return;
-  StatusLog(job, VersionLine("SDK", versions.sdk));
-  StatusLog(job, VersionLine("model", versions.file));
+  job.status.Send(Notice::SdkVersion, Text(versions.sdk));
+  job.status.Send(Notice::ModelVersion, Text(versions.file));
 }
 
 /// Adds everything but the textures, which are in the package already, and completes it.
@@ -70,19 +66,17 @@ ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
   if (!CloseActorPackage(job)) {
     // A package without its directory, or with half a member, only looks like one.
     platform::RemoveFile(packagePath);
-    StatusLog(job, ">>> Failed to Complete CZP File");
+    job.status.Send(Notice::PackageIncomplete);
     result = ConversionResult::PackageFailed;
   }
-  if (result == ConversionResult::Success) StatusLog(job, "Successfully created CZP File");
+  if (result == ConversionResult::Success) job.status.Send(Notice::PackageCreated);
   return result;
 }
 
 /// Tells which arrays were damaged; known when all meshes have been read.
 void ReportDamage(ConversionJob& job) {
   job.damagedArrays = job.scene->GetDamagedArrays();
-  for (const std::string& array : job.damagedArrays) {
-    StatusLog(job, ComposeMessage(">>> Damaged: ", array));
-  }
+  for (const std::string& array : job.damagedArrays) job.status.Send(Notice::ArrayDamaged, array);
 }
 
 void AbandonPackage(ConversionJob& job, const std::string& packagePath) {
@@ -103,7 +97,7 @@ void WriteMeshes(ConversionJob& job, PackagedNameSet& packagedNames) {
 }
 
 ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
-  StatusLog(job, "Creating Tessaly 3D Studio CZP File");
+  job.status.Send(Notice::CreatingPackage);
   const std::string packagePath = ReplaceExtension(fbxPath, "czp");
   job.failureCode = static_cast<int32_t>(ConversionResult::PackageFailed);
   const bool hasPlace = HasRoomForExtension(fbxPath);
@@ -124,7 +118,7 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
 ConversionResult ConvertLoadedScene(ConversionJob& job, const ConversionRequest& request) {
   ClearWay(job, job.modelDirectory + kSkeletonName);
   job.failureCode = static_cast<int32_t>(ConversionResult::SkeletonFailed);
-  StatusLog(job, "Generating Skeleton");
+  job.status.Send(Notice::GeneratingSkeleton);
   if (!WriteSkeleton(job)) return ConversionResult::SkeletonFailed;
   if (request.onSkeleton) request.onSkeleton(*job.skeleton);
   return WritePackage(job, request.fbxPath);
@@ -176,11 +170,11 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
   }
   if (job.plugins == Plugins::LoadAndName) {
     for (const std::string& path : job.sdkManager->GetPlugins()) {
-      StatusLog(job, ComposeMessage("Loaded Plug-in: ", path));
+      job.status.Send(Notice::PluginLoaded, path);
     }
   }
   job.isFbxFile = EndsInFbx(request.fbxPath);
-  StatusLog(job, job.isFbxFile ? "Loading FBX Model" : "Loading Model");
+  job.status.Send(job.isFbxFile ? Notice::LoadingFbxModel : Notice::LoadingModel);
   bool isLoaded = false;
   if (request.isQuiet) {
     const auto tell = [&job](double share) { ReportProgress(job, kModelLoaded * share); };
@@ -203,7 +197,7 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   const std::string& fbxPath = request.fbxPath;
   if (!request.source && !platform::FileExists(fbxPath)) return ConversionResult::NoFile;
   job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
-  StatusLog(job, "Initializing FBX Engine");
+  job.status.Send(Notice::InitializingEngine);
   job.modelDirectory = DirectoryPart(fbxPath);
   job.inputPath = fbxPath;
   job.actorType =
@@ -232,7 +226,7 @@ ConversionResult ResultOfFailure(ConversionJob& job) {
     // Whichever step reads the mesh, it is the model that cannot be loaded.
     job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
     job.failureReason = excess.what();
-    StatusLog(job, ComposeMessage(">>> Refused: ", job.failureReason));
+    job.status.Send(Notice::ModelRefused, job.failureReason);
   } catch (const std::bad_alloc&) {
     job.failureReason = "there is not enough memory";
   }

@@ -36,8 +36,8 @@ bool LeavesOutputsAlone(int32_t result) {
 }
 
 void StoreSettings(ConversionJob& job, const Arguments& arguments) {
-  job.callbackContext = arguments.callbackContext;
-  job.statusCallback = arguments.statusCallback;
+  job.status.callbackContext = arguments.callbackContext;
+  job.status.statusCallback = arguments.statusCallback;
   job.boneRenameList = TextOrEmpty(arguments.boneRenameList);
   job.configScale = 1.0f;
   job.nextMeshThreadId = job.nextMaterialThreadId = ts3d::kFirstThreadId;

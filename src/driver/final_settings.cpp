@@ -4,7 +4,6 @@
 #include <new>
 
 #include "core/names.h"
-#include "core/status.h"
 #include "core/work_file.h"
 #include "package/actor_package.h"
 #include "platform/replacement.h"
@@ -58,12 +57,12 @@ bool AddToPackage(ConversionJob& job, platform::Replacement& package, const std:
 /// What a step that fails is told as.
 struct Failure {
   FinishResult code;
-  const char* line;
+  Notice notice;
 };
-constexpr Failure kUnreadable{FinishResult::DocumentUnreadable, ">>> FAILED TO READ .XFG File!"};
-constexpr Failure kUnwritable{FinishResult::DocumentUnwritable, ">>> FAILED TO WRITE .XFG File!"};
-constexpr Failure kNotOpened{FinishResult::UpdateFailed, ">>> Failed to Open CZP File"};
-constexpr Failure kNotUpdated{FinishResult::UpdateFailed, ">>> Failed updating CZP File"};
+constexpr Failure kUnreadable{FinishResult::DocumentUnreadable, Notice::DocumentUnreadable};
+constexpr Failure kUnwritable{FinishResult::DocumentUnwritable, Notice::DocumentUnwritable};
+constexpr Failure kNotOpened{FinishResult::UpdateFailed, Notice::PackageNotOpened};
+constexpr Failure kNotUpdated{FinishResult::UpdateFailed, Notice::PackageNotUpdated};
 
 /// @param step is set to what a failure of the step that is running means
 bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
@@ -91,7 +90,7 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
 }  // namespace
 
 FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings) {
-  StatusLog(job, "Updating CZP File with Final Settings");
+  job.status.Send(Notice::UpdatingPackage);
   Failure step = kUnreadable;
   bool done = false;
   try {
@@ -99,7 +98,7 @@ FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& setting
   } catch (const std::bad_alloc&) {
     // The step that was running has failed.
   }
-  StatusLog(job, done ? "Successfully created CZP File" : step.line);
+  job.status.Send(done ? Notice::PackageCreated : step.notice);
   return done ? FinishResult::Success : step.code;
 }
 

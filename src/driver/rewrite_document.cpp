@@ -7,7 +7,7 @@
 #include "config/escape_xml.h"
 #include "core/names.h"
 #include "core/number_format.h"
-#include "core/status.h"
+#include "core/trace.h"
 #include "driver/document_lists.h"
 #include "driver/final_settings.h"
 #include "skeleton/skeleton_state.h"

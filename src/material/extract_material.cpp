@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "material/extract_material.h"
 
-#include "core/status.h"
 #include "material/diffuse_texture.h"
 #include "material/texture_files.h"
 #include "material/xrf_writer.h"
@@ -25,7 +24,7 @@ void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& 
     record.opacity = phong->transparencyFactor;
     record.shininess = phong->shininess;
   } else {
-    StatusLog(job, "Unkown type of Material");
+    job.status.Send(Notice::UnknownMaterial);
     // Its colours are not known, and the picture would be multiplied by the default: black.
     if (job.findsBaseColours && record.hasMap && DiffuseTexture(material, job)) {
       record.ambient = record.diffuse = {1, 1, 1};
@@ -46,7 +45,7 @@ MaterialRecord ReadMaterial(const std::string& name, const scene::KFbxSurfaceMat
 
 void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
                    ConversionJob& job, PackagedNameSet& packagedNames) {
-  StatusLog(job, ComposeMessage("Writing Material: ", name));
+  job.status.Send(Notice::WritingMaterial, name);
   MaterialRecord record = ReadMaterial(name, material, hasMap, job);
   const scene::KFbxTexture* texture = DiffuseTexture(material, job);
   if (hasMap && texture) record.mapName = PackTexture(*texture, job, packagedNames);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "material/texture_files.h"
 
-#include "core/status.h"
 #include "core/work_file.h"
 
 namespace ts3d {
@@ -15,7 +14,7 @@ std::string BaseName(const std::string& path) {
 /// @return whether the ".tga" file exists, by the host's word where it is asked
 bool OfferToHost(const ConversionJob& job, const std::string& source, const std::string& tgaName) {
   uint8_t converted = WorkFileExists(job, tgaName) ? 1 : 0;
-  if (job.textureCallback) job.textureCallback(job.callbackContext, source.c_str(), &converted);
+  if (job.textureCallback) job.textureCallback(job.status.callbackContext, source.c_str(), &converted);
   return converted != 0;
 }
 
@@ -40,8 +39,7 @@ std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job,
   if (OfferToHost(job, source, tgaName)) {
     AddFileToPackage(job, packagedNames, tgaName, AfterAdding::KeepFile);
   } else {
-    StatusLog(job, ">>> NEED TO MANUALLY CONVERT:");
-    StatusLog(job, ComposeMessage(">>>> ", source, " to ", tgaName));
+    job.status.Send(Notice::PictureToConvert, source, tgaName);
   }
   return tgaName;
 }

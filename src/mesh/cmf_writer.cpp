@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "core/status.h"
 #include "core/work_file.h"
 #include "package/actor_package.h"
 #include "skeleton/skeleton_state.h"
@@ -55,7 +54,7 @@ class CmfWriter {
       const int32_t record = mesh_.triangles.corners[3 * triangle + k];
       const int32_t output = outputIndex.empty() ? record : outputIndex[static_cast<size_t>(record)];
       if (output == -1) {
-        StatusLog(job_, "Bad Write Vertex");
+        job_.status.Send(Notice::BadVertex);
       } else {
         out_.Int32(output);
       }
@@ -74,7 +73,7 @@ class CmfWriter {
   void ReportProgress(size_t index) {
     const size_t step = std::max<size_t>(mesh_.records.size() / kProgressSteps, 1);
     if (index % step != 0) return;
-    StatusLog(job_, ComposeMessage("Writing Mesh: ", std::to_string(index / step * 5), "% done"));
+    job_.status.Send(Notice::MeshProgress, std::to_string(index / step * 5));
   }
 
   void WriteInfluences(const FullPointData& record) {
@@ -85,7 +84,7 @@ class CmfWriter {
       out_.Int32(1);
       out_.Int32(0);
       out_.Float32(1.0f);
-      if (!warned_) StatusLog(job_, "This model has some UNWEIGHTED vertices!\n");
+      if (!warned_) job_.status.Send(Notice::UnweightedVertices);
       warned_ = true;
       return;
     }

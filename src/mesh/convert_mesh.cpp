@@ -5,7 +5,7 @@
 
 #include "core/mesh_filter.h"
 #include "core/names.h"
-#include "core/status.h"
+#include "core/trace.h"
 #include "material/extract_material.h"
 #include "mesh/cmf_writer.h"
 #include "mesh/converted_mesh.h"
@@ -39,10 +39,9 @@ std::vector<std::string> WriteSlices(const std::string& name, int materialCount,
   for (int material = 0; material < std::max(materialCount, 1); ++material) {
     const MeshSlice slice = slices.Slice(name, material);
     if ((!slice.whole && slice.triangles.empty()) || IsExcluded(slice.name, job)) continue;
-    StatusLog(job, ComposeMessage("Writing CMF Mesh: ", slice.name));
+    job.status.Send(Notice::WritingMesh, slice.name);
     if (slices.DegenerateCount() > 0) {
-      StatusLog(job, ComposeMessage(">>> Removed : ", std::to_string(slices.DegenerateCount()),
-                                    " Degenerate Polygons(s)"));
+      job.status.Send(Notice::DegenerateRemoved, std::to_string(slices.DegenerateCount()));
     }
     WriteCmfFile(slice, data, coordinates, outputIndex, job);
     files.push_back(slice.name);
@@ -66,7 +65,7 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
   if (skipThisMesh(name, job) || !mesh || mesh->GetControlPointsCount() == 0) return;
 
   const MeshData data = PrepareMesh(node, name, job);
-  StatusLog(job, "Writing Mesh Header");
+  job.status.Send(Notice::WritingMeshHeader);
   TextureCoordinates coordinates(node, mesh->GetUVs(), job);
   std::vector<std::string> files = WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job);
   WriteMaterials(name, node, coordinates.FoundAny(), job, packagedNames);

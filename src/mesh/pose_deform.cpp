@@ -6,7 +6,6 @@
 #include <span>
 #include <vector>
 
-#include "core/status.h"
 #include "scene/model/mesh.h"
 #include "skeleton/bind_pose.h"
 #include "skeleton/rigid_meshes.h"
@@ -146,7 +145,7 @@ std::optional<KFbxXMatrix> PlaceOfMesh(const KFbxNode& node, ConversionJob& job)
   if (const int index = BindPoseIndex(&node, *job.scene, skeleton); index >= 0)
     return BindMatrix(index, skeleton);
   if (keepsPlace) return BindWorld(node, *job.scene, skeleton);
-  StatusLog(job, ComposeMessage("Missing Bind Pose Data for Mesh: ", node.GetName()));
+  job.status.Send(Notice::MeshNotInBindPose, node.GetName());
   return std::nullopt;
 }
 
@@ -169,7 +168,7 @@ scene::FbxArray<double> PoseControlPoints(const KFbxNode& node, ConversionJob& j
   }
   if (skeleton.firstBoneNode && job.actorType != ActorType::None) {
     TransformPoints(skeleton.actorTurn, points);
-    StatusLog(job, "Applied Skeletal Deformation");
+    job.status.Send(Notice::PointsDeformed);
   }
   return points;
 }

@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "core/names.h"
-#include "core/status.h"
 #include "material/diffuse_texture.h"
 #include "mesh/pose_deform.h"
 #include "mesh/split_vertices.h"
@@ -38,10 +37,9 @@ bool HasOtherThanTriangles(KFbxMesh& mesh) {
 
 scene::KFbxTriangles Triangulate(KFbxMesh& mesh, const std::string& name, const ConversionJob& job) {
   if (const int dropped = mesh.GetDroppedPolygonCount(); dropped > 0) {
-    StatusLog(job, ComposeMessage(">>> Left out ", std::to_string(dropped),
-                                  " Polygon(s) with vertices that do not exist in: ", name));
+    job.status.Send(Notice::PolygonsLeftOut, std::to_string(dropped), name);
   }
-  if (HasOtherThanTriangles(mesh)) StatusLog(job, ComposeMessage("Triangulated the Mesh: ", name));
+  if (HasOtherThanTriangles(mesh)) job.status.Send(Notice::Triangulated, name);
   scene::KFbxTriangles triangles = TriangulateMesh(mesh);
   mesh.ReleaseCorners();
   return triangles;
@@ -110,7 +108,7 @@ MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJo
   data.points = PoseControlPoints(node, job);
   data.normals =
       scene::ComputeVertexNormals(data.points.View(), data.triangles.corners.View(), TurnsNormals(name, job));
-  StatusLog(job, "Recreated Normal Vectors");
+  job.status.Send(Notice::NormalsRecreated);
   for (size_t i = 0; i + 2 < data.normals.size(); i += 3) {
     // A point without a direction gets the diagonal, as a normal must have a length.
     if (data.normals[i] == 0.0f && data.normals[i + 1] == 0.0f && data.normals[i + 2] == 0.0f) {

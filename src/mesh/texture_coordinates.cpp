@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "mesh/texture_coordinates.h"
 
-#include "core/status.h"
-
 namespace ts3d {
 
 TextureCoordinates::TextureCoordinates(const scene::KFbxNode& node, scene::KFbxLayerElementUV* uvs,
@@ -37,8 +35,8 @@ TextureCoordinate TextureCoordinates::Of(size_t index, const FullPointData& reco
 void TextureCoordinates::ReportMissing() {
   if (!job_.textureErrorNode) job_.textureErrorNode = &node_;
   if (job_.textureErrorNode != &node_) return;
-  StatusLog(job_, ">>> Error getting UVs (Texture Coordinates)");
-  StatusLog(job_, ComposeMessage(">>> for ", node_.GetName().empty() ? "un-named Node" : node_.GetName()));
+  const std::string_view name = node_.GetName();
+  job_.status.Send(Notice::MissingCoordinates, name.empty() ? "un-named Node" : name);
 }
 
 }  // namespace ts3d

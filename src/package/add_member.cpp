@@ -9,7 +9,6 @@
 #include <optional>
 
 #include "core/names.h"
-#include "core/status.h"
 #include "core/work_file.h"
 #include "package/deflate_ahead.h"
 #include "package/deflate_member.h"
@@ -47,7 +46,7 @@ int32_t WriteToMember(ConversionJob& job, const std::string& name, const char* d
   const int32_t result = zipWriteInFileInZip(job.packageHandle, data, static_cast<unsigned>(size));
   if (result < 0) {
     NoteLostWrite(job);
-    StatusLog(job, ComposeMessage(">>> Error in writing ", name, " to the zip file"));
+    job.status.Send(Notice::MemberNotWritten, name);
   }
   return result;
 }
@@ -60,7 +59,7 @@ int32_t FillMember(ConversionJob& job, const MemberSource& source, char* buffer)
   }
   const platform::FilePtr file = source.path.empty() ? nullptr : OpenHostFile(job, source.path, "rb");
   if (!file) {
-    StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
+    job.status.Send(Notice::FileNotOpened, name);
     return ZIP_ERRNO;
   }
   for (bool isEmpty = true;; isEmpty = false) {
@@ -68,7 +67,7 @@ int32_t FillMember(ConversionJob& job, const MemberSource& source, char* buffer)
     if (size < kCopyBufferSize && !std::feof(file.get())) {
       // A member without anything in it can be seen; one without its end cannot.
       if (!isEmpty) job.packageIsDamaged = true;
-      StatusLog(job, ComposeMessage(">>> Error in reading ", name));
+      job.status.Send(Notice::FileNotRead, name);
       return ZIP_ERRNO;
     }
     if (size == 0) return ZIP_OK;
@@ -79,12 +78,12 @@ int32_t FillMember(ConversionJob& job, const MemberSource& source, char* buffer)
 
 int32_t ReportNoMemory(ConversionJob& job) {
   job.packageIsDamaged = true;
-  StatusLog(job, ">>> Error allocating memory");
+  job.status.Send(Notice::NoMemory);
   return ZIP_INTERNALERROR;
 }
 
 int32_t ReportNotOpened(ConversionJob& job, const std::string& name, int32_t result) {
-  StatusLog(job, ComposeMessage(">>> Error in opening ", name, " in zipfile"));
+  job.status.Send(Notice::MemberNotOpened, name);
   return result;
 }
 
@@ -92,7 +91,7 @@ int32_t ReportNotOpened(ConversionJob& job, const std::string& name, int32_t res
 int32_t ReportClosing(ConversionJob& job, const std::string& name, int32_t result) {
   if (result != ZIP_OK) {
     NoteLostWrite(job);
-    StatusLog(job, ComposeMessage(">>> Error in closing ", name, " in the zip file"));
+    job.status.Send(Notice::MemberNotClosed, name);
   }
   return result;
 }
@@ -134,7 +133,7 @@ int32_t AddDeflatedMember(ConversionJob& job, const MemberSource& source) {
   if (!DeflateSource(job, source, packed, isRead)) return ReportNoMemory(job);
   int32_t result = OpenMember(job, source, &packed);
   if (result != ZIP_OK) return ReportNotOpened(job, name, result);
-  if (!isRead) StatusLog(job, ComposeMessage(">>> Error in opening ", name, " for reading"));
+  if (!isRead) job.status.Send(Notice::FileNotOpened, name);
   result = WriteToMember(job, name, packed.bytes.get(), packed.size);
   if (result < 0) return result;
   result = ReportClosing(job, name,

@@ -21,12 +21,12 @@ bool IsVisiblyUneven(const scene::KFbxVector4& scale) {
 
 /// What the extraction of the bones said.
 void TellWarnings(RigCheck& check) {
-  static constexpr std::pair<std::string_view, const FindingKind*> kLines[] = {
-      {"***100:", &findings::kMirroredBone}, {"***102:", &findings::kLocalMatrix}};
-  for (const auto& [prefix, kind] : kLines) {
-    for (const std::string& bone : check.lines.After(prefix)) check.report.Add(*kind, bone);
+  static constexpr std::pair<Notice, const FindingKind*> kKinds[] = {
+      {Notice::MirroredBone, &findings::kMirroredBone}, {Notice::LocalMatrix, &findings::kLocalMatrix}};
+  for (const auto& [notice, kind] : kKinds) {
+    for (const std::string& bone : check.notices.ValuesOf(notice)) check.report.Add(*kind, bone);
   }
-  const std::vector<std::string> uneven = check.lines.After("***101:");
+  const std::vector<std::string> uneven = check.notices.ValuesOf(Notice::UnevenScale);
   const std::unordered_set<std::string> isUneven(uneven.begin(), uneven.end());
   const SkeletonState& skeleton = *check.job.skeleton;
   for (int32_t id = 0; id < skeleton.bones.BoneCount(); ++id) {

@@ -21,7 +21,7 @@ bool IsOutside(const scene::KFbxVector4& colour) {
 
 void TellColours(const KFbxSurfaceMaterial& material, const MaterialRecord& record, RigCheck& check) {
   const std::string& name = material.GetName();
-  if (check.lines.Count("Unkown type of Material") > 0) check.report.Add(findings::kUnknownMaterial, name);
+  if (check.notices.Count(Notice::UnknownMaterial) > 0) check.report.Add(findings::kUnknownMaterial, name);
   if (record.opacity == 0.0) {
     check.report.Add(findings::kOpacityZero, name);
   } else if (record.opacity != 1.0) {
@@ -74,7 +74,7 @@ std::string Use(const KFbxTexture& texture, const KFbxSurfaceMaterial& material,
 }  // namespace
 
 std::string CheckMaterial(const KFbxSurfaceMaterial& material, bool hasMap, RigCheck& check) {
-  check.lines.Clear();
+  check.notices.Clear();
   TellColours(material, ReadMaterial(material.GetName(), material, hasMap, check.job), check);
   TellOtherMaps(material, check);
   const KFbxProperty* diffuse = DiffuseProperty(material, check.job);

@@ -26,7 +26,7 @@ class MeshCheck {
   void Run() {
     CheckSkins(node_, mesh_, check_);
     if (!mesh_.GetShapes().empty()) Tell(findings::kShapes, mesh_.GetShapes().size());
-    check_.lines.Clear();
+    check_.notices.Clear();
     check_.job.textureErrorNode = nullptr;
     const MeshData data = PrepareMesh(node_, name_, check_.job);
     const auto pointCount = static_cast<size_t>(mesh_.GetControlPointsCount());
@@ -80,7 +80,7 @@ class MeshCheck {
     TextureCoordinates coordinates(node_, mesh_.GetUVs(), check_.job);
     // Points without faces have none, which is no news: they come first, and what is said of them is dropped.
     for (const bool loose : {true, false}) {
-      check_.lines.Clear();
+      check_.notices.Clear();
       for (const MeshSlice& slice : slices) {
         for (size_t i = 0; i < slice.VertexCount(data); ++i) {
           const size_t record = slice.whole ? i : static_cast<size_t>(slice.records[i]);
@@ -94,7 +94,7 @@ class MeshCheck {
 
   void TellCoordinates(bool hasMap) {
     if (hasMap) {
-      Tell(findings::kMissingCoordinates, check_.lines.Count(">>> Error getting UVs (Texture Coordinates)"));
+      Tell(findings::kMissingCoordinates, check_.notices.Count(Notice::MissingCoordinates));
       return;
     }
     for (int i = 0; i < node_.GetMaterialCount(); ++i) {

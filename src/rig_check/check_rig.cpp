@@ -51,7 +51,7 @@ class SceneObjects {
 void StartJob(const std::string& path, const CheckOptions& options, RigCheck& check) {
   ConversionJob& job = check.job;
   ResetRun(job);
-  check.lines.Attach(job);
+  check.notices.Watch(job.status);
   job.modelDirectory = DirectoryPart(path);
   job.inputPath = path;
   job.actorType = options.actorType.value_or(DetectActorType(path));

@@ -44,7 +44,6 @@ KFbxXMatrix Rigid(const KFbxVector4& translation, const KFbxVector4& euler) {
 RepairTrial::RepairTrial(const ConversionJob& loaded, const RepairSettings& repairs) {
   job_.repairs = repairs;
   job_.exclusionList = loaded.exclusionList;
-  job_.singleRootWarningGiven = true;
   ResetRun(job_);
   job_.actorType = loaded.actorType;
   job_.isFbxFile = loaded.isFbxFile;

@@ -11,7 +11,7 @@
 #include "mesh/cmf_writer.h"
 #include "rig_check/rig_faults.h"
 #include "rig_check/rig_report.h"
-#include "rig_check/status_lines.h"
+#include "rig_check/seen_notices.h"
 #include "scene/model/mesh.h"
 #include "scene/model/scene.h"
 #include "skeleton/skeleton_state.h"
@@ -21,7 +21,7 @@ namespace ts3d {
 /// One check under way: the job that stands in for a conversion, what it says, and what was found.
 struct RigCheck {
   ConversionJob job;
-  StatusLines lines;
+  SeenNotices notices;
   RigReport report;
   RigFaults faults;
   double rigSize = 0.0;  ///< extent of the bones, for what counts as a small distance

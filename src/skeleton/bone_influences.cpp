@@ -5,7 +5,6 @@
 #include <new>
 
 #include "core/names.h"
-#include "core/status.h"
 #include "scene/model/node.h"
 #include "skeleton/skeleton_state.h"
 
@@ -20,7 +19,7 @@ int32_t FindBone(const scene::KFbxCluster& cluster, const ConversionJob& job) {
   std::string name;
   const int32_t id = BoneOfLink(*cluster.GetLink(), job, name);
   if (id < 0 && !SanitizeMeshName(cluster.GetLink()->GetName()).empty())
-    StatusLog(job, ComposeMessage(">>> Unable to Find BoneID for ", name));
+    job.status.Send(Notice::UnknownLink, name);
   return id;
 }
 

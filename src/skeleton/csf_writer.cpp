@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "skeleton/csf_writer.h"
 
-#include "core/status.h"
 #include "skeleton/bind_pose.h"
 #include "skeleton/extract_bones.h"
 #include "skeleton/skeleton_state.h"
@@ -51,21 +50,16 @@ void ExtractSkeleton(ConversionJob& job) {
   const RepairSettings& repairs = job.repairs;
   if (!repairs.bindFromSkin || !TakeBindPoseOfSkins(*job.scene, skeleton))
     ChooseBindPose(*job.scene, skeleton);
-  if (!skeleton.bindPose && job.isFbxFile) {
-    StatusLog(job, ">>> No Defined Bind Pose!");
-    StatusLog(job, ">>> Skeleton may not import correctly!");
-  }
+  if (!skeleton.bindPose && job.isFbxFile) job.status.Send(Notice::NoBindPose);
   if (repairs.joinRoots) JoinRoots(job);
   const scene::KFbxNode& root = *job.scene->GetRootNode();
   for (int i = 0; i < root.GetChildCount(); ++i) ExtractBones(*root.GetChild(i), job);
   skeleton.hasExtractedBones = skeleton.bones.BoneCount() > 0;
-  if (!skeleton.hasExtractedBones && job.isFbxFile) {
-    StatusLog(job, ">>> This is NOT a rigged model as it has no skeleton!");
-  }
+  if (!skeleton.hasExtractedBones && job.isFbxFile) job.status.Send(Notice::NoSkeleton);
 }
 
 bool WriteSkeleton(ConversionJob& job) {
-  StatusLog(job, "Writing CSF Skeleton");
+  job.status.Send(Notice::WritingSkeleton);
   ExtractSkeleton(job);
   WorkFileWriter out(job, "skeleton.csf", WorkFileWriter::Content::Binary);
   WriteCsf(job.skeleton->bones, out);

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "core/names.h"
-#include "core/status.h"
 #include "scene/math/angles.h"
 #include "skeleton/bind_pose.h"
 #include "skeleton/top_bones.h"
@@ -75,7 +74,8 @@ class BoneExtractor {
   /// @return the parent bone for the node's children
   BoneNode* ExtractBone(const KFbxNode& node, BoneNode& parent) {
     if (&parent == &skeleton_.bones.Root() && !parent.children.empty()) {
-      WarnOfSecondRoot();
+      // Once in the life of the process, not once in a conversion.
+      job_.status.SendOnce(Notice::SeveralRoots);
       return &parent;
     }
     if (!skeleton_.firstBoneNode) skeleton_.firstBoneNode = &node;
@@ -97,9 +97,8 @@ class BoneExtractor {
     const int index = BindPoseIndex(&node, scene_, skeleton_);
     const bool isBound = skeleton_.bindPose && index >= 0;
     KFbxXMatrix m = isBound ? BindMatrix(index, skeleton_) : DefaultTransform(node, bone);
-    if (skeleton_.bindPose && !isBound)
-      StatusLog(job_, ComposeMessage("No Bind Pose Data for: ", node.GetName()));
-    if (isBound && skeleton_.bindPose->IsLocalMatrix(index)) WarnOfLocalMatrix(bone);
+    if (skeleton_.bindPose && !isBound) job_.status.Send(Notice::BoneNotInBindPose, node.GetName());
+    if (isBound && skeleton_.bindPose->IsLocalMatrix(index)) job_.status.Send(Notice::LocalMatrix, bone.name);
     // Looking up the parent may move on to another bind pose, so it comes after the node's own matrix.
     const int parentIndex = isBound ? BindPoseIndex(NodeAbove(node, bone), scene_, skeleton_) : -1;
     if (bone.id == 0) {
@@ -158,34 +157,13 @@ class BoneExtractor {
     bone.boneSpaceRotation = EulerToQuaternion(bone.boneSpaceRotationEuler);
   }
 
-  void WarnOfSecondRoot() {
-    // Once in the life of the process, not once in a conversion: hosts show it in a dialog.
-    if (job_.singleRootWarningGiven) return;
-    job_.singleRootWarningGiven = true;
-    ReportTagged(job_, "", "-1");
-    StatusLog(job_, ">>> This skeleton does NOT have a single Root Bone");
-    StatusLog(job_, ">>> and will thus NOT import the rig correctly!");
-  }
-
-  void WarnOfLocalMatrix(const BoneNode& bone) {
-    ReportTagged(job_, bone.name, "102");
-    StatusLog(job_, ">>> Bind Pose Contains LOCAL MATRIX!!!");
-  }
-
   void CheckScale(const BoneNode& bone, const KFbxVector4& s) {
     if (s[0] < 0.0 || s[1] < 0.0 || s[2] < 0.0) {
-      ReportTagged(job_, bone.name, "100");
-      StatusLog(job_, ComposeMessage(">>> The Bone '", bone.name, "'"));
-      StatusLog(job_, ">>> is 'mirrored' or 'reflected'");
+      job_.status.Send(Notice::MirroredBone, bone.name);
     } else if (std::abs(s[0] - s[1]) > kLargestScaleDifference ||
                std::abs(s[0] - s[2]) > kLargestScaleDifference ||
                std::abs(s[1] - s[2]) > kLargestScaleDifference) {
-      ReportTagged(job_, bone.name, "101");
-      StatusLog(job_, ComposeMessage(">>> The Bone '", bone.name, "'"));
-      StatusLog(job_, ">>> Has a non-uniform scale value.");
-      StatusLog(job_, ">>> If you see oddities in the skeleton or rigging");
-      StatusLog(job_, ">>> Go back to your original modeling program and");
-      StatusLog(job_, ">>> correct this, then re-export it to FBX.");
+      job_.status.Send(Notice::UnevenScale, bone.name);
     }
   }
 

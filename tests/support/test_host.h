@@ -22,8 +22,8 @@ class TestHost {
  public:
   TestHost() : before_(std::filesystem::current_path()) {
     std::filesystem::current_path(folder.Path());
-    job.callbackContext = this;
-    job.statusCallback = [](void* host, const char* text) {
+    job.status.callbackContext = this;
+    job.status.statusCallback = [](void* host, const char* text) {
       static_cast<TestHost*>(host)->lines.emplace_back(text);
     };
     job.textureCallback = [](void* host, const char* path, uint8_t* converted) {

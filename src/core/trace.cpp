@@ -1,17 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "core/status.h"
+#include "core/trace.h"
 
 #include "platform/process.h"
 
 namespace ts3d {
-
-void StatusLog(const ConversionJob& job, const char* text) {
-  if (job.statusCallback) job.statusCallback(job.callbackContext, text);
-}
-
-void ReportTagged(const ConversionJob& job, std::string_view text, std::string_view tag) {
-  StatusLog(job, ComposeMessage("***", tag, ":", text));
-}
 
 std::string ComposeMessage(std::string_view first, std::string_view second, std::string_view third,
                            std::string_view fourth, std::string_view fifth) {

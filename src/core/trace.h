@@ -4,16 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/conversion_job.h"
-
 namespace ts3d {
-
-/// Sends one status line to the host as it stands; does nothing without a status callback.
-void StatusLog(const ConversionJob& job, const char* text);
-inline void StatusLog(const ConversionJob& job, const std::string& text) { StatusLog(job, text.c_str()); }
-
-/// Sends the coded warning "***" + `tag` + ":" + `text`.
-void ReportTagged(const ConversionJob& job, std::string_view text, std::string_view tag);
 
 /// Joins up to five pieces of a message.
 std::string ComposeMessage(std::string_view first, std::string_view second, std::string_view third = {},
