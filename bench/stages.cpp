@@ -103,7 +103,7 @@ class Model {
     std::string pattern = (std::filesystem::temp_directory_path() / "ts3d_bench_XXXXXX").string();
     if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
     ResetRun(job);
-    job.modelDirectory = pattern + "/";
+    job.files.modelDirectory = pattern + "/";
     ts3d::LoadedVersions versions;
     ts3d::CreateSdkObjects(job.sdkManager, job.scene);
     if (!LoadScene(*job.sdkManager, *job.scene, modelPath, versions) || !WriteSkeleton(job)) {
@@ -123,7 +123,7 @@ class Model {
   }
   ~Model() {
     std::error_code ignored;
-    std::filesystem::remove_all(job.modelDirectory, ignored);
+    std::filesystem::remove_all(job.files.modelDirectory, ignored);
     ts3d::DestroySdkObjects(job.sdkManager);
   }
   Model(const Model&) = delete;
@@ -135,7 +135,8 @@ class Model {
     ts3d::MeshSlice slice;
     slice.name = "mesh";
     slice.whole = true;
-    WriteCmfFile(slice, data, coordinates, outputIndex, job);
+    ts3d::ActorPackage package(job.files, job.settings, job.status);
+    WriteCmfFile(slice, data, coordinates, outputIndex, job, package);
   }
 
   ts3d::ConversionJob job;
@@ -179,10 +180,10 @@ void PackMesh(benchmark::State& state) {
   Model model;
   model.WriteMeshFile();
   for (auto _ : state) {
-    ts3d::PackagedNameSet names;
-    OpenActorPackage(model.job, model.job.modelDirectory + "mesh.czp", ts3d::PackageMode::Create);
-    AddFileToPackage(model.job, names, "mesh.cmf", ts3d::AfterAdding::KeepFile);
-    CloseActorPackage(model.job);
+    ts3d::ActorPackage package(model.job.files, model.job.settings, model.job.status);
+    package.Open(model.job.files.modelDirectory + "mesh.czp", ts3d::PackageMode::Create);
+    package.AddFileToPackage("mesh.cmf", ts3d::AfterAdding::KeepFile);
+    package.Close();
   }
 }
 

@@ -93,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   ts3d::ConversionJob job;
   job.nextMeshThreadId = job.nextMaterialThreadId = ts3d::kFirstThreadId;
-  job.repairs = {size % 3 == 0, size % 5 < 2, size % 7 < 3, size % 11 < 5, size % 13 < 6};
+  job.settings.repairs = {size % 3 == 0, size % 5 < 2, size % 7 < 3, size % 11 < 5, size % 13 < 6};
   job.boneRenameList = "a=b";
   job.textureCallback = [](void*, const char*, uint8_t* converted) { *converted = 1; };
   const char* actor = size % 2 ? "actor (male)" : "";

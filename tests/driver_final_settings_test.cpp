@@ -181,9 +181,9 @@ TEST(FinalSettings, MayBeAskedForByTheNamesOfDocumentAndPackageAndByABareName) {
     EXPECT_EQ(ApplyFinalSettings(host.job, {host.ModelPath(name), 0, {}}), FinishResult::Success) << name;
   }
   Converted host;
-  host.job.modelDirectory = host.ModelPath("elsewhere\\");
+  host.job.files.modelDirectory = host.ModelPath("elsewhere\\");
   EXPECT_EQ(ApplyFinalSettings(host.job, {"model.fbx", 0, {}}), FinishResult::UpdateFailed);
-  EXPECT_EQ(host.job.modelDirectory, host.ModelPath("elsewhere\\"));
+  EXPECT_EQ(host.job.files.modelDirectory, host.ModelPath("elsewhere\\"));
   EXPECT_EQ(host.ReadPackage().Count("model.xfg"), 1u) << "no empty member";
   ts3d::ConversionJob fresh;
   EXPECT_EQ(ApplyFinalSettings(fresh, {"model.fbx", 0, {}}), FinishResult::Success);

@@ -35,9 +35,9 @@ TEST(MaterialFile, HoldsTheColoursOfItsClassCutOffNotRounded) {
       {&unknown, Xrf("0 0 0 255", "0 0 0 255", "0 0 0 255", "0.300000")}};
   for (const auto& [material, text] : cases) {
     TestHost host;
-    host.job.modelDirectory = host.ModelPath("");
-    ts3d::PackagedNameSet names;
-    WriteMaterial("skin", *material, false, host.job, names);
+    host.job.files.modelDirectory = host.ModelPath("");
+    ts3d::ActorPackage package(host.job.files, host.job.settings, host.job.status);
+    WriteMaterial("skin", *material, false, host.job, package);
     EXPECT_EQ(support::ReadWholeFile(host.folder.Path("skin.xrf")), text);
     EXPECT_EQ(host.lines.front(), "Writing Material: skin");
     EXPECT_EQ(host.Told("Unkown type of Material"), material == &unknown ? 1u : 0u);
@@ -47,7 +47,7 @@ TEST(MaterialFile, HoldsTheColoursOfItsClassCutOffNotRounded) {
 TEST(MaterialFile, OfAMeshWithoutMaterialsIsGrey) {
   for (const bool hasMap : {false, true}) {
     TestHost host;
-    host.job.modelDirectory = host.ModelPath("");
+    host.job.files.modelDirectory = host.ModelPath("");
     ts3d::WriteDefaultMaterial("Body", hasMap, host.job);
     constexpr const char* kGrey = "127 127 127 255";
     EXPECT_EQ(support::ReadWholeFile(host.folder.Path("Body.xrf")),

@@ -118,7 +118,7 @@ TEST(Textures, OfTheBaseColourServeWhenAskedForWhateverItsNameIs) {
         model.Texture(material, std::to_string(i) + ".png", "", properties[i]);
       }
       TestHost host;
-      host.job.findsBaseColours = isAsked;
+      host.job.settings.findsBaseColours = isAsked;
       const std::string xrf = XrfOf(host, model);
       const bool isFound = !map.empty() && (isAsked || properties.back() == std::string("DiffuseColor"));
       EXPECT_THAT(xrf, HasSubstr("<MAP>" + (isFound ? map + ".tga" : "") + "</MAP>")) << properties[0];
@@ -135,7 +135,7 @@ TEST(Textures, OfLayersGiveTheLowestPictureWhereItIsAskedFor) {
     Character::Coordinates(mesh, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
     model.LayeredTexture(model.Material(mesh), {"", "skin.png", "dirt.png"});
     TestHost host;
-    host.job.findsBaseColours = isAsked;
+    host.job.settings.findsBaseColours = isAsked;
     EXPECT_THAT(XrfOf(host, model), HasSubstr(isAsked ? "<MAP>skin.tga</MAP>" : "<MAP></MAP>"));
   }
 }

@@ -111,7 +111,7 @@ TEST(MeshFilter, DropsWholeNamesOfTheExclusionListForEveryModel) {
   Character model;
   for (const char* name : {"Body", "Hat", "Bod"}) model.Triangle(name);
   TestHost host;
-  host.job.exclusionList = {"bODY", ""};
+  host.job.settings.exclusionList = {"bODY", ""};
   ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
   EXPECT_EQ(host.ReadPackage().Names(), "skeleton.csf model.xfg Hat.cmf Bod.cmf Hat.xrf Bod.xrf");
   EXPECT_EQ(host.Document().find("Body"), std::string::npos);
@@ -127,7 +127,7 @@ TEST(MeshFilter, DropsAllPartsOfAnExcludedMeshAndSinglePartsWithTheirThread) {
       {"Body_A", "skeleton.csf model.xfg Body_b.cmf Body.cmf Hat.cmf Body_b.xrf Body.xrf Hat.xrf"}};
   for (const auto& [excluded, members] : cases) {
     TestHost host;
-    host.job.exclusionList = {excluded};
+    host.job.settings.exclusionList = {excluded};
     ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
     EXPECT_EQ(host.ReadPackage().Names(), members);
     EXPECT_THAT(host.LinesThatBegin(">>> Error"), ElementsAre());

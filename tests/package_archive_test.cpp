@@ -31,22 +31,22 @@ using PackLevel = std::optional<int>;
 const PackLevel kLevels[] = {std::nullopt, 0, ts3d::kFastPackLevel, ts3d::kDefaultPackLevel,
                              ts3d::kSmallestPackLevel};
 
-/// A host with an open package "model.czp", and the names added to it.
+/// A host with an open package "model.czp".
 struct Archive : TestHost {
   explicit Archive(PackLevel level = {}) {
-    job.packLevel = level;
-    job.modelDirectory = ModelPath("");
-    EXPECT_TRUE(OpenActorPackage(job, ModelPath("model.czp"), ts3d::PackageMode::Create));
+    job.settings.packLevel = level;
+    job.files.modelDirectory = ModelPath("");
+    EXPECT_TRUE(package.Open(ModelPath("model.czp"), ts3d::PackageMode::Create));
   }
   int32_t Add(const std::string& name, AfterAdding after = AfterAdding::KeepFile) {
-    return AddFileToPackage(job, names, name, after);
+    return package.AddFileToPackage(name, after);
   }
   support::Package Close() {
-    EXPECT_TRUE(CloseActorPackage(job));
+    EXPECT_TRUE(package.Close());
     return ReadPackage();
   }
 
-  ts3d::PackagedNameSet names;
+  ts3d::ActorPackage package{job.files, job.settings, job.status};
 };
 
 TEST(Archive, HoldsFilesOfAnySizeUnderTheirNames) {
@@ -83,8 +83,8 @@ TEST(Archive, NeverTakesTheModelNorWhatIsOutsideItsFolder) {
   std::filesystem::create_directory(archive.folder.Path("models"));
   archive.folder.Write("secret", "secret");
   EXPECT_EQ(archive.Add("model.czp", AfterAdding::DeleteFile), -1) << "itself";
-  archive.job.modelDirectory = archive.ModelPath("models\\");
-  archive.job.inputPath = archive.folder.Write("models/model.fbx", "model");
+  archive.job.files.modelDirectory = archive.ModelPath("models\\");
+  archive.job.files.inputPath = archive.folder.Write("models/model.fbx", "model");
   for (const std::string& name :
        {std::string("../secret"), std::string("..\\secret"), archive.folder.Path("secret"), std::string(".."),
         std::string(), std::string("model.fbx")}) {
@@ -151,8 +151,8 @@ TEST(PackageOfAModel, HoldsTheSameAtAnyLevelAndWhenSmallFilesStayInMemory) {
   const support::Package expected = plain.ReadPackage();
   for (const PackLevel level : kLevels) {
     TestHost holding;
-    holding.job.packLevel = level;
-    holding.job.holdsSmallFiles = true;
+    holding.job.settings.packLevel = level;
+    holding.job.settings.holdsSmallFiles = true;
     holding.folder.Write("Body.xrf", "what an earlier run left");
     ASSERT_EQ(holding.Convert(model.Text()), ts3d::ConversionResult::Success);
     const support::Package package = holding.ReadPackage();

@@ -44,7 +44,7 @@ struct Converted {
       : package(Convert(model, repairs, name, host)), bones(support::ReadCsf(package["skeleton.csf"])) {}
   static support::Package Convert(const Character& model, const Repairs& repairs, const std::string& name,
                                   TestHost& host) {
-    host.job.repairs = repairs;
+    host.job.settings.repairs = repairs;
     EXPECT_EQ(host.Convert(model.Text(), name), ts3d::ConversionResult::Success);
     return host.ReadPackage(name);
   }

@@ -77,7 +77,7 @@ TEST(RuntimeClient, StandsAwayFromTheMeshByTheRootScaleUnlessBonesAreRigid) {
   TestHost host(model);
   // The scale multiplies the stored translation of the root, bone space knows nothing of it.
   EXPECT_EQ(CheckInRuntime(host.ReadPackage(), {99, 198, 297}).moved, 2u);
-  host.job.repairs.rigidBones = true;
+  host.job.settings.repairs.rigidBones = true;
   ASSERT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::Success);
   EXPECT_EQ(CheckInRuntime(host.ReadPackage()).moved, 2u);
 }

@@ -146,7 +146,7 @@ TEST(Bones, WithoutScaleStandWhereTheyStandInTheWorld) {
   model.BindPose({{root, {100, 0, 0, 0, 0, 100, 0, 0, 0, 0, 100, 0, 1, 2, 3, 1}},
                   {spine, {0, 100, 0, 0, -100, 0, 0, 0, 0, 0, 100, 0, 1, 112, 3, 1}}});
   TestHost host;
-  host.job.repairs.rigidBones = true;
+  host.job.settings.repairs.rigidBones = true;
   EXPECT_EQ(host.Convert(model.Text()), ts3d::ConversionResult::NoMesh);
   const auto bones = support::ReadCsf(host.ReadPackage()["skeleton.csf"]);
   EXPECT_THAT(bones[0].translation, IsAt(1, 2, 3));

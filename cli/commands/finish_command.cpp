@@ -131,8 +131,8 @@ int RunFinish(const FinishOptions& options) {
   JobHost host;
   host.onStatus = [&](std::string_view line) { printer.Print(options.model, line); };
   ts3d::ConversionJob job;
-  job.packLevel = options.packLevel;
-  job.memberDate = SourceDate();
+  job.settings.packLevel = options.packLevel;
+  job.settings.memberDate = SourceDate();
   host.Attach(job);
   job.actorType = ts3d::ActorTypeOf(history.latest);
   // The converter deletes the packed document from the current directory; from here it cannot, so that it
@@ -142,7 +142,7 @@ int RunFinish(const FinishOptions& options) {
   errno = 0;
   const int code = ApplyFinishSettings(model.string(), settings, history.converted, job);
   if (code != 0) {
-    const bool isFull = platform::IsDiskFull(errno) || platform::IsDiskFull(job.writeError);
+    const bool isFull = platform::IsDiskFull(errno) || platform::IsDiskFull(job.files.writeError);
     PrintMessage(options.model, Severity::Error,
                  (isFull ? "the disk is full: " : "") + std::string(DescribeExitCode(code)));
     return code;

@@ -12,7 +12,7 @@
 
 #include "convert/convert_model.h"
 #include "core/names.h"
-#include "core/work_file.h"
+#include "core/work_files.h"
 #include "host/find_packages.h"
 #include "host/input_problem.h"
 #include "host/load_package.h"

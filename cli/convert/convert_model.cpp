@@ -40,16 +40,16 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.rotationX = options.rotationX;
   job.boneRenameList = JoinList(options.boneRenames);
   SetMeshOptions(options, job);
-  job.exclusionList = options.excludedNames;
-  job.repairs = options.repairs;
-  job.packLevel = options.packLevel;
-  job.memberDate = SourceDate();
-  job.holdsSmallFiles = true;
-  job.offerTgaTextures = true;
-  job.plugins = !options.loadsPlugins                     ? ts3d::Plugins::LeaveOut
-                : options.verbosity == Verbosity::Verbose ? ts3d::Plugins::LoadAndName
-                                                          : ts3d::Plugins::Load;
-  job.findsBaseColours = true;
+  job.settings.exclusionList = options.excludedNames;
+  job.settings.repairs = options.repairs;
+  job.settings.packLevel = options.packLevel;
+  job.settings.memberDate = SourceDate();
+  job.settings.holdsSmallFiles = true;
+  job.settings.offerTgaTextures = true;
+  job.settings.plugins = !options.loadsPlugins                     ? ts3d::Plugins::LeaveOut
+                         : options.verbosity == Verbosity::Verbose ? ts3d::Plugins::LoadAndName
+                                                                   : ts3d::Plugins::Load;
+  job.settings.findsBaseColours = true;
 }
 
 /// Ends a conversion that would make the package that is there.
@@ -154,7 +154,7 @@ std::string WhyFailed(const ModelTask& task, const WorkFolder& work, int code,
     if (!known.empty()) return known;
   }
   if (!job.loadError.empty()) return "the model cannot be loaded: " + job.loadError;
-  if (platform::IsDiskFull(job.writeError)) {
+  if (platform::IsDiskFull(job.files.writeError)) {
     const fs::path folder = work.Model().parent_path().parent_path();
     return "the disk is full: there is no room for work files in " + folder.string() +
            "; make room there, or let TMPDIR name another folder";

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "convert/result_messages.h"
-#include "core/work_file.h"
+#include "core/work_files.h"
 #include "host/replace_files.h"
 #include "output/exit_codes.h"
 #include "platform/replacement.h"

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "core/work_file.h"
+#include "core/work_files.h"
 #include "output/exit_codes.h"
 #include "platform/replacement.h"
 

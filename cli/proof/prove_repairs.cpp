@@ -68,18 +68,19 @@ const Trial& Best(const std::vector<Trial>& trials) {
 ProvenRepairs ChooseRepairsByProof(const ts3d::ConversionJob& loaded, const fs::path& model,
                                    const ConvertOptions& options) {
   const std::vector<ts3d::RepairSettings> sets = CandidateRepairs(loaded);
-  if (sets.size() == 1 && sets.front() == loaded.repairs) return {{loaded.repairs, {}}, {}, {}};
-  const std::optional<RepairError> before = Try(loaded, model, options, loaded.repairs);
+  if (sets.size() == 1 && sets.front() == loaded.settings.repairs)
+    return {{loaded.settings.repairs, {}}, {}, {}};
+  const std::optional<RepairError> before = Try(loaded, model, options, loaded.settings.repairs);
   if (!before) return {ChooseRepairs(loaded), {}, {}};
   std::vector<Trial> trials;
   for (const ts3d::RepairSettings& set : sets) {
     const std::optional<RepairError> error =
-        set == loaded.repairs ? before : Try(loaded, model, options, set);
+        set == loaded.settings.repairs ? before : Try(loaded, model, options, set);
     if (!error || error->atRest > std::max(prove::kLimit, before->atRest)) continue;
     trials.emplace_back(set, *error);
     if (error->Worst() <= prove::kLimit) break;
   }
-  if (trials.empty()) return {{loaded.repairs, {}}, before, before};
+  if (trials.empty()) return {{loaded.settings.repairs, {}}, before, before};
   const auto& [settings, after] =
       trials.back().second.Worst() <= prove::kLimit ? trials.back() : Best(trials);
   return {DescribeRepairs(loaded, settings), before, after};
@@ -96,8 +97,8 @@ std::string RepairErrors(const ProvenRepairs& repairs) {
 
 std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOptions& options) {
   ts3d::ConversionJob job;
-  job.exclusionList = options.excludedNames;
-  job.repairs = options.repairs;
+  job.settings.exclusionList = options.excludedNames;
+  job.settings.repairs = options.repairs;
   const std::string path = ConverterPath(model);
   job.actorType = options.actorType.value_or(ts3d::DetectActorType(path));
   std::optional<ProvenRepairs> found;

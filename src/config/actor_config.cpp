@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "config/actor_config.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "config/bone_renames.h"
 #include "config/control_bones.h"
 #include "config/fixed_materials.h"
 #include "config/mesh_list.h"
 #include "core/names.h"
 #include "core/trace.h"
-#include "core/work_file.h"
+#include "core/work_files.h"
 #include "skeleton/skeleton_state.h"
 
 namespace ts3d {
@@ -43,14 +46,40 @@ std::string Bones(const ConversionJob& job) {
   return text;
 }
 
-std::string Lists(ConversionJob& job, PackagedNameSet& packagedNames) {
-  std::string text = "<meshes>\n";
+bool IsDoubleSided(std::string_view name, const ConversionJob& job) {
+  const std::vector<std::string_view> entries = SplitList(job.meshOptionList);
+  return std::any_of(entries.begin(), entries.end(), [&](std::string_view entry) {
+    return entry.starts_with('!') && EqualsIgnoreCase(entry.substr(1), name);
+  });
+}
+
+std::string MeshLines(const ConversionJob& job, const MeshList& meshes) {
+  std::string lines;
+  meshes.ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
+    if (IsLeftOut(listed, job)) return;
+    const std::string& name = listed.name;
+    DebugTrace(ComposeMessage("Writing <mesh name=\"", name, "\""));
+    lines += ComposeMessage("\t<mesh name=\"", name, "\" file=\"", name, ".cmf\"");
+    lines += IsDoubleSided(name, job) ? " backfacing=\"both\"/>\n" : "/>\n";
+  });
+  return lines;
+}
+
+std::string MaterialLines(ConversionJob& job, const MeshList& meshes) {
+  std::string lines;
+  meshes.ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
+    if (IsLeftOut(listed, job)) return;
+    lines += MaterialLine(listed.name, job.nextMaterialThreadId++, listed.name + ".xrf");
+  });
+  return lines;
+}
+
+std::string Lists(ConversionJob& job, const MeshList& meshes) {
   DebugTrace("<meshes>");
-  WriteMeshListForScene(job, MeshListMode::MeshLines, packagedNames, AfterAdding::KeepFile, text);
+  std::string text = "<meshes>\n" + MeshLines(job, meshes);
   DebugTrace("</meshes>");
   text += "</meshes>\n<materials>\n" + FixedMaterialLines(job.actorType);
-  WriteMeshListForScene(job, MeshListMode::MaterialLines, packagedNames, AfterAdding::KeepFile, text);
-  return text + "</materials>\n";
+  return text + MaterialLines(job, meshes) + "</materials>\n";
 }
 
 }  // namespace
@@ -81,14 +110,13 @@ std::string ObjectId(ActorType actorType, const std::string& documentPath) {
   return fileName.substr(0, fileName.size() < 4 ? 0 : fileName.size() - 4);
 }
 
-void WriteActorConfig(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames) {
+void WriteActorConfig(ConversionJob& job, const std::string& packagePath, const MeshList& meshes) {
   const std::string documentPath = ReplaceExtension(packagePath, "xfg");
-  const std::string text =
-      Head(job, documentPath) + Bones(job) + Lists(job, packagedNames) + "</cal_config>\n";
-  platform::FilePtr file = CreateHostFile(job, documentPath, "w");
+  const std::string text = Head(job, documentPath) + Bones(job) + Lists(job, meshes) + "</cal_config>\n";
+  platform::FilePtr file = CreateHostFile(job.files, documentPath, "w");
   if (!file) return;
   // A torso would be packed as if it were the document.
-  if (!WriteAndClose(std::move(file), text)) DiscardFile(job, documentPath);
+  if (!WriteAndClose(std::move(file), text)) DiscardFile(job.files, documentPath);
 }
 
 }  // namespace ts3d

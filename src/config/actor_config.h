@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "config/mesh_list.h"
 #include "core/conversion_job.h"
-#include "package/actor_package.h"
 
 namespace ts3d {
 
@@ -16,6 +16,6 @@ std::string DocumentHead();
 
 /// Writes the document that tells the product how to assemble the actor, beside the package. When it cannot
 /// be written nothing happens: adding it to the package then fails and says so.
-void WriteActorConfig(ConversionJob& job, const std::string& packagePath, PackagedNameSet& packagedNames);
+void WriteActorConfig(ConversionJob& job, const std::string& packagePath, const MeshList& meshes);
 
 }  // namespace ts3d

@@ -184,15 +184,15 @@ void Converter::PrepareJob() {
   job.boneRenameList = options_.boneRenames;
   job.meshOptionMode = options_.meshOptionMode;
   job.meshOptionList = options_.meshOptions;
-  job.exclusionList = options_.exclusions;
-  job.repairs = options_.repairs;
-  job.packLevel = options_.packLevel;
-  job.offerTgaTextures = options_.convertsPictures;
-  job.findsBaseColours = options_.convertsPictures;
+  job.settings.exclusionList = options_.exclusions;
+  job.settings.repairs = options_.repairs;
+  job.settings.packLevel = options_.packLevel;
+  job.settings.offerTgaTextures = options_.convertsPictures;
+  job.settings.findsBaseColours = options_.convertsPictures;
   job.configScale = 1.0f;
   job.nextMeshThreadId = job.nextMaterialThreadId = kFirstThreadId;
-  job.holdsSmallFiles = true;
-  job.ownsModelFolder = true;
+  job.settings.holdsSmallFiles = true;
+  job.settings.ownsModelFolder = true;
   job.status.ForgetSent();
 }
 

@@ -26,7 +26,7 @@ bool IsHeadPart(std::string_view name) {
 }  // namespace
 
 bool IsExcluded(std::string_view name, const ConversionJob& job) {
-  const auto& excluded = job.exclusionList;
+  const auto& excluded = job.settings.exclusionList;
   return std::any_of(excluded.begin(), excluded.end(),
                      [&](const std::string& entry) { return EqualsIgnoreCase(name, entry); });
 }

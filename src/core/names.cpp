@@ -29,6 +29,10 @@ std::string LetterSuffix(int n) {
   return {static_cast<char>(96 + k), static_cast<char>('a' + r)};
 }
 
+std::string SliceName(const std::string& meshName, int number) {
+  return number == 0 ? meshName : meshName + "_" + LetterSuffix(number - 1);
+}
+
 std::string DirectoryPart(std::string_view path) {
   const size_t separator = path.rfind('\\');
   return std::string(separator == std::string_view::npos ? path : path.substr(0, separator + 1));

@@ -17,6 +17,10 @@ std::string SanitizeMeshName(std::string_view name);
 /// Name suffix number `n` (from 0): "a" to "z", then "aa", "ab", ... "az", "ba", ...
 std::string LetterSuffix(int n);
 
+/// Name of output number `number` of the mesh `meshName`, one for each of its materials: the mesh's name, then
+/// the name with "_a", "_b", ...
+std::string SliceName(const std::string& meshName, int number);
+
 /// `path` up to and including its last backslash; the whole of it when it has none.
 std::string DirectoryPart(std::string_view path);
 

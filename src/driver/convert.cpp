@@ -2,12 +2,13 @@
 #include "driver/convert.h"
 
 #include <new>
+#include <optional>
 
 #include "config/actor_config.h"
 #include "config/mesh_list.h"
 #include "core/names.h"
 #include "core/progress.h"
-#include "core/work_file.h"
+#include "core/work_files.h"
 #include "driver/actor_type.h"
 #include "driver/scene_loader.h"
 #include "mesh/convert_mesh.h"
@@ -26,7 +27,7 @@ constexpr const char* kSkeletonName = "skeleton.csf";
 
 /// Deletes what an earlier run left at `path`; false when the model itself is there.
 bool ClearWay(const ConversionJob& job, const std::string& path) {
-  if (platform::IsSameFile(path, job.inputPath)) return false;
+  if (platform::IsSameFile(path, job.files.inputPath)) return false;
   if (platform::FileExists(path)) platform::RemoveFile(path);
   return true;
 }
@@ -48,22 +49,32 @@ void ReportLoaded(const ConversionJob& job, const LoadedVersions& versions) {
   job.status.Send(Notice::ModelVersion, Text(versions.file));
 }
 
+/// Adds a file for each name of the list that is not left out.
+void AddListedFiles(const ConversionJob& job, ActorPackage& package, const MeshList& meshes,
+                    const char* ending, double from, double to) {
+  const size_t total = meshes.CountNames();
+  size_t done = 0;
+  meshes.ForEach(MeshList::OwnName::Last, [&](const ListedName& listed) {
+    if (!IsLeftOut(listed, job)) package.AddFileToPackage(listed.name + ending, AfterAdding::DeleteFile);
+    ReportProgress(job, from, to, ++done, total);
+  });
+}
+
 /// Adds everything but the textures, which are in the package already, and completes it.
-ConversionResult FillPackage(ConversionJob& job, const std::string& packagePath,
-                             PackagedNameSet& packagedNames) {
+ConversionResult FillPackage(ConversionJob& job, ActorPackage& package, const std::string& packagePath,
+                             const MeshList& meshes) {
   const std::string documentName = FileNamePart(ReplaceExtension(packagePath, "xfg"));
-  std::string noLines;
   ConversionResult result = ConversionResult::Success;
-  if (AddFileToPackage(job, packagedNames, kSkeletonName, AfterAdding::DeleteFile) != 0 ||
-      AddDocumentToPackage(job, packagedNames, job.modelDirectory + documentName, documentName) != 0) {
+  if (package.AddFileToPackage(kSkeletonName, AfterAdding::DeleteFile) != 0 ||
+      package.AddDocumentToPackage(job.files.modelDirectory + documentName, documentName) != 0) {
     result = ConversionResult::PackageFailed;
   } else {
-    result = static_cast<ConversionResult>(WriteMeshListForScene(
-        job, MeshListMode::AddMeshFiles, packagedNames, AfterAdding::DeleteFile, noLines));
+    AddListedFiles(job, package, meshes, ".cmf", kMeshesWritten, kMeshesPacked);
+    if (meshes.IsEmpty()) result = ConversionResult::NoMesh;
   }
-  WriteMeshListForScene(job, MeshListMode::AddMaterialFiles, packagedNames, AfterAdding::DeleteFile, noLines);
+  AddListedFiles(job, package, meshes, ".xrf", kMeshesPacked, kMaterialsPacked);
   ReportProgress(job, kMaterialsPacked);
-  if (!CloseActorPackage(job)) {
+  if (!package.Close()) {
     // A package without its directory, or with half a member, only looks like one.
     platform::RemoveFile(packagePath);
     job.status.Send(Notice::PackageIncomplete);
@@ -79,18 +90,12 @@ void ReportDamage(ConversionJob& job) {
   for (const std::string& array : job.damagedArrays) job.status.Send(Notice::ArrayDamaged, array);
 }
 
-void AbandonPackage(ConversionJob& job, const std::string& packagePath) {
-  job.packageIsDamaged = true;
-  if (job.packageHandle) CloseActorPackage(job);
-  platform::RemoveFile(packagePath);
-}
-
-void WriteMeshes(ConversionJob& job, PackagedNameSet& packagedNames) {
+void WriteMeshes(ConversionJob& job, ActorPackage& package) {
   size_t total = 0, done = 0;
   ForEachMeshNode(job.sceneRoot, [&](const scene::KFbxNode&) { ++total; });
   for (int i = 0; i < job.sceneRoot->GetChildCount(); ++i) {
     ForEachMeshNode(job.sceneRoot->GetChild(i), [&](const scene::KFbxNode& node) {
-      ConvertMeshNode(node, job, packagedNames);
+      ConvertMeshNode(node, job, package);
       ReportProgress(job, kModelLoaded, kMeshesWritten, ++done, total);
     });
   }
@@ -101,22 +106,24 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
   const std::string packagePath = ReplaceExtension(fbxPath, "czp");
   job.failureCode = static_cast<int32_t>(ConversionResult::PackageFailed);
   const bool hasPlace = HasRoomForExtension(fbxPath);
+  std::optional<ActorPackage> package(std::in_place, job.files, job.settings, job.status);
   const bool isOpen =
-      hasPlace && ClearWay(job, packagePath) && OpenActorPackage(job, packagePath, PackageMode::Create);
+      hasPlace && ClearWay(job, packagePath) && package->Open(packagePath, PackageMode::Create);
   try {
-    PackagedNameSet packagedNames;
-    WriteMeshes(job, packagedNames);
-    if (hasPlace) WriteActorConfig(job, packagePath, packagedNames);
+    WriteMeshes(job, *package);
+    const MeshList meshes(*job.sceneRoot);
+    if (hasPlace) WriteActorConfig(job, packagePath, meshes);
     ReportDamage(job);
-    return isOpen ? FillPackage(job, packagePath, packagedNames) : ConversionResult::PackageFailed;
+    return isOpen ? FillPackage(job, *package, packagePath, meshes) : ConversionResult::PackageFailed;
   } catch (...) {
-    if (isOpen) AbandonPackage(job, packagePath);
+    package.reset();
+    if (isOpen) platform::RemoveFile(packagePath);
     throw;
   }
 }
 
 ConversionResult ConvertLoadedScene(ConversionJob& job, const ConversionRequest& request) {
-  ClearWay(job, job.modelDirectory + kSkeletonName);
+  ClearWay(job, job.files.modelDirectory + kSkeletonName);
   job.failureCode = static_cast<int32_t>(ConversionResult::SkeletonFailed);
   job.status.Send(Notice::GeneratingSkeleton);
   if (!WriteSkeleton(job)) return ConversionResult::SkeletonFailed;
@@ -149,14 +156,10 @@ void ResetRun(ConversionJob& job) {
   job.loadError.clear();
   job.failureReason = {};
   job.damagedArrays.clear();
-  job.writeError = 0;
-  job.modelDirectory.clear();
-  job.inputPath.clear();
-  job.packagePath.clear();
   job.textureErrorNode = nullptr;
   job.materialReferenceReported = false;
-  job.packageHandle = nullptr;
-  job.heldFiles.Clear();
+  job.files = {};
+  job.files.holdsSmallFiles = job.settings.holdsSmallFiles;
 }
 
 namespace {
@@ -164,11 +167,11 @@ namespace {
 /// Creates the scene and fills it from the model.
 bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& versions) {
   if (!request.isQuiet) {
-    CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
+    CreateSdkObjects(job.sdkManager, job.scene, job.settings.plugins != Plugins::LeaveOut);
   } else {
     CreateQuietSdkObjects(job.sdkManager, job.scene);
   }
-  if (job.plugins == Plugins::LoadAndName) {
+  if (job.settings.plugins == Plugins::LoadAndName) {
     for (const std::string& path : job.sdkManager->GetPlugins()) {
       job.status.Send(Notice::PluginLoaded, path);
     }
@@ -198,8 +201,8 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   if (!request.source && !platform::FileExists(fbxPath)) return ConversionResult::NoFile;
   job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
   job.status.Send(Notice::InitializingEngine);
-  job.modelDirectory = DirectoryPart(fbxPath);
-  job.inputPath = fbxPath;
+  job.files.modelDirectory = DirectoryPart(fbxPath);
+  job.files.inputPath = fbxPath;
   job.actorType =
       request.actorType.value_or(DetectActorType(request.actorPath.empty() ? fbxPath : request.actorPath));
   LoadedVersions versions;
@@ -208,12 +211,12 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   ReportLoaded(job, versions);
   ReportProgress(job, kModelLoaded);
   job.sceneRoot = job.scene->GetRootNode();
-  if (request.chooseRepairs) job.repairs = request.chooseRepairs(job);
+  if (request.chooseRepairs) job.settings.repairs = request.chooseRepairs(job);
   const ConversionResult result = ConvertLoadedScene(job, request);
   const bool isComplete = result == ConversionResult::Success || result == ConversionResult::NoMesh;
   if (request.onConverted && isComplete) request.onConverted(*job.sceneRoot);
   ReleaseScene(job);
-  WriteHeldFiles(job);
+  WriteHeldFiles(job.files);
   return result;
 }
 

@@ -4,7 +4,7 @@
 #include <new>
 
 #include "core/names.h"
-#include "core/work_file.h"
+#include "core/work_files.h"
 #include "package/actor_package.h"
 #include "platform/replacement.h"
 
@@ -33,22 +33,21 @@ bool CopyTarget(platform::Replacement& file) {
   return file.Create("wb") && platform::CopyWholeFile(file.Target(), file.Path());
 }
 
-/// Adds the document to the open copy of the package that then takes the package's place, so that whatever
-/// happens the package is the old one or the new one.
-bool AddToPackage(ConversionJob& job, platform::Replacement& package, const std::string& documentPath) {
+/// Adds the document to `package`, the open copy that then takes the package's place, so that whatever happens
+/// the package is the old one or the new one.
+bool AddToPackage(WorkFiles& files, ActorPackage& package, platform::Replacement& copy,
+                  const std::string& documentPath) {
   const std::string documentName = FileNamePart(documentPath);
   // A bare name means the folder of the last conversion, which this pass does not choose.
   const bool isBare = documentName.size() == documentPath.size();
   bool added = false;
   try {
-    PackagedNameSet packagedNames;
-    added =
-        AddDocumentToPackage(job, packagedNames, isBare ? job.modelDirectory + documentName : documentPath,
-                             documentName) == 0;
+    added = package.AddDocumentToPackage(isBare ? files.modelDirectory + documentName : documentPath,
+                                         documentName) == 0;
   } catch (const std::bad_alloc&) {
-    job.packageIsDamaged = true;
+    files.packageIsDamaged = true;
   }
-  if (!CloseActorPackage(job) || !added || !package.TakePlace()) return false;
+  if (!package.Close() || !added || !copy.TakePlace()) return false;
   // What a conversion's work files know as deletion after adding: by the bare name.
   platform::RemoveFile(documentName);
   return true;
@@ -70,7 +69,7 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   const std::string& source = settings.sourcePath;
   job.isFbxFile = EqualsIgnoreCase(source.substr(source.size() < 4 ? 0 : source.size() - 4), ".fbx");
   // Document and package may be named themselves; there is no model here that must not be written.
-  job.inputPath.clear();
+  job.files.inputPath.clear();
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
 
   if (!HasRoomForExtension(source)) return false;
@@ -81,10 +80,11 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   step = kUnwritable;
   if (!ReplaceDocument(documentPath, *rewritten)) return false;
   step = kNotOpened;
-  platform::Replacement package(ReplaceExtension(documentPath, "czp"), platform::Links::Follow);
-  if (!CopyTarget(package) || !OpenActorPackage(job, package.Path(), PackageMode::Append)) return false;
+  platform::Replacement copy(ReplaceExtension(documentPath, "czp"), platform::Links::Follow);
+  ActorPackage package(job.files, job.settings, job.status);
+  if (!CopyTarget(copy) || !package.Open(copy.Path(), PackageMode::Append)) return false;
   step = kNotUpdated;
-  return AddToPackage(job, package, documentPath);
+  return AddToPackage(job.files, package, copy, documentPath);
 }
 
 }  // namespace

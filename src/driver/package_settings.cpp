@@ -13,17 +13,15 @@ namespace {
 constexpr std::string_view kDocumentEnding = ".xfg";
 
 /// Adds `text` as the member `name` to the open package.
-bool AddText(ConversionJob& job, const std::string& name, const std::string& text) {
+bool AddText(WorkFiles& files, ActorPackage& package, const std::string& name, const std::string& text) {
   bool added = false;
   try {
-    PackagedNameSet packagedNames;
-    added = job.heldFiles.Put(name, text) &&
-            AddFileToPackage(job, packagedNames, name, AfterAdding::KeepFile) == 0;
+    added = files.held.Put(name, text) && package.AddFileToPackage(name, AfterAdding::KeepFile) == 0;
   } catch (const std::bad_alloc&) {
-    job.packageIsDamaged = true;
+    files.packageIsDamaged = true;
   }
-  job.heldFiles.Clear();
-  return CloseActorPackage(job) && added;
+  files.held.Clear();
+  return package.Close() && added;
 }
 
 /// @param step  is set to what a failure of the step that is running means
@@ -36,10 +34,11 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, FinishResult& ste
       RewriteDocument(converted, job, settings.meshList, settings.unnamed);
   if (!rewritten) return false;
   step = FinishResult::UpdateFailed;
-  platform::Replacement package(settings.sourcePath, platform::Links::Follow);
-  return package.Create("wb") && platform::CopyWholeFile(package.Target(), package.Path()) &&
-         OpenActorPackage(job, package.Path(), PackageMode::Append) &&
-         AddText(job, old->name, WithNativeLineEnds(*rewritten)) && package.TakePlace();
+  platform::Replacement copy(settings.sourcePath, platform::Links::Follow);
+  ActorPackage package(job.files, job.settings, job.status);
+  return copy.Create("wb") && platform::CopyWholeFile(copy.Target(), copy.Path()) &&
+         package.Open(copy.Path(), PackageMode::Append) &&
+         AddText(job.files, package, old->name, WithNativeLineEnds(*rewritten)) && copy.TakePlace();
 }
 
 }  // namespace

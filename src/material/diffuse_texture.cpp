@@ -53,14 +53,14 @@ const scene::KFbxProperty* DiffuseProperty(const scene::KFbxSurfaceMaterial& mat
                                            const ConversionJob& job) {
   const scene::KFbxProperty* diffuse = material.FindProperty("DiffuseColor");
   if (diffuse && diffuse->GetSrcTextureCount() > 0) return diffuse;
-  return job.findsBaseColours ? BaseColour(material) : nullptr;
+  return job.settings.findsBaseColours ? BaseColour(material) : nullptr;
 }
 
 const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material,
                                          const ConversionJob& job) {
   const scene::KFbxProperty* property = DiffuseProperty(material, job);
   if (!property) return nullptr;
-  return job.findsBaseColours ? PictureOf(*property) : property->GetSrcTexture(0);
+  return job.settings.findsBaseColours ? PictureOf(*property) : property->GetSrcTexture(0);
 }
 
 }  // namespace ts3d

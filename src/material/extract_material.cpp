@@ -26,7 +26,7 @@ void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& 
   } else {
     job.status.Send(Notice::UnknownMaterial);
     // Its colours are not known, and the picture would be multiplied by the default: black.
-    if (job.findsBaseColours && record.hasMap && DiffuseTexture(material, job)) {
+    if (job.settings.findsBaseColours && record.hasMap && DiffuseTexture(material, job)) {
       record.ambient = record.diffuse = {1, 1, 1};
     }
   }
@@ -44,11 +44,11 @@ MaterialRecord ReadMaterial(const std::string& name, const scene::KFbxSurfaceMat
 }
 
 void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
-                   ConversionJob& job, PackagedNameSet& packagedNames) {
+                   ConversionJob& job, ActorPackage& package) {
   job.status.Send(Notice::WritingMaterial, name);
   MaterialRecord record = ReadMaterial(name, material, hasMap, job);
   const scene::KFbxTexture* texture = DiffuseTexture(material, job);
-  if (hasMap && texture) record.mapName = PackTexture(*texture, job, packagedNames);
+  if (hasMap && texture) record.mapName = PackTexture(*texture, job, package);
   WriteXrfFile(record, job);
 }
 

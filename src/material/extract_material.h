@@ -18,7 +18,7 @@ MaterialRecord ReadMaterial(const std::string& name, const scene::KFbxSurfaceMat
 /// Writes the material file `name` for `material` and packs its diffuse texture.
 /// @param hasMap  whether the mesh has texture coordinates
 void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
-                   ConversionJob& job, PackagedNameSet& packagedNames);
+                   ConversionJob& job, ActorPackage& package);
 
 /// Writes the material file `name` of a mesh without materials.
 void WriteDefaultMaterial(const std::string& name, bool hasMap, ConversionJob& job);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "material/texture_files.h"
 
-#include "core/work_file.h"
+#include "core/work_files.h"
 
 namespace ts3d {
 namespace {
@@ -13,7 +13,7 @@ std::string BaseName(const std::string& path) {
 
 /// @return whether the ".tga" file exists, by the host's word where it is asked
 bool OfferToHost(const ConversionJob& job, const std::string& source, const std::string& tgaName) {
-  uint8_t converted = WorkFileExists(job, tgaName) ? 1 : 0;
+  uint8_t converted = WorkFileExists(job.files, tgaName) ? 1 : 0;
   if (job.textureCallback) job.textureCallback(job.status.callbackContext, source.c_str(), &converted);
   return converted != 0;
 }
@@ -26,18 +26,17 @@ std::string TgaName(const std::string& source) {
   return baseName.substr(0, baseName.find('.')) + ".tga";
 }
 
-std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job,
-                        PackagedNameSet& packagedNames) {
+std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job, ActorPackage& package) {
   const std::string& source =
       texture.GetFileName().empty() ? texture.GetRelativeFileName() : texture.GetFileName();
   std::string tgaName = TgaName(source);
   if (tgaName == BaseName(source)) {
-    if (job.offerTgaTextures) OfferToHost(job, source, tgaName);
-    if (WorkFileExists(job, tgaName)) AddFileToPackage(job, packagedNames, tgaName, AfterAdding::KeepFile);
+    if (job.settings.offerTgaTextures) OfferToHost(job, source, tgaName);
+    if (WorkFileExists(job.files, tgaName)) package.AddFileToPackage(tgaName, AfterAdding::KeepFile);
     return tgaName;
   }
   if (OfferToHost(job, source, tgaName)) {
-    AddFileToPackage(job, packagedNames, tgaName, AfterAdding::KeepFile);
+    package.AddFileToPackage(tgaName, AfterAdding::KeepFile);
   } else {
     job.status.Send(Notice::PictureToConvert, source, tgaName);
   }

@@ -16,7 +16,6 @@ std::string TgaName(const std::string& source);
 /// Brings the picture of `texture` into the package as a ".tga" file, with the host's help when it is of
 /// another kind, and reports when that fails.
 /// @return the picture's name in the package, whether it got there or not
-std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job,
-                        PackagedNameSet& packagedNames);
+std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job, ActorPackage& package);
 
 }  // namespace ts3d

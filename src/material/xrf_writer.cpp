@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
+#include "core/file_writer.h"
 #include "core/mesh_filter.h"
 #include "core/number_format.h"
-#include "core/work_file.h"
 
 namespace ts3d {
 namespace {
@@ -38,7 +38,7 @@ std::string XrfText(const MaterialRecord& material) {
 void WriteXrfFile(const MaterialRecord& material, ConversionJob& job) {
   if (skipThisMesh(material.name, job)) return;
   const std::string text = XrfText(material);
-  WorkFileWriter out(job, material.name + ".xrf", WorkFileWriter::Content::Text);
+  WorkFileWriter out(job.files, material.name + ".xrf", WorkFileWriter::Content::Text);
   out.Bytes(text.data(), text.size());
   out.Finish();
 }

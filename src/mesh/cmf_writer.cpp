@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "core/work_file.h"
+#include "core/file_writer.h"
 #include "package/actor_package.h"
 #include "skeleton/skeleton_state.h"
 
@@ -20,7 +20,7 @@ class CmfWriter {
       : mesh_(mesh),
         coordinates_(coordinates),
         job_(job),
-        out_(job, fileName, WorkFileWriter::Content::Binary),
+        out_(job.files, fileName, WorkFileWriter::Content::Binary),
         warned_(OnlyDummyBone(job)) {}
 
   void WriteHeader(size_t vertexCount, size_t faceCount) {
@@ -108,9 +108,9 @@ class CmfWriter {
 }  // namespace
 
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
-                  std::span<int32_t> outputIndex, ConversionJob& job) {
+                  std::span<int32_t> outputIndex, ConversionJob& job, ActorPackage& package) {
   const std::string fileName = slice.name + ".cmf";
-  WorkFileBegins(job, fileName);
+  package.WorkFileBegins(fileName);
   CmfWriter writer(mesh, coordinates, job, fileName);
   writer.WriteHeader(slice.VertexCount(mesh), slice.FaceCount(mesh));
   if (slice.whole) {
@@ -124,7 +124,7 @@ void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinat
     }
     for (const uint32_t triangle : slice.triangles) writer.WriteFace(triangle, outputIndex);
   }
-  if (writer.Finish()) WorkFileEnds(job, fileName);
+  if (writer.Finish()) package.WorkFileEnds(fileName);
 }
 
 }  // namespace ts3d

@@ -8,6 +8,7 @@
 #include "core/conversion_job.h"
 #include "mesh/point_data.h"
 #include "mesh/texture_coordinates.h"
+#include "package/actor_package.h"
 #include "scene/container/array_reader.h"
 #include "scene/geometry/triangulate.h"
 #include "skeleton/bone_influences.h"
@@ -38,6 +39,6 @@ struct MeshSlice {
 /// cannot be written is left out without a message.
 /// @param outputIndex  scratch, one entry for each record; not used for a whole mesh
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
-                  std::span<int32_t> outputIndex, ConversionJob& job);
+                  std::span<int32_t> outputIndex, ConversionJob& job, ActorPackage& package);
 
 }  // namespace ts3d

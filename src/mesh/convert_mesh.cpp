@@ -31,7 +31,7 @@ void CheckMaterialReference(KFbxMesh& mesh, int materialCount, ConversionJob& jo
 /// @return the names of the files
 std::vector<std::string> WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh,
                                      const MeshData& data, TextureCoordinates& coordinates,
-                                     ConversionJob& job) {
+                                     ConversionJob& job, ActorPackage& package) {
   CheckMaterialReference(mesh, materialCount, job);
   MaterialSlices slices(mesh, data, materialCount);
   std::vector<std::string> files;
@@ -43,23 +43,23 @@ std::vector<std::string> WriteSlices(const std::string& name, int materialCount,
     if (slices.DegenerateCount() > 0) {
       job.status.Send(Notice::DegenerateRemoved, std::to_string(slices.DegenerateCount()));
     }
-    WriteCmfFile(slice, data, coordinates, outputIndex, job);
+    WriteCmfFile(slice, data, coordinates, outputIndex, job, package);
     files.push_back(slice.name);
   }
   return files;
 }
 
 void WriteMaterials(const std::string& name, const KFbxNode& node, bool hasMap, ConversionJob& job,
-                    PackagedNameSet& packagedNames) {
+                    ActorPackage& package) {
   for (int material = 0; material < node.GetMaterialCount(); ++material) {
-    WriteMaterial(SliceName(name, material), *node.GetMaterial(material), hasMap, job, packagedNames);
+    WriteMaterial(SliceName(name, material), *node.GetMaterial(material), hasMap, job, package);
   }
   if (node.GetMaterialCount() == 0) WriteDefaultMaterial(name, hasMap, job);
 }
 
 }  // namespace
 
-void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& packagedNames) {
+void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, ActorPackage& package) {
   const std::string name = SanitizeMeshName(node.GetName());
   KFbxMesh* mesh = node.GetMesh();
   if (skipThisMesh(name, job) || !mesh || mesh->GetControlPointsCount() == 0) return;
@@ -67,8 +67,9 @@ void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, PackagedNameSet& 
   const MeshData data = PrepareMesh(node, name, job);
   job.status.Send(Notice::WritingMeshHeader);
   TextureCoordinates coordinates(node, mesh->GetUVs(), job);
-  std::vector<std::string> files = WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job);
-  WriteMaterials(name, node, coordinates.FoundAny(), job, packagedNames);
+  std::vector<std::string> files =
+      WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job, package);
+  WriteMaterials(name, node, coordinates.FoundAny(), job, package);
   if (job.onMesh) job.onMesh({node, data, std::move(files)});
   mesh->ReleaseArrays();
 }

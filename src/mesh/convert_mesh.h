@@ -10,6 +10,6 @@ namespace ts3d {
 /// Converts the mesh of `node`: writes a mesh file for each of its materials that has triangles, and a
 /// material file for each of its materials. Meshes without control points and those that the mesh filter
 /// refuses are left out.
-void ConvertMeshNode(const scene::KFbxNode& node, ConversionJob& job, PackagedNameSet& packagedNames);
+void ConvertMeshNode(const scene::KFbxNode& node, ConversionJob& job, ActorPackage& package);
 
 }  // namespace ts3d

@@ -20,10 +20,6 @@ int32_t MaterialOf(scene::KFbxMesh& mesh, scene::KFbxLayerElementMaterial* mater
 
 }  // namespace
 
-std::string SliceName(const std::string& meshName, int material) {
-  return material == 0 ? meshName : meshName + "_" + LetterSuffix(material - 1);
-}
-
 MaterialSlices::MaterialSlices(scene::KFbxMesh& mesh, const MeshData& data, int materialCount)
     : data_(data), whole_(materialCount < 2) {
   if (whole_) return;

@@ -8,11 +8,6 @@
 
 namespace ts3d {
 
-/// Output name of the slice of material `material` of the mesh `meshName`: the mesh's name, then the name
-/// with "_a",
-/// "_b", ...
-std::string SliceName(const std::string& meshName, int material);
-
 /// The triangles of a mesh, sorted by their material.
 class MaterialSlices {
  public:

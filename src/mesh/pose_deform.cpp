@@ -138,7 +138,7 @@ class SkinDeformation {
 /// World transform of the mesh at bind time, or none for a mesh that keeps its own space.
 std::optional<KFbxXMatrix> PlaceOfMesh(const KFbxNode& node, ConversionJob& job) {
   SkeletonState& skeleton = *job.skeleton;
-  const bool keepsPlace = job.repairs.attachRigid && !HasSkin(*node.GetMesh());
+  const bool keepsPlace = job.settings.repairs.attachRigid && !HasSkin(*node.GetMesh());
   if (!skeleton.hasExtractedBones) {
     return keepsPlace ? std::optional(node.GetGlobalFromDefaultTake()) : std::nullopt;
   }

@@ -87,7 +87,7 @@ void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh, const ConversionJo
 }
 
 bool FollowsBoneAbove(const KFbxMesh& mesh, const ConversionJob& job) {
-  return job.repairs.attachRigid && !HasSkin(mesh);
+  return job.settings.repairs.attachRigid && !HasSkin(mesh);
 }
 
 }  // namespace

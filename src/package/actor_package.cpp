@@ -7,19 +7,12 @@
 #include <thread>
 
 #include "core/names.h"
-#include "core/work_file.h"
-#include "package/add_member.h"
 #include "package/deflate_ahead.h"
 #include "package/deflate_member.h"
 #include "platform/files.h"
 
 namespace ts3d {
 namespace {
-
-MemberSource WorkFileSource(const ConversionJob& job, const std::string& name) {
-  if (job.heldFiles.Contains(name)) return {name, {}, true};
-  return {name, IsPlainFileName(name) ? job.modelDirectory + name : std::string()};
-}
 
 /// Whether the end of the archive tells how many members there are. From 65,535 on that takes a record that
 /// minizip writes behind large archives only.
@@ -37,48 +30,63 @@ bool CountsAllMembers(const std::string& path) {
 
 }  // namespace
 
-bool OpenActorPackage(ConversionJob& job, std::string_view path, PackageMode mode) {
-  const std::string native = platform::NativePath(path);
-  job.packagePath = path;
-  job.packageIsDamaged = false;
-  job.packageHandle =
-      zipOpen64(native.c_str(), mode == PackageMode::Create ? APPEND_STATUS_CREATE : APPEND_STATUS_ADDINZIP);
-  return job.packageHandle != nullptr;
+ActorPackage::ActorPackage(WorkFiles& files, const Settings& settings, const StatusChannel& status)
+    : files_(files), settings_(settings), status_(status) {}
+
+ActorPackage::~ActorPackage() {
+  if (archive_) CloseArchive();
 }
 
-int32_t AddFileToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& name,
-                         AfterAdding afterAdding) {
+bool ActorPackage::Open(std::string_view path, PackageMode mode) {
+  const std::string native = platform::NativePath(path);
+  files_.packagePath = path;
+  files_.packageIsDamaged = false;
+  archive_ =
+      zipOpen64(native.c_str(), mode == PackageMode::Create ? APPEND_STATUS_CREATE : APPEND_STATUS_ADDINZIP);
+  return archive_ != nullptr;
+}
+
+ActorPackage::Source ActorPackage::WorkFileSource(const std::string& name) const {
+  if (files_.held.Contains(name)) return {name, {}, true};
+  return {name, IsPlainFileName(name) ? files_.modelDirectory + name : std::string()};
+}
+
+int32_t ActorPackage::AddFileToPackage(const std::string& name, AfterAdding afterAdding) {
   // A member that fails is not tried again either.
-  if (!packagedNames.insert(name).second) return 0;
-  const int32_t result = AddMember(job, WorkFileSource(job, name));
-  if (result == ZIP_OK && afterAdding == AfterAdding::DeleteFile && !job.heldFiles.Erase(name)) {
-    platform::RemoveFile(job.ownsModelFolder ? job.modelDirectory + name : name);
+  if (!names_.insert(name).second) return 0;
+  const int32_t result = AddMember(WorkFileSource(name));
+  if (result == ZIP_OK && afterAdding == AfterAdding::DeleteFile && !files_.held.Erase(name)) {
+    platform::RemoveFile(settings_.ownsModelFolder ? files_.modelDirectory + name : name);
   }
   return result;
 }
 
-void WorkFileBegins(ConversionJob& job, const std::string& name) {
-  if (job.deflateAhead) job.deflateAhead->Forget(job.modelDirectory + name);
+int32_t ActorPackage::AddDocumentToPackage(const std::string& path, const std::string& name) {
+  return names_.insert(name).second ? AddMember({name, path}) : 0;
 }
 
-void WorkFileEnds(ConversionJob& job, const std::string& name) {
-  if (!job.packLevel || !job.packageHandle || std::thread::hardware_concurrency() < 2) return;
-  if (!job.deflateAhead) job.deflateAhead = std::make_shared<DeflateAhead>(*job.packLevel);
-  job.deflateAhead->Start(job.modelDirectory + name);
+void ActorPackage::WorkFileBegins(const std::string& name) {
+  if (ahead_) ahead_->Forget(files_.modelDirectory + name);
 }
 
-int32_t AddDocumentToPackage(ConversionJob& job, PackagedNameSet& packagedNames, const std::string& path,
-                             const std::string& name) {
-  return packagedNames.insert(name).second ? AddMember(job, {name, path}) : 0;
+void ActorPackage::WorkFileEnds(const std::string& name) {
+  if (!settings_.packLevel || !archive_ || std::thread::hardware_concurrency() < 2) return;
+  if (!ahead_) ahead_ = std::make_unique<DeflateAhead>(*settings_.packLevel);
+  ahead_->Start(files_.modelDirectory + name);
 }
 
-bool CloseActorPackage(ConversionJob& job) {
-  const int result = zipClose(job.packageHandle, "");
-  if (result != ZIP_OK) NoteLostWrite(job);
-  job.packageHandle = nullptr;
-  job.deflater.reset();
-  job.deflateAhead.reset();
-  return result == ZIP_OK && !job.packageIsDamaged && CountsAllMembers(job.packagePath);
+bool ActorPackage::Close() {
+  const bool isClosed = CloseArchive();
+  deflater_.reset();
+  ahead_.reset();
+  return isClosed && !files_.packageIsDamaged && CountsAllMembers(files_.packagePath);
+}
+
+bool ActorPackage::CloseArchive() {
+  const int result = zipClose(archive_, "");
+  if (result != ZIP_OK) NoteLostWrite(files_);
+  archive_ = nullptr;
+  return result == ZIP_OK;
 }
 
 }  // namespace ts3d

@@ -8,7 +8,7 @@
 #include "core/mesh_filter.h"
 #include "core/names.h"
 #include "core/similar_names.h"
-#include "core/work_file.h"
+#include "core/work_files.h"
 #include "rig_check/document_names.h"
 #include "rig_check/finding_kinds.h"
 #include "rig_check/rig_check.h"
@@ -21,8 +21,9 @@ namespace {
 class NameCheck {
  public:
   explicit NameCheck(RigCheck& check) : check_(check), report_(check.report) {
-    ForEachListedName(*check.job.sceneRoot, false,
-                      [&](const ListedName& listed) { listed_.insert(listed.name); });
+    MeshList(*check.job.sceneRoot).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
+      listed_.insert(listed.name);
+    });
   }
 
   void Run() {
@@ -96,7 +97,8 @@ void TellTextureNames(RigCheck& check) {
 
 void TellExclusions(RigCheck& check) {
   const OptionTargets targets = CollectOptionTargets(*check.job.sceneRoot, check.job.skeleton->bones);
-  for (const UnmatchedName& unmatched : FindUnmatchedNames(check.job.exclusionList, targets.outputs)) {
+  for (const UnmatchedName& unmatched :
+       FindUnmatchedNames(check.job.settings.exclusionList, targets.outputs)) {
     check.report.Add(findings::kUnknownExclusion, unmatched.name, {QuotedNames(unmatched.nearest)});
   }
 }
@@ -123,9 +125,10 @@ std::vector<std::string> ExpectedMembers(const RigCheck& check) {
   };
   for (const UsedTexture& texture : check.report.textures) add(texture.tgaName);
   add("skeleton.csf");
-  add(FileNamePart(ReplaceExtension(check.job.inputPath, "xfg")));
+  add(FileNamePart(ReplaceExtension(check.job.files.inputPath, "xfg")));
+  const MeshList meshes(*check.job.sceneRoot);
   for (const char* extension : {".cmf", ".xrf"}) {
-    ForEachListedName(*check.job.sceneRoot, true, [&](const ListedName& listed) {
+    meshes.ForEach(MeshList::OwnName::Last, [&](const ListedName& listed) {
       if (!IsLeftOut(listed, check.job)) add(listed.name + extension);
     });
   }

@@ -37,7 +37,7 @@ class SceneObjects {
     if (options.isQuiet) {
       CreateQuietSdkObjects(job.sdkManager, job.scene);
     } else {
-      CreateSdkObjects(job.sdkManager, job.scene, job.plugins != Plugins::LeaveOut);
+      CreateSdkObjects(job.sdkManager, job.scene, job.settings.plugins != Plugins::LeaveOut);
     }
   }
   ~SceneObjects() { DestroySdkObjects(job_.sdkManager); }
@@ -52,12 +52,12 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
   ConversionJob& job = check.job;
   ResetRun(job);
   check.notices.Watch(job.status);
-  job.modelDirectory = DirectoryPart(path);
-  job.inputPath = path;
+  job.files.modelDirectory = DirectoryPart(path);
+  job.files.inputPath = path;
   job.actorType = options.actorType.value_or(DetectActorType(path));
-  job.exclusionList = options.excludedNames;
-  job.plugins = options.plugins;
-  job.findsBaseColours = true;
+  job.settings.exclusionList = options.excludedNames;
+  job.settings.plugins = options.plugins;
+  job.settings.findsBaseColours = true;
   check.report.objectId = ObjectId(job.actorType, ReplaceExtension(path, "xfg"));
 }
 
@@ -65,7 +65,7 @@ bool Load(const CheckOptions& options, RigCheck& check) {
   const scene::KFbxIOSettings settings = WithoutExtraction();
   scene::KFbxImporter importer(check.job.sdkManager->GetReaderRegistry());
   importer.SetIOSettings(settings);
-  const std::string& path = check.job.inputPath;
+  const std::string& path = check.job.files.inputPath;
   const bool loaded =
       (options.source ? importer.InitializeFromMemory(path, *options.source) : importer.Initialize(path)) &&
       importer.Import(*check.job.scene);

@@ -44,7 +44,7 @@ RepairSettings With(RepairSettings settings, Setting setting, bool isOn = true) 
 /// Tries one repair after the other on a model and keeps what helps.
 class RepairChooser {
  public:
-  explicit RepairChooser(const ConversionJob& job) : job_(job) { chosen_.settings = job.repairs; }
+  explicit RepairChooser(const ConversionJob& job) : job_(job) { chosen_.settings = job.settings.repairs; }
 
   ChosenRepairs Choose() {
     ChooseSkeletons();
@@ -93,7 +93,7 @@ size_t SizeOf(const RepairSettings& settings) {
 
 /// The smallest of the skeleton's repairs that lose no more bones than others.
 std::vector<RepairSettings> SkeletonRepairs(const ConversionJob& job) {
-  const RepairSettings none = job.repairs, opened = With(none, kOpenGroups.setting);
+  const RepairSettings none = job.settings.repairs, opened = With(none, kOpenGroups.setting);
   const RepairSettings joined = With(none, kJoinRoots.setting), both = With(opened, kJoinRoots.setting);
   size_t least = Count(job, none, &RepairTrial::LostBones);
   std::vector<RepairSettings> found{none};
@@ -145,11 +145,11 @@ std::vector<RepairSettings> CandidateRepairs(const ConversionJob& job) {
 ChosenRepairs DescribeRepairs(const ConversionJob& job, const RepairSettings& settings) {
   ChosenRepairs chosen{settings, {}};
   const auto describe = [&](const Repair& repair, const RepairSettings& without) {
-    if (!(settings.*repair.setting) || job.repairs.*repair.setting) return;
+    if (!(settings.*repair.setting) || job.settings.repairs.*repair.setting) return;
     const size_t count = Count(job, without, repair.measure);
     chosen.needed.push_back({repair.option, repair.reason + (" (" + std::to_string(count) + ")")});
   };
-  for (const Repair& repair : {kOpenGroups, kJoinRoots}) describe(repair, job.repairs);
+  for (const Repair& repair : {kOpenGroups, kJoinRoots}) describe(repair, job.settings.repairs);
   for (const Repair& repair : kPlaceRepairs) describe(repair, With(settings, repair.setting, false));
   return chosen;
 }

@@ -13,7 +13,7 @@ bool IsNamedAsItIs(const BoneNode& bone, int32_t id) { return id == 0 || !bone.w
 
 std::vector<std::string> NamesThatBreakDocument(const ConversionJob& job, const BoneTree& bones) {
   std::set<std::string> names;
-  ForEachListedName(*job.sceneRoot, false, [&](const ListedName& listed) {
+  MeshList(*job.sceneRoot).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
     if (BreaksDocument(listed.mesh) && !IsLeftOut(listed, job)) names.insert(listed.mesh);
   });
   for (int32_t id = 0; id < bones.BoneCount(); ++id) {

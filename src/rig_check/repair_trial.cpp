@@ -42,8 +42,8 @@ KFbxXMatrix Rigid(const KFbxVector4& translation, const KFbxVector4& euler) {
 }  // namespace
 
 RepairTrial::RepairTrial(const ConversionJob& loaded, const RepairSettings& repairs) {
-  job_.repairs = repairs;
-  job_.exclusionList = loaded.exclusionList;
+  job_.settings.repairs = repairs;
+  job_.settings.exclusionList = loaded.settings.exclusionList;
   ResetRun(job_);
   job_.actorType = loaded.actorType;
   job_.isFbxFile = loaded.isFbxFile;
@@ -85,7 +85,7 @@ size_t RepairTrial::StrayMeshes() {
   size_t stray = 0;
   SkeletonState& skeleton = *job_.skeleton;
   ForEachMesh([&](const KFbxNode& node, const KFbxMesh& mesh) {
-    if (HasSkin(mesh) || job_.repairs.attachRigid) return;
+    if (HasSkin(mesh) || job_.settings.repairs.attachRigid) return;
     const bool isPosed = skeleton.hasExtractedBones && BindPoseIndex(&node, *job_.scene, skeleton) >= 0;
     const bool leavesBone = skeleton.hasExtractedBones && BoneAbove(node, skeleton) > 0;
     stray += leavesBone || (!isPosed && Differ(WorldOf(node), {}));

@@ -89,7 +89,7 @@ class ParentTeller {
 }  // namespace
 
 void TellBoneParents(const ConversionJob& job, double size, SkinGaps& gaps, RigReport& report) {
-  if (!job.repairs.rigidBones) ParentTeller(job, size, gaps, report).Tell();
+  if (!job.settings.repairs.rigidBones) ParentTeller(job, size, gaps, report).Tell();
 }
 
 }  // namespace ts3d

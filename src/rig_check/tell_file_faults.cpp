@@ -8,7 +8,7 @@ namespace ts3d {
 
 void TellFileFaults(const ConversionJob& job, RigReport& report) {
   if (job.scene->HasDecimalCommas()) report.Add(findings::kDecimalCommas);
-  if (ForEachListedName(*job.sceneRoot, false, [](const ListedName&) {}) > 0) return;
+  if (!MeshList(*job.sceneRoot).IsEmpty()) return;
   size_t bones = 0;
   job.scene->ForEach<scene::KFbxNode>([&](const scene::KFbxNode& node) { bones += node.IsSkeleton(); });
   if (bones > 0) {

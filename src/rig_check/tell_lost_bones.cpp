@@ -70,7 +70,7 @@ class LostBones {
   LostBones(const ConversionJob& job, const StrayLinks& links,
             const std::unordered_set<const KFbxNode*>& bones, RigReport& report)
       : skeleton_(*job.skeleton),
-        groupsHide_(!job.repairs.openGroups),
+        groupsHide_(!job.settings.repairs.openGroups),
         links_(links),
         bones_(bones),
         report_(report) {}

@@ -30,7 +30,7 @@ std::string ScaleText(const KFbxVector4& s) {
 void TellRootScale(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report) {
   const SkeletonState& skeleton = *job.skeleton;
   const KFbxVector4& scale = skeleton.rootScale;
-  if (job.repairs.rigidBones || (IsOne(scale[0]) && IsOne(scale[1]) && IsOne(scale[2]))) return;
+  if (job.settings.repairs.rigidBones || (IsOne(scale[0]) && IsOne(scale[1]) && IsOne(scale[2]))) return;
   const BoneNode& root = *skeleton.bones.FindById(0);
   const KFbxVector4 meant = StoredPlace(root, skeleton).GetT();
   const double off = (root.translation - meant).Length();

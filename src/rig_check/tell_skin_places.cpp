@@ -23,7 +23,7 @@ SkinGaps Try(const ConversionJob& job, const std::vector<MeshFacts>& meshes, dou
   trial.sceneRoot = job.sceneRoot;
   trial.isFbxFile = job.isFbxFile;
   trial.actorType = job.actorType;
-  trial.repairs = job.repairs;
+  trial.settings.repairs = job.settings.repairs;
   trial.skeleton = std::make_shared<SkeletonState>();
   change(trial);
   ExtractSkeleton(trial);
@@ -80,9 +80,9 @@ class PlaceTeller {
     for (const SkinGaps::OfMesh& mesh : gaps_.ofMeshes) {
       if (mesh.isPosed) off.push_back(mesh.worst);
     }
-    if (off.empty() || job_.repairs.rigidBones) return false;
+    if (off.empty() || job_.settings.repairs.rigidBones) return false;
     const SkinGaps rigid =
-        Try(job_, meshes_, size_, [](ConversionJob& trial) { trial.repairs.rigidBones = true; });
+        Try(job_, meshes_, size_, [](ConversionJob& trial) { trial.settings.repairs.rigidBones = true; });
     const auto isPosed = [](const SkinGaps::OfMesh& mesh) { return mesh.isPosed; };
     if (!rigid.atRest.empty() || std::any_of(rigid.ofMeshes.begin(), rigid.ofMeshes.end(), isPosed)) {
       return false;
@@ -111,7 +111,7 @@ class PlaceTeller {
 
   /// Meshes that follow no bone and lose the place of their objects.
   void TellObjects() {
-    if (job_.repairs.attachRigid) return;
+    if (job_.settings.repairs.attachRigid) return;
     for (const MeshFacts& mesh : meshes_) {
       if (mesh.IsPosed(skeleton_) || mesh.FollowsAny() || mesh.points.empty()) continue;
       if (!DifferVisibly(mesh.node->GetGlobalFromDefaultTake(), {}, size_)) continue;
@@ -156,7 +156,7 @@ void TellStaticMeshes(const ConversionJob& job, const std::vector<MeshFacts>& me
   const double size = ModelSize(meshes, *job.skeleton);
   for (const MeshFacts& mesh : meshes) {
     if (HasSkin(*mesh.node->GetMesh())) needsSkeleton = true;
-    if (!mesh.points.empty() && !job.repairs.attachRigid &&
+    if (!mesh.points.empty() && !job.settings.repairs.attachRigid &&
         DifferVisibly(mesh.node->GetGlobalFromDefaultTake(), {}, size)) {
       report.Add(findings::kPlaceLost, mesh.node->GetName());
     }

@@ -19,7 +19,8 @@ OptionTargets CollectOptionTargets(const scene::KFbxNode& root, const BoneTree& 
   }
   // Meshes below an empty one are not listed, but can be left out.
   targets.outputs = targets.meshes;
-  ForEachListedName(root, false, [&](const ListedName& listed) { targets.outputs.push_back(listed.name); });
+  MeshList(root).ForEach(MeshList::OwnName::First,
+                         [&](const ListedName& listed) { targets.outputs.push_back(listed.name); });
   for (const BoneNode* bone : bones.PreOrder()) targets.bones.push_back(bone->name);
   return targets;
 }

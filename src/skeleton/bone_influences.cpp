@@ -147,7 +147,7 @@ std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, const Con
 int32_t BoneOfLink(const scene::KFbxNode& link, const ConversionJob& job, std::string& name) {
   const SkeletonState& skeleton = *job.skeleton;
   name = SanitizeMeshName(link.GetName());
-  if (job.repairs.joinRoots) {
+  if (job.settings.repairs.joinRoots) {
     // Joined armatures often have the same names.
     if (const auto own = skeleton.boneOf.find(&link); own != skeleton.boneOf.end()) return own->second;
   }

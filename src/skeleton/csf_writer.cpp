@@ -47,7 +47,7 @@ void WriteCsf(BoneTree& bones, ByteWriter& out) {
 
 void ExtractSkeleton(ConversionJob& job) {
   SkeletonState& skeleton = *job.skeleton;
-  const RepairSettings& repairs = job.repairs;
+  const RepairSettings& repairs = job.settings.repairs;
   if (!repairs.bindFromSkin || !TakeBindPoseOfSkins(*job.scene, skeleton))
     ChooseBindPose(*job.scene, skeleton);
   if (!skeleton.bindPose && job.isFbxFile) job.status.Send(Notice::NoBindPose);
@@ -61,7 +61,7 @@ void ExtractSkeleton(ConversionJob& job) {
 bool WriteSkeleton(ConversionJob& job) {
   job.status.Send(Notice::WritingSkeleton);
   ExtractSkeleton(job);
-  WorkFileWriter out(job, "skeleton.csf", WorkFileWriter::Content::Binary);
+  WorkFileWriter out(job.files, "skeleton.csf", WorkFileWriter::Content::Binary);
   WriteCsf(job.skeleton->bones, out);
   return out.Finish();
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/conversion_job.h"
-#include "core/work_file.h"
+#include "core/file_writer.h"
 #include "skeleton/bone_node.h"
 
 namespace ts3d {

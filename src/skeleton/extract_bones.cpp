@@ -39,7 +39,7 @@ class BoneExtractor {
     while (!pending.empty()) {
       auto [node, parent] = pending.back();
       pending.pop_back();
-      if (!node->GetNodeAttribute() && !job_.repairs.openGroups) continue;
+      if (!node->GetNodeAttribute() && !job_.settings.repairs.openGroups) continue;
       if (node->IsSkeleton()) parent = ExtractBone(*node, *parent);
       for (int i = node->GetChildCount(); i-- > 0;) pending.push_back({node->GetChild(i), parent});
     }
@@ -82,7 +82,7 @@ class BoneExtractor {
     BoneNode& bone = AddBone(node, parent);
     bone.name = SanitizeMeshName(node.GetName());
     KFbxXMatrix m = BoneTransform(node, bone);
-    if (job_.repairs.rigidBones || skeleton_.hasJoiningRoot) {
+    if (job_.settings.repairs.rigidBones || skeleton_.hasJoiningRoot) {
       m = RigidTransform(node, bone);
     } else {
       m.SetT(m.GetT() * skeleton_.rootScale);
@@ -125,7 +125,7 @@ class BoneExtractor {
   /// The node that the bone's transform is relative to. Opened groups between two bones are no bones, so that
   /// their transforms have to be part of the lower one's.
   const KFbxNode* NodeAbove(const KFbxNode& node, const BoneNode& bone) const {
-    if (!job_.repairs.openGroups || bone.id == 0) return node.GetParent();
+    if (!job_.settings.repairs.openGroups || bone.id == 0) return node.GetParent();
     return skeleton_.boneNodes[static_cast<size_t>(bone.parent->id)];
   }
 
@@ -185,7 +185,7 @@ scene::KFbxQuaternion EulerToQuaternion(const KFbxVector4& degrees) {
 }
 
 void JoinRoots(ConversionJob& job) {
-  const std::vector<const KFbxNode*> tops = FindTopBones(*job.scene, job.repairs.openGroups);
+  const std::vector<const KFbxNode*> tops = FindTopBones(*job.scene, job.settings.repairs.openGroups);
   if (tops.size() > 1) BoneExtractor(job).AddJoiningRoot(NameForNewRoot(*job.scene), *tops.front());
 }
 

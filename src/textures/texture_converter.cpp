@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "core/names.h"
-#include "core/work_file.h"
+#include "core/work_files.h"
 #include "material/texture_files.h"
 #include "platform/files.h"
 #include "scene/model/scene.h"
@@ -42,7 +42,7 @@ std::string DescribePlaces(const std::vector<std::string>& places) {
 
 /// Whether the reader has taken the picture out of the model, into the folder where it is converted.
 bool IsEmbedded(const fs::path& picture, const ts3d::ConversionJob& job) {
-  return picture.string().starts_with(platform::NativePath(job.modelDirectory));
+  return picture.string().starts_with(platform::NativePath(job.files.modelDirectory));
 }
 
 struct MissingPicture : std::runtime_error {
@@ -57,7 +57,7 @@ struct TextureConverter::Request {
   std::string source;
   bool exists;
   std::string tgaName = ts3d::TgaName(source);
-  fs::path target = platform::NativePath(job.modelDirectory) + tgaName;
+  fs::path target = platform::NativePath(job.files.modelDirectory) + tgaName;
 
   /// Whether the texture is itself the ".tga" file that the package will hold.
   bool IsTga() const { return ts3d::EqualsIgnoreCase(BaseName(source), tgaName); }
@@ -90,19 +90,19 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
     reason = error.what();
   }
   // A reused file that this limit refuses is gone from the job's folder.
-  const bool remains = exists && !request.IsNameless() && ts3d::WorkFileExists(job, request.tgaName);
+  const bool remains = exists && !request.IsNameless() && ts3d::WorkFileExists(job.files, request.tgaName);
   if (remains) reason += "; " + request.tgaName + " beside the model is packed as it is";
   // Embedded pictures were written to a folder that is gone when somebody reads this.
-  const bool isInside = source.starts_with(job.modelDirectory);
+  const bool isInside = source.starts_with(job.files.modelDirectory);
   problems_.push_back(
-      {isInside ? source.substr(job.modelDirectory.size()) : source, std::move(reason), isMissing});
+      {isInside ? source.substr(job.files.modelDirectory.size()) : source, std::move(reason), isMissing});
   return answer->second = remains;
 }
 
 void TextureConverter::Bring(const Request& request) {
   if (request.IsNameless()) throw std::runtime_error("names no file");
   if (!ts3d::IsPlainFileName(request.tgaName) || !ts3d::LowerCase(request.tgaName).ends_with(".tga") ||
-      platform::IsSameFile(request.target.string(), request.job.inputPath)) {
+      platform::IsSameFile(request.target.string(), request.job.files.inputPath)) {
     throw std::runtime_error("has a name that cannot be used for a .tga file");
   }
   if (request.exists && request.IsTga() && !IsWrittenByUs(request.target)) {
@@ -162,8 +162,8 @@ void TextureConverter::ConvertOrEmbedded(const Request& request, const fs::path&
   } catch (const std::runtime_error& error) {
     const fs::path embedded = platform::NativePath(request.source);
     std::error_code failed;
-    if (!request.source.starts_with(request.job.modelDirectory) || !fs::is_regular_file(embedded, failed) ||
-        IsSamePath(embedded, picture)) {
+    if (!request.source.starts_with(request.job.files.modelDirectory) ||
+        !fs::is_regular_file(embedded, failed) || IsSamePath(embedded, picture)) {
       throw;
     }
     Convert(request, embedded);

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "base/byte_cursor.h"
-#include "core/work_file.h"
+#include "core/file_writer.h"
 #include "platform/replacement.h"
 
 namespace textures {
