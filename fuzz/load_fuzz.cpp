@@ -5,34 +5,13 @@
 #include <memory>
 #include <string>
 
+#include "read_scene.h"
 #include "scene/assemble/build_scene.h"
 #include "scene/fbx_reader.h"
-#include "scene/geometry/triangulate.h"
-#include "scene/geometry/vertex_normals.h"
-#include "scene/model/mesh.h"
-#include "scene/model/texture.h"
 
 namespace {
 
 constexpr size_t kLargestInput = 1 << 20;
-
-void ReadMesh(scene::KFbxMesh& mesh) {
-  const std::span<const double> source = mesh.GetControlPoints();
-  std::vector<double> points(source.begin(), source.end());
-  for (const scene::KFbxShape& shape : mesh.GetShapes()) ApplyShape(shape, points);
-  const scene::KFbxTriangles triangles = TriangulateMesh(mesh);
-  scene::ComputeVertexNormals(points, triangles.corners.View(), false);
-  scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
-  for (size_t i = 0; uvs && i < triangles.corners.size(); ++i) {
-    uvs->GetTextureUVIndex(triangles.SourceCorner(i), triangles.corners[i]);
-  }
-  for (int s = 0; s < mesh.GetSkinCount(); ++s) {
-    for (int c = 0; c < mesh.GetSkin(s)->GetClusterCount(); ++c) {
-      mesh.GetSkin(s)->GetCluster(c)->GetControlPointWeights();
-      mesh.GetSkin(s)->GetCluster(c)->GetTransformMatrix();
-    }
-  }
-}
 
 }  // namespace
 
@@ -45,14 +24,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (!ReadFbxRecords(*tree).Succeeded()) return 0;
   scene::KFbxScene loaded("");
   BuildScene(tree, loaded);
-  loaded.ForEach<scene::KFbxMesh>([](scene::KFbxMesh& mesh) {
-    try {
-      ReadMesh(mesh);
-    } catch (const scene::KFbxMeshExcess&) {
-      // What arrays hold may ask for more than is allowed.
-    }
-  });
-  loaded.ForEach<scene::KFbxNode>([](scene::KFbxNode& node) { node.GetLocalFromDefaultTake().GetR(); });
-  loaded.ForEach<scene::KFbxVideo>([](scene::KFbxVideo& video) { video.ReadContent(); });
+  fuzz::ReadScene(loaded);
   return 0;
 }

@@ -11,6 +11,7 @@
 #include "actor/load_actor.h"
 #include "driver/convert.h"
 #include "driver/scene_loader.h"
+#include "export/export_gltf.h"
 #include "support/sample_pictures.h"
 #include "support/temp_folder.h"
 
@@ -64,6 +65,12 @@ void WritePackageSeeds(const fs::path& out, const Rig& rig) {
   std::string error;
   if (!ReadPackageBytes(package, {}, contents, error)) return;
   Write(out / "package_fuzz" / (stem + "czp"), '\x05' + package);
+  actor::Actor actor;
+  actor::Findings findings;
+  if (actor::BuildActor(contents, actor, findings, error)) {
+    const auto leaveOut = [](const actor::Picture&) { return actor::EncodedPicture{}; };
+    Write(out / "gltf_fuzz" / (stem + "glb"), ExportGlb(actor, "", leaveOut));
+  }
   for (const actor::Member& member : contents.members) {
     const auto kind = static_cast<char>(KindOf(member.name));
     Write(out / "package_fuzz" / (stem + member.name), kind + member.bytes);

@@ -108,7 +108,8 @@ TEST_F(Tool, AModelThatFailsDoesNotStopTheOthersAndLeavesNothing) {
   EXPECT_EQ(Run("convert missing.fbx text.fbx empty.fbx good.fbx -q"), 66);
   EXPECT_EQ(Files(), "empty.fbx good.czp good.fbx good.xfg text.fbx");
   EXPECT_TRUE(Printed("fbx2czp: missing.fbx: error: the file does not exist\n"));
-  EXPECT_TRUE(Printed("fbx2czp: text.fbx: error: the model cannot be loaded: the file is not an FBX file"));
+  EXPECT_TRUE(
+      Printed("text.fbx: error: the model cannot be loaded: the file is neither an FBX nor a glTF file"));
   EXPECT_TRUE(Printed("fbx2czp: empty.fbx: error: The model has no mesh with points, "));
   EXPECT_EQ(Run("convert empty.fbx good.fbx -q"), 5);
 }

@@ -56,7 +56,7 @@ class Loader {
     path = folder_.Write("file.fbx", bytes);
     EXPECT_TRUE(std::freopen(folder_.Write("typed", typed).c_str(), "r", stdin));
     testing::internal::CaptureStdout();
-    const bool loaded = LoadScene(*manager_, *scene_, path, versions);
+    const bool loaded = LoadScene(*manager_, *scene_, path, {}, versions);
     EXPECT_EQ(loaded, expectSuccess);
     EXPECT_EQ(scene_->GetRootNode()->GetChildCount(), loaded ? 1 : 0);
     return testing::internal::GetCapturedStdout();

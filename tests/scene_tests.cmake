@@ -1,4 +1,5 @@
 ts3d_add_tests(
+  gltf_reader_test.cpp
   platform_files_test.cpp
   scene_angles_test.cpp
   scene_array_test.cpp

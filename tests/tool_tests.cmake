@@ -9,6 +9,7 @@ ts3d_add_tests(
   cli_batch_test.cpp
   cli_check_test.cpp
   cli_commands_test.cpp
+  cli_gltf_test.cpp
   cli_package_test.cpp
   cli_trust_test.cpp
   core_json_test.cpp

@@ -85,7 +85,8 @@ int StatusOf(const ts3d::RigReport& report) {
 std::vector<std::string> Renames(const ts3d::RigReport& report, const std::string& preset) {
   if (preset.empty()) return {};
   std::vector<NamedBone> bones;
-  for (const ts3d::OutputBone& bone : report.bones) bones.push_back({bone.name, bone.modelName});
+  for (const ts3d::OutputBone& bone : report.bones)
+    bones.push_back({bone.name, bone.modelName, bone.humanBone});
   return RenamePreset(RenamePresetTexts().at(preset)).RenamesOf(bones);
 }
 
@@ -133,7 +134,7 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
   AddTextureFolders(check, options->convert.textureFolders);
   AddRenamePreset(
       check, options->convert.renamePreset,
-      "Show what convert --rename-preset would call the bones: biped, mixamo, rocketbox\nor unreal");
+      "Show what convert --rename-preset would call the bones: biped, mixamo,\nrocketbox, unreal or vrm");
   check.add_flag("--json", options->json, "Print the reports as JSON");
   check.add_flag("-q,--quiet", options->quiet, "Show warnings and errors only");
   AddSettingsOptions(check, options->convert.settingsFile, options->convert.takesSettings);

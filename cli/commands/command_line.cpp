@@ -6,6 +6,7 @@
 
 #include "core/names.h"
 #include "core/similar_names.h"
+#include "host/find_models.h"
 
 namespace cli {
 namespace fs = std::filesystem;
@@ -21,8 +22,7 @@ bool Contains(const std::vector<std::string>& names, const std::string& name) {
 bool IsFile(const std::string& word) {
   std::error_code unknown;
   const fs::path path = word;
-  return fs::exists(path, unknown) || path.has_parent_path() ||
-         ts3d::EqualsIgnoreCase(path.extension().string(), ".fbx");
+  return fs::exists(path, unknown) || path.has_parent_path() || IsModelName(path);
 }
 
 /// "; the nearest is \"x\"", or nothing when there is none.

@@ -190,8 +190,8 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
                                           "Product name of a bone; repeat for more")),
             "OLD=NEW");
   AddRenamePreset(convert, options->renamePreset,
-                  "Rename the bones of a rig of this kind to their product names: biped, mixamo,\nrocketbox "
-                  "or unreal. --rename goes before it");
+                  "Rename the bones of a rig of this kind to their product names: biped, mixamo,\nrocketbox, "
+                  "unreal or vrm. --rename goes before it");
   TakesNumber(
       convert.add_option("--mesh-mode", options->meshMode,
                          "Which meshes get inward normals. Without --mesh: 1 all, 0 none (the default).\n"

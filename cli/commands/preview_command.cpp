@@ -13,6 +13,7 @@
 #include "convert/convert_model.h"
 #include "core/names.h"
 #include "core/work_files.h"
+#include "host/find_models.h"
 #include "host/find_packages.h"
 #include "host/input_problem.h"
 #include "host/load_package.h"
@@ -91,7 +92,7 @@ fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const Pre
 
 actor::Actor LoadInput(const std::string& input, const PreviewOptions& options, Messages& messages) {
   actor::Actor actor;
-  if (!HasExtension(input, ".fbx")) {
+  if (!IsModelName(input)) {
     LoadPackage(input, actor, messages);
     return actor;
   }
@@ -261,7 +262,7 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
   preview.parse_complete_callback([&preview, options] { CheckOptionsOfPage(preview, *options); });
   preview
       .add_option("INPUT", options->inputs,
-                  "Packages (.czp), models (.fbx) to convert for it, and folders of them")
+                  "Packages (.czp), models (.fbx, .glb, .gltf, .vrm) to convert for it, and folders of them")
       ->required()
       ->type_name("");
   preview

@@ -19,6 +19,7 @@
 #include "driver/scene_loader.h"
 #include "finish/finish_history.h"
 #include "finish/finish_names.h"
+#include "host/find_models.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
 #include "host/source_date.h"
@@ -171,10 +172,10 @@ void RefuseEmptyPackage(const fs::path& package, ModelResult& result) {
   result.reason = "all meshes are left out, by --exclude or as heads of actors: nothing is left to convert";
 }
 
-/// @param pictures  the other inputs are known not to be newer than the package
-void LeaveIfCurrent(const ModelTask& task, const std::set<fs::path>& pictures, ModelResult& result) {
-  if (!IsCurrent(task, pictures)) return;
-  for (const fs::path& picture : pictures) result.inputs.push_back(picture.string());
+/// @param inputs  the others are known not to be newer than the package
+void LeaveIfCurrent(const ModelTask& task, const std::set<fs::path>& inputs, ModelResult& result) {
+  if (!IsCurrent(task, inputs)) return;
+  for (const fs::path& input : inputs) result.inputs.push_back(input.string());
   throw PackageIsCurrent();
 }
 
@@ -191,7 +192,10 @@ fs::path ModelTask::Package() const {
   return folder / (stem.empty() ? WithExtension(model.filename(), "czp") : fs::path(stem + ".czp"));
 }
 
-std::string ModelTask::NameInWork() const { return stem.empty() ? model.filename().string() : stem + ".fbx"; }
+std::string ModelTask::NameInWork() const {
+  if (stem.empty()) return model.filename().string();
+  return stem + (IsModelName(model) ? model.extension().string() : ".fbx");
+}
 
 ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
                                 const std::optional<FinishSettings>& finish,
@@ -222,8 +226,15 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   ts3d::ConversionRequest request;
   request.actorType = options.actorType;
   const bool mayBeCurrent = options.update && IsCurrent(task, FixedInputs(task, options));
+  std::set<fs::path> dataFiles;
   request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) {
-    if (mayBeCurrent) LeaveIfCurrent(task, textures.FindInputs(loaded), result);
+    for (const scene::KString& file : loaded.scene->GetDataFiles())
+      dataFiles.insert(platform::NativePath(file));
+    if (mayBeCurrent) {
+      std::set<fs::path> inputs = textures.FindInputs(loaded);
+      inputs.insert(dataFiles.begin(), dataFiles.end());
+      LeaveIfCurrent(task, inputs, result);
+    }
     return options.repairsAsNeeded ? RepairAsNeeded(loaded, task.model, options, result) : options.repairs;
   };
   request.onConverted = [&](const scene::KFbxNode& root) {
@@ -254,6 +265,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   NoteOutsidePictures(textures.OutsidePictures(), result);
   NoteShrunkPictures(textures.Shrunk(), options.longestTextureSide, result);
   for (const fs::path& input : textures.Inputs()) result.inputs.push_back(input.string());
+  for (const fs::path& input : dataFiles) result.inputs.push_back(input.string());
   if (result.code == 0) RefuseEmptyPackage(WithExtension(work.Model(), "czp"), result);
   if (result.code == 0) {
     result.vertices = job.vertexTotal;

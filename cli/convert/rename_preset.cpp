@@ -31,8 +31,8 @@ std::string WithoutSpelling(std::string_view name) {
 std::vector<NamedBone> NamedBones(const ts3d::SkeletonState& skeleton) {
   std::vector<NamedBone> bones;
   for (size_t id = 0; id < skeleton.boneNodes.size(); ++id) {
-    bones.push_back(
-        {skeleton.bones.FindById(static_cast<int32_t>(id))->name, skeleton.boneNodes[id]->GetName()});
+    bones.push_back({skeleton.bones.FindById(static_cast<int32_t>(id))->name,
+                     skeleton.boneNodes[id]->GetName(), skeleton.boneNodes[id]->GetHumanBone()});
   }
   return bones;
 }
@@ -48,6 +48,8 @@ RenamePreset::RenamePreset(std::string_view text) {
       prefix_ = WithoutSpelling(Trimmed(value));
     } else if (Trimmed(key) == "only") {
       onlyPrefixed_ = Trimmed(value) == "prefixed";
+    } else if (Trimmed(key) == "by") {
+      byHumanBone_ = Trimmed(value) == "human bone";
     } else {
       names_.emplace(WithoutSpelling(Trimmed(key)), Trimmed(value));
     }
@@ -55,7 +57,8 @@ RenamePreset::RenamePreset(std::string_view text) {
 }
 
 /// "Bip001 L Thigh" -> "lthigh".
-RenamePreset::Plain RenamePreset::PlainOf(std::string_view bone) const {
+RenamePreset::Plain RenamePreset::PlainOf(const NamedBone& named) const {
+  const std::string_view bone = byHumanBone_ ? named.humanBone : named.modelName;
   Plain plain{WithoutSpelling(bone)};
   if (prefix_.empty()) return plain;
   const size_t end = bone.find_last_of(":|");
@@ -70,7 +73,7 @@ RenamePreset::Plain RenamePreset::PlainOf(std::string_view bone) const {
 
 bool RenamePreset::HasPrefixed(const std::vector<NamedBone>& bones) const {
   return std::any_of(bones.begin(), bones.end(), [&](const NamedBone& bone) {
-    const Plain plain = PlainOf(bone.modelName);
+    const Plain plain = PlainOf(bone);
     return plain.isPrefixed && names_.contains(plain.name);
   });
 }
@@ -85,7 +88,7 @@ std::vector<std::string> RenamePreset::RenamesOf(const std::vector<NamedBone>& b
   std::vector<std::string> renames;
   const bool needsPrefix = onlyPrefixed_ || HasPrefixed(bones);
   for (const NamedBone& bone : bones) {
-    const Plain plain = PlainOf(bone.modelName);
+    const Plain plain = PlainOf(bone);
     const auto found = names_.find(plain.name);
     if (found == names_.end() || (needsPrefix && !plain.isPrefixed)) continue;
     if (bone.name.find_first_of("=|") != std::string::npos) continue;

@@ -13,9 +13,10 @@ namespace cli {
 /// The files of presets/ by their names.
 const std::map<std::string, std::string_view>& RenamePresetTexts();
 
-/// A bone by its name in the package and in the model, which still has its namespace.
+/// A bone by its name in the package and in the model, which still has its namespace, and by the bone of a human
+/// that the file says it is.
 struct NamedBone {
-  std::string name, modelName;
+  std::string name, modelName, humanBone;
 };
 
 std::vector<NamedBone> NamedBones(const ts3d::SkeletonState& skeleton);
@@ -23,7 +24,8 @@ std::vector<NamedBone> NamedBones(const ts3d::SkeletonState& skeleton);
 /// Product names for the bones of rigs of one kind.
 class RenamePreset {
  public:
-  /// @param text  lines of "bone = product name", "prefix = name", "only = prefixed" and "# ..."
+  /// @param text  lines of "bone = product name", "prefix = name", "only = prefixed", "by = human bone" and
+  /// "# ..."
   explicit RenamePreset(std::string_view text);
 
   /// What the bones are to be called, as "old=new" in their order. A product name goes to the first bone
@@ -38,11 +40,12 @@ class RenamePreset {
     std::string name;
     bool isPrefixed = false;  ///< had the prefix in front, or as its namespace
   };
-  Plain PlainOf(std::string_view bone) const;
+  Plain PlainOf(const NamedBone& bone) const;
   bool HasPrefixed(const std::vector<NamedBone>& bones) const;
 
   std::string prefix_;                        ///< as PlainOf leaves names; empty: none
   bool onlyPrefixed_ = false;                 ///< bones without the prefix are never meant
+  bool byHumanBone_ = false;                  ///< names of bones do not matter
   std::map<std::string, std::string> names_;  ///< product names by plain names
 };
 

@@ -17,18 +17,18 @@ namespace cli {
 namespace fs = std::filesystem;
 namespace {
 
+bool HasExtension(const fs::path& path, const char* extension) {
+  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
+}
+
 void AddFolder(const std::string& name, const std::string& outputFolder, std::vector<ModelTask>& tasks) {
-  for (const fs::path& path : FilesBelow(name, ".fbx")) {
+  for (const fs::path& path : ModelsBelow(name)) {
     const fs::path model = fs::absolute(path);
     const fs::path folder = outputFolder.empty()
                                 ? model.parent_path()
                                 : fs::absolute(outputFolder) / path.lexically_relative(name).parent_path();
     tasks.push_back({path.lexically_normal().string(), model, folder});
   }
-}
-
-bool HasExtension(const fs::path& path, const char* extension) {
-  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
 }
 
 std::vector<ModelTask> Find(const std::vector<std::string>& names, const std::string& outputFolder) {
@@ -42,7 +42,8 @@ std::vector<ModelTask> Find(const std::vector<std::string>& names, const std::st
     const fs::path model = name.empty() ? fs::path() : fs::absolute(name, unknown);
     tasks.push_back({name, model, outputFolder.empty() ? model.parent_path() : fs::absolute(outputFolder)});
   }
-  if (tasks.empty()) throw Failure(kNoInput, "there is no .fbx file in the folders given");
+  if (tasks.empty())
+    throw Failure(kNoInput, "there is no model (" + ModelEndings() + ") in the folders given");
   return tasks;
 }
 
@@ -71,7 +72,37 @@ std::string ReadList(const std::string& file) {
 
 }  // namespace
 
+bool IsModelName(const fs::path& path) {
+  return std::any_of(kModelExtensions.begin(), kModelExtensions.end(),
+                     [&](const char* extension) { return HasExtension(path, extension); });
+}
+
+std::string ModelEndings() {
+  std::string endings;
+  for (const char* extension : kModelExtensions)
+    endings += (endings.empty() ? "" : ", ") + std::string(extension);
+  return endings;
+}
+
+std::vector<fs::path> ModelsBelow(const std::string& folder) {
+  std::vector<fs::path> models = FilesBelow(folder, IsModelName);
+  std::set<fs::path> fbx;
+  for (const fs::path& model : models) {
+    if (HasExtension(model, kModelExtensions.front())) fbx.insert(fs::path(model).replace_extension());
+  }
+  std::erase_if(models, [&](const fs::path& model) {
+    return !HasExtension(model, kModelExtensions.front()) &&
+           fbx.contains(fs::path(model).replace_extension());
+  });
+  return models;
+}
+
 std::vector<fs::path> FilesBelow(const std::string& folder, const char* extension) {
+  return FilesBelow(folder, [&](const fs::path& path) { return HasExtension(path, extension); });
+}
+
+std::vector<fs::path> FilesBelow(const std::string& folder,
+                                 const std::function<bool(const fs::path&)>& isMeant) {
   std::vector<fs::path> found;
   std::error_code failed;
   // What cannot be looked into is no reason to leave out the rest.
@@ -80,8 +111,7 @@ std::vector<fs::path> FilesBelow(const std::string& folder, const char* extensio
     throw Failure(kNoInput, folder + ": the folder cannot be looked into: " + failed.message());
   for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
     std::error_code unknown;
-    if (HasExtension(entry->path(), extension) && entry->is_regular_file(unknown))
-      found.push_back(entry->path());
+    if (isMeant(entry->path()) && entry->is_regular_file(unknown)) found.push_back(entry->path());
   }
   std::sort(found.begin(), found.end());
   return found;
@@ -115,7 +145,7 @@ std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const s
   std::error_code unknown;
   const fs::path path = output;
   const bool isFolder = fs::is_directory(path, unknown);
-  if (!isFolder && (HasExtension(path, ".fbx") || HasExtension(path, ".xfg")))
+  if (!isFolder && (IsModelName(path) || HasExtension(path, ".xfg")))
     throw Failure(kUsageError,
                   output + ": the output is a folder, or a package with a name that ends in .czp");
   if (isFolder || !HasExtension(path, ".czp")) return Find(names, output);

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
+#include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,8 +14,23 @@ namespace cli {
 /// All files below `folder` with `extension`, in any letter case, sorted.
 /// @throws Failure when it cannot be looked into
 std::vector<std::filesystem::path> FilesBelow(const std::string& folder, const char* extension);
+/// All files below `folder` whose path `isMeant`, sorted.
+/// @throws Failure when it cannot be looked into
+std::vector<std::filesystem::path> FilesBelow(
+    const std::string& folder, const std::function<bool(const std::filesystem::path&)>& isMeant);
 
-/// The models that the command line names: files as they are, and all ".fbx" files below folders, sorted.
+/// Endings of the models that are read, the one that is preferred first.
+inline constexpr std::array kModelExtensions = {".fbx", ".glb", ".gltf", ".vrm"};
+
+/// Whether a file of this name is taken for a model.
+bool IsModelName(const std::filesystem::path& path);
+/// ".fbx, .glb, ..."
+std::string ModelEndings();
+/// All models below `folder`, sorted. Of the same model in several formats the FBX file counts.
+/// @throws Failure when it cannot be looked into
+std::vector<std::filesystem::path> ModelsBelow(const std::string& folder);
+
+/// The models that the command line names: files as they are, and all models below folders, sorted.
 /// @param output  where packages go: a folder, below which the models of a folder keep their subfolders; of
 /// one model also the package, "name.czp"; empty: beside each model
 /// @throws Failure when `names` are folders without any model or cannot be looked into, and when `output`

@@ -34,12 +34,12 @@ std::vector<PackageInput> FindPackages(const std::vector<std::string>& names, bo
       continue;
     }
     std::vector<fs::path> found = FilesBelow(name, ".czp");
-    if (found.empty() && alsoModels) found = FilesBelow(name, ".fbx");
+    if (found.empty() && alsoModels) found = ModelsBelow(name);
     for (const fs::path& path : found)
       packages.push_back({path.lexically_normal().string(), path.lexically_relative(name)});
   }
   if (packages.empty())
-    throw Failure(kNoInput, std::string("there is no .czp ") + (alsoModels ? "or .fbx " : "") +
+    throw Failure(kNoInput, std::string("there is no .czp ") + (alsoModels ? "and no model " : "") +
                                 "file in the folders given");
   return packages;
 }

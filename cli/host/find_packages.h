@@ -17,7 +17,7 @@ struct PackageInput {
 
 /// The packages that the command line names: files as they are, and all ".czp" files below folders, sorted. A
 /// folder with the files of one package is a package itself.
-/// @param alsoModels  whether folders without any package stand for the ".fbx" files below them
+/// @param alsoModels  whether folders without any package stand for the models below them
 /// @throws Failure when `names` are folders without any, or cannot be looked into
 std::vector<PackageInput> FindPackages(const std::vector<std::string>& names, bool alsoModels = false);
 

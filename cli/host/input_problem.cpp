@@ -27,10 +27,8 @@ struct KnownFile {
 
 constexpr const char* kGzip = "this is compressed with gzip; unpack it first, with gunzip";
 constexpr const char* kBlend = "this is a Blender file; export the model from Blender as FBX";
-constexpr const char* kGltf =
-    "this is a glTF file; only FBX is read: import it into a modelling program and "
-    "export it from there as FBX";
-constexpr const char* kObj = "this is a Wavefront OBJ file, which has no skeleton; only FBX is read";
+constexpr const char* kObj =
+    "this is a Wavefront OBJ file, which has no skeleton; only FBX and glTF are read";
 constexpr const char* kPage = "this is a web page, as a failed download leaves; fetch the file again";
 constexpr const char* kPicture = "this is a picture";
 constexpr const char* kUsd = "this is a USD file; export the model as FBX";
@@ -50,7 +48,6 @@ constexpr KnownFile kAnyUse[] = {
     {"7z\xbc\xaf\x27\x1c", kArchive},
     {"Rar!", kArchive},
     {"BLENDER", kBlend},
-    {"glTF", kGltf},
     {"PXR-USDC", kUsd},
     {"#usda", kUsd},
     {"//Maya ASCII", kMaya},
@@ -65,7 +62,9 @@ constexpr KnownFile kAnyUse[] = {
 
 constexpr KnownFile kModelsOnly[] = {
     {"Kaydara FBX", "this is an FBX model; \"fbx2czp convert\" makes a package of it"},
-    {"; FBX", "this is an FBX model; \"fbx2czp convert\" makes a package of it"}};
+    {"; FBX", "this is an FBX model; \"fbx2czp convert\" makes a package of it"},
+    {"glTF", "this is a glTF file; \"fbx2czp convert\" makes a package of it"},
+    {"{", "this is text in JSON; if it is a glTF file, \"fbx2czp convert\" makes a package of it"}};
 
 std::string ReadHead(const fs::path& path) {
   std::string head(kHeadSize, '\0');
@@ -103,9 +102,8 @@ std::string RecogniseAny(const fs::path& path, std::string_view head) {
   if (const char* known = Find(head, kAnyUse)) return isBlend ? kBlend : known;
   if (const char* known = Find(text, kAnyUse)) return known;
   if (head.starts_with("FOR4") || head.starts_with("FOR8")) return kMaya;
-  if (text.starts_with("{") && text.find("\"asset\"") != text.npos) return kGltf;
   if (text.starts_with("<?xml") && text.find("<COLLADA") != text.npos)
-    return "this is a Collada file; only FBX is read: export the model as FBX";
+    return "this is a Collada file; only FBX and glTF are read: export the model as one of them";
   if (IsObj(text)) return kObj;
   if (head.find_first_not_of('\0') == head.npos)
     return "this begins with nothing but zeros, as an interrupted download leaves; fetch the file again";
@@ -141,7 +139,7 @@ std::string RecogniseModel(const fs::path& path) {
       if (member.name.ends_with(".cmf") || member.name.ends_with(".csf"))
         return "this is a package already; \"fbx2czp inspect\" and \"fbx2czp preview\" show what is in it";
     }
-    return "this is a zip archive; unpack it and convert the .fbx file that is in it";
+    return "this is a zip archive; unpack it and convert the model that is in it";
   }
   return head.empty() ? std::string() : RecogniseAny(path, head);
 }

@@ -49,7 +49,7 @@ void PrintMeshes(const RigReport& report) {
 
 void PrintSummary(const CheckedModel& model) {
   const RigReport& report = model.report;
-  PrintLine(model.name + ": FBX " + report.version + ", would become " +
+  PrintLine(model.name + ": " + report.format + " " + report.version + ", would become " +
             WithExtension(std::filesystem::path(model.name).filename(), "czp").string() + " with the name " +
             Quoted(report.objectId));
   const auto weighted = std::count_if(report.bones.begin(), report.bones.end(),

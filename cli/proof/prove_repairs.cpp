@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "actor/load_actor.h"
+#include "core/names.h"
 #include "driver/actor_type.h"
 #include "driver/scene_loader.h"
 #include "host/host_paths.h"
@@ -105,7 +106,9 @@ std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOp
   try {
     ts3d::CreateQuietSdkObjects(job.sdkManager, job.scene);
     ts3d::LoadedVersions versions;
-    if (LoadSceneQuietly(*job.sdkManager, *job.scene, path, std::nullopt, {}, versions).empty()) {
+    if (LoadSceneQuietly(*job.sdkManager, *job.scene, path, ts3d::DirectoryPart(path), std::nullopt, {},
+                         versions)
+            .empty()) {
       job.sceneRoot = job.scene->GetRootNode();
       found = ChooseRepairsByProof(job, model, options);
     }

@@ -26,8 +26,9 @@ void Show(const fs::path& file, const fs::path& as) {
 /// have to be its extension.
 fs::path NameForConverter(const fs::path& model) {
   constexpr size_t kDotAndThree = 4;
-  const bool fits = model.extension().string().size() == kDotAndThree;
-  return fits ? model : WithExtension(model, "fbx");
+  const std::string extension = model.extension().string();
+  if (extension.size() == kDotAndThree) return model;
+  return WithExtension(model, EqualsIgnoreCase(extension, ".gltf") ? "glb" : "fbx");
 }
 
 std::vector<platform::FolderEntry> ListOrThrow(const fs::path& folder) {

@@ -41,7 +41,8 @@ class WorkFolder {
   /// @param pictureFolder  whose ".tga" pictures are shown; none when it is empty
   WorkFolder(const std::filesystem::path& pictureFolder, const std::filesystem::path& modelName);
 
-  /// The model as it is named in this folder: as "<stem>.fbx" when its extension has not three letters.
+  /// The model as it is named in this folder: as "<stem>.fbx", or ".glb", when its
+  /// extension has not three letters.
   std::filesystem::path Model() const { return folder_.Path() / modelName_; }
 
   /// Moves the file `name` into `folder`, over any file of that

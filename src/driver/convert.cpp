@@ -179,13 +179,15 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
   job.isFbxFile = EndsInFbx(request.fbxPath);
   job.status.Send(job.isFbxFile ? Notice::LoadingFbxModel : Notice::LoadingModel);
   bool isLoaded = false;
+  // A work folder shows the model alone.
+  const std::string folder = DirectoryPart(request.actorPath.empty() ? request.fbxPath : request.actorPath);
   if (request.isQuiet) {
     const auto tell = [&job](double share) { ReportProgress(job, kModelLoaded * share); };
-    job.loadError =
-        LoadSceneQuietly(*job.sdkManager, *job.scene, request.fbxPath, request.source, tell, versions);
+    job.loadError = LoadSceneQuietly(*job.sdkManager, *job.scene, request.fbxPath, folder, request.source,
+                                     tell, versions);
     isLoaded = job.loadError.empty();
   } else {
-    isLoaded = LoadScene(*job.sdkManager, *job.scene, request.fbxPath, versions,
+    isLoaded = LoadScene(*job.sdkManager, *job.scene, request.fbxPath, folder, versions,
                          request.keepsLoadError ? &job.loadError : nullptr);
   }
   job.failureReason = job.loadError;

@@ -33,15 +33,16 @@ void ReportInitializeFailure(const KFbxImporter& importer, const std::string& pa
   std::fflush(stdout);
 }
 
-/// Reads one word from standard input into the settings and imports again.
-bool RetryWithPassword(KFbxImporter& importer, scene::KFbxScene& scene) {
+/// Reads one word from standard input into the settings, for later imports as well, and imports again.
+bool RetryWithPassword(KFbxImporter& importer, scene::KFbxIOSettings& own, scene::KFbxScene& scene) {
   std::printf("Please enter password:");
   std::fflush(stdout);
   char password[1024] = "";
   if (std::scanf("%1023s", password) != 1) password[0] = '\0';
-  scene::KFbxIOSettings& settings = scene::KFbxIOSettings::Global();
-  settings.SetStringProp(scene::kPasswordSetting, password);
-  settings.SetBoolProp(scene::kPasswordEnableSetting, true);
+  for (scene::KFbxIOSettings* settings : {&own, &scene::KFbxIOSettings::Global()}) {
+    settings->SetStringProp(scene::kPasswordSetting, password);
+    settings->SetBoolProp(scene::kPasswordEnableSetting, true);
+  }
   if (importer.Import(scene, false)) return true;
   if (FailedFor(importer, EImportError::ePASSWORD_ERROR)) {
     std::printf("\nPassword is wrong, import aborted.\n");
@@ -75,9 +76,12 @@ void DestroySdkObjects(scene::KFbxSdkManager* manager) {
 }
 
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-               LoadedVersions& versions, std::string* error) {
+               const std::string& folder, LoadedVersions& versions, std::string* error) {
   versions.sdk = scene::kNativeVersion;
   KFbxImporter* importer = manager.CreateImporter();
+  scene::KFbxIOSettings settings = scene::KFbxIOSettings::Global();
+  settings.SetStringProp(scene::kModelFolderSetting, folder);
+  importer->SetIOSettings(settings);
   const bool initialized = importer->Initialize(path, -1);
   versions.file = importer->GetFileVersion();
   if (!initialized) {
@@ -90,7 +94,7 @@ bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const st
   }
   bool imported = importer->Import(scene, false);
   if (!imported && FailedFor(*importer, EImportError::ePASSWORD_ERROR)) {
-    imported = RetryWithPassword(*importer, scene);
+    imported = RetryWithPassword(*importer, settings, scene);
   }
   if (!imported && error) *error = importer->GetLastErrorString();
   manager.DestroyImporter(importer);
@@ -98,9 +102,10 @@ bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const st
 }
 
 std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-                             const std::optional<std::string_view>& source,
+                             const std::string& folder, const std::optional<std::string_view>& source,
                              const scene::KFbxProgress& progress, LoadedVersions& versions) {
-  const scene::KFbxIOSettings settings;
+  scene::KFbxIOSettings settings;
+  settings.SetStringProp(scene::kModelFolderSetting, source ? std::string() : folder);
   KFbxImporter importer(manager.GetReaderRegistry());
   importer.SetIOSettings(settings);
   importer.SetProgressCallback(progress);

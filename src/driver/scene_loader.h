@@ -27,16 +27,17 @@ void CreateQuietSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& s
 void DestroySdkObjects(scene::KFbxSdkManager* manager);
 
 /// Loads `path` into `scene`. Asks once for the password of a protected file.
+/// @param folder  with a separator at its end, where the files lie that belong to the model
 /// @param error  gets why that failed; null: it is told on standard output
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-               LoadedVersions& versions, std::string* error = nullptr);
+               const std::string& folder, LoadedVersions& versions, std::string* error = nullptr);
 
 /// Loads the file `path`, or the one that `source` holds in its place, into `scene`. Nothing is printed or
 /// asked for, and no settings of the process count.
 /// @param progress  told how much of that is done; may be empty
 /// @return why that failed; empty on success
 std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-                             const std::optional<std::string_view>& source,
+                             const std::string& folder, const std::optional<std::string_view>& source,
                              const scene::KFbxProgress& progress, LoadedVersions& versions);
 
 }  // namespace ts3d

@@ -24,10 +24,18 @@ using scene::KFbxNode;
 using EAttributeType = scene::KFbxNodeAttribute::EAttributeType;
 
 /// Settings of an import that writes no embedded pictures.
-scene::KFbxIOSettings WithoutExtraction() {
+scene::KFbxIOSettings WithoutExtraction(bool hasFolder) {
   scene::KFbxIOSettings settings;
+  if (!hasFolder) settings.SetStringProp(scene::kModelFolderSetting, {});
   settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
   return settings;
+}
+
+/// Path of the document of a model with an extension of any length.
+std::string DocumentPathFor(const std::string& path) {
+  const size_t dot = path.rfind('.');
+  const bool hasExtension = dot != std::string::npos && path.find_first_of("\\/", dot) == std::string::npos;
+  return (hasExtension ? path.substr(0, dot) : path) + ".xfg";
 }
 
 /// The scene library's objects of a job, as long as it lives.
@@ -58,20 +66,21 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
   job.settings.exclusionList = options.excludedNames;
   job.settings.plugins = options.plugins;
   job.settings.findsBaseColours = true;
-  check.report.objectId = ObjectId(job.actorType, ReplaceExtension(path, "xfg"));
+  check.report.objectId = ObjectId(job.actorType, DocumentPathFor(path));
 }
 
 bool Load(const CheckOptions& options, RigCheck& check) {
-  const scene::KFbxIOSettings settings = WithoutExtraction();
+  const scene::KFbxIOSettings settings = WithoutExtraction(!options.source);
   scene::KFbxImporter importer(check.job.sdkManager->GetReaderRegistry());
   importer.SetIOSettings(settings);
   const std::string& path = check.job.files.inputPath;
   const bool loaded =
       (options.source ? importer.InitializeFromMemory(path, *options.source) : importer.Initialize(path)) &&
       importer.Import(*check.job.scene);
+  check.report.format = importer.GetFormatName();
   if (const auto [major, minor, revision] = importer.GetFileVersion(); major > 0) {
-    check.report.version =
-        std::to_string(major) + "." + std::to_string(minor) + "." + std::to_string(revision);
+    check.report.version = std::to_string(major) + "." + std::to_string(minor);
+    if (check.report.format == "FBX") check.report.version += "." + std::to_string(revision);
   }
   if (importer.GetLastErrorID() == static_cast<int>(scene::EImportError::ePASSWORD_ERROR)) {
     check.report.Add(findings::kPassword);
@@ -129,8 +138,10 @@ void Summarise(RigCheck& check) {
     const bool isRoot = bone->parent == &bones.Root();
     const auto id = static_cast<size_t>(bone->id);
     const auto& nodes = check.job.skeleton->boneNodes;
+    const KFbxNode* node = id < nodes.size() ? nodes[id] : nullptr;
     check.report.bones.push_back({bone->name, isRoot ? std::string() : bone->parent->name,
-                                  id < nodes.size() ? nodes[id]->GetName() : bone->name, bone->weighted});
+                                  node ? node->GetName() : bone->name, bone->weighted,
+                                  node ? node->GetHumanBone() : std::string()});
   }
   check.report.members = ExpectedMembers(check);
 }

@@ -51,6 +51,12 @@ inline constexpr FindingKind kActor{
 inline constexpr FindingKind kMotion{"motion-left-out", Note, File,
                                      "Packages hold no motion; that of the file is left out: {}.",
                                      "Nothing has to be done for the model itself."};
+inline constexpr FindingKind kReadAs{"read-as", Note, File, "The file is no FBX file: {}.",
+                                     "Nothing has to be done when it stands upright in its right size."};
+inline constexpr FindingKind kAvatar{"avatar", Note, File,
+                                     "The file says which bones of a human its bones are.",
+                                     "--rename-preset vrm gives them their product names."};
+inline constexpr FindingKind kLicence{"licence", Note, File, "What the file says of its use: {}.", ""};
 
 // The skeleton.
 inline constexpr FindingKind kNoSkeleton{

@@ -52,7 +52,8 @@ void WriteFindings(JsonWriter& json, const std::vector<Finding>& findings) {
 
 void WriteReport(JsonWriter& json, const RigReport& report) {
   json.Member("result", report.Worst() == Severity::Note ? "sound" : NameOf(report.Worst()));
-  json.Member("fbx_version", report.version);
+  json.Member("format", report.format);
+  json.Member("fbx_version", report.format == "FBX" ? report.version : std::string());
   json.Member("object_id", report.objectId);
   WriteObjects(json, "bones", report.bones, [&](const OutputBone& bone) {
     json.Member("name", bone.name);

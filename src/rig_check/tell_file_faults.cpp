@@ -5,9 +5,24 @@
 #include "scene/model/scene.h"
 
 namespace ts3d {
+namespace {
+
+void TellReading(scene::KFbxScene& scene, RigReport& report) {
+  std::string remarks;
+  for (const scene::KString& remark : scene.GetRemarks()) remarks += (remarks.empty() ? "" : "; ") + remark;
+  if (!remarks.empty()) report.Add(findings::kReadAs, {}, {remarks});
+  bool isAvatar = false;
+  scene.ForEach<scene::KFbxNode>(
+      [&](const scene::KFbxNode& node) { isAvatar |= !node.GetHumanBone().empty(); });
+  if (isAvatar) report.Add(findings::kAvatar);
+  if (!scene.GetLicence().empty()) report.Add(findings::kLicence, {}, {scene.GetLicence()});
+}
+
+}  // namespace
 
 void TellFileFaults(const ConversionJob& job, RigReport& report) {
   if (job.scene->HasDecimalCommas()) report.Add(findings::kDecimalCommas);
+  TellReading(*job.scene, report);
   if (!MeshList(*job.sceneRoot).IsEmpty()) return;
   size_t bones = 0;
   job.scene->ForEach<scene::KFbxNode>([&](const scene::KFbxNode& node) { bones += node.IsSkeleton(); });

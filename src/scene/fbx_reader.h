@@ -17,6 +17,7 @@ class FbxReader : public KFbxReader {
   std::unique_ptr<KFbxOpenFile> OpenMemory(std::string_view path, std::string_view bytes,
                                            const KFbxProgress& progress, KFbxFileVersion& version,
                                            KFbxImportStatus& status) const override;
+  const char* FormatName() const override { return "FBX"; }
 };
 
 /// Reads all records of `tree.bytes`, whichever container and version they are, and sets the tree's version

@@ -17,12 +17,14 @@ constexpr const char* kNoMemory = "there is not enough memory to read the file";
 const KFbxReader* KFbxImporter::FindReader(std::string_view bytes) {
   file_.reset();
   version_ = {};
+  format_ = "";
   status_ = {};
   const KFbxReader* reader = bytes.empty() ? nullptr : readers_.Find(bytes.substr(0, kHeadSize));
   if (!reader) {
     status_ = {EImportError::eFORMAT_UNKNOWN,
-               bytes.empty() ? "the file is empty" : "the file is not an FBX file"};
+               bytes.empty() ? "the file is empty" : "the file is neither an FBX nor a glTF file"};
   }
+  if (reader) format_ = reader->FormatName();
   return reader;
 }
 

@@ -29,6 +29,8 @@ class KFbxImporter {
   [[nodiscard]] bool Import(KFbxScene& scene, bool nonBlocking = false);
   /// Version of the file, as far as Initialize could tell it; 0.0.0 otherwise.
   KFbxFileVersion GetFileVersion() const { return version_; }
+  /// Name of the file's format, as "FBX"; empty when no reader knows the file, or for one that does not say.
+  const char* GetFormatName() const { return format_; }
 
   int GetLastErrorID() const { return static_cast<int>(status_.error); }
   const char* GetLastErrorString() const { return status_.text.c_str(); }
@@ -41,6 +43,7 @@ class KFbxImporter {
   KFbxProgress progress_;
   std::unique_ptr<KFbxOpenFile> file_;
   KFbxFileVersion version_;
+  const char* format_ = "";
   KFbxImportStatus status_;
 };
 

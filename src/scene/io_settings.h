@@ -14,6 +14,9 @@ inline constexpr std::string_view kPasswordEnableSetting = "Import|AdvOptGrp|Fil
 /// Whether imports write the pictures that are embedded in a model; true unless set.
 inline constexpr std::string_view kExtractEmbeddedSetting = "Import|AdvOptGrp|FileFormat|Fbx|ExtractEmbedded";
 
+/// Folder, with a separator at its end, of the files that belong to a model; its own unless set. Empty: none.
+inline constexpr std::string_view kModelFolderSetting = "Import|IncludeGrp|ModelFolder";
+
 /// Import and export settings, addressed by "|"-separated paths. There is one set for the whole process: what
 /// is set stays in force for later imports.
 class KFbxIOSettings {

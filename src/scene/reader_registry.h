@@ -70,6 +70,8 @@ class KFbxReader {
     status = {EImportError::eFILE_NOT_OPENED, "this format is not read from memory"};
     return nullptr;
   }
+  /// Name of the format for users.
+  virtual const char* FormatName() const { return ""; }
 };
 
 /// The readers of a manager. Later ones are asked first, so a plug-in can take over a format.

@@ -6,10 +6,14 @@
 
 #include "platform/process.h"
 #include "scene/fbx_reader.h"
+#include "scene/gltf/gltf_reader.h"
 
 namespace scene {
 
-KFbxSdkManager::KFbxSdkManager() { readers_.Register(std::make_unique<FbxReader>()); }
+KFbxSdkManager::KFbxSdkManager() {
+  readers_.Register(std::make_unique<GltfReader>());
+  readers_.Register(std::make_unique<FbxReader>());
+}
 
 KFbxSdkManager* KFbxSdkManager::Create() {
   try {

@@ -151,6 +151,7 @@ TextureSearch TextureConverter::FindPicture(const ts3d::ConversionJob& job, cons
   const scene::KFbxTexture& texture = *named->second;
   if (!texture.IsEmbedded()) return finder_.Find(source, texture.GetRelativeFileName());
   const scene::KFbxVideo& video = *texture.GetVideo();
+  if (video.IsNamelessFile()) return finder_.Find(source, {});
   TextureSearch search = finder_.Find(video.GetFileName(), video.GetRelativeFileName());
   return search.found.empty() ? finder_.Find(source, {}) : search;
 }

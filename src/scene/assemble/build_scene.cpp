@@ -45,11 +45,11 @@ ParseError BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene,
   SceneBuilder builder(*tree, scene);
   // An object takes a kilobyte; in files it takes a hundred bytes and more, its connection included.
   constexpr size_t kFewObjects = 65536, kSmallestObject = 128;
-  if (builder.ObjectCount() > kFewObjects + tree->bytes.size() / kSmallestObject) {
+  if (builder.ObjectCount() > kFewObjects + tree->FileSize() / kSmallestObject) {
     return {"too many objects for a file of this size"};
   }
   builder.Build(tell);
-  ParseError error{FindExcessiveClaim(scene, tree->bytes.size(), tree->MemoryAllowance())};
+  ParseError error{FindExcessiveClaim(scene, tree->FileSize(), tree->MemoryAllowance())};
   if (error.Failed()) {
     scene.Clear();
   } else {

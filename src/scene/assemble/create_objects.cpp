@@ -127,6 +127,7 @@ KFbxNode* SceneBuilder::CreateNode(const FbxObject& object) {
   KFbxNode& node = scene_.Create<KFbxNode>(object.name);
   const Properties properties(object.record, TemplateOf("Model"));
   node.SetTransformProperties(object.channels ? TransformOf(object.channels) : ReadTransform(properties));
+  node.SetHumanBone(object.record.Child("HumanBone").Text(0));
   if (properties.Number("Visibility", 1.0) == 0.0 || properties.Integer("Show", 1) == 0) node.Hide();
   return &node;
 }

@@ -62,6 +62,7 @@ class RecordRef;
 class RecordTree {
  public:
   std::string_view bytes;               ///< the file
+  uint64_t otherFiles = 0;              ///< bytes of the files beside it that belong to it
   std::shared_ptr<const void> storage;  ///< keeps `bytes` alive
   std::function<void()> releasePages;   ///< gives back memory of `bytes` that can be read again; may be empty
   std::function<void(double fraction)> onRead;  ///< told how much of `bytes` was read; may be empty
@@ -70,7 +71,8 @@ class RecordTree {
   int version = 0;  ///< 7400 for 7.4
   ChunkList<Record> records;
   ChunkList<Value> values;
-  std::deque<std::string> decodedTexts;  ///< texts that are not in the file as they stand
+  std::deque<std::string> decodedTexts;  ///< texts and numbers that are not in the file as they stand
+  uint64_t unpackedBytes = 0;            ///< of the numbers among them
 
   /// Counts bytes of the file that were read for now, and gives their memory back when they have become many:
   /// a text is many times as large as the numbers in it.
@@ -89,9 +91,12 @@ class RecordTree {
     if (onRead) onRead(static_cast<double>(offset) / static_cast<double>(bytes.size()));
   }
   /// The most that may be unpacked at a time: what a file of this size can honestly ask for.
-  uint64_t MemoryAllowance() const { return 16 * uint64_t{bytes.size()} + (64 << 20); }
+  uint64_t MemoryAllowance() const { return 16 * FileSize() + (64 << 20); }
+  uint64_t FileSize() const { return bytes.size() + otherFiles; }
   /// Bytes that the records take.
-  uint64_t RecordMemory() const { return records.size() * sizeof(Record) + values.size() * sizeof(Value); }
+  uint64_t RecordMemory() const {
+    return records.size() * sizeof(Record) + values.size() * sizeof(Value) + unpackedBytes;
+  }
   /// Whether the records take more memory than those of any honest file of this size.
   bool IsOvercrowded() const { return RecordMemory() > 10 * bytes.size() + (size_t{16} << 20); }
 

@@ -74,7 +74,7 @@ uint64_t KFbxMesh::GetMemoryLimit() const {
   const RecordTree& tree = geometry_.Tree();
   const uint64_t allowance = tree.MemoryAllowance();
   // A third is for the file, its objects and the program itself; many records take more than that.
-  const uint64_t others = std::max(allowance / 3, tree.bytes.size() + tree.RecordMemory());
+  const uint64_t others = std::max(allowance / 3, tree.FileSize() + tree.RecordMemory());
   return allowance - std::min(allowance, others);
 }
 
@@ -82,7 +82,7 @@ uint64_t KFbxMesh::GetMemoryLeftBeside(uint64_t taken) const {
   if (!geometry_) return UINT64_MAX;
   const RecordTree& tree = geometry_.Tree();
   const uint64_t allowance = tree.MemoryAllowance();
-  return allowance - std::min(allowance, taken + tree.bytes.size() + tree.RecordMemory() + kProgramMemory);
+  return allowance - std::min(allowance, taken + tree.FileSize() + tree.RecordMemory() + kProgramMemory);
 }
 
 uint64_t KFbxMesh::GetMemoryLeft() {

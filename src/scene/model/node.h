@@ -37,6 +37,9 @@ class KFbxNode : public KFbxObject {
     return false;
   }
 
+  /// Which bone of a human this is, as avatar files name them ("leftFoot"); empty when the file does not say.
+  const KString& GetHumanBone() const { return humanBone_; }
+
   int GetMaterialCount() const { return static_cast<int>(materials_.size()); }
   KFbxSurfaceMaterial* GetMaterial(int i) const { return materials_[static_cast<size_t>(i)]; }
 
@@ -60,6 +63,7 @@ class KFbxNode : public KFbxObject {
   void SetTransformProperties(const TransformProperties& properties);
   const TransformProperties& GetTransformProperties() const { return properties_; }
   void Hide() { hidden_ = true; }
+  void SetHumanBone(std::string_view bone) { humanBone_ = bone; }
   void SetGlobalFromDefaultTake(const KFbxXMatrix& global) { global_ = global; }
 
  private:
@@ -68,6 +72,7 @@ class KFbxNode : public KFbxObject {
   KFbxNodeAttribute* attribute_ = nullptr;
   std::vector<KFbxSurfaceMaterial*> materials_;
   bool hidden_ = false;
+  KString humanBone_;
   TransformProperties properties_;
   KFbxXMatrix global_;
   KFbxXMatrix geometric_;

@@ -13,6 +13,9 @@ void KFbxScene::Clear() {
   poses_.clear();
   objects_.clear();
   tree_.reset();
+  licence_.clear();
+  remarks_.clear();
+  dataFiles_.clear();
   root_ = &Create<KFbxNode>("RootNode");
 }
 

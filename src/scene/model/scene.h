@@ -26,6 +26,12 @@ class KFbxScene : public KFbxObject {
   bool HasDecimalCommas() const;
   /// The names of the motions, in which something moves, in the order of the file.
   std::vector<KString> GetMotions() const;
+  /// What the file says about how its model may be used, in one line; empty when it says nothing.
+  const KString& GetLicence() const { return licence_; }
+  /// What was decided in reading a file of another format than FBX, in words.
+  const std::vector<KString>& GetRemarks() const { return remarks_; }
+  /// Paths of the other files that the model's data is in.
+  const std::vector<KString>& GetDataFiles() const { return dataFiles_; }
   int GetPoseCount() const { return static_cast<int>(poses_.size()); }
   KFbxPose* GetPose(int i) const { return poses_[static_cast<size_t>(i)]; }
 
@@ -45,6 +51,9 @@ class KFbxScene : public KFbxObject {
     objects_.push_back(std::move(object));
     return created;
   }
+  void SetLicence(std::string_view licence) { licence_ = licence; }
+  void AddRemark(std::string_view remark) { remarks_.emplace_back(remark); }
+  void AddDataFile(std::string_view path) { dataFiles_.emplace_back(path); }
   void AddPose(KFbxPose& pose) { poses_.push_back(&pose); }
   void KeepFile(std::shared_ptr<const RecordTree> tree) { tree_ = std::move(tree); }
   /// Gives back everything that an earlier import left.
@@ -57,6 +66,8 @@ class KFbxScene : public KFbxObject {
   std::vector<std::unique_ptr<KFbxObject>> objects_;
   std::vector<KFbxPose*> poses_;
   KFbxNode* root_ = nullptr;
+  KString licence_;
+  std::vector<KString> remarks_, dataFiles_;
 };
 
 }  // namespace scene

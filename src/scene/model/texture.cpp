@@ -29,7 +29,8 @@ std::string_view RelativeFileNameOf(RecordRef record) {
   return FirstText(record, {"RelativeFilename", "RelativeFileName"});
 }
 
-/// Decodes a whole base64 text; empty when it is none.
+}  // namespace
+
 KString DecodeBase64(std::string_view text) {
   static constexpr std::string_view kAlphabet =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -55,13 +56,12 @@ KString DecodeBase64(std::string_view text) {
   return bytes;
 }
 
-}  // namespace
-
 KFbxVideo::KFbxVideo(std::string_view name, RecordRef record)
     : KFbxObject(name),
       record_(record),
       fileName_(FileNameOf(record)),
-      relativeFileName_(RelativeFileNameOf(record)) {}
+      relativeFileName_(RelativeFileNameOf(record)),
+      isNameless_(record.Child("Nameless")) {}
 
 KString KFbxVideo::ReadContent() const {
   const RecordRef content = record_.Child("Content");

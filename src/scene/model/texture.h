@@ -8,6 +8,9 @@
 
 namespace scene {
 
+/// Decodes a whole base64 text; empty when it is none.
+KString DecodeBase64(std::string_view text);
+
 /// A picture file that may be embedded in the model.
 class KFbxVideo : public KFbxObject {
  public:
@@ -15,12 +18,15 @@ class KFbxVideo : public KFbxObject {
 
   const KString& GetFileName() const { return fileName_; }
   const KString& GetRelativeFileName() const { return relativeFileName_; }
+  /// Whether the file name was made up: nothing of that name on disk is this picture.
+  bool IsNamelessFile() const { return isNameless_; }
   /// The embedded file; empty when there is none or it is damaged.
   KString ReadContent() const;
 
  private:
   RecordRef record_;
   KString fileName_, relativeFileName_;
+  bool isNameless_;
 };
 
 /// A file texture.

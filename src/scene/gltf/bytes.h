@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+#include "scene/gltf/document.h"
+
+namespace scene::gltf {
+
+/// The two parts of a file: its JSON and, of a binary one, the data behind it.
+struct FileParts {
+  std::string_view json, binary;
+  bool hasBinary = false;
+};
+
+/// Takes a file apart.
+/// @throws Fault
+FileParts SplitFile(std::string_view bytes);
+
+/// The buffers of a document: parts of the file, decoded from its JSON, or files beside it. Each is opened when
+/// it is first asked for and stays as long as the object.
+class BufferBytes {
+ public:
+  /// @param folder  of the model, with a separator at its end; nothing outside is opened
+  BufferBytes(const FileParts& file, std::string folder) : file_(file), folder_(std::move(folder)) {}
+
+  /// Makes all buffers of `document` ready.
+  /// @throws Fault when one is missing or shorter than it says
+  void Open(const Document& document);
+  /// Size of the files beside the model that were opened, each counted once.
+  uint64_t SizeOfOtherFiles() const { return otherFiles_; }
+
+  /// Their paths.
+  std::vector<std::string> PathsOfOtherFiles() const;
+
+  /// `size` bytes at `place`.
+  /// @throws Fault when they are not all there
+  std::string_view At(const Document& document, const Place& place, uint64_t size) const;
+  /// All bytes of a view.
+  std::string_view View(const Document& document, uint32_t view) const;
+
+ private:
+  std::string_view OpenBuffer(const Buffer& buffer, size_t index);
+  std::string_view OpenFile(const std::string& uri);
+
+  FileParts file_;
+  std::string folder_;
+  std::vector<std::string_view> buffers_;
+  std::deque<std::string> decoded_;
+  std::map<std::string, platform::MappedFile> files_;
+  uint64_t otherFiles_ = 0;
+};
+
+}  // namespace scene::gltf

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "scene/gltf/gltf_reader.h"
+
+#include "scene/assemble/build_scene.h"
+#include "scene/embedded_files.h"
+#include "scene/gltf/write_scene.h"
+
+namespace scene {
+namespace {
+
+/// glTF has metres, and FBX characters stand in centimetres.
+constexpr double kCentimetres = 100.0;
+
+/// Shares of an import when its text, and then its data, has been read.
+constexpr double kTextRead = 0.2, kDataRead = 0.8;
+
+/// The model's file and those beside it. Records point into them, so they stay with the tree.
+struct GltfFiles {
+  platform::MappedFile file;
+  std::string_view bytes;
+  gltf::FileParts parts;
+  std::unique_ptr<gltf::BufferBytes> buffers;
+};
+
+/// The folder of `path`, with its separator.
+std::string FolderOf(std::string_view path) {
+  const std::string_view folder = path.substr(0, path.find_last_of("\\/") + 1);
+  return folder.empty() ? ".\\" : std::string(folder);
+}
+
+/// From the world of the file into that of FBX characters, which look along +Z as well, but for old avatars.
+KFbxXMatrix WorldOf(const gltf::Document& document) {
+  const KFbxVector4 turn{0, document.avatar.facesBack ? 180.0 : 0.0, 0};
+  return {{}, turn, {kCentimetres, kCentimetres, kCentimetres}};
+}
+
+class OpenGltfFile : public KFbxOpenFile {
+ public:
+  OpenGltfFile(std::shared_ptr<GltfFiles> files, gltf::Document document, std::string_view path,
+               const KFbxProgress& progress)
+      : files_(std::move(files)), document_(std::move(document)), path_(path), progress_(progress) {}
+
+  KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
+    try {
+      auto tree = std::make_shared<RecordTree>();
+      ReadRecords(settings, *tree);
+      const auto tell = [this](double built) { Tell(kDataRead + (1.0 - kDataRead) * built); };
+      if (const ParseError error = BuildScene(tree, scene, tell); error.Failed())
+        return {EImportError::eFILE_CORRUPTED, error.text};
+    } catch (const gltf::Fault& fault) {
+      return {EImportError::eFILE_CORRUPTED, fault.what()};
+    }
+    Remark(scene);
+    ExtractEmbeddedFiles(scene, path_, settings.GetBoolProp(kExtractEmbeddedSetting, true));
+    return {};
+  }
+
+ private:
+  void Tell(double done) const {
+    if (progress_) progress_(done);
+  }
+
+  void ReadRecords(const KFbxIOSettings& settings, RecordTree& tree) {
+    const std::string folder = settings.GetStringProp(kModelFolderSetting, FolderOf(path_));
+    files_->buffers = std::make_unique<gltf::BufferBytes>(files_->parts, folder);
+    files_->buffers->Open(document_);
+    tree.bytes = files_->bytes;
+    tree.otherFiles = files_->buffers->SizeOfOtherFiles();
+    tree.storage = files_;
+    gltf::Budget budget(tree.MemoryAllowance() / 2);
+    const gltf::AccessorReader accessors(document_, *files_->buffers, budget);
+    const gltf::Rig rig = gltf::FindRig(document_, accessors, WorldOf(document_));
+    WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, addedRoot_);
+    Tell(kDataRead);
+  }
+
+  void Remark(KFbxScene& scene) const {
+    for (const std::string& path : files_->buffers->PathsOfOtherFiles()) scene.AddDataFile(path);
+    scene.SetLicence(document_.avatar.licence);
+    scene.AddRemark("its metres are made centimetres, as FBX characters have them");
+    scene.AddRemark(
+        document_.avatar.facesBack
+            ? "the avatar, which looks along -Z, is turned to look along +Z, as FBX characters do; Y is up"
+            : "its axes are those of FBX characters: Y is up, and they look along +Z");
+    if (!addedRoot_.empty())
+      scene.AddRemark("its skeleton has several top bones; they stand under a new bone \"" + addedRoot_ +
+                      "\"");
+  }
+
+  std::shared_ptr<GltfFiles> files_;
+  gltf::Document document_;
+  KString path_;
+  KFbxProgress progress_;
+  std::string addedRoot_;  ///< name of the bone that joins several top bones
+};
+
+std::unique_ptr<KFbxOpenFile> OpenBytes(std::shared_ptr<GltfFiles> files, std::string_view path,
+                                        const KFbxProgress& progress, KFbxFileVersion& version,
+                                        KFbxImportStatus& status) {
+  try {
+    files->parts = gltf::SplitFile(files->bytes);
+    gltf::Document document = gltf::ReadDocument(files->parts.json, files->bytes.size());
+    version = {document.version.first, document.version.second, 0};
+    if (progress) progress(kTextRead);
+    return std::make_unique<OpenGltfFile>(std::move(files), std::move(document), path, progress);
+  } catch (const gltf::VersionFault& fault) {
+    status = {EImportError::eVERSION_NOT_SUPPORTED, fault.what()};
+  } catch (const gltf::Fault& fault) {
+    status = {EImportError::eFILE_CORRUPTED, fault.what()};
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+bool GltfReader::Detects(std::string_view head) const {
+  if (head.starts_with("glTF")) return true;
+  if (head.starts_with("\xef\xbb\xbf")) head.remove_prefix(3);
+  const size_t start = head.find_first_not_of(" \t\r\n");
+  return start != std::string_view::npos && head[start] == '{';
+}
+
+std::unique_ptr<KFbxOpenFile> GltfReader::Open(std::string_view path, const KFbxProgress& progress,
+                                               KFbxFileVersion& version, KFbxImportStatus& status) const {
+  auto files = std::make_shared<GltfFiles>();
+  KString reason;
+  if (!files->file.Open(path, reason)) {
+    status = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
+    return nullptr;
+  }
+  files->bytes = files->file.Bytes();
+  return OpenBytes(std::move(files), path, progress, version, status);
+}
+
+std::unique_ptr<KFbxOpenFile> GltfReader::OpenMemory(std::string_view path, std::string_view bytes,
+                                                     const KFbxProgress& progress, KFbxFileVersion& version,
+                                                     KFbxImportStatus& status) const {
+  auto files = std::make_shared<GltfFiles>();
+  files->bytes = bytes;
+  return OpenBytes(std::move(files), path, progress, version, status);
+}
+
+}  // namespace scene

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "scene/gltf/rig.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace scene::gltf {
+namespace {
+
+bool IsInvertible(const KFbxXMatrix& m) {
+  const double determinant = m.Determinant();
+  return determinant != 0.0 && std::isfinite(determinant) && std::isfinite(1.0 / determinant);
+}
+
+class RigFinder {
+ public:
+  RigFinder(const Document& document, const AccessorReader& accessors, const KFbxXMatrix& world)
+      : document_(document),
+        accessors_(accessors),
+        world_(world),
+        isShown_(document.nodes.size()),
+        fixed_(document.nodes.size()),
+        depth_(document.nodes.size()) {}
+
+  Rig Find() {
+    for (const uint32_t root : document_.roots) AddTree(root);
+    AddJointsElsewhere();
+    FindBones();
+    rig_.skins.resize(document_.skins.size());
+    for (uint32_t skin = 0; skin < document_.skins.size(); ++skin) BindSkin(skin);
+    PlaceNodes();
+    return std::move(rig_);
+  }
+
+ private:
+  void AddTree(uint32_t root) {
+    std::vector<uint32_t> pending{root};
+    while (!pending.empty()) {
+      const uint32_t index = pending.back();
+      pending.pop_back();
+      if (isShown_[index]) continue;
+      const Node& node = document_.nodes[index];
+      isShown_[index] = true;
+      depth_[index] = node.parent == kNone ? 0 : depth_[node.parent] + 1;
+      rig_.order.push_back(index);
+      for (size_t i = node.children.size(); i-- > 0;) pending.push_back(node.children[i]);
+    }
+  }
+
+  /// Skeletons of meshes that are shown may stand outside the scene.
+  void AddJointsElsewhere() {
+    for (size_t i = 0; i < rig_.order.size(); ++i) {
+      const Node& node = document_.nodes[rig_.order[i]];
+      if (node.mesh == kNone || node.skin == kNone) continue;
+      for (const uint32_t joint : document_.skins[node.skin].joints) {
+        if (!isShown_[joint]) AddTree(TopOf(joint));
+      }
+    }
+  }
+
+  uint32_t TopOf(uint32_t node) {
+    uint32_t top = node;
+    while (document_.nodes[top].parent != kNone) {
+      top = document_.nodes[top].parent;
+      if (top == node) throw Fault("its nodes go round in circles");
+      Spend(1);
+    }
+    return top;
+  }
+
+  void FindBones() {
+    const size_t count = document_.nodes.size();
+    rig_.isBone.assign(count, false);
+    for (const Skin& skin : document_.skins) {
+      for (const uint32_t joint : skin.joints) rig_.isBone[joint] = isShown_[joint];
+    }
+    for (const auto& [name, node] : document_.avatar.humanoid) rig_.isBone[node] = isShown_[node];
+    std::vector<bool> hasBoneBelow(count), hasBoneAbove(count);
+    const auto parentOf = [&](uint32_t node) { return document_.nodes[node].parent; };
+    for (size_t i = rig_.order.size(); i-- > 0;) {
+      const uint32_t node = rig_.order[i];
+      if (parentOf(node) != kNone && (rig_.isBone[node] || hasBoneBelow[node]))
+        hasBoneBelow[parentOf(node)] = true;
+    }
+    rig_.boneAbove.assign(count, kNone);
+    for (const uint32_t node : rig_.order) {
+      const uint32_t above = parentOf(node) == kNone ? kNone : rig_.boneAbove[parentOf(node)];
+      if (above != kNone && hasBoneBelow[node]) rig_.isBone[node] = true;
+      rig_.boneAbove[node] = rig_.isBone[node] ? node : above;
+    }
+  }
+
+  std::vector<KFbxXMatrix> ReadInverseBind(const Skin& skin) const {
+    std::vector<KFbxXMatrix> matrices(skin.joints.size());
+    if (skin.inverseBind == kNone) return matrices;
+    const std::vector<float> numbers = accessors_.Floats(skin.inverseBind, 16);
+    if (numbers.size() < 16 * matrices.size())
+      throw Fault("a skin has fewer inverse bind matrices than joints");
+    for (size_t i = 0; i < matrices.size(); ++i) {
+      for (size_t k = 0; k < 16; ++k) {
+        if (k % 4 != 3) matrices[i].At(k) = static_cast<double>(numbers[16 * i + k]);
+      }
+    }
+    return matrices;
+  }
+
+  /// Where `node` stands as far as it is known.
+  KFbxXMatrix PlaceOf(uint32_t node) {
+    KFbxXMatrix below;
+    while (node != kNone && !fixed_[node]) {
+      below = document_.nodes[node].local * below;
+      node = document_.nodes[node].parent;
+      Spend(1);
+    }
+    return (node == kNone ? world_ : *fixed_[node]) * below;
+  }
+
+  /// Bones that another skin has placed stay there; else the topmost joint stays where it stands.
+  void BindSkin(uint32_t index) {
+    const Skin& skin = document_.skins[index];
+    BoundSkin& bound = rig_.skins[index];
+    bound.inverseBind = ReadInverseBind(skin);
+    bound.place = world_;
+    size_t reference = skin.joints.size();
+    for (size_t i = 0; i < skin.joints.size(); ++i) {
+      const uint32_t joint = skin.joints[i];
+      if (!isShown_[joint] || !IsInvertible(bound.inverseBind[i])) continue;
+      const bool isBetter = reference == skin.joints.size() ||
+                            (fixed_[joint] && !fixed_[skin.joints[reference]]) ||
+                            (fixed_[joint].has_value() == fixed_[skin.joints[reference]].has_value() &&
+                             depth_[joint] < depth_[skin.joints[reference]]);
+      if (isBetter) reference = i;
+    }
+    if (reference == skin.joints.size()) return;
+    const KFbxXMatrix place = PlaceOf(skin.joints[reference]) * bound.inverseBind[reference];
+    if (IsInvertible(place)) bound.place = place;
+    for (size_t i = 0; i < skin.joints.size(); ++i) {
+      std::optional<KFbxXMatrix>& fixed = fixed_[skin.joints[i]];
+      if (!fixed && IsInvertible(bound.inverseBind[i])) fixed = bound.place * bound.inverseBind[i].Inverse();
+    }
+  }
+
+  void PlaceNodes() {
+    rig_.places.assign(document_.nodes.size(), world_);
+    for (const uint32_t node : rig_.order) {
+      const uint32_t parent = document_.nodes[node].parent;
+      rig_.places[node] =
+          fixed_[node] ? *fixed_[node]
+                       : (parent == kNone ? world_ : rig_.places[parent]) * document_.nodes[node].local;
+    }
+  }
+
+  /// Long chains of nodes with very many skins would be climbed for minutes.
+  void Spend(uint64_t steps) {
+    constexpr uint64_t kMost = 20'000'000;
+    if ((spent_ += steps) > kMost) throw Fault("its skins have too many joints in chains that are too long");
+  }
+
+  const Document& document_;
+  const AccessorReader& accessors_;
+  const KFbxXMatrix world_;
+  std::vector<bool> isShown_;
+  std::vector<std::optional<KFbxXMatrix>> fixed_;
+  std::vector<uint32_t> depth_;
+  uint64_t spent_ = 0;
+  Rig rig_;
+};
+
+}  // namespace
+
+Rig FindRig(const Document& document, const AccessorReader& accessors, const KFbxXMatrix& world) {
+  return RigFinder(document, accessors, world).Find();
+}
+
+KFbxXMatrix WithoutScale(const KFbxXMatrix& m) {
+  KFbxVector4 x{m.At(0), m.At(1), m.At(2)}, y{m.At(4), m.At(5), m.At(6)};
+  const auto normalize = [](KFbxVector4& v, const KFbxVector4& otherwise) {
+    const double length = v.Length();
+    v = length > 0 && std::isfinite(length) ? v * (1.0 / length) : otherwise;
+  };
+  normalize(x, {1, 0, 0});
+  y = y - x * x.DotProduct(y);
+  // Any direction beside x where y has none of its own.
+  normalize(y, std::abs(x[1]) < 0.5 ? KFbxVector4(0, 1, 0) : KFbxVector4(0, 0, 1));
+  y = y - x * x.DotProduct(y);
+  normalize(y, {0, 1, 0});
+  const KFbxVector4 z = x.CrossProduct(y);
+  KFbxXMatrix rigid;
+  for (size_t row = 0; row < 3; ++row) {
+    rigid.At(row) = x[row];
+    rigid.At(4 + row) = y[row];
+    rigid.At(8 + row) = z[row];
+  }
+  rigid.SetT(m.GetT());
+  return rigid;
+}
+
+}  // namespace scene::gltf

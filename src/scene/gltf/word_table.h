@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include "scene/mixed_hash.h"
+
+namespace scene::gltf {
+
+/// Numbers equal keys, all of `width` words, in the order in which they come.
+class WordTable {
+ public:
+  explicit WordTable(size_t width) : width_(width) {}
+
+  /// Number of the key at `words`.
+  uint32_t NumberOf(const uint32_t* words) {
+    if (2 * (count_ + 1) > slots_.size()) Grow();
+    for (size_t slot = Hash(words) & (slots_.size() - 1);; slot = (slot + 1) & (slots_.size() - 1)) {
+      if (slots_[slot] == 0) {
+        words_.insert(words_.end(), words, words + width_);
+        return (slots_[slot] = ++count_) - 1;
+      }
+      if (std::equal(words, words + width_, At(slots_[slot] - 1))) return slots_[slot] - 1;
+    }
+  }
+  const uint32_t* At(uint32_t number) const { return words_.data() + size_t{number} * width_; }
+  uint32_t size() const { return count_; }
+  /// The most bytes that `count` further keys of `width` words can take.
+  static uint64_t MostMemory(uint64_t count, size_t width) {
+    return count * (2 * width + 8) * sizeof(uint32_t);
+  }
+
+ private:
+  size_t Hash(const uint32_t* words) const {
+    uint64_t hash = 0;
+    for (size_t i = 0; i < width_; i += 2) {
+      hash = hash_(hash ^ PairKey(words[i], i + 1 < width_ ? words[i + 1] : 0));
+    }
+    return static_cast<size_t>(hash);
+  }
+  void Grow() {
+    constexpr size_t kFirst = 64;
+    slots_.assign(std::max(2 * slots_.size(), kFirst), 0);
+    for (uint32_t i = 0; i < count_; ++i) {
+      size_t slot = Hash(At(i)) & (slots_.size() - 1);
+      while (slots_[slot] != 0) slot = (slot + 1) & (slots_.size() - 1);
+      slots_[slot] = i + 1;
+    }
+  }
+
+  MixedHash hash_;
+  size_t width_;
+  uint32_t count_ = 0;
+  std::vector<uint32_t> words_;
+  std::vector<uint32_t> slots_;  ///< numbers from 1; 0 is free
+};
+
+}  // namespace scene::gltf

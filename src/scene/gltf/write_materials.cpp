@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "scene/gltf/write_materials.h"
+
+#include <algorithm>
+
+#include "platform/files.h"
+#include "scene/gltf/file_reference.h"
+
+namespace scene::gltf {
+namespace {
+
+std::string_view NamePart(std::string_view path) { return path.substr(path.find_last_of("\\/") + 1); }
+
+/// Ending of a picture file by its content, which types and names may contradict.
+const char* EndingOf(std::string_view content, std::string_view mimeType) {
+  if (content.starts_with("\x89PNG")) return ".png";
+  if (content.starts_with("\xff\xd8")) return ".jpg";
+  if (content.substr(8).starts_with("WEBP")) return ".webp";
+  return mimeType == "image/jpeg" ? ".jpg" : mimeType == "image/ktx2" ? ".ktx2" : ".png";
+}
+
+/// `name` as that of a file: what separates folders or means something to a system becomes "_".
+std::string AsFileName(std::string name) {
+  constexpr size_t kLongest = 100;
+  name.resize(std::min(name.size(), kLongest));
+  for (char& c : name) {
+    if (static_cast<unsigned char>(c) < 0x20 ||
+        std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos)
+      c = '_';
+  }
+  return name;
+}
+
+std::string LowerCased(std::string text) {
+  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  return text;
+}
+
+}  // namespace
+
+int64_t MaterialWriter::IdOf(uint32_t material) {
+  const auto [known, isNew] = materials_.try_emplace(material);
+  if (isNew) known->second = Write(material == kNone ? Material() : document_.materials[material]);
+  return known->second;
+}
+
+void MaterialWriter::WriteColour(const char* property, double r, double g, double b) {
+  writer_.Begin("P").Text(property).Text("").Text("").Text("").Real(r).Real(g).Real(b).End();
+}
+
+int64_t MaterialWriter::Write(const Material& material) {
+  const int64_t id = links_.NewId();
+  const auto& [r, g, b, alpha] = material.colour;
+  writer_.Begin("Material").Integer(id).Text(material.name).Text("");
+  writer_.Begin("ShadingModel").Text("lambert").End();
+  writer_.Begin("Properties70");
+  WriteColour("DiffuseColor", r, g, b);
+  WriteColour("EmissiveColor", material.emissive[0], material.emissive[1], material.emissive[2]);
+  if (material.isBlended) {
+    writer_.Begin("P").Text("TransparencyFactor").Text("").Text("").Text("");
+    writer_.Real(1.0 - std::clamp(alpha, 0.0, 1.0)).End();
+  }
+  writer_.End();
+  writer_.End();
+  if (material.image != kNone) WriteTexture(material.image, id);
+  return id;
+}
+
+void MaterialWriter::WriteTexture(uint32_t image, int64_t material) {
+  const auto [known, isNew] = textures_.try_emplace(image);
+  if (isNew) known->second = WritePicture(image);
+  links_.Connect(known->second, material, "DiffuseColor");
+}
+
+/// What the picture's file is called, where it is one, or would be.
+std::string MaterialWriter::NameOfPicture(uint32_t index) {
+  const Image& image = document_.images[index];
+  if (image.view == kNone && !IsDataUri(image.uri)) {
+    // One that does not lie below the model is looked for by its name, as those of FBX files are.
+    const std::string below = PathBelowModel(image.uri);
+    return below.empty() ? std::string(NamePart(image.uri)) : below;
+  }
+  const std::string_view content =
+      image.view == kNone ? std::string_view() : bytes_.View(document_, image.view);
+  std::string stem = AsFileName(image.name.empty() ? "picture" : image.name);
+  const std::string ending = EndingOf(content, image.mimeType);
+  // Images are called after the files that they were made of.
+  for (const std::string_view known :
+       {".png", ".jpg", ".jpeg", ".tga", ".tif", ".tiff", ".bmp", ".psd", ".webp"}) {
+    if (LowerCased(stem).ends_with(known)) stem.resize(stem.size() - known.size());
+  }
+  // What comes behind a point would be taken for an ending.
+  std::replace(stem.begin(), stem.end(), '.', '_');
+  std::string name = stem;
+  for (int i = 2; !pictureNames_.insert(LowerCased(name)).second; ++i) name = stem + "_" + std::to_string(i);
+  return name + ending;
+}
+
+int64_t MaterialWriter::WritePicture(uint32_t index) {
+  const Image& image = document_.images[index];
+  const std::string name = NameOfPicture(index);
+  const int64_t texture = links_.NewId();
+  writer_.Begin("Texture").Integer(texture).Text("").Text("");
+  writer_.Begin("FileName").Text(name).End();
+  writer_.Begin("RelativeFilename").Text(name).End();
+  writer_.End();
+  const bool isData = IsDataUri(image.uri);
+  if (image.view == kNone && !isData) return texture;
+  const int64_t video = links_.NewId();
+  writer_.Begin("Video").Integer(video).Text("").Text("");
+  writer_.Begin("FileName").Text(name).End();
+  writer_.Begin("Nameless").End();
+  writer_.Begin("Content");
+  if (isData) {
+    writer_.Text(DecodeDataUri(image.uri));
+  } else {
+    writer_.Bytes(bytes_.View(document_, image.view));
+  }
+  writer_.End();
+  writer_.End();
+  links_.Connect(video, texture);
+  return texture;
+}
+
+}  // namespace scene::gltf

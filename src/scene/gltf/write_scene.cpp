@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: MIT
+#include "scene/gltf/write_scene.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "scene/gltf/geometry.h"
+#include "scene/gltf/record_writer.h"
+#include "scene/gltf/unique_names.h"
+#include "scene/gltf/write_materials.h"
+
+namespace scene::gltf {
+namespace {
+
+constexpr int64_t kSceneRoot = 0;
+constexpr const char* kNoLabels[] = {"", "", ""};
+
+class SceneWriter {
+ public:
+  SceneWriter(const Document& document, const BufferBytes& bytes, const Rig& rig,
+              const AccessorReader& accessors, Budget& budget, RecordTree& tree)
+      : document_(document),
+        rig_(rig),
+        accessors_(accessors),
+        budget_(budget),
+        writer_(tree),
+        materials_(document, bytes, writer_, links_),
+        bones_(document.nodes.size()) {
+    tree.version = 7400;
+    tree.bigEndian = std::endian::native == std::endian::big;
+  }
+
+  std::string Write() {
+    writer_.Begin("Objects");
+    const std::string root = WriteBones();
+    for (const uint32_t node : rig_.order) {
+      if (document_.nodes[node].mesh != kNone) WriteMesh(node);
+    }
+    WritePose();
+    WriteMotions();
+    writer_.End();
+    links_.Write(writer_);
+    return root;
+  }
+
+ private:
+  struct PoseEntry {
+    int64_t node;
+    KFbxXMatrix matrix;
+  };
+
+  void WriteVector(const char* property, const KFbxVector4& vector) {
+    writer_.Begin("P").Text(property);
+    for (const char* label : kNoLabels) writer_.Text(label);
+    for (size_t i = 0; i < 3; ++i) writer_.Real(vector[i]);
+    writer_.End();
+  }
+
+  void WriteMatrix(const char* name, const KFbxXMatrix& matrix) {
+    double numbers[16];
+    for (size_t i = 0; i < 16; ++i) numbers[i] = matrix.At(i);
+    writer_.Begin(name).Array(numbers).End();
+  }
+
+  /// @param local  rigid
+  int64_t WriteNode(const std::string& name, const char* type, int64_t parent, const KFbxXMatrix& local,
+                    std::string_view humanBone = {}) {
+    const int64_t id = links_.NewId();
+    writer_.Begin("Model").Integer(id).Text(name).Text(type);
+    if (!humanBone.empty()) writer_.Begin("HumanBone").Text(humanBone).End();
+    writer_.Begin("Properties70");
+    WriteVector("Lcl Translation", local.GetT());
+    WriteVector("Lcl Rotation", local.GetR());
+    writer_.End();
+    writer_.End();
+    links_.Connect(id, parent);
+    return id;
+  }
+
+  int64_t WriteBone(const std::string& name, int64_t parent, const KFbxXMatrix& above,
+                    const KFbxXMatrix& world, std::string_view humanBone = {}) {
+    const int64_t bone = WriteNode(name, "LimbNode", parent, above.Inverse() * world, humanBone);
+    const int64_t attribute = links_.NewId();
+    writer_.Begin("NodeAttribute").Integer(attribute).Text("").Text("LimbNode").End();
+    links_.Connect(attribute, bone);
+    pose_.push_back({bone, world});
+    return bone;
+  }
+
+  uint32_t ParentBone(uint32_t node) const {
+    const uint32_t parent = document_.nodes[node].parent;
+    return parent == kNone ? kNone : rig_.boneAbove[parent];
+  }
+
+  /// Bones carry no scale: it is in the points of their meshes.
+  /// @return the name of the bone that was added above several top bones
+  std::string WriteBones() {
+    const auto isTop = [&](uint32_t node) { return rig_.isBone[node] && ParentBone(node) == kNone; };
+    const bool hasOneTop = std::count_if(rig_.order.begin(), rig_.order.end(), isTop) <= 1;
+    std::vector<std::string> names(document_.nodes.size());
+    UniqueNames unique;
+    for (const uint32_t node : rig_.order) {
+      if (rig_.isBone[node]) names[node] = unique.Take(NameOf(node, "Bone_"));
+    }
+    std::vector<std::string_view> human(names.size());
+    for (const auto& [bone, node] : document_.avatar.humanoid) human[node] = bone;
+    const std::string rootName = hasOneTop ? "" : unique.Take("root");
+    const int64_t top = hasOneTop ? kSceneRoot : WriteBone(rootName, kSceneRoot, {}, {});
+    for (const uint32_t node : rig_.order) {
+      if (!rig_.isBone[node]) continue;
+      const uint32_t parent = ParentBone(node);
+      bones_[node] = WriteBone(names[node], parent == kNone ? top : bones_[parent],
+                               parent == kNone ? KFbxXMatrix() : WithoutScale(rig_.places[parent]),
+                               WithoutScale(rig_.places[node]), human[node]);
+    }
+    return rootName;
+  }
+
+  std::string NameOf(uint32_t node, const char* otherwise) const {
+    const std::string& name = document_.nodes[node].name;
+    return name.empty() ? otherwise + std::to_string(node) : name;
+  }
+
+  std::string NameOfMesh(const Node& node) const {
+    const std::string& name = node.name.empty() ? document_.meshes[node.mesh].name : node.name;
+    return name.empty() ? "Mesh_" + std::to_string(node.mesh) : name;
+  }
+
+  void WriteMesh(uint32_t index) {
+    const Node& node = document_.nodes[index];
+    const bool isSkinned = node.skin != kNone;
+    const KFbxXMatrix place = isSkinned ? rig_.skins[node.skin].place : rig_.places[index];
+    const size_t jointCount = isSkinned ? document_.skins[node.skin].joints.size() : 0;
+    const Geometry geometry = JoinPrimitives(document_, accessors_, budget_, node, place, jointCount);
+    if (geometry.corners.empty()) return;
+    const int64_t id = WriteNode(meshNames_.Take(NameOfMesh(node)), "Mesh", kSceneRoot, {});
+    pose_.push_back({id, {}});
+    const int64_t mesh = WriteGeometry(geometry);
+    links_.Connect(mesh, id);
+    for (const uint32_t material : geometry.materials) links_.Connect(materials_.IdOf(material), id);
+    if (isSkinned) {
+      WriteSkin(node.skin, geometry, mesh);
+    } else if (rig_.boneAbove[index] != kNone) {
+      WriteHold(rig_.boneAbove[index], geometry, mesh);
+    }
+  }
+
+  int64_t WriteGeometry(const Geometry& geometry) {
+    const int64_t id = links_.NewId();
+    writer_.Begin("Geometry").Integer(id).Text("").Text("Mesh");
+    writer_.Begin("Vertices").Array(geometry.points).End();
+    writer_.Begin("PolygonVertexIndex").Array(geometry.corners).End();
+    const auto beginElement = [&](const char* name, const char* mapping) {
+      writer_.Begin(name).Integer(0);
+      writer_.Begin("MappingInformationType").Text(mapping).End();
+      writer_.Begin("ReferenceInformationType").Text("IndexToDirect").End();
+    };
+    if (!geometry.uvIndices.empty()) {
+      beginElement("LayerElementUV", "ByPolygonVertex");
+      writer_.Begin("UV").Array(geometry.uvs).End();
+      writer_.Begin("UVIndex").Array(geometry.uvIndices).End();
+      writer_.End();
+    }
+    const bool isOne = geometry.materials.size() == 1;
+    beginElement("LayerElementMaterial", isOne ? "AllSame" : "ByPolygon");
+    writer_.Begin("Materials")
+        .Array(std::span(geometry.polygonMaterials).first(isOne ? 1 : geometry.polygonMaterials.size()))
+        .End();
+    writer_.End();
+    writer_.End();
+    return id;
+  }
+
+  void WriteCluster(int64_t bone, const JointWeights& joint, const KFbxXMatrix& transform,
+                    const KFbxXMatrix& link, int64_t skin) {
+    const int64_t id = links_.NewId();
+    writer_.Begin("Deformer").Integer(id).Text("").Text("Cluster");
+    writer_.Begin("Indexes").Array(joint.points).End();
+    writer_.Begin("Weights").Array(joint.weights).End();
+    WriteMatrix("Transform", transform);
+    WriteMatrix("TransformLink", link);
+    writer_.End();
+    links_.Connect(id, skin);
+    links_.Connect(bone, id);
+  }
+
+  int64_t WriteSkinObject(int64_t mesh) {
+    const int64_t id = links_.NewId();
+    writer_.Begin("Deformer").Integer(id).Text("").Text("Skin").End();
+    links_.Connect(id, mesh);
+    return id;
+  }
+
+  void WriteSkin(uint32_t index, const Geometry& geometry, int64_t mesh) {
+    const Skin& skin = document_.skins[index];
+    const BoundSkin& bound = rig_.skins[index];
+    const KFbxXMatrix fromWorld = bound.place.Inverse();
+    const int64_t id = WriteSkinObject(mesh);
+    for (size_t i = 0; i < skin.joints.size(); ++i) {
+      const uint32_t joint = skin.joints[i];
+      if (geometry.joints[i].points.empty() || bones_[joint] == kSceneRoot) continue;
+      const KFbxXMatrix link = WithoutScale(rig_.places[joint]);
+      // Of a skin that does not fit the others each joint takes its points from another place.
+      const KFbxXMatrix mesh2bone = link.Inverse() * rig_.places[joint] * bound.inverseBind[i] * fromWorld;
+      WriteCluster(bones_[joint], geometry.joints[i], mesh2bone, link, id);
+    }
+  }
+
+  /// A mesh without a skin goes along with the bone that it hangs on.
+  void WriteHold(uint32_t bone, const Geometry& geometry, int64_t mesh) {
+    const size_t count = geometry.points.size() / 3;
+    JointWeights all{std::vector<int32_t>(count), std::vector<float>(count, 1.0f)};
+    for (size_t i = 0; i < count; ++i) all.points[i] = static_cast<int32_t>(i);
+    budget_.Take(count * 8);
+    const KFbxXMatrix link = WithoutScale(rig_.places[bone]);
+    WriteCluster(bones_[bone], all, link.Inverse(), link, WriteSkinObject(mesh));
+  }
+
+  void WritePose() {
+    if (pose_.empty()) return;
+    writer_.Begin("Pose").Integer(links_.NewId()).Text("").Text("BindPose");
+    for (const auto& [node, matrix] : pose_) {
+      writer_.Begin("PoseNode");
+      writer_.Begin("Node").Integer(node).End();
+      WriteMatrix("Matrix", matrix);
+      writer_.End();
+    }
+    writer_.End();
+  }
+
+  /// Of motions no more is read than that they are there.
+  void WriteMotions() {
+    static constexpr double kTwoKeys[] = {0, 1};
+    for (const std::string& name : document_.motions) {
+      writer_.Begin("AnimationStack").Integer(links_.NewId()).Text(name).Text("").End();
+    }
+    if (document_.motions.empty()) return;
+    writer_.Begin("AnimationCurve").Integer(links_.NewId()).Text("").Text("");
+    writer_.Begin("KeyTime").Array(kTwoKeys).End();
+    writer_.End();
+  }
+
+  const Document& document_;
+  const Rig& rig_;
+  const AccessorReader& accessors_;
+  Budget& budget_;
+  RecordWriter writer_;
+  ObjectLinks links_;
+  MaterialWriter materials_;
+  std::vector<int64_t> bones_;  ///< of each node; kSceneRoot for those that are none
+  UniqueNames meshNames_;
+  std::vector<PoseEntry> pose_;
+};
+
+}  // namespace
+
+void WriteScene(const Document& document, const BufferBytes& bytes, const Rig& rig,
+                const AccessorReader& accessors, Budget& budget, RecordTree& tree, std::string& root) {
+  root = SceneWriter(document, bytes, rig, accessors, budget, tree).Write();
+}
+
+}  // namespace scene::gltf

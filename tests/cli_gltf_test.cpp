@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+//
+// The sample character in other formats: the same package.
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "actor/load_actor.h"
+#include "actor/rigid_transform.h"
+#include "support/tool.h"
+
+namespace {
+
+using support::ReadWholeFile;
+using support::Tool;
+using testing::HasSubstr;
+
+constexpr double kSize = 170.0, kTolerance = 1e-4;
+
+actor::Actor Load(const std::string& package) {
+  actor::Actor loaded;
+  actor::Findings findings;
+  std::string error;
+  EXPECT_TRUE(actor::LoadActor(package, {}, loaded, findings, error)) << error;
+  EXPECT_TRUE(findings.empty());
+  return loaded;
+}
+
+void ExpectSameBones(const actor::Skeleton& made, const actor::Skeleton& expected) {
+  ASSERT_EQ(made.bones.size(), expected.bones.size());
+  for (size_t i = 0; i < made.bones.size(); ++i) {
+    EXPECT_EQ(made.bones[i].name, expected.bones[i].name);
+    EXPECT_EQ(made.bones[i].parent, expected.bones[i].parent);
+    const auto a = BindTransform(made.bones[i]).Matrix(), b = BindTransform(expected.bones[i]).Matrix();
+    for (size_t k = 0; k < 16; ++k) EXPECT_NEAR(a[k], b[k], k < 12 ? kTolerance : kTolerance * kSize);
+  }
+}
+
+using Weights = std::map<int32_t, float>;
+
+Weights WeightsOf(const actor::Mesh& mesh, const actor::Vertex& vertex) {
+  Weights weights;
+  for (uint32_t i = 0; i < vertex.influenceCount; ++i) {
+    const actor::Influence& influence = mesh.influences[vertex.firstInfluence + i];
+    if (influence.weight > kTolerance) weights[influence.bone] += influence.weight;
+  }
+  return weights;
+}
+
+template <size_t N>
+bool IsNear(const std::array<float, N>& a, const std::array<float, N>& b, double tolerance) {
+  for (size_t i = 0; i < N; ++i) {
+    if (std::abs(a[i] - b[i]) > tolerance) return false;
+  }
+  return true;
+}
+
+/// Whether `mesh` has a vertex of the place, the direction, the coordinates and the weights of `vertex`.
+bool HasVertex(const actor::Mesh& mesh, const actor::Vertex& vertex, const Weights& weights) {
+  return std::any_of(mesh.vertices.begin(), mesh.vertices.end(), [&](const actor::Vertex& own) {
+    if (!IsNear(own.position, vertex.position, kTolerance * kSize) ||
+        !IsNear(own.normal, vertex.normal, 0.01) || !IsNear(own.uv, vertex.uv, kTolerance)) {
+      return false;
+    }
+    const Weights ownWeights = WeightsOf(mesh, own);
+    return std::equal(ownWeights.begin(), ownWeights.end(), weights.begin(), weights.end(),
+                      [](const auto& a, const auto& b) {
+                        return a.first == b.first && std::abs(a.second - b.second) < kTolerance;
+                      });
+  });
+}
+
+void ExpectSameMeshes(const std::vector<actor::Mesh>& made, const std::vector<actor::Mesh>& expected) {
+  ASSERT_EQ(made.size(), expected.size());
+  for (const actor::Mesh& mesh : expected) {
+    const auto twin =
+        std::find_if(made.begin(), made.end(), [&](const auto& m) { return m.name == mesh.name; });
+    ASSERT_NE(twin, made.end()) << mesh.name;
+    EXPECT_EQ(twin->faces.size(), mesh.faces.size());
+    size_t missing = 0;
+    for (const actor::Vertex& vertex : mesh.vertices)
+      missing += !HasVertex(*twin, vertex, WeightsOf(mesh, vertex));
+    EXPECT_EQ(missing, 0u) << mesh.name;
+  }
+}
+
+/// `glb` as an avatar that says which bones are those of a human.
+std::string AsAvatar(const std::string& glb) {
+  uint32_t size = 0;
+  std::memcpy(&size, glb.data() + 12, sizeof size);
+  nlohmann::json json = nlohmann::json::parse(glb.substr(20, size));
+  const auto nodeCalled = [&](const std::string& name) {
+    for (size_t i = 0; i < json["nodes"].size(); ++i) {
+      if (json["nodes"][i]["name"] == name) return i;
+    }
+    return size_t{999};
+  };
+  json["extensions"]["VRMC_vrm"] = {
+      {"meta", {{"name", "Scout"}, {"authors", {"Ada"}}, {"licenseUrl", "https://example.com/free"}}},
+      {"humanoid",
+       {{"humanBones",
+         {{"leftFoot", {{"node", nodeCalled("L_foot")}}}, {"hips", {{"node", nodeCalled("Mobo")}}}}}}}};
+  std::string text = json.dump();
+  text.resize((text.size() + 3) / 4 * 4, ' ');
+  const auto length = static_cast<uint32_t>(text.size());
+  std::string lengthBytes(reinterpret_cast<const char*>(&length), sizeof length);
+  return glb.substr(0, 12) + lengthBytes + "JSON" + text + glb.substr(20 + size);
+}
+
+TEST_F(Tool, ACharacterInGltfBecomesThePackageOfItsFbx) {
+  CopySample("scout.fbx");
+  for (const char* name : {"textures", "glb", "gltf", "vrm"})
+    std::filesystem::create_directory(folder_.Path(name));
+  for (const char* name : {"skin.tga", "textures/cloth.png", "textures/metal.png"}) {
+    std::filesystem::copy_file(TS3D_SAMPLES_FOLDER "/" + std::string(name), folder_.Path(name));
+  }
+  ASSERT_EQ(Run("convert -q scout.fbx"), 0);
+  const actor::Actor expected = Load(folder_.Path("scout.czp"));
+  ASSERT_EQ(Run("export scout.czp -o glb/scout.glb"), 0) << errors_;
+  ASSERT_EQ(Run("export scout.czp -o gltf/scout.gltf"), 0) << errors_;
+  folder_.Write("vrm/scout.vrm", AsAvatar(ReadWholeFile(folder_.Path("glb/scout.glb"))));
+  for (const std::string name : {"glb", "gltf", "vrm"}) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(Run("convert --prove " + name), 0) << errors_;
+    EXPECT_TRUE(Printed("its metres are made centimetres")) << errors_;
+    const actor::Actor made = Load(folder_.Path(name + "/scout.czp"));
+    ExpectSameBones(made.skeleton, expected.skeleton);
+    ExpectSameMeshes(made.meshes, expected.meshes);
+    EXPECT_EQ(made.pictures.size(), 3u);
+    EXPECT_EQ(made.document.objectId, "scout");
+  }
+  EXPECT_EQ(Run("check vrm/scout.vrm --rename-preset vrm"), 0) << output_;
+  EXPECT_THAT(output_, HasSubstr("vrm/scout.vrm: glTF 2.0, would become scout.czp with the name \"scout\""));
+  EXPECT_THAT(output_, HasSubstr("Scout; by: Ada; https://example.com/free"));
+  EXPECT_THAT(output_, HasSubstr("--rename \"L_foot=left foot\""));
+  EXPECT_EQ(Run("convert --update gltf"), 0);
+  EXPECT_TRUE(Printed("up to date") || output_.find("up to date") != std::string::npos) << errors_ << output_;
+  std::filesystem::last_write_time(folder_.Path("gltf/scout.bin"),
+                                   std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+  EXPECT_EQ(Run("convert --update gltf"), 0);
+  EXPECT_FALSE(Printed("up to date") || output_.find("up to date") != std::string::npos)
+      << errors_ << output_;
+  EXPECT_EQ(Run("check --json gltf"), 0);
+  EXPECT_EQ(Run("preview gltf/scout.gltf -o x.png"), 0) << errors_;
+  EXPECT_EQ(Run("inspect glb/scout.glb"), 2);
+  EXPECT_TRUE(Printed("this is a glTF file; \"fbx2czp convert\" makes a package of it")) << errors_;
+  EXPECT_EQ(Run("check ."), 0) << "of the same model in several formats one is taken";
+  std::filesystem::copy_file(folder_.Path("glb/scout.glb"), folder_.Path("scout.glb"));
+  EXPECT_EQ(Run("convert -q --force . -o out"), 0) << errors_;
+}
+
+}  // namespace

@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "scene/model/material.h"
+#include "scene/model/mesh.h"
+#include "support/check_scene.h"
+#include "support/gltf_builder.h"
+#include "support/load_scene.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using scene::KFbxMesh;
+using scene::KFbxNode;
+using support::GltfFile;
+using support::Xyz;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using Json = GltfFile::Json;
+
+/// What a file is read as.
+struct Loaded {
+  support::ManagerPtr manager{scene::KFbxSdkManager::Create()};
+  scene::KFbxScene* scene = manager->CreateScene("");
+  std::string error;
+
+  explicit Loaded(const std::string& bytes, const std::string& path = "") {
+    scene::KFbxImporter& importer = *manager->CreateImporter();
+    scene::KFbxIOSettings settings;
+    settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
+    if (path.empty()) settings.SetStringProp(scene::kModelFolderSetting, "");
+    importer.SetIOSettings(settings);
+    const bool read = (path.empty() ? importer.InitializeFromMemory("", bytes) : importer.Initialize(path)) &&
+                      importer.Import(*scene);
+    if (!read) error = importer.GetLastErrorString();
+    support::CheckScene(*scene);
+  }
+  explicit Loaded(const GltfFile& file) : Loaded(file.Glb()) {}
+
+  KFbxNode& Node(const char* name) const {
+    KFbxNode* node = support::FindNode(*scene, name);
+    if (!node) throw std::runtime_error(error + ": no node " + name);
+    return *node;
+  }
+  KFbxMesh& Mesh(const char* name) const { return *Node(name).GetMesh(); }
+};
+
+std::vector<double> PointsOf(KFbxMesh& mesh) {
+  return {mesh.GetControlPoints().begin(), mesh.GetControlPoints().end()};
+}
+
+/// "012 213 " for two triangles, with the points in the order of `mesh`.
+std::string TrianglesOf(KFbxMesh& mesh) {
+  std::string text;
+  for (int i = 0; i < mesh.GetPolygonCount(); ++i) {
+    const scene::KFbxPolygon polygon = mesh.GetPolygon(i);
+    for (uint32_t k = 0; k < polygon.size; ++k)
+      text += std::to_string(mesh.GetPolygonVertices()[polygon.firstCorner + k]);
+    text += ' ';
+  }
+  return text;
+}
+
+const std::vector<float> kSquare{0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0};
+
+TEST(Gltf, EveryKindOfTriangleListIsReadInCentimetres) {
+  const auto trianglesOf = [](int mode, const std::vector<uint16_t>& indices) {
+    GltfFile file;
+    Json primitive = {{"attributes", {{"POSITION", file.Points(kSquare)}}}, {"mode", mode}};
+    if (!indices.empty()) primitive["indices"] = file.Indices(indices);
+    file.Top({{"name", "m"}, {"mesh", file.Mesh(primitive)}});
+    const Loaded loaded(file);
+    EXPECT_THAT(PointsOf(loaded.Mesh("m")), ElementsAre(0, 0, 0, 100, 0, 0, 0, 100, 0, 100, 100, 0));
+    return TrianglesOf(loaded.Mesh("m"));
+  };
+  EXPECT_EQ(trianglesOf(4, {}), "012 ");
+  EXPECT_EQ(trianglesOf(4, {0, 1, 2, 2, 1, 3}), "012 213 ");
+  EXPECT_EQ(trianglesOf(5, {}), "012 132 ") << "every other triangle of a strip is turned";
+  EXPECT_EQ(trianglesOf(5, {0, 1, 2, 2, 3}), "012 ") << "repeated vertices turn strips and are no triangles";
+  EXPECT_EQ(trianglesOf(6, {0, 1, 3, 2}), "013 032 ");
+  EXPECT_EQ(trianglesOf(4, {0, 1, 2, 0, 1, 77}), "012 ") << "a vertex that is not there loses its triangle";
+}
+
+TEST(Gltf, AccessorsMayBeSparseStridedAndOfAnyType) {
+  GltfFile file;
+  const size_t sparse = file.Add("accessors", {{"componentType", 5126}, {"type", "VEC3"}, {"count", 4}});
+  file.root["accessors"][sparse]["sparse"] = {
+      {"count", 1},
+      {"indices", {{"bufferView", file.View(std::vector<uint8_t>{3})}, {"componentType", 5121}}},
+      {"values", {{"bufferView", file.View(std::vector<float>{1, 2, 3})}}}};
+  const size_t quantized = file.Add(
+      "accessors", {{"bufferView", file.View(std::vector<int8_t>{-128, 0, 127, 9, 127, 0, 0, 9, 0, 127, 0, 9},
+                                             {{"byteStride", 4}})},
+                    {"componentType", 5120},
+                    {"type", "VEC3"},
+                    {"count", 3},
+                    {"normalized", true}});
+  const Json triangle = {{"indices", file.Indices({0, 1, 3})}};
+  Json a = triangle;
+  a["attributes"]["POSITION"] = sparse;
+  file.Top({{"name", "sparse"}, {"mesh", file.Mesh(a)}});
+  file.Top({{"name", "packed"},
+            {"mesh", file.Mesh({{"attributes", {{"POSITION", quantized}}}})},
+            {"scale", {0.01, 0.02, -0.01}}});
+  const Loaded loaded(file);
+  EXPECT_THAT(PointsOf(loaded.Mesh("sparse")), ElementsAre(0, 0, 0, 100, 200, 300));
+  EXPECT_THAT(PointsOf(loaded.Mesh("packed")),
+              testing::Pointwise(testing::DoubleNear(1e-6), {-1., 0., -1., 1., 0., 0., 0., 2., 0.}));
+  EXPECT_EQ(TrianglesOf(loaded.Mesh("packed")), "021 ") << "what a mirror turns inside out is turned back";
+}
+
+TEST(Gltf, VerticesThatWereSplitAreJoinedAndCoordinatesTransformed) {
+  GltfFile file;
+  file.root["images"] = {{{"uri", "../art/skin%20a.png"}}};
+  file.root["textures"] = {{{"source", 0}}};
+  const Json turn = {{"offset", {0.5, 0}}, {"rotation", 1.5707963267948966}, {"scale", {2, 1}}};
+  file.root["materials"] = {
+      {{"name", "skin"},
+       {"pbrMetallicRoughness",
+        {{"baseColorFactor", {1, 0.5, 0, 0.25}},
+         {"baseColorTexture",
+          {{"index", 0}, {"texCoord", 1}, {"extensions", {{"KHR_texture_transform", turn}}}}}}},
+       {"alphaMode", "BLEND"}}};
+  std::vector<float> points = kSquare, normals, zeros(12), uvs;
+  points.insert(points.end(), {0, 0, 0, 0, 0, 0});
+  for (int i = 0; i < 6; ++i) normals.insert(normals.end(), {0, i == 4 ? 0.6f : 0.0f, i == 5 ? -1.0f : 1.0f});
+  for (int i = 0; i < 6; ++i) uvs.insert(uvs.end(), {i == 4 ? 1.0f : 0.0f, 0.25f});
+  const Json attributes = {{"POSITION", file.Points(points)},
+                           {"NORMAL", file.Points(normals)},
+                           {"TEXCOORD_0", file.Numbers(GltfFile::kF32, "VEC2", 2, zeros)},
+                           {"TEXCOORD_1", file.Numbers(GltfFile::kF32, "VEC2", 2, uvs)}};
+  const size_t mesh =
+      file.Mesh({{"attributes", attributes}, {"indices", file.Indices({0, 1, 2, 4, 1, 3})}, {"material", 0}});
+  file.root["meshes"][mesh]["primitives"].push_back(
+      {{"attributes", attributes}, {"indices", file.Indices({5, 2, 1})}});
+  file.Top({{"name", "m"}, {"mesh", mesh}});
+  const Loaded loaded(file);
+  KFbxMesh& read = loaded.Mesh("m");
+  EXPECT_EQ(read.GetControlPointsCount(), 5) << "the back of a sheet stays a surface of its own";
+  EXPECT_EQ(TrianglesOf(read), "012 013 421 ");
+  // u' = v + 0.5, v' = -2 u, with v upwards 1 + 2 u; the second primitive has set 0 as it is.
+  EXPECT_THAT(
+      std::vector<double>(read.GetUVs()->GetDirectArray().begin(), read.GetUVs()->GetDirectArray().end()),
+      testing::Pointwise(testing::DoubleNear(1e-6), {0.75, 1., 0.75, 3., 0., 1.}));
+  EXPECT_EQ(read.GetMaterials()->GetMaterialIndex(2, 0), 1);
+  const auto& skin = dynamic_cast<const scene::KFbxSurfaceLambert&>(*loaded.Node("m").GetMaterial(0));
+  EXPECT_THAT(Xyz(skin.diffuse), ElementsAre(1, 0.5, 0));
+  EXPECT_EQ(skin.transparencyFactor, 0.75);
+  EXPECT_EQ(skin.FindProperty("DiffuseColor")->GetSrcTexture(0)->GetFileName(), "skin%20a.png")
+      << "a path that leads out is looked for by its name";
+}
+
+/// A skin of joints, each with an inverse bind matrix that only moves.
+size_t AddSkin(GltfFile& file, const std::vector<size_t>& joints,
+               const std::vector<std::vector<float>>& moves) {
+  std::vector<float> matrices;
+  for (const std::vector<float>& m : moves)
+    matrices.insert(matrices.end(), {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, m[0], m[1], m[2], 1});
+  Json skin = {{"joints", joints}};
+  if (!moves.empty()) skin["inverseBindMatrices"] = file.Numbers(GltfFile::kF32, "MAT4", 16, matrices);
+  return file.Add("skins", skin);
+}
+
+TEST(Gltf, SkinsStandWhereTheyWereBound) {
+  GltfFile file;
+  // The root lies at y = 1, its child one above; at bind time the child was two above, and the mesh 5 to the side.
+  const size_t child =
+      file.Add("nodes", {{"name", "bone"}, {"translation", {0, 1, 0}}, {"scale", {2, 2, 2}}});
+  const size_t between = file.Add("nodes", {{"children", {child}}});
+  const size_t root = file.Top({{"name", "bone"}, {"translation", {0, 1, 0}}, {"children", {between}}});
+  const Json triangle = {{"attributes", file.Held({{"POSITION", file.Points(kSquare)}}, {0, 1, 1, 1})}};
+  const size_t mesh = file.Mesh(triangle);
+  const size_t skin = AddSkin(file, {root, child}, {{5, 0, 0}, {5, -2, 0}});
+  file.Top({{"name", "a"}, {"mesh", mesh}, {"skin", skin}, {"translation", {9, 9, 9}}});
+  file.Top({{"name", "a"}, {"mesh", mesh}, {"skin", AddSkin(file, {child, root}, {})}});
+  const Loaded loaded(file);
+  EXPECT_EQ(support::ChildNames(*loaded.scene->GetRootNode()), "bone a a.001");
+  EXPECT_EQ(support::ChildNames(loaded.Node("bone")), "Bone_1") << "what lies between bones is one";
+  const KFbxNode& upper = loaded.Node("bone.001");
+  const scene::KFbxPose& pose = *loaded.scene->GetPose(0);
+  ASSERT_TRUE(pose.IsBindPose());
+  EXPECT_THAT(Xyz(pose.GetMatrix(pose.Find(&upper)).GetT()), ElementsAre(0, 300, 0));
+  EXPECT_THAT(Xyz(upper.GetGlobalFromDefaultTake().GetS()), ElementsAre(1, 1, 1)) << "scale is in the points";
+  EXPECT_EQ(PointsOf(loaded.Mesh("a"))[0], 500.0) << "the skin's place counts, not the node's";
+  const scene::KFbxSkin& read = *loaded.Mesh("a").GetSkin(0);
+  ASSERT_EQ(read.GetClusterCount(), 2);
+  EXPECT_THAT(std::vector<int32_t>(read.GetCluster(1)->GetControlPointIndices().begin(),
+                                   read.GetCluster(1)->GetControlPointIndices().end()),
+              ElementsAre(1, 2, 3));
+  EXPECT_THAT(Xyz(read.GetCluster(1)->GetTransformMatrix()->GetT()), ElementsAre(0, 0, 0));
+  EXPECT_THAT(Xyz(read.GetCluster(1)->GetTransformLinkMatrix()->GetT()), ElementsAre(0, 300, 0));
+  // The second skin says that both stood at the same place, and the first one has placed them already.
+  const scene::KFbxSkin& other = *loaded.Mesh("a.001").GetSkin(0);
+  EXPECT_EQ(other.GetCluster(0)->GetLink(), &upper);
+  EXPECT_THAT(Xyz(other.GetCluster(0)->GetTransformMatrix()->GetT()), ElementsAre(0, 200, 0));
+}
+
+TEST(Gltf, SeveralTopJointsAreJoinedAndHungMeshesHeld) {
+  GltfFile file;
+  Json attributes = file.Held({{"POSITION", file.Points(kSquare)}}, {0, 0, 0, 0});
+  // A second set of influences gives the other half.
+  attributes["JOINTS_1"] = file.Numbers(
+      GltfFile::kU16, "VEC4", 4, std::vector<uint16_t>{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 9, 0, 0});
+  attributes["WEIGHTS_1"] = file.Numbers(GltfFile::kF32, "VEC4", 4,
+                                         std::vector<float>{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 1, 0, 0});
+  const size_t hat =
+      file.Add("nodes", {{"name", "hat"},
+                         {"mesh", file.Mesh({{"attributes", {{"POSITION", file.Points(kSquare)}}}})},
+                         {"translation", {0, 1, 0}}});
+  const size_t left = file.Top({{"name", "left"}, {"translation", {1, 0, 0}}, {"children", {hat}}});
+  const size_t right = file.Top({{"name", "right"}});
+  const size_t mesh = file.Mesh({{"attributes", attributes}, {"indices", file.Indices({0, 1, 3})}});
+  file.Top({{"name", "body"}, {"mesh", mesh}, {"skin", AddSkin(file, {left, right}, {})}});
+  const Loaded loaded(file);
+  EXPECT_EQ(support::ChildNames(loaded.Node("root")), "left right");
+  EXPECT_THAT(loaded.scene->GetRemarks(), testing::Contains(HasSubstr("new bone \"root\"")));
+  EXPECT_EQ(loaded.Mesh("body").GetSkin(0)->GetClusterCount(), 2);
+  EXPECT_EQ(loaded.Mesh("body").GetSkin(0)->GetCluster(1)->GetControlPointIndicesCount(), 4);
+  const scene::KFbxSkin& held = *loaded.Mesh("hat").GetSkin(0);
+  EXPECT_EQ(held.GetCluster(0)->GetLink(), &loaded.Node("left"));
+  EXPECT_EQ(PointsOf(loaded.Mesh("hat"))[1], 100.0);
+}
+
+/// A small sound file to damage.
+GltfFile Sound() {
+  GltfFile file;
+  const size_t joint = file.Top({{"name", "j"}});
+  const Json primitive = {{"attributes", file.Held({{"POSITION", file.Points(kSquare)}}, {0, 0, 0, 0})},
+                          {"indices", file.Indices({0, 1, 2})}};
+  file.Top({{"name", "m"}, {"mesh", file.Mesh(primitive)}, {"skin", AddSkin(file, {joint}, {{0, 0, 0}})}});
+  return file;
+}
+
+TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
+  ASSERT_EQ(Loaded(Sound()).error, "");
+  const auto expect = [](const char* place, const Json& value, const char* reason) {
+    GltfFile file = Sound();
+    file.root[Json::json_pointer(place)] = value;
+    EXPECT_THAT(Loaded(file).error, HasSubstr(reason)) << place;
+  };
+  expect("/asset/version", "1.0", "glTF 1.0 is too old");
+  expect("/asset/minVersion", "2.7", "\"2.7\" is not known");
+  expect("/nodes/1/mesh", 7, "mesh 7 does not exist; there are 1");
+  expect("/nodes/1/mesh", -1, "is not what it should be");
+  expect("/nodes/0/children", {1, 1}, "is a child twice");
+  expect("/skins/0/joints", {0, 1}, "fewer inverse bind matrices");
+  expect("/accessors/0/count", 5, "leads out of its data");
+  expect("/accessors/0/count", 1e15, "too many elements");
+  expect("/accessors/0/type", "VEC2", "wrong type");
+  expect("/accessors/0/sparse", {{"count", 9}, {"indices", {{"componentType", 5121}}}}, "sparse");
+  expect("/accessors/0/componentType", 5124, "component type 5124");
+  expect("/bufferViews/0/byteOffset", 1e14, "leads out of its data");
+  expect("/bufferViews/0/extensions", {{"EXT_meshopt_compression", Json::object()}}, "without compression");
+  expect("/meshes/0/primitives/0/extensions", {{"KHR_draco_mesh_compression", Json::object()}},
+         "without compression");
+  for (const char* uri :
+       {"/etc/passwd", "../x.bin", "a/../../x", "file:///x", "http://x/y", "C:\\x", "%2e%2e/x"})
+    expect("/buffers", {{{"byteLength", 4}, {"uri", uri}}}, "not below the model's folder");
+  expect("/buffers", {{{"byteLength", 4}, {"uri", "data:;base64,####"}}}, "damaged");
+  expect("/buffers", {{{"byteLength", 400}, {"uri", "data:;base64,AAAA"}}}, "cut off");
+  const auto expectText = [](const std::string& text, const char* reason) {
+    EXPECT_THAT(Loaded(text).error, HasSubstr(reason));
+  };
+  expectText("{\"a\": 1}", "not a glTF file");
+  expectText("{\"asset\": {", "damaged at byte");
+  expectText("{\"asset\": " + std::string(300, '['), "nested too deep");
+  expectText("{\"asset\": [" + std::string(3'000'000, ',') + "]}", "too many values");
+  expectText(Sound().Glb().substr(0, 300), "cut off");
+  // Zeros that are nowhere in the file, and one mesh many times over.
+  GltfFile file = Sound();
+  file.root["accessors"][0] = {{"componentType", 5126}, {"type", "VEC3"}, {"count", 50'000'000}};
+  expectText(file.Glb(), "too much memory");
+  file = Sound();
+  const size_t large = file.Points(std::vector<float>(300'000));
+  for (int i = 0; i < 500; ++i) file.Top({{"mesh", file.Mesh({{"attributes", {{"POSITION", large}}}})}});
+  expectText(file.Glb(), "too much memory");
+}
+
+TEST(Gltf, DataBesideTheModelIsRead) {
+  const support::TempFolder folder;
+  GltfFile file = Sound();
+  file.root["buffers"] = {{{"byteLength", file.data.size()}, {"uri", "./a%20b.bin"}}};
+  folder.Write("m.gltf", "\xef\xbb\xbf " + file.root.dump());
+  EXPECT_THAT(Loaded("", folder.Path("m.gltf")).error,
+              HasSubstr("\"./a%20b.bin\" beside it, which cannot be opened"));
+  folder.Write("a b.bin", file.data);
+  const Loaded loaded("", folder.Path("m.gltf"));
+  EXPECT_EQ(loaded.error, "");
+  EXPECT_EQ(TrianglesOf(loaded.Mesh("m")), "012 ");
+  EXPECT_THAT(Loaded(file.root.dump()).error, HasSubstr("convert it from a folder"));
+}
+
+}  // namespace
