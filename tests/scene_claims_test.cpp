@@ -102,6 +102,17 @@ TEST(ExcessiveClaims, OfNamesAndObjectsAreRefused) {
   vertices.Object("Geometry", 2, "", "Mesh").Add(Doubles("Vertices", std::vector<double>(600'000)));
   vertices.Connect({{1, 0}, {2, 1}});
   EXPECT_EQ(Refusal(vertices), "its meshes have names that are too long for a file of this size");
+  FbxFile bones;  // each cluster of which may be reported under the name
+  bones.Model(1, "m");
+  bones.Object("Geometry", 2, "", "Mesh").Add(Doubles("Vertices", {0, 0, 0}));
+  bones.Model(3, std::string(100'000, 'n'));
+  bones.Object("Deformer", 5, "", "Skin");
+  bones.Connect({{1, 0}, {2, 1}, {3, 0}, {5, 2}});
+  for (int i = 10; i < 1'000; ++i) {
+    bones.Object("Deformer", i, "", "Cluster");
+    bones.Connect({{i, 5}, {3, i}});
+  }
+  EXPECT_EQ(Refusal(bones), "its bones have names that are too long for a file of this size");
   FbxFile objects;
   for (int i = 1; i < 140'000; ++i) objects.Object("Model", i, "");
   EXPECT_EQ(Refusal(objects), "too many objects for a file of this size");

@@ -13,6 +13,7 @@
 #include "convert/rename_preset.h"
 #include "convert/step_times.h"
 #include "convert/unmatched_options.h"
+#include "core/line_budget.h"
 #include "core/progress.h"
 #include "driver/convert.h"
 #include "driver/converted_document.h"
@@ -202,8 +203,9 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
                                 const std::function<void(std::string_view)>& onStatus) {
   ModelResult result;
   JobHost host;
+  ts3d::LineBudget budget;
   host.onStatus = [&](std::string_view line) {
-    if (!IsProgressLine(line)) result.status.emplace_back(line);
+    if (!IsProgressLine(line) && budget.Takes(line)) result.status.emplace_back(line);
     onStatus(line);
   };
   ts3d::ConversionJob job;

@@ -60,7 +60,9 @@ void WriteRepairs(JsonWriter& json, const std::vector<NeededRepair>& repairs) {
 
 void RunNotes::Take(std::string_view line) {
   const bool onlyCounts = line.starts_with("Writing Mesh: ") && line.ends_with("% done");
-  if (!onlyCounts && known_.emplace(line).second) lines.emplace_back(line);
+  if (onlyCounts || known_.contains(std::string(line)) || !budget_.Takes(line)) return;
+  known_.emplace(line);
+  lines.emplace_back(line);
 }
 
 std::string ConversionAsJson(int32_t result, std::string_view error, const ConversionJob& job,

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/conversion_job.h"
+#include "core/line_budget.h"
 #include "package/read_member.h"
 #include "rig_check/choose_repairs.h"
 #include "rig_check/rig_report.h"
@@ -17,7 +18,7 @@ namespace ts3d {
 
 /// What a conversion said and what came of it, for the host.
 struct RunNotes {
-  /// Keeps a status line, each text once and none that only counts.
+  /// Keeps a status line, each text once and none that only counts, as far as there is room.
   void Take(std::string_view line);
 
   std::vector<std::string> lines;
@@ -29,6 +30,7 @@ struct RunNotes {
 
  private:
   std::unordered_set<std::string> known_;
+  LineBudget budget_;
 };
 
 /// The JSON of FbxToTs3dResultJson for each kind of call; its fields are in the host guide.
