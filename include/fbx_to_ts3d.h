@@ -111,6 +111,9 @@ typedef struct FbxToTs3dOptions {
   FbxToTs3dLineCallback onLine;         /**< status lines, see FbxToTs3dStatusCallback; or null */
   FbxToTs3dProgressCallback onProgress; /**< or null */
   FbxToTs3dWriteCallback onPackage;     /**< takes the package where no path is given for it; or null */
+  int32_t mostInfluences; /**< bones that move a vertex at most: the strongest, whose weights are made to add up to 1.
+                               0: all */
+  uint32_t reserved2;     /**< 0 */
 } FbxToTs3dOptions;
 
 /** The artist's last choices for a package: all of them, as each call starts from the document as it was converted.

@@ -48,6 +48,7 @@ struct Options {
   bool keepsPictures = false;
   int32_t longestPictureSide = 0;
   int32_t packageLevel = 0;
+  int32_t mostInfluences = 0;
   std::string boneRenames, meshOptions, exclusions, pictureFolder;
 
   std::function<void(const char* line)> onLine;                    ///< a status line
@@ -155,6 +156,7 @@ class Converter {
     given.keepsPictures = options.keepsPictures;
     given.longestPictureSide = options.longestPictureSide;
     given.packageLevel = options.packageLevel;
+    given.mostInfluences = options.mostInfluences;
     given.boneRenames = options.boneRenames.c_str();
     given.meshOptions = options.meshOptions.c_str();
     given.exclusions = options.exclusions.c_str();

@@ -27,12 +27,14 @@ std::string RiggedModel() {
   Character model;
   const auto root = model.Bone("root");
   model.Bone("L_foot", root);
+  const auto tip = model.Bone("tip", root);
   auto body = model.Triangle("Body");
   model.Weights(body, root, {0, 1, 2}, {1, 1, 1});
   Character::Coordinates(body, {0, 0}, {0, 0, 0});
   model.Texture(model.Material(body), "skin.tga");
   auto hat = model.Triangle("Hat");
   model.Weights(hat, root, {0, 1, 2}, {1, 1, 1});
+  model.Weights(hat, tip, {0}, {2});
   return model.Text();
 }
 
@@ -79,7 +81,10 @@ TEST(Converters, TakeEveryOption) {
   converter.options.boneRenames = "root=hip";
   converter.options.repairs = FBX_TO_TS3D_ATTACH_RIGID | FBX_TO_TS3D_REPAIR_AS_NEEDED;
   converter.options.packageLevel = -1;
+  converter.options.mostInfluences = 1;
   converter.ConvertMemory("m.fbx", RiggedModel(), "m.czp");
+  EXPECT_THAT(support::ReadCmf(Package(host.folder.Path("m.czp"))["Hat.cmf"]).vertices[0].influences,
+              testing::ElementsAre(testing::Pair(2, 1.0f)));
   const std::string document = Package(host.folder.Path("m.czp"))["m.xfg"];
   for (const char* part : {"actor (girl)", "<rotation x=\"7\" y=\"0\"/>", "backfacing=\"both\"",
                            "<bone_rename old=\"root\" new=\"hip\"/>"}) {

@@ -181,6 +181,21 @@ TEST_F(ProveTool, CertificatesHoldForTheirFilesAlone) {
   EXPECT_EQ(Run("prove --certificate c.json scout.fbx"), 64) << "there is no package to certify";
 }
 
+TEST_F(ProveTool, InfluencesThatWereToGoAreTheirCost) {
+  folder_.Write("arm.fbx", Arm({}).Text());
+  EXPECT_EQ(Run("convert --max-influences 2 arm.fbx"), 0);
+  EXPECT_TRUE(Printed("vertices keep their 2 strongest influences: this moves no vertex")) << errors_;
+  EXPECT_EQ(Run("convert --max-influences 1 arm.fbx"), 0);
+  const std::string cost = "1 strongest influences: this moves 4 vertices, by up to 0.";
+  EXPECT_TRUE(Printed(cost)) << errors_;
+  EXPECT_EQ(Run("check --max-influences 1 arm.fbx"), 0);
+  EXPECT_NE(output_.find(cost), std::string::npos) << output_;
+  EXPECT_EQ(Run("prove --max-influences 1 arm.fbx arm.czp --certificate c.json"), 1) << output_;
+  EXPECT_NE(output_.find("[max-influences]"), std::string::npos) << output_;
+  EXPECT_EQ(Run("prove --verify c.json"), 0) << errors_;
+  EXPECT_EQ(Run("prove --json arm.fbx arm.czp"), 9) << "nobody says that they were to go";
+}
+
 TEST_F(ProveTool, SamplesAreProvenAndFixturesMoveAsTheirRigsAllow) {
   EXPECT_EQ(Run("prove --poses 16 " TS3D_SAMPLES_FOLDER), 0) << output_ << errors_;
   EXPECT_EQ(Run("prove --poses 16 " TS3D_SOURCE_FOLDER "/tests/fixtures"), 1) << output_ << errors_;

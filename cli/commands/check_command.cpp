@@ -14,6 +14,7 @@
 #include "host/input_problem.h"
 #include "output/check_output.h"
 #include "output/exit_codes.h"
+#include "proof/prove_conversion.h"
 #include "proof/prove_repairs.h"
 #include "rig_check/check_rig.h"
 #include "rig_check/finding_kinds.h"
@@ -72,6 +73,10 @@ ts3d::RigReport CheckModel(const fs::path& model, const ConvertOptions& options,
     return NoModel(known);
   ts3d::AddTextureFindings(model, options.textureFolders, report);
   TellProvenRepairs(model, options, report);
+  if (options.mostInfluences > 0) {
+    if (const std::string cost = CostOfInfluences(model, options); !cost.empty())
+      report.Add(ts3d::findings::kMaxInfluences, {}, {std::to_string(options.mostInfluences), cost});
+  }
   report.SortFindings();
   return report;
 }
@@ -137,6 +142,7 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
       "Show what convert --rename-preset would call the bones: biped, mixamo,\nrocketbox, unreal or vrm");
   check.add_flag("--json", options->json, "Print the reports as JSON");
   check.add_flag("-q,--quiet", options->quiet, "Show warnings and errors only");
+  AddMaxInfluences(check, options->convert.mostInfluences);
   AddSettingsOptions(check, options->convert.settingsFile, options->convert.takesSettings);
   AddNoPlugins(check, options->convert.loadsPlugins);
   AddStrict(check, options->isStrict);

@@ -102,6 +102,14 @@ void NoteGivenOptions(CLI::App& command, std::set<std::string>& given) {
   command.parse_complete_callback([&command, &given] { given = GivenOptions(command); });
 }
 
+void AddMaxInfluences(CLI::App& command, int& most) {
+  TakesNumber(
+      command.add_option("--max-influences", most,
+                         "Most bones that move a vertex: the strongest, made to add up to 1; tells what it "
+                         "costs (all)"),
+      1, kMostInfluences);
+}
+
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins) {
   command.add_flag("!--no-plugins", loadsPlugins, "Load no reader plug-ins from the folder of this program");
 }

@@ -51,6 +51,9 @@ void AddVerbosity(CLI::App& command, Verbosity& verbosity);
 /// --pack; `level` is that of a ConversionJob.
 void AddPackLevel(CLI::App& command, std::optional<int>& level);
 
+/// --max-influences; `most` is that of the Settings.
+void AddMaxInfluences(CLI::App& command, int& most);
+
 /// --settings and --no-settings, for the settings files of models.
 void AddSettingsOptions(CLI::App& command, std::string& file, bool& takesSettings);
 

@@ -145,6 +145,7 @@ void AddRepairOptions(CLI::App& convert, ConvertOptions& options) {
   convert.add_flag(
       "--rigid-bones", repairs.rigidBones,
       "Take the scale out of the bones and keep their places; for models whose root has a scale");
+  AddMaxInfluences(convert, options.mostInfluences);
 }
 
 }  // namespace

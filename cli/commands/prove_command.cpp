@@ -55,8 +55,8 @@ int RunProofs(const ProveOptions& options) {
   ExitStatus all;
   for (const ModelTask& task : tasks) {
     const ConvertOptions convert = OptionsOf(task.model, options.convert, std::nullopt).options;
-    ProvenModel model =
-        ProveModelFile(task.name, task.model, package, {options.seed, options.poses, 0}, convert);
+    ProvenModel model = ProveModelFile(task.name, task.model, package,
+                                       {options.seed, options.poses, 0, convert.mostInfluences}, convert);
     all.Add(StatusOf(model));
     if (!options.certificate.empty() && model.error.empty())
       WriteCertificate(fs::absolute(options.certificate), task.model, package, model.proof);
@@ -123,6 +123,7 @@ void AddProveCommand(CLI::App& app, RunCommand& run) {
       ->type_name("FILE");
   prove.add_flag("--repair", options->convert.repairsAsNeeded,
                  "Convert as convert --repair does, with the repairs that a model needs");
+  AddMaxInfluences(prove, options->convert.mostInfluences);
   AddSettingsOptions(prove, options->convert.settingsFile, options->convert.takesSettings);
   prove.add_flag("--json", options->json, "Print the proofs as JSON");
   prove.add_flag("-q,--quiet", options->quiet, "Show only what does not move as its model does");

@@ -9,6 +9,9 @@
 
 namespace cli {
 
+/// The most that --max-influences takes.
+inline constexpr int kMostInfluences = 1000;
+
 // What options and settings call the things that one can choose from.
 
 /// "none", "male", ...

@@ -45,6 +45,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.settings.exclusionList = options.excludedNames;
   job.settings.repairs = options.repairs;
   job.settings.packLevel = options.packLevel;
+  job.settings.mostInfluences = options.mostInfluences;
   job.settings.memberDate = SourceDate();
   job.settings.holdsSmallFiles = true;
   job.settings.offerTgaTextures = true;
@@ -274,7 +275,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     result.triangles = job.polygonTotal;
     const fs::path package = WithExtension(work.Model(), "czp");
     result.packageBytes = fs::file_size(package);
-    if (options.proves) ProveConversion(task.model, package, result);
+    if (options.proves || options.mostInfluences > 0) ProveConversion(task.model, package, options, result);
     if (!options.report.empty()) result.members = ts3d::ListMembers(package.string());
     result.package = task.Package().string();
   }

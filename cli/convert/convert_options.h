@@ -34,6 +34,7 @@ struct ConvertOptions {
   std::vector<std::string> excludedNames;
   ts3d::RepairSettings repairs;                            ///< what is asked for by name
   bool repairsAsNeeded = false;                            ///< beside those whatever the model needs
+  int mostInfluences = 0;                                  ///< of a vertex; 0: all
   int longestTextureSide = textures::kDefaultLongestSide;  ///< pixels; larger pictures are too large
   textures::TooLarge tooLargeTextures = textures::TooLarge::Shrink;
   std::vector<std::string> textureFolders;  ///< searched for pictures, with all folders below

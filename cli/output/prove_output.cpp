@@ -68,11 +68,21 @@ void PrintMessageOf(const std::string& model, const prove::Message& message) {
   if (!message.fix.empty()) Print("    Fix: " + message.fix);
 }
 
+/// Whether nothing is wrong but what --max-influences asked for.
+bool IsAsAsked(const Proof& proof) {
+  return std::none_of(proof.messages.begin(), proof.messages.end(), [](const prove::Message& message) {
+    return message.severity != prove::Severity::Note &&
+           message.code != prove::WordsOf(prove::Cause::MostInfluences).code;
+  });
+}
+
 std::string Headline(const Proof& proof) {
   switch (proof.verdict) {
     case prove::Verdict::Proven:
       return "the package moves as the model does";
     case prove::Verdict::RigFaults:
+      if (IsAsAsked(proof))
+        return "the package moves as the model does, but for influences that it was to lose";
       return "the package does not move as the model does: the format cannot hold all of the rig";
     case prove::Verdict::OurError:
       return "the package does not move as the model does: the converter is at fault";

@@ -109,7 +109,8 @@ Verification VerifyCertificate(const fs::path& path, const fs::path& model, cons
     if (poses < 0 || poses > kMostPoses)
       throw Failure(kUnreadable, path.string() + ": absurd number of poses");
     const ProvenModel again =
-        ProveModelFile(found.model, found.model, found.package, {stated.at("seed"), poses, 0});
+        ProveModelFile(found.model, found.model, found.package,
+                       {stated.at("seed"), poses, 0, stated.value("max_influences", 0)});
     const std::string result = prove::NameOf(again.proof.verdict);
     const double worst = again.proof.worst.error;
     if (!again.error.empty()) {

@@ -14,15 +14,35 @@ ts3d::Subject SubjectOf(const prove::Message& message) {
   return message.kind == "mesh" ? ts3d::Subject::Mesh : ts3d::Subject::File;
 }
 
+/// What an option costs shows in a few.
+constexpr int kCostPoses = 16;
+
+std::string CostOfInfluences(const prove::Proof& proof) {
+  for (const prove::Message& message : proof.messages) {
+    if (message.code != prove::WordsOf(prove::Cause::MostInfluences).code) continue;
+    return "this moves " + std::to_string(message.vertices) + " vertices, by up to " +
+           ErrorText(message.error);
+  }
+  return "this moves no vertex";
+}
+
 }  // namespace
 
+std::string CostOfInfluences(const std::filesystem::path& model, const ConvertOptions& options) {
+  const ProvenModel proven =
+      ProveModelFile({}, model, {}, {.poses = kCostPoses, .mostInfluences = options.mostInfluences}, options);
+  return proven.error.empty() ? CostOfInfluences(proven.proof) : std::string();
+}
+
 void ProveConversion(const std::filesystem::path& model, const std::filesystem::path& package,
-                     ModelResult& result) {
+                     const ConvertOptions& options, ModelResult& result) {
   const auto note = [&](const char* code, std::string text) {
     result.notes.push_back({code, ts3d::Severity::Note, ts3d::Subject::File, {}, std::move(text), {}});
   };
   // Models are converted side by side, each in a process of its own.
-  const ProvenModel proven = ProveModelFile(result.model, model, package, {.threads = 1});
+  prove::ProofOptions asked{.threads = 1, .mostInfluences = options.mostInfluences};
+  if (!options.proves) asked.poses = kCostPoses;
+  const ProvenModel proven = ProveModelFile(result.model, model, package, asked);
   if (!proven.error.empty()) {
     result.faults.push_back({"not-compared",
                              ts3d::Severity::Warning,
@@ -32,6 +52,11 @@ void ProveConversion(const std::filesystem::path& model, const std::filesystem::
                              {}});
     return;
   }
+  if (options.mostInfluences > 0) {
+    note("max-influences", "vertices keep their " + std::to_string(options.mostInfluences) +
+                               " strongest influences: " + CostOfInfluences(proven.proof));
+  }
+  if (!options.proves) return;
   const std::string worst = ErrorText(proven.proof.worst.error);
   if (proven.proof.verdict == prove::Verdict::Proven) {
     note("proven", "proven: the package moves as the model does, to " + worst);

@@ -24,6 +24,7 @@ int32_t ConvertTo(std::string& package, const fs::path& model, const ConvertOpti
   options.convertsPictures = false;
   options.actorType = asked.actorType;
   options.repairs = asked.repairs;
+  options.mostInfluences = asked.mostInfluences;
   options.exclusions = asked.excludedNames;
   ts3d::ConverterHost host;
   host.onPackage = [&](std::string_view bytes) {

@@ -45,7 +45,8 @@ std::optional<RepairError> Try(const ts3d::ConversionJob& loaded, const fs::path
   if (!error.empty() || !ReadPackageBytes(package, {}, contents, error) ||
       !BuildActor(contents, actor, findings, error))
     return std::nullopt;
-  const prove::Proof proof = prove::Prove(*loaded.scene, actor, {.poses = kPoses, .threads = 1});
+  const prove::Proof proof = prove::Prove(
+      *loaded.scene, actor, {.poses = kPoses, .threads = 1, .mostInfluences = options.mostInfluences});
   if (proof.verdict == prove::Verdict::NotCompared) return std::nullopt;
   return ErrorOf(proof);
 }

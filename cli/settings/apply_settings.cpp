@@ -94,6 +94,13 @@ void SetMaxTexture(const Place& place) {
   if (!place.IsGiven("--max-texture")) place.target.options.longestTextureSide = pixels;
 }
 
+void SetMaxInfluences(const Place& place) {
+  const int32_t most = ReadWholeNumber(place.Value(), place.Key());
+  if (most < 1 || most > kMostInfluences)
+    throw std::runtime_error("\"max_influences\" is not from 1 to " + std::to_string(kMostInfluences));
+  if (!place.IsGiven("--max-influences")) place.target.options.mostInfluences = most;
+}
+
 void SetMaxTextureAction(const Place& place) {
   const std::string name = ReadChoice(place.Value(), place.Key(), TooLargeNames());
   if (!place.IsGiven("--max-texture-action")) place.target.options.tooLargeTextures = TooLargeOfName(name);
@@ -126,6 +133,7 @@ constexpr Key kKeys[] = {
     {"inward", "no mesh", [](const Place& place) { place.AddTo(place.target.options.inwardMeshes); }},
     {"outward", "no mesh", [](const Place& place) { place.AddTo(place.target.options.outwardMeshes); }},
     {"repair", "false", SetRepairs},
+    {"max_influences", "all", SetMaxInfluences},
     {"actor_type", "as the path says", SetActorType},
     {"rotation", "x 0, y 0", SetRotation},
     {"textures", "the usual folders", AddTextures},

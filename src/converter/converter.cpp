@@ -187,6 +187,7 @@ void Converter::PrepareJob() {
   job.settings.exclusionList = options_.exclusions;
   job.settings.repairs = options_.repairs;
   job.settings.packLevel = options_.packLevel;
+  job.settings.mostInfluences = options_.mostInfluences;
   job.settings.offerTgaTextures = options_.convertsPictures;
   job.settings.findsBaseColours = options_.convertsPictures;
   job.configScale = 1.0f;

@@ -45,8 +45,8 @@ ConverterHost HostOf(const FbxToTs3dOptions& options) {
 bool AreInRange(const FbxToTs3dOptions& options) {
   return options.actorType >= -1 && options.actorType <= 6 && options.meshOptionMode >= 0 &&
          options.meshOptionMode <= 2 && options.repairs < 2 * FBX_TO_TS3D_REPAIR_AS_NEEDED &&
-         options.packageLevel >= -1 && options.packageLevel <= 9 && options.longestPictureSide >= 0 &&
-         options.longestPictureSide <= textures::kLargestSide;
+         options.packageLevel >= -1 && options.packageLevel <= 9 && options.mostInfluences >= 0 &&
+         options.longestPictureSide >= 0 && options.longestPictureSide <= textures::kLargestSide;
 }
 
 /// False when the folder is no path.
@@ -63,6 +63,7 @@ bool ReadTexts(const FbxToTs3dOptions& given, ConverterOptions& options) {
   options.convertsPictures = given.keepsPictures == 0;
   if (given.longestPictureSide > 0) options.longestPictureSide = given.longestPictureSide;
   options.packLevel = PackLevelOf(given.packageLevel);
+  options.mostInfluences = given.mostInfluences;
   options.boneRenames = TextOrEmpty(given.boneRenames);
   options.meshOptions = TextOrEmpty(given.meshOptions);
   const std::string exclusions = TextOrEmpty(given.exclusions);

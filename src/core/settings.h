@@ -21,6 +21,9 @@ struct Settings {
 
   RepairSettings repairs;
 
+  /// The most influences of a vertex: its strongest, made to add up to 1. 0: all.
+  int32_t mostInfluences = 0;
+
   /// With LoadAndName each is told in a status line.
   Plugins plugins = Plugins::Load;
 

@@ -95,6 +95,8 @@ constexpr CauseWords kWords[kCauseCount] = {
     {"single-precision", false,
      "So far from the origin, or so many bones below each other, that the runtime's single precision shows.",
      "Move the model to the origin before the export."},
+    {"max-influences", false, "Vertices lose their weakest influences, as --max-influences asks for.",
+     "Allow more influences, or paint the weights for fewer."},
     {"wrong-place", false, "Vertices lie where neither the model nor the rules of the format put them.",
      kSendIt},
     {"wrong-bone", true, "The bone stands where neither the model nor the rules of the format put it.",

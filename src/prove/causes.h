@@ -38,6 +38,7 @@ enum class Cause {
   TotalOneSkin,
   BadWeights,
   SinglePrecision,
+  MostInfluences,  ///< no fault at all: it was asked for
   // Errors of ours.
   WrongPlace,    ///< a vertex lies where neither the model nor the rules put it
   WrongBone,     ///< so does a bone

@@ -14,8 +14,13 @@ namespace {
 class Explainer {
  public:
   Explainer(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches,
-            const std::vector<BoneFacts>& facts, const Comparison& comparison)
-      : skeleton_(skeleton), rig_(rig), matches_(matches), facts_(facts), comparison_(comparison) {}
+            const std::vector<BoneFacts>& facts, const Comparison& comparison, int mostInfluences)
+      : skeleton_(skeleton),
+        rig_(rig),
+        matches_(matches),
+        facts_(facts),
+        comparison_(comparison),
+        mostInfluences_(mostInfluences) {}
 
   Explanations Explain() {
     for (size_t m = 0; m < matches_.meshes.size(); ++m) {
@@ -45,7 +50,8 @@ class Explainer {
   };
 
   void ExplainMesh(size_t m) {
-    const VertexCauses causes(skeleton_, rig_, matches_, m, facts_, nodes_, comparison_.diagonal);
+    const VertexCauses causes(skeleton_, rig_, matches_, m, facts_, nodes_, comparison_.diagonal,
+                              mostInfluences_);
     for (size_t v = 0; v < matches_.meshes[m].points.size(); ++v) {
       const float bind = comparison_.atRest[m][v], now = comparison_.now[m][v],
                   turned = comparison_.turned[m][v];
@@ -98,14 +104,15 @@ class Explainer {
   const std::vector<BoneFacts>& facts_;
   const NodeFacts nodes_{FindNodeFacts(rig_)};
   const Comparison& comparison_;
+  int mostInfluences_;
   std::map<Cause, Found> found_;
 };
 
 }  // namespace
 
 Explanations Explain(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches,
-                     const std::vector<BoneFacts>& facts, const Comparison& comparison) {
-  return Explainer(skeleton, rig, matches, facts, comparison).Explain();
+                     const std::vector<BoneFacts>& facts, const Comparison& comparison, int mostInfluences) {
+  return Explainer(skeleton, rig, matches, facts, comparison, mostInfluences).Explain();
 }
 
 }  // namespace prove

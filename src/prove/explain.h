@@ -24,7 +24,8 @@ struct Explanations {
 
 /// Finds out why vertices are beyond the limit.
 /// @param facts  of the skeleton's bones
+/// @param mostInfluences  that vertices were to keep; 0: all
 Explanations Explain(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches,
-                     const std::vector<BoneFacts>& facts, const Comparison& comparison);
+                     const std::vector<BoneFacts>& facts, const Comparison& comparison, int mostInfluences);
 
 }  // namespace prove

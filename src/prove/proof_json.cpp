@@ -82,6 +82,7 @@ void WriteProof(JsonWriter& json, const Proof& proof) {
   json.Member("diagonal", proof.diagonal);
   json.Member("seed", proof.seed);
   json.Member("random_poses", proof.randomPoses);
+  if (proof.mostInfluences > 0) json.Member("max_influences", proof.mostInfluences);
   json.Member("vertices", proof.vertices);
   WriteErrors(json, "poses", proof.poses);
   WriteErrors(json, "meshes", proof.meshes);

@@ -141,6 +141,7 @@ Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const Proo
   Proof proof;
   proof.seed = options.seed;
   proof.randomPoses = options.poses;
+  proof.mostInfluences = options.mostInfluences;
   ModelRig rig = ReadModelRig(scene, actor.skeleton, IsActor(actor));
   const Matches matches = MatchMeshes(scene, rig, actor);
   const double diagonal = MeasureDiagonal(rig, matches);
@@ -150,7 +151,7 @@ Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const Proo
   const Comparison comparison = Compare(actor.skeleton, rig, matches, poses, diagonal, options.threads);
   Reporter reporter(actor, matches, comparison, proof);
   reporter.TellErrors(poses);
-  reporter.TellCauses(Explain(actor.skeleton, rig, matches, facts, comparison));
+  reporter.TellCauses(Explain(actor.skeleton, rig, matches, facts, comparison, options.mostInfluences));
   if (shift > 0.0) reporter.TellRootScale(shift / diagonal);
   reporter.TellUnmatched();
   reporter.TellNotes(rig);

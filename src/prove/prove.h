@@ -13,8 +13,9 @@ namespace prove {
 
 struct ProofOptions {
   uint64_t seed = 1;
-  int poses = 64;        ///< beside bind pose and present pose
-  unsigned threads = 0;  ///< at most; 0: one for each core
+  int poses = 64;          ///< beside bind pose and present pose
+  unsigned threads = 0;    ///< at most; 0: one for each core
+  int mostInfluences = 0;  ///< that vertices were to keep; 0: all
 };
 
 /// Where model and package are farthest apart, in parts of the model's diagonal.
@@ -56,8 +57,9 @@ struct Proof {
   double diagonal = 0.0;  ///< in units of the model
   uint64_t seed = 0;
   int randomPoses = 0;
-  size_t vertices = 0;    ///< compared, in each pose
-  std::string firstBone;  ///< the first where model and package part; empty: none
+  int mostInfluences = 0;  ///< that vertices were to keep; 0: all
+  size_t vertices = 0;     ///< compared, in each pose
+  std::string firstBone;   ///< the first where model and package part; empty: none
   std::vector<NamedError> poses, meshes, bones;
   std::vector<Message> messages;
 };

@@ -35,6 +35,23 @@ bool IsSameBlend(const Weights& a, const Weights& b) {
                      [](const auto& each) { return std::abs(each.second) <= kWeightRounding; });
 }
 
+/// Whether `stored` are `count` of the strongest of `all`, made to add up to 1.
+bool AreStrongest(const Weights& stored, const Weights& all, size_t count) {
+  if (count == 0 || all.size() <= count) return false;
+  Weights kept;
+  double weakest = 1.0, strongestLost = 0.0;
+  for (const auto& each : all) {
+    const bool isKept = std::any_of(stored.begin(), stored.end(), [&](const auto& other) {
+      return other.first == each.first && other.second != 0.0;
+    });
+    if (isKept) kept.push_back(each);
+    if (isKept) weakest = std::min(weakest, each.second);
+    if (!isKept) strongestLost = std::max(strongestLost, each.second);
+  }
+  return kept.size() == count && strongestLost <= weakest + kWeightRounding &&
+         IsSameBlend(stored, Normalised(kept));
+}
+
 bool IsNear(const Point& a, const Point& b, double diagonal) {
   return Distance(a, b) <= kPlaceRounding * diagonal + kRelativeRounding * Distance(b, {});
 }
@@ -43,14 +60,15 @@ bool IsNear(const Point& a, const Point& b, double diagonal) {
 
 VertexCauses::VertexCauses(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches,
                            size_t mesh, const std::vector<BoneFacts>& facts, const NodeFacts& nodes,
-                           double diagonal)
+                           double diagonal, int mostInfluences)
     : skeleton_(skeleton),
       rig_(rig),
       mesh_(matches.meshes[mesh]),
       model_(matches.models[mesh_.model]),
       facts_(facts),
       nodes_(nodes),
-      diagonal_(diagonal) {
+      diagonal_(diagonal),
+      mostInfluences_(static_cast<size_t>(mostInfluences)) {
   hasBones_ = std::any_of(rig.nodeOf.begin(), rig.nodeOf.end(), [](int32_t node) { return node >= 0; });
   Deform(model_, BoundWorlds(rig), places_);
   for (Point& place : places_) place = rig.actorTurn.Apply(place);
@@ -129,6 +147,7 @@ VertexCause VertexCauses::OfWeights(size_t vertex, size_t point) const {
     return {isPartial && size > 0.0 ? Cause::TotalOneSkin : Cause::None, -1};
   }
   if (size > 0.0 && std::abs(sum) < 1e-3 * size) return {Cause::BadWeights, -1};
+  if (AreStrongest(stored, RuleWeights(point), mostInfluences_)) return {Cause::MostInfluences, -1};
   if (!IsSameBlend(stored, RuleWeights(point))) return {Cause::WrongWeights, -1};
   if (size == 0.0) return {model_.influences.empty() ? Cause::NoSkin : Cause::UnweightedVertices, -1};
   for (const Weight& each : model_.WeightsOf(point)) {

@@ -18,7 +18,8 @@ struct VertexCause {
 class VertexCauses {
  public:
   VertexCauses(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches, size_t mesh,
-               const std::vector<BoneFacts>& facts, const NodeFacts& nodes, double diagonal);
+               const std::vector<BoneFacts>& facts, const NodeFacts& nodes, double diagonal,
+               int mostInfluences);
 
   /// @param kind  of the pose that shows it
   VertexCause Of(size_t vertex, Pose::Kind kind) const;
@@ -42,6 +43,7 @@ class VertexCauses {
   const std::vector<BoneFacts>& facts_;
   const NodeFacts& nodes_;
   double diagonal_;
+  size_t mostInfluences_;                  ///< 0: all
   bool hasBones_ = false;                  ///< some bone of the package is one of the model
   std::vector<Point> places_;              ///< of the control points at bind time
   std::vector<std::vector<Point>> rules_;  ///< of PlacePointsByRule

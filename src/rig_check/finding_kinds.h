@@ -38,6 +38,8 @@ inline constexpr FindingKind kDecimalCommas{
 inline constexpr FindingKind kRepairHelps{
     "repair-helps", Note, File, "{} was tried on this model and helps: without it, {}.",
     "Convert with this option, or with --repair for all that a model needs."};
+inline constexpr FindingKind kMaxInfluences{"max-influences", Note, File,
+                                            "Vertices are to keep their {} strongest influences: {}.", ""};
 inline constexpr FindingKind kRepairProof{"repair-proof", Note, File, "Compared with the model: {}.", ""};
 inline constexpr FindingKind kAllLeftOut{
     "all-left-out", Warning, File, "Every mesh is left out, so the package shows nothing.",

@@ -2,7 +2,10 @@
 #include "skeleton/bone_influences.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <new>
+#include <numeric>
 
 #include "core/names.h"
 #include "scene/model/node.h"
@@ -33,8 +36,10 @@ struct BoneCluster {
 /// fills then, so that nothing is held twice; linear in the pairs.
 class InfluenceRows {
  public:
-  explicit InfluenceRows(int32_t controlPointCount)
-      : lastOf_(static_cast<size_t>(controlPointCount), kNone),
+  /// @param most  influences of a control point; 0: all
+  InfluenceRows(int32_t controlPointCount, int32_t most)
+      : most_(most <= 0 ? kNone : static_cast<uint32_t>(most)),
+        lastOf_(static_cast<size_t>(controlPointCount), kNone),
         ends_(static_cast<size_t>(controlPointCount)) {}
 
   /// Makes room for the pairs of `cluster`. False when all clusters together have more than can be numbered.
@@ -119,9 +124,30 @@ class InfluenceRows {
         weights_[written++] = weights_[i];
       }
     }
-    return written;
+    return KeepStrongest(first, written);
   }
 
+  /// Of equally strong ones the first; they keep their order.
+  /// @return the end of what is left of the row
+  uint32_t KeepStrongest(uint32_t begin, uint32_t end) {
+    if (end - begin <= most_) return end;
+    strongest_.resize(end - begin);
+    std::iota(strongest_.begin(), strongest_.end(), begin);
+    const auto strength = [&](uint32_t i) {
+      const float weight = weights_[i].weight;
+      return std::isnan(weight) ? -std::numeric_limits<float>::infinity() : weight;
+    };
+    const auto last = strongest_.begin() + static_cast<std::ptrdiff_t>(most_);
+    std::nth_element(strongest_.begin(), last, strongest_.end(), [&](uint32_t a, uint32_t b) {
+      return strength(a) != strength(b) ? strength(a) > strength(b) : a < b;
+    });
+    std::sort(strongest_.begin(), last);
+    for (uint32_t i = 0; i < most_; ++i) weights_[begin + i] = weights_[strongest_[i]];
+    return begin + most_;
+  }
+
+  uint32_t most_;
+  std::vector<uint32_t> strongest_;
   std::vector<uint32_t> lastOf_;  ///< the last cluster that named each control point
   std::vector<uint32_t> begins_, ends_;
   scene::FbxArray<BoneWeight> weights_;
@@ -161,7 +187,7 @@ int32_t BoneOfLink(const scene::KFbxNode& link, const ConversionJob& job, std::s
 
 InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, ConversionJob& job) {
   const std::vector<BoneCluster> clusters = FindBoneClusters(mesh, job);
-  InfluenceRows rows(mesh.GetControlPointsCount());
+  InfluenceRows rows(mesh.GetControlPointsCount(), job.settings.mostInfluences);
   for (const BoneCluster& source : clusters) {
     if (!rows.Count(*source.cluster)) throw std::bad_alloc();
   }
