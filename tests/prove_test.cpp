@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <regex>
 #include <utility>
@@ -194,6 +195,26 @@ TEST_F(ProveTool, InfluencesThatWereToGoAreTheirCost) {
   EXPECT_NE(output_.find("[max-influences]"), std::string::npos) << output_;
   EXPECT_EQ(Run("prove --verify c.json"), 0) << errors_;
   EXPECT_EQ(Run("prove --json arm.fbx arm.czp"), 9) << "nobody says that they were to go";
+}
+
+TEST_F(ProveTool, HeatMapsShowTheWorstPoseBesideTheModel) {
+  ArmRig rebound;
+  rebound.boundAt = 0.5;
+  folder_.Write("arm.fbx", Arm(rebound).Text());
+  folder_.Write("sound.fbx", Arm({}).Text());
+  EXPECT_EQ(Run("convert -q arm.fbx"), 0);
+  EXPECT_EQ(Run("preview arm.czp -o arm.png --heat-map"), 0) << errors_;
+  EXPECT_THAT(output_, testing::HasSubstr("right the package, whose vertices are off by up to 0.0"))
+      << output_;
+  EXPECT_EQ(Run("preview arm.czp -o sound.png --heat-map --model sound.fbx"), 0) << errors_;
+  const std::string hot = support::ReadWholeFile(folder_.Path("arm.png"));
+  EXPECT_THAT(hot, testing::StartsWith("\x89PNG"));
+  EXPECT_NE(hot, support::ReadWholeFile(folder_.Path("sound.png")));
+  EXPECT_EQ(Run("preview sound.fbx -o sound.png --heat-map"), 0) << errors_;
+  EXPECT_THAT(output_, testing::HasSubstr("e-0")) << "rounding alone";
+  std::filesystem::remove(folder_.Path("arm.fbx"));
+  EXPECT_EQ(Run("preview arm.czp -o arm.png --heat-map"), 66) << "there is no model";
+  EXPECT_EQ(Run("preview arm.czp -o arm.png --model sound.fbx"), 64);
 }
 
 TEST_F(ProveTool, SamplesAreProvenAndFixturesMoveAsTheirRigsAllow) {

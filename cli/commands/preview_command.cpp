@@ -25,9 +25,12 @@
 #include "output/terminal.h"
 #include "platform/replacement.h"
 #include "preview/canvas.h"
+#include "preview/heat_actor.h"
+#include "preview/model.h"
 #include "preview/page.h"
 #include "preview/picture.h"
 #include "preview/stand.h"
+#include "proof/prove_model.h"
 #include "settings/model_settings.h"
 
 namespace cli {
@@ -41,6 +44,8 @@ constexpr const char* kPreviewExamples =
     "      converts the model in a temporary folder first and shows the result\n"
     "  fbx2czp preview hero.czp -o turn.png --turntable 24\n"
     "      writes turn_000.png to turn_023.png, once around the model\n"
+    "  fbx2czp preview hero.czp -o heat.html --heat-map\n"
+    "      where the package does not move as hero.fbx does, on a page to be turned around\n"
     "  fbx2czp preview packages/ -o pictures\n"
     "      a picture of each, and contact-sheet.html with all of them\n"
     "  fbx2czp preview hero.czp -o hero.html\n"
@@ -68,11 +73,17 @@ struct PreviewOptions {
   bool takesSettings = true;
   std::vector<std::string> textureFolders;  ///< of a model
   std::string up;                           ///< axis; empty: concluded from the model
+  bool heatMap = false;
+  std::string model;  ///< that the heat map compares with; empty: the one beside the package
 
   bool HasFile() const { return HasExtension(output, ".png") || HasExtension(output, ".html"); }
   bool WantsPage() const { return HasFile() ? HasExtension(output, ".html") : format == "html"; }
   std::optional<preview::Vector> Up() const {
     return up.empty() ? std::nullopt : std::optional(preview::AxisNames().at(up));
+  }
+  /// Heat maps stand upright.
+  std::optional<preview::Vector> UpToDraw() const {
+    return heatMap ? std::optional(preview::AxisNames().at("y")) : Up();
   }
 };
 
@@ -101,6 +112,30 @@ actor::Actor LoadInput(const std::string& input, const PreviewOptions& options, 
   const WorkFolder work(model);
   LoadPackage(ConvertQuietly({input, model, model.parent_path()}, work, options, messages), actor, messages);
   return actor;
+}
+
+fs::path ModelOf(const PreviewOptions& options, const std::string& input) {
+  if (HasExtension(input, ".fbx")) return input;
+  const fs::path model = options.model.empty() ? WithExtension(input, "fbx") : fs::path(options.model);
+  if (const auto problem = FindInputProblem(model))
+    throw Failure(problem->exitStatus, "the model to compare with, " + model.string() + ": " + problem->text +
+                                           "; --model names another");
+  return model;
+}
+
+/// Puts the worst pose of the package's proof into its place.
+void ShowHeat(const PreviewOptions& options, const std::string& input, actor::Actor& actor) {
+  const fs::path model = fs::absolute(ModelOf(options, input));
+  prove::Proof proof;
+  prove::HeatMap heat;
+  std::string error;
+  if (!prove::ProveModel(ConverterPath(model), actor, {}, proof, error, &heat))
+    throw Failure(kUnreadable, error);
+  if (heat.meshes.empty()) throw Failure(kUnreadable, "package and model have no mesh in common");
+  actor = preview::HeatActor(actor, heat, preview::FindStand(preview::Drawable(actor), options.Up()),
+                             proof.diagonal);
+  std::printf("%s: pose \"%s\": left the model, right the package, whose vertices are off by up to %s\n",
+              Printable(input).c_str(), heat.pose.c_str(), ErrorText(proof.worst.error).c_str());
 }
 
 /// Files that get to their places together, when all of them are written.
@@ -142,7 +177,7 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor, con
   preview::PictureOptions picture;
   picture.size = options.size;
   picture.bones = options.bones;
-  picture.up = options.Up();
+  picture.up = options.UpToDraw();
   picture.views = {kViews.at(options.view)};
   for (int i = 1; i < options.turntable; ++i) {
     preview::View view = picture.views.front();
@@ -161,14 +196,15 @@ void WritePage(const PreviewOptions& options, const actor::Actor& actor, const s
                const fs::path& output, Messages& messages) {
   const std::string title = fs::path(input).filename().string();
   FileGroup files;
-  files.Write(output, preview::WritePage(actor, title, PngEncoder(messages), options.Up()));
+  files.Write(output, preview::WritePage(actor, title, PngEncoder(messages), options.UpToDraw()));
   files.TakePlaces();
 }
 
 /// @throws Failure
 void PreviewOne(const PreviewOptions& options, const std::string& input, const fs::path& output,
                 Messages& messages) {
-  const actor::Actor actor = LoadInput(input, options, messages);
+  actor::Actor actor = LoadInput(input, options, messages);
+  if (options.heatMap) ShowHeat(options, input, actor);
   std::error_code failed;
   if (!options.HasFile() && output.has_parent_path()) fs::create_directories(output.parent_path(), failed);
   try {
@@ -191,6 +227,8 @@ void CheckPreview(const PreviewOptions& options, size_t inputs) {
   if (inputs > 1 && options.HasFile())
     throw Failure(kUsageError, options.output + " is one file, but there are " + std::to_string(inputs) +
                                    " inputs; name a folder");
+  if (!options.model.empty() && (inputs > 1 || !options.heatMap))
+    throw Failure(kUsageError, "--model is for the --heat-map of one package");
   RequireFolders(options.textureFolders);
 }
 
@@ -291,6 +329,14 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
       .add_option("--turntable", options->turntable,
                   "That many pictures once around the model; their names get numbers from _000")
       ->check(CLI::Range(1, 360));
+  preview.add_flag(
+      "--heat-map", options->heatMap,
+      "Show the pose of 66 in which package and model are farthest apart: the model in grey, beside\n"
+      "it the package, from blue (no difference) to red (a tenth of its size)");
+  preview
+      .add_option("--model", options->model,
+                  "The model that --heat-map compares a package with (default: the one beside it)")
+      ->type_name("FILE");
   AddTextureFolders(preview, options->textureFolders);
   AddSettingsOptions(preview, options->settingsFile, options->takesSettings);
   AddNoPlugins(preview, options->loadsPlugins);

@@ -25,7 +25,7 @@ struct ConverterOptions {
   int32_t meshOptionMode = 0;
   RepairSettings repairs;
   bool repairsAsNeeded = false;  ///< beside those whatever the model needs
-  int32_t mostInfluences = 0;  ///< see Settings
+  int32_t mostInfluences = 0;    ///< see Settings
   bool convertsPictures = true;
   int longestPictureSide = textures::kDefaultLongestSide;
   int packLevel = kDefaultPackLevel;  ///< see ConversionJob

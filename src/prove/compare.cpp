@@ -168,6 +168,24 @@ std::vector<Affine> PoseModel(const ModelRig& rig, const Pose& pose) {
   }
 }
 
+std::vector<DrawnMesh> DrawPose(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches,
+                                const Pose& pose) {
+  const std::vector<BoneMatrix<float>> bones = PosePackage<float>(skeleton, rig, pose);
+  std::vector<Affine> worlds = PoseModel(rig, pose);
+  for (Affine& world : worlds) world = rig.actorTurn * world;
+  std::vector<DrawnMesh> drawn;
+  std::vector<Point> points;
+  for (const MatchedMesh& mesh : matches.meshes) {
+    Deform(matches.models[mesh.model], worlds, points);
+    DrawnMesh& next = drawn.emplace_back();
+    for (size_t v = 0; v < mesh.points.size(); ++v) {
+      next.model.push_back(points[mesh.points[v]]);
+      next.package.push_back(DrawVertex(*mesh.file, mesh.file->vertices[v], bones));
+    }
+  }
+  return drawn;
+}
+
 int32_t MainBone(const actor::Mesh& mesh, const actor::Vertex& vertex) {
   const auto begin = mesh.influences.begin() + static_cast<std::ptrdiff_t>(vertex.firstInfluence);
   const auto most = std::max_element(begin, begin + static_cast<std::ptrdiff_t>(vertex.influenceCount),

@@ -46,6 +46,15 @@ Comparison Compare(const actor::Skeleton& skeleton, const ModelRig& rig, const M
 /// Diagonal of the box around all compared points at bind time; 1 when they are all at one place.
 double MeasureDiagonal(const ModelRig& rig, const Matches& matches);
 
+/// The vertices of a mesh file in one pose.
+struct DrawnMesh {
+  std::vector<Point> model, package;  ///< where each has them, in the space of the files
+};
+
+/// All meshes of `matches` in a pose.
+std::vector<DrawnMesh> DrawPose(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches,
+                                const Pose& pose);
+
 /// Where the package draws a mesh in a pose, and where the model has its points, in the space of the files.
 template <typename Real>
 std::vector<BoneMatrix<Real>> PosePackage(const actor::Skeleton& skeleton, const ModelRig& rig,

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "prove/explain.h"
 #include "scene/importer.h"
@@ -135,9 +136,21 @@ class Reporter {
   Proof& proof_;
 };
 
+HeatMap MapPose(const actor::Skeleton& skeleton, const ModelRig& rig, const Matches& matches,
+                const Pose& pose) {
+  HeatMap heat{pose.name, {}};
+  std::vector<DrawnMesh> drawn = DrawPose(skeleton, rig, matches, pose);
+  for (size_t m = 0; m < drawn.size(); ++m) {
+    heat.meshes.push_back(
+        {matches.meshes[m].file->name, std::move(drawn[m].model), std::move(drawn[m].package)});
+  }
+  return heat;
+}
+
 }  // namespace
 
-Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options) {
+Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options,
+            HeatMap* heat) {
   Proof proof;
   proof.seed = options.seed;
   proof.randomPoses = options.poses;
@@ -149,6 +162,12 @@ Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const Proo
   const double shift = PlaceRoot(actor.skeleton, facts, rig);
   const std::vector<Pose> poses = MakePoses(actor.skeleton, rig, options.seed, options.poses);
   const Comparison comparison = Compare(actor.skeleton, rig, matches, poses, diagonal, options.threads);
+  if (heat) {
+    const auto worst = std::max_element(comparison.poses.begin(), comparison.poses.end(),
+                                        [](const Worst& a, const Worst& b) { return a.error < b.error; });
+    *heat =
+        MapPose(actor.skeleton, rig, matches, poses[static_cast<size_t>(worst - comparison.poses.begin())]);
+  }
   Reporter reporter(actor, matches, comparison, proof);
   reporter.TellErrors(poses);
   reporter.TellCauses(Explain(actor.skeleton, rig, matches, facts, comparison, options.mostInfluences));
@@ -159,7 +178,7 @@ Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const Proo
 }
 
 bool ProveModel(const std::string& path, const actor::Actor& actor, const ProofOptions& options, Proof& proof,
-                std::string& error) {
+                std::string& error, HeatMap* heat) {
   struct Destroy {
     void operator()(scene::KFbxSdkManager* manager) const { manager->Destroy(); }
   };
@@ -174,7 +193,7 @@ bool ProveModel(const std::string& path, const actor::Actor& actor, const ProofO
     error = importer.GetLastErrorString();
     return false;
   }
-  proof = Prove(scene, actor, options);
+  proof = Prove(scene, actor, options, heat);
   return true;
 }
 

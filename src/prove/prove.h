@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -64,12 +65,26 @@ struct Proof {
   std::vector<Message> messages;
 };
 
+/// The vertices of a mesh file in one pose, where model and package have them.
+struct HeatMesh {
+  std::string name;
+  std::vector<std::array<double, 3>> model, package;
+};
+
+/// Model and package in the pose in which they are farthest apart, in the space of the files.
+struct HeatMap {
+  std::string pose;
+  std::vector<HeatMesh> meshes;  ///< those of the package that were compared, in its order
+};
+
 /// Compares `actor`, a package read back, with the model `scene`.
-Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options);
+/// @param heat  gets the worst pose; may be null
+Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options,
+            HeatMap* heat = nullptr);
 
 /// Loads the model `path`, with backslashes, and compares.
 /// @return false, with an `error`, when it cannot be loaded
 bool ProveModel(const std::string& path, const actor::Actor& actor, const ProofOptions& options, Proof& proof,
-                std::string& error);
+                std::string& error, HeatMap* heat = nullptr);
 
 }  // namespace prove
