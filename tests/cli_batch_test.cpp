@@ -214,6 +214,13 @@ TEST_F(Batch, ListsKeepFoldersAndMayBeEmpty) {
   EXPECT_TRUE(Printed("the list is empty; there is nothing to convert")) << errors_;
   EXPECT_EQ(Json::parse(output_)["totals"]["models"], 0);
   EXPECT_EQ(Run("convert --files-from none"), 66);
+  EXPECT_EQ(Run("convert -q --files-from list -o one.czp"), 64) << "two models";
+  EXPECT_EQ(Run("convert -q cast -o one.czp"), 64);
+  folder_.Write("list", "cast/hero.fbx");
+  EXPECT_EQ(Run("convert -q --files-from list -o one.czp"), 0) << errors_;
+  EXPECT_EQ(Run("convert -q cast/old -o old.czp"), 0) << errors_;
+  for (const char* package : {"one.czp", "old.czp"})
+    EXPECT_EQ(ReadWholeFile(folder_.Path(package)).substr(0, 2), "PK") << package;
 }
 
 TEST_F(Batch, TwoModelsNeverWriteOnePackage) {

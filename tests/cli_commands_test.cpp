@@ -421,6 +421,9 @@ TEST_F(Tool, TheNearestSettingsFileHoldsAndTheCommandLineHasTheLastWord) {
       Printed("the key \"exclud\" in the section \"hero.fbx\" is not known; the nearest one is \"exclude\""));
   EXPECT_EQ(Run("settings cast/hero.fbx"), 64);
   EXPECT_EQ(Run("convert -q cast/hero.fbx --no-settings"), 0) << errors_;
+  folder_.Write("cast/fbx2czp.json", R"({"textures": ["props", "nowhere"]})");
+  EXPECT_EQ(Run("convert -q cast/hero.fbx"), 64);
+  EXPECT_TRUE(Printed("\"textures\" names a folder that does not exist: ")) << errors_;
 }
 
 TEST_F(Tool, TellsItsBuildItsStepsAndWhatShellsComplete) {
@@ -444,6 +447,47 @@ TEST_F(Tool, TellsItsBuildItsStepsAndWhatShellsComplete) {
     folder_.Write("script.sh", script);
     EXPECT_EQ(std::system(("cd '" + folder_.Path() + "' && bash script.sh").c_str()), 0);
     EXPECT_EQ(ReadWholeFile(folder_.Path("completed")), completed) << words;
+  }
+}
+
+TEST_F(Tool, CompletesInFish) {
+  if (std::system("command -v fish >/dev/null") != 0)
+    GTEST_SKIP() << "fish is not installed: it is not tried";
+  CopySample("c.FBX");
+  folder_.Write("b.txt", "");
+  EXPECT_EQ(Run("completion fish"), 0);
+  folder_.Write("complete.fish", output_);
+  for (const auto& [words, completed] : {std::pair("convert --pack s", "small\t"), {"convert ", "c.FBX\n"}}) {
+    const std::string script = "HOME=. fish --no-config -c 'source complete.fish; complete -C \"fbx2czp " +
+                               std::string(words) + "\"' >completed";
+    EXPECT_EQ(std::system(("cd '" + folder_.Path() + "' && " + script).c_str()), 0);
+    const std::string found = ReadWholeFile(folder_.Path("completed"));
+    EXPECT_EQ(found.substr(0, std::string(completed).size()), completed) << found;
+    EXPECT_EQ(found.find("b.txt"), std::string::npos) << found;
+  }
+}
+
+TEST_F(Tool, CompletesInZsh) {
+  if (std::system("command -v zsh >/dev/null") != 0) GTEST_SKIP() << "zsh is not installed: it is not tried";
+  CopySample("a b.fbx");
+  CopySample("c.FBX");
+  folder_.Write("b.txt", "");
+  EXPECT_EQ(Run("completion zsh"), 0);
+  folder_.Write("_fbx2czp", output_);
+  // In a terminal of its own: what the shell lists there.
+  folder_.Write("try.zsh",
+                "zmodload zsh/zpty; zpty z zsh -f -i\n"
+                "zpty -w z \"PS1=; autoload -Uz compinit; compinit -u -D; source ./_fbx2czp; "
+                "bindkey '^I' list-choices; PS1=REA; PS1+=DY\"\n"
+                "zpty -r z out '*READY*'; zpty -w -n z \"fbx2czp $1\"$'\\t'\n"
+                "zpty -r z out \"*$2*\"; print -r -- $out; zpty -d z\n");
+  for (const auto& [words, listed] : {std::pair("convert --pack ", "default*fast*small"),
+                                      {"convert ", "a? b.fbx*c.FBX"},
+                                      {"con", "Convert models"}}) {
+    const std::string command = "cd '" + folder_.Path() + "' && TERM=xterm timeout 60 zsh -f try.zsh '" +
+                                words + "' '" + listed + "' >completed";
+    EXPECT_EQ(std::system(command.c_str()), 0) << words;
+    EXPECT_EQ(ReadWholeFile(folder_.Path("completed")).find("b.txt"), std::string::npos) << words;
   }
 }
 

@@ -115,8 +115,14 @@ actor::Actor LoadInput(const std::string& input, const PreviewOptions& options, 
 }
 
 fs::path ModelOf(const PreviewOptions& options, const std::string& input) {
-  if (HasExtension(input, ".fbx")) return input;
-  const fs::path model = options.model.empty() ? WithExtension(input, "fbx") : fs::path(options.model);
+  if (IsModelName(input)) return input;
+  fs::path model = options.model;
+  std::error_code unknown;
+  for (const char* extension : kModelExtensions) {
+    if (options.model.empty() && (model.empty() || !fs::exists(model, unknown)))
+      model = fs::path(input).replace_extension(extension);
+  }
+  if (options.model.empty() && !fs::exists(model, unknown)) model.replace_extension(".fbx");
   if (const auto problem = FindInputProblem(model))
     throw Failure(problem->exitStatus, "the model to compare with, " + model.string() + ": " + problem->text +
                                            "; --model names another");

@@ -70,6 +70,27 @@ std::string ReadList(const std::string& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+/// Whether `output` is to be a package, and not a folder of packages.
+bool IsOnePackage(const std::string& output) {
+  std::error_code unknown;
+  const fs::path path = output;
+  if (fs::is_directory(path, unknown)) return false;
+  if (IsModelName(path) || HasExtension(path, ".xfg"))
+    throw Failure(kUsageError,
+                  output + ": the output is a folder, or a package with a name that ends in .czp");
+  return HasExtension(path, ".czp");
+}
+
+/// Makes the only one of `tasks` the package `output`.
+void NameThePackage(const fs::path& output, std::vector<ModelTask>& tasks) {
+  if (tasks.size() != 1) {
+    throw Failure(kUsageError, output.string() + " is one package, but there are " +
+                                   std::to_string(tasks.size()) + " models; name a folder");
+  }
+  tasks.front().folder = fs::absolute(output).parent_path();
+  tasks.front().stem = output.stem().string();
+}
+
 }  // namespace
 
 bool IsModelName(const fs::path& path) {
@@ -131,32 +152,22 @@ std::vector<std::string> ReadFileList(const std::string& file) {
 }
 
 std::vector<ModelTask> FindModels(const ConvertOptions& options) {
+  const bool isPackage = IsOnePackage(options.outputFolder);
+  const std::string folder = isPackage ? "" : options.outputFolder;
   std::vector<ModelTask> tasks;
-  if (!options.models.empty()) tasks = FindModels(options.models, options.outputFolder);
+  if (!options.models.empty()) tasks = Find(options.models, folder);
   const size_t first = options.base.empty() ? tasks.size() : 0;
   for (const std::string& name : options.listed) {
-    for (ModelTask& task : FindModels({name}, "")) tasks.push_back(std::move(task));
+    for (ModelTask& task : Find({name}, "")) tasks.push_back(std::move(task));
   }
-  if (!options.outputFolder.empty()) KeepFolders(options.base, options.outputFolder, first, tasks);
+  if (isPackage) {
+    if (!tasks.empty()) NameThePackage(options.outputFolder, tasks);
+  } else if (!folder.empty()) {
+    KeepFolders(options.base, folder, first, tasks);
+  }
   return tasks;
 }
 
-std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& output) {
-  std::error_code unknown;
-  const fs::path path = output;
-  const bool isFolder = fs::is_directory(path, unknown);
-  if (!isFolder && (IsModelName(path) || HasExtension(path, ".xfg")))
-    throw Failure(kUsageError,
-                  output + ": the output is a folder, or a package with a name that ends in .czp");
-  if (isFolder || !HasExtension(path, ".czp")) return Find(names, output);
-  std::vector<ModelTask> tasks = Find(names, "");
-  if (tasks.size() != 1) {
-    throw Failure(kUsageError, output + " is one package, but there are " + std::to_string(tasks.size()) +
-                                   " models; name a folder");
-  }
-  tasks.front().folder = fs::absolute(path).parent_path();
-  tasks.front().stem = path.stem().string();
-  return tasks;
-}
+std::vector<ModelTask> FindModels(const std::vector<std::string>& names) { return Find(names, ""); }
 
 }  // namespace cli

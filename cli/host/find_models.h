@@ -30,16 +30,16 @@ std::string ModelEndings();
 /// @throws Failure when it cannot be looked into
 std::vector<std::filesystem::path> ModelsBelow(const std::string& folder);
 
-/// The models that the command line names: files as they are, and all models below folders, sorted.
-/// @param output  where packages go: a folder, below which the models of a folder keep their subfolders; of
-/// one model also the package, "name.czp"; empty: beside each model
-/// @throws Failure when `names` are folders without any model or cannot be looked into, and when `output`
-/// cannot be meant
-std::vector<ModelTask> FindModels(const std::vector<std::string>& names, const std::string& output = {});
+/// The models that the command line names: files as they are, and all models below folders, sorted. Packages go
+/// beside each model.
+/// @throws Failure when `names` are folders without any model or cannot be looked into
+std::vector<ModelTask> FindModels(const std::vector<std::string>& names);
 
-/// The same for all models of a conversion: those of the command line and of the list. Models of the list, and with
-/// a base all models, keep their folders below the base, which is the current folder unless it is given.
-/// @throws Failure as well when a model is not below the base
+/// The same for all models of a conversion: those of the command line and of the list. Packages go into the output
+/// folder, below which the models of a folder keep their subfolders; models of the list, and with a base all models,
+/// keep their folders below the base, which is the current folder unless it is given. That of one model may also be
+/// named, as "name.czp".
+/// @throws Failure as well when a model is not below the base, and when the output cannot be meant
 std::vector<ModelTask> FindModels(const ConvertOptions& options);
 
 /// The paths in the list `file`, or of standard input for "-": one in a line, or with a zero byte behind each; each once.

@@ -83,8 +83,14 @@ void SetRotation(const Place& place) {
 }
 
 void AddTextures(const Place& place) {
-  for (const std::string& folder : ReadTexts(place.Value(), place.Key()))
-    place.target.options.textureFolders.push_back((place.folder / folder).lexically_normal().string());
+  for (const std::string& folder : ReadTexts(place.Value(), place.Key())) {
+    const fs::path path = (place.folder / folder).lexically_normal();
+    std::error_code unknown;
+    // Without a place, only the values are looked at.
+    if (!place.folder.empty() && !fs::is_directory(path, unknown))
+      throw std::runtime_error("\"textures\" names a folder that does not exist: " + path.string());
+    place.target.options.textureFolders.push_back(path.string());
+  }
 }
 
 void SetMaxTexture(const Place& place) {
