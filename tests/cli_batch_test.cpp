@@ -147,6 +147,20 @@ TEST_F(Batch, UpdateConvertsWhatIsOlderThanItsInputsAndBytesRepeat) {
   fs::remove(folder_.Path("out/a.xfg"));
   EXPECT_EQ(converted(), "in/a.fbx in/b.fbx ");
   EXPECT_EQ(converted(), "");
+  EXPECT_EQ(Files("out"), "a.czp a.xfg b.czp b.xfg");
+  const auto convertedWith = [&](const std::string& options) {
+    EXPECT_EQ(Run("convert -q in/a.fbx -o out --report r.json --update " + options), 0) << errors_;
+    return !Json::parse(ReadWholeFile(folder_.Path("r.json")))["models"][0]["up_to_date"].get<bool>();
+  };
+  EXPECT_FALSE(convertedWith(""));
+  EXPECT_TRUE(convertedWith("--rotation-x 3"));
+  EXPECT_FALSE(convertedWith("--rotation-x 3"));
+  EXPECT_TRUE(convertedWith("--rotation-x 4 --exclude hat"));
+  EXPECT_TRUE(convertedWith(""));
+  EXPECT_FALSE(convertedWith(""));
+  EXPECT_TRUE(convertedWith("--pack fast"));
+  Run("convert -q in/a.fbx -o out --pack small");
+  EXPECT_TRUE(convertedWith("--pack fast")) << "somebody else's package";
 }
 
 TEST_F(Batch, WatchConvertsAgainWhatChanges) {

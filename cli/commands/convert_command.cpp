@@ -245,7 +245,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   convert.add_flag(
       "--update", options->update,
       "Leave out models whose packages are newer than the model, its pictures, the settings and\n"
-      "this program");
+      "this program, and were made with the same options by --update");
   convert.add_flag("--watch", options->watch,
                    "Convert again whatever changes: models, their pictures and settings. Ctrl-C ends it");
   convert.add_flag("--timings", options->timings, "Tell how long each step took; reports always do");

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "convert/foreign_package.h"
+#include "convert/made_with.h"
 #include "convert/message_groups.h"
 #include "convert/result_messages.h"
 #include "host/child_process.h"
@@ -230,6 +231,7 @@ class Batch {
     if (result.code == 0 && !result.isCurrent) {
       try {
         result.beside = Publish(tasks_[index], work, result.shrunkPictures);
+        if (options_.update) RememberOptions(tasks_[index], options_);
       } catch (const fs::filesystem_error& error) {
         result.code = kNotWritten;
         const std::string folder = tasks_[index].folder.string();

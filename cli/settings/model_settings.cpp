@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "convert/made_with.h"
 #include "convert/mesh_options.h"
 #include "output/exit_codes.h"
 #include "settings/settings_places.h"
@@ -40,6 +41,7 @@ ModelResult ConvertWithSettings(const ModelTask& task, const WorkFolder& work, c
   try {
     found = OptionsOf(task.model, options, finish);
     CheckMeshOptions(found.options);
+    if (options.update && !WasMadeWith(task, options)) found.options.update = false;
   } catch (const std::runtime_error& error) {
     ModelResult result;
     result.code = kUsageError;
