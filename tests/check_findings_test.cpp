@@ -204,7 +204,7 @@ TEST_F(Check, NamesWhatStandsBetweenABoneAndTheOneAbove) {
     if (name == std::string("limb")) rig.Weights(rig.body, rig.Bone("hand", bone), {0}, {0.5});
   }
   EXPECT_THAT(Told(rig.File()), testing::Contains("node-between-bones limb"));
-  EXPECT_THAT(TextOf("node-between-bones"), HasSubstr("stands \"hub\""));
+  EXPECT_THAT(TextOf("node-between-bones"), HasSubstr("there is \"hub\""));
 }
 
 TEST_F(Check, TellsOfStrayPointsMotionsAndDecimalCommas) {

@@ -176,7 +176,7 @@ TEST_F(ToolRepairs, AreThoseThatTheModelNeedsAndAreTold) {
   EXPECT_TRUE(
       Printed("repaired with --rigid-bones: without it, bones with weights stand in the wrong place (1)"))
       << errors_;
-  const std::string proof = "without repairs vertices move otherwise than in the model, by up to 0.67 of";
+  const std::string proof = "without repairs vertices move differently from the model, by up to 0.67 of";
   EXPECT_TRUE(Printed(proof)) << errors_;
   EXPECT_EQ(Run("check scaled.fbx"), 1);
   EXPECT_NE(output_.find(proof), std::string::npos) << output_;

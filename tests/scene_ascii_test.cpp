@@ -140,7 +140,7 @@ TEST(AsciiRecords, DamagedTextIsRefusedWithItsLine) {
       {"brace too many", "A: {\n}\n}\n", "a \"}\" closes nothing (at line 3)"},
       {"no colon", "A 1\n", "expected a record's name and a colon (at line 1)"},
       {"value without a record", "A: 1\n\n5\n", "expected a record's name and a colon (at line 3)"},
-      {"no value at all", "A: @\n", "a value that is no number, word or text (at line 1)"}};
+      {"no value at all", "A: @\n", "a value that is not a number, word or text (at line 1)"}};
   for (const TextCase& c : kCases) EXPECT_EQ(ReadAsciiText(c.text).error, c.expected) << c.what;
 }
 

@@ -83,7 +83,7 @@ std::string DescribeMistake(const CLI::App& app, const CLI::ParseError& error,
     const std::string mistake = DescribeLeftOver(*command);
     if (!mistake.empty()) return mistake;
   }
-  if (IsOption(first)) return "\"" + first + "\" is no option of fbx2czp itself; the command comes first";
+  if (IsOption(first)) return "\"" + first + "\" is not an option of fbx2czp itself; the command comes first";
   return error.what();
 }
 

@@ -38,7 +38,7 @@ constexpr const char* kConvertExamples =
     "  fbx2czp convert hero.fbx --finish-settings hero.json\n"
     "      converts and applies final settings, so that bone renames know the skeleton\n"
     "  fbx2czp convert hero.fbx --repair\n"
-    "      puts right what it can: lost bones, a wrong pose, parts out of place\n"
+    "      repairs what it can: lost bones, a wrong pose, parts out of place\n"
     "  fbx2czp convert characters/ props/lamp.fbx --jobs 8 --output packages --report report.json\n"
     "      converts whole folders, each model in a process of its own\n"
     "  fbx2czp convert characters/ -o packages --update\n"
@@ -140,11 +140,11 @@ void AddRepairOptions(CLI::App& convert, ConvertOptions& options) {
   convert.add_flag(
       "--join-roots", repairs.joinRoots,
       "Put all skeletons of the model below one new root bone; otherwise only the first is kept");
-  convert.add_flag("--attach-rigid", repairs.attachRigid,
-                   "Give meshes without a skin their place, and let them follow the bone that they hang on");
   convert.add_flag(
-      "--rigid-bones", repairs.rigidBones,
-      "Take the scale out of the bones and keep their places; for models whose root has a scale");
+      "--attach-rigid", repairs.attachRigid,
+      "Give meshes without a skin their place, and let them follow the bone they are parented to");
+  convert.add_flag("--rigid-bones", repairs.rigidBones,
+                   "Remove the scale of the bones and keep their places; for models whose root has a scale");
   AddMaxInfluences(convert, options.mostInfluences);
 }
 
@@ -241,7 +241,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   AddSettingsOptions(convert, options->settingsFile, options->takesSettings);
   convert.add_flag(
       "--prove", options->proves,
-      "Compare each package with its model, as fbx2czp prove does, and tell what moves otherwise");
+      "Compare each package with its model, as fbx2czp prove does, and tell what moves differently");
   convert.add_flag(
       "--update", options->update,
       "Leave out models whose packages are newer than the model, its pictures, the settings and\n"

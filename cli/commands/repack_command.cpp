@@ -194,7 +194,7 @@ void AddRepackCommand(CLI::App& app, RunCommand& run) {
             "  fbx2czp repack hero.czp\n"
             "      drops the documents that earlier changes left in the package\n"
             "  fbx2czp repack hero.czp --pack small\n"
-            "      deflates all members anew as well, as small as they get\n");
+            "      also deflates all members again, as small as they get\n");
 }
 
 }  // namespace cli

@@ -26,7 +26,7 @@ std::string WhyForeign(const fs::path& package) {
   std::error_code unknown;
   if (!fs::is_regular_file(package, unknown)) return {};
   const std::vector<ts3d::MemberSize> members = ts3d::ListMembers(package.string());
-  if (members.empty()) return "it is no package";
+  if (members.empty()) return "it is not a package";
   for (const ts3d::MemberSize& member : members) {
     if (!IsOurs(member)) return "it holds \"" + member.name + "\"";
   }

@@ -27,7 +27,7 @@ std::vector<std::string> ModelResult::Losses() const {
     losses.push_back("texture " + problem.source + " " + problem.text);
   }
   if (!malformedNames.empty()) {
-    losses.push_back("the document cannot be read, as names have one of the signs & < \": " +
+    losses.push_back("the document cannot be read, as names contain &, < or \": " +
                      ts3d::QuotedNames(malformedNames) + "; rename them in the model");
   }
   return losses;

@@ -21,7 +21,7 @@ using ts3d::Subject;
 constexpr const char* kUnreadableDocument = "xml-name";
 constexpr ts3d::FindingKind kEmptyMember{
     "empty-member", ts3d::Severity::Note, Subject::Member, "An empty file in the package.",
-    "Delete material slots that no face uses; use letters, digits, blanks and underscores in names."};
+    "Delete material slots that no face uses; use letters, digits, spaces and underscores in names."};
 constexpr ts3d::FindingKind kLostMember{"lost-member", ts3d::Severity::Warning, Subject::File, "{}.", ""};
 
 /// What stands in `line` between `before` and `after`; nothing when these do not.
@@ -98,7 +98,7 @@ std::vector<Finding> MessagesOf(const ModelResult& result) {
   append(ts3d::TextureFindings(result.textureProblems));
   if (!result.malformedNames.empty()) {
     messages.push_back({kUnreadableDocument, ts3d::Severity::Warning, Subject::Node, result.malformedNames,
-                        "The document cannot be read, as names have one of the signs & < \".",
+                        "The document cannot be read, as names contain &, < or \".",
                         "Rename them in the model."});
   }
   append(result.faults);

@@ -19,7 +19,7 @@ std::optional<uint32_t> SourceDate() {
   int64_t seconds = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
   if (error != std::errc() || end != text.data() + text.size() || seconds < 0)
-    throw Failure(kUsageError, "SOURCE_DATE_EPOCH is no number of seconds: " + std::string(text));
+    throw Failure(kUsageError, "SOURCE_DATE_EPOCH is not a number of seconds: " + std::string(text));
   // DOS dates begin with 1980 and end with 2107.
   constexpr int64_t kFirst = 315532800, kLast = 4354819198;
   using namespace std::chrono;

@@ -69,7 +69,7 @@ void WriteModel(ts3d::JsonWriter& json, const ModelSettings& model) {
 std::string SettingsAsText(const ModelSettings& model) {
   std::string text = Printable(model.model) + ": " +
                      (model.file ? "settings of " + Printable(model.file->Path().string())
-                                 : "no settings file, all as usual") +
+                                 : "no settings file, so the defaults hold") +
                      "\n";
   const std::vector<Setting> holding = HoldingSettings(model);
   for (const std::string& key : SettingKeys()) {

@@ -90,7 +90,7 @@ Verification VerifyCertificate(const fs::path& path, const fs::path& model, cons
   const CertificateJson json = ReadCertificate(path);
   try {
     if (json.at("schema").at("name") != "certificate" || json["schema"].at("version") != kCertificateSchema)
-      throw Failure(kUnreadable, path.string() + ": this is no certificate of this version");
+      throw Failure(kUnreadable, path.string() + ": this is not a certificate of this version");
     // Names only: a certificate has no say in which folders are read.
     const auto fileOf = [&](const char* what, const fs::path& given) {
       const fs::path named = fs::path(json.at(what).at("name").get<std::string>()).filename();
@@ -122,7 +122,7 @@ Verification VerifyCertificate(const fs::path& path, const fs::path& model, cons
     }
     return found;
   } catch (const nlohmann::json::exception&) {
-    throw Failure(kUnreadable, path.string() + ": this is no certificate");
+    throw Failure(kUnreadable, path.string() + ": this is not a certificate");
   }
 }
 

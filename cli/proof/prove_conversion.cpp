@@ -61,7 +61,7 @@ void ProveConversion(const std::filesystem::path& model, const std::filesystem::
   if (proven.proof.verdict == prove::Verdict::Proven) {
     note("proven", "proven: the package moves as the model does, to " + worst);
   } else {
-    note("not-proven", "not proven: the package moves otherwise than the model, by up to " + worst);
+    note("not-proven", "not proven: the package moves differently from the model, by up to " + worst);
   }
   const std::vector<ts3d::Finding> told = MessagesOf(result);
   for (const prove::Message& message : proven.proof.messages) {

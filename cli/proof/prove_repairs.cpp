@@ -92,7 +92,7 @@ std::string RepairErrors(const ProvenRepairs& repairs) {
   const auto& [chosen, before, after] = repairs;
   if (!before || !after || before->Worst() <= prove::kLimit) return {};
   const std::string without =
-      "vertices move otherwise than in the model, by up to " + ErrorText(before->Worst());
+      "vertices move differently from the model, by up to " + ErrorText(before->Worst());
   if (chosen.needed.empty()) return without + ", and no repair brings them closer";
   return "without repairs " + without + "; with them by up to " + ErrorText(after->Worst());
 }

@@ -18,7 +18,7 @@ void ReadNumber(std::string_view text, const char* what, Number& number, std::st
   if (TakeNumber(text, read) && Trimmed(text).empty()) {
     number = read;
   } else {
-    wrong = std::string("its ") + what + " is no number";
+    wrong = std::string("its ") + what + " is not a number";
   }
 }
 
@@ -67,7 +67,7 @@ bool ReadDocument(std::string_view bytes, Document& document, std::string& error
   ReadLists(config, document, wrong);
   if (!result) {
     error =
-        "line " + std::to_string(LineOf(bytes, result.offset)) + " is no XML (" + result.description() + ")";
+        "line " + std::to_string(LineOf(bytes, result.offset)) + " is not XML (" + result.description() + ")";
   } else if (!config) {
     error = "it has no <cal_config>";
   } else if (!wrong.empty()) {

@@ -156,7 +156,7 @@ class ActorBuilder {
 bool BuildActor(PackageContents& contents, Actor& actor, Findings& findings, std::string& error) {
   actor = {};
   if (ActorBuilder(contents, actor, findings).Build()) return true;
-  error = "it holds no skeleton, no mesh and no document: it is no actor";
+  error = "it holds no skeleton, no mesh and no document, so it is not an actor";
   return false;
 }
 

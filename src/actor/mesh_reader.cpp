@@ -48,7 +48,7 @@ bool ReadFaces(base::ByteCursor& in, Mesh& mesh, std::string& error) {
 }
 
 bool ReadHeader(base::ByteCursor& in, Mesh& mesh, std::string& error) {
-  if (in.Bytes(4) != kMeshMagic) return error = "it is no mesh file", false;
+  if (in.Bytes(4) != kMeshMagic) return error = "it is not a mesh file", false;
   if (in.Number<int32_t>() != kMeshVersion) return error = "it is of an unknown version", false;
   if (in.Number<int32_t>() != 1) return error = "it does not hold one submesh", false;
   mesh.threadId = in.Number<int32_t>();

@@ -23,7 +23,7 @@ const char* ReadPictureHeader(std::string_view bytes, PictureHeader& header) {
   };
   header = {word(12), word(14), byte(16)};
   const int type = byte(2), kind = type & ~kCompressed;
-  if (byte(1) > 1 || kind < 1 || kind > 3 || !IsDepth(header.bits)) return "is no .tga picture";
+  if (byte(1) > 1 || kind < 1 || kind > 3 || !IsDepth(header.bits)) return "is not a .tga picture";
   if (header.width == 0 || header.height == 0) return "is a picture without any pixels";
   if (type & kCompressed) return nullptr;
   const auto size = [](int number) { return static_cast<uint64_t>(number); };

@@ -26,7 +26,7 @@ class ArchiveReader {
       : archive_(bytes), size_(bytes.size()), limits_(limits), members_(contents.members), error_(error) {}
 
   bool Read() {
-    if (!archive_.Handle()) return Refuse("it is no package (no zip archive)");
+    if (!archive_.Handle()) return Refuse("it is not a package (not a zip archive)");
     if (!ListMembers()) return false;
     MarkSuperseded();
     for (size_t i = 0; i < members_.size(); ++i) {

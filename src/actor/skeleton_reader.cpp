@@ -54,7 +54,7 @@ bool ChildrenFitParents(const std::vector<Bone>& bones) {
 
 bool ReadBones(std::string_view bytes, std::vector<Bone>& bones, std::string& error) {
   base::ByteCursor in(bytes);
-  if (in.Bytes(4) != kSkeletonMagic) return error = "it is no skeleton file", false;
+  if (in.Bytes(4) != kSkeletonMagic) return error = "it is not a skeleton file", false;
   if (in.Number<int32_t>() != kSkeletonVersion) return error = "it is of an unknown version", false;
   const int32_t count = in.Number<int32_t>();
   if (count < 1 || !in.HasRoomFor(count, kSmallestBone)) {

@@ -78,7 +78,7 @@ int32_t FBX_TO_TS3D_CALL FbxToTs3dSetOptions(FbxToTs3dConverter* converter, cons
     ts3d::ConverterHost host;
     if (!ts3d::ReadOptions(options, read, host)) {
       return self.Refuse(FBX_TO_TS3D_INVALID_ARGUMENT,
-                         "an option is out of its range, or its folder is no path");
+                         "an option is out of its range, or its folder is not a path");
     }
     self.SetUp(std::move(read), std::move(host));
     return self.Refuse(FBX_TO_TS3D_OK, {});

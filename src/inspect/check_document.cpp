@@ -40,7 +40,8 @@ class DocumentCheck {
 
   void ExpectFile(const std::string& file, const std::string& what) {
     if (!ts3d::IsPlainFileName(file)) {
-      Problem("unsafe-name", "names the file \"" + file + "\" for its " + what + ": that is no plain name");
+      Problem("unsafe-name",
+              "names the file \"" + file + "\" for its " + what + ": that is not a plain name");
     } else if (!HasFile(file)) {
       Problem("missing-file", "names \"" + file + "\" for its " + what + ", which is not in the package");
     }
@@ -64,7 +65,7 @@ class DocumentCheck {
       Problem("same-mesh-name",
               "lists \"" + file + "\" " + std::to_string(count) +
                   " times: meshes of one name replace each other, and only the last is left",
-              "give every mesh in the model a name of its own, then convert again");
+              "give every mesh in the model a unique name, then convert again");
     }
   }
 
@@ -115,7 +116,7 @@ class DocumentCheck {
     const std::string file = material.name + ".xrf";
     if (!ts3d::IsPlainFileName(material.map)) {
       AddProblem(findings_, "unsafe-name", file,
-                 "names the picture \"" + material.map + "\": that is no plain name", kConvertAgain);
+                 "names the picture \"" + material.map + "\": that is not a plain name", kConvertAgain);
     } else if (!HasFile(material.map)) {
       AddProblem(findings_, "missing-picture", file,
                  "names the picture \"" + material.map + "\", which is not in the package",

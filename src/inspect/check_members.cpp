@@ -30,7 +30,7 @@ void CheckMember(const Member& member, Findings& findings) {
                "convert the model again, or take another copy of the package");
   } else if (member.superseded) {
     AddNote(findings, "superseded-member", member.name,
-            "is there again further on; this older one is only in the way",
+            "is there again further on; this older copy only takes up space",
             "run \"fbx2czp repack\" on the package to drop it");
   } else if (member.size == 0) {
     AddProblem(findings, "empty-member", member.name, "is empty: its file was missing",
@@ -71,7 +71,7 @@ void CheckUse(const Member& member, const UsedNames& used, bool isFolder, Findin
     if (used.pictures.contains(name)) return;
     AddNote(findings, "unused-picture", member.name, "is a picture that no material uses");
   } else if (extension != ".xfg" && !isFolder && !used.pictures.contains(name)) {
-    AddNote(findings, "unknown-file", member.name, "is no part of an actor");
+    AddNote(findings, "unknown-file", member.name, "is not part of an actor");
   }
 }
 

@@ -29,7 +29,7 @@ void CheckWeights(const Mesh& mesh, Findings& findings) {
                     of = " of " + std::to_string(mesh.vertices.size()) + " vertices ";
   if (loose > 0) {
     AddProblem(findings, "no-influence", file,
-               std::to_string(loose) + of + "hang on no bone and stay behind when the actor moves",
+               std::to_string(loose) + of + "belong to no bone and stay behind when the actor moves",
                "paint weights for them in the model");
   }
   if (wrong > 0) {

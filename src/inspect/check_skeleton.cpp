@@ -82,7 +82,7 @@ void CheckNames(const Skeleton& skeleton, Findings& findings) {
     if (seen.insert(bone.name).second) continue;
     AddProblem(findings, "same-bone-name", bone.name,
                "is the name of several bones; only the last is found by it",
-               "give every bone in the model a name of its own");
+               "give every bone in the model a unique name");
   }
 }
 
@@ -101,7 +101,7 @@ void CheckRotations(const Skeleton& skeleton, Findings& findings) {
   }
   if (!first) return;
   AddProblem(findings, "bad-rotation", first->name,
-             "has a rotation that is none: it distorts the mesh" +
+             "has a rotation that is not a valid one; it distorts the mesh" +
                  (wrong > 1 ? " (and so have " + std::to_string(wrong - 1) + " other bones)" : std::string()),
              "look for bones with a scale of 0 in the model");
 }

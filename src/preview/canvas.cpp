@@ -14,7 +14,7 @@ void Canvas::Spend(size_t pixels) {
   spent_ += pixels;
   if (spent_ / kMostLayers > pixels_.size()) {
     throw TooMuchToDraw(
-        "too many of its faces cover the whole picture; it is no character that can be drawn");
+        "too many of its faces cover the whole picture; this is not a character that can be drawn");
   }
 }
 

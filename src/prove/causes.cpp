@@ -18,41 +18,41 @@ constexpr CauseWords kWords[kCauseCount] = {
      "The file has no bind pose: bones are taken as they stand now, and meshes as they were modelled.",
      "Convert with --bind-from-skin, or switch on the bind pose in the exporter."},
     {"mesh-not-bound", false,
-     "Missing from the bind pose: stored as it was modelled, without the place, turn and scale of its "
+     "Missing from the bind pose: stored as it was modelled, without the position, rotation and scale of its "
      "object.",
      "Convert with --attach-rigid or --bind-from-skin, or reset the bind pose with this mesh."},
     {"bone-not-bound", true,
-     "Missing from the bind pose: taken as it stands now, and that is not where its skin was bound.",
+     "Missing from the bind pose: used as it stands now, which is not where its skin was bound.",
      "Convert with --bind-from-skin, or reset the bind pose with all bones."},
     {"parent-not-bound", true,
-     "The bind pose has the bone, but not the node above it; the bone is put into the wrong place.",
-     "Reset the bind pose with all bones, or put the bone below another one."},
+     "The bind pose has the bone but not its parent node, so the bone ends up in the wrong place.",
+     "Reset the bind pose with all bones, or parent the bone to another one."},
     {"local-matrix", true,
      "The bind pose says that the matrix is relative to the parent, but it is used as if it were in the "
      "world.",
      "Export the bind pose with world matrices; most exporters do by themselves."},
     {"node-between-bones", true,
-     "A node that is no bone stands between this bone and the one above; what it adds to the place is lost.",
-     "Make the node a bone, or put the bone directly below the other one."},
+     "A node that is not a bone stands between this bone and its parent bone; its transform is lost.",
+     "Make the node a bone, or parent the bone directly to the other one."},
     {"root-scale", true,
      "The root bone is scaled, and stored too far from the origin; all of the model floats until an "
      "animation "
      "places the root.",
      "Convert with --rigid-bones, or apply the scale before the export."},
     {"scaled-bones", true,
-     "Below a bone with a scale of its own. Bones of the format have no scale, so this bone loses its place.",
+     "Below a bone with a scale of its own. Bones of the format have no scale, so this bone is displaced.",
      "Convert with --rigid-bones, or apply the scale of all bones before the export."},
     {"mirrored-bone", true,
-     "Mirrored against the bone above. Bones of the format have no scale, so this one loses its place.",
-     "Remove the negative scale (apply or freeze the scale) and mirror by renaming and turning instead."},
+     "Mirrored relative to its parent bone. Bones of the format have no scale, so this one is displaced.",
+     "Remove the negative scale (apply or freeze the scale) and mirror by renaming and rotating instead."},
     {"uneven-scale", true,
      "The scale differs along the axes. Bones of the format have no scale, so what turns below does not "
      "shear "
      "as it does in the model.",
      "Apply or freeze the scale of the bone and of everything above it, then export again."},
     {"scaled-now", true,
-     "The bone is scaled otherwise now than at bind time. Bones of the format have no scale.",
-     "Take animated scale out of the rig."},
+     "The bone's scale now differs from that at bind time. Bones of the format have no scale.",
+     "Remove animated scale from the rig."},
     {"other-bind-pose", true,
      "The skin was bound in another pose than the bind pose. Where several bones share a point, the package "
      "blends what was blended already.",
@@ -61,8 +61,8 @@ constexpr CauseWords kWords[kCauseCount] = {
      "The file has several bind poses, and they differ: mesh and skeleton are stored in different ones.",
      "Convert with --bind-from-skin, or delete all bind poses but one."},
     {"second-root", true,
-     "Below a further root bone. Only the first skeleton is taken, and the weights for this bone are lost.",
-     "Convert with --join-roots, or put all bones below one root bone."},
+     "Below another root bone. Only the first skeleton is used, and the weights for this bone are lost.",
+     "Convert with --join-roots, or parent all bones to one root bone."},
     {"hidden-bones", true,
      "Below a node that the file gives no type. Bones below it are not found, and the weights for this one "
      "are lost.",
@@ -73,12 +73,14 @@ constexpr CauseWords kWords[kCauseCount] = {
      "of this name gets them.",
      "Convert with --join-roots, which tells them apart, or export one character at a time."},
     {"same-bone-name", true, "Several bones have this name; the weights of all of them go to the first.",
-     "Give each bone a name of its own."},
-    {"unnamed-bone", true, "The bone has no name, or none that is left after cleaning; its weights are lost.",
+     "Give each bone a unique name."},
+    {"unnamed-bone", true,
+     "The bone has no name, or nothing of it is left once invalid characters are removed; its weights are "
+     "lost.",
      "Give the bone a name."},
-    {"unknown-link", true, "Meshes have weights for this node, but it is no bone; they are lost.",
+    {"unknown-link", true, "Meshes have weights for this node, but it is not a bone; they are lost.",
      "Move the weights to bones, or make the node one."},
-    {"no-skin", false, "No skin: as a whole it sticks to the root bone, and not to what it hangs on.",
+    {"no-skin", false, "No skin: it sticks to the root bone as a whole, not to the node it is parented to.",
      "Convert with --attach-rigid, or bind it to the skeleton."},
     {"unweighted-vertices", false,
      "Points without a weight follow the root bone; in the model they follow the mesh's own node.",
@@ -103,8 +105,8 @@ constexpr CauseWords kWords[kCauseCount] = {
      kSendIt},
     {"wrong-weights", false, "Vertices have weights that neither the model nor the rules of the format give.",
      kSendIt},
-    {"unexplained", false, "The package moves otherwise than the model, and nothing in the rig tells why.",
-     kSendIt}};
+    {"unexplained", false,
+     "The package moves differently from the model, and nothing in the rig explains why.", kSendIt}};
 
 }  // namespace
 

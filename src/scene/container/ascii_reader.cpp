@@ -167,7 +167,7 @@ class AsciiReader {
       ReadNumbers();
       return true;
     }
-    if (word.empty()) return Fail("a value that is no number, word or text");
+    if (word.empty()) return Fail("a value that is not a number, word or text");
     Value value;
     if (IsNotANumber(word)) {
       value.kind = Value::Kind::Real;
