@@ -38,6 +38,9 @@ class ChildProcess {
   /// Waits until one of `children` has something to take, at most a fifth of a second.
   static void WaitForAny(const std::vector<ChildProcess*>& children);
 
+  /// Ends all that run, before this process ends: none can be started or waited for any more.
+  static void EndAll();
+
  private:
   struct State;
   std::unique_ptr<State> state_;

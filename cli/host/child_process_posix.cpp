@@ -13,6 +13,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
+#include <set>
 #include <system_error>
 
 #include "host/child_process.h"
@@ -21,6 +23,17 @@ namespace cli {
 namespace {
 
 constexpr int kWaitMilliseconds = 200;
+
+/// The processes that run now. The watch for signals ends them, which knows nothing else of the batch.
+struct RunningProcesses {
+  std::mutex mutex;
+  std::set<pid_t> processes;
+};
+
+RunningProcesses& TheRunning() {
+  static RunningProcesses running;
+  return running;
+}
 
 [[noreturn]] void Fail(const char* what) { throw std::system_error(errno, std::generic_category(), what); }
 
@@ -104,8 +117,10 @@ struct ChildProcess::State {
 
   ~State() {
     if (process > 0) {
+      const std::lock_guard lock(TheRunning().mutex);
       kill(process, SIGKILL);
       waitpid(process, nullptr, 0);
+      TheRunning().processes.erase(process);
     }
     for (const int file : {messages, output}) {
       if (file >= 0) close(file);
@@ -113,9 +128,11 @@ struct ChildProcess::State {
   }
 
   void Reap() {
+    const std::lock_guard lock(TheRunning().mutex);
     int status = 0;
     while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
     }
+    TheRunning().processes.erase(process);
     process = -1;
     signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
   }
@@ -148,9 +165,20 @@ ChildProcess::ChildProcess(const Work& work, bool keepsInput) : state_(std::make
   state_->output = output;
   const FileCloser closeOutput{sendOutput};
   std::fflush(stdout);
+  const std::lock_guard lock(TheRunning().mutex);
   state_->process = fork();
   if (state_->process == 0) RunChild(work, sendMessages, sendOutput, keepsInput);
   if (state_->process < 0) Fail("a process cannot be started");
+  TheRunning().processes.insert(state_->process);
+}
+
+void ChildProcess::EndAll() {
+  TheRunning().mutex.lock();
+  for (const pid_t process : TheRunning().processes) {
+    kill(process, SIGKILL);
+    siginfo_t end{};
+    waitid(P_PID, static_cast<id_t>(process), &end, WEXITED | WNOWAIT);
+  }
 }
 
 ChildProcess::~ChildProcess() = default;

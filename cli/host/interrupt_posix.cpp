@@ -8,6 +8,7 @@
 #include <string_view>
 #include <thread>
 
+#include "host/child_process.h"
 #include "host/interrupt.h"
 #include "platform/unfinished.h"
 
@@ -54,6 +55,8 @@ void Watch() {
     if (WaitForByte(-1)) return;
   }
   if (gracefulEnds > 0 && WaitForByte(kGraceMilliseconds)) return;
+  // What still runs would go on writing into folders that are being removed.
+  ChildProcess::EndAll();
   platform::RemoveUnfinished();
   constexpr std::string_view kTold = "\nfbx2czp: error: interrupted; nothing half done is left\n";
   [[maybe_unused]] const ssize_t ignored = write(STDERR_FILENO, kTold.data(), kTold.size());
