@@ -105,18 +105,19 @@ class Model {
     ResetRun(job);
     job.files.modelDirectory = pattern + "/";
     ts3d::LoadedVersions versions;
-    ts3d::CreateSdkObjects(job.sdkManager, job.scene);
-    if (!LoadScene(*job.sdkManager, *job.scene, modelPath, versions) || !WriteSkeleton(job)) {
+    job.loaded.Create();
+    if (!LoadScene(job.loaded.Manager(), job.loaded.Scene(), modelPath, versions) ||
+        !WriteSkeleton(job.Model(), *job.skeleton, job.files)) {
       throw std::runtime_error("cannot load " + modelPath);
     }
-    const scene::KFbxNode& root = *job.scene->GetRootNode();
+    const scene::KFbxNode& root = job.loaded.Root();
     for (int i = 0; i < root.GetChildCount(); ++i) {
       if (root.GetChild(i)->GetMesh()) node = root.GetChild(i);
     }
     if (!node) throw std::runtime_error("no mesh in " + modelPath);
     mesh = node->GetMesh();
-    data.influences = GatherBoneInfluences(*mesh, job);
-    data.points = PoseControlPoints(*node, job);
+    data.influences = GatherBoneInfluences(*mesh, job.Model(), *job.skeleton);
+    data.points = PoseControlPoints(*node, job.Model(), *job.skeleton);
     data.triangles = TriangulateMesh(*mesh);
     data.normals = scene::ComputeVertexNormals(data.points.View(), data.triangles.corners.View(), false);
     data.records = ts3d::SplitVertices(mesh->GetControlPointsCount(), mesh->GetUVs(), data.triangles);
@@ -124,19 +125,20 @@ class Model {
   ~Model() {
     std::error_code ignored;
     std::filesystem::remove_all(job.files.modelDirectory, ignored);
-    ts3d::DestroySdkObjects(job.sdkManager);
   }
   Model(const Model&) = delete;
   Model& operator=(const Model&) = delete;
 
   void WriteMeshFile() {
-    ts3d::TextureCoordinates coordinates(*node, mesh->GetUVs(), job);
+    const scene::KFbxNode* errorNode = nullptr;
+    ts3d::TextureCoordinates coordinates(*node, mesh->GetUVs(), job.status, errorNode);
     std::vector<int32_t> outputIndex(data.records.size());
     ts3d::MeshSlice slice;
     slice.name = "mesh";
     slice.whole = true;
     ts3d::ActorPackage package(job.files, job.settings, job.status);
-    WriteCmfFile(slice, data, coordinates, outputIndex, job, package);
+    WriteCmfFile(slice, data, coordinates, outputIndex, job.skeleton->bones, ts3d::kFirstThreadId,
+                 {job.files, package, job.status});
   }
 
   ts3d::ConversionJob job;
@@ -148,7 +150,8 @@ class Model {
 /// Unpacks points and weights again, as the real run does once.
 void DeformPose(benchmark::State& state) {
   Model model;
-  for (auto _ : state) benchmark::DoNotOptimize(PoseControlPoints(*model.node, model.job));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(PoseControlPoints(*model.node, model.job.Model(), *model.job.skeleton));
 }
 
 void SplitVertices(benchmark::State& state) {

@@ -10,7 +10,6 @@
 
 #include "actor/load_actor.h"
 #include "driver/convert.h"
-#include "driver/scene_loader.h"
 #include "export/export_gltf.h"
 #include "support/sample_pictures.h"
 #include "support/temp_folder.h"
@@ -56,7 +55,6 @@ void WritePackageSeeds(const fs::path& out, const Rig& rig) {
   folder.Write(rig.name, rig.bytes);
   ts3d::ConversionJob job;
   const ts3d::ConversionResult result = RunConversion(job, {folder.Path() + "\\" + rig.name, {}});
-  ts3d::DestroySdkObjects(job.sdkManager);
   fs::current_path(before);
   if (result != ts3d::ConversionResult::Success) return;
   const std::string stem = rig.name.substr(0, rig.name.size() - 3);

@@ -13,7 +13,6 @@
 
 #include "actor/load_actor.h"
 #include "driver/convert.h"
-#include "driver/scene_loader.h"
 #include "record_mutator.h"
 #include "scene/model/mesh.h"
 
@@ -103,7 +102,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   } catch (const scene::KFbxMeshExcess&) {
     // What arrays hold may ask for more than is allowed.
   }
-  ts3d::DestroySdkObjects(job.sdkManager);
   if (result == ts3d::ConversionResult::Success) CheckPackage("model.czp");
   folder.Leave();
   if (!folder.IsAlone()) __builtin_trap();

@@ -37,7 +37,9 @@ TEST(MaterialFile, HoldsTheColoursOfItsClassCutOffNotRounded) {
     TestHost host;
     host.job.files.modelDirectory = host.ModelPath("");
     ts3d::ActorPackage package(host.job.files, host.job.settings, host.job.status);
-    WriteMaterial("skin", *material, false, host.job, package);
+    ts3d::MaterialOutput out{host.job.files,  package, host.job.settings,
+                             host.job.status, nullptr, host.job.Filter()};
+    WriteMaterial("skin", *material, false, out);
     EXPECT_EQ(support::ReadWholeFile(host.folder.Path("skin.xrf")), text);
     EXPECT_EQ(host.lines.front(), "Writing Material: skin");
     EXPECT_EQ(host.Told("Unkown type of Material"), material == &unknown ? 1u : 0u);
@@ -48,7 +50,10 @@ TEST(MaterialFile, OfAMeshWithoutMaterialsIsGrey) {
   for (const bool hasMap : {false, true}) {
     TestHost host;
     host.job.files.modelDirectory = host.ModelPath("");
-    ts3d::WriteDefaultMaterial("Body", hasMap, host.job);
+    ts3d::ActorPackage package(host.job.files, host.job.settings, host.job.status);
+    ts3d::MaterialOutput out{host.job.files,  package, host.job.settings,
+                             host.job.status, nullptr, host.job.Filter()};
+    ts3d::WriteDefaultMaterial("Body", hasMap, out);
     constexpr const char* kGrey = "127 127 127 255";
     EXPECT_EQ(support::ReadWholeFile(host.folder.Path("Body.xrf")),
               Xrf(kGrey, kGrey, kGrey, "0.250000", hasMap));

@@ -95,15 +95,15 @@ TEST(MeshFilter, DropsTheHeadPartsOfActorsButNoNamesThatOnlyResembleThem) {
                            "lower_teeth2", "tongue", "left_eye", "right_eyeB", "inner_mouth", "mouth",
                            "mouth2", "Mouth_", "socket", "sockets", "sock", "socks"}) {
     ts3d::ConversionJob job;
-    EXPECT_FALSE(skipThisMesh(name, job)) << name;
+    EXPECT_FALSE(skipThisMesh(name, job.Filter())) << name;
     job.actorType = ts3d::ActorType::Baby;
-    EXPECT_TRUE(skipThisMesh(name, job)) << name;
+    EXPECT_TRUE(skipThisMesh(name, job.Filter())) << name;
   }
   ts3d::ConversionJob job;
   job.actorType = ts3d::ActorType::Female;
   for (const char* name : {"head_01", "heads_up", "hea", "forehead", "head_ncl1_2", "mouth_left", "sockets2",
                            "socks_l", "left_eyes2", "teeth", "eye", "Body", ""}) {
-    EXPECT_FALSE(skipThisMesh(name, job)) << name;
+    EXPECT_FALSE(skipThisMesh(name, job.Filter())) << name;
   }
 }
 

@@ -102,7 +102,6 @@ TEST_F(NameSafety, ModelsWriteIntoTheirOwnFolderOnly) {
       ts3d::ConversionJob job;
       job.textureCallback = [](void*, const char*, uint8_t* converted) { *converted = 1; };
       RunConversion(job, {folder_.Path("sub/deep/model") + "\\model.fbx", {}});
-      ts3d::DestroySdkObjects(job.sdkManager);
       fs::current_path(before);
       Run("convert sub/deep/model/model.fbx -o sub/deep/model/out");
       EXPECT_TRUE(fs::exists(folder_.Path("sub/deep/model/model.czp")));

@@ -48,7 +48,7 @@ CLI::Option* TakesNumber(CLI::Option* option, int least, int most);
 /// --verbose and --quiet.
 void AddVerbosity(CLI::App& command, Verbosity& verbosity);
 
-/// --pack; `level` is that of a ConversionJob.
+/// --pack; `level` is that of ts3d::Settings.
 void AddPackLevel(CLI::App& command, std::optional<int>& level);
 
 /// --max-influences; `most` is that of the Settings.

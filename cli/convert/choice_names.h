@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 #include "textures/texture_converter.h"
 
 namespace cli {
@@ -21,7 +21,7 @@ ts3d::ActorType ActorTypeOfName(const std::string& name);
 
 /// "fast", "default", "small"
 const std::vector<std::string>& PackLevelNames();
-/// The level of a ConversionJob.
+/// A level of ts3d::Settings.
 /// @param name  one of them
 int PackLevelOfName(const std::string& name);
 

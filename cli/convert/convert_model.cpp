@@ -17,7 +17,6 @@
 #include "core/progress.h"
 #include "driver/convert.h"
 #include "driver/converted_document.h"
-#include "driver/scene_loader.h"
 #include "finish/finish_history.h"
 #include "finish/finish_names.h"
 #include "host/find_models.h"
@@ -57,12 +56,6 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
 
 /// Ends a conversion that would make the package that is there.
 struct PackageIsCurrent {};
-
-/// A run that could not load its scene leaves the scene library's objects to the next one, which never comes.
-struct SceneOwner {
-  ts3d::ConversionJob& job;
-  ~SceneOwner() { ts3d::DestroySdkObjects(job.sdkManager); }
-};
 
 /// Runs in the work folder, where the converter deletes its work files.
 /// @param request  without paths
@@ -210,13 +203,13 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     onStatus(line);
   };
   ts3d::ConversionJob job;
-  const SceneOwner owner{job};
   textures::TextureConverter textures(task.model, options.longestTextureSide, options.textureFolders,
                                       options.tooLargeTextures);
   textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
   StepTimes times;
   host.onTexture = [&](const std::string& source, bool exists) {
-    return times.Within("pictures", [&] { return textures.Provide(job, source, exists); });
+    return times.Within("pictures",
+                        [&] { return textures.Provide(job.files, job.loaded.Scene(), source, exists); });
   };
   host.Attach(job);
   SetUp(job, options);
@@ -231,10 +224,10 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   const bool mayBeCurrent = options.update && IsCurrent(task, FixedInputs(task, options));
   std::set<fs::path> dataFiles;
   request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) {
-    for (const scene::KString& file : loaded.scene->GetDataFiles())
-      dataFiles.insert(platform::NativePath(file));
+    const scene::KFbxScene& scene = loaded.loaded.Scene();
+    for (const scene::KString& file : scene.GetDataFiles()) dataFiles.insert(platform::NativePath(file));
     if (mayBeCurrent) {
-      std::set<fs::path> inputs = textures.FindInputs(loaded);
+      std::set<fs::path> inputs = textures.FindInputs(loaded.files, scene);
       inputs.insert(dataFiles.begin(), dataFiles.end());
       LeaveIfCurrent(task, inputs, result);
     }

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "core/conversion_job.h"
 #include "core/pack_level.h"
 #include "core/repair_settings.h"
+#include "driver/conversion_job.h"
 #include "output/status_printer.h"
 #include "textures/texture_converter.h"
 
@@ -41,7 +41,7 @@ struct ConvertOptions {
   std::string finishSettings;               ///< JSON file with final settings, or empty
   unsigned jobs = 0;                        ///< models at a time; 0: one for each processor core
   std::string report;                       ///< JSON file to write, "-" for standard output, or empty
-  std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ConversionJob
+  std::optional<int> packLevel = ts3d::kDefaultPackLevel;  ///< see ts3d::Settings
   bool proves = false;                                     ///< compares each package with its model
   bool force = false;                                      ///< replaces packages that somebody else has made
   bool strict = false;                                     ///< warnings count as failures

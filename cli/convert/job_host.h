@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 
 namespace cli {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "convert/convert_options.h"
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 
 namespace cli {
 

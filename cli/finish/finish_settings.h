@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 
 namespace cli {
 

@@ -45,8 +45,9 @@ std::optional<RepairError> Try(const ts3d::ConversionJob& loaded, const fs::path
   if (!error.empty() || !ReadPackageBytes(package, {}, contents, error) ||
       !BuildActor(contents, actor, findings, error))
     return std::nullopt;
-  const prove::Proof proof = prove::Prove(
-      *loaded.scene, actor, {.poses = kPoses, .threads = 1, .mostInfluences = options.mostInfluences});
+  const prove::Proof proof =
+      prove::Prove(loaded.loaded.Scene(), actor,
+                   {.poses = kPoses, .threads = 1, .mostInfluences = options.mostInfluences});
   if (proof.verdict == prove::Verdict::NotCompared) return std::nullopt;
   return ErrorOf(proof);
 }
@@ -105,18 +106,16 @@ std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOp
   job.actorType = options.actorType.value_or(ts3d::DetectActorType(path));
   std::optional<ProvenRepairs> found;
   try {
-    ts3d::CreateQuietSdkObjects(job.sdkManager, job.scene);
+    job.loaded.CreateQuietly();
     ts3d::LoadedVersions versions;
-    if (LoadSceneQuietly(*job.sdkManager, *job.scene, path, ts3d::DirectoryPart(path), std::nullopt, {},
-                         versions)
+    if (LoadSceneQuietly(job.loaded.Manager(), job.loaded.Scene(), path, ts3d::DirectoryPart(path),
+                         std::nullopt, {}, versions)
             .empty()) {
-      job.sceneRoot = job.scene->GetRootNode();
       found = ChooseRepairsByProof(job, model, options);
     }
   } catch (const std::exception&) {
     // A model that is too large for it stays without.
   }
-  ts3d::DestroySdkObjects(job.sdkManager);
   return found;
 }
 

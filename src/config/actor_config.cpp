@@ -25,61 +25,61 @@ std::string UnposedHeight(ActorType actorType) {
   return {};
 }
 
-std::string Head(const ConversionJob& job, const std::string& documentPath) {
-  std::string text = DocumentHead() + "\t<object_id>" + ObjectId(job.actorType, documentPath) +
-                     "</object_id>\n" + UnposedHeight(job.actorType);
+std::string Head(const DocumentContent& content, const std::string& documentPath) {
+  std::string text = DocumentHead() + "\t<object_id>" + ObjectId(content.actorType, documentPath) +
+                     "</object_id>\n" + UnposedHeight(content.actorType);
   text += "\t<object_version major=\"1\" minor=\"0\" bugfix=\"0\"/>\n";
   text += "\t<scale>1.0</scale>\n<flags>\n\t<invert_v/>\n";
-  text += "\t<rotation x=\"" + std::to_string(job.rotationX) + "\" y=\"" + std::to_string(job.rotationY) +
-          "\"/>\n";
+  text += "\t<rotation x=\"" + std::to_string(content.rotationX) + "\" y=\"" +
+          std::to_string(content.rotationY) + "\"/>\n";
   return text + "</flags>\n\n";
 }
 
-std::string Bones(const ConversionJob& job) {
-  const BoneTree& bones = job.skeleton->bones;
+std::string Bones(const DocumentContent& content) {
+  const BoneTree& bones = content.bones;
   // Not the spelling of the package's member: the product asks for this one.
   std::string text = "<skeleton_file>Skeleton.CSF</skeleton_file>\n";
-  text += "<bone_renames>\n" + BoneRenameLines(bones, job.boneRenameList) + "</bone_renames>\n\n";
-  if (job.actorType != ActorType::None) {
+  text += "<bone_renames>\n" + BoneRenameLines(bones, content.boneRenameList) + "</bone_renames>\n\n";
+  if (content.actorType != ActorType::None) {
     text += "<control_bones>\n\n" + ControlBoneBlocks(bones) + "</control_bones>\n\n";
   }
   return text;
 }
 
-bool IsDoubleSided(std::string_view name, const ConversionJob& job) {
-  const std::vector<std::string_view> entries = SplitList(job.meshOptionList);
+bool IsDoubleSided(std::string_view name, const DocumentContent& content) {
+  const std::vector<std::string_view> entries = SplitList(content.meshOptionList);
   return std::any_of(entries.begin(), entries.end(), [&](std::string_view entry) {
     return entry.starts_with('!') && EqualsIgnoreCase(entry.substr(1), name);
   });
 }
 
-std::string MeshLines(const ConversionJob& job, const MeshList& meshes) {
+std::string MeshLines(const DocumentContent& content, const MeshList& meshes) {
   std::string lines;
   meshes.ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
-    if (IsLeftOut(listed, job)) return;
+    if (IsLeftOut(listed, content.filter)) return;
     const std::string& name = listed.name;
     DebugTrace(ComposeMessage("Writing <mesh name=\"", name, "\""));
     lines += ComposeMessage("\t<mesh name=\"", name, "\" file=\"", name, ".cmf\"");
-    lines += IsDoubleSided(name, job) ? " backfacing=\"both\"/>\n" : "/>\n";
+    lines += IsDoubleSided(name, content) ? " backfacing=\"both\"/>\n" : "/>\n";
   });
   return lines;
 }
 
-std::string MaterialLines(ConversionJob& job, const MeshList& meshes) {
+std::string MaterialLines(const DocumentContent& content, const MeshList& meshes) {
   std::string lines;
   meshes.ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
-    if (IsLeftOut(listed, job)) return;
-    lines += MaterialLine(listed.name, job.nextMaterialThreadId++, listed.name + ".xrf");
+    if (IsLeftOut(listed, content.filter)) return;
+    lines += MaterialLine(listed.name, content.nextThreadId++, listed.name + ".xrf");
   });
   return lines;
 }
 
-std::string Lists(ConversionJob& job, const MeshList& meshes) {
+std::string Lists(const DocumentContent& content, const MeshList& meshes) {
   DebugTrace("<meshes>");
-  std::string text = "<meshes>\n" + MeshLines(job, meshes);
+  std::string text = "<meshes>\n" + MeshLines(content, meshes);
   DebugTrace("</meshes>");
-  text += "</meshes>\n<materials>\n" + FixedMaterialLines(job.actorType);
-  return text + MaterialLines(job, meshes) + "</materials>\n";
+  text += "</meshes>\n<materials>\n" + FixedMaterialLines(content.actorType);
+  return text + MaterialLines(content, meshes) + "</materials>\n";
 }
 
 }  // namespace
@@ -110,13 +110,15 @@ std::string ObjectId(ActorType actorType, const std::string& documentPath) {
   return fileName.substr(0, fileName.size() < 4 ? 0 : fileName.size() - 4);
 }
 
-void WriteActorConfig(ConversionJob& job, const std::string& packagePath, const MeshList& meshes) {
+void WriteActorConfig(const DocumentContent& content, const MeshList& meshes, const std::string& packagePath,
+                      WorkFiles& files) {
   const std::string documentPath = ReplaceExtension(packagePath, "xfg");
-  const std::string text = Head(job, documentPath) + Bones(job) + Lists(job, meshes) + "</cal_config>\n";
-  platform::FilePtr file = CreateHostFile(job.files, documentPath, "w");
+  const std::string text =
+      Head(content, documentPath) + Bones(content) + Lists(content, meshes) + "</cal_config>\n";
+  platform::FilePtr file = CreateHostFile(files, documentPath, "w");
   if (!file) return;
   // A torso would be packed as if it were the document.
-  if (!WriteAndClose(std::move(file), text)) DiscardFile(job.files, documentPath);
+  if (!WriteAndClose(std::move(file), text)) DiscardFile(files, documentPath);
 }
 
 }  // namespace ts3d

@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "core/conversion_job.h"
 #include "skeleton/bone_node.h"
 
 namespace ts3d {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/conversion_job.h"
+#include "core/actor_type.h"
 
 namespace ts3d {
 

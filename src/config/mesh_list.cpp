@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "core/mesh_filter.h"
 #include "core/names.h"
 #include "core/trace.h"
 #include "scene/model/mesh.h"
@@ -43,8 +42,8 @@ size_t MeshList::CountNames() const {
   return count;
 }
 
-bool IsLeftOut(const ListedName& listed, const ConversionJob& job) {
-  return skipThisMesh(listed.name, job) || IsExcluded(listed.mesh, job);
+bool IsLeftOut(const ListedName& listed, const MeshFilter& filter) {
+  return skipThisMesh(listed.name, filter) || IsExcluded(listed.mesh, filter);
 }
 
 }  // namespace ts3d

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "core/mesh_filter.h"
 #include "scene/model/node.h"
 
 namespace ts3d {
@@ -42,7 +42,7 @@ class MeshList {
   bool isEmpty_ = true;
 };
 
-/// Whether the job leaves it out: by its own name, or with the whole mesh that was asked to be left out.
-bool IsLeftOut(const ListedName& listed, const ConversionJob& job);
+/// Whether it is left out: by its own name, or with the whole mesh that was asked to be left out.
+bool IsLeftOut(const ListedName& listed, const MeshFilter& filter);
 
 }  // namespace ts3d

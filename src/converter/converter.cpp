@@ -214,7 +214,8 @@ void FBX_TO_TS3D_CALL Converter::TakeStatus(void* context, const char* text) {
 
 void FBX_TO_TS3D_CALL Converter::TakeTexture(void* context, const char* source, uint8_t* converted) {
   auto& run = *static_cast<Run*>(context);
-  *converted = run.pictures->Provide(run.converter.conversion_.Job(), source, *converted != 0) ? 1 : 0;
+  const ConversionJob& job = run.converter.conversion_.Job();
+  *converted = run.pictures->Provide(job.files, job.loaded.Scene(), source, *converted != 0) ? 1 : 0;
 }
 
 int32_t Converter::Deliver(const fs::path& made, const fs::path& package) {

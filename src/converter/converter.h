@@ -28,7 +28,7 @@ struct ConverterOptions {
   int32_t mostInfluences = 0;    ///< see Settings
   bool convertsPictures = true;
   int longestPictureSide = textures::kDefaultLongestSide;
-  int packLevel = kDefaultPackLevel;  ///< see ConversionJob
+  int packLevel = kDefaultPackLevel;  ///< see Settings
   std::string boneRenames, meshOptions;
   std::vector<std::string> exclusions;
   std::filesystem::path pictureFolder;  ///< for models from memory; may be empty

@@ -7,8 +7,8 @@
 #include <unordered_set>
 #include <vector>
 
-#include "core/conversion_job.h"
 #include "core/line_budget.h"
+#include "driver/conversion_job.h"
 #include "package/read_member.h"
 #include "rig_check/choose_repairs.h"
 #include "rig_check/rig_report.h"

@@ -25,14 +25,14 @@ bool IsHeadPart(std::string_view name) {
 
 }  // namespace
 
-bool IsExcluded(std::string_view name, const ConversionJob& job) {
-  const auto& excluded = job.settings.exclusionList;
+bool IsExcluded(std::string_view name, const MeshFilter& filter) {
+  const auto& excluded = filter.exclusionList;
   return std::any_of(excluded.begin(), excluded.end(),
                      [&](const std::string& entry) { return EqualsIgnoreCase(name, entry); });
 }
 
-bool skipThisMesh(std::string_view name, const ConversionJob& job) {
-  const bool skip = IsExcluded(name, job) || (job.actorType != ActorType::None && IsHeadPart(name));
+bool skipThisMesh(std::string_view name, const MeshFilter& filter) {
+  const bool skip = IsExcluded(name, filter) || (filter.actorType != ActorType::None && IsHeadPart(name));
   DebugTrace(ComposeMessage("skipThisMesh '", name, "' returns ", skip ? "true" : "false"));
   return skip;
 }

@@ -36,10 +36,10 @@ struct Settings {
 
   /// How members are deflated: by libdeflate at this level, their bytes depending on content and level alone.
   /// None: by zlib in pieces of 16 KB.
-  std::optional<int> packLevel;
+  std::optional<int> packLevel = std::nullopt;
 
   /// DOS date (high half) and time of all members in place of those of their files.
-  std::optional<uint32_t> memberDate;
+  std::optional<uint32_t> memberDate = std::nullopt;
 
   /// Whether the texture callback is called for textures that are named ".tga" as well.
   bool offerTgaTextures = false;

@@ -34,7 +34,7 @@ void StatusChannel::Send(Notice notice, std::string_view value, std::string_view
   }
 }
 
-void StatusChannel::SendOnce(Notice notice) {
+void StatusChannel::SendOnce(Notice notice) const {
   if (wasSent_) return;
   wasSent_ = true;
   Send(notice);

@@ -20,7 +20,7 @@ class StatusChannel {
   /// Sends the lines of `notice`; without values or with no callback it takes no memory.
   void Send(Notice notice, std::string_view value = {}, std::string_view second = {}) const;
   /// The same, but only the first time: hosts show it in a dialog.
-  void SendOnce(Notice notice);
+  void SendOnce(Notice notice) const;
   /// What was sent once may be sent again.
   void ForgetSent() { wasSent_ = false; }
 
@@ -30,7 +30,7 @@ class StatusChannel {
   /// Sends the coded warning "***" + `tag` + ":" + `text`.
   void ReportTagged(std::string_view text, std::string_view tag) const;
 
-  bool wasSent_ = false;
+  mutable bool wasSent_ = false;
 };
 
 }  // namespace ts3d

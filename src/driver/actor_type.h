@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "core/conversion_job.h"
+#include "core/actor_type.h"
 
 namespace ts3d {
 

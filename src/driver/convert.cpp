@@ -32,6 +32,16 @@ bool ClearWay(const ConversionJob& job, const std::string& path) {
   return true;
 }
 
+/// Tells the host how much of the run is done, from 0 to 1.
+void ReportProgress(const ConversionJob& job, double fraction) {
+  if (job.onProgress) job.onProgress(fraction);
+}
+
+/// The same for `done` of the `total` parts of a step that lies between two fractions of the run.
+void ReportProgress(const ConversionJob& job, double from, double to, size_t done, size_t total) {
+  ReportProgress(job, from + (to - from) * static_cast<double>(done) / static_cast<double>(total));
+}
+
 bool EndsInFbx(const std::string& path) {
   const std::string ending = path.substr(path.size() < 4 ? 0 : path.size() - 4);
   return EqualsIgnoreCase(ending, ".fbx");
@@ -55,7 +65,8 @@ void AddListedFiles(const ConversionJob& job, ActorPackage& package, const MeshL
   const size_t total = meshes.CountNames();
   size_t done = 0;
   meshes.ForEach(MeshList::OwnName::Last, [&](const ListedName& listed) {
-    if (!IsLeftOut(listed, job)) package.AddFileToPackage(listed.name + ending, AfterAdding::DeleteFile);
+    if (!IsLeftOut(listed, job.Filter()))
+      package.AddFileToPackage(listed.name + ending, AfterAdding::DeleteFile);
     ReportProgress(job, from, to, ++done, total);
   });
 }
@@ -86,19 +97,37 @@ ConversionResult FillPackage(ConversionJob& job, ActorPackage& package, const st
 
 /// Tells which arrays were damaged; known when all meshes have been read.
 void ReportDamage(ConversionJob& job) {
-  job.damagedArrays = job.scene->GetDamagedArrays();
+  job.damagedArrays = job.loaded.Scene().GetDamagedArrays();
   for (const std::string& array : job.damagedArrays) job.status.Send(Notice::ArrayDamaged, array);
 }
 
 void WriteMeshes(ConversionJob& job, ActorPackage& package) {
+  const ModelSource model = job.Model();
+  MaterialOutput out{job.files, package, job.settings, job.status, job.textureCallback, job.Filter()};
+  MeshRun run{model,
+              *job.skeleton,
+              out,
+              {job.meshOptionMode, job.meshOptionList},
+              job.nextMeshThreadId,
+              job.vertexTotal,
+              job.polygonTotal,
+              job.onMesh};
+  const scene::KFbxNode& root = job.loaded.Root();
   size_t total = 0, done = 0;
-  ForEachMeshNode(job.sceneRoot, [&](const scene::KFbxNode&) { ++total; });
-  for (int i = 0; i < job.sceneRoot->GetChildCount(); ++i) {
-    ForEachMeshNode(job.sceneRoot->GetChild(i), [&](const scene::KFbxNode& node) {
-      ConvertMeshNode(node, job, package);
+  ForEachMeshNode(&root, [&](const scene::KFbxNode&) { ++total; });
+  for (int i = 0; i < root.GetChildCount(); ++i) {
+    ForEachMeshNode(root.GetChild(i), [&](const scene::KFbxNode& node) {
+      ConvertMeshNode(node, run);
       ReportProgress(job, kModelLoaded, kMeshesWritten, ++done, total);
     });
   }
+}
+
+void WriteDocument(ConversionJob& job, const MeshList& meshes, const std::string& packagePath) {
+  const DocumentContent content{job.actorType,      job.rotationX,           job.rotationY,
+                                job.boneRenameList, job.meshOptionList,      job.skeleton->bones,
+                                job.Filter(),       job.nextMaterialThreadId};
+  WriteActorConfig(content, meshes, packagePath, job.files);
 }
 
 ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
@@ -111,8 +140,8 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
       hasPlace && ClearWay(job, packagePath) && package->Open(packagePath, PackageMode::Create);
   try {
     WriteMeshes(job, *package);
-    const MeshList meshes(*job.sceneRoot);
-    if (hasPlace) WriteActorConfig(job, packagePath, meshes);
+    const MeshList meshes(job.loaded.Root());
+    if (hasPlace) WriteDocument(job, meshes, packagePath);
     ReportDamage(job);
     return isOpen ? FillPackage(job, *package, packagePath, meshes) : ConversionResult::PackageFailed;
   } catch (...) {
@@ -126,7 +155,7 @@ ConversionResult ConvertLoadedScene(ConversionJob& job, const ConversionRequest&
   ClearWay(job, job.files.modelDirectory + kSkeletonName);
   job.failureCode = static_cast<int32_t>(ConversionResult::SkeletonFailed);
   job.status.Send(Notice::GeneratingSkeleton);
-  if (!WriteSkeleton(job)) return ConversionResult::SkeletonFailed;
+  if (!WriteSkeleton(job.Model(), *job.skeleton, job.files)) return ConversionResult::SkeletonFailed;
   if (request.onSkeleton) request.onSkeleton(*job.skeleton);
   return WritePackage(job, request.fbxPath);
 }
@@ -134,19 +163,8 @@ ConversionResult ConvertLoadedScene(ConversionJob& job, const ConversionRequest&
 }  // namespace
 
 void ReleaseScene(ConversionJob& job) {
-  DestroySdkObjects(job.sdkManager);
-  job.sdkManager = nullptr;
-  job.scene = nullptr;
-  job.sceneRoot = nullptr;
-  job.textureErrorNode = nullptr;
-  if (!job.skeleton) return;
-  job.skeleton->bindPose = nullptr;
-  job.skeleton->skinPose.reset();
-  job.skeleton->boneNodes.clear();
-  job.skeleton->boneOf.clear();
-  job.skeleton->firstPoseOf.clear();
-  job.skeleton->nextBound.clear();
-  job.skeleton->firstBoneNode = nullptr;
+  job.loaded.Release();
+  if (job.skeleton) job.skeleton->ForgetScene();
 }
 
 void ResetRun(ConversionJob& job) {
@@ -156,8 +174,6 @@ void ResetRun(ConversionJob& job) {
   job.loadError.clear();
   job.failureReason = {};
   job.damagedArrays.clear();
-  job.textureErrorNode = nullptr;
-  job.materialReferenceReported = false;
   job.files = {};
   job.files.holdsSmallFiles = job.settings.holdsSmallFiles;
 }
@@ -167,12 +183,12 @@ namespace {
 /// Creates the scene and fills it from the model.
 bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& versions) {
   if (!request.isQuiet) {
-    CreateSdkObjects(job.sdkManager, job.scene, job.settings.plugins != Plugins::LeaveOut);
+    job.loaded.Create(job.settings.plugins != Plugins::LeaveOut);
   } else {
-    CreateQuietSdkObjects(job.sdkManager, job.scene);
+    job.loaded.CreateQuietly();
   }
   if (job.settings.plugins == Plugins::LoadAndName) {
-    for (const std::string& path : job.sdkManager->GetPlugins()) {
+    for (const std::string& path : job.loaded.Manager().GetPlugins()) {
       job.status.Send(Notice::PluginLoaded, path);
     }
   }
@@ -183,11 +199,11 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
   const std::string folder = DirectoryPart(request.actorPath.empty() ? request.fbxPath : request.actorPath);
   if (request.isQuiet) {
     const auto tell = [&job](double share) { ReportProgress(job, kModelLoaded * share); };
-    job.loadError = LoadSceneQuietly(*job.sdkManager, *job.scene, request.fbxPath, folder, request.source,
-                                     tell, versions);
+    job.loadError = LoadSceneQuietly(job.loaded.Manager(), job.loaded.Scene(), request.fbxPath, folder,
+                                     request.source, tell, versions);
     isLoaded = job.loadError.empty();
   } else {
-    isLoaded = LoadScene(*job.sdkManager, *job.scene, request.fbxPath, folder, versions,
+    isLoaded = LoadScene(job.loaded.Manager(), job.loaded.Scene(), request.fbxPath, folder, versions,
                          request.keepsLoadError ? &job.loadError : nullptr);
   }
   job.failureReason = job.loadError;
@@ -196,8 +212,7 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
 
 ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) {
   // A run that could not load its scene leaves the scene library's objects alive until here.
-  DestroySdkObjects(job.sdkManager);
-  job.sdkManager = nullptr;
+  job.loaded.Release();
   ResetRun(job);
   const std::string& fbxPath = request.fbxPath;
   if (!request.source && !platform::FileExists(fbxPath)) return ConversionResult::NoFile;
@@ -212,11 +227,10 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   if (!Load(job, request, versions)) return ConversionResult::LoadFailed;
   ReportLoaded(job, versions);
   ReportProgress(job, kModelLoaded);
-  job.sceneRoot = job.scene->GetRootNode();
   if (request.chooseRepairs) job.settings.repairs = request.chooseRepairs(job);
   const ConversionResult result = ConvertLoadedScene(job, request);
   const bool isComplete = result == ConversionResult::Success || result == ConversionResult::NoMesh;
-  if (request.onConverted && isComplete) request.onConverted(*job.sceneRoot);
+  if (request.onConverted && isComplete) request.onConverted(job.loaded.Root());
   ReleaseScene(job);
   WriteHeldFiles(job.files);
   return result;

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 
 namespace ts3d {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "core/actor_type.h"
 
 namespace ts3d {
 

@@ -75,6 +75,22 @@ void DestroySdkObjects(scene::KFbxSdkManager* manager) {
   if (manager) manager->Destroy();
 }
 
+void LoadedScene::Create(bool loadsPlugins) {
+  Release();
+  CreateSdkObjects(sdkManager_, scene_, loadsPlugins);
+}
+
+void LoadedScene::CreateQuietly() {
+  Release();
+  CreateQuietSdkObjects(sdkManager_, scene_);
+}
+
+void LoadedScene::Release() {
+  DestroySdkObjects(sdkManager_);
+  sdkManager_ = nullptr;
+  scene_ = nullptr;
+}
+
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
                const std::string& folder, LoadedVersions& versions, std::string* error) {
   versions.sdk = scene::kNativeVersion;

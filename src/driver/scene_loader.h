@@ -26,6 +26,29 @@ void CreateQuietSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& s
 /// Frees the manager and everything that it owns; null is ignored.
 void DestroySdkObjects(scene::KFbxSdkManager* manager);
 
+/// The scene library's objects of one run, which go with this.
+class LoadedScene {
+ public:
+  LoadedScene() = default;
+  ~LoadedScene() { Release(); }
+  LoadedScene(const LoadedScene&) = delete;
+  LoadedScene& operator=(const LoadedScene&) = delete;
+
+  /// See CreateSdkObjects and CreateQuietSdkObjects. Releases what was there before.
+  void Create(bool loadsPlugins = true);
+  void CreateQuietly();
+  void Release();
+
+  scene::KFbxSdkManager& Manager() const { return *sdkManager_; }
+  scene::KFbxScene& Scene() { return *scene_; }
+  const scene::KFbxScene& Scene() const { return *scene_; }
+  const scene::KFbxNode& Root() const { return *scene_->GetRootNode(); }
+
+ private:
+  scene::KFbxSdkManager* sdkManager_ = nullptr;
+  scene::KFbxScene* scene_ = nullptr;
+};
+
 /// Loads `path` into `scene`. Asks once for the password of a protected file.
 /// @param folder  with a separator at its end, where the files lie that belong to the model
 /// @param error  gets why that failed; null: it is told on standard output

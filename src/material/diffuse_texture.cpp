@@ -50,17 +50,17 @@ const scene::KFbxProperty* BaseColour(const scene::KFbxSurfaceMaterial& material
 }  // namespace
 
 const scene::KFbxProperty* DiffuseProperty(const scene::KFbxSurfaceMaterial& material,
-                                           const ConversionJob& job) {
+                                           const Settings& settings) {
   const scene::KFbxProperty* diffuse = material.FindProperty("DiffuseColor");
   if (diffuse && diffuse->GetSrcTextureCount() > 0) return diffuse;
-  return job.settings.findsBaseColours ? BaseColour(material) : nullptr;
+  return settings.findsBaseColours ? BaseColour(material) : nullptr;
 }
 
 const scene::KFbxTexture* DiffuseTexture(const scene::KFbxSurfaceMaterial& material,
-                                         const ConversionJob& job) {
-  const scene::KFbxProperty* property = DiffuseProperty(material, job);
+                                         const Settings& settings) {
+  const scene::KFbxProperty* property = DiffuseProperty(material, settings);
   if (!property) return nullptr;
-  return job.settings.findsBaseColours ? PictureOf(*property) : property->GetSrcTexture(0);
+  return settings.findsBaseColours ? PictureOf(*property) : property->GetSrcTexture(0);
 }
 
 }  // namespace ts3d

@@ -9,7 +9,7 @@ namespace ts3d {
 namespace {
 
 void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& record,
-                    const ConversionJob& job) {
+                    const Settings& settings, const StatusChannel& status) {
   // The two classes do not derive from each other, so at most one test succeeds.
   if (const auto* lambert = dynamic_cast<const scene::KFbxSurfaceLambert*>(&material)) {
     record.ambient = lambert->ambient;
@@ -24,9 +24,9 @@ void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& 
     record.opacity = phong->transparencyFactor;
     record.shininess = phong->shininess;
   } else {
-    job.status.Send(Notice::UnknownMaterial);
+    status.Send(Notice::UnknownMaterial);
     // Its colours are not known, and the picture would be multiplied by the default: black.
-    if (job.settings.findsBaseColours && record.hasMap && DiffuseTexture(material, job)) {
+    if (settings.findsBaseColours && record.hasMap && DiffuseTexture(material, settings)) {
       record.ambient = record.diffuse = {1, 1, 1};
     }
   }
@@ -35,31 +35,31 @@ void ExtractColours(const scene::KFbxSurfaceMaterial& material, MaterialRecord& 
 }  // namespace
 
 MaterialRecord ReadMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
-                            const ConversionJob& job) {
+                            const Settings& settings, const StatusChannel& status) {
   MaterialRecord record;
   record.name = name;
   record.hasMap = hasMap;
-  ExtractColours(material, record, job);
+  ExtractColours(material, record, settings, status);
   return record;
 }
 
 void WriteMaterial(const std::string& name, const scene::KFbxSurfaceMaterial& material, bool hasMap,
-                   ConversionJob& job, ActorPackage& package) {
-  job.status.Send(Notice::WritingMaterial, name);
-  MaterialRecord record = ReadMaterial(name, material, hasMap, job);
-  const scene::KFbxTexture* texture = DiffuseTexture(material, job);
-  if (hasMap && texture) record.mapName = PackTexture(*texture, job, package);
-  WriteXrfFile(record, job);
+                   MaterialOutput& out) {
+  out.status.Send(Notice::WritingMaterial, name);
+  MaterialRecord record = ReadMaterial(name, material, hasMap, out.settings, out.status);
+  const scene::KFbxTexture* texture = DiffuseTexture(material, out.settings);
+  if (hasMap && texture) record.mapName = PackTexture(*texture, out);
+  WriteXrfFile(record, out);
 }
 
-void WriteDefaultMaterial(const std::string& name, bool hasMap, ConversionJob& job) {
+void WriteDefaultMaterial(const std::string& name, bool hasMap, MaterialOutput& out) {
   MaterialRecord record;
   record.name = name;
   record.ambient = record.diffuse = record.specular = {0.5, 0.5, 0.5};
   record.shininess = 0.25;
   record.hasMap = hasMap;
   if (hasMap) record.mapName = "0";
-  WriteXrfFile(record, job);
+  WriteXrfFile(record, out);
 }
 
 }  // namespace ts3d

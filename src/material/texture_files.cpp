@@ -12,9 +12,9 @@ std::string BaseName(const std::string& path) {
 }
 
 /// @return whether the ".tga" file exists, by the host's word where it is asked
-bool OfferToHost(const ConversionJob& job, const std::string& source, const std::string& tgaName) {
-  uint8_t converted = WorkFileExists(job.files, tgaName) ? 1 : 0;
-  if (job.textureCallback) job.textureCallback(job.status.callbackContext, source.c_str(), &converted);
+bool OfferToHost(const MaterialOutput& out, const std::string& source, const std::string& tgaName) {
+  uint8_t converted = WorkFileExists(out.files, tgaName) ? 1 : 0;
+  if (out.textureCallback) out.textureCallback(out.status.callbackContext, source.c_str(), &converted);
   return converted != 0;
 }
 
@@ -26,19 +26,19 @@ std::string TgaName(const std::string& source) {
   return baseName.substr(0, baseName.find('.')) + ".tga";
 }
 
-std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job, ActorPackage& package) {
+std::string PackTexture(const scene::KFbxTexture& texture, MaterialOutput& out) {
   const std::string& source =
       texture.GetFileName().empty() ? texture.GetRelativeFileName() : texture.GetFileName();
   std::string tgaName = TgaName(source);
   if (tgaName == BaseName(source)) {
-    if (job.settings.offerTgaTextures) OfferToHost(job, source, tgaName);
-    if (WorkFileExists(job.files, tgaName)) package.AddFileToPackage(tgaName, AfterAdding::KeepFile);
+    if (out.settings.offerTgaTextures) OfferToHost(out, source, tgaName);
+    if (WorkFileExists(out.files, tgaName)) out.package.AddFileToPackage(tgaName, AfterAdding::KeepFile);
     return tgaName;
   }
-  if (OfferToHost(job, source, tgaName)) {
-    package.AddFileToPackage(tgaName, AfterAdding::KeepFile);
+  if (OfferToHost(out, source, tgaName)) {
+    out.package.AddFileToPackage(tgaName, AfterAdding::KeepFile);
   } else {
-    job.status.Send(Notice::PictureToConvert, source, tgaName);
+    out.status.Send(Notice::PictureToConvert, source, tgaName);
   }
   return tgaName;
 }

@@ -3,8 +3,7 @@
 
 #include <string>
 
-#include "core/conversion_job.h"
-#include "package/actor_package.h"
+#include "material/material_output.h"
 #include "scene/model/texture.h"
 
 namespace ts3d {
@@ -16,6 +15,6 @@ std::string TgaName(const std::string& source);
 /// Brings the picture of `texture` into the package as a ".tga" file, with the host's help when it is of
 /// another kind, and reports when that fails.
 /// @return the picture's name in the package, whether it got there or not
-std::string PackTexture(const scene::KFbxTexture& texture, ConversionJob& job, ActorPackage& package);
+std::string PackTexture(const scene::KFbxTexture& texture, MaterialOutput& out);
 
 }  // namespace ts3d

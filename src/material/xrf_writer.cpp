@@ -35,12 +35,12 @@ std::string XrfText(const MaterialRecord& material) {
 
 }  // namespace
 
-void WriteXrfFile(const MaterialRecord& material, ConversionJob& job) {
-  if (skipThisMesh(material.name, job)) return;
+void WriteXrfFile(const MaterialRecord& material, MaterialOutput& out) {
+  if (skipThisMesh(material.name, out.filter)) return;
   const std::string text = XrfText(material);
-  WorkFileWriter out(job.files, material.name + ".xrf", WorkFileWriter::Content::Text);
-  out.Bytes(text.data(), text.size());
-  out.Finish();
+  WorkFileWriter file(out.files, material.name + ".xrf", WorkFileWriter::Content::Text);
+  file.Bytes(text.data(), text.size());
+  file.Finish();
 }
 
 }  // namespace ts3d

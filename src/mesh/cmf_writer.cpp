@@ -15,19 +15,19 @@ constexpr size_t kProgressSteps = 20;
 
 class CmfWriter {
  public:
-  CmfWriter(const MeshData& mesh, TextureCoordinates& coordinates, ConversionJob& job,
-            const std::string& fileName)
+  CmfWriter(const MeshData& mesh, TextureCoordinates& coordinates, const BoneTree& bones,
+            const MeshFileOutput& out, const std::string& fileName)
       : mesh_(mesh),
         coordinates_(coordinates),
-        job_(job),
-        out_(job.files, fileName, WorkFileWriter::Content::Binary),
-        warned_(OnlyDummyBone(job)) {}
+        status_(out.status),
+        out_(out.files, fileName, WorkFileWriter::Content::Binary),
+        warned_(OnlyDummyBone(bones)) {}
 
-  void WriteHeader(size_t vertexCount, size_t faceCount) {
+  void WriteHeader(int32_t threadId, size_t vertexCount, size_t faceCount) {
     out_.Bytes("CMF", 4);
     out_.Int32(kVersion);
     out_.Int32(1);  // submeshes
-    out_.Int32(job_.nextMeshThreadId++);
+    out_.Int32(threadId);
     out_.Int32(static_cast<int32_t>(vertexCount));
     out_.Int32(static_cast<int32_t>(faceCount));
     out_.Int32(0);  // level-of-detail steps
@@ -54,7 +54,7 @@ class CmfWriter {
       const int32_t record = mesh_.triangles.corners[3 * triangle + k];
       const int32_t output = outputIndex.empty() ? record : outputIndex[static_cast<size_t>(record)];
       if (output == -1) {
-        job_.status.Send(Notice::BadVertex);
+        status_.Send(Notice::BadVertex);
       } else {
         out_.Int32(output);
       }
@@ -65,15 +65,14 @@ class CmfWriter {
 
  private:
   /// A model without a skeleton has no weights, which is no news.
-  static bool OnlyDummyBone(const ConversionJob& job) {
-    const BoneTree& bones = job.skeleton->bones;
+  static bool OnlyDummyBone(const BoneTree& bones) {
     return bones.BoneCount() == 1 && bones.Root().children[0]->name == "dummy_bone";
   }
 
   void ReportProgress(size_t index) {
     const size_t step = std::max<size_t>(mesh_.records.size() / kProgressSteps, 1);
     if (index % step != 0) return;
-    job_.status.Send(Notice::MeshProgress, std::to_string(index / step * 5));
+    status_.Send(Notice::MeshProgress, std::to_string(index / step * 5));
   }
 
   void WriteInfluences(const FullPointData& record) {
@@ -84,7 +83,7 @@ class CmfWriter {
       out_.Int32(1);
       out_.Int32(0);
       out_.Float32(1.0f);
-      if (!warned_) job_.status.Send(Notice::UnweightedVertices);
+      if (!warned_) status_.Send(Notice::UnweightedVertices);
       warned_ = true;
       return;
     }
@@ -100,7 +99,7 @@ class CmfWriter {
 
   const MeshData& mesh_;
   TextureCoordinates& coordinates_;
-  ConversionJob& job_;
+  const StatusChannel& status_;
   WorkFileWriter out_;
   bool warned_;
 };
@@ -108,11 +107,12 @@ class CmfWriter {
 }  // namespace
 
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
-                  std::span<int32_t> outputIndex, ConversionJob& job, ActorPackage& package) {
+                  std::span<int32_t> outputIndex, const BoneTree& bones, int32_t threadId,
+                  const MeshFileOutput& out) {
   const std::string fileName = slice.name + ".cmf";
-  package.WorkFileBegins(fileName);
-  CmfWriter writer(mesh, coordinates, job, fileName);
-  writer.WriteHeader(slice.VertexCount(mesh), slice.FaceCount(mesh));
+  out.package.WorkFileBegins(fileName);
+  CmfWriter writer(mesh, coordinates, bones, out, fileName);
+  writer.WriteHeader(threadId, slice.VertexCount(mesh), slice.FaceCount(mesh));
   if (slice.whole) {
     for (size_t i = 0; i < mesh.records.size(); ++i) writer.WriteVertex(i);
     for (size_t i = 0; i < mesh.triangles.Count(); ++i) writer.WriteFace(i, {});
@@ -124,7 +124,7 @@ void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinat
     }
     for (const uint32_t triangle : slice.triangles) writer.WriteFace(triangle, outputIndex);
   }
-  if (writer.Finish()) package.WorkFileEnds(fileName);
+  if (writer.Finish()) out.package.WorkFileEnds(fileName);
 }
 
 }  // namespace ts3d

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "core/conversion_job.h"
 #include "mesh/point_data.h"
 #include "mesh/texture_coordinates.h"
 #include "package/actor_package.h"
@@ -35,10 +34,18 @@ struct MeshSlice {
   size_t FaceCount(const MeshData& mesh) const { return whole ? mesh.triangles.Count() : triangles.size(); }
 };
 
-/// Writes `slice` as "<name>.cmf" into the model's folder and takes the next thread identifier. A file that
-/// cannot be written is left out without a message.
+/// Where mesh files go.
+struct MeshFileOutput {
+  WorkFiles& files;
+  ActorPackage& package;
+  const StatusChannel& status;
+};
+
+/// Writes `slice` as "<name>.cmf" into the model's folder. A file that cannot be written is left out without a
+/// message.
 /// @param outputIndex  scratch, one entry for each record; not used for a whole mesh
 void WriteCmfFile(const MeshSlice& slice, const MeshData& mesh, TextureCoordinates& coordinates,
-                  std::span<int32_t> outputIndex, ConversionJob& job, ActorPackage& package);
+                  std::span<int32_t> outputIndex, const BoneTree& bones, int32_t threadId,
+                  const MeshFileOutput& out);
 
 }  // namespace ts3d

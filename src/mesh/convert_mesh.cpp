@@ -2,6 +2,7 @@
 #include "mesh/convert_mesh.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "core/mesh_filter.h"
 #include "core/names.h"
@@ -20,57 +21,63 @@ namespace {
 using scene::KFbxMesh;
 using scene::KFbxNode;
 
-void CheckMaterialReference(KFbxMesh& mesh, int materialCount, ConversionJob& job) {
+/// Totals stay at the largest number that hosts can take.
+int32_t AddUp(int32_t total, size_t count) {
+  constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
+  return count > static_cast<size_t>(kMost - total) ? kMost : total + static_cast<int32_t>(count);
+}
+
+void CheckMaterialReference(KFbxMesh& mesh, int materialCount, MeshRun& run) {
   const scene::KFbxLayerElementMaterial* materials = mesh.GetMaterials();
-  if (materialCount < 2 || !materials || job.materialReferenceReported) return;
+  if (materialCount < 2 || !materials || run.materialReferenceReported) return;
   if (materials->GetReferenceMode() != scene::EReferenceMode::eDIRECT) return;
-  job.materialReferenceReported = true;
+  run.materialReferenceReported = true;
   DebugTrace("material element with direct reference");
 }
 
 /// @return the names of the files
 std::vector<std::string> WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh,
-                                     const MeshData& data, TextureCoordinates& coordinates,
-                                     ConversionJob& job, ActorPackage& package) {
-  CheckMaterialReference(mesh, materialCount, job);
+                                     const MeshData& data, TextureCoordinates& coordinates, MeshRun& run) {
+  CheckMaterialReference(mesh, materialCount, run);
   MaterialSlices slices(mesh, data, materialCount);
   std::vector<std::string> files;
   std::vector<int32_t> outputIndex(materialCount < 2 ? 0 : data.records.size(), -1);
   for (int material = 0; material < std::max(materialCount, 1); ++material) {
     const MeshSlice slice = slices.Slice(name, material);
-    if ((!slice.whole && slice.triangles.empty()) || IsExcluded(slice.name, job)) continue;
-    job.status.Send(Notice::WritingMesh, slice.name);
+    if ((!slice.whole && slice.triangles.empty()) || IsExcluded(slice.name, run.out.filter)) continue;
+    run.out.status.Send(Notice::WritingMesh, slice.name);
     if (slices.DegenerateCount() > 0) {
-      job.status.Send(Notice::DegenerateRemoved, std::to_string(slices.DegenerateCount()));
+      run.out.status.Send(Notice::DegenerateRemoved, std::to_string(slices.DegenerateCount()));
     }
-    WriteCmfFile(slice, data, coordinates, outputIndex, job, package);
+    WriteCmfFile(slice, data, coordinates, outputIndex, run.skeleton.bones, run.nextThreadId++,
+                 {run.out.files, run.out.package, run.out.status});
     files.push_back(slice.name);
   }
   return files;
 }
 
-void WriteMaterials(const std::string& name, const KFbxNode& node, bool hasMap, ConversionJob& job,
-                    ActorPackage& package) {
+void WriteMaterials(const std::string& name, const KFbxNode& node, bool hasMap, MaterialOutput& out) {
   for (int material = 0; material < node.GetMaterialCount(); ++material) {
-    WriteMaterial(SliceName(name, material), *node.GetMaterial(material), hasMap, job, package);
+    WriteMaterial(SliceName(name, material), *node.GetMaterial(material), hasMap, out);
   }
-  if (node.GetMaterialCount() == 0) WriteDefaultMaterial(name, hasMap, job);
+  if (node.GetMaterialCount() == 0) WriteDefaultMaterial(name, hasMap, out);
 }
 
 }  // namespace
 
-void ConvertMeshNode(const KFbxNode& node, ConversionJob& job, ActorPackage& package) {
+void ConvertMeshNode(const KFbxNode& node, MeshRun& run) {
   const std::string name = SanitizeMeshName(node.GetName());
   KFbxMesh* mesh = node.GetMesh();
-  if (skipThisMesh(name, job) || !mesh || mesh->GetControlPointsCount() == 0) return;
+  if (skipThisMesh(name, run.out.filter) || !mesh || mesh->GetControlPointsCount() == 0) return;
 
-  const MeshData data = PrepareMesh(node, name, job);
-  job.status.Send(Notice::WritingMeshHeader);
-  TextureCoordinates coordinates(node, mesh->GetUVs(), job);
-  std::vector<std::string> files =
-      WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, job, package);
-  WriteMaterials(name, node, coordinates.FoundAny(), job, package);
-  if (job.onMesh) job.onMesh({node, data, std::move(files)});
+  const MeshData data = PrepareMesh(node, name, run.model, run.skeleton, run.options);
+  run.vertexTotal = AddUp(run.vertexTotal, static_cast<size_t>(mesh->GetControlPointsCount()));
+  run.polygonTotal = AddUp(run.polygonTotal, data.triangles.Count());
+  run.out.status.Send(Notice::WritingMeshHeader);
+  TextureCoordinates coordinates(node, mesh->GetUVs(), run.out.status, run.textureErrorNode);
+  std::vector<std::string> files = WriteSlices(name, node.GetMaterialCount(), *mesh, data, coordinates, run);
+  WriteMaterials(name, node, coordinates.FoundAny(), run.out);
+  if (run.onMesh) run.onMesh({node, data, std::move(files)});
   mesh->ReleaseArrays();
 }
 

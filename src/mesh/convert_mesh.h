@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/conversion_job.h"
-#include "package/actor_package.h"
+#include "mesh/mesh_run.h"
 #include "scene/model/node.h"
 
 namespace ts3d {
@@ -10,6 +9,6 @@ namespace ts3d {
 /// Converts the mesh of `node`: writes a mesh file for each of its materials that has triangles, and a
 /// material file for each of its materials. Meshes without control points and those that the mesh filter
 /// refuses are left out.
-void ConvertMeshNode(const scene::KFbxNode& node, ConversionJob& job, ActorPackage& package);
+void ConvertMeshNode(const scene::KFbxNode& node, MeshRun& run);
 
 }  // namespace ts3d

@@ -37,9 +37,10 @@ void TransformPoints(const KFbxXMatrix& m, std::span<double> points) {
 class SkinDeformation {
  public:
   /// @param meshPose  bind pose of the mesh's node
-  SkinDeformation(const KFbxNode& node, const KFbxXMatrix& meshPose, ConversionJob& job)
-      : job_(job),
-        skeleton_(*job.skeleton),
+  SkinDeformation(const KFbxNode& node, const KFbxXMatrix& meshPose, const scene::KFbxScene& scene,
+                  SkeletonState& skeleton)
+      : scene_(scene),
+        skeleton_(skeleton),
         mesh_(*node.GetMesh()),
         geometric_(node.GetGeometricTransform()),
         meshPose_(meshPose) {}
@@ -111,7 +112,7 @@ class SkinDeformation {
 
   /// From the mesh's own space to where the link takes it in the world of the bind pose.
   KFbxXMatrix VertexTransform(const KFbxCluster& cluster) {
-    const KFbxXMatrix linkPose = BindWorld(*cluster.GetLink(), *job_.scene, skeleton_);
+    const KFbxXMatrix linkPose = BindWorld(*cluster.GetLink(), scene_, skeleton_);
     const KFbxXMatrix fromLink = cluster.GetTransformLinkMatrix().value_or(linkPose).Inverse();
     if (cluster.GetLinkMode() == ELinkMode::eADDITIVE && cluster.GetAssociateModel()) {
       const KFbxNode& associate = *cluster.GetAssociateModel();
@@ -124,11 +125,11 @@ class SkinDeformation {
   }
 
   KFbxXMatrix PoseOf(const KFbxNode& node, const KFbxXMatrix& otherwise) {
-    const int index = BindPoseIndex(&node, *job_.scene, skeleton_);
+    const int index = BindPoseIndex(&node, scene_, skeleton_);
     return index >= 0 ? BindMatrix(index, skeleton_) : otherwise;
   }
 
-  ConversionJob& job_;
+  const scene::KFbxScene& scene_;
   SkeletonState& skeleton_;
   KFbxMesh& mesh_;
   const KFbxXMatrix& geometric_;
@@ -136,39 +137,39 @@ class SkinDeformation {
 };
 
 /// World transform of the mesh at bind time, or none for a mesh that keeps its own space.
-std::optional<KFbxXMatrix> PlaceOfMesh(const KFbxNode& node, ConversionJob& job) {
-  SkeletonState& skeleton = *job.skeleton;
-  const bool keepsPlace = job.settings.repairs.attachRigid && !HasSkin(*node.GetMesh());
+std::optional<KFbxXMatrix> PlaceOfMesh(const KFbxNode& node, const ModelSource& model,
+                                       SkeletonState& skeleton) {
+  const bool keepsPlace = model.settings.repairs.attachRigid && !HasSkin(*node.GetMesh());
   if (!skeleton.hasExtractedBones) {
     return keepsPlace ? std::optional(node.GetGlobalFromDefaultTake()) : std::nullopt;
   }
-  if (const int index = BindPoseIndex(&node, *job.scene, skeleton); index >= 0)
+  if (const int index = BindPoseIndex(&node, model.scene, skeleton); index >= 0)
     return BindMatrix(index, skeleton);
-  if (keepsPlace) return BindWorld(node, *job.scene, skeleton);
-  job.status.Send(Notice::MeshNotInBindPose, node.GetName());
+  if (keepsPlace) return BindWorld(node, model.scene, skeleton);
+  model.status.Send(Notice::MeshNotInBindPose, node.GetName());
   return std::nullopt;
 }
 
 }  // namespace
 
-scene::FbxArray<double> PoseControlPoints(const KFbxNode& node, ConversionJob& job) {
+scene::FbxArray<double> PoseControlPoints(const KFbxNode& node, const ModelSource& model,
+                                          SkeletonState& skeleton) {
   KFbxMesh& mesh = *node.GetMesh();
-  SkeletonState& skeleton = *job.skeleton;
-  const std::optional<KFbxXMatrix> pose = PlaceOfMesh(node, job);
+  const std::optional<KFbxXMatrix> pose = PlaceOfMesh(node, model, skeleton);
   scene::FbxArray<double> points = mesh.TakeControlPoints();
   if (pose) {
     for (const scene::KFbxShape& shape : mesh.GetShapes()) ApplyShape(shape, points);
   }
   if (pose && mesh.GetSkinCount() > 0 && skeleton.hasExtractedBones) {
-    SkinDeformation(node, *pose, job).Apply(points);
+    SkinDeformation(node, *pose, model.scene, skeleton).Apply(points);
     mesh.ReleaseSkins();
   } else {
     const KFbxXMatrix& geometric = node.GetGeometricTransform();
     TransformPoints(pose ? *pose * geometric : geometric, points);
   }
-  if (skeleton.firstBoneNode && job.actorType != ActorType::None) {
+  if (skeleton.firstBoneNode && model.actorType != ActorType::None) {
     TransformPoints(skeleton.actorTurn, points);
-    job.status.Send(Notice::PointsDeformed);
+    model.status.Send(Notice::PointsDeformed);
   }
   return points;
 }

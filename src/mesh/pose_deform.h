@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/conversion_job.h"
 #include "scene/container/array_reader.h"
 #include "scene/model/node.h"
+#include "skeleton/model_source.h"
+#include "skeleton/skeleton_state.h"
 
 namespace ts3d {
 
@@ -11,6 +12,7 @@ namespace ts3d {
 /// from: the world of the bind pose, stood up for actors. A mesh without a
 /// bind pose entry keeps its own space and only gets its geometric transform.
 /// @return x, y, z of each control point
-scene::FbxArray<double> PoseControlPoints(const scene::KFbxNode& node, ConversionJob& job);
+scene::FbxArray<double> PoseControlPoints(const scene::KFbxNode& node, const ModelSource& model,
+                                          SkeletonState& skeleton);
 
 }  // namespace ts3d

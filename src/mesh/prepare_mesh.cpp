@@ -20,12 +20,6 @@ namespace {
 using scene::KFbxMesh;
 using scene::KFbxNode;
 
-/// Totals stay at the largest number that hosts can take.
-int32_t AddUp(int32_t total, size_t count) {
-  constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
-  return count > static_cast<size_t>(kMost - total) ? kMost : total + static_cast<int32_t>(count);
-}
-
 bool HasOtherThanTriangles(KFbxMesh& mesh) {
   if (mesh.IsPlainTriangleMesh()) return false;
   const int count = mesh.GetPolygonCount();
@@ -35,23 +29,23 @@ bool HasOtherThanTriangles(KFbxMesh& mesh) {
   return false;
 }
 
-scene::KFbxTriangles Triangulate(KFbxMesh& mesh, const std::string& name, const ConversionJob& job) {
+scene::KFbxTriangles Triangulate(KFbxMesh& mesh, const std::string& name, const StatusChannel& status) {
   if (const int dropped = mesh.GetDroppedPolygonCount(); dropped > 0) {
-    job.status.Send(Notice::PolygonsLeftOut, std::to_string(dropped), name);
+    status.Send(Notice::PolygonsLeftOut, std::to_string(dropped), name);
   }
-  if (HasOtherThanTriangles(mesh)) job.status.Send(Notice::Triangulated, name);
+  if (HasOtherThanTriangles(mesh)) status.Send(Notice::Triangulated, name);
   scene::KFbxTriangles triangles = TriangulateMesh(mesh);
   mesh.ReleaseCorners();
   return triangles;
 }
 
 /// Whether the normals of the mesh `name` are to point inward.
-bool TurnsNormals(const std::string& name, const ConversionJob& job) {
-  if (job.meshOptionList.empty()) return job.meshOptionMode == 1;
-  const std::vector<std::string_view> entries = SplitList(job.meshOptionList);
+bool TurnsNormals(const std::string& name, const MeshOptions& options) {
+  if (options.list.empty()) return options.mode == 1;
+  const std::vector<std::string_view> entries = SplitList(options.list);
   const bool listed = std::any_of(entries.begin(), entries.end(),
                                   [&](std::string_view entry) { return EqualsIgnoreCase(entry, name); });
-  return (job.meshOptionMode == 2) == listed;
+  return (options.mode == 2) == listed;
 }
 
 /// Splits the vertices of `data`, as far as the mesh may take memory for it.
@@ -76,46 +70,42 @@ void Split(KFbxMesh& mesh, MeshData& data) {
 
 /// The file has room for one set of texture coordinates: that of layer 0, unless all diffuse pictures of the
 /// mesh are made for another one.
-void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh, const ConversionJob& job) {
+void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh, const Settings& settings) {
   const scene::KFbxTexture* first = nullptr;
   for (int i = 0; i < node.GetMaterialCount(); ++i) {
-    const scene::KFbxTexture* texture = DiffuseTexture(*node.GetMaterial(i), job);
+    const scene::KFbxTexture* texture = DiffuseTexture(*node.GetMaterial(i), settings);
     if (!first) first = texture;
     if (texture && texture->GetUVSet() != first->GetUVSet()) return mesh.SelectUVSet({});
   }
   mesh.SelectUVSet(first ? first->GetUVSet() : scene::KString());
 }
 
-bool FollowsBoneAbove(const KFbxMesh& mesh, const ConversionJob& job) {
-  return job.settings.repairs.attachRigid && !HasSkin(mesh);
-}
-
 }  // namespace
 
-MeshData PrepareMesh(const KFbxNode& node, const std::string& name, ConversionJob& job) {
+MeshData PrepareMesh(const KFbxNode& node, const std::string& name, const ModelSource& model,
+                     SkeletonState& skeleton, const MeshOptions& options) {
   KFbxMesh& mesh = *node.GetMesh();
   MeshData data;
-  data.influences = FollowsBoneAbove(mesh, job) ? WholeWeightOnBoneAbove(node, *job.skeleton)
-                                                : GatherBoneInfluences(mesh, job);
-  data.triangles = Triangulate(mesh, name, job);
+  const bool followsBoneAbove = model.settings.repairs.attachRigid && !HasSkin(mesh);
+  data.influences =
+      followsBoneAbove ? WholeWeightOnBoneAbove(node, skeleton) : GatherBoneInfluences(mesh, model, skeleton);
+  data.triangles = Triangulate(mesh, name, model.status);
   // Only slices ask which polygon a triangle is from.
   if (node.GetMaterialCount() < 2) {
     data.triangles.polygons.Release();
     mesh.ReleasePolygons();
   }
-  job.vertexTotal = AddUp(job.vertexTotal, static_cast<size_t>(mesh.GetControlPointsCount()));
-  job.polygonTotal = AddUp(job.polygonTotal, data.triangles.Count());
-  data.points = PoseControlPoints(node, job);
-  data.normals =
-      scene::ComputeVertexNormals(data.points.View(), data.triangles.corners.View(), TurnsNormals(name, job));
-  job.status.Send(Notice::NormalsRecreated);
+  data.points = PoseControlPoints(node, model, skeleton);
+  data.normals = scene::ComputeVertexNormals(data.points.View(), data.triangles.corners.View(),
+                                             TurnsNormals(name, options));
+  model.status.Send(Notice::NormalsRecreated);
   for (size_t i = 0; i + 2 < data.normals.size(); i += 3) {
     // A point without a direction gets the diagonal, as a normal must have a length.
     if (data.normals[i] == 0.0f && data.normals[i + 1] == 0.0f && data.normals[i + 2] == 0.0f) {
       data.normals[i] = data.normals[i + 1] = data.normals[i + 2] = static_cast<float>(0.57734998);
     }
   }
-  SelectDiffuseUVSet(node, mesh, job);
+  SelectDiffuseUVSet(node, mesh, model.settings);
   Split(mesh, data);
   return data;
 }

@@ -4,8 +4,8 @@
 namespace ts3d {
 
 TextureCoordinates::TextureCoordinates(const scene::KFbxNode& node, scene::KFbxLayerElementUV* uvs,
-                                       ConversionJob& job)
-    : node_(node), uvs_(uvs), job_(job) {}
+                                       const StatusChannel& status, const scene::KFbxNode*& errorNode)
+    : node_(node), uvs_(uvs), status_(status), errorNode_(errorNode) {}
 
 TextureCoordinate TextureCoordinates::Found(size_t coordinate) {
   const std::span<const double> direct = uvs_->GetDirectArray();
@@ -33,10 +33,10 @@ TextureCoordinate TextureCoordinates::Of(size_t index, const FullPointData& reco
 }
 
 void TextureCoordinates::ReportMissing() {
-  if (!job_.textureErrorNode) job_.textureErrorNode = &node_;
-  if (job_.textureErrorNode != &node_) return;
+  if (!errorNode_) errorNode_ = &node_;
+  if (errorNode_ != &node_) return;
   const std::string_view name = node_.GetName();
-  job_.status.Send(Notice::MissingCoordinates, name.empty() ? "un-named Node" : name);
+  status_.Send(Notice::MissingCoordinates, name.empty() ? "un-named Node" : name);
 }
 
 }  // namespace ts3d

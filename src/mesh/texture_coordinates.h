@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/conversion_job.h"
+#include "core/status_channel.h"
 #include "mesh/point_data.h"
 #include "scene/model/layer_element.h"
 #include "scene/model/node.h"
@@ -17,7 +17,9 @@ struct TextureCoordinate {
 class TextureCoordinates {
  public:
   /// @param uvs  the mesh's texture coordinates, or null
-  TextureCoordinates(const scene::KFbxNode& node, scene::KFbxLayerElementUV* uvs, ConversionJob& job);
+  /// @param errorNode  the one node of a conversion that reports lost coordinates; null as long as none has
+  TextureCoordinates(const scene::KFbxNode& node, scene::KFbxLayerElementUV* uvs, const StatusChannel& status,
+                     const scene::KFbxNode*& errorNode);
 
   /// The coordinate of record number `index`; (0, 0) when none applies. A record that should have one and has
   /// none is reported, but only for the first mesh of the conversion that has such records.
@@ -32,7 +34,8 @@ class TextureCoordinates {
 
   const scene::KFbxNode& node_;
   scene::KFbxLayerElementUV* uvs_;
-  ConversionJob& job_;
+  const StatusChannel& status_;
+  const scene::KFbxNode*& errorNode_;
   bool foundAny_ = false;
 };
 

@@ -27,8 +27,8 @@ class MeshCheck {
     CheckSkins(node_, mesh_, check_);
     if (!mesh_.GetShapes().empty()) Tell(findings::kShapes, mesh_.GetShapes().size());
     check_.notices.Clear();
-    check_.job.textureErrorNode = nullptr;
-    const MeshData data = PrepareMesh(node_, name_, check_.job);
+    const MeshData data = PrepareMesh(node_, name_, check_.job.Model(), *check_.job.skeleton,
+                                      {check_.job.meshOptionMode, check_.job.meshOptionList});
     const auto pointCount = static_cast<size_t>(mesh_.GetControlPointsCount());
     CheckWeights(node_, data, pointCount, check_);
     TellGeometry(data, pointCount);
@@ -77,7 +77,8 @@ class MeshCheck {
 
   /// Looks up all texture coordinates as the mesh files get them. @return whether there are any
   bool FindCoordinates(const MeshData& data, const std::vector<MeshSlice>& slices) {
-    TextureCoordinates coordinates(node_, mesh_.GetUVs(), check_.job);
+    const KFbxNode* errorNode = nullptr;
+    TextureCoordinates coordinates(node_, mesh_.GetUVs(), check_.job.status, errorNode);
     // Points without faces have none, which is no news: they come first, and what is said of them is dropped.
     for (const bool loose : {true, false}) {
       check_.notices.Clear();
@@ -99,7 +100,7 @@ class MeshCheck {
     }
     for (int i = 0; i < node_.GetMaterialCount(); ++i) {
       const scene::KFbxSurfaceMaterial& material = *node_.GetMaterial(i);
-      if (DiffuseTexture(material, check_.job)) {
+      if (DiffuseTexture(material, check_.job.settings)) {
         return check_.report.Add(findings::kTextureUnused, node_.GetName(), {material.GetName()});
       }
     }
@@ -115,7 +116,7 @@ class MeshCheck {
       const MeshSlice& slice = slices[i];
       const bool written = slice.whole || !slice.triangles.empty();
       check_.slots.push_back({slice.name, node_.GetName(), written});
-      if (IsExcluded(slice.name, check_.job)) continue;
+      if (IsExcluded(slice.name, check_.job.Filter())) continue;
       OutputMesh output{slice.name, node_.GetName(), {}, {}, slice.VertexCount(data), slice.FaceCount(data)};
       if (node_.GetMaterialCount() > 0) {
         const scene::KFbxSurfaceMaterial& material = *node_.GetMaterial(static_cast<int>(i));
@@ -139,8 +140,9 @@ class MeshCheck {
 
 void CheckMeshNode(const KFbxNode& node, RigCheck& check) {
   const std::string name = SanitizeMeshName(node.GetName());
-  if (skipThisMesh(name, check.job)) {
-    check.report.Add(IsExcluded(name, check.job) ? findings::kExcluded : findings::kHeadPart, node.GetName());
+  if (skipThisMesh(name, check.job.Filter())) {
+    check.report.Add(IsExcluded(name, check.job.Filter()) ? findings::kExcluded : findings::kHeadPart,
+                     node.GetName());
     return;
   }
   KFbxMesh* mesh = node.GetMesh();

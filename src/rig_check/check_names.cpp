@@ -21,7 +21,7 @@ namespace {
 class NameCheck {
  public:
   explicit NameCheck(RigCheck& check) : check_(check), report_(check.report) {
-    MeshList(*check.job.sceneRoot).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
+    MeshList(check.job.loaded.Root()).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
       listed_.insert(listed.name);
     });
   }
@@ -55,7 +55,7 @@ class NameCheck {
   }
 
   void TellPacking(const RigCheck::Slot& slot) {
-    if (skipThisMesh(slot.name, check_.job)) {
+    if (skipThisMesh(slot.name, check_.job.Filter())) {
       report_.Add(findings::kExcluded, slot.name);
     } else if (!slot.written && listed_.contains(slot.name)) {
       report_.Add(findings::kUnusedSlot, slot.name);
@@ -96,7 +96,7 @@ void TellTextureNames(RigCheck& check) {
 }
 
 void TellExclusions(RigCheck& check) {
-  const OptionTargets targets = CollectOptionTargets(*check.job.sceneRoot, check.job.skeleton->bones);
+  const OptionTargets targets = CollectOptionTargets(check.job.loaded.Root(), check.job.skeleton->bones);
   for (const UnmatchedName& unmatched :
        FindUnmatchedNames(check.job.settings.exclusionList, targets.outputs)) {
     check.report.Add(findings::kUnknownExclusion, unmatched.name, {QuotedNames(unmatched.nearest)});
@@ -126,10 +126,10 @@ std::vector<std::string> ExpectedMembers(const RigCheck& check) {
   for (const UsedTexture& texture : check.report.textures) add(texture.tgaName);
   add("skeleton.csf");
   add(FileNamePart(ReplaceExtension(check.job.files.inputPath, "xfg")));
-  const MeshList meshes(*check.job.sceneRoot);
+  const MeshList meshes(check.job.loaded.Root());
   for (const char* extension : {".cmf", ".xrf"}) {
     meshes.ForEach(MeshList::OwnName::Last, [&](const ListedName& listed) {
-      if (!IsLeftOut(listed, check.job)) add(listed.name + extension);
+      if (!IsLeftOut(listed, check.job.Filter())) add(listed.name + extension);
     });
   }
   return members;

@@ -38,24 +38,6 @@ std::string DocumentPathFor(const std::string& path) {
   return (hasExtension ? path.substr(0, dot) : path) + ".xfg";
 }
 
-/// The scene library's objects of a job, as long as it lives.
-class SceneObjects {
- public:
-  SceneObjects(ConversionJob& job, const CheckOptions& options) : job_(job) {
-    if (options.isQuiet) {
-      CreateQuietSdkObjects(job.sdkManager, job.scene);
-    } else {
-      CreateSdkObjects(job.sdkManager, job.scene, job.settings.plugins != Plugins::LeaveOut);
-    }
-  }
-  ~SceneObjects() { DestroySdkObjects(job_.sdkManager); }
-  SceneObjects(const SceneObjects&) = delete;
-  SceneObjects& operator=(const SceneObjects&) = delete;
-
- private:
-  ConversionJob& job_;
-};
-
 void StartJob(const std::string& path, const CheckOptions& options, RigCheck& check) {
   ConversionJob& job = check.job;
   ResetRun(job);
@@ -71,12 +53,12 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
 
 bool Load(const CheckOptions& options, RigCheck& check) {
   const scene::KFbxIOSettings settings = WithoutExtraction(!options.source);
-  scene::KFbxImporter importer(check.job.sdkManager->GetReaderRegistry());
+  scene::KFbxImporter importer(check.job.loaded.Manager().GetReaderRegistry());
   importer.SetIOSettings(settings);
   const std::string& path = check.job.files.inputPath;
   const bool loaded =
       (options.source ? importer.InitializeFromMemory(path, *options.source) : importer.Initialize(path)) &&
-      importer.Import(*check.job.scene);
+      importer.Import(check.job.loaded.Scene());
   check.report.format = importer.GetFormatName();
   if (const auto [major, minor, revision] = importer.GetFileVersion(); major > 0) {
     check.report.version = std::to_string(major) + "." + std::to_string(minor);
@@ -87,7 +69,6 @@ bool Load(const CheckOptions& options, RigCheck& check) {
   } else if (!loaded) {
     check.report.Add(findings::kNotLoaded, {}, {importer.GetLastErrorString()});
   }
-  check.job.sceneRoot = check.job.scene->GetRootNode();
   return loaded;
 }
 
@@ -110,7 +91,7 @@ void CheckNodes(RigCheck& check) {
     const KFbxNode* node;
     const KFbxNode* emptyMesh;
   };
-  std::vector<Pending> pending{{check.job.sceneRoot, nullptr}};
+  std::vector<Pending> pending{{&check.job.loaded.Root(), nullptr}};
   while (!pending.empty()) {
     Pending next = pending.back();
     pending.pop_back();
@@ -147,12 +128,12 @@ void Summarise(RigCheck& check) {
 }
 
 void CheckScene(RigCheck& check) {
-  ExtractSkeleton(check.job);
+  ExtractSkeleton(check.job.Model(), *check.job.skeleton);
   CheckBones(check);
   CheckPose(check);
   CheckActorBones(check);
-  for (int i = 0; i < check.job.sceneRoot->GetChildCount(); ++i) {
-    ForEachMeshNode(check.job.sceneRoot->GetChild(i),
+  for (int i = 0; i < check.job.loaded.Root().GetChildCount(); ++i) {
+    ForEachMeshNode(check.job.loaded.Root().GetChild(i),
                     [&](const KFbxNode& node) { CheckMeshNode(node, check); });
   }
   CheckNodes(check);
@@ -160,7 +141,7 @@ void CheckScene(RigCheck& check) {
   if (check.report.Worst() < Severity::Fatal && check.report.meshes.empty()) {
     check.report.Add(findings::kAllLeftOut);
   }
-  for (const std::string& array : check.job.scene->GetDamagedArrays()) {
+  for (const std::string& array : check.job.loaded.Scene().GetDamagedArrays()) {
     check.report.Add(findings::kDamagedArray, {}, {array});
   }
   CheckNames(check);
@@ -176,7 +157,11 @@ RigReport CheckRig(const std::string& path, const CheckOptions& options) {
     check.report.Add(findings::kNoFile);
     return std::move(check.report);
   }
-  const SceneObjects objects(check.job, options);
+  if (options.isQuiet) {
+    check.job.loaded.CreateQuietly();
+  } else {
+    check.job.loaded.Create(options.plugins != Plugins::LeaveOut);
+  }
   try {
     check.report.loaded = Load(options, check);
     if (check.report.loaded) CheckScene(check);

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 #include "rig_check/rig_report.h"
 
 namespace ts3d {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "core/conversion_job.h"
 #include "core/repair_settings.h"
+#include "driver/conversion_job.h"
 
 namespace ts3d {
 

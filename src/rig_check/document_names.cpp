@@ -13,8 +13,8 @@ bool IsNamedAsItIs(const BoneNode& bone, int32_t id) { return id == 0 || !bone.w
 
 std::vector<std::string> NamesThatBreakDocument(const ConversionJob& job, const BoneTree& bones) {
   std::set<std::string> names;
-  MeshList(*job.sceneRoot).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
-    if (BreaksDocument(listed.mesh) && !IsLeftOut(listed, job)) names.insert(listed.mesh);
+  MeshList(job.loaded.Root()).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
+    if (BreaksDocument(listed.mesh) && !IsLeftOut(listed, job.Filter())) names.insert(listed.mesh);
   });
   for (int32_t id = 0; id < bones.BoneCount(); ++id) {
     const BoneNode& bone = *bones.FindById(id);

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 #include "skeleton/bone_node.h"
 
 namespace ts3d {

@@ -41,22 +41,17 @@ KFbxXMatrix Rigid(const KFbxVector4& translation, const KFbxVector4& euler) {
 
 }  // namespace
 
-RepairTrial::RepairTrial(const ConversionJob& loaded, const RepairSettings& repairs) {
-  job_.settings.repairs = repairs;
-  job_.settings.exclusionList = loaded.settings.exclusionList;
-  ResetRun(job_);
-  job_.actorType = loaded.actorType;
-  job_.isFbxFile = loaded.isFbxFile;
-  job_.scene = loaded.scene;
-  job_.sceneRoot = loaded.sceneRoot;
-  ExtractSkeleton(job_);
+RepairTrial::RepairTrial(const ConversionJob& loaded, const RepairSettings& repairs)
+    : settings_{.exclusionList = loaded.settings.exclusionList, .repairs = repairs},
+      model_{loaded.loaded.Scene(), settings_, mute_, loaded.actorType, loaded.isFbxFile} {
+  ExtractSkeleton(model_, skeleton_);
   size_ = MeasureSize();
 }
 
 size_t RepairTrial::LostBones() {
   std::unordered_set<const KFbxNode*> lost;
   const auto need = [&](const KFbxNode* bone) {
-    if (bone && bone->IsSkeleton() && !job_.skeleton->boneOf.contains(bone)) lost.insert(bone);
+    if (bone && bone->IsSkeleton() && !skeleton_.boneOf.contains(bone)) lost.insert(bone);
   };
   ForEachCluster([&](const KFbxNode&, const KFbxCluster& cluster) { need(cluster.GetLink()); });
   ForEachMesh([&](const KFbxNode& node, const KFbxMesh& mesh) {
@@ -71,11 +66,11 @@ size_t RepairTrial::UnboundSkins() {
   ForEachCluster([&](const KFbxNode& node, const KFbxCluster& cluster) {
     const auto linkBind = cluster.GetTransformLinkMatrix();
     const auto meshBind = cluster.GetTransformMatrix();
-    if (!linkBind || !meshBind || !job_.skeleton->hasExtractedBones) return;
+    if (!linkBind || !meshBind || !skeleton_.hasExtractedBones) return;
     const KFbxXMatrix link = WorldOf(*cluster.GetLink());
     unbound += Differ(link, *linkBind);
     // A mesh without an entry in the bind pose keeps its own space, wherever its bones are.
-    if (BindPoseIndex(&node, *job_.scene, *job_.skeleton) >= 0) return;
+    if (BindPoseIndex(&node, model_.scene, skeleton_) >= 0) return;
     if (Differ(link * linkBind->Inverse() * *meshBind, {})) unposed.insert(&node);
   });
   return unbound + unposed.size();
@@ -83,21 +78,19 @@ size_t RepairTrial::UnboundSkins() {
 
 size_t RepairTrial::StrayMeshes() {
   size_t stray = 0;
-  SkeletonState& skeleton = *job_.skeleton;
   ForEachMesh([&](const KFbxNode& node, const KFbxMesh& mesh) {
-    if (HasSkin(mesh) || job_.settings.repairs.attachRigid) return;
-    const bool isPosed = skeleton.hasExtractedBones && BindPoseIndex(&node, *job_.scene, skeleton) >= 0;
-    const bool leavesBone = skeleton.hasExtractedBones && BoneAbove(node, skeleton) > 0;
+    if (HasSkin(mesh) || settings_.repairs.attachRigid) return;
+    const bool isPosed = skeleton_.hasExtractedBones && BindPoseIndex(&node, model_.scene, skeleton_) >= 0;
+    const bool leavesBone = skeleton_.hasExtractedBones && BoneAbove(node, skeleton_) > 0;
     stray += leavesBone || (!isPosed && Differ(WorldOf(node), {}));
   });
   return stray;
 }
 
 size_t RepairTrial::MisplacedBones() {
-  const SkeletonState& skeleton = *job_.skeleton;
   std::unordered_set<int32_t> used;
   const auto use = [&](const KFbxNode* bone) {
-    if (const auto found = skeleton.boneOf.find(bone); found != skeleton.boneOf.end())
+    if (const auto found = skeleton_.boneOf.find(bone); found != skeleton_.boneOf.end())
       used.insert(found->second);
   };
   ForEachCluster([&](const KFbxNode&, const KFbxCluster& cluster) { use(cluster.GetLink()); });
@@ -106,15 +99,15 @@ size_t RepairTrial::MisplacedBones() {
     if (const KFbxNode* above = SkeletonAbove(node)) return use(above);
     used.insert(0);
   });
-  std::vector<KFbxXMatrix> composed(skeleton.boneNodes.size());
+  std::vector<KFbxXMatrix> composed(skeleton_.boneNodes.size());
   size_t misplaced = 0;
-  for (const BoneNode* bone : skeleton.bones.PreOrder()) {
+  for (const BoneNode* bone : skeleton_.bones.PreOrder()) {
     const auto id = static_cast<size_t>(bone->id);
     if (id >= composed.size()) continue;
     composed[id] = Rigid(bone->translation, bone->rotationEuler);
     if (bone->parent->id >= 0) composed[id] = composed[static_cast<size_t>(bone->parent->id)] * composed[id];
     if (!used.contains(bone->id)) continue;
-    const KFbxXMatrix world = skeleton.actorTurn * WorldOf(*skeleton.boneNodes[id]);
+    const KFbxXMatrix world = skeleton_.actorTurn * WorldOf(*skeleton_.boneNodes[id]);
     const KFbxXMatrix space = Rigid(bone->boneSpaceTranslation, bone->boneSpaceRotationEuler);
     misplaced += Differ(composed[id], Rigid(world.GetT(), world.GetR())) || Differ(composed[id] * space, {});
   }
@@ -122,10 +115,11 @@ size_t RepairTrial::MisplacedBones() {
 }
 
 void RepairTrial::ForEachMesh(const VisitMesh& visit) {
-  for (int i = 0; i < job_.sceneRoot->GetChildCount(); ++i) {
-    ForEachMeshNode(job_.sceneRoot->GetChild(i), [&](const KFbxNode& node) {
+  for (int i = 0; i < model_.scene.GetRootNode()->GetChildCount(); ++i) {
+    ForEachMeshNode(model_.scene.GetRootNode()->GetChild(i), [&](const KFbxNode& node) {
       const KFbxMesh* mesh = node.GetMesh();
-      if (skipThisMesh(SanitizeMeshName(node.GetName()), job_) || !mesh || !HasPoints(*mesh)) return;
+      if (skipThisMesh(SanitizeMeshName(node.GetName()), model_.Filter()) || !mesh || !HasPoints(*mesh))
+        return;
       visit(node, *mesh);
     });
   }
@@ -144,8 +138,8 @@ void RepairTrial::ForEachCluster(const VisitCluster& visit) {
 }
 
 KFbxXMatrix RepairTrial::WorldOf(const KFbxNode& node) {
-  if (!job_.skeleton->hasExtractedBones) return node.GetGlobalFromDefaultTake();
-  return BindWorld(node, *job_.scene, *job_.skeleton);
+  if (!skeleton_.hasExtractedBones) return node.GetGlobalFromDefaultTake();
+  return BindWorld(node, model_.scene, skeleton_);
 }
 
 bool RepairTrial::Differ(const KFbxXMatrix& a, const KFbxXMatrix& b) const {
@@ -157,7 +151,7 @@ bool RepairTrial::Differ(const KFbxXMatrix& a, const KFbxXMatrix& b) const {
 double RepairTrial::MeasureSize() {
   constexpr double kSmallest = 1e-6;
   std::vector<KFbxVector4> places;
-  for (const KFbxNode* node : job_.skeleton->boneNodes) places.push_back(WorldOf(*node).GetT());
+  for (const KFbxNode* node : skeleton_.boneNodes) places.push_back(WorldOf(*node).GetT());
   if (places.empty()) {
     ForEachMesh([&](const KFbxNode& node, const KFbxMesh&) { places.push_back(WorldOf(node).GetT()); });
   }

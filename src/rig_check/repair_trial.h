@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <functional>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 #include "scene/math/matrix.h"
 #include "scene/model/mesh.h"
 #include "scene/model/node.h"
@@ -37,7 +37,10 @@ class RepairTrial {
   bool Differ(const scene::KFbxXMatrix& a, const scene::KFbxXMatrix& b) const;
   double MeasureSize();
 
-  ConversionJob job_;
+  const Settings settings_;
+  const StatusChannel mute_;
+  const ModelSource model_;
+  SkeletonState skeleton_;
   double size_ = 0.0;  ///< extent of the bones, for what counts as a small distance
 };
 

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 #include "material/texture_files.h"
 #include "mesh/cmf_writer.h"
 #include "rig_check/rig_faults.h"

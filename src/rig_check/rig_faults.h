@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 #include "mesh/converted_mesh.h"
 #include "rig_check/rig_report.h"
 #include "scene/model/pose.h"

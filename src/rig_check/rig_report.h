@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "driver/conversion_job.h"
 #include "rig_check/finding.h"
 
 namespace ts3d {

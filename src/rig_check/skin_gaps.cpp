@@ -18,8 +18,8 @@ using scene::KFbxXMatrix;
 
 class SkinMeasure {
  public:
-  SkinMeasure(const ConversionJob& job, double size)
-      : job_(job), skeleton_(*job.skeleton), size_(size), places_(skeleton_.boneNodes.size()) {
+  SkinMeasure(const ModelSource& model, SkeletonState& skeleton, double size)
+      : model_(model), skeleton_(skeleton), size_(size), places_(skeleton_.boneNodes.size()) {
     for (size_t id = 0; id < places_.size(); ++id) {
       places_[id] = StoredPlace(*skeleton_.bones.FindById(static_cast<int32_t>(id)), skeleton_);
     }
@@ -62,7 +62,7 @@ class SkinMeasure {
   int32_t BoneOf(const KFbxCluster& cluster) const {
     if (!cluster.GetLink()) return -1;
     std::string name;
-    const int32_t bone = BoneOfLink(*cluster.GetLink(), job_, name);
+    const int32_t bone = BoneOfLink(*cluster.GetLink(), model_, skeleton_, name);
     const auto id = static_cast<size_t>(bone);
     return bone >= 0 && id < places_.size() && skeleton_.boneNodes[id] == cluster.GetLink() ? bone : -1;
   }
@@ -77,7 +77,7 @@ class SkinMeasure {
 
   KFbxXMatrix PlaceInPose(const KFbxNode& link, const scene::KFbxPose* pose) {
     if (const int index = pose ? pose->Find(&link) : -1; index >= 0) return pose->GetMatrix(index);
-    return BindWorld(link, *job_.scene, skeleton_);
+    return BindWorld(link, model_.scene, skeleton_);
   }
 
   /// Puts the bones together as a runtime does, from the root on, which may be elsewhere as a whole.
@@ -96,7 +96,7 @@ class SkinMeasure {
     if (worst.bone < 0 || other.gap.IsWorseThan(worst.gap, size_)) worst = other;
   }
 
-  const ConversionJob& job_;
+  const ModelSource& model_;
   SkeletonState& skeleton_;
   double size_;
   std::vector<KFbxXMatrix> places_;
@@ -107,8 +107,9 @@ class SkinMeasure {
 
 }  // namespace
 
-SkinGaps MeasureSkins(const ConversionJob& job, const std::vector<MeshFacts>& meshes, double size) {
-  SkinMeasure measure(job, size);
+SkinGaps MeasureSkins(const ModelSource& model, SkeletonState& skeleton, const std::vector<MeshFacts>& meshes,
+                      double size) {
+  SkinMeasure measure(model, skeleton, size);
   for (const MeshFacts& mesh : meshes) measure.Add(mesh);
   return measure.Finish();
 }

@@ -3,9 +3,9 @@
 
 #include <vector>
 
-#include "core/conversion_job.h"
 #include "rig_check/bone_places.h"
 #include "rig_check/rig_faults.h"
+#include "skeleton/model_source.h"
 
 namespace ts3d {
 
@@ -29,8 +29,9 @@ struct SkinGaps {
       fromPresent;  ///< bones that the bind pose lacks, with another place than in their skin
 };
 
-/// Measures the skins of `meshes` against the job's skeleton.
+/// Measures the skins of `meshes` against a skeleton that was extracted from their model.
 /// @param size  the model's
-SkinGaps MeasureSkins(const ConversionJob& job, const std::vector<MeshFacts>& meshes, double size);
+SkinGaps MeasureSkins(const ModelSource& model, SkeletonState& skeleton, const std::vector<MeshFacts>& meshes,
+                      double size);
 
 }  // namespace ts3d

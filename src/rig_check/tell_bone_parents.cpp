@@ -39,7 +39,7 @@ class ParentTeller {
     return bone != nullptr;
   }
 
-  KFbxXMatrix WorldOf(const KFbxNode& node) const { return BindWorld(node, *job_.scene, skeleton_); }
+  KFbxXMatrix WorldOf(const KFbxNode& node) const { return BindWorld(node, job_.loaded.Scene(), skeleton_); }
 
   /// How far the package has a bone from `place`, at rest or by its bone space.
   Gap GapFrom(const KFbxXMatrix& place, const BoneNode& bone) const {

@@ -14,8 +14,8 @@ namespace {
 
 void TellMeshes(const scene::KFbxNode& node, const ConversionJob& job, RigReport& report) {
   const std::string name = SanitizeMeshName(node.GetName());
-  if (skipThisMesh(name, job)) {
-    if (!IsExcluded(name, job)) report.Add(findings::kHeadPart, node.GetName());
+  if (skipThisMesh(name, job.Filter())) {
+    if (!IsExcluded(name, job.Filter())) report.Add(findings::kHeadPart, node.GetName());
   } else if (node.IsHidden() && node.GetMesh()->GetControlPointsCount() > 0) {
     report.Add(findings::kHiddenMesh, node.GetName());
   }
@@ -33,9 +33,9 @@ std::string FirstNames(std::vector<std::string> names) {
 
 void TellChoices(const ConversionJob& job, RigReport& report) {
   if (job.actorType != ActorType::None) report.Add(findings::kActor, {}, {ObjectId(job.actorType, {})});
-  ForEachMeshNode(job.sceneRoot, [&](const scene::KFbxNode& node) { TellMeshes(node, job, report); });
+  ForEachMeshNode(&job.loaded.Root(), [&](const scene::KFbxNode& node) { TellMeshes(node, job, report); });
   std::vector<std::string> motions;
-  for (const scene::KString& motion : job.scene->GetMotions()) motions.emplace_back(motion);
+  for (const scene::KString& motion : job.loaded.Scene().GetMotions()) motions.emplace_back(motion);
   if (!motions.empty()) report.Add(findings::kMotion, {}, {FirstNames(std::move(motions))});
 }
 

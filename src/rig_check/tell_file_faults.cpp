@@ -7,7 +7,7 @@
 namespace ts3d {
 namespace {
 
-void TellReading(scene::KFbxScene& scene, RigReport& report) {
+void TellReading(const scene::KFbxScene& scene, RigReport& report) {
   std::string remarks;
   for (const scene::KString& remark : scene.GetRemarks()) remarks += (remarks.empty() ? "" : "; ") + remark;
   if (!remarks.empty()) report.Add(findings::kReadAs, {}, {remarks});
@@ -21,11 +21,12 @@ void TellReading(scene::KFbxScene& scene, RigReport& report) {
 }  // namespace
 
 void TellFileFaults(const ConversionJob& job, RigReport& report) {
-  if (job.scene->HasDecimalCommas()) report.Add(findings::kDecimalCommas);
-  TellReading(*job.scene, report);
-  if (!MeshList(*job.sceneRoot).IsEmpty()) return;
+  if (job.loaded.Scene().HasDecimalCommas()) report.Add(findings::kDecimalCommas);
+  TellReading(job.loaded.Scene(), report);
+  if (!MeshList(job.loaded.Root()).IsEmpty()) return;
   size_t bones = 0;
-  job.scene->ForEach<scene::KFbxNode>([&](const scene::KFbxNode& node) { bones += node.IsSkeleton(); });
+  job.loaded.Scene().ForEach<scene::KFbxNode>(
+      [&](const scene::KFbxNode& node) { bones += node.IsSkeleton(); });
   if (bones > 0) {
     report.Add(findings::kMotionOnly, {}, {std::to_string(bones)});
   } else {

@@ -44,7 +44,7 @@ class StrayLinks {
     const KFbxNode* link = cluster.GetLink();
     if (!link) return;
     std::string name;
-    const int32_t bone = BoneOfLink(*link, job_, name);
+    const int32_t bone = BoneOfLink(*link, job_.Model(), *job_.skeleton, name);
     const std::vector<const KFbxNode*>& bones = job_.skeleton->boneNodes;
     if (bone < 0 && name.empty()) return;
     if (bone >= 0 && static_cast<size_t>(bone) < bones.size() && bones[static_cast<size_t>(bone)] == link)
@@ -157,7 +157,7 @@ bool TellLostBones(const ConversionJob& job, const std::vector<MeshFacts>& meshe
   const SkeletonState& skeleton = *job.skeleton;
   const std::unordered_set<const KFbxNode*> bones(skeleton.boneNodes.begin(), skeleton.boneNodes.end());
   const StrayLinks links(job, meshes);
-  const bool isHidden = LostBones(job, links, bones, report).Tell(*job.sceneRoot);
+  const bool isHidden = LostBones(job, links, bones, report).Tell(job.loaded.Root());
   TellSameNames(skeleton, links, report);
   if (skeleton.hasExtractedBones) links.Tell(bones, report);
   return isHidden;

@@ -15,19 +15,15 @@ namespace {
 
 using scene::KFbxNode;
 
-/// The gaps of the same meshes in a skeleton that the job would have with other settings.
-template <typename Change>
-SkinGaps Try(const ConversionJob& job, const std::vector<MeshFacts>& meshes, double size, Change change) {
-  ConversionJob trial;
-  trial.scene = job.scene;
-  trial.sceneRoot = job.sceneRoot;
-  trial.isFbxFile = job.isFbxFile;
-  trial.actorType = job.actorType;
-  trial.settings.repairs = job.settings.repairs;
-  trial.skeleton = std::make_shared<SkeletonState>();
-  change(trial);
-  ExtractSkeleton(trial);
-  return MeasureSkins(trial, meshes, size);
+/// The gaps of the same meshes in a skeleton with rigid bones.
+SkinGaps TryRigidBones(const ConversionJob& job, const std::vector<MeshFacts>& meshes, double size) {
+  Settings settings = job.settings;
+  settings.repairs.rigidBones = true;
+  const StatusChannel mute;
+  const ModelSource model{job.loaded.Scene(), settings, mute, job.actorType, job.isFbxFile};
+  SkeletonState skeleton;
+  ExtractSkeleton(model, skeleton);
+  return MeasureSkins(model, skeleton, meshes, size);
 }
 
 class PlaceTeller {
@@ -38,7 +34,7 @@ class PlaceTeller {
         meshes_(meshes),
         report_(report),
         size_(ModelSize(meshes, skeleton_)),
-        gaps_(MeasureSkins(job, meshes, size_)) {}
+        gaps_(MeasureSkins(job.Model(), *job.skeleton, meshes, size_)) {}
 
   void Tell() {
     TellBoneParents(job_, size_, gaps_, report_);
@@ -81,8 +77,7 @@ class PlaceTeller {
       if (mesh.isPosed) off.push_back(mesh.worst);
     }
     if (off.empty() || job_.settings.repairs.rigidBones) return false;
-    const SkinGaps rigid =
-        Try(job_, meshes_, size_, [](ConversionJob& trial) { trial.settings.repairs.rigidBones = true; });
+    const SkinGaps rigid = TryRigidBones(job_, meshes_, size_);
     const auto isPosed = [](const SkinGaps::OfMesh& mesh) { return mesh.isPosed; };
     if (!rigid.atRest.empty() || std::any_of(rigid.ofMeshes.begin(), rigid.ofMeshes.end(), isPosed)) {
       return false;

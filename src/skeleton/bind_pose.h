@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/conversion_job.h"
 #include "scene/math/matrix.h"
 #include "scene/model/scene.h"
 #include "skeleton/skeleton_state.h"

@@ -17,12 +17,12 @@ namespace {
 constexpr float kUsedWeight = 0.05f;
 
 /// Identifier of the bone that `cluster` follows, or -1.
-int32_t FindBone(const scene::KFbxCluster& cluster, const ConversionJob& job) {
+int32_t FindBone(const scene::KFbxCluster& cluster, const ModelSource& model, const SkeletonState& skeleton) {
   if (!cluster.GetLink()) return -1;
   std::string name;
-  const int32_t id = BoneOfLink(*cluster.GetLink(), job, name);
+  const int32_t id = BoneOfLink(*cluster.GetLink(), model, skeleton, name);
   if (id < 0 && !SanitizeMeshName(cluster.GetLink()->GetName()).empty())
-    job.status.Send(Notice::UnknownLink, name);
+    model.status.Send(Notice::UnknownLink, name);
   return id;
 }
 
@@ -156,12 +156,13 @@ class InfluenceRows {
 };
 
 /// Clusters of all skins whose link is a bone, in order.
-std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, const ConversionJob& job) {
+std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, const ModelSource& model,
+                                          const SkeletonState& skeleton) {
   std::vector<BoneCluster> found;
   for (int s = 0; s < mesh.GetSkinCount(); ++s) {
     const scene::KFbxSkin& skin = *mesh.GetSkin(s);
     for (int c = 0; c < skin.GetClusterCount(); ++c) {
-      const int32_t bone = FindBone(*skin.GetCluster(c), job);
+      const int32_t bone = FindBone(*skin.GetCluster(c), model, skeleton);
       if (bone >= 0) found.push_back({skin.GetCluster(c), bone});
     }
   }
@@ -170,10 +171,10 @@ std::vector<BoneCluster> FindBoneClusters(const scene::KFbxMesh& mesh, const Con
 
 }  // namespace
 
-int32_t BoneOfLink(const scene::KFbxNode& link, const ConversionJob& job, std::string& name) {
-  const SkeletonState& skeleton = *job.skeleton;
+int32_t BoneOfLink(const scene::KFbxNode& link, const ModelSource& model, const SkeletonState& skeleton,
+                   std::string& name) {
   name = SanitizeMeshName(link.GetName());
-  if (job.settings.repairs.joinRoots) {
+  if (model.settings.repairs.joinRoots) {
     // Joined armatures often have the same names.
     if (const auto own = skeleton.boneOf.find(&link); own != skeleton.boneOf.end()) return own->second;
   }
@@ -185,15 +186,16 @@ int32_t BoneOfLink(const scene::KFbxNode& link, const ConversionJob& job, std::s
   return skeleton.bones.IdByName(name);
 }
 
-InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, ConversionJob& job) {
-  const std::vector<BoneCluster> clusters = FindBoneClusters(mesh, job);
-  InfluenceRows rows(mesh.GetControlPointsCount(), job.settings.mostInfluences);
+InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, const ModelSource& model,
+                                    SkeletonState& skeleton) {
+  const std::vector<BoneCluster> clusters = FindBoneClusters(mesh, model, skeleton);
+  InfluenceRows rows(mesh.GetControlPointsCount(), model.settings.mostInfluences);
   for (const BoneCluster& source : clusters) {
     if (!rows.Count(*source.cluster)) throw std::bad_alloc();
   }
   rows.Allocate();
   for (const BoneCluster& source : clusters) {
-    if (rows.Fill(source)) job.skeleton->bones.MarkById(source.bone);
+    if (rows.Fill(source)) skeleton.bones.MarkById(source.bone);
   }
   return rows.Take();
 }

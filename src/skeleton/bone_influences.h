@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "core/conversion_job.h"
 #include "scene/model/mesh.h"
+#include "skeleton/model_source.h"
+#include "skeleton/skeleton_state.h"
 
 namespace ts3d {
 
@@ -41,10 +42,11 @@ class InfluenceTable {
 
 /// Identifier of the bone that clusters with this link give their weights to, or -1.
 /// @param name  receives the name that was looked up last
-int32_t BoneOfLink(const scene::KFbxNode& link, const ConversionJob& job, std::string& name);
+int32_t BoneOfLink(const scene::KFbxNode& link, const ModelSource& model, const SkeletonState& skeleton,
+                   std::string& name);
 
 /// Gathers the weights of every skin cluster of `mesh` and marks the bones that carry weight. A cluster whose
 /// link names no bone adds nothing and is reported; one without a link adds nothing silently.
-InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, ConversionJob& job);
+InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, const ModelSource& model, SkeletonState& skeleton);
 
 }  // namespace ts3d

@@ -45,24 +45,23 @@ void WriteCsf(BoneTree& bones, ByteWriter& out) {
   for (const BoneNode* bone : bones.PreOrder()) WriteBone(*bone, out);
 }
 
-void ExtractSkeleton(ConversionJob& job) {
-  SkeletonState& skeleton = *job.skeleton;
-  const RepairSettings& repairs = job.settings.repairs;
-  if (!repairs.bindFromSkin || !TakeBindPoseOfSkins(*job.scene, skeleton))
-    ChooseBindPose(*job.scene, skeleton);
-  if (!skeleton.bindPose && job.isFbxFile) job.status.Send(Notice::NoBindPose);
-  if (repairs.joinRoots) JoinRoots(job);
-  const scene::KFbxNode& root = *job.scene->GetRootNode();
-  for (int i = 0; i < root.GetChildCount(); ++i) ExtractBones(*root.GetChild(i), job);
+void ExtractSkeleton(const ModelSource& model, SkeletonState& skeleton) {
+  const RepairSettings& repairs = model.settings.repairs;
+  if (!repairs.bindFromSkin || !TakeBindPoseOfSkins(model.scene, skeleton))
+    ChooseBindPose(model.scene, skeleton);
+  if (!skeleton.bindPose && model.isFbxFile) model.status.Send(Notice::NoBindPose);
+  if (repairs.joinRoots) JoinRoots(model, skeleton);
+  const scene::KFbxNode& root = *model.scene.GetRootNode();
+  for (int i = 0; i < root.GetChildCount(); ++i) ExtractBones(*root.GetChild(i), model, skeleton);
   skeleton.hasExtractedBones = skeleton.bones.BoneCount() > 0;
-  if (!skeleton.hasExtractedBones && job.isFbxFile) job.status.Send(Notice::NoSkeleton);
+  if (!skeleton.hasExtractedBones && model.isFbxFile) model.status.Send(Notice::NoSkeleton);
 }
 
-bool WriteSkeleton(ConversionJob& job) {
-  job.status.Send(Notice::WritingSkeleton);
-  ExtractSkeleton(job);
-  WorkFileWriter out(job.files, "skeleton.csf", WorkFileWriter::Content::Binary);
-  WriteCsf(job.skeleton->bones, out);
+bool WriteSkeleton(const ModelSource& model, SkeletonState& skeleton, WorkFiles& files) {
+  model.status.Send(Notice::WritingSkeleton);
+  ExtractSkeleton(model, skeleton);
+  WorkFileWriter out(files, "skeleton.csf", WorkFileWriter::Content::Binary);
+  WriteCsf(skeleton.bones, out);
   return out.Finish();
 }
 

@@ -27,7 +27,8 @@ KFbxXMatrix TurnAround(const KFbxXMatrix& m) {
 
 class BoneExtractor {
  public:
-  explicit BoneExtractor(ConversionJob& job) : job_(job), skeleton_(*job.skeleton), scene_(*job.scene) {}
+  BoneExtractor(const ModelSource& model, SkeletonState& skeleton)
+      : model_(model), skeleton_(skeleton), scene_(model.scene) {}
 
   void Extract(const KFbxNode& top) {
     // A list of its own instead of recursion: node trees may be deeper than the call stack.
@@ -39,7 +40,7 @@ class BoneExtractor {
     while (!pending.empty()) {
       auto [node, parent] = pending.back();
       pending.pop_back();
-      if (!node->GetNodeAttribute() && !job_.settings.repairs.openGroups) continue;
+      if (!node->GetNodeAttribute() && !model_.settings.repairs.openGroups) continue;
       if (node->IsSkeleton()) parent = ExtractBone(*node, *parent);
       for (int i = node->GetChildCount(); i-- > 0;) pending.push_back({node->GetChild(i), parent});
     }
@@ -52,7 +53,7 @@ class BoneExtractor {
     BoneNode& bone = AddBone(sceneRoot, skeleton_.bones.Root());
     bone.name = name;
     // The actor turns where it would turn without the new root.
-    if (job_.actorType != ActorType::None) {
+    if (model_.actorType != ActorType::None) {
       skeleton_.actorTurn = TurnAround(BindWorld(firstTop, scene_, skeleton_));
     }
     SetTransforms(bone, skeleton_.actorTurn);
@@ -75,14 +76,14 @@ class BoneExtractor {
   BoneNode* ExtractBone(const KFbxNode& node, BoneNode& parent) {
     if (&parent == &skeleton_.bones.Root() && !parent.children.empty()) {
       // Once in the life of the process, not once in a conversion.
-      job_.status.SendOnce(Notice::SeveralRoots);
+      model_.status.SendOnce(Notice::SeveralRoots);
       return &parent;
     }
     if (!skeleton_.firstBoneNode) skeleton_.firstBoneNode = &node;
     BoneNode& bone = AddBone(node, parent);
     bone.name = SanitizeMeshName(node.GetName());
     KFbxXMatrix m = BoneTransform(node, bone);
-    if (job_.settings.repairs.rigidBones || skeleton_.hasJoiningRoot) {
+    if (model_.settings.repairs.rigidBones || skeleton_.hasJoiningRoot) {
       m = RigidTransform(node, bone);
     } else {
       m.SetT(m.GetT() * skeleton_.rootScale);
@@ -97,8 +98,9 @@ class BoneExtractor {
     const int index = BindPoseIndex(&node, scene_, skeleton_);
     const bool isBound = skeleton_.bindPose && index >= 0;
     KFbxXMatrix m = isBound ? BindMatrix(index, skeleton_) : DefaultTransform(node, bone);
-    if (skeleton_.bindPose && !isBound) job_.status.Send(Notice::BoneNotInBindPose, node.GetName());
-    if (isBound && skeleton_.bindPose->IsLocalMatrix(index)) job_.status.Send(Notice::LocalMatrix, bone.name);
+    if (skeleton_.bindPose && !isBound) model_.status.Send(Notice::BoneNotInBindPose, node.GetName());
+    if (isBound && skeleton_.bindPose->IsLocalMatrix(index))
+      model_.status.Send(Notice::LocalMatrix, bone.name);
     // Looking up the parent may move on to another bind pose, so it comes after the node's own matrix.
     const int parentIndex = isBound ? BindPoseIndex(NodeAbove(node, bone), scene_, skeleton_) : -1;
     if (bone.id == 0) {
@@ -125,7 +127,7 @@ class BoneExtractor {
   /// The node that the bone's transform is relative to. Opened groups between two bones are no bones, so that
   /// their transforms have to be part of the lower one's.
   const KFbxNode* NodeAbove(const KFbxNode& node, const BoneNode& bone) const {
-    if (!job_.settings.repairs.openGroups || bone.id == 0) return node.GetParent();
+    if (!model_.settings.repairs.openGroups || bone.id == 0) return node.GetParent();
     return skeleton_.boneNodes[static_cast<size_t>(bone.parent->id)];
   }
 
@@ -141,7 +143,7 @@ class BoneExtractor {
   /// Bone 0 of an actor is turned up. A root that only the bind pose lacks stays as it lies; its meshes are
   /// turned all the same.
   KFbxXMatrix StandUp(const KFbxXMatrix& m, bool isBound) {
-    if (job_.actorType == ActorType::None) return m;
+    if (model_.actorType == ActorType::None) return m;
     skeleton_.actorTurn = TurnAround(m);
     return isBound || !skeleton_.bindPose ? skeleton_.actorTurn * m : m;
   }
@@ -159,15 +161,15 @@ class BoneExtractor {
 
   void CheckScale(const BoneNode& bone, const KFbxVector4& s) {
     if (s[0] < 0.0 || s[1] < 0.0 || s[2] < 0.0) {
-      job_.status.Send(Notice::MirroredBone, bone.name);
+      model_.status.Send(Notice::MirroredBone, bone.name);
     } else if (std::abs(s[0] - s[1]) > kLargestScaleDifference ||
                std::abs(s[0] - s[2]) > kLargestScaleDifference ||
                std::abs(s[1] - s[2]) > kLargestScaleDifference) {
-      job_.status.Send(Notice::UnevenScale, bone.name);
+      model_.status.Send(Notice::UnevenScale, bone.name);
     }
   }
 
-  ConversionJob& job_;
+  const ModelSource& model_;
   SkeletonState& skeleton_;
   const scene::KFbxScene& scene_;
 };
@@ -184,11 +186,14 @@ scene::KFbxQuaternion EulerToQuaternion(const KFbxVector4& degrees) {
           -(ca * cb * cc + sa * sb * sc)};
 }
 
-void JoinRoots(ConversionJob& job) {
-  const std::vector<const KFbxNode*> tops = FindTopBones(*job.scene, job.settings.repairs.openGroups);
-  if (tops.size() > 1) BoneExtractor(job).AddJoiningRoot(NameForNewRoot(*job.scene), *tops.front());
+void JoinRoots(const ModelSource& model, SkeletonState& skeleton) {
+  const std::vector<const KFbxNode*> tops = FindTopBones(model.scene, model.settings.repairs.openGroups);
+  if (tops.size() < 2) return;
+  BoneExtractor(model, skeleton).AddJoiningRoot(NameForNewRoot(model.scene), *tops.front());
 }
 
-void ExtractBones(const scene::KFbxNode& node, ConversionJob& job) { BoneExtractor(job).Extract(node); }
+void ExtractBones(const scene::KFbxNode& node, const ModelSource& model, SkeletonState& skeleton) {
+  BoneExtractor(model, skeleton).Extract(node);
+}
 
 }  // namespace ts3d

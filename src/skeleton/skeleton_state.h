@@ -35,6 +35,9 @@ struct SkeletonState {
   scene::KFbxXMatrix rootTransform;       ///< world transform of bone 0's node
   scene::KFbxVector4 rootScale{1, 1, 1};  ///< scale of bone 0; multiplies every stored translation
   scene::KFbxXMatrix actorTurn;           ///< model space of the bind pose -> model space of the files
+
+  /// Drops what points into the scene, which goes.
+  void ForgetScene();
 };
 
 }  // namespace ts3d

@@ -41,8 +41,8 @@ std::string DescribePlaces(const std::vector<std::string>& places) {
 }
 
 /// Whether the reader has taken the picture out of the model, into the folder where it is converted.
-bool IsEmbedded(const fs::path& picture, const ts3d::ConversionJob& job) {
-  return picture.string().starts_with(platform::NativePath(job.files.modelDirectory));
+bool IsEmbedded(const fs::path& picture, const ts3d::WorkFiles& files) {
+  return picture.string().starts_with(platform::NativePath(files.modelDirectory));
 }
 
 struct MissingPicture : std::runtime_error {
@@ -53,11 +53,12 @@ struct MissingPicture : std::runtime_error {
 
 /// One texture on its way into the package.
 struct TextureConverter::Request {
-  const ts3d::ConversionJob& job;
+  const ts3d::WorkFiles& files;
+  const scene::KFbxScene& scene;
   std::string source;
   bool exists;
   std::string tgaName = ts3d::TgaName(source);
-  fs::path target = platform::NativePath(job.files.modelDirectory) + tgaName;
+  fs::path target = platform::NativePath(files.modelDirectory) + tgaName;
 
   /// Whether the texture is itself the ".tga" file that the package will hold.
   bool IsTga() const { return ts3d::EqualsIgnoreCase(BaseName(source), tgaName); }
@@ -72,10 +73,11 @@ TextureConverter::TextureConverter(const fs::path& model, int longestSide,
       tooLarge_(tooLarge),
       budget_{tooLarge == TooLarge::Shrink ? kLargestSide : longestSide} {}
 
-bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists) {
+bool TextureConverter::Provide(const ts3d::WorkFiles& files, const scene::KFbxScene& scene,
+                               const std::string& source, bool exists) {
   const auto [answer, isNew] = answers_.try_emplace(source, exists);
   if (!isNew) return answer->second;
-  const Request request{job, source, exists};
+  const Request request{files, scene, source, exists};
   std::string reason;
   bool isMissing = false;
   try {
@@ -90,19 +92,19 @@ bool TextureConverter::Provide(const ts3d::ConversionJob& job, const std::string
     reason = error.what();
   }
   // A reused file that this limit refuses is gone from the job's folder.
-  const bool remains = exists && !request.IsNameless() && ts3d::WorkFileExists(job.files, request.tgaName);
+  const bool remains = exists && !request.IsNameless() && ts3d::WorkFileExists(files, request.tgaName);
   if (remains) reason += "; " + request.tgaName + " beside the model is packed as it is";
   // Embedded pictures were written to a folder that is gone when somebody reads this.
-  const bool isInside = source.starts_with(job.files.modelDirectory);
+  const bool isInside = source.starts_with(files.modelDirectory);
   problems_.push_back(
-      {isInside ? source.substr(job.files.modelDirectory.size()) : source, std::move(reason), isMissing});
+      {isInside ? source.substr(files.modelDirectory.size()) : source, std::move(reason), isMissing});
   return answer->second = remains;
 }
 
 void TextureConverter::Bring(const Request& request) {
   if (request.IsNameless()) throw std::runtime_error("names no file");
   if (!ts3d::IsPlainFileName(request.tgaName) || !ts3d::LowerCase(request.tgaName).ends_with(".tga") ||
-      platform::IsSameFile(request.target.string(), request.job.files.inputPath)) {
+      platform::IsSameFile(request.target.string(), request.files.inputPath)) {
     throw std::runtime_error("has a name that cannot be used for a .tga file");
   }
   if (request.exists && request.IsTga() && !IsWrittenByUs(request.target)) {
@@ -110,7 +112,7 @@ void TextureConverter::Bring(const Request& request) {
     inputs_.insert(finder_.Folder() / request.tgaName);
     return CheckOwn(request);
   }
-  const TextureSearch search = FindPicture(request.job, request.source);
+  const TextureSearch search = FindPicture(request.scene, request.source);
   if (search.found.empty()) {
     inputs_.insert(search.places.begin(), search.places.end());
     if (request.exists) return CheckReused(request);
@@ -123,24 +125,24 @@ void TextureConverter::Bring(const Request& request) {
   }
   ConvertOrEmbedded(request, search.found);
   pictures_[request.tgaName] = search.found;
-  if (IsEmbedded(search.found, request.job)) return;
+  if (IsEmbedded(search.found, request.files)) return;
   inputs_.insert(search.found);
   if (finder_.IsOutside(search.found)) outside_.insert(search.found.lexically_normal().string());
 }
 
-std::set<fs::path> TextureConverter::FindInputs(const ts3d::ConversionJob& job) {
+std::set<fs::path> TextureConverter::FindInputs(const ts3d::WorkFiles& files, const scene::KFbxScene& scene) {
   std::set<fs::path> inputs;
-  job.scene->ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
-    const TextureSearch search = FindPicture(job, texture.GetFileName());
-    if (!search.found.empty() && !IsEmbedded(search.found, job)) inputs.insert(search.found);
+  scene.ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
+    const TextureSearch search = FindPicture(scene, texture.GetFileName());
+    if (!search.found.empty() && !IsEmbedded(search.found, files)) inputs.insert(search.found);
   });
   return inputs;
 }
 
 /// Looks for the picture `source`. One that is embedded, and was taken out to `source`, comes last.
-TextureSearch TextureConverter::FindPicture(const ts3d::ConversionJob& job, const std::string& source) {
+TextureSearch TextureConverter::FindPicture(const scene::KFbxScene& scene, const std::string& source) {
   if (textures_.empty()) {
-    job.scene->ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
+    scene.ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture& texture) {
       // One with a name relative to the model beside it is preferred.
       const scene::KFbxTexture*& named = textures_[texture.GetFileName()];
       if (!named || named->GetRelativeFileName().empty()) named = &texture;
@@ -163,8 +165,8 @@ void TextureConverter::ConvertOrEmbedded(const Request& request, const fs::path&
   } catch (const std::runtime_error& error) {
     const fs::path embedded = platform::NativePath(request.source);
     std::error_code failed;
-    if (!request.source.starts_with(request.job.files.modelDirectory) ||
-        !fs::is_regular_file(embedded, failed) || IsSamePath(embedded, picture)) {
+    if (!request.source.starts_with(request.files.modelDirectory) || !fs::is_regular_file(embedded, failed) ||
+        IsSamePath(embedded, picture)) {
       throw;
     }
     Convert(request, embedded);

@@ -9,14 +9,15 @@
 #include <string_view>
 #include <vector>
 
-#include "core/conversion_job.h"
+#include "core/work_files.h"
 #include "textures/image.h"
 #include "textures/picture_budget.h"
 #include "textures/texture_search.h"
 
 namespace scene {
+class KFbxScene;
 class KFbxTexture;
-}
+}  // namespace scene
 
 namespace textures {
 
@@ -32,7 +33,7 @@ inline constexpr int kDefaultLongestSide = 8192;
 /// What becomes of pictures that are larger than allowed.
 enum class TooLarge { LeaveOut, Shrink };
 
-/// Finds the pictures that a conversion asks for and writes them as ".tga" files into the job's folder. One
+/// Finds the pictures that a conversion asks for and writes them as ".tga" files into the folder of the conversion. One
 /// converter serves one conversion.
 class TextureConverter {
  public:
@@ -45,20 +46,21 @@ class TextureConverter {
   /// Called with each picture before it is converted.
   std::function<void(const std::filesystem::path& picture)> onConvert;
 
-  /// Answers the job's texture callback. Never throws; a texture that fails is told of once, as a problem. A
+  /// Answers a conversion's texture callback. Never throws; a texture that fails is told of once, as a problem. A
   /// file that is somebody's work is never written over.
   /// @param source the picture's path as the model gives it
-  /// @param exists whether the job's folder holds the ".tga" file already
+  /// @param exists whether the model's folder holds the ".tga" file already
   /// @return whether it does now
-  bool Provide(const ts3d::ConversionJob& job, const std::string& source, bool exists);
+  bool Provide(const ts3d::WorkFiles& files, const scene::KFbxScene& scene, const std::string& source,
+               bool exists);
 
   const std::vector<TextureProblem>& Problems() const { return problems_; }
   /// Names of the ".tga" files that are smaller than their pictures: for this conversion alone.
   const std::set<std::string>& Shrunk() const { return shrunk_; }
   /// Files that the pictures come from and, for those that are missing, the paths where they would be found.
   const std::set<std::filesystem::path>& Inputs() const { return inputs_; }
-  /// Files that the pictures of the job's scene, which is loaded, would come from; embedded ones have none.
-  std::set<std::filesystem::path> FindInputs(const ts3d::ConversionJob& job);
+  /// Files that the pictures of `scene` would come from; embedded ones have none.
+  std::set<std::filesystem::path> FindInputs(const ts3d::WorkFiles& files, const scene::KFbxScene& scene);
   /// Paths of the pictures used that lie outside the model's folder and those below it.
   const std::set<std::string>& OutsidePictures() const { return outside_; }
 
@@ -73,7 +75,7 @@ class TextureConverter {
   };
 
   void Bring(const Request& request);
-  TextureSearch FindPicture(const ts3d::ConversionJob& job, const std::string& source);
+  TextureSearch FindPicture(const scene::KFbxScene& scene, const std::string& source);
   void CheckOwn(const Request& request);
   void CheckReused(const Request& request);
   Image ReadPicture(const std::filesystem::path& picture);

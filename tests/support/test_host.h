@@ -37,10 +37,7 @@ class TestHost {
   explicit TestHost(const Character& model) : TestHost() {
     EXPECT_EQ(Convert(model.Text()), ts3d::ConversionResult::Success);
   }
-  ~TestHost() {
-    ts3d::DestroySdkObjects(job.sdkManager);
-    std::filesystem::current_path(before_);
-  }
+  ~TestHost() { std::filesystem::current_path(before_); }
   TestHost(const TestHost&) = delete;
   TestHost& operator=(const TestHost&) = delete;
 

@@ -43,6 +43,13 @@ class KFbxScene : public KFbxObject {
     }
   }
 
+  template <typename T, typename Visit>
+  void ForEach(Visit visit) const {
+    for (const auto& object : objects_) {
+      if (const auto* found = dynamic_cast<const T*>(object.get())) visit(*found);
+    }
+  }
+
   // For whoever builds a scene.
   template <typename T, typename... Args>
   T& Create(Args&&... args) {

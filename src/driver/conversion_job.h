@@ -11,27 +11,19 @@
 #include "core/settings.h"
 #include "core/status_channel.h"
 #include "core/work_files.h"
+#include "driver/scene_loader.h"
 #include "fbx_to_ts3d.h"
-
-namespace scene {
-class KFbxMesh;
-class KFbxNode;
-class KFbxScene;
-class KFbxSdkManager;
-}  // namespace scene
+#include "skeleton/model_source.h"
+#include "skeleton/skeleton_state.h"
 
 namespace ts3d {
 
 struct ConvertedMesh;
-struct SkeletonState;
-
-/// Which human actor a model is; chosen from its path. The numbers are part of the host's interface.
-enum class ActorType : int32_t { None = 0, Male = 1, Female = 2, Boy = 3, Girl = 4, Teenager = 5, Baby = 6 };
 
 /// First thread identifier of the per-mesh materials, just above the fixed "body" thread.
 inline constexpr int32_t kFirstThreadId = 151;
 
-/// Everything one conversion knows about itself. Plain data, passed by reference to whatever needs it; the
+/// Everything one conversion knows about itself. The folders below the driver get the parts that they need. The
 /// one process-wide instance lives behind the exported functions, because the final settings of a model build
 /// on the values that its conversion left.
 struct ConversionJob {
@@ -64,15 +56,14 @@ struct ConversionJob {
   WorkFiles files;
   bool isFbxFile = true;
   ActorType actorType = ActorType::None;
-  scene::KFbxSdkManager* sdkManager = nullptr;
-  scene::KFbxScene* scene = nullptr;
-  scene::KFbxNode* sceneRoot = nullptr;
-  const scene::KFbxNode* textureErrorNode =
-      nullptr;  ///< the one mesh node that reports lost texture coordinates
-  bool materialReferenceReported = false;
+  LoadedScene loaded;
   int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running
   std::string loadError;           ///< why a model could not be loaded, unless it was printed
   std::string_view failureReason;  ///< why a run ended that an exception ended
+
+  MeshFilter Filter() const { return {settings.exclusionList, actorType}; }
+  /// The scene must be loaded.
+  ModelSource Model() const { return {loaded.Scene(), settings, status, actorType, isFbxFile}; }
 };
 
 }  // namespace ts3d
