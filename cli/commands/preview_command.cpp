@@ -130,7 +130,8 @@ fs::path ModelOf(const PreviewOptions& options, const std::string& input) {
 }
 
 /// Puts the worst pose of the package's proof into its place.
-void ShowHeat(const PreviewOptions& options, const std::string& input, actor::Actor& actor) {
+/// @return what it is
+std::string ShowHeat(const PreviewOptions& options, const std::string& input, actor::Actor& actor) {
   const fs::path model = fs::absolute(ModelOf(options, input));
   prove::Proof proof;
   prove::HeatMap heat;
@@ -140,8 +141,11 @@ void ShowHeat(const PreviewOptions& options, const std::string& input, actor::Ac
   if (heat.meshes.empty()) throw Failure(kUnreadable, "package and model have no mesh in common");
   actor = preview::HeatActor(actor, heat, preview::FindStand(preview::Drawable(actor), options.Up()),
                              proof.diagonal);
-  std::printf("%s: pose \"%s\": left the model, right the package, whose vertices are off by up to %s\n",
-              Printable(input).c_str(), heat.pose.c_str(), ErrorText(proof.worst.error).c_str());
+  const std::string caption = "pose \"" + heat.pose +
+                              "\": left the model, right the package, whose vertices are off by up to " +
+                              ErrorText(proof.worst.error);
+  std::printf("%s: %s\n", Printable(input).c_str(), caption.c_str());
+  return caption;
 }
 
 /// Files that get to their places together, when all of them are written.
@@ -198,9 +202,8 @@ void WritePictures(const PreviewOptions& options, const actor::Actor& actor, con
   files.TakePlaces();
 }
 
-void WritePage(const PreviewOptions& options, const actor::Actor& actor, const std::string& input,
+void WritePage(const PreviewOptions& options, const actor::Actor& actor, const std::string& title,
                const fs::path& output, Messages& messages) {
-  const std::string title = fs::path(input).filename().string();
   FileGroup files;
   files.Write(output, preview::WritePage(actor, title, PngEncoder(messages), options.UpToDraw()));
   files.TakePlaces();
@@ -210,12 +213,13 @@ void WritePage(const PreviewOptions& options, const actor::Actor& actor, const s
 void PreviewOne(const PreviewOptions& options, const std::string& input, const fs::path& output,
                 Messages& messages) {
   actor::Actor actor = LoadInput(input, options, messages);
-  if (options.heatMap) ShowHeat(options, input, actor);
+  std::string title = fs::path(input).filename().string();
+  if (options.heatMap) title += ": " + ShowHeat(options, input, actor);
   std::error_code failed;
   if (!options.HasFile() && output.has_parent_path()) fs::create_directories(output.parent_path(), failed);
   try {
     if (options.WantsPage()) {
-      WritePage(options, actor, input, output, messages);
+      WritePage(options, actor, title, output, messages);
     } else {
       WritePictures(options, actor, output, messages);
     }
