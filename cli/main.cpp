@@ -4,7 +4,6 @@
 #endif
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -106,7 +105,7 @@ int main(int argc, char** argv) {
   KeepFreedMemory();
   platform::OpenStandardStreams();
   try {
-    const int status = Run({argv + std::min(argc, 1), argv + argc});
+    const int status = Run(platform::CommandLineWords(argc, argv));
     if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
     cli::PrintMessage("", cli::Severity::Error, "the output cannot be written");
     return status == 0 ? cli::kOutputFailed : status;

@@ -63,8 +63,8 @@ enum FbxToTs3dResult {
  *
  *  - Converters are independent of each other: each may run in a thread of its own. Calls of one converter from
  *    several threads wait for each other.
- *  - Paths are UTF-8, with slashes or backslashes, relative to the current directory or absolute. On Windows they may
- *    only hold what the system's code page has. Other texts are the bytes that models have, mostly UTF-8.
+ *  - Paths are UTF-8, with slashes or backslashes, relative to the current directory or absolute. They may hold
+ *    any letters and be of any length. Other texts are the bytes that models have, mostly UTF-8.
  *  - Nothing is written beside the model but the package: work files live in a temporary folder. Standard input and
  *    output are not touched, plug-ins not loaded, the process never ended.
  *  - Structs begin with their size, which the host sets (`options.size = sizeof options`); everything else may be

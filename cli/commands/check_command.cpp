@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 #include "convert/rename_preset.h"
@@ -14,6 +13,7 @@
 #include "host/input_problem.h"
 #include "output/check_output.h"
 #include "output/exit_codes.h"
+#include "platform/file_system.h"
 #include "proof/prove_conversion.h"
 #include "proof/prove_repairs.h"
 #include "rig_check/check_rig.h"
@@ -21,7 +21,7 @@
 #include "settings/model_settings.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// What "fbx2czp check" was asked for.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "commands/command.h"
 
-#include <filesystem>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -10,6 +9,7 @@
 #include "convert/choice_names.h"
 #include "convert/rename_preset.h"
 #include "output/exit_codes.h"
+#include "platform/file_system.h"
 
 namespace cli {
 namespace {
@@ -127,7 +127,7 @@ void AddStrict(CLI::App& command, bool& strict) {
 void RequireFolders(const std::vector<std::string>& folders) {
   for (const std::string& folder : folders) {
     std::error_code unknown;
-    if (!std::filesystem::is_directory(folder, unknown))
+    if (!platform::fs::is_directory(folder, unknown))
       throw Failure(kNoInput, folder + ": there is no such folder");
   }
 }

@@ -2,14 +2,14 @@
 #include "commands/command_line.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "core/names.h"
 #include "core/similar_names.h"
 #include "host/find_models.h"
+#include "platform/file_system.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 bool IsOption(const std::string& word) { return word.size() > 1 && word.front() == '-'; }

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -23,6 +22,7 @@
 #include "host/source_date.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
+#include "platform/file_system.h"
 #include "platform/process.h"
 #include "textures/image_reader.h"
 
@@ -61,7 +61,7 @@ int StatusOf(const std::vector<ModelResult>& results, bool isStrict, size_t othe
 
 /// A report must not take the place of what it reports on, nor be refused when all the work is done.
 void CheckReportPath(const std::string& report, const std::vector<ModelTask>& tasks) {
-  namespace fs = std::filesystem;
+  namespace fs = platform::fs;
   if (report.empty() || report == kStandardOutput) return;
   std::error_code failed;
   const fs::file_status status = fs::status(report, failed);

@@ -2,7 +2,6 @@
 #include "commands/diff_command.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 #include "core/names.h"
@@ -12,11 +11,12 @@
 #include "output/exit_codes.h"
 #include "output/package_pictures.h"
 #include "output/terminal.h"
+#include "platform/file_system.h"
 #include "preview/picture.h"
 #include "preview/side_by_side.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 struct DiffOptions {

@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -20,11 +19,12 @@
 #include "output/exit_codes.h"
 #include "output/package_pictures.h"
 #include "output/terminal.h"
+#include "platform/file_system.h"
 #include "preview/model.h"
 #include "preview/stand.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 bool IsExportFile(const fs::path& path) {

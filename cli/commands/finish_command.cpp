@@ -3,7 +3,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 #include "actor/skeleton_reader.h"
@@ -22,10 +21,11 @@
 #include "output/status_printer.h"
 #include "output/terminal.h"
 #include "package/read_member.h"
+#include "platform/file_system.h"
 #include "platform/files.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 constexpr const char* kFinishExamples =

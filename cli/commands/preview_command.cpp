@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <list>
 #include <map>
 #include <memory>
@@ -23,6 +22,7 @@
 #include "output/exit_codes.h"
 #include "output/package_pictures.h"
 #include "output/terminal.h"
+#include "platform/file_system.h"
 #include "platform/replacement.h"
 #include "preview/canvas.h"
 #include "preview/heat_actor.h"
@@ -34,7 +34,7 @@
 #include "settings/model_settings.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 constexpr const char* kPreviewExamples =

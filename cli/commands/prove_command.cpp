@@ -2,7 +2,6 @@
 #include "commands/prove_command.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 #include "core/names.h"
@@ -10,11 +9,12 @@
 #include "output/exit_codes.h"
 #include "output/prove_output.h"
 #include "output/terminal.h"
+#include "platform/file_system.h"
 #include "proof/certificate.h"
 #include "settings/model_settings.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 struct ProveOptions {

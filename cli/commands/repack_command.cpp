@@ -4,7 +4,6 @@
 #include <minizip/zip.h>
 
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -19,11 +18,13 @@
 #include "host/source_date.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
+#include "package/archive_files.h"
 #include "package/deflate_member.h"
+#include "platform/file_system.h"
 #include "platform/replacement.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 void Check(int result, const char* what) {
@@ -121,7 +122,8 @@ void DeflateMember(unzFile from, const std::string& name, const ts3d::MemberDefl
 /// @return how many members were dropped
 size_t Repack(const CheckedPackage& package, const std::string& newPath,
               const ts3d::MemberDeflater* deflater) {
-  zipFile to = zipOpen64(newPath.c_str(), APPEND_STATUS_CREATE);
+  zlib_filefunc64_def files = ts3d::ArchiveFiles();
+  zipFile to = zipOpen2_64(newPath.c_str(), APPEND_STATUS_CREATE, nullptr, &files);
   if (!to) throw std::runtime_error("the new package cannot be written");
   size_t dropped = 0;
   try {

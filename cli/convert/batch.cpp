@@ -12,6 +12,7 @@
 #include "convert/made_with.h"
 #include "convert/message_groups.h"
 #include "convert/result_messages.h"
+#include "core/names.h"
 #include "host/child_process.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
@@ -22,7 +23,7 @@
 #include "settings/model_settings.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -145,7 +146,8 @@ class Batch {
       return true;
     }
     std::error_code unknown;
-    const fs::path package = fs::weakly_canonical(task.folder, unknown) / task.Package().filename();
+    fs::path package = fs::weakly_canonical(task.folder, unknown) / task.Package().filename();
+    if (IgnoresCase(task.model)) package = ts3d::LowerCase(package.string());
     if (packages_.emplace(package, index).first->second != index) {
       Fail(index, kUsageError,
            "another model of this command line makes the same package, " + task.Package().string());
@@ -173,16 +175,9 @@ class Batch {
   }
 
   static std::optional<InputProblem> Refusal(const ModelTask& task) {
-    constexpr bool kIsWindows = fs::path::preferred_separator == '\\';
-    const std::string path = task.model.string();
     if (HasBackslashInName(task.model)) {
       return InputProblem{kUnreadable,
                           "a path with a backslash cannot be converted; rename the file or its folder"};
-    }
-    if (kIsWindows && std::any_of(path.begin(), path.end(), [](char c) { return (c & 0x80) != 0; })) {
-      return InputProblem{
-          kUnreadable,
-          "on Windows the path may only hold plain Latin letters; rename the file or its folder"};
     }
     return FindInputProblem(task.model);
   }

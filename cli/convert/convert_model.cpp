@@ -33,7 +33,7 @@
 #include "textures/tga_file.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
@@ -71,7 +71,7 @@ int Convert(const ModelTask& task, const WorkFolder& work, ts3d::ConversionReque
 
 /// Applies the final settings to what a conversion has just written.
 int Finish(const WorkFolder& work, FinishSettings settings, ts3d::ConversionJob& job, ModelResult& result) {
-  std::ifstream file(WithExtension(work.Model(), "xfg"), std::ios::binary);
+  std::ifstream file(platform::ForStream(WithExtension(work.Model(), "xfg")), std::ios::binary);
   const std::string document = ts3d::WithLineFeeds({std::istreambuf_iterator<char>(file), {}});
   std::vector<std::string> bones;
   for (const ts3d::BoneNode* bone : job.skeleton->bones.PreOrder()) bones.push_back(bone->name);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -11,17 +10,18 @@
 #include "convert/model_result.h"
 #include "finish/finish_settings.h"
 #include "host/host_paths.h"
+#include "platform/file_system.h"
 
 namespace cli {
 
 /// One model of a command line.
 struct ModelTask {
-  std::string name;              ///< as the user wrote it
-  std::filesystem::path model;   ///< absolute
-  std::filesystem::path folder;  ///< where package and document go; absolute
-  std::string stem = {};         ///< of the names of both; empty: the model's
+  std::string name;           ///< as the user wrote it
+  platform::fs::path model;   ///< absolute
+  platform::fs::path folder;  ///< where package and document go; absolute
+  std::string stem = {};      ///< of the names of both; empty: the model's
 
-  std::filesystem::path Package() const;
+  platform::fs::path Package() const;
   /// What the model is called in its work folder.
   std::string NameInWork() const;
 };
@@ -35,7 +35,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
 /// Moves a converted model's document and package from `work` to where they belong.
 /// @param shrunkPictures  files that do not stay for the next conversion
 /// @return the names of the files beside the package
-/// @throws std::filesystem::filesystem_error when that fails, or the package is not there afterwards
+/// @throws platform::fs::filesystem_error when that fails, or the package is not there afterwards
 std::vector<std::string> Publish(const ModelTask& task, const WorkFolder& work,
                                  const std::vector<std::string>& shrunkPictures);
 

@@ -3,7 +3,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -11,11 +10,12 @@
 #include "core/work_files.h"
 #include "host/replace_files.h"
 #include "output/exit_codes.h"
+#include "platform/file_system.h"
 #include "platform/replacement.h"
 #include "rig_check/report_json.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 constexpr int kReportVersion = 2;
@@ -34,7 +34,7 @@ bool WriteText(const std::string& path, const std::string& text) {
   std::error_code unknown;
   const fs::file_status target = fs::status(path, unknown);
   if (fs::exists(target) && !fs::is_regular_file(target)) {
-    std::ofstream file(path, std::ios::binary);
+    std::ofstream file(platform::ForStream(path), std::ios::binary);
     return static_cast<bool>(file << text << std::flush);
   }
   platform::Replacement report(path);

@@ -10,7 +10,7 @@
 #include "package/read_member.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 constexpr std::array<std::string_view, 5> kOurEndings = {".tga", ".csf", ".xfg", ".cmf", ".xrf"};

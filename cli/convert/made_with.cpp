@@ -12,7 +12,7 @@
 #include "prove/sha256.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// Options that decide what a package holds. Files with settings have a date.
@@ -30,7 +30,7 @@ std::string HashOf(std::string_view bytes) {
 }
 
 std::string WholeFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(platform::ForStream(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -7,7 +7,7 @@
 #include "settings/settings_places.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 
 std::set<fs::path> FixedInputs(const ModelTask& task, const ConvertOptions& options) {
   std::set<fs::path> inputs{task.model};

@@ -18,7 +18,7 @@
 #include "output/terminal.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// Size and time of each file; nothing for one that is not there. Looking at them now and then works everywhere,
@@ -74,7 +74,9 @@ class Watcher {
   size_t Count() const { return watched_.size(); }
 
  private:
-  std::vector<ModelTask> Find() const try { return FindModels(options_); } catch (const std::exception&) {
+  std::vector<ModelTask> Find() const try {
+    return FindModels(options_, Unread::LeaveOut);
+  } catch (const std::exception&) {
     return {};
   }
 

@@ -71,10 +71,10 @@ void RecoverNumbers(std::string_view latest, FinishSettings& settings) {
 
 }  // namespace
 
-FinishHistory ReadFinishHistory(const std::filesystem::path& package, const std::string& documentName) {
+FinishHistory ReadFinishHistory(const platform::fs::path& package, const std::string& documentName) {
   FinishHistory history;
   std::error_code unknown;
-  if (!std::filesystem::is_regular_file(package, unknown)) return history;
+  if (!platform::fs::is_regular_file(package, unknown)) return history;
   const std::vector<std::string> documents = ts3d::ReadMembers(package.string(), documentName);
   if (documents.empty()) return history;
   history.latest = ts3d::WithLineFeeds(documents.back());

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 
 #include "finish/finish_settings.h"
+#include "platform/file_system.h"
 
 namespace cli {
 
@@ -17,6 +17,6 @@ struct FinishHistory {
 };
 
 /// Reads it from the documents called `documentName` in the package.
-FinishHistory ReadFinishHistory(const std::filesystem::path& package, const std::string& documentName);
+FinishHistory ReadFinishHistory(const platform::fs::path& package, const std::string& documentName);
 
 }  // namespace cli

@@ -63,7 +63,7 @@ void AddSwitchOff(FinishSettings& settings, const std::string& entry) {
 void ReadFinishSettings(const std::string& path, FinishSettings& settings) {
   if (const auto problem = FindInputProblem(path))
     throw Failure(problem->exitStatus, path + ": " + problem->text);
-  std::ifstream file(path);
+  std::ifstream file(platform::ForStream(path));
   try {
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     AddFinishSettings(Json::parse(text), "the file", settings);

@@ -2,7 +2,6 @@
 #include "host/find_models.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -12,17 +11,21 @@
 
 #include "core/names.h"
 #include "output/exit_codes.h"
+#include "output/terminal.h"
+#include "platform/file_system.h"
+#include "platform/folder_walk.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 bool HasExtension(const fs::path& path, const char* extension) {
   return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
 }
 
-void AddFolder(const std::string& name, const std::string& outputFolder, std::vector<ModelTask>& tasks) {
-  for (const fs::path& path : ModelsBelow(name)) {
+void AddFolder(const std::string& name, const std::string& outputFolder, Unread unread,
+               std::vector<ModelTask>& tasks) {
+  for (const fs::path& path : ModelsBelow(name, unread)) {
     const fs::path model = fs::absolute(path);
     const fs::path folder = outputFolder.empty()
                                 ? model.parent_path()
@@ -31,12 +34,13 @@ void AddFolder(const std::string& name, const std::string& outputFolder, std::ve
   }
 }
 
-std::vector<ModelTask> Find(const std::vector<std::string>& names, const std::string& outputFolder) {
+std::vector<ModelTask> Find(const std::vector<std::string>& names, const std::string& outputFolder,
+                            Unread unread) {
   std::vector<ModelTask> tasks;
   for (const std::string& name : names) {
     std::error_code unknown;
     if (fs::is_directory(name, unknown)) {
-      AddFolder(name, outputFolder, tasks);
+      AddFolder(name, outputFolder, unread, tasks);
       continue;
     }
     const fs::path model = name.empty() ? fs::path() : fs::absolute(name, unknown);
@@ -65,7 +69,7 @@ void KeepFolders(const std::string& base, const std::string& output, size_t firs
 std::string ReadList(const std::string& file) {
   if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
   std::error_code unknown;
-  std::ifstream stream(file, std::ios::binary);
+  std::ifstream stream(platform::ForStream(file), std::ios::binary);
   if (!stream || fs::is_directory(file, unknown)) throw Failure(kNoInput, file + ": the list cannot be read");
   return {std::istreambuf_iterator<char>(stream), {}};
 }
@@ -105,8 +109,8 @@ std::string ModelEndings() {
   return endings;
 }
 
-std::vector<fs::path> ModelsBelow(const std::string& folder) {
-  std::vector<fs::path> models = FilesBelow(folder, IsModelName);
+std::vector<fs::path> ModelsBelow(const std::string& folder, Unread unread) {
+  std::vector<fs::path> models = FilesBelow(folder, IsModelName, unread);
   std::set<fs::path> fbx;
   for (const fs::path& model : models) {
     if (HasExtension(model, kModelExtensions.front())) fbx.insert(fs::path(model).replace_extension());
@@ -123,17 +127,20 @@ std::vector<fs::path> FilesBelow(const std::string& folder, const char* extensio
 }
 
 std::vector<fs::path> FilesBelow(const std::string& folder,
-                                 const std::function<bool(const fs::path&)>& isMeant) {
+                                 const std::function<bool(const fs::path&)>& isMeant, Unread unread) {
+  constexpr int kDeepest = 1000;
   std::vector<fs::path> found;
-  std::error_code failed;
-  // What cannot be looked into is no reason to leave out the rest.
-  fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, failed);
-  if (fs::directory_iterator(folder, failed); failed)
-    throw Failure(kNoInput, folder + ": the folder cannot be looked into: " + failed.message());
-  for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
+  const auto add = [&](const fs::directory_entry& entry) {
     std::error_code unknown;
-    if (isMeant(entry->path()) && entry->is_regular_file(unknown)) found.push_back(entry->path());
-  }
+    if (isMeant(entry.path()) && entry.is_regular_file(unknown)) found.push_back(entry.path());
+    return platform::Walk::On;
+  };
+  // What cannot be looked into is no reason to leave out the rest.
+  platform::WalkFolder(folder, kDeepest, add, [&](const fs::path& part, std::error_code reason) {
+    const std::string text = "the folder cannot be looked into: " + reason.message();
+    if (part == fs::path(folder)) throw Failure(kNoInput, folder + ": " + text);
+    if (unread == Unread::Tell) PrintMessage(part.string(), Severity::Warning, text);
+  });
   std::sort(found.begin(), found.end());
   return found;
 }
@@ -151,14 +158,14 @@ std::vector<std::string> ReadFileList(const std::string& file) {
   return names;
 }
 
-std::vector<ModelTask> FindModels(const ConvertOptions& options) {
+std::vector<ModelTask> FindModels(const ConvertOptions& options, Unread unread) {
   const bool isPackage = IsOnePackage(options.outputFolder);
   const std::string folder = isPackage ? "" : options.outputFolder;
   std::vector<ModelTask> tasks;
-  if (!options.models.empty()) tasks = Find(options.models, folder);
+  if (!options.models.empty()) tasks = Find(options.models, folder, unread);
   const size_t first = options.base.empty() ? tasks.size() : 0;
   for (const std::string& name : options.listed) {
-    for (ModelTask& task : Find({name}, "")) tasks.push_back(std::move(task));
+    for (ModelTask& task : Find({name}, "", unread)) tasks.push_back(std::move(task));
   }
   if (isPackage) {
     if (!tasks.empty()) NameThePackage(options.outputFolder, tasks);
@@ -168,6 +175,8 @@ std::vector<ModelTask> FindModels(const ConvertOptions& options) {
   return tasks;
 }
 
-std::vector<ModelTask> FindModels(const std::vector<std::string>& names) { return Find(names, ""); }
+std::vector<ModelTask> FindModels(const std::vector<std::string>& names) {
+  return Find(names, "", Unread::Tell);
+}
 
 }  // namespace cli

@@ -2,33 +2,37 @@
 #pragma once
 
 #include <array>
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "convert/convert_model.h"
+#include "platform/file_system.h"
 
 namespace cli {
 
+/// What becomes of folders that cannot be looked into, below those that were named.
+enum class Unread { Tell, LeaveOut };
+
 /// All files below `folder` with `extension`, in any letter case, sorted.
 /// @throws Failure when it cannot be looked into
-std::vector<std::filesystem::path> FilesBelow(const std::string& folder, const char* extension);
+std::vector<platform::fs::path> FilesBelow(const std::string& folder, const char* extension);
 /// All files below `folder` whose path `isMeant`, sorted.
 /// @throws Failure when it cannot be looked into
-std::vector<std::filesystem::path> FilesBelow(
-    const std::string& folder, const std::function<bool(const std::filesystem::path&)>& isMeant);
+std::vector<platform::fs::path> FilesBelow(const std::string& folder,
+                                           const std::function<bool(const platform::fs::path&)>& isMeant,
+                                           Unread unread = Unread::Tell);
 
 /// Endings of the models that are read, the one that is preferred first.
 inline constexpr std::array kModelExtensions = {".fbx", ".glb", ".gltf", ".vrm"};
 
 /// Whether a file of this name is taken for a model.
-bool IsModelName(const std::filesystem::path& path);
+bool IsModelName(const platform::fs::path& path);
 /// ".fbx, .glb, ..."
 std::string ModelEndings();
 /// All models below `folder`, sorted. Of the same model in several formats the FBX file counts.
 /// @throws Failure when it cannot be looked into
-std::vector<std::filesystem::path> ModelsBelow(const std::string& folder);
+std::vector<platform::fs::path> ModelsBelow(const std::string& folder, Unread unread = Unread::Tell);
 
 /// The models that the command line names: files as they are, and all models below folders, sorted. Packages go
 /// beside each model.
@@ -40,7 +44,7 @@ std::vector<ModelTask> FindModels(const std::vector<std::string>& names);
 /// keep their folders below the base, which is the current folder unless it is given. That of one model may also be
 /// named, as "name.czp".
 /// @throws Failure as well when a model is not below the base, and when the output cannot be meant
-std::vector<ModelTask> FindModels(const ConvertOptions& options);
+std::vector<ModelTask> FindModels(const ConvertOptions& options, Unread unread = Unread::Tell);
 
 /// The paths in the list `file`, or of standard input for "-": one in a line, or with a zero byte behind each; each once.
 /// @throws Failure when it cannot be read

@@ -8,7 +8,7 @@
 #include "output/exit_codes.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// Whether the files of one package lie in the folder itself.

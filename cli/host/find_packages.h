@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/file_system.h"
+
 namespace cli {
 
 /// One package of a command line.
 struct PackageInput {
-  std::string name;                  ///< as the user wrote it, or below the folder that was named
-  std::filesystem::path fromFolder;  ///< its path below the folder that was named; its name without one
+  std::string name;               ///< as the user wrote it, or below the folder that was named
+  platform::fs::path fromFolder;  ///< its path below the folder that was named; its name without one
 };
 
 /// The packages that the command line names: files as they are, and all ".czp" files below folders, sorted. A
@@ -30,7 +31,7 @@ class OutputPaths {
       : folder_(std::move(folder)), extension_(std::move(extension)) {}
 
   /// @throws Failure when the file of another package has that name
-  std::filesystem::path Of(const PackageInput& input);
+  platform::fs::path Of(const PackageInput& input);
 
  private:
   std::string folder_, extension_;

@@ -2,10 +2,23 @@
 #include "host/host_paths.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 
 bool HasBackslashInName(const fs::path& path) {
   return fs::path::preferred_separator != '\\' && path.string().find('\\') != std::string::npos;
+}
+
+bool IgnoresCase(const fs::path& path) {
+  std::string other = path.filename().string();
+  for (char& c : other) {
+    if (c >= 'a' && c <= 'z') {
+      c = static_cast<char>(c - 'a' + 'A');
+    } else if (c >= 'A' && c <= 'Z') {
+      c = static_cast<char>(c - 'A' + 'a');
+    }
+  }
+  std::error_code failed;
+  return other != path.filename().string() && fs::equivalent(path, path.parent_path() / other, failed);
 }
 
 std::string JoinList(const std::vector<std::string>& entries) {

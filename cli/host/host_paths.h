@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "converter/work_folder.h"
+#include "platform/file_system.h"
 
 namespace cli {
 
@@ -15,7 +15,10 @@ using ts3d::WithExtension;
 using ts3d::WorkFolder;
 
 /// Whether the name of a file or folder in `path` holds a backslash: the converter would split it there.
-bool HasBackslashInName(const std::filesystem::path& path);
+bool HasBackslashInName(const platform::fs::path& path);
+
+/// Whether the file system takes the name of the file `path` in any letter case. Not known where the name has no letters.
+bool IgnoresCase(const platform::fs::path& path);
 
 /// Entries as the converter takes a list: separated by "|".
 std::string JoinList(const std::vector<std::string>& entries);
@@ -23,15 +26,15 @@ std::string JoinList(const std::vector<std::string>& entries);
 /// Makes `folder` the current directory as long as it lives.
 class CurrentFolder {
  public:
-  explicit CurrentFolder(const std::filesystem::path& folder) : before_(std::filesystem::current_path()) {
-    std::filesystem::current_path(folder, failed_);
+  explicit CurrentFolder(const platform::fs::path& folder) : before_(platform::fs::current_path()) {
+    platform::fs::current_path(folder, failed_);
   }
-  ~CurrentFolder() { std::filesystem::current_path(before_, failed_); }
+  ~CurrentFolder() { platform::fs::current_path(before_, failed_); }
   CurrentFolder(const CurrentFolder&) = delete;
   CurrentFolder& operator=(const CurrentFolder&) = delete;
 
  private:
-  std::filesystem::path before_;
+  platform::fs::path before_;
   std::error_code failed_;
 };
 

@@ -13,7 +13,7 @@
 #include "platform/files.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 using namespace std::string_view_literals;

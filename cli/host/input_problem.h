@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
+
+#include "platform/file_system.h"
 
 namespace cli {
 
@@ -15,11 +16,11 @@ struct InputProblem {
 
 /// What can be told without reading the input: it is not there, may not be read, is empty or no file.
 /// @param takesFolders  whether a folder will do
-std::optional<InputProblem> FindInputProblem(const std::filesystem::path& path, bool takesFolders = false);
+std::optional<InputProblem> FindInputProblem(const platform::fs::path& path, bool takesFolders = false);
 
 /// What a file is that turned out to be no model or no package, and what to do about it, by its first bytes:
 /// a Git LFS pointer, another program's model, an archive. Empty when that cannot be told.
-std::string RecogniseModel(const std::filesystem::path& path);
-std::string RecognisePackage(const std::filesystem::path& path);
+std::string RecogniseModel(const platform::fs::path& path);
+std::string RecognisePackage(const platform::fs::path& path);
 
 }  // namespace cli

@@ -7,7 +7,7 @@
 
 namespace cli {
 
-void LoadPackage(const std::filesystem::path& path, actor::Actor& actor, Messages& messages) {
+void LoadPackage(const platform::fs::path& path, actor::Actor& actor, Messages& messages) {
   if (const auto problem = FindInputProblem(path, true)) throw Failure(problem->exitStatus, problem->text);
   actor::Findings findings;
   std::string error;

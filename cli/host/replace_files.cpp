@@ -12,7 +12,7 @@
 #include "platform/replacement.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// Removes its files when it goes.

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "export/export_model.h"
+#include "platform/file_system.h"
 
 namespace cli {
 
@@ -17,6 +17,6 @@ std::string WhyNotWritten(const std::string& name, int error);
 /// each is complete, under their own, in their order.
 /// @throws Failure with the reason when one cannot be written; then no file is left that was not
 /// there before, and none is gone. A name that is a folder's is found before anything is written.
-void ReplaceFiles(const std::filesystem::path& folder, const std::vector<actor::ExportedFile>& files);
+void ReplaceFiles(const platform::fs::path& folder, const std::vector<actor::ExportedFile>& files);
 
 }  // namespace cli

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "platform/file_system.h"
 #include "rig_check/rig_report.h"
 
 namespace cli {

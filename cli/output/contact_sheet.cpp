@@ -25,7 +25,7 @@ std::string Escaped(std::string_view text) {
 }
 
 /// A path as the address of a link: whatever has a meaning there is written as its number.
-std::string Address(const std::filesystem::path& path) {
+std::string Address(const platform::fs::path& path) {
   constexpr std::string_view kSpecial = "%#?\"<>\\ :";
   constexpr char kDigits[] = "0123456789ABCDEF";
   std::string address;

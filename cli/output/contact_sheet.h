@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
+
+#include "platform/file_system.h"
 
 namespace cli {
 
 /// A picture on a contact sheet.
 struct SheetEntry {
   std::string title;
-  std::filesystem::path picture;  ///< below the folder of the sheet
+  platform::fs::path picture;  ///< below the folder of the sheet
 };
 
 /// A page for any browser that shows all pictures with their titles.

@@ -15,7 +15,7 @@
 #include "rig_check/report_json.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 using CertificateJson = nlohmann::ordered_json;
@@ -31,7 +31,7 @@ constexpr uintmax_t kLargestCertificate = 64 << 20;
 constexpr double kSameError = 0.1 * prove::kLimit;
 
 Fingerprint FingerprintOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(platform::ForStream(path), std::ios::binary);
   prove::Sha256 hash;
   uint64_t size = 0;
   std::vector<char> buffer(1 << 16);
@@ -59,7 +59,7 @@ CertificateJson ReadCertificate(const fs::path& path) {
   if (!fs::is_regular_file(path, failed)) throw Failure(kNoInput, path.string() + ": there is no such file");
   if (fs::file_size(path, failed) > kLargestCertificate || failed)
     throw Failure(kUnreadable, path.string() + ": too large for a certificate");
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(platform::ForStream(path), std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   return CertificateJson::parse(text, nullptr, false);
 }

@@ -28,13 +28,13 @@ std::string CostOfInfluences(const prove::Proof& proof) {
 
 }  // namespace
 
-std::string CostOfInfluences(const std::filesystem::path& model, const ConvertOptions& options) {
+std::string CostOfInfluences(const platform::fs::path& model, const ConvertOptions& options) {
   const ProvenModel proven =
       ProveModelFile({}, model, {}, {.poses = kCostPoses, .mostInfluences = options.mostInfluences}, options);
   return proven.error.empty() ? CostOfInfluences(proven.proof) : std::string();
 }
 
-void ProveConversion(const std::filesystem::path& model, const std::filesystem::path& package,
+void ProveConversion(const platform::fs::path& model, const platform::fs::path& package,
                      const ConvertOptions& options, ModelResult& result) {
   const auto note = [&](const char* code, std::string text) {
     result.notes.push_back({code, ts3d::Severity::Note, ts3d::Subject::File, {}, std::move(text), {}});

@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <string>
 
 #include "convert/convert_options.h"
 #include "convert/model_result.h"
+#include "platform/file_system.h"
 
 namespace cli {
 
 /// What --max-influences costs a model, as a clause; empty when it cannot be compared.
 /// @param model  absolute
-std::string CostOfInfluences(const std::filesystem::path& model, const ConvertOptions& options);
+std::string CostOfInfluences(const platform::fs::path& model, const ConvertOptions& options);
 
 /// Compares the package that `result` is about with its model, and adds to its faults and notes what came out:
 /// what --max-influences costs and, with --prove, everything.
-void ProveConversion(const std::filesystem::path& model, const std::filesystem::path& package,
+void ProveConversion(const platform::fs::path& model, const platform::fs::path& package,
                      const ConvertOptions& options, ModelResult& result);
 
 }  // namespace cli

@@ -13,7 +13,7 @@
 #include "proof/prove_repairs.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// @return code of FbxToTs3dResult

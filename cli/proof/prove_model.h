@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <string>
 
 #include "convert/convert_options.h"
+#include "platform/file_system.h"
 #include "prove/prove.h"
 
 namespace cli {
@@ -28,14 +28,14 @@ std::string ErrorText(double error);
 /// @param error  gets why that failed
 /// @return the package, of which no one has a file
 /// @throws std::bad_alloc
-std::string ConvertInMemory(const std::filesystem::path& model, const ConvertOptions& options,
+std::string ConvertInMemory(const platform::fs::path& model, const ConvertOptions& options,
                             std::string& error);
 
 /// Compares the model with `package`; no `package`: with the one that it is converted into in memory.
 /// @param model  absolute
 /// @param convert  what it is converted with
-ProvenModel ProveModelFile(const std::string& name, const std::filesystem::path& model,
-                           const std::filesystem::path& package, const prove::ProofOptions& options,
+ProvenModel ProveModelFile(const std::string& name, const platform::fs::path& model,
+                           const platform::fs::path& package, const prove::ProofOptions& options,
                            const ConvertOptions& convert = {});
 
 }  // namespace cli

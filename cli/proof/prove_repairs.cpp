@@ -16,7 +16,7 @@
 #include "scene/model/scene.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// Beside bind pose and present pose. What a repair is about shows in all of them.

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 #include <string>
 
 #include "convert/convert_options.h"
+#include "platform/file_system.h"
 #include "rig_check/choose_repairs.h"
 
 namespace cli {
@@ -32,11 +32,11 @@ struct ProvenRepairs {
 /// those that leave the surface in the bind pose where it is.
 /// @param model  absolute path of that model
 /// @param options  what else it is converted with
-ProvenRepairs ChooseRepairsByProof(const ts3d::ConversionJob& loaded, const std::filesystem::path& model,
+ProvenRepairs ChooseRepairsByProof(const ts3d::ConversionJob& loaded, const platform::fs::path& model,
                                    const ConvertOptions& options);
 
 /// The same for a model that is not loaded yet; none when it cannot be.
-std::optional<ProvenRepairs> ProveRepairs(const std::filesystem::path& model, const ConvertOptions& options);
+std::optional<ProvenRepairs> ProveRepairs(const platform::fs::path& model, const ConvertOptions& options);
 
 /// What the repairs change, in words; empty where nothing was proven or nothing is wrong.
 std::string RepairErrors(const ProvenRepairs& repairs);

@@ -12,7 +12,7 @@
 #include "textures/image_reader.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 struct Place {

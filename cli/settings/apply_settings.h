@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "convert/convert_options.h"
 #include "finish/finish_settings.h"
+#include "platform/file_system.h"
 #include "settings/settings_file.h"
 
 namespace cli {
@@ -27,7 +27,7 @@ struct ModelOptions {
 /// Applies a setting. What the command line says (`ConvertOptions::given`) stays; lists add up.
 /// @param folder  of the settings file, which folders in it are relative to
 /// @throws std::runtime_error when the value is none for its key
-void ApplySetting(const Setting& setting, const std::filesystem::path& folder, ModelOptions& target);
+void ApplySetting(const Setting& setting, const platform::fs::path& folder, ModelOptions& target);
 
 /// Throws as ApplySetting does.
 void CheckSetting(const Setting& setting);

@@ -9,7 +9,7 @@
 #include "settings/settings_places.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 
 std::optional<SettingsFile> FindSettings(const fs::path& model, const ConvertOptions& options) {
   const std::vector<fs::path> inputs = SettingsPlaces(model, options);

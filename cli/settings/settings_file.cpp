@@ -11,7 +11,7 @@
 #include "settings/json_fields.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 using Json = nlohmann::ordered_json;
@@ -64,7 +64,7 @@ bool FitsPattern(std::string_view pattern, std::string_view text) {
 }
 
 SettingsFile::SettingsFile(const fs::path& path) : path_(fs::absolute(path)) {
-  std::ifstream file(path);
+  std::ifstream file(platform::ForStream(path));
   if (!file) throw std::runtime_error(path.string() + ": cannot be read");
   try {
     const std::string text{std::istreambuf_iterator<char>(file), {}};

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/file_system.h"
 
 namespace cli {
 
@@ -21,17 +22,17 @@ struct Setting {
 class SettingsFile {
  public:
   /// @throws std::runtime_error when it cannot be read, or holds what nobody would read
-  explicit SettingsFile(const std::filesystem::path& path);
+  explicit SettingsFile(const platform::fs::path& path);
 
-  const std::filesystem::path& Path() const { return path_; }
+  const platform::fs::path& Path() const { return path_; }
   /// What holds for the model: the settings for all models, then those of each section that its name fits, in file
   /// order. Lists add up; of others the last counts.
-  std::vector<Setting> SettingsOf(const std::filesystem::path& model) const;
+  std::vector<Setting> SettingsOf(const platform::fs::path& model) const;
 
  private:
-  bool Fits(const std::string& pattern, const std::filesystem::path& model) const;
+  bool Fits(const std::string& pattern, const platform::fs::path& model) const;
 
-  std::filesystem::path path_;
+  platform::fs::path path_;
   std::shared_ptr<const nlohmann::ordered_json> json_;
 };
 

@@ -2,7 +2,7 @@
 #include "settings/settings_places.h"
 
 namespace cli {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 
 std::vector<fs::path> SettingsPlaces(const fs::path& model, const ConvertOptions& options) {
   if (!options.takesSettings) return {};

@@ -2,13 +2,13 @@
 #include "actor/package_contents.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "core/names.h"
+#include "platform/file_system.h"
 #include "platform/files.h"
 
 namespace actor {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// The files of the folder `path`, by name.

@@ -12,7 +12,7 @@
 #include "textures/texture_search.h"
 
 namespace ts3d {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 std::string Joined(const std::vector<std::string>& places) {

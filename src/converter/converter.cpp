@@ -19,7 +19,7 @@
 #include "rig_check/rig_faults.h"
 
 namespace ts3d {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// Ends a run from inside a callback. No std::exception, so that nothing on the way takes it for a failure.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -12,6 +11,7 @@
 #include "core/pack_level.h"
 #include "core/repair_settings.h"
 #include "driver/conversion.h"
+#include "platform/file_system.h"
 #include "textures/texture_converter.h"
 
 namespace ts3d {
@@ -31,7 +31,7 @@ struct ConverterOptions {
   int packLevel = kDefaultPackLevel;  ///< see Settings
   std::string boneRenames, meshOptions;
   std::vector<std::string> exclusions;
-  std::filesystem::path pictureFolder;  ///< for models from memory; may be empty
+  platform::fs::path pictureFolder;  ///< for models from memory; may be empty
 };
 
 /// What a host is told during a call. Each may be empty.
@@ -43,7 +43,7 @@ struct ConverterHost {
 
 /// The model of a call: a file, or bytes that stand for one.
 struct ModelInput {
-  std::filesystem::path path;  ///< absolute; a bare name for a model from memory
+  platform::fs::path path;  ///< absolute; a bare name for a model from memory
   std::optional<std::string_view> bytes;
 };
 
@@ -58,7 +58,7 @@ class Converter {
 
   /// @param package where the package goes; empty: to the host's
   /// `onPackage` or, without that, beside the model
-  int32_t Convert(const ModelInput& model, const std::filesystem::path& package);
+  int32_t Convert(const ModelInput& model, const platform::fs::path& package);
   /// Applies final settings to a package.
   int32_t Finish(const FinalSettings& settings, std::string boneRenames, int32_t rotationX,
                  int32_t rotationY);
@@ -79,10 +79,10 @@ class Converter {
  private:
   struct Run;
 
-  int32_t ConvertIn(const WorkFolder& work, const ModelInput& model, const std::filesystem::path& package);
+  int32_t ConvertIn(const WorkFolder& work, const ModelInput& model, const platform::fs::path& package);
   int32_t RunIn(const WorkFolder& work, const ModelInput& model, RunNotes& notes);
-  int32_t Deliver(const std::filesystem::path& made, const std::filesystem::path& package);
-  int32_t HandOver(const std::filesystem::path& made);
+  int32_t Deliver(const platform::fs::path& made, const platform::fs::path& package);
+  int32_t HandOver(const platform::fs::path& made);
   void PrepareJob();
   void Advance(double fraction);
   static void FBX_TO_TS3D_CALL TakeStatus(void* run, const char* text);

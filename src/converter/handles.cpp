@@ -5,6 +5,7 @@
 #include "converter/read_arguments.h"
 #include "driver/turn.h"
 #include "fbx_to_ts3d.h"
+#include "platform/path_reading.h"
 
 /// What hosts hold: a converter that takes one call at a time.
 struct FbxToTs3dConverter {
@@ -32,6 +33,7 @@ int32_t Enter(FbxToTs3dConverter* handle, const Call& call) noexcept {
   try {
     const ts3d::Turn turn(handle->turnstile);
     if (!turn.IsGranted()) return FBX_TO_TS3D_BUSY;
+    const platform::PathReading utf8;
     try {
       return EndOf(handle->converter, call);
     } catch (...) {

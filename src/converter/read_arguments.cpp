@@ -9,7 +9,7 @@
 #include "platform/files.h"
 
 namespace ts3d {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 std::optional<fs::path> AbsolutePath(const char* utf8) {
@@ -85,7 +85,7 @@ std::string FaultOfPath(const char* utf8) {
   std::string ignored;
   if (!utf8 || !*utf8) return " is missing";
   if (platform::PathFromUtf8(utf8, ignored)) return " cannot be that of a file";
-  return " is not UTF-8, or has letters that the system's code page lacks";
+  return " is not UTF-8";
 }
 
 fs::path NameOfModel(const char* utf8) {

@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <optional>
 
 #include "converter/converter.h"
 #include "fbx_to_ts3d.h"
+#include "platform/file_system.h"
 
 namespace ts3d {
 
@@ -24,13 +24,13 @@ bool TakeStruct(const Struct* given, Struct& taken) {
 inline std::string TextOrEmpty(const char* text) { return text ? text : ""; }
 
 /// The path that a host has given in UTF-8; none when it has not, or it cannot be a file's.
-std::optional<std::filesystem::path> FilePath(const char* utf8);
+std::optional<platform::fs::path> FilePath(const char* utf8);
 
 /// What keeps `utf8` from being a file's path or name, to be put behind what it is.
 std::string FaultOfPath(const char* utf8);
 
 /// The file name that a model from memory goes by; empty when it has none that could be one.
-std::filesystem::path NameOfModel(const char* utf8);
+platform::fs::path NameOfModel(const char* utf8);
 
 /// Reads the options as far as this version and the host know them; null asks for the usual.
 /// @return false when one of them makes no sense

@@ -11,7 +11,7 @@
 #include "platform/unfinished.h"
 
 namespace ts3d {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// Shows `file` under the path `as`: by a link, or by a copy where the system allows this user no links.

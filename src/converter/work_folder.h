@@ -1,28 +1,29 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
+
+#include "platform/file_system.h"
 
 namespace ts3d {
 
 /// `path` as the driver takes it: it splits paths at the backslash.
-std::string ConverterPath(const std::filesystem::path& path);
+std::string ConverterPath(const platform::fs::path& path);
 
 /// `path` with `extension`, given without its dot, in place of its own if it has one.
-std::filesystem::path WithExtension(const std::filesystem::path& path, const char* extension);
+platform::fs::path WithExtension(const platform::fs::path& path, const char* extension);
 
 /// A new, empty temporary folder that goes away with this object.
 class TemporaryFolder {
  public:
-  /// @throws std::filesystem::filesystem_error when it cannot be made
+  /// @throws platform::fs::filesystem_error when it cannot be made
   TemporaryFolder();
   ~TemporaryFolder();
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  std::filesystem::path Path() const { return path_; }
+  platform::fs::path Path() const { return path_; }
 
  private:
   std::string path_;
@@ -32,29 +33,29 @@ class TemporaryFolder {
 /// under their names and takes all work files.
 class WorkFolder {
  public:
-  /// @throws std::filesystem::filesystem_error when it cannot be made
-  explicit WorkFolder(const std::filesystem::path& model);
+  /// @throws platform::fs::filesystem_error when it cannot be made
+  explicit WorkFolder(const platform::fs::path& model);
   /// The same with another name for the model in this folder.
-  WorkFolder(const std::filesystem::path& model, const std::filesystem::path& pictureFolder,
-             const std::filesystem::path& modelName);
+  WorkFolder(const platform::fs::path& model, const platform::fs::path& pictureFolder,
+             const platform::fs::path& modelName);
   /// The same for a model that is not in any folder.
   /// @param pictureFolder  whose ".tga" pictures are shown; none when it is empty
-  WorkFolder(const std::filesystem::path& pictureFolder, const std::filesystem::path& modelName);
+  WorkFolder(const platform::fs::path& pictureFolder, const platform::fs::path& modelName);
 
   /// The model as it is named in this folder: as "<stem>.fbx", or ".glb", when its
   /// extension has not three letters.
-  std::filesystem::path Model() const { return folder_.Path() / modelName_; }
+  platform::fs::path Model() const { return folder_.Path() / modelName_; }
 
   /// Moves the file `name` into `folder`, over any file of that
   /// name. Nothing happens when there is no such file.
-  void MoveTo(const std::filesystem::path& folder, const std::filesystem::path& name) const;
+  void MoveTo(const platform::fs::path& folder, const platform::fs::path& name) const;
 
   /// Names of the ".tga" files that were written here.
   std::vector<std::string> NewPictures() const;
 
  private:
   TemporaryFolder folder_;
-  std::filesystem::path modelName_;
+  platform::fs::path modelName_;
 };
 
 }  // namespace ts3d

@@ -2,6 +2,7 @@
 #include "driver/conversion.h"
 #include "driver/turn.h"
 #include "fbx_to_ts3d.h"
+#include "platform/path_reading.h"
 
 namespace {
 
@@ -87,6 +88,7 @@ int32_t FBX_TO_TS3D_CALL ConvertFBXFileFinish(const char* sourcePath, float scal
   ProcessConversion& process = Process();
   const ts3d::Turn turn(process.turnstile);
   if (!turn.IsGranted()) return FBX_TO_TS3D_BUSY;
+  const platform::PathReading reading(sourcePath ? sourcePath : "");
   return Finish(
       process.conversion,
       {sourcePath, scalePercent, rotationY, rotationX, boneRenameList, callbackContext, statusCallback},
@@ -102,6 +104,7 @@ int32_t FBX_TO_TS3D_CALL ConvertFBXFile3(const char* fbxPath, float scale, int32
   ProcessConversion& process = Process();
   const ts3d::Turn turn(process.turnstile);
   if (!turn.IsGranted()) return FBX_TO_TS3D_BUSY;
+  const platform::PathReading reading(fbxPath ? fbxPath : "");
   // Hosts fill only the low byte of the flag's slot.
   const int32_t result =
       Convert(process.conversion,

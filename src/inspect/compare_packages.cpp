@@ -5,11 +5,11 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
 
 #include "actor/picture_header.h"
 #include "core/names.h"
 #include "inspect/actor_measure.h"
+#include "platform/file_system.h"
 
 namespace actor {
 namespace {
@@ -110,7 +110,7 @@ void ComparePictures(const Actor& before, const Actor& after, Differences& diffe
 std::vector<Member> OtherFiles(const PackageContents& contents) {
   std::vector<Member> others;
   for (const Member& member : contents.members) {
-    const std::string ending = ts3d::LowerCase(std::filesystem::path(member.name).extension().string());
+    const std::string ending = ts3d::LowerCase(platform::fs::path(member.name).extension().string());
     const bool isPart =
         ending == ".csf" || ending == ".cmf" || ending == ".xrf" || ending == ".tga" || ending == ".xfg";
     if (!isPart && !member.superseded) others.push_back(member);

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "core/names.h"
+#include "package/archive_files.h"
 #include "package/deflate_ahead.h"
 #include "package/deflate_member.h"
 #include "platform/files.h"
@@ -38,11 +39,12 @@ ActorPackage::~ActorPackage() {
 }
 
 bool ActorPackage::Open(std::string_view path, PackageMode mode) {
-  const std::string native = platform::NativePath(path);
   files_.packagePath = path;
   files_.packageIsDamaged = false;
-  archive_ =
-      zipOpen64(native.c_str(), mode == PackageMode::Create ? APPEND_STATUS_CREATE : APPEND_STATUS_ADDINZIP);
+  zlib_filefunc64_def functions = ArchiveFiles();
+  archive_ = zipOpen2_64(files_.packagePath.c_str(),
+                         mode == PackageMode::Create ? APPEND_STATUS_CREATE : APPEND_STATUS_ADDINZIP, nullptr,
+                         &functions);
   return archive_ != nullptr;
 }
 

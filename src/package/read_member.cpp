@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/files.h"
+#include "package/archive_files.h"
 
 namespace ts3d {
 namespace {
@@ -15,7 +15,10 @@ constexpr uint64_t kLargestMember = 64 << 20;
 
 using Archive = std::unique_ptr<void, int (*)(void*)>;
 
-Archive Open(const std::string& path) { return {unzOpen64(platform::NativePath(path).c_str()), unzClose}; }
+Archive Open(const std::string& path) {
+  zlib_filefunc64_def files = ArchiveFiles();
+  return {unzOpen2_64(path.c_str(), &files), unzClose};
+}
 
 /// Calls `visit` with each member, which is the current one of `archive` then.
 void ForEachMember(void* archive, const std::function<void(MemberSize)>& visit) {

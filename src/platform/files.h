@@ -45,6 +45,9 @@ bool FileExists(std::string_view path);
 /// Whether both paths lead to one file that exists.
 bool IsSameFile(std::string_view a, std::string_view b);
 
+/// Whether `path` begins with the letter of a drive that stands for a folder of another computer.
+bool IsOnNetworkDrive(std::string_view path);
+
 /// Size in bytes of the regular file `path`, or -1.
 int64_t FileSize(std::string_view path);
 

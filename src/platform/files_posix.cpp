@@ -42,6 +42,8 @@ bool IsSameFile(std::string_view a, std::string_view b) {
          first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
+bool IsOnNetworkDrive(std::string_view) { return false; }
+
 int64_t FileSize(std::string_view path) {
   struct stat info {};
   if (stat(NativePath(path).c_str(), &info) != 0 || !S_ISREG(info.st_mode)) return -1;

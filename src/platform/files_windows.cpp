@@ -5,10 +5,11 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
-#include <system_error>
 
 #include "platform/files.h"
+#include "platform/wide_paths_windows.h"
 
 namespace platform {
 namespace {
@@ -18,7 +19,7 @@ struct CloseWindowsHandle {
 };
 using HandlePtr = std::unique_ptr<void, CloseWindowsHandle>;
 
-DWORD Attributes(std::string_view path) { return GetFileAttributesA(NativePath(path).c_str()); }
+DWORD Attributes(std::string_view path) { return GetFileAttributesW(CallPath(path).c_str()); }
 
 bool IsFolder(DWORD attributes) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -27,7 +28,7 @@ bool IsFolder(DWORD attributes) {
 /// Opens an existing file, others may read, write and delete it meanwhile; null when that fails.
 HandlePtr OpenHandle(std::string_view path, DWORD access, DWORD flags) {
   void* handle =
-      CreateFileA(NativePath(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      CreateFileW(CallPath(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                   nullptr, OPEN_EXISTING, flags, nullptr);
   return HandlePtr(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
 }
@@ -38,7 +39,7 @@ bool Identify(std::string_view path, BY_HANDLE_FILE_INFORMATION& info) {
   return file && GetFileInformationByHandle(file.get(), &info);
 }
 
-std::string LastError() { return std::system_category().message(static_cast<int>(GetLastError())); }
+std::string LastError() { return LastErrorCode().message(); }
 
 }  // namespace
 
@@ -46,16 +47,10 @@ std::string NativePath(std::string_view path) { return std::string(path); }
 
 bool PathFromUtf8(std::string_view utf8, std::string& native) {
   const int size = static_cast<int>(utf8.size());
-  std::wstring wide(utf8.size(), L'\0');
-  wide.resize(static_cast<size_t>(
-      MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), size, wide.data(), size)));
-  native.resize(4 * wide.size());
-  BOOL isLost = wide.empty();
-  native.resize(static_cast<size_t>(WideCharToMultiByte(
-      CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), static_cast<int>(wide.size()), native.data(),
-      static_cast<int>(native.size()), nullptr, GetACP() == CP_UTF8 ? nullptr : &isLost)));
+  if (MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), size, nullptr, 0) == 0) return false;
+  native = utf8;
   std::replace(native.begin(), native.end(), '/', '\\');
-  return !isLost && !native.empty();
+  return true;
 }
 
 bool IsReservedFileName(std::string_view name) {
@@ -83,15 +78,21 @@ bool IsSameFile(std::string_view a, std::string_view b) {
          first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
 }
 
+bool IsOnNetworkDrive(std::string_view path) {
+  if (path.size() < 2 || path[1] != ':') return false;
+  const wchar_t root[] = {static_cast<wchar_t>(path[0]), L':', L'\\', L'\0'};
+  return GetDriveTypeW(root) == DRIVE_REMOTE;
+}
+
 int64_t FileSize(std::string_view path) {
   WIN32_FILE_ATTRIBUTE_DATA info;
-  if (!GetFileAttributesExA(NativePath(path).c_str(), GetFileExInfoStandard, &info)) return -1;
+  if (!GetFileAttributesExW(CallPath(path).c_str(), GetFileExInfoStandard, &info)) return -1;
   if (IsFolder(info.dwFileAttributes)) return -1;
   return (static_cast<int64_t>(info.nFileSizeHigh) << 32) | info.nFileSizeLow;
 }
 
 FilePtr OpenFile(std::string_view path, const char* mode) {
-  FilePtr file(std::fopen(NativePath(path).c_str(), mode));
+  FilePtr file(_wfopen(CallPath(path).c_str(), WideText(mode).c_str()));
   if (!file) return nullptr;
   void* const handle = reinterpret_cast<void*>(_get_osfhandle(_fileno(file.get())));
   return GetFileType(handle) == FILE_TYPE_DISK ? std::move(file) : nullptr;
@@ -99,50 +100,60 @@ FilePtr OpenFile(std::string_view path, const char* mode) {
 
 FilePtr CreateNewFile(std::string_view path, const char* mode, Readers) {
   const int translation = std::string_view(mode).ends_with('b') ? _O_BINARY : _O_TEXT;
-  const int file =
-      _open(NativePath(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | translation, _S_IREAD | _S_IWRITE);
+  const int file = _wopen(CallPath(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_NOINHERIT | translation,
+                          _S_IREAD | _S_IWRITE);
   return FilePtr(file < 0 ? nullptr : _fdopen(file, mode));
 }
 
 /// New files have the access list of their folder; that of a single file is not copied.
 bool KeepPermissions(std::string_view, std::string_view) { return true; }
 
-bool RemoveFile(std::string_view path) { return DeleteFileA(NativePath(path).c_str()) != 0; }
+bool RemoveFile(std::string_view path) { return DeleteFileW(CallPath(path).c_str()) || (SetErrno(), false); }
 
 bool RenameFile(std::string_view from, std::string_view to) {
-  return MoveFileExA(NativePath(from).c_str(), NativePath(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+  return MoveFileExW(CallPath(from).c_str(), CallPath(to).c_str(), MOVEFILE_REPLACE_EXISTING) ||
+         (SetErrno(), false);
 }
 
 bool CopyWholeFile(std::string_view from, std::string_view to) {
   constexpr BOOL kOnlyNewFiles = FALSE;
-  if (CopyFileA(NativePath(from).c_str(), NativePath(to).c_str(), kOnlyNewFiles)) return true;
+  if (CopyFileW(CallPath(from).c_str(), CallPath(to).c_str(), kOnlyNewFiles)) {
+    // That of a read-only file is to be written to nevertheless.
+    SetFileAttributesW(CallPath(to).c_str(), FILE_ATTRIBUTE_NORMAL);
+    return true;
+  }
+  const int reason = SetErrno();
   RemoveFile(to);
+  errno = reason;
   return false;
 }
 
 bool MakeFolder(std::string_view path) {
-  return CreateDirectoryA(NativePath(path).c_str(), nullptr) || IsFolder(Attributes(path));
+  return CreateDirectoryW(CallPath(path).c_str(), nullptr) || IsFolder(Attributes(path));
 }
 
 bool IsDiskFull(int error) { return error == ENOSPC; }
 
 std::string MakeTemporaryFolder() {
   constexpr int kTries = 100;
-  char parent[MAX_PATH + 1];
-  const DWORD length = GetTempPathA(sizeof parent, parent);
+  wchar_t parent[MAX_PATH + 1];
+  const DWORD length = GetTempPathW(MAX_PATH + 1, parent);
   if (length == 0 || length > MAX_PATH) return {};
+  const std::wstring start = std::wstring(parent, length) + L"fbx2czp-" +
+                             std::to_wstring(GetCurrentProcessId()) + L"-" +
+                             std::to_wstring(GetTickCount64()) + L"-";
   for (int i = 0; i < kTries; ++i) {
-    std::string path = std::string(parent, length) + "fbx2czp-" + std::to_string(GetCurrentProcessId()) +
-                       "-" + std::to_string(GetTickCount64()) + "-" + std::to_string(i);
-    if (CreateDirectoryA(path.c_str(), nullptr)) return path;
+    const std::wstring path = start + std::to_wstring(i);
+    if (CreateDirectoryW(CallPath(path).c_str(), nullptr)) return Utf8Text(path);
   }
+  SetErrno();
   return {};
 }
 
 FilePtr OpenTemporaryFile() {
   const std::string folder = MakeTemporaryFolder();
   // "D" deletes the file when it is closed; the empty folder goes with the system's other temporary files.
-  return folder.empty() ? nullptr : FilePtr(std::fopen((folder + "\\held").c_str(), "w+bD"));
+  return folder.empty() ? nullptr : FilePtr(_wfopen(CallPath(folder + "\\held").c_str(), L"w+bD"));
 }
 
 namespace {
@@ -157,8 +168,8 @@ uint32_t DosTime(const FILETIME& moment) {
 }  // namespace
 
 uint32_t DosWriteTime(std::string_view path) {
-  WIN32_FIND_DATAA found;
-  void* search = FindFirstFileA(NativePath(path).c_str(), &found);
+  WIN32_FIND_DATAW found;
+  void* search = FindFirstFileW(CallPath(path).c_str(), &found);
   if (search == INVALID_HANDLE_VALUE) return 0;
   FindClose(search);
   return DosTime(found.ftLastWriteTime);
@@ -194,7 +205,7 @@ bool MappedFile::Open(std::string_view path, std::string& error) {
   if (static_cast<uint64_t>(size.QuadPart) > std::numeric_limits<size_t>::max()) {
     return fail("it is too large for a 32-bit program");
   }
-  const HandlePtr mapping(CreateFileMappingA(file.get(), nullptr, PAGE_READONLY, 0, 0, nullptr));
+  const HandlePtr mapping(CreateFileMappingW(file.get(), nullptr, PAGE_READONLY, 0, 0, nullptr));
   if (!mapping) return fail(LastError());
   // The view keeps file and mapping open.
   data_ = MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0);

@@ -18,8 +18,13 @@ bool IsTerminal(std::FILE* stream);
 /// Columns of the terminal that `stream` goes to; 0 when there is none.
 size_t TerminalColumns(std::FILE* stream);
 
+/// The words of the command line behind the program's name. On Windows they are UTF-8, and a word with wildcards outside
+/// of quotes stands for the files and folders that it matches, if there are any.
+std::vector<std::string> CommandLineWords(int argc, char** argv);
+
 /// Gives the process the three standard streams that it was
-/// started without, so that no other file takes their places.
+/// started without, so that no other file takes their places. A console shows UTF-8 until
+/// the process ends.
 void OpenStandardStreams();
 
 /// Hands memory that was freed back to the system, where the C library keeps it.

@@ -113,6 +113,10 @@ size_t TerminalColumns(std::FILE* stream) {
   return ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
+std::vector<std::string> CommandLineWords(int argc, char** argv) {
+  return {argv + std::min(argc, 1), argv + argc};
+}
+
 void OpenStandardStreams() {
   for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
     // The lowest free number is taken, which is this one.

@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 
 #include "platform/files.h"
+#include "platform/wide_paths_windows.h"
 
 namespace platform {
 namespace {
@@ -106,14 +108,22 @@ size_t TerminalColumns(std::FILE* stream) {
   return static_cast<size_t>(info.srWindow.Right - info.srWindow.Left + 1);
 }
 
-void OpenStandardStreams() {}
+void OpenStandardStreams() {
+  static const UINT before = GetConsoleOutputCP();
+  if (before == 0 || !SetConsoleOutputCP(CP_UTF8)) return;
+  std::atexit([] { SetConsoleOutputCP(before); });
+}
 
 void ReturnFreedMemory() {}
 
 std::string ExecutablePath() {
-  char path[MAX_PATH * 4];
-  const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
-  return length == 0 || length >= sizeof path ? std::string() : std::string(path, length);
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const auto room = static_cast<DWORD>(path.size());
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), room);
+    if (length < room) return Utf8Text({path.data(), length});
+    path.resize(2 * path.size());
+  }
 }
 
 std::string ExecutableFolder() {
@@ -128,20 +138,20 @@ std::vector<std::string> FindPlugins(std::string_view folder, std::string_view e
   std::vector<std::string> found;
   std::string prefix = NativePath(folder);
   if (!prefix.empty() && !prefix.ends_with('\\')) prefix += '\\';
-  WIN32_FIND_DATAA entry;
-  void* search = FindFirstFileA((prefix + "*." + std::string(extension)).c_str(), &entry);
+  WIN32_FIND_DATAW entry;
+  void* search = FindFirstFileW(CallPath(prefix + "*." + std::string(extension)).c_str(), &entry);
   if (search == INVALID_HANDLE_VALUE) return found;
   do {
-    const std::string path = prefix + entry.cFileName;
+    const std::string path = prefix + Utf8Text(entry.cFileName);
     if (ExportsSymbol(path, symbol)) found.push_back(path);
-  } while (FindNextFileA(search, &entry));
+  } while (FindNextFileW(search, &entry));
   FindClose(search);
   std::sort(found.begin(), found.end());
   return found;
 }
 
 void* LoadPlugin(const std::string& path, const char* symbol) {
-  const HMODULE library = LoadLibraryA(path.c_str());
+  const HMODULE library = LoadLibraryW(CallPath(path).c_str());
   return library ? reinterpret_cast<void*>(GetProcAddress(library, symbol)) : nullptr;
 }
 

@@ -2,15 +2,15 @@
 #include "platform/replacement.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <random>
 #include <vector>
 
+#include "platform/file_system.h"
 #include "platform/folders.h"
 #include "platform/unfinished.h"
 
 namespace platform {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 std::string RandomName() {
@@ -22,6 +22,12 @@ std::string RandomName() {
     for (uint32_t bits = random(), digit = 0; digit < 8; ++digit, bits >>= 4) name += kDigits[bits & 15];
   }
   return name;
+}
+
+/// The folder of `path`, with its separator.
+std::string FolderOf(const std::string& path) {
+  constexpr const char* kSeparators = fs::path::preferred_separator == '\\' ? "\\/" : "/";
+  return path.substr(0, path.find_last_of(kSeparators) + 1);
 }
 
 /// `path` without the links that its last part may lead through.
@@ -53,7 +59,7 @@ bool WriteOverFile(const std::string& from, const std::string& to) {
 
 Replacement::Replacement(std::string_view target, Links links)
     : target_(links == Links::Follow ? Resolve(NativePath(target)) : NativePath(target)),
-      path_((fs::path(target_).parent_path() / RandomName()).string()) {}
+      path_(FolderOf(target_) + RandomName()) {}
 
 Replacement::~Replacement() {
   if (exists_) {

@@ -35,7 +35,7 @@ Image DecodeImage(std::string_view bytes, PictureBudget& budget) {
   return DecodeWithStb(bytes, budget);
 }
 
-Image ReadImage(const std::filesystem::path& path, PictureBudget& budget) {
+Image ReadImage(const platform::fs::path& path, PictureBudget& budget) {
   platform::MappedFile file;
   std::string error;
   if (!file.Open(path.string(), error)) throw std::runtime_error("cannot be read: " + error);

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <string_view>
 
+#include "platform/file_system.h"
 #include "textures/image.h"
 #include "textures/picture_budget.h"
 
@@ -20,6 +20,6 @@ void CheckSize(int64_t width, int64_t height, int longestSide);
 Image DecodeImage(std::string_view bytes, PictureBudget& budget);
 
 /// DecodeImage for the file `path`, whose size is added to `budget` first.
-Image ReadImage(const std::filesystem::path& path, PictureBudget& budget);
+Image ReadImage(const platform::fs::path& path, PictureBudget& budget);
 
 }  // namespace textures

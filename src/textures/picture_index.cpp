@@ -7,7 +7,7 @@
 #include "core/names.h"
 
 namespace textures {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 constexpr size_t kMostEntries = 200'000;

@@ -17,7 +17,7 @@
 #include "textures/tga_file.h"
 
 namespace textures {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 /// Whether `a` was written before `b`. False when that is unknown.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <set>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "core/work_files.h"
+#include "platform/file_system.h"
 #include "textures/image.h"
 #include "textures/picture_budget.h"
 #include "textures/texture_search.h"
@@ -40,11 +40,11 @@ class TextureConverter {
   /// @param model absolute path of the model, whose folder is searched; the job's own is a temporary one
   /// @param longestSide larger pictures (in pixels) are too large
   /// @param folders  searched as well, see TextureFinder
-  TextureConverter(const std::filesystem::path& model, int longestSide,
+  TextureConverter(const platform::fs::path& model, int longestSide,
                    const std::vector<std::string>& folders = {}, TooLarge tooLarge = TooLarge::LeaveOut);
 
   /// Called with each picture before it is converted.
-  std::function<void(const std::filesystem::path& picture)> onConvert;
+  std::function<void(const platform::fs::path& picture)> onConvert;
 
   /// Answers a conversion's texture callback. Never throws; a texture that fails is told of once, as a problem. A
   /// file that is somebody's work is never written over.
@@ -58,9 +58,9 @@ class TextureConverter {
   /// Names of the ".tga" files that are smaller than their pictures: for this conversion alone.
   const std::set<std::string>& Shrunk() const { return shrunk_; }
   /// Files that the pictures come from and, for those that are missing, the paths where they would be found.
-  const std::set<std::filesystem::path>& Inputs() const { return inputs_; }
+  const std::set<platform::fs::path>& Inputs() const { return inputs_; }
   /// Files that the pictures of `scene` would come from; embedded ones have none.
-  std::set<std::filesystem::path> FindInputs(const ts3d::WorkFiles& files, const scene::KFbxScene& scene);
+  std::set<platform::fs::path> FindInputs(const ts3d::WorkFiles& files, const scene::KFbxScene& scene);
   /// Paths of the pictures used that lie outside the model's folder and those below it.
   const std::set<std::string>& OutsidePictures() const { return outside_; }
 
@@ -69,8 +69,8 @@ class TextureConverter {
   /// What became of a picture.
   struct Decoded {
     int width = 0, height = 0;
-    std::filesystem::path tga;  ///< made of it
-    std::string error;          ///< not empty: why there is none
+    platform::fs::path tga;  ///< made of it
+    std::string error;       ///< not empty: why there is none
     bool isShrunk = false;
   };
 
@@ -78,11 +78,11 @@ class TextureConverter {
   TextureSearch FindPicture(const scene::KFbxScene& scene, const std::string& source);
   void CheckOwn(const Request& request);
   void CheckReused(const Request& request);
-  Image ReadPicture(const std::filesystem::path& picture);
-  void ConvertOrEmbedded(const Request& request, const std::filesystem::path& picture);
+  Image ReadPicture(const platform::fs::path& picture);
+  void ConvertOrEmbedded(const Request& request, const platform::fs::path& picture);
   bool FitsOrThrows(int width, int height) const;
-  void Convert(const Request& request, const std::filesystem::path& picture);
-  void WriteTgaOf(const std::filesystem::path& picture, const std::filesystem::path& target);
+  void Convert(const Request& request, const platform::fs::path& picture);
+  void WriteTgaOf(const platform::fs::path& picture, const platform::fs::path& target);
 
   TextureFinder finder_;
   int longestSide_;
@@ -90,10 +90,10 @@ class TextureConverter {
   PictureBudget budget_;
   std::map<std::string_view, const scene::KFbxTexture*> textures_;  ///< of the job's scene, by file name
   std::map<std::string, bool> answers_;                             ///< by source
-  std::map<std::string, std::filesystem::path> pictures_;           ///< what each ".tga" file is made of
-  std::map<std::filesystem::path, Decoded> decoded_;                ///< by picture; each is decoded once
+  std::map<std::string, platform::fs::path> pictures_;              ///< what each ".tga" file is made of
+  std::map<platform::fs::path, Decoded> decoded_;                   ///< by picture; each is decoded once
   std::vector<TextureProblem> problems_;
-  std::set<std::filesystem::path> inputs_;
+  std::set<platform::fs::path> inputs_;
   std::set<std::string> outside_, shrunk_;
 };
 

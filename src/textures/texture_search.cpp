@@ -4,10 +4,11 @@
 #include <algorithm>
 
 #include "core/names.h"
+#include "platform/files.h"
 #include "platform/folders.h"
 
 namespace textures {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 std::string WithSlashes(std::string_view path) {
@@ -16,8 +17,14 @@ std::string WithSlashes(std::string_view path) {
   return text;
 }
 
-/// "C:/art/skin.png": a place on another system.
+/// "C:/art/skin.png": a place on Windows.
 bool HasDrive(std::string_view path) { return path.size() > 1 && path[1] == ':'; }
+
+/// The same, where it can be opened: not relative to whatever is current there.
+bool IsOnKnownDrive(std::string_view path) {
+  constexpr bool kHasDrives = platform::fs::path::preferred_separator == '\\';
+  return kHasDrives && HasDrive(path) && path.size() > 2 && (path[2] == '\\' || path[2] == '/');
+}
 
 /// "//server/share/skin.png", "file:skin.png", or a folder below which a name is enough to be connected.
 bool IsOnNetwork(std::string_view path) {
@@ -26,6 +33,21 @@ bool IsOnNetwork(std::string_view path) {
   }
   const size_t end = path.find_first_of(":/");
   return end != std::string_view::npos && end > 0 && path[end] == ':' && !HasDrive(path);
+}
+
+/// The two names of a share, or of what is connected like one: "//server/share/".
+std::string ShareOf(const std::string& path) {
+  constexpr size_t kStart = 2;
+  const size_t server = std::min(path.find('/', kStart), path.size());
+  return ts3d::LowerCase(path.substr(0, std::min(path.find('/', server + 1), path.size())));
+}
+
+/// Whether a model in `folder` may not name `place`: whoever opens a share of a server shows it the user's name and,
+/// on Windows, what proves it. A model that lies on a share may name what is on the same.
+bool IsForeignShare(const std::string& place, const std::string& folder) {
+  if (IsOnNetwork(place)) return ShareOf(place) != ShareOf(folder);
+  return platform::IsOnNetworkDrive(place) &&
+         ts3d::LowerCase(place.substr(0, 1)) != ts3d::LowerCase(folder.substr(0, 1));
 }
 
 }  // namespace
@@ -134,17 +156,14 @@ bool TextureFinder::Try(const fs::path& place) {
 /// The path as the model gives it; below the model's folder unless it starts at a root.
 bool TextureFinder::TryPath(std::string_view path) {
   if (path.empty()) return false;
-  if (HasDrive(path)) {
+  if (HasDrive(path) && !IsOnKnownDrive(path)) {
     IsNewPlace(std::string(path));
     return false;
   }
   const std::string asText = WithSlashes(path);
   const fs::path place = folder_ / asText;
-  // A model that lies on the network itself may name what is beside it.
-  const auto isOnNetwork = [](const fs::path& any) {
-    return IsOnNetwork(any.lexically_normal().generic_string());
-  };
-  if (IsOnNetwork(asText) || (isOnNetwork(place) && !isOnNetwork(folder_))) {
+  const std::string folder = folder_.lexically_normal().generic_string();
+  if (IsForeignShare(asText, folder) || IsForeignShare(place.lexically_normal().generic_string(), folder)) {
     IsNewPlace(std::string(path) + " (not opened, as it is on the network)");
     return false;
   }

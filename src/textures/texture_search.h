@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/file_system.h"
 #include "textures/picture_index.h"
 
 namespace textures {
 
 /// Where the picture of a texture is.
 struct TextureSearch {
-  std::filesystem::path found;      ///< empty when it is nowhere
+  platform::fs::path found;         ///< empty when it is nowhere
   std::vector<std::string> places;  ///< the paths tried, in their order, each once
 };
 
@@ -24,7 +24,7 @@ class TextureFinder {
  public:
   /// @param model absolute path of the model
   /// @param folders  searched with all folders below them
-  explicit TextureFinder(const std::filesystem::path& model, const std::vector<std::string>& folders = {});
+  explicit TextureFinder(const platform::fs::path& model, const std::vector<std::string>& folders = {});
 
   /// Looks for the picture of a texture, as the model names it: by its path as given, by its name relative to
   /// the model, then by its bare name in the folders that were given, beside the model, and in the folders
@@ -35,30 +35,30 @@ class TextureFinder {
   TextureSearch Find(std::string_view fileName, std::string_view relativeFileName);
 
   /// The model's.
-  const std::filesystem::path& Folder() const { return folder_; }
+  const platform::fs::path& Folder() const { return folder_; }
 
   /// Whether the file `path` lies neither below the model's folder nor one that was given, behind all links.
-  bool IsOutside(const std::filesystem::path& path) const;
+  bool IsOutside(const platform::fs::path& path) const;
 
  private:
   /// By the same in lower case.
   using Names = std::multimap<std::string, std::string>;
 
   bool IsNewPlace(std::string place);
-  bool Try(const std::filesystem::path& place);
+  bool Try(const platform::fs::path& place);
   bool TryPath(std::string_view path);
   bool TryGivenFolders(const std::string& path);
   bool TryName(std::string_view path);
-  const std::vector<std::filesystem::path>& UsualFolders();
-  const Names& NamesIn(const std::filesystem::path& folder);
-  std::filesystem::path AsOnDisk(const std::filesystem::path& path);
-  std::filesystem::path EntryIgnoringCase(const std::filesystem::path& folder, const std::string& name);
+  const std::vector<platform::fs::path>& UsualFolders();
+  const Names& NamesIn(const platform::fs::path& folder);
+  platform::fs::path AsOnDisk(const platform::fs::path& path);
+  platform::fs::path EntryIgnoringCase(const platform::fs::path& folder, const std::string& name);
 
-  std::filesystem::path folder_;
+  platform::fs::path folder_;
   std::string stem_;
   std::vector<PictureIndex> givenFolders_;
-  std::vector<std::filesystem::path> usualFolders_;
-  std::map<std::filesystem::path, Names> namesIn_;  ///< of each folder that was read
+  std::vector<platform::fs::path> usualFolders_;
+  std::map<platform::fs::path, Names> namesIn_;  ///< of each folder that was read
   TextureSearch search_;
   std::set<std::string> places_;  ///< of search_, in lower case
 };

@@ -12,7 +12,7 @@
 #include "platform/replacement.h"
 
 namespace textures {
-namespace fs = std::filesystem;
+namespace fs = platform::fs;
 namespace {
 
 constexpr size_t kHeaderSize = 18;

@@ -6,35 +6,12 @@
 Members have to be the same byte for byte; text members end their lines with CR LF on Windows. Exit status 77: not
 tested, because Wine cannot run programs of this width here.
 """
-import os
 import shutil
-import subprocess
 import sys
-import tempfile
-import zipfile
-from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[2]
-MODELS = sorted((ROOT / "tests/fixtures").glob("*.fbx")) + [ROOT / "samples/scout.fbx"]
-TEXT = (".xfg", ".xrf")
+from wine import FIXTURES, ROOT, as_on_windows, members, run, test_in_wine
 
-
-def run(command, folder, environment):
-    # Not through pipes: the services of Wine would keep them open.
-    with open(folder / "output.txt", "w+b") as output:
-        code = subprocess.run(command, cwd=folder, env=environment, stdin=subprocess.DEVNULL, stdout=output,
-                              stderr=subprocess.STDOUT, timeout=120, check=False).returncode
-        output.seek(0)
-        return code, output.read().decode(errors="replace")
-
-
-def members(package):
-    with zipfile.ZipFile(package) as archive:
-        return [(info.filename, archive.read(info)) for info in archive.infolist()]
-
-
-def as_on_windows(name, content):
-    return content.replace(b"\n", b"\r\n") if name.endswith(TEXT) else content
+MODELS = FIXTURES + [ROOT / "samples/scout.fbx"]
 
 
 def compare(model, native, windows):
@@ -49,7 +26,7 @@ def compare(model, native, windows):
 
 def convert_all(work, environment, programs, native_tool):
     differences = []
-    folders = {name: work / name for name in ("native", "windows", "host")}
+    folders = {name: work / name for name in ("native", "windows")} | {"host": work / "Jürgen"}
     for folder in folders.values():
         folder.mkdir()
         for file in MODELS + sorted((ROOT / "samples").glob("*.tga")):
@@ -81,29 +58,5 @@ def convert_all(work, environment, programs, native_tool):
     return differences
 
 
-def main():
-    width = {"i686": "32", "x86_64": "64"}[sys.argv[1]]
-    programs, native_tool = Path(sys.argv[2]), sys.argv[3] if len(sys.argv) > 3 else ""
-    if not native_tool or not shutil.which("wine"):
-        print("SKIPPED: needs Wine and this machine's fbx2czp (./build-windows --test)")
-        return 77
-    # Wine does not like prefixes of other users, and leaves services behind that have to be ended.
-    with tempfile.TemporaryDirectory() as folder:
-        work = Path(folder)
-        environment = dict(os.environ, WINEPREFIX=str(work / "prefix"), WINEDEBUG="-all",
-                           WINEDLLOVERRIDES="mscoree,mshtml=")
-        try:
-            run(["wineboot", "-i"], work, environment)
-            # For a program that it cannot run Wine may report success.
-            if "fbx2czp" not in run(["wine", str(programs / "fbx2czp.exe"), "--version"], work, environment)[1]:
-                print(f"SKIPPED: Wine cannot run {width}-bit programs on this machine (package wine{width})")
-                return 77
-            differences = convert_all(work, environment, programs, native_tool)
-        finally:
-            run(["wineserver", "-k"], work, environment)
-    print("\n".join(differences) or f"{len(MODELS)} models: the same members as on this machine")
-    return 1 if differences else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(test_in_wine(sys.argv[1:], convert_all, f"{len(MODELS)} models"))

@@ -1,0 +1,97 @@
+# SPDX-License-Identifier: MIT
+"""Tries every command of the Windows tool under Wine, in folders of many names, and compares with this machine's.
+
+    try_commands.py i686|x86_64 FOLDER_OF_WINDOWS_PROGRAMS NATIVE_TOOL
+
+Exit codes and files have to be the same; text files end their lines with CR LF on Windows. Exit status 77: not tested.
+"""
+import shutil
+import sys
+
+from wine import FIXTURES, ROOT, as_on_windows, members, run, test_in_wine
+
+DEEP = "/".join(["a folder with a long name, one of many"] * 8)  # more than 300 characters
+PLACES = ["plain", "Jürgen & Søn", "Жанна", "日本語", DEEP]
+# "@" stands for the place. Nothing else than Windows itself keeps a folder that deep from being the current one.
+COMMANDS = [
+    ["convert", "-q", "@/models", "-o", "@/packages", "--report", "@/report.json"],
+    ["convert", "-q", "@/scöut.fbx", "--scale", "95", "--pack", "small"],
+    ["check", "--json", "@/scöut.fbx", "@/models"],
+    ["inspect", "--json", "@/packages"],
+    ["preview", "@/scöut.czp", "-o", "@/scöut.png"],
+    ["preview", "@/scöut.czp", "-o", "@/scöut.html"],
+    ["export", "@/scöut.czp", "-o", "@/scöut.glb"],
+    ["export", "@/scöut.czp", "-o", "@/scöut.obj"],
+    ["prove", "@/scöut.fbx"],
+    ["finish", "-q", "@/scöut.fbx", "--rotation-y", "180", "--switch-on", "hat=Cap"],
+    ["diff", "@/packages/strip_7500_binary.czp", "@/scöut.czp"],
+    ["repack", "@/scöut.czp"],
+    ["settings", "@/scöut.fbx"],
+    ["manual"],
+    ["completion", "bash"],
+    ["convert", "-q", "@/fehlt.fbx"],
+]
+
+
+def fill(folder):
+    (folder / "models/übrige").mkdir(parents=True)
+    shutil.copy(ROOT / "samples/scout.fbx", folder / "scöut.fbx")
+    for file in FIXTURES:
+        shutil.copy(file, folder / "models")
+    shutil.copy(FIXTURES[0], folder / "models/übrige/Größe.fbx")
+    shutil.copy(ROOT / "samples/skin.tga", folder)
+
+
+def content(file):
+    """What has to be the same."""
+    if file.suffix == ".czp":
+        return [(name, as_on_windows(name, bytes_)) for name, bytes_ in members(file)]
+    if file.suffix in (".json", ".png"):  # holds paths and times; whether it is there is what counts
+        return None
+    return file.read_bytes().replace(b"\r\n", b"\n")
+
+
+def compare(native, windows):
+    """@return one line for each difference"""
+    files = [{str(path.relative_to(folder)) for path in folder.rglob("*") if path.is_file()}
+             for folder in (native, windows)]
+    if files[0] != files[1]:
+        return [f"files: {sorted(files[0] ^ files[1])} are on one side only"]
+    return [f"{name} differs" for name in sorted(files[0]) if content(native / name) != content(windows / name)]
+
+
+def try_place(place, work, environment, tools):
+    differences = []
+    folders = {which: work / which / place for which in tools}
+    for folder in folders.values():
+        fill(folder)
+    for command in COMMANDS:
+        codes = {}
+        for which, tool in tools.items():
+            words = [word.replace("@", place) for word in command]
+            codes[which], text = run(tool + words, work / which, environment)
+        if codes["native"] != codes["windows"]:
+            differences.append(f"{' '.join(command)}: {codes['windows']} in place of {codes['native']}: {text[:300]}")
+    differences += compare(folders["native"], folders["windows"])
+    return [f"{place[:20]}: {text}" for text in differences]
+
+
+def leftovers(work):
+    return [f"left in the temporary folder: {path.name}" for path in (work / "Überreste").iterdir()]
+
+
+def try_all(work, environment, programs, native_tool):
+    tools = {"native": [native_tool], "windows": ["wine", str(programs / "fbx2czp.exe")]}
+    temporary = work / "Überreste"
+    temporary.mkdir()
+    for variable in ("TEMP", "TMP"):
+        run(["wine", "reg", "add", r"HKCU\Environment", "/f", "/v", variable, "/d", f"Z:{temporary}"], work, environment)
+    environment = dict(environment, SOURCE_DATE_EPOCH="1000000000")
+    differences = []
+    for place in PLACES:
+        differences += try_place(place, work, environment, tools)
+    return differences + leftovers(work)
+
+
+if __name__ == "__main__":
+    sys.exit(test_in_wine(sys.argv[1:], try_all, f"{len(COMMANDS)} commands in {len(PLACES)} folders"))
