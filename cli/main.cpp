@@ -29,6 +29,7 @@
 #include "output/exit_codes.h"
 #include "output/terminal.h"
 #include "platform/process.h"
+#include "platform/unfinished.h"
 
 namespace {
 
@@ -106,6 +107,7 @@ int main(int argc, char** argv) {
   platform::OpenStandardStreams();
   try {
     const int status = Run(platform::CommandLineWords(argc, argv));
+    platform::RemoveUnfinished();
     if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
     cli::PrintMessage("", cli::Severity::Error, "the output cannot be written");
     return status == 0 ? cli::kOutputFailed : status;

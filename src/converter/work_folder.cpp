@@ -58,8 +58,8 @@ TemporaryFolder::TemporaryFolder() : path_(platform::MakeUnfinished(platform::Ma
 }
 
 TemporaryFolder::~TemporaryFolder() {
-  platform::RemoveTree(path_);
-  platform::ForgetUnfinished(path_);
+  // Windows keeps what somebody still reads; the tool tries it again when it ends.
+  if (platform::RemoveTree(path_)) platform::ForgetUnfinished(path_);
 }
 
 WorkFolder::WorkFolder(const fs::path& model) : WorkFolder(model, model.parent_path(), model.filename()) {}

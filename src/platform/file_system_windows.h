@@ -3,13 +3,12 @@
 
 #include <concepts>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
-
-#include "platform/file_system.h"
 
 /// What the converter uses of std::filesystem, for paths of any letters and any length. Text is UTF-8. Functions with an
 /// error code set it as those of the library do; those without one throw filesystem_error.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <functional>
 #include <limits>
 
 #include "platform/files.h"
@@ -134,7 +135,10 @@ bool MakeFolder(std::string_view path) {
 
 bool IsDiskFull(int error) { return error == ENOSPC; }
 
-std::string MakeTemporaryFolder() {
+namespace {
+
+/// Calls `make` with names among the system's temporary files until one was free. @return it, or nothing
+std::wstring MakeTemporary(const std::function<bool(const std::wstring& path)>& make) {
   constexpr int kTries = 100;
   wchar_t parent[MAX_PATH + 1];
   const DWORD length = GetTempPathW(MAX_PATH + 1, parent);
@@ -143,17 +147,29 @@ std::string MakeTemporaryFolder() {
                              std::to_wstring(GetCurrentProcessId()) + L"-" +
                              std::to_wstring(GetTickCount64()) + L"-";
   for (int i = 0; i < kTries; ++i) {
-    const std::wstring path = start + std::to_wstring(i);
-    if (CreateDirectoryW(CallPath(path).c_str(), nullptr)) return Utf8Text(path);
+    std::wstring path = start + std::to_wstring(i);
+    if (make(CallPath(path))) return path;
   }
-  SetErrno();
   return {};
 }
 
+}  // namespace
+
+std::string MakeTemporaryFolder() {
+  return Utf8Text(MakeTemporary([](const std::wstring& path) {
+    return CreateDirectoryW(path.c_str(), nullptr) || (SetErrno(), false);
+  }));
+}
+
 FilePtr OpenTemporaryFile() {
-  const std::string folder = MakeTemporaryFolder();
-  // "D" deletes the file when it is closed; the empty folder goes with the system's other temporary files.
-  return folder.empty() ? nullptr : FilePtr(_wfopen(CallPath(folder + "\\held").c_str(), L"w+bD"));
+  FilePtr file;
+  MakeTemporary([&](const std::wstring& path) {
+    constexpr int kFlags = _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT | _O_TEMPORARY;
+    const int number = _wopen(path.c_str(), kFlags, _S_IREAD | _S_IWRITE);
+    file.reset(number < 0 ? nullptr : _fdopen(number, "w+b"));
+    return file != nullptr;
+  });
+  return file;
 }
 
 namespace {
