@@ -40,7 +40,7 @@ class path : public std::filesystem::path {
   path extension() const { return Base::extension(); }
   path lexically_normal() const { return Base::lexically_normal(); }
   path lexically_relative(const path& base) const { return Base::lexically_relative(base); }
-  path& replace_extension(const path& extension) { return Base::replace_extension(extension), *this; }
+  path& replace_extension(const path& extension = {}) { return Base::replace_extension(extension), *this; }
   path& operator/=(const path& other) { return Base::operator/=(other), *this; }
   path& operator+=(const path& other) { return Base::operator+=(other.native()), *this; }
 
