@@ -56,6 +56,21 @@ TEST_F(CheckCommand, ExitsWithTheWorstModelAndWritesNothing) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.Path()), {}), 7);
 }
 
+TEST_F(CheckCommand, WritesNothingWhenItTriesRepairsEither) {
+  Character model;
+  model.Bone("root");
+  const auto second = model.Bone("second");
+  auto body = model.Triangle("Body");
+  model.Weights(body, second, {0, 1, 2}, {1, 1, 1});
+  Character::Coordinates(body, {0, 0, 1, 0, 0, 1}, {0, 1, 2});
+  model.Texture(model.Material(body), "skin.png");
+  model.Embed("skin.png", "AAAA");
+  folder_.Write("two.fbx", model.Text());
+  EXPECT_EQ(Run("check two.fbx"), 1) << output_;
+  EXPECT_NE(output_.find("[repair-"), std::string::npos) << output_;
+  EXPECT_EQ(folder_.Names(), "two.fbx");
+}
+
 TEST_F(CheckCommand, PrintsJsonWhateverTheNamesHold) {
   folder_.Write("odd.fbx", Model("nowhere.png", "b\xff\x1b[31m"));
   folder_.Write("text.fbx", "no model");

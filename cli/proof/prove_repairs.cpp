@@ -13,6 +13,8 @@
 #include "host/host_paths.h"
 #include "proof/prove_model.h"
 #include "prove/compare.h"
+#include "scene/importer.h"
+#include "scene/io_settings.h"
 #include "scene/model/scene.h"
 
 namespace cli {
@@ -107,10 +109,13 @@ std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOp
   std::optional<ProvenRepairs> found;
   try {
     job.loaded.CreateQuietly();
-    ts3d::LoadedVersions versions;
-    if (LoadSceneQuietly(job.loaded.Manager(), job.loaded.Scene(), path, ts3d::DirectoryPart(path),
-                         std::nullopt, {}, versions)
-            .empty()) {
+    // A check writes nothing, no embedded pictures either.
+    scene::KFbxIOSettings settings;
+    settings.SetStringProp(scene::kModelFolderSetting, ts3d::DirectoryPart(path));
+    settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
+    scene::KFbxImporter importer(job.loaded.Manager().GetReaderRegistry());
+    importer.SetIOSettings(settings);
+    if (importer.Initialize(path) && importer.Import(job.loaded.Scene())) {
       found = ChooseRepairsByProof(job, model, options);
     }
   } catch (const std::exception&) {
