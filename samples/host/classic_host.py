@@ -44,7 +44,9 @@ def main():
     # Work files are deleted from the current directory: it has to be the model's folder.
     os.chdir(sys.argv[2])
     # The library splits paths at the backslash, on every system.
-    model = os.fsencode(os.path.join(os.getcwd(), sys.argv[3]).replace("/", "\\"))
+    path = os.path.join(os.getcwd(), sys.argv[3]).replace("/", "\\")
+    # Windows: the system's code page, which os.fsencode does not use there.
+    model = path.encode("mbcs") if os.name == "nt" else os.fsencode(path)
     vertices, triangles = c_int32(), c_int32()
     result = library.ConvertFBXFile3(model, 0.0, 0, 0, 0, None, byref(vertices), byref(triangles), None, on_status,
                                      on_texture, 0, None)

@@ -25,7 +25,7 @@ class PathReading {
  private:
   std::string folder_;  ///< with its separator
   std::string stem_;
-  const PathReading* outer_ = nullptr;
+  [[maybe_unused]] const PathReading* outer_ = nullptr;  ///< what counted before
 };
 
 #ifndef _WIN32
