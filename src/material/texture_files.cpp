@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "material/texture_files.h"
 
+#include "base/file_names.h"
 #include "core/work_files.h"
 
 namespace ts3d {
 namespace {
-
-std::string BaseName(const std::string& path) {
-  const size_t separator = path.find_last_of("\\/");
-  return path.substr(separator == std::string::npos ? 0 : separator + 1);
-}
 
 /// @return whether the ".tga" file exists, by the host's word where it is asked
 bool OfferToHost(const MaterialOutput& out, const std::string& source, const std::string& tgaName) {
@@ -21,7 +17,7 @@ bool OfferToHost(const MaterialOutput& out, const std::string& source, const std
 }  // namespace
 
 std::string TgaName(const std::string& source) {
-  std::string baseName = BaseName(source);
+  std::string baseName(base::BaseName(source));
   if (baseName.find(".tga") != std::string::npos) return baseName;
   return baseName.substr(0, baseName.find('.')) + ".tga";
 }
@@ -30,7 +26,7 @@ std::string PackTexture(const scene::KFbxTexture& texture, MaterialOutput& out) 
   const std::string& source =
       texture.GetFileName().empty() ? texture.GetRelativeFileName() : texture.GetFileName();
   std::string tgaName = TgaName(source);
-  if (tgaName == BaseName(source)) {
+  if (tgaName == base::BaseName(source)) {
     if (out.settings.offerTgaTextures) OfferToHost(out, source, tgaName);
     if (WorkFileExists(out.files, tgaName)) out.package.AddFileToPackage(tgaName, AfterAdding::KeepFile);
     return tgaName;

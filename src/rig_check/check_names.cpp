@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "base/file_names.h"
 #include "config/mesh_list.h"
 #include "core/mesh_filter.h"
 #include "core/names.h"
@@ -80,7 +81,7 @@ void TellBoneNames(RigCheck& check) {
 
 std::string FileName(const UsedTexture& texture) {
   const std::string& source = texture.fileName.empty() ? texture.relativeFileName : texture.fileName;
-  return source.substr(source.find_last_of("\\/") + 1);
+  return std::string(base::BaseName(source));
 }
 
 void TellTextureNames(RigCheck& check) {

@@ -3,16 +3,12 @@
 
 #include <map>
 
+#include "base/file_names.h"
 #include "platform/files.h"
 #include "scene/model/texture.h"
 
 namespace scene {
 namespace {
-
-KString BaseName(std::string_view path) {
-  const size_t separator = path.find_last_of("\\/");
-  return KString(separator == std::string_view::npos ? path : path.substr(separator + 1));
-}
 
 /// Names come from the file: only what names a file inside the folder is written. A drive is none.
 bool IsPlainName(std::string_view name) {
@@ -49,8 +45,8 @@ void ExtractEmbeddedFiles(KFbxScene& scene, std::string_view modelPath, bool wri
     if (!video) return;
     const auto [entry, isNew] = extracted.try_emplace(video);
     if (isNew) {
-      const KString name =
-          BaseName(video->GetFileName().empty() ? video->GetRelativeFileName() : video->GetFileName());
+      const KString name = KString(
+          base::BaseName(video->GetFileName().empty() ? video->GetRelativeFileName() : video->GetFileName()));
       const KString content = IsPlainName(name) ? video->ReadContent() : KString();
       if (!content.empty() && (!write || WriteContent(folder, folder + name, content))) {
         entry->second = folder + name;

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/file_names.h"
 #include "core/names.h"
 #include "core/work_files.h"
 #include "material/texture_files.h"
@@ -31,8 +32,6 @@ bool IsSamePath(const fs::path& a, const fs::path& b) {
   std::error_code failed;
   return fs::equivalent(a, b, failed) && !failed;
 }
-
-std::string BaseName(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
 
 std::string DescribePlaces(const std::vector<std::string>& places) {
   std::string text = "was not found; looked for";
@@ -61,7 +60,7 @@ struct TextureConverter::Request {
   fs::path target = platform::NativePath(files.modelDirectory) + tgaName;
 
   /// Whether the texture is itself the ".tga" file that the package will hold.
-  bool IsTga() const { return ts3d::EqualsIgnoreCase(BaseName(source), tgaName); }
+  bool IsTga() const { return ts3d::EqualsIgnoreCase(base::BaseName(source), tgaName); }
   /// Whether nothing stands before the first point of the name, as in "." or "art/": no file is meant.
   bool IsNameless() const { return tgaName == ".tga" && !IsTga(); }
 };
