@@ -124,7 +124,7 @@ TEST_F(Tool, ACharacterInGltfBecomesThePackageOfItsFbx) {
   for (const std::string name : {"glb", "gltf", "vrm"}) {
     SCOPED_TRACE(name);
     EXPECT_EQ(Run("convert --prove " + name), 0) << errors_;
-    EXPECT_TRUE(Printed("its metres are made centimetres")) << errors_;
+    EXPECT_TRUE(Printed("its lengths are multiplied by 100")) << errors_;
     const actor::Actor made = Load(folder_.Path(name + "/scout.czp"));
     ExpectSameBones(made.skeleton, expected.skeleton);
     ExpectSameMeshes(made.meshes, expected.meshes);
@@ -142,6 +142,14 @@ TEST_F(Tool, ACharacterInGltfBecomesThePackageOfItsFbx) {
   EXPECT_EQ(Run("convert --update gltf"), 0);
   EXPECT_FALSE(Printed("up to date") || output_.find("up to date") != std::string::npos)
       << errors_ << output_;
+  folder_.Write("gltf/fbx2czp.json", "{\"unit\": \"inch\"}");
+  EXPECT_EQ(Run("convert --prove gltf -o inches.czp"), 0) << errors_;
+  EXPECT_TRUE(Printed("proven")) << errors_;
+  const actor::Vector3 inch = Load(folder_.Path("inches.czp")).skeleton.bones[0].translation;
+  EXPECT_NEAR(inch[1] / expected.skeleton.bones[0].translation[1], 0.0254, kTolerance);
+  EXPECT_EQ(Run("check gltf --unit mm"), 0);
+  EXPECT_TRUE(Printed("multiplied by 0.1") || output_.find("multiplied by 0.1") != std::string::npos)
+      << output_;
   EXPECT_EQ(Run("check --json gltf"), 0);
   EXPECT_EQ(Run("preview gltf/scout.gltf -o x.png"), 0) << errors_;
   EXPECT_EQ(Run("inspect glb/scout.glb"), 2);

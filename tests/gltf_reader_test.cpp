@@ -112,8 +112,9 @@ TEST(Gltf, AccessorsMayBeSparseStridedAndOfAnyType) {
 
 TEST(Gltf, VerticesThatWereSplitAreJoinedAndCoordinatesTransformed) {
   GltfFile file;
-  file.root["images"] = {{{"uri", "../art/skin%20a.png"}}};
-  file.root["textures"] = {{{"source", 0}}};
+  file.root["images"] = {{{"uri", "../art/skin%20a.png"}},
+                         {{"name", "eye.v2.tga"}, {"uri", "data:image/jpeg;base64,/9gB"}}};
+  file.root["textures"] = {{{"source", 0}}, {{"source", 1}}};
   const Json turn = {{"offset", {0.5, 0}}, {"rotation", 1.5707963267948966}, {"scale", {2, 1}}};
   file.root["materials"] = {
       {{"name", "skin"},
@@ -121,7 +122,8 @@ TEST(Gltf, VerticesThatWereSplitAreJoinedAndCoordinatesTransformed) {
         {{"baseColorFactor", {1, 0.5, 0, 0.25}},
          {"baseColorTexture",
           {{"index", 0}, {"texCoord", 1}, {"extensions", {{"KHR_texture_transform", turn}}}}}}},
-       {"alphaMode", "BLEND"}}};
+       {"alphaMode", "BLEND"}},
+      {{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 1}}}}}}};
   std::vector<float> points = kSquare, normals, zeros(12), uvs;
   points.insert(points.end(), {0, 0, 0, 0, 0, 0});
   for (int i = 0; i < 6; ++i) normals.insert(normals.end(), {0, i == 4 ? 0.6f : 0.0f, i == 5 ? -1.0f : 1.0f});
@@ -133,7 +135,7 @@ TEST(Gltf, VerticesThatWereSplitAreJoinedAndCoordinatesTransformed) {
   const size_t mesh =
       file.Mesh({{"attributes", attributes}, {"indices", file.Indices({0, 1, 2, 4, 1, 3})}, {"material", 0}});
   file.root["meshes"][mesh]["primitives"].push_back(
-      {{"attributes", attributes}, {"indices", file.Indices({5, 2, 1})}});
+      {{"attributes", attributes}, {"indices", file.Indices({5, 2, 1})}, {"material", 1}});
   file.Top({{"name", "m"}, {"mesh", mesh}});
   const Loaded loaded(file);
   KFbxMesh& read = loaded.Mesh("m");
@@ -149,6 +151,10 @@ TEST(Gltf, VerticesThatWereSplitAreJoinedAndCoordinatesTransformed) {
   EXPECT_EQ(skin.transparencyFactor, 0.75);
   EXPECT_EQ(skin.FindProperty("DiffuseColor")->GetSrcTexture(0)->GetFileName(), "skin%20a.png")
       << "a path that leads out is looked for by its name";
+  const scene::KFbxTexture& eye =
+      *loaded.Node("m").GetMaterial(1)->FindProperty("DiffuseColor")->GetSrcTexture(0);
+  EXPECT_THAT(eye.GetFileName(), testing::EndsWith("eye_v2.jpg"));
+  EXPECT_EQ(eye.GetVideo()->ReadContent(), "\xff\xd8\x01");
 }
 
 /// A skin of joints, each with an inverse bind matrix that only moves.
@@ -251,6 +257,7 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   expect("/accessors/0/sparse", {{"count", 9}, {"indices", {{"componentType", 5121}}}}, "sparse");
   expect("/accessors/0/componentType", 5124, "component type 5124");
   expect("/bufferViews/0/byteOffset", 1e14, "leads out of its data");
+  expect("/bufferViews/0", {{"byteLength", 48}}, "leads out of its data");
   expect("/bufferViews/0/extensions", {{"EXT_meshopt_compression", Json::object()}}, "without compression");
   expect("/meshes/0/primitives/0/extensions", {{"KHR_draco_mesh_compression", Json::object()}},
          "without compression");
@@ -264,6 +271,7 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   };
   expectText("{\"a\": 1}", "not a glTF file");
   expectText("{\"asset\": {", "damaged at byte");
+  expectText("{\"asset\": 1e999}", "a number is too large");
   expectText("{\"asset\": " + std::string(300, '['), "nested too deep");
   expectText("{\"asset\": [" + std::string(3'000'000, ',') + "]}", "too many values");
   expectText(Sound().Glb().substr(0, 300), "cut off");

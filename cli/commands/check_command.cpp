@@ -68,7 +68,7 @@ ts3d::RigReport CheckModel(const fs::path& model, const ConvertOptions& options,
   ts3d::RigReport report = ts3d::CheckRig(
       ConverterPath(model),
       {options.excludedNames, options.loadsPlugins ? ts3d::Plugins::Load : ts3d::Plugins::LeaveOut, false,
-       std::nullopt, options.actorType});
+       std::nullopt, options.actorType, options.modelUnit});
   if (const std::string known = report.loaded ? "" : RecogniseModel(model); !known.empty())
     return NoModel(known);
   ts3d::AddTextureFindings(model, options.textureFolders, report);
@@ -131,11 +131,12 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
   CLI::App& check = AddCommand(app, "check", "Tell what is wrong with models, without converting them", run,
                                [options] { return RunCheck(*options); });
   NoteGivenOptions(check, options->convert.given);
-  check.add_option("MODEL", options->models, "FBX files, binary or ASCII, and folders of such files")
+  check.add_option("MODEL", options->models, "Models (.fbx, .glb, .gltf, .vrm) and folders of them")
       ->required()
       ->type_name("");
   Repeatable(check.add_option("--exclude", options->convert.excludedNames,
                               "Mesh or material that will be left out; repeat for more"));
+  AddModelUnit(check, options->convert.modelUnit);
   AddTextureFolders(check, options->convert.textureFolders);
   AddRenamePreset(
       check, options->convert.renamePreset,

@@ -132,6 +132,16 @@ void RequireFolders(const std::vector<std::string>& folders) {
   }
 }
 
+void AddModelUnit(CLI::App& command, std::string& unit) {
+  TakesOneOf(
+      command
+          .add_option("--unit", unit,
+                      "What the lengths of glTF models are: m, cm, mm or inch (m). FBX files are taken\n"
+                      "as they are")
+          ->type_name("UNIT"),
+      ModelUnitNames());
+}
+
 void AddRenamePreset(CLI::App& command, std::string& preset, const char* description) {
   TakesOneOf(command.add_option("--rename-preset", preset, description)->type_name("RIG"),
              KeysOf(RenamePresetTexts()));

@@ -78,6 +78,9 @@ void AddStrict(CLI::App& command, bool& strict);
 /// @throws Failure when one of `folders`, which an option has named, is not there
 void RequireFolders(const std::vector<std::string>& folders);
 
+/// --unit, which puts the unit of models that do not tell theirs into `unit`.
+void AddModelUnit(CLI::App& command, std::string& unit);
+
 /// --textures, which puts the folders of pictures into `folders`.
 void AddTextureFolders(CLI::App& command, std::vector<std::string>& folders);
 

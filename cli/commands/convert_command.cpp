@@ -155,7 +155,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   CLI::App& convert = AddCommand(app, "convert", "Convert models into packages", run,
                                  [options] { return RunConvert(*options); });
   NoteGivenOptions(convert, options->given);
-  convert.add_option("MODEL", options->models, "FBX files, binary or ASCII, and folders of such files")
+  convert.add_option("MODEL", options->models, "Models (.fbx, .glb, .gltf, .vrm) and folders of them")
       ->type_name("");
   convert
       .add_option("-o,--output", options->outputFolder,
@@ -190,6 +190,7 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   TakesPair(Repeatable(convert.add_option("--rename", options->boneRenames,
                                           "Product name of a bone; repeat for more")),
             "OLD=NEW");
+  AddModelUnit(convert, options->modelUnit);
   AddRenamePreset(convert, options->renamePreset,
                   "Rename the bones of a rig of this kind to their product names: biped, mixamo,\nrocketbox, "
                   "unreal or vrm. --rename goes before it");

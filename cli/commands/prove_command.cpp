@@ -104,9 +104,10 @@ void AddProveCommand(CLI::App& app, RunCommand& run) {
     CheckInputs(*options);
   });
   prove
-      .add_option("MODEL", options->inputs,
-                  "FBX files, and folders of such files, which are converted for it; or one FBX file\n"
-                  "and its package (.czp)")
+      .add_option(
+          "MODEL", options->inputs,
+          "Models (.fbx, .glb, .gltf, .vrm) and folders of them, which are converted for it; or\none model "
+          "and its package (.czp)")
       ->type_name("");
   TakesNumber(prove.add_option("--poses", options->poses,
                                "Random poses to compare in, beside bind pose and present pose (64)"),

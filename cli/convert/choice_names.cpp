@@ -18,6 +18,11 @@ ts3d::ActorType ActorTypeOfName(const std::string& name) {
   return static_cast<ts3d::ActorType>(std::find(names.begin(), names.end(), name) - names.begin());
 }
 
+const std::vector<std::string>& ModelUnitNames() {
+  static const std::vector<std::string> names = {"m", "cm", "mm", "inch"};
+  return names;
+}
+
 const std::vector<std::string>& PackLevelNames() {
   static const std::vector<std::string> names = {"fast", "default", "small"};
   return names;

@@ -19,6 +19,9 @@ const std::vector<std::string>& ActorTypeNames();
 /// @param name  one of them
 ts3d::ActorType ActorTypeOfName(const std::string& name);
 
+/// "m", "cm", ...: the units of models that do not tell theirs, see ConvertOptions
+const std::vector<std::string>& ModelUnitNames();
+
 /// "fast", "default", "small"
 const std::vector<std::string>& PackLevelNames();
 /// A level of ts3d::Settings.

@@ -41,6 +41,7 @@ void SetUp(ts3d::ConversionJob& job, const ConvertOptions& options) {
   job.rotationX = options.rotationX;
   job.boneRenameList = JoinList(options.boneRenames);
   SetMeshOptions(options, job);
+  job.settings.modelUnit = options.modelUnit;
   job.settings.exclusionList = options.excludedNames;
   job.settings.repairs = options.repairs;
   job.settings.packLevel = options.packLevel;

@@ -42,7 +42,7 @@ void ProveConversion(const platform::fs::path& model, const platform::fs::path& 
   // Models are converted side by side, each in a process of its own.
   prove::ProofOptions asked{.threads = 1, .mostInfluences = options.mostInfluences};
   if (!options.proves) asked.poses = kCostPoses;
-  const ProvenModel proven = ProveModelFile(result.model, model, package, asked);
+  const ProvenModel proven = ProveModelFile(result.model, model, package, asked, options);
   if (!proven.error.empty()) {
     result.faults.push_back({"not-compared",
                              ts3d::Severity::Warning,

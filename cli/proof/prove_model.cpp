@@ -26,6 +26,7 @@ int32_t ConvertTo(std::string& package, const fs::path& model, const ConvertOpti
   options.repairs = asked.repairs;
   options.mostInfluences = asked.mostInfluences;
   options.exclusions = asked.excludedNames;
+  options.modelUnit = asked.modelUnit;
   ts3d::ConverterHost host;
   host.onPackage = [&](std::string_view bytes) {
     package += bytes;
@@ -123,11 +124,13 @@ ProvenModel ProveModelFile(const std::string& name, const fs::path& model, const
     proven.status = problem->exitStatus;
     return proven;
   }
+  prove::ProofOptions own = options;
+  own.modelUnit = convert.modelUnit;
   try {
     actor::Actor actor;
     const actor::Findings findings = LoadPackage(model, package, convert, actor, proven);
     if (proven.error.empty() &&
-        prove::ProveModel(ConverterPath(model), actor, options, proven.proof, proven.error)) {
+        prove::ProveModel(ConverterPath(model), actor, own, proven.proof, proven.error)) {
       TellDamage(findings, proven.proof);
     }
   } catch (const std::bad_alloc&) {

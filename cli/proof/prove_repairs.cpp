@@ -112,6 +112,7 @@ std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOp
     // A check writes nothing, no embedded pictures either.
     scene::KFbxIOSettings settings;
     settings.SetStringProp(scene::kModelFolderSetting, ts3d::DirectoryPart(path));
+    settings.SetStringProp(scene::kModelUnitSetting, options.modelUnit);
     settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
     scene::KFbxImporter importer(job.loaded.Manager().GetReaderRegistry());
     importer.SetIOSettings(settings);

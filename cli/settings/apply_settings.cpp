@@ -70,6 +70,11 @@ void SetActorType(const Place& place) {
   if (!place.IsGiven("--actor-type")) place.target.options.actorType = ActorTypeOfName(name);
 }
 
+void SetUnit(const Place& place) {
+  const std::string unit = ReadChoice(place.Value(), place.Key(), ModelUnitNames());
+  if (!place.IsGiven("--unit")) place.target.options.modelUnit = unit;
+}
+
 void SetRotation(const Place& place) {
   ConvertOptions& options = place.target.options;
   CheckKeys(place.Value(), "\"rotation\"", {"x", "y"});
@@ -141,6 +146,7 @@ constexpr Key kKeys[] = {
     {"repair", "false", SetRepairs},
     {"max_influences", "all", SetMaxInfluences},
     {"actor_type", "as the path says", SetActorType},
+    {"unit", "m, of glTF models", SetUnit},
     {"rotation", "x 0, y 0", SetRotation},
     {"textures", "the usual folders", AddTextures},
     {"max_texture", "8192", SetMaxTexture},

@@ -184,6 +184,7 @@ void Converter::PrepareJob() {
   job.boneRenameList = options_.boneRenames;
   job.meshOptionMode = options_.meshOptionMode;
   job.meshOptionList = options_.meshOptions;
+  job.settings.modelUnit = options_.modelUnit;
   job.settings.exclusionList = options_.exclusions;
   job.settings.repairs = options_.repairs;
   job.settings.packLevel = options_.packLevel;

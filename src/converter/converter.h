@@ -30,6 +30,7 @@ struct ConverterOptions {
   int longestPictureSide = textures::kDefaultLongestSide;
   int packLevel = kDefaultPackLevel;  ///< see Settings
   std::string boneRenames, meshOptions;
+  std::string modelUnit = {};  ///< see Settings
   std::vector<std::string> exclusions;
   platform::fs::path pictureFolder;  ///< for models from memory; may be empty
 };

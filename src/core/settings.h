@@ -24,6 +24,9 @@ struct Settings {
   /// The most influences of a vertex: its strongest, made to add up to 1. 0: all.
   int32_t mostInfluences = 0;
 
+  /// Unit of a glTF model that is not in metres: "cm", "mm" or "inch"; empty: metres.
+  std::string modelUnit = {};
+
   /// With LoadAndName each is told in a status line.
   Plugins plugins = Plugins::Load;
 

@@ -196,14 +196,15 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
   job.status.Send(job.isFbxFile ? Notice::LoadingFbxModel : Notice::LoadingModel);
   bool isLoaded = false;
   // A work folder shows the model alone.
-  const std::string folder = DirectoryPart(request.actorPath.empty() ? request.fbxPath : request.actorPath);
+  const ImportChoices choices{DirectoryPart(request.actorPath.empty() ? request.fbxPath : request.actorPath),
+                              job.settings.modelUnit};
   if (request.isQuiet) {
     const auto tell = [&job](double share) { ReportProgress(job, kModelLoaded * share); };
-    job.loadError = LoadSceneQuietly(job.loaded.Manager(), job.loaded.Scene(), request.fbxPath, folder,
+    job.loadError = LoadSceneQuietly(job.loaded.Manager(), job.loaded.Scene(), request.fbxPath, choices,
                                      request.source, tell, versions);
     isLoaded = job.loadError.empty();
   } else {
-    isLoaded = LoadScene(job.loaded.Manager(), job.loaded.Scene(), request.fbxPath, folder, versions,
+    isLoaded = LoadScene(job.loaded.Manager(), job.loaded.Scene(), request.fbxPath, choices, versions,
                          request.keepsLoadError ? &job.loadError : nullptr);
   }
   job.failureReason = job.loadError;

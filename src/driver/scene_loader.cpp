@@ -33,6 +33,11 @@ void ReportInitializeFailure(const KFbxImporter& importer, const std::string& pa
   std::fflush(stdout);
 }
 
+void Choose(const ImportChoices& choices, scene::KFbxIOSettings& settings) {
+  settings.SetStringProp(scene::kModelFolderSetting, choices.folder);
+  settings.SetStringProp(scene::kModelUnitSetting, choices.unit);
+}
+
 /// Reads one word from standard input into the settings, for later imports as well, and imports again.
 bool RetryWithPassword(KFbxImporter& importer, scene::KFbxIOSettings& own, scene::KFbxScene& scene) {
   std::printf("Please enter password:");
@@ -92,11 +97,11 @@ void LoadedScene::Release() {
 }
 
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-               const std::string& folder, LoadedVersions& versions, std::string* error) {
+               const ImportChoices& choices, LoadedVersions& versions, std::string* error) {
   versions.sdk = scene::kNativeVersion;
   KFbxImporter* importer = manager.CreateImporter();
   scene::KFbxIOSettings settings = scene::KFbxIOSettings::Global();
-  settings.SetStringProp(scene::kModelFolderSetting, folder);
+  Choose(choices, settings);
   importer->SetIOSettings(settings);
   const bool initialized = importer->Initialize(path, -1);
   versions.file = importer->GetFileVersion();
@@ -118,10 +123,11 @@ bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const st
 }
 
 std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-                             const std::string& folder, const std::optional<std::string_view>& source,
+                             const ImportChoices& choices, const std::optional<std::string_view>& source,
                              const scene::KFbxProgress& progress, LoadedVersions& versions) {
   scene::KFbxIOSettings settings;
-  settings.SetStringProp(scene::kModelFolderSetting, source ? std::string() : folder);
+  Choose(choices, settings);
+  if (source) settings.SetStringProp(scene::kModelFolderSetting, {});
   KFbxImporter importer(manager.GetReaderRegistry());
   importer.SetIOSettings(settings);
   importer.SetProgressCallback(progress);

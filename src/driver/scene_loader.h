@@ -15,6 +15,12 @@ struct LoadedVersions {
   scene::KFbxFileVersion file;
 };
 
+/// What an import is told beside the path of the model.
+struct ImportChoices {
+  std::string folder = {};  ///< where the files lie that belong to it, with a separator at its end
+  std::string unit = {};    ///< see Settings::modelUnit
+};
+
 /// Creates the scene library's manager, with the plug-ins beside the running executable if `loadsPlugins`,
 /// and an empty scene. Ends the process with exit status 0 when there is no manager to be had.
 void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene, bool loadsPlugins = true);
@@ -50,17 +56,16 @@ class LoadedScene {
 };
 
 /// Loads `path` into `scene`. Asks once for the password of a protected file.
-/// @param folder  with a separator at its end, where the files lie that belong to the model
 /// @param error  gets why that failed; null: it is told on standard output
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-               const std::string& folder, LoadedVersions& versions, std::string* error = nullptr);
+               const ImportChoices& choices, LoadedVersions& versions, std::string* error = nullptr);
 
 /// Loads the file `path`, or the one that `source` holds in its place, into `scene`. Nothing is printed or
 /// asked for, and no settings of the process count.
 /// @param progress  told how much of that is done; may be empty
 /// @return why that failed; empty on success
 std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-                             const std::string& folder, const std::optional<std::string_view>& source,
+                             const ImportChoices& choices, const std::optional<std::string_view>& source,
                              const scene::KFbxProgress& progress, LoadedVersions& versions);
 
 }  // namespace ts3d

@@ -187,6 +187,7 @@ bool ProveModel(const std::string& path, const actor::Actor& actor, const ProofO
   scene::KFbxScene& scene = *manager->CreateScene("");
   scene::KFbxIOSettings settings;
   settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
+  settings.SetStringProp(scene::kModelUnitSetting, options.modelUnit);
   scene::KFbxImporter importer(manager->GetReaderRegistry());
   importer.SetIOSettings(settings);
   if (!importer.Initialize(path) || !importer.Import(scene)) {

@@ -14,9 +14,10 @@ namespace prove {
 
 struct ProofOptions {
   uint64_t seed = 1;
-  int poses = 64;          ///< beside bind pose and present pose
-  unsigned threads = 0;    ///< at most; 0: one for each core
-  int mostInfluences = 0;  ///< that vertices were to keep; 0: all
+  int poses = 64;              ///< beside bind pose and present pose
+  unsigned threads = 0;        ///< at most; 0: one for each core
+  int mostInfluences = 0;      ///< that vertices were to keep; 0: all
+  std::string modelUnit = {};  ///< of a glTF model that is not in metres; empty: metres
 };
 
 /// Where model and package are farthest apart, in parts of the model's diagonal.

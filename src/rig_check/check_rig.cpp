@@ -24,9 +24,10 @@ using scene::KFbxNode;
 using EAttributeType = scene::KFbxNodeAttribute::EAttributeType;
 
 /// Settings of an import that writes no embedded pictures.
-scene::KFbxIOSettings WithoutExtraction(bool hasFolder) {
+scene::KFbxIOSettings WithoutExtraction(const CheckOptions& options) {
   scene::KFbxIOSettings settings;
-  if (!hasFolder) settings.SetStringProp(scene::kModelFolderSetting, {});
+  settings.SetStringProp(scene::kModelUnitSetting, options.modelUnit);
+  if (options.source) settings.SetStringProp(scene::kModelFolderSetting, {});
   settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
   return settings;
 }
@@ -52,7 +53,7 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
 }
 
 bool Load(const CheckOptions& options, RigCheck& check) {
-  const scene::KFbxIOSettings settings = WithoutExtraction(!options.source);
+  const scene::KFbxIOSettings settings = WithoutExtraction(options);
   scene::KFbxImporter importer(check.job.loaded.Manager().GetReaderRegistry());
   importer.SetIOSettings(settings);
   const std::string& path = check.job.files.inputPath;

@@ -18,6 +18,7 @@ struct CheckOptions {
   /// The model, when it is not in the file; outlives the check.
   std::optional<std::string_view> source = std::nullopt;
   std::optional<ActorType> actorType = std::nullopt;  ///< whatever the path says
+  std::string modelUnit = {};                         ///< see Settings
 };
 
 /// Goes through a conversion of the model `path` (with backslashes) without writing anything, and tells what

@@ -51,8 +51,9 @@ inline constexpr FindingKind kActor{"actor", Note, File,
 inline constexpr FindingKind kMotion{"motion-left-out", Note, File,
                                      "Packages hold no animation; what the file has is left out: {}.",
                                      "The model itself needs no change."};
-inline constexpr FindingKind kReadAs{"read-as", Note, File, "This is not an FBX file: {}.",
-                                     "Nothing needs to be done if it stands upright and has the right size."};
+inline constexpr FindingKind kReadAs{
+    "read-as", Note, File, "This is not an FBX file: {}.",
+    "If its size is wrong, name the unit that the model is really in with --unit."};
 inline constexpr FindingKind kAvatar{"avatar", Note, File,
                                      "The file says which human bones its bones stand for.",
                                      "--rename-preset vrm gives them their product names."};

@@ -75,7 +75,9 @@ std::string_view BufferBytes::OpenFile(const std::string& uri) {
     throw Fault("its data is in another file, " + Shown(uri) + "; convert it from a folder");
   const auto [file, isNew] = files_.try_emplace(path);
   std::string reason;
-  if (isNew && !file->second.Open(folder_ + path, reason)) {
+  std::string native;
+  if (isNew && !platform::PathFromUtf8(path, native)) reason = "its name means nothing here";
+  if (isNew && (native.empty() || !file->second.Open(folder_ + native, reason))) {
     throw Fault("its data is in the file " + Shown(uri) + " beside it, which cannot be opened: " + reason);
   }
   if (isNew) otherFiles_ += file->second.Bytes().size();
@@ -94,7 +96,7 @@ std::string_view BufferBytes::At(const Document& document, const Place& place, u
     throw Fault("its data is compressed with " + view.compressed +
                 ", which is not read; export the model without compression");
   }
-  const std::string_view bytes = buffers_[view.buffer];
+  const std::string_view bytes = view.buffer == kNone ? std::string_view() : buffers_[view.buffer];
   if (place.offset > view.size || size > view.size - place.offset || view.offset > bytes.size() ||
       view.size > bytes.size() - view.offset) {
     throw Fault("an accessor or a picture leads out of its data");

@@ -71,6 +71,7 @@ class PrimitiveJoiner {
     const size_t count = isIndexed ? indices.size() : points.size();
     const uint64_t triangles = primitive.mode == kTriangles ? count / 3 : count;
     budget_.Take(triangles * 28);
+    Reserve(static_cast<size_t>(triangles));
     const auto place = FindMaterial(primitive.material);
     const auto vertexAt = [&](size_t i) { return isIndexed ? indices[i] : static_cast<uint32_t>(i); };
     // Also where nothing is: such triangles are dropped, and told, where damaged polygons are.
@@ -89,6 +90,16 @@ class PrimitiveJoiner {
     });
     budget_.ReturnTo(before);
     budget_.Take(triangles * 28);
+  }
+
+  /// Room for further triangles, without giving up that lists grow by parts of their size.
+  void Reserve(size_t triangles) {
+    const auto grow = [](std::vector<int32_t>& list, size_t count) {
+      if (list.capacity() < list.size() + count) list.reserve(std::max(list.size() + count, 2 * list.size()));
+    };
+    grow(geometry_.corners, 3 * triangles);
+    grow(geometry_.uvIndices, 3 * triangles);
+    grow(geometry_.polygonMaterials, triangles);
   }
 
   int32_t FindMaterial(uint32_t material) {
@@ -115,6 +126,7 @@ class PrimitiveJoiner {
     const size_t count = numbers.size() / 2;
     budget_.Take(count * sizeof(int32_t) + WordTable::MostMemory(count, 2));
     std::vector<int32_t> indices(count);
+    uvTable_.Expect(count);
     const uint32_t knownPairs = uvTable_.size();
     for (size_t i = 0; i < count; ++i) {
       const auto u = static_cast<double>(numbers[2 * i]), v = static_cast<double>(numbers[2 * i + 1]);

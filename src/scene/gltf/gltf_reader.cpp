@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "scene/gltf/gltf_reader.h"
 
+#include <cstdio>
+
 #include "scene/assemble/build_scene.h"
 #include "scene/embedded_files.h"
 #include "scene/gltf/write_scene.h"
@@ -8,8 +10,10 @@
 namespace scene {
 namespace {
 
-/// glTF has metres, and FBX characters stand in centimetres.
-constexpr double kCentimetres = 100.0;
+/// FBX characters stand in centimetres. glTF has metres, whatever some exporters think.
+double CentimetresIn(std::string_view unit) {
+  return unit == "cm" ? 1.0 : unit == "mm" ? 0.1 : unit == "inch" ? 2.54 : 100.0;
+}
 
 /// Shares of an import when its text, and then its data, has been read.
 constexpr double kTextRead = 0.2, kDataRead = 0.8;
@@ -20,6 +24,7 @@ struct GltfFiles {
   std::string_view bytes;
   gltf::FileParts parts;
   std::unique_ptr<gltf::BufferBytes> buffers;
+  std::deque<gltf::Geometry> meshes;
 };
 
 /// The folder of `path`, with its separator.
@@ -29,9 +34,9 @@ std::string FolderOf(std::string_view path) {
 }
 
 /// From the world of the file into that of FBX characters, which look along +Z as well, but for old avatars.
-KFbxXMatrix WorldOf(const gltf::Document& document) {
+KFbxXMatrix WorldOf(const gltf::Document& document, double scale) {
   const KFbxVector4 turn{0, document.avatar.facesBack ? 180.0 : 0.0, 0};
-  return {{}, turn, {kCentimetres, kCentimetres, kCentimetres}};
+  return {{}, turn, {scale, scale, scale}};
 }
 
 class OpenGltfFile : public KFbxOpenFile {
@@ -63,21 +68,26 @@ class OpenGltfFile : public KFbxOpenFile {
   void ReadRecords(const KFbxIOSettings& settings, RecordTree& tree) {
     const std::string folder = settings.GetStringProp(kModelFolderSetting, FolderOf(path_));
     files_->buffers = std::make_unique<gltf::BufferBytes>(files_->parts, folder);
+    files_->meshes.clear();
     files_->buffers->Open(document_);
     tree.bytes = files_->bytes;
     tree.otherFiles = files_->buffers->SizeOfOtherFiles();
     tree.storage = files_;
     gltf::Budget budget(tree.MemoryAllowance() / 2);
     const gltf::AccessorReader accessors(document_, *files_->buffers, budget);
-    const gltf::Rig rig = gltf::FindRig(document_, accessors, WorldOf(document_));
-    WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, addedRoot_);
+    scale_ = CentimetresIn(settings.GetStringProp(kModelUnitSetting, "m"));
+    const gltf::Rig rig = gltf::FindRig(document_, accessors, WorldOf(document_, scale_));
+    WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, files_->meshes, addedRoot_);
     Tell(kDataRead);
   }
 
   void Remark(KFbxScene& scene) const {
     for (const std::string& path : files_->buffers->PathsOfOtherFiles()) scene.AddDataFile(path);
     scene.SetLicence(document_.avatar.licence);
-    scene.AddRemark("its metres are made centimetres, as FBX characters have them");
+    char unit[100];
+    std::snprintf(unit, sizeof unit,
+                  "its lengths are multiplied by %g to be the centimetres of FBX characters", scale_);
+    scene.AddRemark(unit);
     scene.AddRemark(
         document_.avatar.facesBack
             ? "the avatar, which looks along -Z, is turned to look along +Z, as FBX characters do; Y is up"
@@ -91,6 +101,7 @@ class OpenGltfFile : public KFbxOpenFile {
   gltf::Document document_;
   KString path_;
   KFbxProgress progress_;
+  double scale_ = 1.0;
   std::string addedRoot_;  ///< name of the bone that joins several top bones
 };
 

@@ -312,6 +312,8 @@ Document ReadDocument(std::string_view json, uint64_t fileSize) {
     root = nlohmann::json::parse(json);
   } catch (const nlohmann::json::parse_error& error) {
     throw Fault("its JSON is damaged at byte " + std::to_string(error.byte));
+  } catch (const nlohmann::json::exception&) {
+    throw Fault("its JSON is damaged: a number is too large");
   }
   return DocumentReader(JsonValue(root)).Read();
 }

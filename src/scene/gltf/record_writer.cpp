@@ -42,6 +42,11 @@ RecordWriter& RecordWriter::Text(std::string_view text) {
   return *this;
 }
 
+RecordWriter& RecordWriter::Data(std::string bytes) {
+  tree_.unpackedBytes += bytes.size();
+  return Bytes(tree_.decodedTexts.emplace_back(std::move(bytes)));
+}
+
 RecordWriter& RecordWriter::Bytes(std::string_view bytes) {
   Value value;
   value.kind = Value::Kind::Bytes;
@@ -50,15 +55,20 @@ RecordWriter& RecordWriter::Bytes(std::string_view bytes) {
   return Add(value);
 }
 
-RecordWriter& RecordWriter::AddList(char element, std::string_view bytes, size_t count) {
-  const std::string& kept = tree_.decodedTexts.emplace_back(bytes);
+RecordWriter& RecordWriter::Copy(std::span<const double> numbers) {
+  const std::string& kept =
+      tree_.decodedTexts.emplace_back(reinterpret_cast<const char*>(numbers.data()), numbers.size_bytes());
   tree_.unpackedBytes += kept.size();
+  return AddList('d', kept, numbers.size());
+}
+
+RecordWriter& RecordWriter::AddList(char element, std::string_view bytes, size_t count) {
   Value value;
   value.kind = Value::Kind::Array;
   value.element = element;
   value.count = static_cast<uint32_t>(count);
-  value.data = kept.data();
-  value.size = kept.size();
+  value.data = bytes.data();
+  value.size = bytes.size();
   return Add(value);
 }
 

@@ -23,11 +23,15 @@ class RecordWriter {
   RecordWriter& Real(double value);
   /// @param text  is copied
   RecordWriter& Text(std::string_view text);
+  /// @param bytes  are kept
+  RecordWriter& Data(std::string bytes);
   /// Bytes that stay as long as the tree.
   RecordWriter& Bytes(std::string_view bytes);
+  /// Numbers that stay as long as the tree.
   RecordWriter& Array(std::span<const float> numbers) { return List('f', numbers); }
-  RecordWriter& Array(std::span<const double> numbers) { return List('d', numbers); }
   RecordWriter& Array(std::span<const int32_t> numbers) { return List('i', numbers); }
+  /// @param numbers  are copied
+  RecordWriter& Copy(std::span<const double> numbers);
 
  private:
   template <class T>

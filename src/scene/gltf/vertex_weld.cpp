@@ -54,18 +54,35 @@ VertexWeld::Attributes VertexWeld::ReadAttributes(const Primitive& primitive) co
 
 void VertexWeld::ReadInfluences(const Primitive& primitive, size_t vertexCount,
                                 Attributes& attributes) const {
+  const size_t sets = std::min(primitive.joints.size(), primitive.weights.size());
+  if (sets == 1 && influences_ == 4) {
+    attributes.joints = accessors_.Integers(primitive.joints[0], 4);
+    attributes.weights = accessors_.Floats(primitive.weights[0], 4);
+  } else {
+    JoinSets(primitive, sets, vertexCount, attributes);
+  }
+  attributes.joints.resize(vertexCount * influences_);
+  attributes.weights.resize(vertexCount * influences_);
+  for (size_t i = 0; i < attributes.joints.size(); ++i) {
+    float& weight = attributes.weights[i];
+    weight = std::max(weight, 0.0f);
+    if (weight == 0.0f) attributes.joints[i] = 0;
+  }
+}
+
+void VertexWeld::JoinSets(const Primitive& primitive, size_t sets, size_t vertexCount,
+                          Attributes& attributes) const {
   budget_.Take(uint64_t{vertexCount} * influences_ * 8);
   attributes.joints.resize(vertexCount * influences_);
   attributes.weights.resize(vertexCount * influences_);
-  const size_t sets = std::min(primitive.joints.size(), primitive.weights.size());
   for (size_t set = 0; set < sets; ++set) {
     const std::vector<uint32_t> joints = accessors_.Integers(primitive.joints[set], 4);
     const std::vector<float> weights = accessors_.Floats(primitive.weights[set], 4);
     const size_t count = std::min({vertexCount, joints.size() / 4, weights.size() / 4});
     for (size_t i = 0; i < 4 * count; ++i) {
       const size_t at = i / 4 * influences_ + 4 * set + i % 4;
-      attributes.weights[at] = std::max(weights[i], 0.0f);
-      attributes.joints[at] = attributes.weights[at] == 0.0f ? 0 : joints[i];
+      attributes.weights[at] = weights[i];
+      attributes.joints[at] = joints[i];
     }
   }
 }
@@ -82,6 +99,8 @@ void VertexWeld::Weld(const Attributes& attributes) {
   static constexpr float kNoNormal[3] = {};
   std::vector<uint32_t> key(3 + 2 * influences_ + 1);
   points_.resize(count);
+  table_.Expect(count);
+  normals_.reserve(normals_.size() + 3 * count);
   for (size_t i = 0; i < count; ++i) {
     for (size_t k = 0; k < 3; ++k) key[k] = ToWord(attributes.positions[3 * i + k]);
     for (size_t k = 0; k < influences_; ++k) {

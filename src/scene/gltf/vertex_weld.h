@@ -51,6 +51,7 @@ class VertexWeld {
   static float ToFloat(uint32_t word);
   Attributes ReadAttributes(const Primitive& primitive) const;
   void ReadInfluences(const Primitive& primitive, size_t vertexCount, Attributes& attributes) const;
+  void JoinSets(const Primitive& primitive, size_t sets, size_t vertexCount, Attributes& attributes) const;
   void Weld(const Attributes& attributes);
   bool IsOpposed(uint32_t point, const float* normal) const;
 

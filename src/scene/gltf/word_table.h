@@ -14,9 +14,16 @@ class WordTable {
  public:
   explicit WordTable(size_t width) : width_(width) {}
 
+  /// Makes room for `count` further keys.
+  void Expect(size_t count) {
+    words_.reserve((count_ + count) * width_);
+    size_t slots = std::max(slots_.size(), kFirst);
+    while (slots < 2 * (count_ + count + 1)) slots *= 2;
+    if (slots > slots_.size()) Grow(slots);
+  }
   /// Number of the key at `words`.
   uint32_t NumberOf(const uint32_t* words) {
-    if (2 * (count_ + 1) > slots_.size()) Grow();
+    if (2 * (count_ + 1) > slots_.size()) Grow(std::max(2 * slots_.size(), kFirst));
     for (size_t slot = Hash(words) & (slots_.size() - 1);; slot = (slot + 1) & (slots_.size() - 1)) {
       if (slots_[slot] == 0) {
         words_.insert(words_.end(), words, words + width_);
@@ -33,6 +40,8 @@ class WordTable {
   }
 
  private:
+  static constexpr size_t kFirst = 64;
+
   size_t Hash(const uint32_t* words) const {
     uint64_t hash = 0;
     for (size_t i = 0; i < width_; i += 2) {
@@ -40,9 +49,8 @@ class WordTable {
     }
     return static_cast<size_t>(hash);
   }
-  void Grow() {
-    constexpr size_t kFirst = 64;
-    slots_.assign(std::max(2 * slots_.size(), kFirst), 0);
+  void Grow(size_t slots) {
+    slots_.assign(slots, 0);
     for (uint32_t i = 0; i < count_; ++i) {
       size_t slot = Hash(At(i)) & (slots_.size() - 1);
       while (slots_[slot] != 0) slot = (slot + 1) & (slots_.size() - 1);

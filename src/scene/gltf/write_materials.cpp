@@ -45,19 +45,19 @@ int64_t MaterialWriter::IdOf(uint32_t material) {
 }
 
 void MaterialWriter::WriteColour(const char* property, double r, double g, double b) {
-  writer_.Begin("P").Text(property).Text("").Text("").Text("").Real(r).Real(g).Real(b).End();
+  writer_.Begin("P").Bytes(property).Bytes("").Bytes("").Bytes("").Real(r).Real(g).Real(b).End();
 }
 
 int64_t MaterialWriter::Write(const Material& material) {
   const int64_t id = links_.NewId();
   const auto& [r, g, b, alpha] = material.colour;
-  writer_.Begin("Material").Integer(id).Text(material.name).Text("");
-  writer_.Begin("ShadingModel").Text("lambert").End();
+  writer_.Begin("Material").Integer(id).Text(material.name).Bytes("");
+  writer_.Begin("ShadingModel").Bytes("lambert").End();
   writer_.Begin("Properties70");
   WriteColour("DiffuseColor", r, g, b);
   WriteColour("EmissiveColor", material.emissive[0], material.emissive[1], material.emissive[2]);
   if (material.isBlended) {
-    writer_.Begin("P").Text("TransparencyFactor").Text("").Text("").Text("");
+    writer_.Begin("P").Bytes("TransparencyFactor").Bytes("").Bytes("").Bytes("");
     writer_.Real(1.0 - std::clamp(alpha, 0.0, 1.0)).End();
   }
   writer_.End();
@@ -72,18 +72,9 @@ void MaterialWriter::WriteTexture(uint32_t image, int64_t material) {
   links_.Connect(known->second, material, "DiffuseColor");
 }
 
-/// What the picture's file is called, where it is one, or would be.
-std::string MaterialWriter::NameOfPicture(uint32_t index) {
-  const Image& image = document_.images[index];
-  if (image.view == kNone && !IsDataUri(image.uri)) {
-    // One that does not lie below the model is looked for by its name, as those of FBX files are.
-    const std::string below = PathBelowModel(image.uri);
-    return below.empty() ? std::string(NamePart(image.uri)) : below;
-  }
-  const std::string_view content =
-      image.view == kNone ? std::string_view() : bytes_.View(document_, image.view);
+/// What the file of an embedded picture would be called.
+std::string MaterialWriter::NameFor(const Image& image, std::string_view content) {
   std::string stem = AsFileName(image.name.empty() ? "picture" : image.name);
-  const std::string ending = EndingOf(content, image.mimeType);
   // Images are called after the files that they were made of.
   for (const std::string_view known :
        {".png", ".jpg", ".jpeg", ".tga", ".tif", ".tiff", ".bmp", ".psd", ".webp"}) {
@@ -93,28 +84,40 @@ std::string MaterialWriter::NameOfPicture(uint32_t index) {
   std::replace(stem.begin(), stem.end(), '.', '_');
   std::string name = stem;
   for (int i = 2; !pictureNames_.insert(LowerCased(name)).second; ++i) name = stem + "_" + std::to_string(i);
-  return name + ending;
+  return name + EndingOf(content, image.mimeType);
+}
+
+int64_t MaterialWriter::WriteTextureObject(const std::string& name) {
+  const int64_t texture = links_.NewId();
+  writer_.Begin("Texture").Integer(texture).Bytes("").Bytes("");
+  writer_.Begin("FileName").Text(name).End();
+  writer_.Begin("RelativeFilename").Text(name).End();
+  writer_.End();
+  return texture;
 }
 
 int64_t MaterialWriter::WritePicture(uint32_t index) {
   const Image& image = document_.images[index];
-  const std::string name = NameOfPicture(index);
-  const int64_t texture = links_.NewId();
-  writer_.Begin("Texture").Integer(texture).Text("").Text("");
-  writer_.Begin("FileName").Text(name).End();
-  writer_.Begin("RelativeFilename").Text(name).End();
-  writer_.End();
   const bool isData = IsDataUri(image.uri);
-  if (image.view == kNone && !isData) return texture;
+  if (image.view == kNone && !isData) {
+    // One that does not lie below the model's folder is looked for by its name, as those of FBX files are.
+    const std::string below = PathBelowModel(image.uri);
+    return WriteTextureObject(below.empty() ? std::string(NamePart(image.uri)) : below);
+  }
+  std::string decoded;
+  if (image.view == kNone) decoded = DecodeDataUri(image.uri);
+  const std::string_view content = image.view == kNone ? decoded : bytes_.View(document_, image.view);
+  const std::string name = NameFor(image, content);
+  const int64_t texture = WriteTextureObject(name);
   const int64_t video = links_.NewId();
-  writer_.Begin("Video").Integer(video).Text("").Text("");
+  writer_.Begin("Video").Integer(video).Bytes("").Bytes("");
   writer_.Begin("FileName").Text(name).End();
   writer_.Begin("Nameless").End();
   writer_.Begin("Content");
-  if (isData) {
-    writer_.Text(DecodeDataUri(image.uri));
+  if (image.view == kNone) {
+    writer_.Data(std::move(decoded));
   } else {
-    writer_.Bytes(bytes_.View(document_, image.view));
+    writer_.Bytes(content);
   }
   writer_.End();
   writer_.End();

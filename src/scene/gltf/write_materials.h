@@ -24,7 +24,8 @@ class MaterialWriter {
   void WriteColour(const char* property, double r, double g, double b);
   void WriteTexture(uint32_t image, int64_t material);
   int64_t WritePicture(uint32_t image);
-  std::string NameOfPicture(uint32_t image);
+  int64_t WriteTextureObject(const std::string& name);
+  std::string NameFor(const Image& image, std::string_view content);
 
   const Document& document_;
   const BufferBytes& bytes_;

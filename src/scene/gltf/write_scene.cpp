@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <bit>
 
-#include "scene/gltf/geometry.h"
 #include "scene/gltf/record_writer.h"
 #include "scene/gltf/unique_names.h"
 #include "scene/gltf/write_materials.h"
@@ -18,11 +17,13 @@ constexpr const char* kNoLabels[] = {"", "", ""};
 class SceneWriter {
  public:
   SceneWriter(const Document& document, const BufferBytes& bytes, const Rig& rig,
-              const AccessorReader& accessors, Budget& budget, RecordTree& tree)
+              const AccessorReader& accessors, Budget& budget, RecordTree& tree, std::deque<Geometry>& meshes)
       : document_(document),
         rig_(rig),
         accessors_(accessors),
         budget_(budget),
+        tree_(tree),
+        meshes_(meshes),
         writer_(tree),
         materials_(document, bytes, writer_, links_),
         bones_(document.nodes.size()) {
@@ -50,8 +51,8 @@ class SceneWriter {
   };
 
   void WriteVector(const char* property, const KFbxVector4& vector) {
-    writer_.Begin("P").Text(property);
-    for (const char* label : kNoLabels) writer_.Text(label);
+    writer_.Begin("P").Bytes(property);
+    for (const char* label : kNoLabels) writer_.Bytes(label);
     for (size_t i = 0; i < 3; ++i) writer_.Real(vector[i]);
     writer_.End();
   }
@@ -59,14 +60,17 @@ class SceneWriter {
   void WriteMatrix(const char* name, const KFbxXMatrix& matrix) {
     double numbers[16];
     for (size_t i = 0; i < 16; ++i) numbers[i] = matrix.At(i);
-    writer_.Begin(name).Array(numbers).End();
+    writer_.Begin(name).Copy(numbers).End();
   }
 
   /// @param local  rigid
   int64_t WriteNode(const std::string& name, const char* type, int64_t parent, const KFbxXMatrix& local,
                     std::string_view humanBone = {}) {
+    // Its records, an attribute, an entry of the pose, and as much again for the objects made of them.
+    constexpr uint64_t kNodeMemory = 4096;
+    budget_.Take(kNodeMemory);
     const int64_t id = links_.NewId();
-    writer_.Begin("Model").Integer(id).Text(name).Text(type);
+    writer_.Begin("Model").Integer(id).Text(name).Bytes(type);
     if (!humanBone.empty()) writer_.Begin("HumanBone").Text(humanBone).End();
     writer_.Begin("Properties70");
     WriteVector("Lcl Translation", local.GetT());
@@ -81,7 +85,7 @@ class SceneWriter {
                     const KFbxXMatrix& world, std::string_view humanBone = {}) {
     const int64_t bone = WriteNode(name, "LimbNode", parent, above.Inverse() * world, humanBone);
     const int64_t attribute = links_.NewId();
-    writer_.Begin("NodeAttribute").Integer(attribute).Text("").Text("LimbNode").End();
+    writer_.Begin("NodeAttribute").Integer(attribute).Bytes("").Bytes("LimbNode").End();
     links_.Connect(attribute, bone);
     pose_.push_back({bone, world});
     return bone;
@@ -121,8 +125,11 @@ class SceneWriter {
     return name.empty() ? otherwise + std::to_string(node) : name;
   }
 
+  /// Tools that pack models leave the name with an empty node above.
   std::string NameOfMesh(const Node& node) const {
-    const std::string& name = node.name.empty() ? document_.meshes[node.mesh].name : node.name;
+    const bool hasGroup = node.parent != kNone && !rig_.isBone[node.parent];
+    std::string name = node.name.empty() ? document_.meshes[node.mesh].name : node.name;
+    if (name.empty() && hasGroup) name = document_.nodes[node.parent].name;
     return name.empty() ? "Mesh_" + std::to_string(node.mesh) : name;
   }
 
@@ -131,7 +138,8 @@ class SceneWriter {
     const bool isSkinned = node.skin != kNone;
     const KFbxXMatrix place = isSkinned ? rig_.skins[node.skin].place : rig_.places[index];
     const size_t jointCount = isSkinned ? document_.skins[node.skin].joints.size() : 0;
-    const Geometry geometry = JoinPrimitives(document_, accessors_, budget_, node, place, jointCount);
+    Geometry& geometry =
+        meshes_.emplace_back(JoinPrimitives(document_, accessors_, budget_, node, place, jointCount));
     if (geometry.corners.empty()) return;
     const int64_t id = WriteNode(meshNames_.Take(NameOfMesh(node)), "Mesh", kSceneRoot, {});
     pose_.push_back({id, {}});
@@ -143,17 +151,18 @@ class SceneWriter {
     } else if (rig_.boneAbove[index] != kNone) {
       WriteHold(rig_.boneAbove[index], geometry, mesh);
     }
+    tree_.unpackedBytes += geometry.Memory();
   }
 
   int64_t WriteGeometry(const Geometry& geometry) {
     const int64_t id = links_.NewId();
-    writer_.Begin("Geometry").Integer(id).Text("").Text("Mesh");
+    writer_.Begin("Geometry").Integer(id).Bytes("").Bytes("Mesh");
     writer_.Begin("Vertices").Array(geometry.points).End();
     writer_.Begin("PolygonVertexIndex").Array(geometry.corners).End();
     const auto beginElement = [&](const char* name, const char* mapping) {
       writer_.Begin(name).Integer(0);
-      writer_.Begin("MappingInformationType").Text(mapping).End();
-      writer_.Begin("ReferenceInformationType").Text("IndexToDirect").End();
+      writer_.Begin("MappingInformationType").Bytes(mapping).End();
+      writer_.Begin("ReferenceInformationType").Bytes("IndexToDirect").End();
     };
     if (!geometry.uvIndices.empty()) {
       beginElement("LayerElementUV", "ByPolygonVertex");
@@ -174,7 +183,7 @@ class SceneWriter {
   void WriteCluster(int64_t bone, const JointWeights& joint, const KFbxXMatrix& transform,
                     const KFbxXMatrix& link, int64_t skin) {
     const int64_t id = links_.NewId();
-    writer_.Begin("Deformer").Integer(id).Text("").Text("Cluster");
+    writer_.Begin("Deformer").Integer(id).Bytes("").Bytes("Cluster");
     writer_.Begin("Indexes").Array(joint.points).End();
     writer_.Begin("Weights").Array(joint.weights).End();
     WriteMatrix("Transform", transform);
@@ -186,7 +195,7 @@ class SceneWriter {
 
   int64_t WriteSkinObject(int64_t mesh) {
     const int64_t id = links_.NewId();
-    writer_.Begin("Deformer").Integer(id).Text("").Text("Skin").End();
+    writer_.Begin("Deformer").Integer(id).Bytes("").Bytes("Skin").End();
     links_.Connect(id, mesh);
     return id;
   }
@@ -207,9 +216,10 @@ class SceneWriter {
   }
 
   /// A mesh without a skin goes along with the bone that it hangs on.
-  void WriteHold(uint32_t bone, const Geometry& geometry, int64_t mesh) {
+  void WriteHold(uint32_t bone, Geometry& geometry, int64_t mesh) {
     const size_t count = geometry.points.size() / 3;
-    JointWeights all{std::vector<int32_t>(count), std::vector<float>(count, 1.0f)};
+    geometry.joints = {{std::vector<int32_t>(count), std::vector<float>(count, 1.0f)}};
+    JointWeights& all = geometry.joints.front();
     for (size_t i = 0; i < count; ++i) all.points[i] = static_cast<int32_t>(i);
     budget_.Take(count * 8);
     const KFbxXMatrix link = WithoutScale(rig_.places[bone]);
@@ -218,7 +228,7 @@ class SceneWriter {
 
   void WritePose() {
     if (pose_.empty()) return;
-    writer_.Begin("Pose").Integer(links_.NewId()).Text("").Text("BindPose");
+    writer_.Begin("Pose").Integer(links_.NewId()).Bytes("").Bytes("BindPose");
     for (const auto& [node, matrix] : pose_) {
       writer_.Begin("PoseNode");
       writer_.Begin("Node").Integer(node).End();
@@ -232,11 +242,11 @@ class SceneWriter {
   void WriteMotions() {
     static constexpr double kTwoKeys[] = {0, 1};
     for (const std::string& name : document_.motions) {
-      writer_.Begin("AnimationStack").Integer(links_.NewId()).Text(name).Text("").End();
+      writer_.Begin("AnimationStack").Integer(links_.NewId()).Text(name).Bytes("").End();
     }
     if (document_.motions.empty()) return;
-    writer_.Begin("AnimationCurve").Integer(links_.NewId()).Text("").Text("");
-    writer_.Begin("KeyTime").Array(kTwoKeys).End();
+    writer_.Begin("AnimationCurve").Integer(links_.NewId()).Bytes("").Bytes("");
+    writer_.Begin("KeyTime").Copy(kTwoKeys).End();
     writer_.End();
   }
 
@@ -244,6 +254,8 @@ class SceneWriter {
   const Rig& rig_;
   const AccessorReader& accessors_;
   Budget& budget_;
+  RecordTree& tree_;
+  std::deque<Geometry>& meshes_;
   RecordWriter writer_;
   ObjectLinks links_;
   MaterialWriter materials_;
@@ -255,8 +267,9 @@ class SceneWriter {
 }  // namespace
 
 void WriteScene(const Document& document, const BufferBytes& bytes, const Rig& rig,
-                const AccessorReader& accessors, Budget& budget, RecordTree& tree, std::string& root) {
-  root = SceneWriter(document, bytes, rig, accessors, budget, tree).Write();
+                const AccessorReader& accessors, Budget& budget, RecordTree& tree,
+                std::deque<Geometry>& meshes, std::string& root) {
+  root = SceneWriter(document, bytes, rig, accessors, budget, tree, meshes).Write();
 }
 
 }  // namespace scene::gltf
