@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "convert/choice_names.h"
