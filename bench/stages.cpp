@@ -106,7 +106,8 @@ class Model {
     job.files.modelDirectory = pattern + "/";
     ts3d::LoadedVersions versions;
     job.loaded.Create();
-    if (!LoadScene(job.loaded.Manager(), job.loaded.Scene(), modelPath, job.files.modelDirectory, versions) ||
+    if (!LoadScene(job.loaded.Manager(), job.loaded.Scene(), modelPath, {.folder = job.files.modelDirectory},
+                   versions) ||
         !WriteSkeleton(job.Model(), *job.skeleton, job.files)) {
       throw std::runtime_error("cannot load " + modelPath);
     }
