@@ -33,8 +33,11 @@ bool IsUsable(std::span<const double> full) {
 void SceneBuilder::CreateShapes() {
   const size_t count = made_.size();
   constexpr uint32_t kNone = 0xffffffff;
-  std::vector<uint32_t> blendOfChannel(count, kNone), meshOfBlend(count, kNone);
-  std::vector<std::vector<uint32_t>> targetsOfChannel(count);
+  struct Links {
+    uint32_t blend = kNone, mesh = kNone;  ///< of a channel, of a blend
+    std::vector<uint32_t> targets;         ///< of a channel
+  };
+  std::vector<Links> links(count);
   const auto isA = [&](uint32_t index, ObjectKind kind, std::string_view subType) {
     return index != ObjectTable::kRoot && table_[index].kind == kind && table_[index].subType == subType;
   };
@@ -42,19 +45,19 @@ void SceneBuilder::CreateShapes() {
     if (!property.empty()) continue;
     if (isA(source, ObjectKind::Geometry, "Shape") &&
         isA(destination, ObjectKind::Deformer, "BlendShapeChannel")) {
-      targetsOfChannel[destination].push_back(source);
+      links[destination].targets.push_back(source);
     } else if (isA(source, ObjectKind::Deformer, "BlendShapeChannel") &&
                isA(destination, ObjectKind::Deformer, "BlendShape")) {
-      blendOfChannel[source] = destination;
+      links[source].blend = destination;
     } else if (isA(source, ObjectKind::Deformer, "BlendShape") && Made<KFbxMesh>(destination)) {
-      meshOfBlend[source] = destination;
+      links[source].mesh = destination;
     }
   }
   for (uint32_t i = 0; i < count; ++i) {
     if (auto* mesh = Made<KFbxMesh>(i)) AddInlineShapes(table_[i], *mesh);
-    const uint32_t blend = blendOfChannel[i];
-    if (blend == kNone || meshOfBlend[blend] == kNone || targetsOfChannel[i].empty()) continue;
-    AddChannel(i, targetsOfChannel[i], *Made<KFbxMesh>(meshOfBlend[blend]));
+    const auto& [blend, own, targets] = links[i];
+    if (blend == kNone || links[blend].mesh == kNone || targets.empty()) continue;
+    AddChannel(i, targets, *Made<KFbxMesh>(links[blend].mesh));
   }
 }
 
