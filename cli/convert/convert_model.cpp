@@ -182,6 +182,26 @@ void TakeCurrentPackage(const ModelTask& task, const ConvertOptions& options, Mo
   if (!options.report.empty()) result.members = ts3d::ListMembers(result.package);
 }
 
+/// What became of the model's pictures, and which files they are.
+void TakePictures(const textures::TextureConverter& textures, const ConvertOptions& options,
+                  ModelResult& result) {
+  result.textureProblems = textures.Problems();
+  NoteOutsidePictures(textures.OutsidePictures(), result);
+  NoteShrunkPictures(textures.Shrunk(), options.longestTextureSide, result);
+  for (const fs::path& input : textures.Inputs()) result.inputs.push_back(input.string());
+}
+
+/// Measures of the package in the work folder, and what a proof of it tells.
+void TakePackage(const ModelTask& task, const fs::path& package, const ConvertOptions& options,
+                 const ts3d::ConversionJob& job, ModelResult& result) {
+  result.vertices = job.vertexTotal;
+  result.triangles = job.polygonTotal;
+  result.packageBytes = fs::file_size(package);
+  if (options.proves || options.mostInfluences > 0) ProveConversion(task.model, package, options, result);
+  if (!options.report.empty()) result.members = ts3d::ListMembers(package.string());
+  result.package = task.Package().string();
+}
+
 }  // namespace
 
 fs::path ModelTask::Package() const {
@@ -258,21 +278,11 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   if (result.code != 0 && result.reason.empty()) result.reason = WhyFailed(task, work, result.code, job);
   result.readerOutput = job.loadError;
   result.damage = job.damagedArrays;
-  result.textureProblems = textures.Problems();
-  NoteOutsidePictures(textures.OutsidePictures(), result);
-  NoteShrunkPictures(textures.Shrunk(), options.longestTextureSide, result);
-  for (const fs::path& input : textures.Inputs()) result.inputs.push_back(input.string());
+  TakePictures(textures, options, result);
   for (const fs::path& input : dataFiles) result.inputs.push_back(input.string());
-  if (result.code == 0) RefuseEmptyPackage(WithExtension(work.Model(), "czp"), result);
-  if (result.code == 0) {
-    result.vertices = job.vertexTotal;
-    result.triangles = job.polygonTotal;
-    const fs::path package = WithExtension(work.Model(), "czp");
-    result.packageBytes = fs::file_size(package);
-    if (options.proves || options.mostInfluences > 0) ProveConversion(task.model, package, options, result);
-    if (!options.report.empty()) result.members = ts3d::ListMembers(package.string());
-    result.package = task.Package().string();
-  }
+  const fs::path package = WithExtension(work.Model(), "czp");
+  if (result.code == 0) RefuseEmptyPackage(package, result);
+  if (result.code == 0) TakePackage(task, package, options, job, result);
   return result;
 }
 
