@@ -60,9 +60,14 @@ void WriteRepairs(JsonWriter& json, const std::vector<NeededRepair>& repairs) {
 
 void RunNotes::Take(std::string_view line) {
   const bool onlyCounts = line.starts_with("Writing Mesh: ") && line.ends_with("% done");
-  if (onlyCounts || known_.contains(std::string(line)) || !budget_.Takes(line)) return;
-  known_.emplace(line);
-  lines.emplace_back(line);
+  if (onlyCounts) return;
+  const auto [known, isNew] = known_.emplace(line);
+  if (!isNew) return;
+  if (budget_.Takes(line)) {
+    lines.emplace_back(line);
+  } else {
+    known_.erase(known);
+  }
 }
 
 std::string ConversionAsJson(int32_t result, std::string_view error, const ConversionJob& job,
