@@ -96,6 +96,7 @@ int main(int argc, char** argv) {
   }
   for (const support::SamplePicture& picture : support::SamplePictures()) {
     Write(out / "image_fuzz" / picture.kind, picture.file);
+    Write(out / "texture_fuzz" / picture.kind, "\x05textures/skin.bmp\n..\\art.bin\n" + picture.file);
     Write(out / "package_fuzz" / picture.kind, '\x04' + picture.file);
   }
   return 0;

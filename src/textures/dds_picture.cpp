@@ -11,7 +11,7 @@
 namespace textures {
 namespace {
 
-constexpr size_t kHeaderSize = 128, kExtendedHeaderSize = 148;
+constexpr size_t kPlainHeaderSize = 128, kExtendedHeaderSize = 148;
 
 /// The bits of a pixel that hold one colour.
 struct Channel {
@@ -31,7 +31,7 @@ struct PixelFormat {
   int blockFlags = 0;  ///< of the block library; 0: each pixel for itself
   size_t pixelSize = 0;
   std::array<Channel, 4> channels;
-  size_t dataAt = kHeaderSize;
+  size_t dataAt = kPlainHeaderSize;
 };
 
 uint32_t Word(std::string_view bytes, size_t at) {
@@ -40,7 +40,7 @@ uint32_t Word(std::string_view bytes, size_t at) {
 
 PixelFormat Plain(size_t bits, uint32_t red, uint32_t green, uint32_t blue, uint32_t alpha) {
   if (bits == 0 || bits > 32 || bits % 8 != 0) FailDamaged("pixels of " + std::to_string(bits) + " bits");
-  return {0, bits / 8, {{{red}, {green}, {blue}, {alpha, 255}}}, kHeaderSize};
+  return {0, bits / 8, {{{red}, {green}, {blue}, {alpha, 255}}}, kPlainHeaderSize};
 }
 
 PixelFormat ExtendedFormat(uint32_t number) {
@@ -82,7 +82,7 @@ PixelFormat ReadFormat(std::string_view bytes) {
     throw std::runtime_error(
         "is a DDS picture of a kind that is not read; DXT1, DXT3, DXT5 and plain ones are");
   }
-  PixelFormat format = ExtendedFormat(Word(bytes, kHeaderSize));
+  PixelFormat format = ExtendedFormat(Word(bytes, kPlainHeaderSize));
   format.dataAt = kExtendedHeaderSize;
   return format;
 }
@@ -100,7 +100,7 @@ void ReadPlain(std::string_view data, const PixelFormat& format, Image& image) {
 }  // namespace
 
 Image DecodeDds(std::string_view bytes, PictureBudget& budget) {
-  if (bytes.size() < kHeaderSize) FailDamaged("the file ends too early");
+  if (bytes.size() < kPlainHeaderSize) FailDamaged("the file ends too early");
   const PixelFormat format = ReadFormat(bytes);
   Image image = MakeImage(Word(bytes, 16), Word(bytes, 12), budget);
   const std::string_view data = bytes.substr(format.dataAt);
