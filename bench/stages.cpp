@@ -111,7 +111,7 @@ class Model {
         !WriteSkeleton(job.Model(), *job.skeleton, job.files)) {
       throw std::runtime_error("cannot load " + modelPath);
     }
-    const scene::KFbxNode& root = job.loaded.Root();
+    scene::KFbxNode& root = job.loaded.Root();
     for (int i = 0; i < root.GetChildCount(); ++i) {
       if (root.GetChild(i)->GetMesh()) node = root.GetChild(i);
     }
@@ -143,7 +143,7 @@ class Model {
   }
 
   ts3d::ConversionJob job;
-  const scene::KFbxNode* node = nullptr;
+  scene::KFbxNode* node = nullptr;
   scene::KFbxMesh* mesh = nullptr;
   ts3d::MeshData data;
 };

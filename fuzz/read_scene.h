@@ -17,7 +17,7 @@ inline void ReadMesh(scene::KFbxMesh& mesh) {
   for (const scene::KFbxShape& shape : mesh.GetShapes()) ApplyShape(shape, points);
   const scene::KFbxTriangles triangles = TriangulateMesh(mesh);
   scene::ComputeVertexNormals(points, triangles.corners.View(), false);
-  scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
+  const scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
   for (size_t i = 0; uvs && i < triangles.corners.size(); ++i) {
     uvs->GetTextureUVIndex(triangles.SourceCorner(i), triangles.corners[i]);
   }

@@ -90,14 +90,14 @@ class Loaded {
 
 std::string Answer(bool holds) { return holds ? "yes" : "no"; }
 
-bool HasSkin(scene::KFbxMesh& mesh) {
+bool HasSkin(const scene::KFbxMesh& mesh) {
   if (mesh.GetSkinCount() == 0 || mesh.GetSkin(0)->GetClusterCount() == 0) return false;
-  scene::KFbxCluster& cluster = *mesh.GetSkin(0)->GetCluster(0);
+  const scene::KFbxCluster& cluster = *mesh.GetSkin(0)->GetCluster(0);
   return cluster.GetLink() && cluster.GetLink()->IsSkeleton() && cluster.GetTransformMatrix() &&
          !cluster.GetControlPointWeights().empty();
 }
 
-bool HasMaterials(scene::KFbxMesh& mesh, const scene::KFbxNode& node) {
+bool HasMaterials(const scene::KFbxMesh& mesh, const scene::KFbxNode& node) {
   return mesh.GetMaterials() && mesh.GetMaterials()->GetMaterialIndex(1, 4) == 1 &&
          node.GetMaterialCount() == 2 && dynamic_cast<const scene::KFbxSurfacePhong*>(node.GetMaterial(0)) &&
          dynamic_cast<const scene::KFbxSurfaceLambert*>(node.GetMaterial(1));
@@ -106,7 +106,7 @@ bool HasMaterials(scene::KFbxMesh& mesh, const scene::KFbxNode& node) {
 /// What the scene holds, by the columns of the table.
 Row ContentOf(const scene::KFbxScene& scene) {
   const scene::KFbxNode& node = *scene.GetRootNode()->GetChild(0);
-  scene::KFbxMesh* mesh = node.GetMesh();
+  const scene::KFbxMesh* mesh = node.GetMesh();
   if (!mesh) return {{"mesh", "no"}};
   const scene::KFbxProperty* diffuse =
       node.GetMaterialCount() > 0 ? node.GetMaterial(0)->FindProperty("DiffuseColor") : nullptr;

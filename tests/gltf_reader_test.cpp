@@ -53,8 +53,8 @@ std::vector<double> PointsOf(KFbxMesh& mesh) {
 /// "012 213 " for two triangles, with the points in the order of `mesh`.
 std::string TrianglesOf(KFbxMesh& mesh) {
   std::string text;
-  for (int i = 0; i < mesh.GetPolygonCount(); ++i) {
-    const scene::KFbxPolygon polygon = mesh.GetPolygon(i);
+  for (uint32_t i = 0; i < mesh.GetPolygons().Count(); ++i) {
+    const scene::KFbxPolygon polygon = mesh.GetPolygons()[i];
     for (uint32_t k = 0; k < polygon.size; ++k)
       text += std::to_string(mesh.GetPolygonVertices()[polygon.firstCorner + k]);
     text += ' ';

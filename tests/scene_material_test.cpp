@@ -23,7 +23,7 @@ std::unique_ptr<scene::KFbxScene> SceneWithMaterial(FbxFile file) {
   return support::LoadScene(file);
 }
 
-KFbxSurfaceMaterial& MaterialOf(const scene::KFbxScene& scene) {
+KFbxSurfaceMaterial& MaterialOf(scene::KFbxScene& scene) {
   return *support::FindNode(scene, "node")->GetMaterial(0);
 }
 

@@ -30,10 +30,10 @@ struct LoadedMesh {
 };
 
 /// Polygons over four points, as "0 1 2|1 3 2".
-std::string PolygonsOf(KFbxMesh& mesh) {
+std::string PolygonsOf(const KFbxMesh& mesh) {
   std::string text;
-  for (int i = 0; i < mesh.GetPolygonCount(); ++i) {
-    const scene::KFbxPolygon polygon = mesh.GetPolygon(i);
+  for (uint32_t i = 0; i < mesh.GetPolygons().Count(); ++i) {
+    const scene::KFbxPolygon polygon = mesh.GetPolygons()[i];
     if (i) text += "|";
     for (uint32_t k = 0; k < polygon.size; ++k) {
       text += (k ? " " : "") + std::to_string(mesh.GetPolygonVertices()[polygon.firstCorner + k]);
@@ -54,7 +54,7 @@ TEST(Polygons, ANegativeIndexIsTheLastCorner) {
     const char* what;
     std::vector<double> table;
     const char* expected;
-    int dropped;
+    uint32_t dropped;
   } kCases[] = {{"triangles", {0, 1, -3, 1, 3, -3}, "0 1 2|1 3 2", 0},
                 {"one and two corners", {0, -2, -4, 1, 2, -4}, "0 1|3|1 2 3", 0},
                 {"every corner a last one", {-1, -2, -3}, "0|1|2", 0},
@@ -68,7 +68,7 @@ TEST(Polygons, ANegativeIndexIsTheLastCorner) {
   for (const auto& c : kCases) {
     LoadedMesh loaded(FourPoints(c.table));
     EXPECT_EQ(PolygonsOf(loaded.mesh), c.expected) << c.what;
-    EXPECT_EQ(loaded.mesh.GetDroppedPolygonCount(), c.dropped) << c.what;
+    EXPECT_EQ(loaded.mesh.GetPolygonCounts().dropped, c.dropped) << c.what;
   }
 }
 
@@ -95,7 +95,7 @@ std::vector<double> Coordinates(int count) {
 /// Coordinate index of each corner of the triangles 0 1 2 and 0 2 3.
 std::vector<int> UvIndices(const FbxRecord& element) {
   LoadedMesh loaded(FourPoints({0, 1, -3, 0, 2, -4}, {element}));
-  scene::KFbxLayerElementUV* uvs = loaded.mesh.GetUVs();
+  const scene::KFbxLayerElementUV* uvs = loaded.mesh.GetUVs();
   std::vector<int> indices;
   if (!uvs) return indices;
   for (size_t i = 0; i < 6; ++i)
@@ -186,10 +186,10 @@ std::vector<int> MaterialIndices(const char* mapping, std::vector<double> materi
   LoadedMesh loaded(FourPoints({0, 1, -3, 0, 1, 2, -4, 1, 2, -4},
                                {LayerElement("LayerElementMaterial", 0, mapping, "IndexToDirect",
                                              {Ints("Materials", std::move(materials))})}));
-  scene::KFbxLayerElementMaterial* element = loaded.mesh.GetMaterials();
+  const scene::KFbxLayerElementMaterial* element = loaded.mesh.GetMaterials();
   std::vector<int> indices;
-  for (int i = 0; element && i < 3; ++i) {
-    const scene::KFbxPolygon polygon = loaded.mesh.GetPolygon(i);
+  for (uint32_t i = 0; element && i < 3; ++i) {
+    const scene::KFbxPolygon polygon = loaded.mesh.GetPolygons()[i];
     indices.push_back(element->GetMaterialIndex(polygon.number, polygon.firstCorner));
   }
   return indices;

@@ -89,7 +89,7 @@ void AddNote(const char* code, std::string text, ModelResult& result) {
   result.notes.push_back({code, ts3d::Severity::Note, ts3d::Subject::File, {}, std::move(text), {}});
 }
 
-ts3d::RepairSettings RepairAsNeeded(const ts3d::ConversionJob& loaded, const fs::path& model,
+ts3d::RepairSettings RepairAsNeeded(ts3d::ConversionJob& loaded, const fs::path& model,
                                     const ConvertOptions& options, ModelResult& result) {
   const ProvenRepairs repairs = ChooseRepairsByProof(loaded, model, options);
   for (const ts3d::NeededRepair& repair : repairs.chosen.needed) {
@@ -244,7 +244,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   request.actorType = options.actorType;
   const bool mayBeCurrent = options.update && IsCurrent(task, FixedInputs(task, options));
   std::set<fs::path> dataFiles;
-  request.chooseRepairs = [&](const ts3d::ConversionJob& loaded) {
+  request.chooseRepairs = [&](ts3d::ConversionJob& loaded) {
     const scene::KFbxScene& scene = loaded.loaded.Scene();
     for (const scene::KString& file : scene.GetDataFiles()) dataFiles.insert(platform::NativePath(file));
     if (mayBeCurrent) {

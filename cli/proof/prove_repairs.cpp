@@ -7,15 +7,13 @@
 #include <vector>
 
 #include "actor/load_actor.h"
-#include "core/names.h"
 #include "driver/actor_type.h"
 #include "driver/scene_loader.h"
 #include "host/host_paths.h"
 #include "proof/prove_model.h"
 #include "prove/compare.h"
-#include "scene/importer.h"
-#include "scene/io_settings.h"
 #include "scene/model/scene.h"
+#include "scene/read_model.h"
 
 namespace cli {
 namespace fs = platform::fs;
@@ -35,8 +33,8 @@ RepairError ErrorOf(const prove::Proof& proof) {
 }
 
 /// @return none when there is no such package, or it cannot be compared
-std::optional<RepairError> Try(const ts3d::ConversionJob& loaded, const fs::path& model,
-                               ConvertOptions options, const ts3d::RepairSettings& repairs) {
+std::optional<RepairError> Try(ts3d::ConversionJob& loaded, const fs::path& model, ConvertOptions options,
+                               const ts3d::RepairSettings& repairs) {
   options.repairs = repairs;
   options.actorType = loaded.actorType;
   std::string error;
@@ -70,7 +68,7 @@ const Trial& Best(const std::vector<Trial>& trials) {
 
 }  // namespace
 
-ProvenRepairs ChooseRepairsByProof(const ts3d::ConversionJob& loaded, const fs::path& model,
+ProvenRepairs ChooseRepairsByProof(ts3d::ConversionJob& loaded, const fs::path& model,
                                    const ConvertOptions& options) {
   const std::vector<ts3d::RepairSettings> sets = CandidateRepairs(loaded);
   if (sets.size() == 1 && sets.front() == loaded.settings.repairs)
@@ -109,14 +107,9 @@ std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOp
   std::optional<ProvenRepairs> found;
   try {
     job.loaded.CreateQuietly();
-    // A check writes nothing, no embedded pictures either.
-    scene::KFbxIOSettings settings;
-    settings.SetStringProp(scene::kModelFolderSetting, ts3d::DirectoryPart(path));
-    settings.SetStringProp(scene::kModelUnitSetting, options.modelUnit);
-    settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
-    scene::KFbxImporter importer(job.loaded.Manager().GetReaderRegistry());
-    importer.SetIOSettings(settings);
-    if (importer.Initialize(path) && importer.Import(job.loaded.Scene())) {
+    if (ReadModel(job.loaded.Manager().GetReaderRegistry(), {.path = path, .unit = options.modelUnit},
+                  job.loaded.Scene())
+            .isRead) {
       found = ChooseRepairsByProof(job, model, options);
     }
   } catch (const std::exception&) {

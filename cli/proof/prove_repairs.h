@@ -32,7 +32,7 @@ struct ProvenRepairs {
 /// those that leave the surface in the bind pose where it is.
 /// @param model  absolute path of that model
 /// @param options  what else it is converted with
-ProvenRepairs ChooseRepairsByProof(const ts3d::ConversionJob& loaded, const platform::fs::path& model,
+ProvenRepairs ChooseRepairsByProof(ts3d::ConversionJob& loaded, const platform::fs::path& model,
                                    const ConvertOptions& options);
 
 /// The same for a model that is not loaded yet; none when it cannot be.

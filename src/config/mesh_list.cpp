@@ -13,12 +13,9 @@ namespace ts3d {
 
 MeshList::MeshList(const scene::KFbxNode& root) {
   scene::WalkNodes(root, [&](const scene::KFbxNode& node) {
-    const scene::KFbxNodeAttribute* attribute = &node == &root ? nullptr : node.GetNodeAttribute();
-    if (!attribute || attribute->GetAttributeType() != scene::KFbxNodeAttribute::EAttributeType::eMESH) {
-      return scene::Below::Visit;
-    }
+    if (&node == &root || !node.IsMesh()) return scene::Below::Visit;
     Mesh& listed = meshes_.emplace_back(Mesh{SanitizeMeshName(node.GetName())});
-    scene::KFbxMesh* mesh = node.GetMesh();
+    const scene::KFbxMesh* mesh = node.GetMesh();
     if (!mesh || mesh->GetControlPointsCount() == 0) return scene::Below::Skip;
     listed.nameCount = mesh->GetLayerCount() > 0 ? std::max(node.GetMaterialCount(), 1) : 1;
     isEmpty_ = false;

@@ -15,8 +15,10 @@
 #include "mesh/scene_walk.h"
 #include "package/actor_package.h"
 #include "platform/files.h"
+#include "scene/fbx_reader.h"
 #include "scene/model/mesh.h"
 #include "scene/model/scene.h"
+#include "scene/read_model.h"
 #include "skeleton/csf_writer.h"
 #include "skeleton/skeleton_state.h"
 
@@ -112,11 +114,11 @@ void WriteMeshes(ConversionJob& job, ActorPackage& package) {
               job.vertexTotal,
               job.polygonTotal,
               job.onMesh};
-  const scene::KFbxNode& root = job.loaded.Root();
+  scene::KFbxNode& root = job.loaded.Root();
   size_t total = 0, done = 0;
-  ForEachMeshNode(&root, [&](const scene::KFbxNode&) { ++total; });
+  ForEachMeshNode(root, [&](const scene::KFbxNode&) { ++total; });
   for (int i = 0; i < root.GetChildCount(); ++i) {
-    ForEachMeshNode(root.GetChild(i), [&](const scene::KFbxNode& node) {
+    ForEachMeshNode(*root.GetChild(i), [&](scene::KFbxNode& node) {
       ConvertMeshNode(node, run);
       ReportProgress(job, kModelLoaded, kMeshesWritten, ++done, total);
     });
@@ -200,9 +202,12 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
                               job.settings.modelUnit};
   if (request.isQuiet) {
     const auto tell = [&job](double share) { ReportProgress(job, kModelLoaded * share); };
-    job.loadError = LoadSceneQuietly(job.loaded.Manager(), job.loaded.Scene(), request.fbxPath, choices,
-                                     request.source, tell, versions);
-    isLoaded = job.loadError.empty();
+    const scene::KFbxModelResult read = ReadModel(
+        job.loaded.Manager().GetReaderRegistry(),
+        {request.fbxPath, request.source, choices.folder, choices.unit, true}, job.loaded.Scene(), tell);
+    job.loadError = read.error;
+    versions = {scene::kNativeVersion, read.version};
+    isLoaded = read.isRead;
   } else {
     isLoaded = LoadScene(job.loaded.Manager(), job.loaded.Scene(), request.fbxPath, choices, versions,
                          request.keepsLoadError ? &job.loadError : nullptr);

@@ -27,7 +27,7 @@ struct ConversionRequest {
   /// Path that the actor type is read from, when it is not `fbxPath`.
   std::string actorPath;
   /// Called with the job that has loaded its scene; what it answers becomes the job's repairs. May be empty.
-  std::function<RepairSettings(const ConversionJob& job)> chooseRepairs = nullptr;
+  std::function<RepairSettings(ConversionJob& job)> chooseRepairs = nullptr;
   /// Called with the scene when its conversion has ended, before
   /// it goes, also when it has no mesh. May be empty.
   std::function<void(const scene::KFbxNode& root)> onConverted = nullptr;

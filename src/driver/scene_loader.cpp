@@ -70,12 +70,6 @@ void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene,
   scene = manager->CreateScene("");
 }
 
-void CreateQuietSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene) {
-  manager = scene::KFbxSdkManager::Create();
-  if (!manager) throw std::bad_alloc();
-  scene = manager->CreateScene("");
-}
-
 void DestroySdkObjects(scene::KFbxSdkManager* manager) {
   if (manager) manager->Destroy();
 }
@@ -87,7 +81,9 @@ void LoadedScene::Create(bool loadsPlugins) {
 
 void LoadedScene::CreateQuietly() {
   Release();
-  CreateQuietSdkObjects(sdkManager_, scene_);
+  sdkManager_ = scene::KFbxSdkManager::Create();
+  if (!sdkManager_) throw std::bad_alloc();
+  scene_ = sdkManager_->CreateScene("");
 }
 
 void LoadedScene::Release() {
@@ -120,22 +116,6 @@ bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const st
   if (!imported && error) *error = importer->GetLastErrorString();
   manager.DestroyImporter(importer);
   return imported;
-}
-
-std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-                             const ImportChoices& choices, const std::optional<std::string_view>& source,
-                             const scene::KFbxProgress& progress, LoadedVersions& versions) {
-  scene::KFbxIOSettings settings;
-  Choose(choices, settings);
-  if (source) settings.SetStringProp(scene::kModelFolderSetting, {});
-  KFbxImporter importer(manager.GetReaderRegistry());
-  importer.SetIOSettings(settings);
-  importer.SetProgressCallback(progress);
-  versions.sdk = scene::kNativeVersion;
-  const bool initialized =
-      source ? importer.InitializeFromMemory(path, *source) : importer.Initialize(path, -1);
-  versions.file = importer.GetFileVersion();
-  return initialized && importer.Import(scene, false) ? std::string() : importer.GetLastErrorString();
 }
 
 }  // namespace ts3d

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include "scene/sdk_manager.h"
 
@@ -25,10 +23,6 @@ struct ImportChoices {
 /// and an empty scene. Ends the process with exit status 0 when there is no manager to be had.
 void CreateSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene, bool loadsPlugins = true);
 
-/// The same without plug-ins.
-/// @throws std::bad_alloc instead of ending the process
-void CreateQuietSdkObjects(scene::KFbxSdkManager*& manager, scene::KFbxScene*& scene);
-
 /// Frees the manager and everything that it owns; null is ignored.
 void DestroySdkObjects(scene::KFbxSdkManager* manager);
 
@@ -40,14 +34,17 @@ class LoadedScene {
   LoadedScene(const LoadedScene&) = delete;
   LoadedScene& operator=(const LoadedScene&) = delete;
 
-  /// See CreateSdkObjects and CreateQuietSdkObjects. Releases what was there before.
+  /// See CreateSdkObjects. Releases what was there before.
   void Create(bool loadsPlugins = true);
+  /// The same without plug-ins.
+  /// @throws std::bad_alloc instead of ending the process
   void CreateQuietly();
   void Release();
 
   scene::KFbxSdkManager& Manager() const { return *sdkManager_; }
   scene::KFbxScene& Scene() { return *scene_; }
   const scene::KFbxScene& Scene() const { return *scene_; }
+  scene::KFbxNode& Root() { return *scene_->GetRootNode(); }
   const scene::KFbxNode& Root() const { return *scene_->GetRootNode(); }
 
  private:
@@ -59,13 +56,5 @@ class LoadedScene {
 /// @param error  gets why that failed; null: it is told on standard output
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
                const ImportChoices& choices, LoadedVersions& versions, std::string* error = nullptr);
-
-/// Loads the file `path`, or the one that `source` holds in its place, into `scene`. Nothing is printed or
-/// asked for, and no settings of the process count.
-/// @param progress  told how much of that is done; may be empty
-/// @return why that failed; empty on success
-std::string LoadSceneQuietly(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
-                             const ImportChoices& choices, const std::optional<std::string_view>& source,
-                             const scene::KFbxProgress& progress, LoadedVersions& versions);
 
 }  // namespace ts3d

@@ -27,7 +27,7 @@ int32_t AddUp(int32_t total, size_t count) {
   return count > static_cast<size_t>(kMost - total) ? kMost : total + static_cast<int32_t>(count);
 }
 
-void CheckMaterialReference(KFbxMesh& mesh, int materialCount, MeshRun& run) {
+void CheckMaterialReference(const KFbxMesh& mesh, int materialCount, MeshRun& run) {
   const scene::KFbxLayerElementMaterial* materials = mesh.GetMaterials();
   if (materialCount < 2 || !materials || run.materialReferenceReported) return;
   if (materials->GetReferenceMode() != scene::EReferenceMode::eDIRECT) return;
@@ -36,7 +36,7 @@ void CheckMaterialReference(KFbxMesh& mesh, int materialCount, MeshRun& run) {
 }
 
 /// @return the names of the files
-std::vector<std::string> WriteSlices(const std::string& name, int materialCount, KFbxMesh& mesh,
+std::vector<std::string> WriteSlices(const std::string& name, int materialCount, const KFbxMesh& mesh,
                                      const MeshData& data, TextureCoordinates& coordinates, MeshRun& run) {
   CheckMaterialReference(mesh, materialCount, run);
   MaterialSlices slices(mesh, data, materialCount);
@@ -65,7 +65,7 @@ void WriteMaterials(const std::string& name, const KFbxNode& node, bool hasMap, 
 
 }  // namespace
 
-void ConvertMeshNode(const KFbxNode& node, MeshRun& run) {
+void ConvertMeshNode(KFbxNode& node, MeshRun& run) {
   const std::string name = SanitizeMeshName(node.GetName());
   KFbxMesh* mesh = node.GetMesh();
   if (skipThisMesh(name, run.out.filter) || !mesh || mesh->GetControlPointsCount() == 0) return;

@@ -12,20 +12,21 @@ bool IsDegenerate(const int32_t* corner) {
   return corner[0] == corner[1] || corner[2] == corner[0] || corner[2] == corner[1];
 }
 
-int32_t MaterialOf(scene::KFbxMesh& mesh, scene::KFbxLayerElementMaterial* materials, uint32_t polygon) {
-  if (!materials) return 0;
-  const scene::KFbxPolygon source = mesh.GetPolygon(static_cast<int>(polygon));
-  return materials->GetMaterialIndex(source.number, source.firstCorner);
+int32_t MaterialOf(const scene::KFbxPolygonTable& polygons, const scene::KFbxLayerElementMaterial& materials,
+                   uint32_t polygon) {
+  const scene::KFbxPolygon source = polygons[polygon];
+  return materials.GetMaterialIndex(source.number, source.firstCorner);
 }
 
 }  // namespace
 
-MaterialSlices::MaterialSlices(scene::KFbxMesh& mesh, const MeshData& data, int materialCount)
+MaterialSlices::MaterialSlices(const scene::KFbxMesh& mesh, const MeshData& data, int materialCount)
     : data_(data), whole_(materialCount < 2) {
   if (whole_) return;
   constexpr int32_t kNone = -1;
   const size_t count = data.triangles.Count();
-  scene::KFbxLayerElementMaterial* materials = mesh.GetMaterials();
+  const scene::KFbxLayerElementMaterial* materials = mesh.GetMaterials();
+  const scene::KFbxPolygonTable& polygons = mesh.GetPolygons();
   std::vector<int32_t> materialOf(count, kNone);
   ends_.resize(static_cast<size_t>(materialCount));
   for (size_t t = 0; t < count; ++t) {
@@ -33,7 +34,7 @@ MaterialSlices::MaterialSlices(scene::KFbxMesh& mesh, const MeshData& data, int 
       ++degenerateCount_;
       continue;
     }
-    const int32_t material = MaterialOf(mesh, materials, data.triangles.Polygon(t));
+    const int32_t material = materials ? MaterialOf(polygons, *materials, data.triangles.Polygon(t)) : 0;
     if (material < 0 || material >= materialCount) continue;
     materialOf[t] = material;
     ++ends_[static_cast<size_t>(material)];

@@ -12,7 +12,7 @@ namespace ts3d {
 class MaterialSlices {
  public:
   /// @param materialCount  materials of the node; below two the mesh is one slice
-  MaterialSlices(scene::KFbxMesh& mesh, const MeshData& data, int materialCount);
+  MaterialSlices(const scene::KFbxMesh& mesh, const MeshData& data, int materialCount);
 
   /// Triangles that use a vertex twice; they belong to no slice. Only looked for with two or more materials.
   int DegenerateCount() const { return degenerateCount_; }

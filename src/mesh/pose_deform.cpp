@@ -95,9 +95,9 @@ class SkinDeformation {
   template <typename Visit>
   void ForEachPair(size_t pointCount, const Visit& visit) {
     for (int s = 0; s < mesh_.GetSkinCount(); ++s) {
-      scene::KFbxSkin& skin = *mesh_.GetSkin(s);
+      const scene::KFbxSkin& skin = *mesh_.GetSkin(s);
       for (int c = 0; c < skin.GetClusterCount(); ++c) {
-        KFbxCluster& cluster = *skin.GetCluster(c);
+        const KFbxCluster& cluster = *skin.GetCluster(c);
         if (!cluster.GetLink()) continue;
         const KFbxXMatrix m = VertexTransform(cluster);
         const std::span<const int32_t> indices = cluster.GetControlPointIndices();
@@ -131,7 +131,7 @@ class SkinDeformation {
 
   const scene::KFbxScene& scene_;
   SkeletonState& skeleton_;
-  KFbxMesh& mesh_;
+  const KFbxMesh& mesh_;
   const KFbxXMatrix& geometric_;
   const KFbxXMatrix meshPose_;
 };
@@ -152,8 +152,7 @@ std::optional<KFbxXMatrix> PlaceOfMesh(const KFbxNode& node, const ModelSource& 
 
 }  // namespace
 
-scene::FbxArray<double> PoseControlPoints(const KFbxNode& node, const ModelSource& model,
-                                          SkeletonState& skeleton) {
+scene::FbxArray<double> PoseControlPoints(KFbxNode& node, const ModelSource& model, SkeletonState& skeleton) {
   KFbxMesh& mesh = *node.GetMesh();
   const std::optional<KFbxXMatrix> pose = PlaceOfMesh(node, model, skeleton);
   scene::FbxArray<double> points = mesh.TakeControlPoints();

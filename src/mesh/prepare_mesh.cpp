@@ -20,17 +20,17 @@ namespace {
 using scene::KFbxMesh;
 using scene::KFbxNode;
 
-bool HasOtherThanTriangles(KFbxMesh& mesh) {
-  if (mesh.IsPlainTriangleMesh()) return false;
-  const int count = mesh.GetPolygonCount();
-  for (int i = 0; i < count; ++i) {
-    if (mesh.GetPolygonSize(i) != 3) return true;
+bool HasOtherThanTriangles(const KFbxMesh& mesh) {
+  const scene::KFbxPolygonTable& polygons = mesh.GetPolygons();
+  if (polygons.IsPlainTriangles()) return false;
+  for (uint32_t i = 0; i < polygons.Count(); ++i) {
+    if (polygons[i].size != 3) return true;
   }
   return false;
 }
 
 scene::KFbxTriangles Triangulate(KFbxMesh& mesh, const std::string& name, const StatusChannel& status) {
-  if (const int dropped = mesh.GetDroppedPolygonCount(); dropped > 0) {
+  if (const uint32_t dropped = mesh.GetPolygonCounts().dropped; dropped > 0) {
     status.Send(Notice::PolygonsLeftOut, std::to_string(dropped), name);
   }
   if (HasOtherThanTriangles(mesh)) status.Send(Notice::Triangulated, name);
@@ -53,7 +53,7 @@ bool TurnsNormals(const std::string& name, const MeshOptions& options) {
 void Split(KFbxMesh& mesh, MeshData& data) {
   // A list that grows is in memory twice for a moment. A further record has a place in a table besides.
   constexpr uint64_t kRecord = 2 * sizeof(FullPointData), kFurtherRecord = kRecord + 24;
-  scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
+  const scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
   if (uvs && uvs->GetCoordinateCount() == 0) uvs = nullptr;
   const auto pointCount = static_cast<uint64_t>(mesh.GetControlPointsCount());
   uint64_t taken = sizeof(double) * data.points.size() + sizeof(float) * data.normals.size() +
@@ -65,7 +65,7 @@ void Split(KFbxMesh& mesh, MeshData& data) {
                                            std::numeric_limits<size_t>::max());
   data.records = SplitVertices(mesh.GetControlPointsCount(), uvs, data.triangles, static_cast<size_t>(room));
   data.triangles.sourceCorners.Release();
-  if (uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) uvs->ReleaseIndexArray();
+  if (uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) mesh.ReleaseUVIndices();
 }
 
 /// The file has room for one set of texture coordinates: that of layer 0, unless all diffuse pictures of the
@@ -82,7 +82,7 @@ void SelectDiffuseUVSet(const KFbxNode& node, KFbxMesh& mesh, const Settings& se
 
 }  // namespace
 
-MeshData PrepareMesh(const KFbxNode& node, const std::string& name, const ModelSource& model,
+MeshData PrepareMesh(KFbxNode& node, const std::string& name, const ModelSource& model,
                      SkeletonState& skeleton, const MeshOptions& options) {
   KFbxMesh& mesh = *node.GetMesh();
   MeshData data;

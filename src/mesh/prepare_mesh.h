@@ -11,7 +11,7 @@ namespace ts3d {
 
 /// Brings the mesh of `node`, whose output name is `name`, into the shape that its output meshes are cut
 /// from. The arrays that only this needs are given up on the way.
-MeshData PrepareMesh(const scene::KFbxNode& node, const std::string& name, const ModelSource& model,
+MeshData PrepareMesh(scene::KFbxNode& node, const std::string& name, const ModelSource& model,
                      SkeletonState& skeleton, const MeshOptions& options);
 
 }  // namespace ts3d

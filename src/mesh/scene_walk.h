@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
-
-#include "scene/model/node.h"
+#include "scene/model/walk_nodes.h"
 
 namespace ts3d {
 
-/// Calls `visit` with every mesh node at or below `node`, parents first, children in order.
-void ForEachMeshNode(const scene::KFbxNode* node, const std::function<void(const scene::KFbxNode&)>& visit);
+/// Calls `visit` with every mesh node at or below `top`, parents first, children in order.
+template <typename Node, typename Visit>
+void ForEachMeshNode(Node& top, const Visit& visit) {
+  scene::WalkNodes(top, [&](Node& node) {
+    if (node.IsMesh()) visit(node);
+    return scene::Below::Visit;
+  });
+}
 
 }  // namespace ts3d

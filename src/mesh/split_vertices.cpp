@@ -66,8 +66,8 @@ class RecordTable {
 /// linear however often a control point is split.
 class VertexSplitter {
  public:
-  VertexSplitter(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs, scene::KFbxTriangles& triangles,
-                 size_t mostFurther)
+  VertexSplitter(int32_t controlPointCount, const scene::KFbxLayerElementUV* uvs,
+                 scene::KFbxTriangles& triangles, size_t mostFurther)
       : uvs_(uvs), triangles_(triangles), mostFurther_(mostFurther) {
     const auto count = static_cast<size_t>(controlPointCount);
     // Room for what seams usually add: moving all records takes longer than finding them.
@@ -114,7 +114,7 @@ class VertexSplitter {
     if (further != -1) index = further;
   }
 
-  scene::KFbxLayerElementUV* uvs_;
+  const scene::KFbxLayerElementUV* uvs_;
   scene::KFbxTriangles& triangles_;
   const size_t mostFurther_;
   std::vector<FullPointData> records_;
@@ -124,7 +124,7 @@ class VertexSplitter {
 
 }  // namespace
 
-std::vector<FullPointData> SplitVertices(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs,
+std::vector<FullPointData> SplitVertices(int32_t controlPointCount, const scene::KFbxLayerElementUV* uvs,
                                          scene::KFbxTriangles& triangles, size_t mostFurther) {
   return VertexSplitter(controlPointCount, uvs, triangles, mostFurther).Split();
 }

@@ -14,7 +14,7 @@ namespace ts3d {
 /// @param uvs  the texture coordinates, or null
 /// @param mostFurther  most further records that the mesh may ask for
 /// @throws scene::KFbxMeshExcess when there are more
-std::vector<FullPointData> SplitVertices(int32_t controlPointCount, scene::KFbxLayerElementUV* uvs,
+std::vector<FullPointData> SplitVertices(int32_t controlPointCount, const scene::KFbxLayerElementUV* uvs,
                                          scene::KFbxTriangles& triangles, size_t mostFurther = SIZE_MAX);
 
 }  // namespace ts3d

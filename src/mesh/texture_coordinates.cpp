@@ -3,7 +3,7 @@
 
 namespace ts3d {
 
-TextureCoordinates::TextureCoordinates(const scene::KFbxNode& node, scene::KFbxLayerElementUV* uvs,
+TextureCoordinates::TextureCoordinates(const scene::KFbxNode& node, const scene::KFbxLayerElementUV* uvs,
                                        const StatusChannel& status, const scene::KFbxNode*& errorNode)
     : node_(node), uvs_(uvs), status_(status), errorNode_(errorNode) {}
 

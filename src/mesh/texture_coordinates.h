@@ -18,8 +18,8 @@ class TextureCoordinates {
  public:
   /// @param uvs  the mesh's texture coordinates, or null
   /// @param errorNode  the one node of a conversion that reports lost coordinates; null as long as none has
-  TextureCoordinates(const scene::KFbxNode& node, scene::KFbxLayerElementUV* uvs, const StatusChannel& status,
-                     const scene::KFbxNode*& errorNode);
+  TextureCoordinates(const scene::KFbxNode& node, const scene::KFbxLayerElementUV* uvs,
+                     const StatusChannel& status, const scene::KFbxNode*& errorNode);
 
   /// The coordinate of record number `index`; (0, 0) when none applies. A record that should have one and has
   /// none is reported, but only for the first mesh of the conversion that has such records.
@@ -33,7 +33,7 @@ class TextureCoordinates {
   void ReportMissing();
 
   const scene::KFbxNode& node_;
-  scene::KFbxLayerElementUV* uvs_;
+  const scene::KFbxLayerElementUV* uvs_;
   const StatusChannel& status_;
   const scene::KFbxNode*& errorNode_;
   bool foundAny_ = false;

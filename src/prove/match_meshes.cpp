@@ -24,7 +24,7 @@ class SlicedTriangles {
     for (size_t t = 0; t < triangles.Count(); ++t) {
       int32_t material = 0;
       if (materials) {
-        const scene::KFbxPolygon polygon = mesh.GetPolygon(static_cast<int>(triangles.Polygon(t)));
+        const scene::KFbxPolygon polygon = mesh.GetPolygons()[triangles.Polygon(t)];
         material = materials->GetMaterialIndex(polygon.number, polygon.firstCorner);
       }
       Corners corners;
@@ -91,7 +91,7 @@ class Matcher {
     found_.resize(actor.meshes.size());
   }
 
-  void Try(const scene::KFbxNode& node) {
+  void Try(scene::KFbxNode& node) {
     scene::KFbxMesh* mesh = node.GetMesh();
     const std::string name = ts3d::SanitizeMeshName(node.GetName());
     const int materialCount = node.GetMaterialCount();
@@ -135,10 +135,10 @@ class Matcher {
 
 }  // namespace
 
-Matches MatchMeshes(const scene::KFbxScene& scene, const ModelRig& rig, const actor::Actor& actor) {
+Matches MatchMeshes(scene::KFbxScene& scene, const ModelRig& rig, const actor::Actor& actor) {
   Matcher matcher(rig, actor);
-  std::vector<const scene::KFbxNode*> nodes;
-  scene::WalkNodes(*scene.GetRootNode(), [&](const scene::KFbxNode& node) {
+  std::vector<scene::KFbxNode*> nodes;
+  scene::WalkNodes(*scene.GetRootNode(), [&](scene::KFbxNode& node) {
     if (node.GetMesh()) nodes.push_back(&node);
     return scene::Below::Visit;
   });

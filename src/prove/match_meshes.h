@@ -25,6 +25,6 @@ struct Matches {
 
 /// Finds the control point of every vertex of the package. Faces keep the order of the model's triangles and
 /// corners, so that they tell, whatever was split.
-Matches MatchMeshes(const scene::KFbxScene& scene, const ModelRig& rig, const actor::Actor& actor);
+Matches MatchMeshes(scene::KFbxScene& scene, const ModelRig& rig, const actor::Actor& actor);
 
 }  // namespace prove

@@ -43,7 +43,7 @@ Influence ReadInfluence(const KFbxCluster& cluster, const ModelRig& rig, const M
 
 /// Calls `visit(point, weight)` for what `cluster` says about points that exist.
 template <typename Visit>
-void ForEachWeight(KFbxCluster& cluster, size_t pointCount, const Visit& visit) {
+void ForEachWeight(const KFbxCluster& cluster, size_t pointCount, const Visit& visit) {
   const auto indices = cluster.GetControlPointIndices();
   const auto weights = cluster.GetControlPointWeights();
   for (size_t i = 0; i < indices.size(); ++i) {
@@ -52,10 +52,10 @@ void ForEachWeight(KFbxCluster& cluster, size_t pointCount, const Visit& visit) 
   }
 }
 
-void ReadWeights(const std::vector<KFbxCluster*>& clusters, ModelMesh& mesh) {
+void ReadWeights(const std::vector<const KFbxCluster*>& clusters, ModelMesh& mesh) {
   mesh.ends.assign(mesh.points.size(), 0);
   mesh.isNamed.assign(mesh.points.size(), 0);
-  for (KFbxCluster* cluster : clusters) {
+  for (const KFbxCluster* cluster : clusters) {
     ForEachWeight(*cluster, mesh.points.size(), [&](size_t point, double weight) {
       mesh.isNamed[point] = 1;
       if (weight != 0.0) ++mesh.ends[point];
@@ -106,7 +106,7 @@ std::span<const Weight> ModelMesh::WeightsOf(size_t point) const {
   return std::span(weights).subspan(begin, ends[point] - begin);
 }
 
-ModelMesh ReadModelMesh(const scene::KFbxNode& node, const ModelRig& rig) {
+ModelMesh ReadModelMesh(scene::KFbxNode& node, const ModelRig& rig) {
   scene::KFbxMesh& source = *node.GetMesh();
   ModelMesh mesh;
   mesh.node = rig.Find(&node);
@@ -115,10 +115,10 @@ ModelMesh ReadModelMesh(const scene::KFbxNode& node, const ModelRig& rig) {
   if (!source.GetShapes().empty()) mesh.modelled = ToPoints(numbers.View());
   for (const scene::KFbxShape& shape : source.GetShapes()) ApplyShape(shape, numbers);
   mesh.points = ToPoints(numbers.View());
-  std::vector<KFbxCluster*> clusters;
+  std::vector<const KFbxCluster*> clusters;
   for (int s = 0; s < source.GetSkinCount(); ++s) {
     for (int c = 0; c < source.GetSkin(s)->GetClusterCount(); ++c) {
-      KFbxCluster& cluster = *source.GetSkin(s)->GetCluster(c);
+      const KFbxCluster& cluster = *source.GetSkin(s)->GetCluster(c);
       if (s == 0 && c == 0) mesh.mode = cluster.GetLinkMode();
       const Influence influence = ReadInfluence(cluster, rig, mesh);
       if (influence.link < 0) continue;

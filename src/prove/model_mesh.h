@@ -40,7 +40,7 @@ struct ModelMesh {
   std::span<const Weight> WeightsOf(size_t point) const;
 };
 
-ModelMesh ReadModelMesh(const scene::KFbxNode& node, const ModelRig& rig);
+ModelMesh ReadModelMesh(scene::KFbxNode& node, const ModelRig& rig);
 
 /// Where the points of `mesh` are, in the model's world, when its nodes stand as `worlds` says.
 void Deform(const ModelMesh& mesh, const std::vector<Affine>& worlds, std::vector<Point>& points);

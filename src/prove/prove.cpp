@@ -3,12 +3,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <memory>
+#include <new>
 #include <utility>
 
 #include "prove/explain.h"
-#include "scene/importer.h"
-#include "scene/io_settings.h"
+#include "scene/read_model.h"
 #include "scene/sdk_manager.h"
 
 namespace prove {
@@ -149,8 +148,7 @@ HeatMap MapPose(const actor::Skeleton& skeleton, const ModelRig& rig, const Matc
 
 }  // namespace
 
-Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options,
-            HeatMap* heat) {
+Proof Prove(scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options, HeatMap* heat) {
   Proof proof;
   proof.seed = options.seed;
   proof.randomPoses = options.poses;
@@ -179,23 +177,14 @@ Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const Proo
 
 bool ProveModel(const std::string& path, const actor::Actor& actor, const ProofOptions& options, Proof& proof,
                 std::string& error, HeatMap* heat) {
-  struct Destroy {
-    void operator()(scene::KFbxSdkManager* manager) const { manager->Destroy(); }
-  };
-  const std::unique_ptr<scene::KFbxSdkManager, Destroy> manager(scene::KFbxSdkManager::Create());
+  const scene::KFbxSdkManagerPtr manager(scene::KFbxSdkManager::Create());
   if (!manager) throw std::bad_alloc();
   scene::KFbxScene& scene = *manager->CreateScene("");
-  scene::KFbxIOSettings settings;
-  settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
-  settings.SetStringProp(scene::kModelUnitSetting, options.modelUnit);
-  scene::KFbxImporter importer(manager->GetReaderRegistry());
-  importer.SetIOSettings(settings);
-  if (!importer.Initialize(path) || !importer.Import(scene)) {
-    error = importer.GetLastErrorString();
-    return false;
-  }
-  proof = Prove(scene, actor, options, heat);
-  return true;
+  const scene::KFbxModelResult read =
+      ReadModel(manager->GetReaderRegistry(), {.path = path, .unit = options.modelUnit}, scene);
+  error = read.error;
+  if (read.isRead) proof = Prove(scene, actor, options, heat);
+  return read.isRead;
 }
 
 }  // namespace prove

@@ -80,7 +80,7 @@ struct HeatMap {
 
 /// Compares `actor`, a package read back, with the model `scene`.
 /// @param heat  gets the worst pose; may be null
-Proof Prove(const scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options,
+Proof Prove(scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptions& options,
             HeatMap* heat = nullptr);
 
 /// Loads the model `path`, with backslashes, and compares.

@@ -20,7 +20,7 @@ using scene::KFbxNode;
 /// Checks one mesh that is converted.
 class MeshCheck {
  public:
-  MeshCheck(const KFbxNode& node, std::string name, RigCheck& check)
+  MeshCheck(KFbxNode& node, std::string name, RigCheck& check)
       : node_(node), mesh_(*node.GetMesh()), name_(std::move(name)), check_(check) {}
 
   void Run() {
@@ -58,7 +58,7 @@ class MeshCheck {
                         {std::to_string(loose), std::to_string(pointCount)});
     }
     Tell(findings::kBadPoints, bad);
-    Tell(findings::kDroppedPolygons, static_cast<size_t>(mesh_.GetDroppedPolygonCount()));
+    Tell(findings::kDroppedPolygons, mesh_.GetPolygonCounts().dropped);
   }
 
   std::vector<MeshSlice> Slices(const MeshData& data) {
@@ -130,7 +130,7 @@ class MeshCheck {
     return files;
   }
 
-  const KFbxNode& node_;
+  KFbxNode& node_;
   KFbxMesh& mesh_;
   const std::string name_;
   RigCheck& check_;
@@ -138,14 +138,14 @@ class MeshCheck {
 
 }  // namespace
 
-void CheckMeshNode(const KFbxNode& node, RigCheck& check) {
+void CheckMeshNode(KFbxNode& node, RigCheck& check) {
   const std::string name = SanitizeMeshName(node.GetName());
   if (skipThisMesh(name, check.job.Filter())) {
     check.report.Add(IsExcluded(name, check.job.Filter()) ? findings::kExcluded : findings::kHeadPart,
                      node.GetName());
     return;
   }
-  KFbxMesh* mesh = node.GetMesh();
+  const KFbxMesh* mesh = node.GetMesh();
   if (!mesh || mesh->GetControlPointsCount() == 0) {
     check.report.Add(findings::kEmptyMesh, node.GetName());
     return;

@@ -12,9 +12,9 @@
 #include "mesh/scene_walk.h"
 #include "rig_check/finding_kinds.h"
 #include "rig_check/rig_check.h"
-#include "scene/io_settings.h"
 #include "scene/model/mesh.h"
 #include "scene/model/node.h"
+#include "scene/read_model.h"
 #include "skeleton/csf_writer.h"
 
 namespace ts3d {
@@ -22,15 +22,6 @@ namespace {
 
 using scene::KFbxNode;
 using EAttributeType = scene::KFbxNodeAttribute::EAttributeType;
-
-/// Settings of an import that writes no embedded pictures.
-scene::KFbxIOSettings WithoutExtraction(const CheckOptions& options) {
-  scene::KFbxIOSettings settings;
-  settings.SetStringProp(scene::kModelUnitSetting, options.modelUnit);
-  if (options.source) settings.SetStringProp(scene::kModelFolderSetting, {});
-  settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
-  return settings;
-}
 
 /// Path of the document of a model with an extension of any length.
 std::string DocumentPathFor(const std::string& path) {
@@ -53,24 +44,21 @@ void StartJob(const std::string& path, const CheckOptions& options, RigCheck& ch
 }
 
 bool Load(const CheckOptions& options, RigCheck& check) {
-  const scene::KFbxIOSettings settings = WithoutExtraction(options);
-  scene::KFbxImporter importer(check.job.loaded.Manager().GetReaderRegistry());
-  importer.SetIOSettings(settings);
-  const std::string& path = check.job.files.inputPath;
-  const bool loaded =
-      (options.source ? importer.InitializeFromMemory(path, *options.source) : importer.Initialize(path)) &&
-      importer.Import(check.job.loaded.Scene());
-  check.report.format = importer.GetFormatName();
-  if (const auto [major, minor, revision] = importer.GetFileVersion(); major > 0) {
+  const scene::KFbxModelResult read =
+      ReadModel(check.job.loaded.Manager().GetReaderRegistry(),
+                {.path = check.job.files.inputPath, .bytes = options.source, .unit = options.modelUnit},
+                check.job.loaded.Scene());
+  check.report.format = read.format;
+  if (const auto [major, minor, revision] = read.version; major > 0) {
     check.report.version = std::to_string(major) + "." + std::to_string(minor);
     if (check.report.format == "FBX") check.report.version += "." + std::to_string(revision);
   }
-  if (importer.GetLastErrorID() == static_cast<int>(scene::EImportError::ePASSWORD_ERROR)) {
+  if (read.isProtected) {
     check.report.Add(findings::kPassword);
-  } else if (!loaded) {
-    check.report.Add(findings::kNotLoaded, {}, {importer.GetLastErrorString()});
+  } else if (!read.isRead) {
+    check.report.Add(findings::kNotLoaded, {}, {read.error});
   }
-  return loaded;
+  return read.isRead;
 }
 
 const char* GeometryName(EAttributeType type) {
@@ -97,8 +85,8 @@ void CheckNodes(RigCheck& check) {
     Pending next = pending.back();
     pending.pop_back();
     const scene::KFbxNodeAttribute* attribute = next.node->GetNodeAttribute();
-    if (attribute && attribute->GetAttributeType() == EAttributeType::eMESH) {
-      scene::KFbxMesh* mesh = next.node->GetMesh();
+    if (next.node->IsMesh()) {
+      const scene::KFbxMesh* mesh = next.node->GetMesh();
       const bool empty = !mesh || mesh->GetControlPointsCount() == 0;
       if (empty && !next.emptyMesh) next.emptyMesh = next.node;
       if (!empty && next.emptyMesh) {
@@ -133,9 +121,9 @@ void CheckScene(RigCheck& check) {
   CheckBones(check);
   CheckPose(check);
   CheckActorBones(check);
-  for (int i = 0; i < check.job.loaded.Root().GetChildCount(); ++i) {
-    ForEachMeshNode(check.job.loaded.Root().GetChild(i),
-                    [&](const KFbxNode& node) { CheckMeshNode(node, check); });
+  KFbxNode& root = check.job.loaded.Root();
+  for (int i = 0; i < root.GetChildCount(); ++i) {
+    ForEachMeshNode(*root.GetChild(i), [&](KFbxNode& node) { CheckMeshNode(node, check); });
   }
   CheckNodes(check);
   check.faults.Tell(check.job, check.report);

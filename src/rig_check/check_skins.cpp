@@ -99,7 +99,7 @@ void TellNoSkin(const KFbxNode& node, RigCheck& check) {
 
 }  // namespace
 
-void CheckSkins(const KFbxNode& node, KFbxMesh& mesh, RigCheck& check) {
+void CheckSkins(const KFbxNode& node, const KFbxMesh& mesh, RigCheck& check) {
   if (!HasSkin(mesh)) return;
   const auto tell = [&](const FindingKind& kind, size_t count) {
     if (count > 0) check.report.Add(kind, node.GetName(), {std::to_string(count)});
@@ -107,7 +107,7 @@ void CheckSkins(const KFbxNode& node, KFbxMesh& mesh, RigCheck& check) {
   size_t withoutBone = 0, outOfRange = 0;
   for (int s = 0; s < mesh.GetSkinCount(); ++s) {
     for (int c = 0; c < mesh.GetSkin(s)->GetClusterCount(); ++c) {
-      KFbxCluster& cluster = *mesh.GetSkin(s)->GetCluster(c);
+      const KFbxCluster& cluster = *mesh.GetSkin(s)->GetCluster(c);
       withoutBone += !cluster.GetLink() && cluster.GetControlPointIndicesCount() > 0;
       for (const int32_t index : cluster.GetControlPointIndices()) {
         outOfRange += index < 0 || index >= mesh.GetControlPointsCount();

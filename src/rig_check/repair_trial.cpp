@@ -116,7 +116,7 @@ size_t RepairTrial::MisplacedBones() {
 
 void RepairTrial::ForEachMesh(const VisitMesh& visit) {
   for (int i = 0; i < model_.scene.GetRootNode()->GetChildCount(); ++i) {
-    ForEachMeshNode(model_.scene.GetRootNode()->GetChild(i), [&](const KFbxNode& node) {
+    ForEachMeshNode(*model_.scene.GetRootNode()->GetChild(i), [&](const KFbxNode& node) {
       const KFbxMesh* mesh = node.GetMesh();
       if (skipThisMesh(SanitizeMeshName(node.GetName()), model_.Filter()) || !mesh || !HasPoints(*mesh))
         return;

@@ -46,9 +46,9 @@ const scene::KFbxXMatrix& RestMatrix(const scene::KFbxNode& node, const Skeleton
 void CheckActorBones(RigCheck& check);
 
 // check_mesh.cpp: one mesh node, as the conversion comes to it.
-void CheckMeshNode(const scene::KFbxNode& node, RigCheck& check);
+void CheckMeshNode(scene::KFbxNode& node, RigCheck& check);
 // check_skins.cpp: the skins of a mesh, before it is prepared, and its weights, after it was.
-void CheckSkins(const scene::KFbxNode& node, scene::KFbxMesh& mesh, RigCheck& check);
+void CheckSkins(const scene::KFbxNode& node, const scene::KFbxMesh& mesh, RigCheck& check);
 void CheckWeights(const scene::KFbxNode& node, const MeshData& data, size_t pointCount, RigCheck& check);
 // check_materials.cpp: material number `index` of a mesh; the ".tga" name of its picture is returned.
 std::string CheckMaterial(const scene::KFbxSurfaceMaterial& material, bool hasMap, RigCheck& check);

@@ -33,7 +33,7 @@ std::string FirstNames(std::vector<std::string> names) {
 
 void TellChoices(const ConversionJob& job, RigReport& report) {
   if (job.actorType != ActorType::None) report.Add(findings::kActor, {}, {ObjectId(job.actorType, {})});
-  ForEachMeshNode(&job.loaded.Root(), [&](const scene::KFbxNode& node) { TellMeshes(node, job, report); });
+  ForEachMeshNode(job.loaded.Root(), [&](const scene::KFbxNode& node) { TellMeshes(node, job, report); });
   std::vector<std::string> motions;
   for (const scene::KString& motion : job.loaded.Scene().GetMotions()) motions.emplace_back(motion);
   if (!motions.empty()) report.Add(findings::kMotion, {}, {FirstNames(std::move(motions))});

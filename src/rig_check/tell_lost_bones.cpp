@@ -40,7 +40,7 @@ class StrayLinks {
   }
 
  private:
-  void Add(KFbxCluster& cluster) {
+  void Add(const KFbxCluster& cluster) {
     const KFbxNode* link = cluster.GetLink();
     if (!link) return;
     std::string name;
@@ -49,10 +49,9 @@ class StrayLinks {
     if (bone < 0 && name.empty()) return;
     if (bone >= 0 && static_cast<size_t>(bone) < bones.size() && bones[static_cast<size_t>(bone)] == link)
       return;
-    const std::span<const double> weights = cluster.GetControlPointWeights();
+    const scene::FbxArray<double> weights = cluster.DecodePairs().weights;
     const auto count =
         static_cast<size_t>(std::count_if(weights.begin(), weights.end(), [](double w) { return w != 0.0; }));
-    cluster.ReleaseArrays();
     if (count == 0) return;
     const bool isNew = !Has(link);
     weights_[link] += count;

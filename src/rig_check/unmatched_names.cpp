@@ -13,7 +13,7 @@ namespace ts3d {
 OptionTargets CollectOptionTargets(const scene::KFbxNode& root, const BoneTree& bones) {
   OptionTargets targets;
   for (int i = 0; i < root.GetChildCount(); ++i) {
-    ForEachMeshNode(root.GetChild(i), [&](const scene::KFbxNode& node) {
+    ForEachMeshNode(*root.GetChild(i), [&](const scene::KFbxNode& node) {
       targets.meshes.push_back(SanitizeMeshName(node.GetName()));
     });
   }

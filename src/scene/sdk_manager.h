@@ -41,4 +41,9 @@ class KFbxSdkManager {
   std::vector<std::unique_ptr<KFbxImporter>> importers_;
 };
 
+struct KFbxSdkManagerDestroyer {
+  void operator()(KFbxSdkManager* manager) const { manager->Destroy(); }
+};
+using KFbxSdkManagerPtr = std::unique_ptr<KFbxSdkManager, KFbxSdkManagerDestroyer>;
+
 }  // namespace scene

@@ -28,7 +28,7 @@ int32_t FindBone(const scene::KFbxCluster& cluster, const ModelSource& model, co
 
 /// A cluster that follows a bone.
 struct BoneCluster {
-  scene::KFbxCluster* cluster;
+  const scene::KFbxCluster* cluster;
   int32_t bone;
 };
 
@@ -43,7 +43,7 @@ class InfluenceRows {
         ends_(static_cast<size_t>(controlPointCount)) {}
 
   /// Makes room for the pairs of `cluster`. False when all clusters together have more than can be numbered.
-  bool Count(scene::KFbxCluster& cluster) {
+  bool Count(const scene::KFbxCluster& cluster) {
     for (const int32_t index : cluster.GetControlPointIndices()) {
       if (!IsControlPoint(index)) continue;
       if (total_ == kNone - 1) return false;
@@ -186,7 +186,7 @@ int32_t BoneOfLink(const scene::KFbxNode& link, const ModelSource& model, const 
   return skeleton.bones.IdByName(name);
 }
 
-InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, const ModelSource& model,
+InfluenceTable GatherBoneInfluences(const scene::KFbxMesh& mesh, const ModelSource& model,
                                     SkeletonState& skeleton) {
   const std::vector<BoneCluster> clusters = FindBoneClusters(mesh, model, skeleton);
   InfluenceRows rows(mesh.GetControlPointsCount(), model.settings.mostInfluences);

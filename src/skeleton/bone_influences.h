@@ -47,6 +47,7 @@ int32_t BoneOfLink(const scene::KFbxNode& link, const ModelSource& model, const 
 
 /// Gathers the weights of every skin cluster of `mesh` and marks the bones that carry weight. A cluster whose
 /// link names no bone adds nothing and is reported; one without a link adds nothing silently.
-InfluenceTable GatherBoneInfluences(scene::KFbxMesh& mesh, const ModelSource& model, SkeletonState& skeleton);
+InfluenceTable GatherBoneInfluences(const scene::KFbxMesh& mesh, const ModelSource& model,
+                                    SkeletonState& skeleton);
 
 }  // namespace ts3d

@@ -18,8 +18,8 @@ void CheckMesh(scene::KFbxMesh& mesh) {
   for (const double value : points) EXPECT_TRUE(std::isfinite(value));
   const std::span<const int32_t> corners = mesh.GetPolygonVertices();
   size_t triangleCount = 0;
-  for (int i = 0; i < mesh.GetPolygonCount(); ++i) {
-    const scene::KFbxPolygon polygon = mesh.GetPolygon(i);
+  for (uint32_t i = 0; i < mesh.GetPolygons().Count(); ++i) {
+    const scene::KFbxPolygon polygon = mesh.GetPolygons()[i];
     ASSERT_GE(polygon.size, 1u);
     ASSERT_LE(polygon.firstCorner + polygon.size, corners.size());
     if (polygon.size > 2) triangleCount += polygon.size - 2;
@@ -31,7 +31,7 @@ void CheckMesh(scene::KFbxMesh& mesh) {
   const scene::KFbxTriangles triangles = TriangulateMesh(mesh);
   EXPECT_EQ(triangles.Count(), triangleCount);
   EXPECT_EQ(scene::ComputeVertexNormals(points, triangles.corners.View(), false).size(), points.size());
-  if (scene::KFbxLayerElementUV* uvs = mesh.GetUVs()) {
+  if (const scene::KFbxLayerElementUV* uvs = mesh.GetUVs()) {
     for (size_t i = 0; i < triangles.corners.size(); ++i) {
       const int32_t index = uvs->GetTextureUVIndex(triangles.SourceCorner(i), triangles.corners[i]);
       EXPECT_GE(index, -1);
@@ -40,7 +40,7 @@ void CheckMesh(scene::KFbxMesh& mesh) {
   }
   for (int s = 0; s < mesh.GetSkinCount(); ++s) {
     for (int c = 0; c < mesh.GetSkin(s)->GetClusterCount(); ++c) {
-      scene::KFbxCluster& cluster = *mesh.GetSkin(s)->GetCluster(c);
+      const scene::KFbxCluster& cluster = *mesh.GetSkin(s)->GetCluster(c);
       EXPECT_EQ(cluster.GetControlPointIndices().size(), cluster.GetControlPointWeights().size());
     }
   }

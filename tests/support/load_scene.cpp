@@ -10,6 +10,7 @@
 #include "scene/container/array_reader.h"
 #include "scene/container/container.h"
 #include "scene/fbx_reader.h"
+#include "scene/model/walk_nodes.h"
 
 namespace support {
 namespace {
@@ -103,15 +104,13 @@ std::unique_ptr<scene::KFbxScene> LoadScene(const FbxFile& file, Container conta
   return LoadSceneBytes(container == Container::Binary ? WriteBinary(records) : WriteAscii(records));
 }
 
-scene::KFbxNode* FindNode(const scene::KFbxScene& scene, std::string_view name) {
-  std::vector<scene::KFbxNode*> pending{scene.GetRootNode()};
-  while (!pending.empty()) {
-    scene::KFbxNode* node = pending.back();
-    pending.pop_back();
-    if (node->GetName() == name) return node;
-    for (int i = node->GetChildCount(); i-- > 0;) pending.push_back(node->GetChild(i));
-  }
-  return nullptr;
+scene::KFbxNode* FindNode(scene::KFbxScene& scene, std::string_view name) {
+  scene::KFbxNode* found = nullptr;
+  WalkNodes(*scene.GetRootNode(), [&](scene::KFbxNode& node) {
+    if (!found && node.GetName() == name) found = &node;
+    return scene::Below::Visit;
+  });
+  return found;
 }
 
 std::string ChildNames(const scene::KFbxNode& node) {

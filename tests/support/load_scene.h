@@ -12,11 +12,8 @@
 
 namespace support {
 
-struct DestroyManager {
-  void operator()(scene::KFbxSdkManager* manager) const { manager->Destroy(); }
-};
 /// What readers and importers belong to.
-using ManagerPtr = std::unique_ptr<scene::KFbxSdkManager, DestroyManager>;
+using ManagerPtr = scene::KFbxSdkManagerPtr;
 
 enum class Container { Binary, Ascii };
 
@@ -42,7 +39,7 @@ std::unique_ptr<scene::KFbxScene> LoadSceneBytes(std::string_view file);
 std::unique_ptr<scene::KFbxScene> LoadScene(const FbxFile& file, Container container = Container::Binary);
 
 /// The node `name`, searched depth first; null when there is none below the root.
-scene::KFbxNode* FindNode(const scene::KFbxScene& scene, std::string_view name);
+scene::KFbxNode* FindNode(scene::KFbxScene& scene, std::string_view name);
 /// Names of the children of `node`, separated by blanks.
 std::string ChildNames(const scene::KFbxNode& node);
 

@@ -79,7 +79,7 @@ KFbxXMatrix GlobalOf(const KFbxNode& node) { return node.GetGlobalFromDefaultTak
 /// World positions of the control points of the mesh on `node`.
 class WorldPoints {
  public:
-  WorldPoints(const KFbxNode& node, KFbxMesh& mesh) : shaped_(ShapedPoints(mesh)) {
+  WorldPoints(const KFbxNode& node, const KFbxMesh& mesh) : shaped_(ShapedPoints(mesh)) {
     sums_.resize(shaped_.size() / 3);
     weights_.resize(sums_.size());
     for (int s = 0; s < mesh.GetSkinCount(); ++s) {
@@ -98,7 +98,7 @@ class WorldPoints {
  private:
   KFbxVector4 Shaped(size_t i) const { return {shaped_[3 * i], shaped_[3 * i + 1], shaped_[3 * i + 2], 1.0}; }
 
-  void Blend(scene::KFbxCluster& cluster, const KFbxXMatrix& geometric) {
+  void Blend(const scene::KFbxCluster& cluster, const KFbxXMatrix& geometric) {
     const auto transform = cluster.GetTransformMatrix();
     const auto link = cluster.GetTransformLinkMatrix();
     if (!cluster.GetLink() || !transform || !link) return;
@@ -119,12 +119,12 @@ class WorldPoints {
   KFbxXMatrix unskinned_;
 };
 
-void AddPolygons(const KFbxNode& node, KFbxMesh& mesh, WorldMesh& world) {
+void AddPolygons(const KFbxNode& node, const KFbxMesh& mesh, WorldMesh& world) {
   const WorldPoints points(node, mesh);
   const std::span<const int32_t> corners = mesh.GetPolygonVertices();
-  scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
-  for (int i = 0; i < mesh.GetPolygonCount(); ++i) {
-    const scene::KFbxPolygon polygon = mesh.GetPolygon(i);
+  const scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
+  for (uint32_t i = 0; i < mesh.GetPolygons().Count(); ++i) {
+    const scene::KFbxPolygon polygon = mesh.GetPolygons()[i];
     Polygon& target = world.polygons.emplace_back();
     for (size_t k = polygon.firstCorner; k < polygon.firstCorner + polygon.size; ++k) {
       WorldCorner& corner = target.emplace_back();

@@ -129,8 +129,8 @@ std::vector<std::string> DiffuseFiles(const KFbxSurfaceMaterial& material) {
 }
 
 /// Texture coordinates of one corner; none when it has none.
-std::optional<std::array<double, 2>> CoordinatesOf(KFbxMesh& mesh, size_t corner) {
-  scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
+std::optional<std::array<double, 2>> CoordinatesOf(const KFbxMesh& mesh, size_t corner) {
+  const scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
   if (!uvs) return std::nullopt;
   const int32_t index = uvs->GetTextureUVIndex(corner, mesh.GetPolygonVertices()[corner]);
   if (index < 0) return std::nullopt;
@@ -180,14 +180,14 @@ class SceneComparison {
   void CompareNodes(const KFbxNode& expected, const KFbxNode& actual);
   void CompareMaterials(const KFbxNode& expected, const KFbxNode& actual);
   void CompareMaterial(const KFbxSurfaceMaterial& expected, const KFbxSurfaceMaterial& actual);
-  void CompareMeshes(KFbxMesh& expected, KFbxMesh& actual);
-  void ComparePoints(KFbxMesh& expected, KFbxMesh& actual);
+  void CompareMeshes(const KFbxMesh& expected, const KFbxMesh& actual);
+  void ComparePoints(const KFbxMesh& expected, const KFbxMesh& actual);
   void ComparePositions(const char* aspect, std::span<const double> expected, std::span<const double> actual);
-  bool ComparePolygons(KFbxMesh& expected, KFbxMesh& actual);
-  void CompareCoordinates(KFbxMesh& expected, KFbxMesh& actual);
-  void CompareMaterialIndices(KFbxMesh& expected, KFbxMesh& actual);
-  void CompareSkins(KFbxMesh& expected, KFbxMesh& actual);
-  void CompareClusters(KFbxCluster& expected, KFbxCluster& actual);
+  bool ComparePolygons(const KFbxMesh& expected, const KFbxMesh& actual);
+  void CompareCoordinates(const KFbxMesh& expected, const KFbxMesh& actual);
+  void CompareMaterialIndices(const KFbxMesh& expected, const KFbxMesh& actual);
+  void CompareSkins(const KFbxMesh& expected, const KFbxMesh& actual);
+  void CompareClusters(const KFbxCluster& expected, const KFbxCluster& actual);
   void CompareWeights(const std::string& cluster, std::span<const double> expected,
                       std::span<const double> actual);
   void CompareMatrices(const std::string& what, const std::optional<KFbxXMatrix>& expected,
@@ -276,7 +276,7 @@ void SceneComparison::CompareMaterial(const KFbxSurfaceMaterial& expected,
   AddUnlike("colour", (name + " shininess").c_str(), phong->shininess, actualPhong->shininess);
 }
 
-void SceneComparison::CompareMeshes(KFbxMesh& expected, KFbxMesh& actual) {
+void SceneComparison::CompareMeshes(const KFbxMesh& expected, const KFbxMesh& actual) {
   ComparePoints(expected, actual);
   if (ComparePolygons(expected, actual)) {
     CompareCoordinates(expected, actual);
@@ -285,7 +285,7 @@ void SceneComparison::CompareMeshes(KFbxMesh& expected, KFbxMesh& actual) {
   CompareSkins(expected, actual);
 }
 
-void SceneComparison::ComparePoints(KFbxMesh& expected, KFbxMesh& actual) {
+void SceneComparison::ComparePoints(const KFbxMesh& expected, const KFbxMesh& actual) {
   AddUnequal("points", "control points", expected.GetControlPointsCount(), actual.GetControlPointsCount());
   if (expected.GetControlPointsCount() != actual.GetControlPointsCount()) return;
   ComparePositions("points", expected.GetControlPoints(), actual.GetControlPoints());
@@ -304,12 +304,12 @@ void SceneComparison::ComparePositions(const char* aspect, std::span<const doubl
   }
 }
 
-bool SceneComparison::ComparePolygons(KFbxMesh& expected, KFbxMesh& actual) {
+bool SceneComparison::ComparePolygons(const KFbxMesh& expected, const KFbxMesh& actual) {
   AddUnequal("polygons", "polygons", expected.GetPolygonCount(), actual.GetPolygonCount());
   if (expected.GetPolygonCount() != actual.GetPolygonCount()) return false;
-  for (int i = 0; i < expected.GetPolygonCount(); ++i) {
-    const auto cornersOf = [i](KFbxMesh& mesh) {
-      const KFbxPolygon polygon = mesh.GetPolygon(i);
+  for (uint32_t i = 0; i < expected.GetPolygons().Count(); ++i) {
+    const auto cornersOf = [i](const KFbxMesh& mesh) {
+      const KFbxPolygon polygon = mesh.GetPolygons()[i];
       return mesh.GetPolygonVertices().subspan(polygon.firstCorner, polygon.size);
     };
     if (std::ranges::equal(cornersOf(expected), cornersOf(actual))) continue;
@@ -319,14 +319,14 @@ bool SceneComparison::ComparePolygons(KFbxMesh& expected, KFbxMesh& actual) {
   return true;
 }
 
-void SceneComparison::CompareCoordinates(KFbxMesh& expected, KFbxMesh& actual) {
+void SceneComparison::CompareCoordinates(const KFbxMesh& expected, const KFbxMesh& actual) {
   AddUnequal("uv", "texture coordinates", expected.GetUVs() ? "yes" : "no", actual.GetUVs() ? "yes" : "no");
   if (!expected.GetUVs() || !actual.GetUVs()) return;
   const double size = std::max(1.0, LargestNumber(expected.GetUVs()->GetDirectArray()));
-  for (int i = 0; i < expected.GetPolygonCount(); ++i) {
-    for (uint32_t k = 0; k < expected.GetPolygon(i).size; ++k) {
-      const auto e = CoordinatesOf(expected, expected.GetPolygon(i).firstCorner + k);
-      const auto a = CoordinatesOf(actual, actual.GetPolygon(i).firstCorner + k);
+  for (uint32_t i = 0; i < expected.GetPolygons().Count(); ++i) {
+    for (uint32_t k = 0; k < expected.GetPolygons()[i].size; ++k) {
+      const auto e = CoordinatesOf(expected, expected.GetPolygons()[i].firstCorner + k);
+      const auto a = CoordinatesOf(actual, actual.GetPolygons()[i].firstCorner + k);
       if (e && a && std::abs((*e)[0] - (*a)[0]) <= kTolerance * size &&
           std::abs((*e)[1] - (*a)[1]) <= kTolerance * size) {
         continue;
@@ -337,13 +337,13 @@ void SceneComparison::CompareCoordinates(KFbxMesh& expected, KFbxMesh& actual) {
   }
 }
 
-void SceneComparison::CompareMaterialIndices(KFbxMesh& expected, KFbxMesh& actual) {
-  const auto indexOf = [](KFbxMesh& mesh, int i) {
-    const KFbxPolygon polygon = mesh.GetPolygon(i);
+void SceneComparison::CompareMaterialIndices(const KFbxMesh& expected, const KFbxMesh& actual) {
+  const auto indexOf = [](const KFbxMesh& mesh, uint32_t i) {
+    const KFbxPolygon polygon = mesh.GetPolygons()[i];
     return mesh.GetMaterials() ? mesh.GetMaterials()->GetMaterialIndex(polygon.number, polygon.firstCorner)
                                : -1;
   };
-  for (int i = 0; i < expected.GetPolygonCount(); ++i) {
+  for (uint32_t i = 0; i < expected.GetPolygons().Count(); ++i) {
     const int32_t e = indexOf(expected, i), a = indexOf(actual, i);
     if (e == a) continue;
     return AddUnequal("material index", "material of polygon " + std::to_string(i), std::to_string(e),
@@ -351,7 +351,7 @@ void SceneComparison::CompareMaterialIndices(KFbxMesh& expected, KFbxMesh& actua
   }
 }
 
-void SceneComparison::CompareSkins(KFbxMesh& expected, KFbxMesh& actual) {
+void SceneComparison::CompareSkins(const KFbxMesh& expected, const KFbxMesh& actual) {
   AddUnequal("skin", "skins", expected.GetSkinCount(), actual.GetSkinCount());
   for (int s = 0; s < std::min(expected.GetSkinCount(), actual.GetSkinCount()); ++s) {
     const scene::KFbxSkin &e = *expected.GetSkin(s), &a = *actual.GetSkin(s);
@@ -361,7 +361,7 @@ void SceneComparison::CompareSkins(KFbxMesh& expected, KFbxMesh& actual) {
   }
 }
 
-void SceneComparison::CompareClusters(KFbxCluster& expected, KFbxCluster& actual) {
+void SceneComparison::CompareClusters(const KFbxCluster& expected, const KFbxCluster& actual) {
   const auto nameOf = [](const KFbxNode* node) { return node ? node->GetName() : "(none)"; };
   const std::string name = "cluster " + nameOf(expected.GetLink());
   if (!ArePartners(expected.GetLink(), actual.GetLink())) {
@@ -439,7 +439,7 @@ std::unique_ptr<scene::KFbxScene> LoadScene(const std::string& path, std::string
   return scene;
 }
 
-std::vector<double> ShapedPoints(KFbxMesh& mesh) {
+std::vector<double> ShapedPoints(const KFbxMesh& mesh) {
   const std::span<const double> source = mesh.GetControlPoints();
   std::vector<double> points(source.begin(), source.end());
   for (const scene::KFbxShape& shape : mesh.GetShapes()) ApplyShape(shape, points);

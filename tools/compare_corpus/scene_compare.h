@@ -32,7 +32,7 @@ Differences CompareScenes(scene::KFbxScene& expected, scene::KFbxScene& actual);
 std::unique_ptr<scene::KFbxScene> LoadScene(const std::string& path, std::string& error);
 
 /// Control points of `mesh` with its blend shapes at their default weights; x, y, z each.
-std::vector<double> ShapedPoints(scene::KFbxMesh& mesh);
+std::vector<double> ShapedPoints(const scene::KFbxMesh& mesh);
 
 /// Name of the file that `path` leads to, whichever slashes it has.
 std::string BaseName(std::string_view path);

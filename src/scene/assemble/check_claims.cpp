@@ -40,7 +40,7 @@ uint64_t LinkNames(const KFbxMesh& mesh) {
 
 }  // namespace
 
-KString FindExcessiveClaim(KFbxScene& scene, uint64_t fileSize, uint64_t allowance) {
+KString FindExcessiveClaim(const KFbxScene& scene, uint64_t fileSize, uint64_t allowance) {
   // A mesh may serve thousands of nodes and is converted for each of them.
   const uint64_t mostWork = 512 * fileSize + (uint64_t{2} << 30);
   // Lines are long work: a host gets each, and may keep it.
@@ -49,7 +49,7 @@ KString FindExcessiveClaim(KFbxScene& scene, uint64_t fileSize, uint64_t allowan
   std::unordered_map<const KFbxMesh*, uint64_t> linkNamesOf;
   KString excess;
   scene.ForEach<KFbxNode>([&](const KFbxNode& node) {
-    KFbxMesh* mesh = node.GetParent() ? node.GetMesh() : nullptr;
+    const KFbxMesh* mesh = node.GetParent() ? node.GetMesh() : nullptr;
     if (!mesh || !excess.empty()) return;
     work += mesh->GetClaim().work;
     nameWork += NameWork(node, mesh->GetClaim());

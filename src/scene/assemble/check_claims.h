@@ -9,6 +9,6 @@ namespace scene {
 /// all is well. Nothing is decoded: the check comes before the memory and time are spent.
 /// @param fileSize  bytes
 /// @param allowance  bytes of memory that the conversion of one mesh may take
-KString FindExcessiveClaim(KFbxScene& scene, uint64_t fileSize, uint64_t allowance);
+KString FindExcessiveClaim(const KFbxScene& scene, uint64_t fileSize, uint64_t allowance);
 
 }  // namespace scene

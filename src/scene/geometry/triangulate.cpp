@@ -187,13 +187,14 @@ class PolygonCutter {
 
 /// Triangles of all polygons of `mesh`.
 /// @throws KFbxMeshExcess when cutting them takes more memory than the mesh may
-size_t CountTriangles(KFbxMesh& mesh) {
+size_t CountTriangles(const KFbxMesh& mesh) {
   // Bytes of a triangle, and of a corner of the polygon that is being cut.
   constexpr uint64_t kTriangle = 28, kCorner = 40;
   size_t count = 0;
   uint32_t largest = 2;
-  for (int i = 0; i < mesh.GetPolygonCount(); ++i) {
-    const uint32_t size = std::max(mesh.GetPolygon(i).size, 2u);
+  const KFbxPolygonTable& polygons = mesh.GetPolygons();
+  for (uint32_t i = 0; i < polygons.Count(); ++i) {
+    const uint32_t size = std::max(polygons[i].size, 2u);
     count += size - 2;
     largest = std::max(largest, size);
   }
@@ -205,19 +206,19 @@ size_t CountTriangles(KFbxMesh& mesh) {
 
 KFbxTriangles TriangulateMesh(KFbxMesh& mesh) {
   KFbxTriangles triangles;
-  if (mesh.IsPlainTriangleMesh()) {
+  if (mesh.GetPolygons().IsPlainTriangles()) {
     triangles.corners = mesh.TakePolygonVertices();
     return triangles;
   }
   const std::span<const int32_t> table = mesh.GetPolygonVertices();
-  const auto polygonCount = static_cast<uint32_t>(mesh.GetPolygonCount());
+  const KFbxPolygonTable& sourcePolygons = mesh.GetPolygons();
   const size_t triangleCount = CountTriangles(mesh);
   int32_t* points = triangles.corners.Allocate(3 * triangleCount);
   uint32_t* sources = triangles.sourceCorners.Allocate(3 * triangleCount);
   uint32_t* polygons = triangles.polygons.Allocate(triangleCount);
   PolygonCutter cutter(mesh.GetControlPoints(), table.size());
-  for (uint32_t i = 0; i < polygonCount; ++i) {
-    const KFbxPolygon polygon = mesh.GetPolygon(static_cast<int>(i));
+  for (uint32_t i = 0; i < sourcePolygons.Count(); ++i) {
+    const KFbxPolygon polygon = sourcePolygons[i];
     const std::span<const int32_t> corners = table.subspan(polygon.firstCorner, polygon.size);
     cutter.Cut(corners, [&](uint32_t a, uint32_t b, uint32_t c) {
       for (const uint32_t corner : {a, b, c}) {

@@ -39,23 +39,20 @@ KFbxLayerElementUV::KFbxLayerElementUV(const LayerElementSource& source, size_t 
   if (entries == polygonVertexCount) modes_.mapping = EMappingMode::eBY_POLYGON_VERTEX;
 }
 
-std::span<const double> KFbxLayerElementUV::GetDirectArray() {
-  if (!directRead_) {
-    directRead_ = true;
-    if (!ReadArray(directRecord_, direct_) || direct_.size() % 2 != 0) direct_.Release();
-  }
-  return direct_.View();
+std::span<const double> KFbxLayerElementUV::GetDirectArray() const {
+  const auto read = [this] {
+    FbxArray<double> pairs = ArrayOf<double>(directRecord_);
+    if (pairs.size() % 2 != 0) pairs.Release();
+    return pairs;
+  };
+  return direct_.Get(read).View();
 }
 
-std::span<const int32_t> KFbxLayerElementUV::GetIndexArray() {
-  if (!indicesRead_) {
-    indicesRead_ = true;
-    if (!ReadArray(indexRecord_, indices_)) indices_.Release();
-  }
-  return indices_.View();
+std::span<const int32_t> KFbxLayerElementUV::GetIndexArray() const {
+  return indices_.Get([this] { return ArrayOf<int32_t>(indexRecord_); }).View();
 }
 
-int32_t KFbxLayerElementUV::GetTextureUVIndex(size_t polygonVertex, int32_t controlPoint) {
+int32_t KFbxLayerElementUV::GetTextureUVIndex(size_t polygonVertex, int32_t controlPoint) const {
   size_t entry = 0;
   switch (modes_.mapping) {
     case EMappingMode::eBY_CONTROL_POINT:
@@ -76,9 +73,8 @@ int32_t KFbxLayerElementUV::GetTextureUVIndex(size_t polygonVertex, int32_t cont
   return index >= 0 && static_cast<size_t>(index) < count ? index : -1;
 }
 
-KFbxLayerElementMaterial::KFbxLayerElementMaterial(const LayerElementSource& source) : modes_(source.modes) {
-  if (!ReadArray(source.index, indices_)) indices_.Release();
-}
+KFbxLayerElementMaterial::KFbxLayerElementMaterial(const LayerElementSource& source)
+    : modes_(source.modes), indices_(ArrayOf<int32_t>(source.index)) {}
 
 int32_t KFbxLayerElementMaterial::GetMaterialIndex(size_t polygon, size_t firstCorner) const {
   size_t entry = 0;

@@ -4,8 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "scene/container/array_reader.h"
-#include "scene/container/record_tree.h"
+#include "scene/model/lazy.h"
 
 namespace scene {
 
@@ -40,22 +39,20 @@ class KFbxLayerElementUV {
   EMappingMode GetMappingMode() const { return modes_.mapping; }
   EReferenceMode GetReferenceMode() const { return modes_.reference; }
   /// u, v pairs; empty when the element is damaged.
-  std::span<const double> GetDirectArray();
-  std::span<const int32_t> GetIndexArray();
+  std::span<const double> GetDirectArray() const;
+  std::span<const int32_t> GetIndexArray() const;
   void ReleaseIndexArray() { indices_.Release(); }
 
-  int GetCoordinateCount() { return static_cast<int>(GetDirectArray().size() / 2); }
+  int GetCoordinateCount() const { return static_cast<int>(GetDirectArray().size() / 2); }
   /// Coordinate index of the corner number `polygonVertex` of the file's polygon table, which stands at
   /// `controlPoint`; -1 when it has none.
-  int32_t GetTextureUVIndex(size_t polygonVertex, int32_t controlPoint);
+  int32_t GetTextureUVIndex(size_t polygonVertex, int32_t controlPoint) const;
 
  private:
   LayerElementModes modes_;
   RecordRef directRecord_, indexRecord_;
-  FbxArray<double> direct_;
-  FbxArray<int32_t> indices_;
-  bool directRead_ = false;
-  bool indicesRead_ = false;
+  LazyArray<double> direct_;
+  LazyArray<int32_t> indices_;
 };
 
 /// Material of each polygon, as an index into the node's materials.

@@ -44,110 +44,54 @@ KFbxMesh::KFbxMesh(std::string_view name, RecordRef geometry)
       geometry_(geometry),
       layerCount_(CountLayers(geometry)) {}
 
-std::span<const double> KFbxMesh::GetControlPoints() {
-  if (!pointsRead_) {
-    pointsRead_ = true;
-    if (!ReadArray(geometry_.Child("Vertices"), points_)) points_.Release();
-    constexpr size_t kMost = std::numeric_limits<int32_t>::max();
-    points_.Shorten(std::min(points_.size() / 3, kMost) * 3);
-    pointCount_ = static_cast<int>(points_.size() / 3);
-  }
-  return points_.View();
+FbxArray<double> KFbxMesh::ReadPoints() const {
+  constexpr size_t kMost = std::numeric_limits<int32_t>::max();
+  FbxArray<double> points = ArrayOf<double>(geometry_.Child("Vertices"));
+  points.Shorten(std::min(points.size() / 3, kMost) * 3);
+  pointCount_.Learn(static_cast<int>(points.size() / 3));
+  return points;
+}
+
+const FbxArray<double>& KFbxMesh::Points() const {
+  return points_.Get([this] { return ReadPoints(); });
 }
 
 FbxArray<double> KFbxMesh::TakeControlPoints() {
-  GetControlPoints();
-  pointsRead_ = false;
-  return std::move(points_);
+  return points_.Take([this] { return ReadPoints(); });
 }
 
-int KFbxMesh::GetControlPointsCount() {
-  if (pointCount_ < 0) GetControlPoints();
-  return pointCount_;
+int KFbxMesh::GetControlPointsCount() const {
+  if (!pointCount_.Known()) Points();
+  return *pointCount_.Known();
 }
 
-void KFbxMesh::ReadPolygons() {
-  if (polygonsRead_) return;
-  polygonsRead_ = true;
-  droppedPolygons_ = 0;
-  if (!ReadArray(geometry_.Child("PolygonVertexIndex"), corners_)) corners_.Release();
-  corners_.Shorten(std::numeric_limits<int32_t>::max());
-  const int32_t pointCount = GetControlPointsCount();
-  const auto cornerCount = static_cast<uint32_t>(corners_.size());
-  cornerCount_ = cornerCount;
-  const auto isLast = [&](uint32_t i) { return corners_[i] < 0 || i + 1 == cornerCount; };
-  evenSize_ = 1;
-  while (evenSize_ < cornerCount && !isLast(evenSize_ - 1)) ++evenSize_;
-  KFbxPolygon polygon;
-  bool sound = true;
-  for (uint32_t i = 0; i < cornerCount; ++i) {
-    const bool last = isLast(i);
-    int32_t& corner = corners_[i];
-    if (corner < 0) corner = ~corner;
-    sound &= corner < pointCount;
-    if (!last) continue;
-    polygon.size = i + 1 - polygon.firstCorner;
-    if (evenSize_ != 0 && (polygon.size != evenSize_ || !sound)) StartListing(polygon);
-    if (!sound) {
-      ++droppedPolygons_;
-    } else if (evenSize_ == 0) {
-      polygons_.push_back(polygon);
-    }
-    sound = true;
-    ++polygon.number;
-    polygon.firstCorner = i + 1;
+FbxArray<int32_t> KFbxMesh::ReadCorners() const {
+  FbxArray<int32_t> corners = ArrayOf<int32_t>(geometry_.Child("PolygonVertexIndex"));
+  corners.Shorten(std::numeric_limits<int32_t>::max());
+  if (polygons_.Known()) {
+    for (int32_t& corner : corners) corner = corner < 0 ? ~corner : corner;
+  } else {
+    polygons_.Learn(KFbxPolygonTable(corners, GetControlPointsCount(), GetMemoryLeft()));
+    polygonCounts_.Learn(polygons_.Known()->Counts());
   }
-  polygonCount_ = polygon.number - static_cast<uint32_t>(droppedPolygons_);
+  return corners;
 }
 
-void KFbxMesh::StartListing(const KFbxPolygon& next) {
-  const auto left = std::span(corners_.begin(), cornerCount_).subspan(next.firstCorner + next.size);
-  const auto isNegative = [](int32_t corner) { return corner < 0; };
-  const size_t most =
-      next.number + 2 + static_cast<size_t>(std::count_if(left.begin(), left.end(), isNegative));
-  if (most * sizeof(KFbxPolygon) > GetMemoryLeft()) throw KFbxMeshExcess();
-  polygons_.reserve(most);
-  for (uint32_t k = 0; k < next.number; ++k) polygons_.push_back({evenSize_ * k, evenSize_, k});
-  evenSize_ = 0;
+const KFbxPolygonTable& KFbxMesh::GetPolygons() const {
+  if (!polygons_.Known()) GetPolygonVertices();
+  return *polygons_.Known();
 }
 
-size_t KFbxMesh::GetPolygonVertexCount() {
-  ReadPolygons();
-  return cornerCount_;
+const KFbxPolygonCounts& KFbxMesh::GetPolygonCounts() const {
+  return polygonCounts_.Get([this] { return GetPolygons().Counts(); });
 }
 
-bool KFbxMesh::IsPlainTriangleMesh() {
-  ReadPolygons();
-  return evenSize_ == 3 || cornerCount_ == 0;
-}
-
-int KFbxMesh::GetDroppedPolygonCount() {
-  ReadPolygons();
-  return droppedPolygons_;
-}
-
-int KFbxMesh::GetPolygonCount() {
-  ReadPolygons();
-  return static_cast<int>(polygonCount_);
-}
-
-KFbxPolygon KFbxMesh::GetPolygon(int i) {
-  if (listReleased_) ForgetPolygons();
-  ReadPolygons();
-  const auto index = static_cast<uint32_t>(i);
-  return evenSize_ != 0 ? KFbxPolygon{evenSize_ * index, evenSize_, index} : polygons_[index];
-}
-
-std::span<const int32_t> KFbxMesh::GetPolygonVertices() {
-  if (cornersReleased_) ForgetPolygons();
-  ReadPolygons();
-  return corners_.View();
+std::span<const int32_t> KFbxMesh::GetPolygonVertices() const {
+  return corners_.Get([this] { return ReadCorners(); }).View();
 }
 
 FbxArray<int32_t> KFbxMesh::TakePolygonVertices() {
-  GetPolygonVertices();
-  cornersReleased_ = true;
-  return std::move(corners_);
+  return corners_.Take([this] { return ReadCorners(); });
 }
 
 RecordRef KFbxMesh::FindLayerElement(std::string_view type) const {
@@ -185,8 +129,7 @@ LayerElementSource KFbxMesh::FindDiffuseTextures() const {
 
 void KFbxMesh::SelectUVSet(std::string_view name) {
   selectedUVs_ = {};
-  uvs_.reset();
-  uvsRead_ = false;
+  uvs_.Release();
   if (name.empty() || name == "default") return;
   for (const RecordRef element : geometry_) {
     if (element.Name() != "LayerElementUV" || element.Child("Name").Text(0) != name) continue;
@@ -195,50 +138,31 @@ void KFbxMesh::SelectUVSet(std::string_view name) {
   }
 }
 
-KFbxLayerElementUV* KFbxMesh::GetUVs() {
-  if (!uvsRead_) {
-    uvsRead_ = true;
+const KFbxLayerElementUV* KFbxMesh::GetUVs() const {
+  const auto read = [this]() -> std::unique_ptr<KFbxLayerElementUV> {
     const LayerElementSource source = FindUVs();
-    if (source.modes.mapping != EMappingMode::eNONE) {
-      uvs_ = std::make_unique<KFbxLayerElementUV>(source, GetPolygonVertexCount());
-    }
-  }
-  return uvs_.get();
+    if (source.modes.mapping == EMappingMode::eNONE) return nullptr;
+    return std::make_unique<KFbxLayerElementUV>(source, GetPolygonCounts().corners);
+  };
+  return uvs_.Get(read).get();
 }
 
-KFbxLayerElementMaterial* KFbxMesh::GetMaterials() {
-  if (!materialsRead_) {
-    materialsRead_ = true;
+const KFbxLayerElementMaterial* KFbxMesh::GetMaterials() const {
+  const auto read = [this]() -> std::unique_ptr<KFbxLayerElementMaterial> {
     const LayerElementSource source = FindMaterials();
-    if (source.modes.mapping != EMappingMode::eNONE) {
-      materials_ = std::make_unique<KFbxLayerElementMaterial>(source);
-    }
-  }
-  return materials_.get();
-}
-
-void KFbxMesh::ReleaseControlPoints() {
-  points_.Release();
-  pointsRead_ = false;
-}
-
-void KFbxMesh::ReleaseCorners() {
-  corners_.Release();
-  cornersReleased_ = true;
+    if (source.modes.mapping == EMappingMode::eNONE) return nullptr;
+    return std::make_unique<KFbxLayerElementMaterial>(source);
+  };
+  return materials_.Get(read).get();
 }
 
 void KFbxMesh::ReleasePolygons() {
-  ReadPolygons();
-  ReleaseCorners();
-  polygons_ = std::vector<KFbxPolygon>();
-  listReleased_ = evenSize_ == 0;
+  corners_.Release();
+  polygons_.Release();
 }
 
-void KFbxMesh::ForgetPolygons() {
-  corners_.Release();
-  cornersReleased_ = listReleased_ = false;
-  polygons_ = std::vector<KFbxPolygon>();
-  polygonsRead_ = false;
+void KFbxMesh::ReleaseUVIndices() {
+  if (auto* uvs = uvs_.Known(); uvs && *uvs) (*uvs)->ReleaseIndexArray();
 }
 
 void KFbxMesh::ReleaseSkins() {
@@ -246,13 +170,11 @@ void KFbxMesh::ReleaseSkins() {
 }
 
 void KFbxMesh::ReleaseArrays() {
-  ForgetPolygons();
+  ReleasePolygons();
   ReleaseControlPoints();
   ReleaseSkins();
-  uvs_.reset();
-  uvsRead_ = false;
-  materials_.reset();
-  materialsRead_ = false;
+  uvs_.Release();
+  materials_.Release();
 }
 
 }  // namespace scene

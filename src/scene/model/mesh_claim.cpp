@@ -43,9 +43,8 @@ uint64_t LargestCoordinates(RecordRef geometry) {
 
 }  // namespace
 
-const KFbxMeshClaim& KFbxMesh::GetClaim() {
-  if (!claim_) claim_ = MakeClaim();
-  return *claim_;
+const KFbxMeshClaim& KFbxMesh::GetClaim() const {
+  return claim_.Get([this] { return MakeClaim(); });
 }
 
 KFbxMeshClaim KFbxMesh::MakeClaim() const {
@@ -85,8 +84,9 @@ uint64_t KFbxMesh::GetMemoryLeftBeside(uint64_t taken) const {
   return allowance - std::min(allowance, taken + tree.FileSize() + tree.RecordMemory() + kProgramMemory);
 }
 
-uint64_t KFbxMesh::GetMemoryLeft() {
-  const uint64_t taken = GetClaim().memory + sizeof(KFbxPolygon) * polygons_.capacity();
+uint64_t KFbxMesh::GetMemoryLeft() const {
+  const KFbxPolygonTable* polygons = polygons_.Known();
+  const uint64_t taken = GetClaim().memory + (polygons ? polygons->Memory() : 0);
   return GetMemoryLimit() - std::min(GetMemoryLimit(), taken);
 }
 

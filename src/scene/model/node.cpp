@@ -5,12 +5,11 @@
 
 namespace scene {
 
-KFbxMesh* KFbxNode::GetMesh() const {
-  // A file may also have attributes that only say they are meshes.
-  const bool saysSo =
-      attribute_ && attribute_->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eMESH;
-  return saysSo ? dynamic_cast<KFbxMesh*>(attribute_) : nullptr;
+const KFbxMesh* KFbxNode::GetMesh() const {
+  return IsMesh() ? dynamic_cast<const KFbxMesh*>(attribute_) : nullptr;
 }
+
+KFbxMesh* KFbxNode::GetMesh() { return IsMesh() ? dynamic_cast<KFbxMesh*>(attribute_) : nullptr; }
 
 KFbxXMatrix KFbxNode::GetLocalFromDefaultTake() const {
   return parent_ ? parent_->global_.Inverse() * global_ : global_;

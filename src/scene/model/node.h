@@ -17,14 +17,20 @@ class KFbxNode : public KFbxObject {
  public:
   using KFbxObject::KFbxObject;
 
-  KFbxNode* GetParent() const { return parent_; }
+  const KFbxNode* GetParent() const { return parent_; }
   int GetChildCount() const { return static_cast<int>(children_.size()); }
-  KFbxNode* GetChild(int i) const { return children_[static_cast<size_t>(i)]; }
+  const KFbxNode* GetChild(int i) const { return children_[static_cast<size_t>(i)]; }
+  KFbxNode* GetChild(int i) { return children_[static_cast<size_t>(i)]; }
 
   /// The first attribute connected to the node, or null. A null attribute is an attribute.
-  KFbxNodeAttribute* GetNodeAttribute() const { return attribute_; }
+  const KFbxNodeAttribute* GetNodeAttribute() const { return attribute_; }
   /// The attribute when it is a mesh, else null.
-  KFbxMesh* GetMesh() const;
+  const KFbxMesh* GetMesh() const;
+  KFbxMesh* GetMesh();
+  /// Whether the attribute says that it is a mesh. Some files say so of what is none.
+  bool IsMesh() const {
+    return attribute_ && attribute_->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eMESH;
+  }
   bool IsSkeleton() const {
     return attribute_ && attribute_->GetAttributeType() == KFbxNodeAttribute::EAttributeType::eSKELETON;
   }
@@ -67,7 +73,7 @@ class KFbxNode : public KFbxObject {
   void SetGlobalFromDefaultTake(const KFbxXMatrix& global) { global_ = global; }
 
  private:
-  KFbxNode* parent_ = nullptr;
+  const KFbxNode* parent_ = nullptr;
   std::vector<KFbxNode*> children_;
   KFbxNodeAttribute* attribute_ = nullptr;
   std::vector<KFbxSurfaceMaterial*> materials_;

@@ -44,7 +44,7 @@ bool KFbxScene::HasDecimalCommas() const {
 
 void KFbxScene::EvaluateTransforms() {
   struct Open {
-    const KFbxNode* node;
+    KFbxNode* node;
     int nextChild;
     WorldTransform world;
   };

@@ -17,7 +17,8 @@ class KFbxScene : public KFbxObject {
   explicit KFbxScene(std::string_view name);
   ~KFbxScene() override;
 
-  KFbxNode* GetRootNode() const { return root_; }
+  const KFbxNode* GetRootNode() const { return root_; }
+  KFbxNode* GetRootNode() { return root_; }
   /// The arrays that could not be unpacked so far, as `"Weights" of bone "hip" in mesh "Body"`. They were
   /// taken as empty.
   std::vector<KString> GetDamagedArrays();

@@ -39,39 +39,16 @@ KFbxCluster::KFbxCluster(std::string_view name, RecordRef record)
       transformLink_(ReadInvertibleMatrix(record.Child("TransformLink"))),
       transformAssociate_(ReadInvertibleMatrix(record.Child("TransformAssociateModel"))) {}
 
-void KFbxCluster::ReadPairs() {
-  if (pairsRead_) return;
-  pairsRead_ = true;
-  if (!ReadArray(record_.Child("Indexes"), indices_)) indices_.Release();
-  if (!ReadArray(record_.Child("Weights"), weights_)) weights_.Release();
-  const size_t count = std::min(indices_.size(), weights_.size());
-  indices_.Shorten(count);
-  weights_.Shorten(count);
+KFbxCluster::Pairs KFbxCluster::DecodePairs() const {
+  Pairs pairs{ArrayOf<int32_t>(record_.Child("Indexes")), ArrayOf<double>(record_.Child("Weights"))};
+  const size_t count = std::min(pairs.indices.size(), pairs.weights.size());
+  pairs.indices.Shorten(count);
+  pairs.weights.Shorten(count);
+  return pairs;
 }
 
 uint64_t KFbxCluster::GetClaim() const {
   return 4 * ClaimedCount(record_.Child("Indexes")) + 8 * ClaimedCount(record_.Child("Weights"));
-}
-
-int KFbxCluster::GetControlPointIndicesCount() {
-  ReadPairs();
-  return static_cast<int>(indices_.size());
-}
-
-std::span<const int32_t> KFbxCluster::GetControlPointIndices() {
-  ReadPairs();
-  return indices_.View();
-}
-
-std::span<const double> KFbxCluster::GetControlPointWeights() {
-  ReadPairs();
-  return weights_.View();
-}
-
-void KFbxCluster::ReleaseArrays() {
-  indices_.Release();
-  weights_.Release();
-  pairsRead_ = false;
 }
 
 std::optional<KFbxXMatrix> KFbxCluster::GetTransformMatrix() const {

@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "scene/container/array_reader.h"
 #include "scene/math/matrix.h"
+#include "scene/model/lazy.h"
 #include "scene/model/object.h"
 
 namespace scene {
@@ -21,19 +21,26 @@ class KFbxCluster : public KFbxObject {
   KFbxCluster(std::string_view name, RecordRef record);
 
   /// The bone, or null.
-  KFbxNode* GetLink() const { return link_; }
+  const KFbxNode* GetLink() const { return link_; }
   ELinkMode GetLinkMode() const { return mode_; }
-  KFbxNode* GetAssociateModel() const { return associate_; }
+  const KFbxNode* GetAssociateModel() const { return associate_; }
 
   RecordRef GetRecord() const { return record_; }
-  int GetControlPointIndicesCount();
+  int GetControlPointIndicesCount() const { return static_cast<int>(ReadPairs().indices.size()); }
   /// Not checked against the mesh.
-  std::span<const int32_t> GetControlPointIndices();
+  std::span<const int32_t> GetControlPointIndices() const { return ReadPairs().indices.View(); }
   /// One for each index.
-  std::span<const double> GetControlPointWeights();
-  void ReleaseArrays();
+  std::span<const double> GetControlPointWeights() const { return ReadPairs().weights.View(); }
+  void ReleaseArrays() { pairs_.Release(); }
   /// Bytes that the arrays say they take when they are decoded.
   uint64_t GetClaim() const;
+
+  struct Pairs {
+    FbxArray<int32_t> indices;
+    FbxArray<double> weights;
+  };
+  /// Both arrays, decoded for the caller alone.
+  Pairs DecodePairs() const;
 
   /// World transform of the mesh node at bind time; none when the file has none. Files store it relative to
   /// the link, which this undoes.
@@ -44,22 +51,22 @@ class KFbxCluster : public KFbxObject {
   std::optional<KFbxXMatrix> GetTransformAssociateModelMatrix() const { return transformAssociate_; }
 
   // For whoever builds a scene.
-  void SetLink(KFbxNode* link) {
+  void SetLink(const KFbxNode* link) {
     if (!link_) link_ = link;
   }
-  void SetAssociateModel(KFbxNode* associate) { associate_ = associate; }
+  void SetAssociateModel(const KFbxNode* associate) { associate_ = associate; }
 
  private:
-  void ReadPairs();
+  const Pairs& ReadPairs() const {
+    return pairs_.Get([this] { return DecodePairs(); });
+  }
 
   RecordRef record_;
-  KFbxNode* link_ = nullptr;
-  KFbxNode* associate_ = nullptr;
+  const KFbxNode* link_ = nullptr;
+  const KFbxNode* associate_ = nullptr;
   ELinkMode mode_ = ELinkMode::eNORMALIZE;
   std::optional<KFbxXMatrix> storedTransform_, transformLink_, transformAssociate_;
-  FbxArray<int32_t> indices_;
-  FbxArray<double> weights_;
-  bool pairsRead_ = false;
+  Lazy<Pairs> pairs_;
 };
 
 /// A skin deformer.
@@ -68,7 +75,7 @@ class KFbxSkin : public KFbxObject {
   using KFbxObject::KFbxObject;
 
   int GetClusterCount() const { return static_cast<int>(clusters_.size()); }
-  KFbxCluster* GetCluster(int i) const { return clusters_[static_cast<size_t>(i)]; }
+  const KFbxCluster* GetCluster(int i) const { return clusters_[static_cast<size_t>(i)]; }
   void AddCluster(KFbxCluster& cluster) { clusters_.push_back(&cluster); }
   void ReleaseArrays();
 
