@@ -26,6 +26,7 @@ endfunction()
 add_library(ts3d_options INTERFACE)
 target_include_directories(ts3d_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
 target_compile_options(ts3d_options INTERFACE -Wall -Wextra -Wconversion)
+target_compile_definitions(ts3d_options INTERFACE FBX_TO_TS3D_VERSION="${PROJECT_VERSION}")
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # GCC 12 sees overlapping copies in every "literal" + std::string.
   target_compile_options(ts3d_options INTERFACE -Wno-restrict)

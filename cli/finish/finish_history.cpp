@@ -36,8 +36,8 @@ void AddEntry(std::string_view name, const std::string& value, std::vector<std::
 }
 
 void RecoverMeshes(std::string_view converted, std::string_view latest, FinishSettings& settings) {
-  const std::vector<ts3d::MaterialLine> before = ts3d::ReadMaterialLines(converted);
-  const std::vector<ts3d::MaterialLine> after = ts3d::ReadMaterialLines(latest);
+  const std::vector<ts3d::ListedMaterial> before = ts3d::ReadMaterialLines(converted);
+  const std::vector<ts3d::ListedMaterial> after = ts3d::ReadMaterialLines(latest);
   for (size_t i = 0; i < before.size() && before.size() == after.size(); ++i) {
     if (before[i].name != after[i].name) AddEntry(before[i].name, Unescape(after[i].name), settings.meshes);
   }

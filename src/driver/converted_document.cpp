@@ -26,7 +26,7 @@ std::string WithoutFinalSettings(std::string document) {
   CutAll(document, "<glance_adjust>", "</glance_adjust>\n");
   constexpr int kProductBody = 150;  // "body", which a mesh may be called as well
   const std::string finished = document;
-  for (const MaterialLine& line : ReadMaterialLines(finished)) {
+  for (const ListedMaterial& line : ReadMaterialLines(finished)) {
     if (std::atoi(std::string(line.thread).c_str()) < kProductBody) continue;
     const std::string mesh(line.file.substr(0, line.file.rfind('.')));
     const std::string begin = "<material_file name=\"", rest = "\" threadID=\"" + std::string(line.thread);

@@ -46,11 +46,11 @@ std::vector<MeshLine> ReadMeshLines(std::string_view document) {
   return meshes;
 }
 
-std::vector<MaterialLine> ReadMaterialLines(std::string_view document) {
-  std::vector<MaterialLine> materials;
+std::vector<ListedMaterial> ReadMaterialLines(std::string_view document) {
+  std::vector<ListedMaterial> materials;
   for (std::string_view line :
        LinesBetween(document, "<materials>", "</materials>", "<material_file name=\"")) {
-    MaterialLine& material = materials.emplace_back();
+    ListedMaterial& material = materials.emplace_back();
     material.name = TakeBetween(line, "<material_file name=\"", "\" threadID=\"");
     material.thread = line.substr(0, line.find("\">"));
     material.file = TakeBetween(line, "\">", "</material_file>");

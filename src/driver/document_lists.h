@@ -20,10 +20,10 @@ struct MeshLine {
 std::vector<MeshLine> ReadMeshLines(std::string_view document);
 
 /// A line of a document's material list.
-struct MaterialLine {
+struct ListedMaterial {
   std::string_view name, thread, file;
 };
-std::vector<MaterialLine> ReadMaterialLines(std::string_view document);
+std::vector<ListedMaterial> ReadMaterialLines(std::string_view document);
 
 /// A line of a document's bone renames, the root bone's first.
 struct BoneRename {

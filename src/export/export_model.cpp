@@ -10,7 +10,7 @@
 namespace actor {
 namespace {
 
-Double3 Difference(const Vector3& a, const Vector3& b) {
+Double3 Subtract(const Vector3& a, const Vector3& b) {
   Double3 result;
   for (size_t i = 0; i < 3; ++i) result[i] = static_cast<double>(a[i]) - static_cast<double>(b[i]);
   return result;
@@ -50,8 +50,8 @@ std::vector<std::array<int32_t, 3>> FacesOutwards(const Mesh& mesh) {
   const auto corner = [&](size_t i) -> const Vertex& {
     return mesh.vertices[static_cast<size_t>(faces[0][i])];
   };
-  const Double3 a = Difference(corner(1).position, corner(0).position);
-  const Double3 b = Difference(corner(2).position, corner(0).position);
+  const Double3 a = Subtract(corner(1).position, corner(0).position);
+  const Double3 b = Subtract(corner(2).position, corner(0).position);
   const Vector3& normal = corner(0).normal;
   const double along = (a[1] * b[2] - a[2] * b[1]) * static_cast<double>(normal[0]) +
                        (a[2] * b[0] - a[0] * b[2]) * static_cast<double>(normal[1]) +
@@ -63,7 +63,7 @@ std::vector<std::array<int32_t, 3>> FacesOutwards(const Mesh& mesh) {
 }
 
 Vector3 UnitNormal(const Vector3& normal) {
-  const Double3 exact = Difference(normal, {});
+  const Double3 exact = Subtract(normal, {});
   const double length = std::hypot(exact[0], exact[1], exact[2]);
   if (length < 1e-12) return {0.0f, 1.0f, 0.0f};
   Vector3 unit;

@@ -10,7 +10,7 @@
 namespace ts3d {
 namespace {
 
-constexpr int32_t kVersion = 1000;
+constexpr int32_t kMeshVersion = 1000;
 constexpr size_t kProgressSteps = 20;
 
 class CmfWriter {
@@ -25,7 +25,7 @@ class CmfWriter {
 
   void WriteHeader(int32_t threadId, size_t vertexCount, size_t faceCount) {
     out_.Bytes("CMF", 4);
-    out_.Int32(kVersion);
+    out_.Int32(kMeshVersion);
     out_.Int32(1);  // submeshes
     out_.Int32(threadId);
     out_.Int32(static_cast<int32_t>(vertexCount));

@@ -57,9 +57,7 @@ bool MeshFacts::Follows(int32_t bone) const {
   return bone >= 0 && static_cast<size_t>(bone) < follows.size() && follows[static_cast<size_t>(bone)];
 }
 
-bool MeshFacts::FollowsAny() const {
-  return std::find(follows.begin(), follows.end(), true) != follows.end();
-}
+bool MeshFacts::FollowsAny() const { return std::find(follows.begin(), follows.end(), 1) != follows.end(); }
 
 bool MeshFacts::IsPosed(const SkeletonState& skeleton) const {
   return (pose && pose->Find(node) >= 0) || BoundMatrix(*node, skeleton);
@@ -76,7 +74,7 @@ void RigFaults::Take(const ConvertedMesh& mesh, const ConversionJob& job) {
   for (size_t i = 0; i < std::min(pointCount, mesh.data.records.size()); ++i) {
     if (mesh.data.records[i].influenceList == -1) continue;
     for (const BoneWeight& influence : mesh.data.influences.Of(static_cast<int32_t>(i))) {
-      if (influence.weight != 0.0f) facts.follows[static_cast<size_t>(influence.bone)] = true;
+      if (influence.weight != 0.0f) facts.follows[static_cast<size_t>(influence.bone)] = 1;
     }
     Point point{};
     for (size_t axis = 0; axis < 3; ++axis) point[axis] = static_cast<float>(mesh.data.points[3 * i + axis]);

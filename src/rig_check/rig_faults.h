@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,7 @@ struct MeshFacts {
   const scene::KFbxNode* node;
   std::vector<std::string> files;            ///< names of its mesh files, in order
   const scene::KFbxPose* pose;               ///< bind pose that it was brought into, or null
-  std::vector<bool> follows;                 ///< by bone identifier: some point follows it
+  std::vector<uint8_t> follows;              ///< by bone identifier: whether some point follows it
   std::vector<std::array<float, 3>> points;  ///< that faces use, as the package has them
 
   bool Follows(int32_t bone) const;

@@ -8,7 +8,7 @@
 namespace ts3d {
 namespace {
 
-constexpr int32_t kVersion = 900;
+constexpr int32_t kSkeletonVersion = 900;
 
 void AddDummyBone(BoneTree& bones) {
   BoneNode& dummy = bones.AddChild(bones.Root());
@@ -40,7 +40,7 @@ void WriteBone(const BoneNode& bone, ByteWriter& out) {
 void WriteCsf(BoneTree& bones, ByteWriter& out) {
   if (bones.BoneCount() == 0) AddDummyBone(bones);
   out.Bytes("CSF", 4);
-  out.Int32(kVersion);
+  out.Int32(kSkeletonVersion);
   out.Int32(bones.BoneCount());
   for (const BoneNode* bone : bones.PreOrder()) WriteBone(*bone, out);
 }
