@@ -8,6 +8,7 @@ Exit codes and files have to be the same; text files end their lines with CR LF 
 import shutil
 import sys
 
+from pictures import make_models
 from wine import FIXTURES, ROOT, as_on_windows, members, run, test_in_wine
 
 DEEP = "/".join(["a folder with a long name, one of many"] * 8)  # more than 300 characters
@@ -33,13 +34,15 @@ COMMANDS = [
 ]
 
 
-def fill(folder):
+def fill(folder, place):
     (folder / "models/übrige").mkdir(parents=True)
     shutil.copy(ROOT / "samples/scout.fbx", folder / "scöut.fbx")
     for file in FIXTURES:
         shutil.copy(file, folder / "models")
     shutil.copy(FIXTURES[0], folder / "models/übrige/Größe.fbx")
     shutil.copy(ROOT / "samples/skin.tga", folder)
+    if place == PLACES[0]:
+        make_models(folder / "models")
 
 
 def content(file):
@@ -64,7 +67,7 @@ def try_place(place, work, environment, tools):
     differences = []
     folders = {which: work / which / place for which in tools}
     for folder in folders.values():
-        fill(folder)
+        fill(folder, place)
     for command in COMMANDS:
         codes = {}
         for which, tool in tools.items():
