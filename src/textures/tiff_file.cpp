@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 #include "textures/picture_formats.h"
 
@@ -14,7 +15,8 @@ namespace {
 tmsize_t Read(thandle_t handle, void* to, tmsize_t size) {
   auto& source = *static_cast<TiffSource*>(handle);
   const uint64_t left = source.bytes.size() - std::min<uint64_t>(source.at, source.bytes.size());
-  const uint64_t count = std::min<uint64_t>(left, static_cast<uint64_t>(std::max<tmsize_t>(size, 0)));
+  const auto count =
+      static_cast<size_t>(std::min<uint64_t>(left, static_cast<uint64_t>(std::max<tmsize_t>(size, 0))));
   if (count > 0) std::memcpy(to, source.bytes.data() + source.at, count);
   source.at += count;
   return static_cast<tmsize_t>(count);
@@ -53,7 +55,9 @@ std::unique_ptr<TIFF, CloseTiff> OpenTiff(TiffSource& source, uint64_t mostMemor
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), KeepFirst, &source);
   TIFFOpenOptionsSetWarningHandlerExtR(options.get(), Ignore, nullptr);
   constexpr uint64_t kTables = 1 << 20;
-  const uint64_t most = mostMemory + source.bytes.size() + kTables;
+  // One of 32 bits has to stay above zero, which stands for all there is.
+  const uint64_t most =
+      std::min<uint64_t>(mostMemory + source.bytes.size() + kTables, std::numeric_limits<tmsize_t>::max());
   TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(most));
   source.at = 0;
   std::unique_ptr<TIFF, CloseTiff> tiff(TIFFClientOpenExt("", "rm", &source, Read, RefuseWrite, Seek, Close,
