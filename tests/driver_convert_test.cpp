@@ -31,7 +31,7 @@ TEST(ShortNames, WriteNothingIntoTheParentFolder) {
   const std::string document = ReadWholeFile(host.folder.Write("deexfg", "<cal_config></cal_config>"));
   for (const std::string& path : {host.ModelPath("deep\\m"), host.folder.Path("deep/m")}) {
     EXPECT_EQ(RunConversion(host.job, {path, {}}), ConversionResult::PackageFailed) << path;
-    EXPECT_EQ(ApplyFinalSettings(host.job, {path, 1.0f, ""}), ts3d::FinishResult::DocumentUnreadable);
+    EXPECT_EQ(ApplyFinalSettings(host.job, {path, 1.0f, ""}), ts3d::ConversionResult::DocumentUnreadable);
     EXPECT_FALSE(std::filesystem::exists(host.folder.Path("deeczp")));
   }
   EXPECT_EQ(ReadWholeFile(host.folder.Path("deexfg")), document);
@@ -187,7 +187,7 @@ TEST(Sample, GivesTheSamePackageHoweverManyConversionsTheJobHasDone) {
   ASSERT_EQ(ConvertSample(fresh, "Actor (Female).fbx"), ConversionResult::Success);
   ASSERT_EQ(ConvertSample(used), ConversionResult::Success);
   ASSERT_EQ(ApplyFinalSettings(used.job, {used.ModelPath("scout.fbx"), 150, "body=Skin"}),
-            ts3d::FinishResult::Success);
+            ts3d::ConversionResult::Success);
   ASSERT_EQ(ConvertSample(used, "Actor (Female).fbx"), ConversionResult::Success);
   EXPECT_TRUE(fresh.ReadPackage("Actor (Female).fbx").Members() ==
               used.ReadPackage("Actor (Female).fbx").Members());

@@ -13,7 +13,7 @@ using support::Character;
 using support::TestHost;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using ts3d::FinishResult;
+using ts3d::ConversionResult;
 
 constexpr const char* kDocument = R"(<cal_config>
 	<scale>1.0</scale>
@@ -157,14 +157,14 @@ struct Converted : TestHost {
     model.Triangle("Body");
     return model;
   }
-  FinishResult Finish(float scale = 0, const std::string& meshList = "") {
+  ConversionResult Finish(float scale = 0, const std::string& meshList = "") {
     return ApplyFinalSettings(job, {ModelPath("model.fbx"), scale, meshList});
   }
 };
 
 TEST(FinalSettings, AddTheDocumentAgainAndDeleteIt) {
   Converted host;
-  EXPECT_EQ(host.Finish(150), FinishResult::Success);
+  EXPECT_EQ(host.Finish(150), ConversionResult::Success);
   EXPECT_THAT(host.lines,
               ElementsAre("Updating CZP File with Final Settings", "Successfully created CZP File"));
   const auto package = host.ReadPackage();
@@ -172,21 +172,21 @@ TEST(FinalSettings, AddTheDocumentAgainAndDeleteIt) {
   EXPECT_THAT(package["model.xfg"], HasSubstr("\t<scale>1.500000</scale>\n<flags>\n"));
   EXPECT_THAT(package.Members()[1].bytes, HasSubstr("\t<scale>1.0</scale>\n<flags>\n"));
   EXPECT_EQ(host.FileNames(), "model.czp model.fbx");
-  EXPECT_EQ(host.Finish(), FinishResult::DocumentUnreadable);
+  EXPECT_EQ(host.Finish(), ConversionResult::DocumentUnreadable);
 }
 
 TEST(FinalSettings, MayBeAskedForByTheNamesOfDocumentAndPackageAndByABareName) {
   for (const char* name : {"model.xfg", "model.czp"}) {
     Converted host;
-    EXPECT_EQ(ApplyFinalSettings(host.job, {host.ModelPath(name), 0, {}}), FinishResult::Success) << name;
+    EXPECT_EQ(ApplyFinalSettings(host.job, {host.ModelPath(name), 0, {}}), ConversionResult::Success) << name;
   }
   Converted host;
   host.job.files.modelDirectory = host.ModelPath("elsewhere\\");
-  EXPECT_EQ(ApplyFinalSettings(host.job, {"model.fbx", 0, {}}), FinishResult::UpdateFailed);
+  EXPECT_EQ(ApplyFinalSettings(host.job, {"model.fbx", 0, {}}), ConversionResult::UpdateFailed);
   EXPECT_EQ(host.job.files.modelDirectory, host.ModelPath("elsewhere\\"));
   EXPECT_EQ(host.ReadPackage().Count("model.xfg"), 1u) << "no empty member";
   ts3d::ConversionJob fresh;
-  EXPECT_EQ(ApplyFinalSettings(fresh, {"model.fbx", 0, {}}), FinishResult::Success);
+  EXPECT_EQ(ApplyFinalSettings(fresh, {"model.fbx", 0, {}}), ConversionResult::Success);
   EXPECT_EQ(host.ReadPackage().Count("model.xfg"), 2u);
 }
 
@@ -194,7 +194,7 @@ TEST(FinalSettings, ScaleByAHundredthOrNotAtAll) {
   const std::pair<float, const char*> cases[] = {{-5.0f, "1.000000"}, {0.5f, "0.005000"}};
   for (const auto& [percent, scale] : cases) {
     Converted host;
-    ASSERT_EQ(host.Finish(percent), FinishResult::Success);
+    ASSERT_EQ(host.Finish(percent), ConversionResult::Success);
     EXPECT_THAT(host.ReadPackage()["model.xfg"], HasSubstr("<scale>" + std::string(scale) + "</scale>"));
   }
 }
@@ -213,7 +213,7 @@ TEST(FinalSettings, ChangeDocumentAndPackageOnlyAndKeepLinksAndPermissions) {
   }
   const std::string names = host.folder.Names();
   fs::current_path("/");  // from where the document is not deleted
-  EXPECT_EQ(host.Finish(150), FinishResult::Success);
+  EXPECT_EQ(host.Finish(150), ConversionResult::Success);
   EXPECT_EQ(host.folder.Names(), names);
   EXPECT_EQ(support::ReadWholeFile(other), "somebody's");
   EXPECT_TRUE(fs::is_symlink(document));
@@ -225,7 +225,7 @@ TEST(FinalSettings, ChangeDocumentAndPackageOnlyAndKeepLinksAndPermissions) {
 TEST(FinalSettings, LeaveADocumentThatCannotBeReadAlone) {
   Converted host;
   host.folder.Write("model.xfg", "<cal_config></cal_config>");
-  EXPECT_EQ(host.Finish(), FinishResult::DocumentUnreadable);
+  EXPECT_EQ(host.Finish(), ConversionResult::DocumentUnreadable);
   EXPECT_EQ(host.lines.back(), ">>> FAILED TO READ .XFG File!");
   EXPECT_EQ(host.Document(), "<cal_config></cal_config>");
   EXPECT_EQ(host.ReadPackage().Count("model.xfg"), 1u);

@@ -32,7 +32,7 @@ class FinishSafety : public ::testing::Test {
   std::string Document() const { return host_.folder.Path("scout.xfg"); }
   std::string PackagePath() const { return host_.folder.Path("scout.czp"); }
 
-  ts3d::FinishResult Finish() {
+  ts3d::ConversionResult Finish() {
     return ts3d::ApplyFinalSettings(host_.job, {host_.ModelPath("scout.fbx"), 150.0f, "body=Skin|hat=~Cap"});
   }
 
@@ -60,7 +60,7 @@ class FinishSafety : public ::testing::Test {
   }
 
   std::string FinishedDocument() {
-    EXPECT_EQ(Finish(), ts3d::FinishResult::Success);
+    EXPECT_EQ(Finish(), ts3d::ConversionResult::Success);
     std::string document = ReadWholeFile(Document());
     Restore();
     return document;
@@ -82,7 +82,7 @@ TEST_F(FinishSafety, BeingKilledAtAnyMomentLosesNothing) {
 TEST_F(FinishSafety, AMissingPackageLeavesTheNewDocumentAndNothingElse) {
   std::filesystem::remove(PackagePath());
   host_.lines.clear();
-  EXPECT_EQ(Finish(), ts3d::FinishResult::UpdateFailed);
+  EXPECT_EQ(Finish(), ts3d::ConversionResult::UpdateFailed);
   EXPECT_EQ(host_.Told(">>> Failed to Open CZP File"), 1u);
   EXPECT_EQ(host_.FileNames(), "elsewhere scout.fbx scout.xfg");
 }

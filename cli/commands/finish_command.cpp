@@ -129,7 +129,7 @@ int RunFinish(const FinishOptions& options) {
   KeepEditedDocument(document, history, messages);
   StatusPrinter printer(options.verbosity, 1);
   JobHost host;
-  host.onStatus = [&](std::string_view line) { printer.Print(options.model, line); };
+  host.onStatus = [&](const ts3d::StatusLine& line) { printer.Print(options.model, line); };
   ts3d::ConversionJob job;
   job.settings.packLevel = options.packLevel;
   job.settings.memberDate = SourceDate();

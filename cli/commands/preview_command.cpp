@@ -95,7 +95,8 @@ fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const Pre
   options.settingsFile = preview.settingsFile;
   options.takesSettings = preview.takesSettings;
   options.textureFolders = preview.textureFolders;
-  const ModelResult result = ConvertWithSettings(task, work, options, std::nullopt, [](std::string_view) {});
+  const ModelResult result =
+      ConvertWithSettings(task, work, options, std::nullopt, [](const ts3d::StatusLine&) {});
   for (const std::string& loss : result.Losses()) messages.Warning(task.name, loss);
   if (result.code != 0) throw Failure(result.code, result.reason);
   return WithExtension(work.Model(), "czp");

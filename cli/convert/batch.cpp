@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "convert/foreign_package.h"
+#include "convert/job_host.h"
 #include "convert/made_with.h"
 #include "convert/message_groups.h"
 #include "convert/result_messages.h"
@@ -50,8 +51,8 @@ class Running {
         child_(
             [&](const ChildProcess::Send& send) {
               // Each message wakes the other process: thousands of them cost more than a small model.
-              const auto onStatus = [&](std::string_view line) {
-                if (printer.Wants(line)) send(kStatusMessage + std::string(line));
+              const auto onStatus = [&](const ts3d::StatusLine& line) {
+                if (printer.WantsLines()) send(kStatusMessage + PackedLine(line));
               };
               ModelResult result;
               try {
@@ -110,7 +111,7 @@ class Batch {
   /// Converts the only model in this process.
   std::vector<ModelResult> RunHere(int& signal) {
     const ModelTask& task = tasks_.front();
-    const auto onStatus = [&](std::string_view line) {
+    const auto onStatus = [&](const ts3d::StatusLine& line) {
       if (InterruptSignal() != 0) throw InterruptedRun();
       printer_.Print(task.name, line);
     };
@@ -197,7 +198,7 @@ class Batch {
 
   void TakeMessage(Running& model, std::string_view message) {
     if (message.starts_with(kStatusMessage)) {
-      printer_.Print(tasks_[model.Index()].name, message.substr(1));
+      printer_.Print(tasks_[model.Index()].name, UnpackedLine(message.substr(1)));
     } else if (message.starts_with(kResultMessage)) {
       model.result = ResultFromJson(message.substr(1));
       model.hasResult = true;

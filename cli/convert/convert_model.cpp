@@ -7,9 +7,9 @@
 #include <iterator>
 #include <set>
 
-#include "convert/job_host.h"
 #include "convert/mesh_options.h"
 #include "convert/model_inputs.h"
+#include "convert/notice_findings.h"
 #include "convert/rename_preset.h"
 #include "convert/step_times.h"
 #include "convert/unmatched_options.h"
@@ -89,9 +89,10 @@ void AddNote(const char* code, std::string text, ModelResult& result) {
   result.notes.push_back({code, ts3d::Severity::Note, ts3d::Subject::File, {}, std::move(text), {}});
 }
 
-ts3d::RepairSettings RepairAsNeeded(ts3d::ConversionJob& loaded, const fs::path& model,
-                                    const ConvertOptions& options, ModelResult& result) {
-  const ProvenRepairs repairs = ChooseRepairsByProof(loaded, model, options);
+ts3d::RepairSettings RepairAsNeeded(scene::KFbxScene& scene, const ts3d::ModelSource& model,
+                                    const ModelTask& task, const ConvertOptions& options,
+                                    ModelResult& result) {
+  const ProvenRepairs repairs = ChooseRepairsByProof(scene, model, task.model, options);
   for (const ts3d::NeededRepair& repair : repairs.chosen.needed) {
     AddNote("repaired", "repaired with " + repair.option + ": without it, " + repair.reason, result);
   }
@@ -104,7 +105,7 @@ ts3d::RepairSettings RepairAsNeeded(ts3d::ConversionJob& loaded, const fs::path&
 /// Keeps what somebody can do something about.
 void TakeFaults(const ts3d::RigFaults& faults, const ts3d::ConversionJob& job, ModelResult& result) {
   ts3d::RigReport report;
-  faults.Tell(job, report);
+  faults.Tell(job.Model(), *job.skeleton, report);
   report.SortFindings();
   for (ts3d::Finding& finding : report.findings) {
     if (finding.severity == ts3d::Severity::Fatal) {
@@ -214,19 +215,24 @@ std::string ModelTask::NameInWork() const {
 }
 
 ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
-                                const std::optional<FinishSettings>& finish,
-                                const std::function<void(std::string_view)>& onStatus) {
+                                const std::optional<FinishSettings>& finish, const TakeStatus& onStatus) {
   ModelResult result;
   JobHost host;
   ts3d::LineBudget budget;
-  host.onStatus = [&](std::string_view line) {
-    if (!IsProgressLine(line) && budget.Takes(line)) result.status.emplace_back(line);
+  NoticeFindings said;
+  host.onStatus = [&](const ts3d::StatusLine& line) {
+    if (!IsProgress(line.notice) && budget.Takes(line.text)) {
+      result.status.emplace_back(line.text);
+      said.Take(line);
+    }
     onStatus(line);
   };
   ts3d::ConversionJob job;
   textures::TextureConverter textures(task.model, options.longestTextureSide, options.textureFolders,
                                       options.tooLargeTextures);
-  textures.onConvert = [&](const fs::path& picture) { onStatus("Converting Texture: " + picture.string()); };
+  textures.onConvert = [&](const fs::path& picture) {
+    job.status.Send(ts3d::Notice::ConvertingPicture, picture.string());
+  };
   StepTimes times;
   host.onTexture = [&](const std::string& source, bool exists) {
     return times.Within("pictures",
@@ -239,23 +245,22 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
     if (fraction == ts3d::kMeshesWritten) times.Begin("package");
   };
   ts3d::RigFaults faults;
-  faults.Watch(job);
+  job.onMesh = [&](const ts3d::ConvertedMesh& mesh) { faults.Take(mesh, *job.skeleton); };
   ts3d::ConversionRequest request;
   request.actorType = options.actorType;
   const bool mayBeCurrent = options.update && IsCurrent(task, FixedInputs(task, options));
   std::set<fs::path> dataFiles;
-  request.chooseRepairs = [&](ts3d::ConversionJob& loaded) {
-    const scene::KFbxScene& scene = loaded.loaded.Scene();
+  request.chooseRepairs = [&](scene::KFbxScene& scene, const ts3d::ModelSource& model) {
     for (const scene::KString& file : scene.GetDataFiles()) dataFiles.insert(platform::NativePath(file));
     if (mayBeCurrent) {
-      std::set<fs::path> inputs = textures.FindInputs(loaded.files, scene);
+      std::set<fs::path> inputs = textures.FindInputs(job.files, scene);
       inputs.insert(dataFiles.begin(), dataFiles.end());
       LeaveIfCurrent(task, inputs, result);
     }
-    return options.repairsAsNeeded ? RepairAsNeeded(loaded, task.model, options, result) : options.repairs;
+    return options.repairsAsNeeded ? RepairAsNeeded(scene, model, task, options, result) : options.repairs;
   };
   request.onConverted = [&](const scene::KFbxNode& root) {
-    result.malformedNames = ts3d::NamesThatBreakDocument(job, job.skeleton->bones);
+    result.malformedNames = ts3d::NamesThatBreakDocument(job.Model(), job.skeleton->bones);
     TakeFaults(faults, job, result);
     if (!NamesSomething(options)) return;
     result.unmatchedOptions =
@@ -278,6 +283,7 @@ ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, c
   if (result.code != 0 && result.reason.empty()) result.reason = WhyFailed(task, work, result.code, job);
   result.readerOutput = job.loadError;
   result.damage = job.damagedArrays;
+  result.said = said.Take();
   TakePictures(textures, options, result);
   for (const fs::path& input : dataFiles) result.inputs.push_back(input.string());
   const fs::path package = WithExtension(work.Model(), "czp");

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "convert/convert_options.h"
+#include "convert/job_host.h"
 #include "convert/model_result.h"
 #include "finish/finish_settings.h"
 #include "host/host_paths.h"
@@ -27,10 +27,8 @@ struct ModelTask {
 };
 
 /// Converts the model inside `work`, where everything that is written stays.
-/// @param onStatus  takes each status line when it comes
 ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
-                                const std::optional<FinishSettings>& finish,
-                                const std::function<void(std::string_view)>& onStatus);
+                                const std::optional<FinishSettings>& finish, const TakeStatus& onStatus);
 
 /// Moves a converted model's document and package from `work` to where they belong.
 /// @param shrunkPictures  files that do not stay for the next conversion

@@ -65,6 +65,8 @@ std::string ToJson(const ModelResult& result) {
   json.Member("reason", result.reason);
   json.Member("damage", result.damage);
   json.Member("malformed_names", result.malformedNames);
+  json.Key("said");
+  ts3d::WriteFindings(json, result.said);
   json.Key("notes");
   ts3d::WriteFindings(json, result.notes);
   json.Key("faults");
@@ -102,6 +104,7 @@ ModelResult ResultFromJson(std::string_view text) {
   json.at("status").get_to(result.status);
   json.at("damage").get_to(result.damage);
   json.at("malformed_names").get_to(result.malformedNames);
+  for (const Json& said : json.at("said")) result.said.push_back(FindingFromJson(said));
   for (const Json& note : json.at("notes")) result.notes.push_back(FindingFromJson(note));
   for (const Json& fault : json.at("faults")) result.faults.push_back(FindingFromJson(fault));
   for (const Json& texture : json.at("textures")) {

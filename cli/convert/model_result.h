@@ -32,6 +32,7 @@ struct ModelResult {
   std::string readerOutput;                 ///< what the reader said of a file that it cannot load
   std::vector<std::string> damage;          ///< arrays of the model that could not be unpacked
   std::vector<std::string> malformedNames;  ///< names that make the document unreadable
+  std::vector<ts3d::Finding> said;          ///< what the status lines tell, and no other finding does
   std::vector<ts3d::Finding> notes;         ///< advice in plain words
   std::vector<ts3d::Finding> faults;        ///< of the rig, which show in the package
   std::vector<textures::TextureProblem> textureProblems;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 #include <utility>
 
 #include "convert/unmatched_options.h"
@@ -19,52 +18,6 @@ using ts3d::Finding;
 using ts3d::Subject;
 
 constexpr const char* kUnreadableDocument = "xml-name";
-constexpr ts3d::FindingKind kEmptyMember{
-    "empty-member", ts3d::Severity::Note, Subject::Member, "An empty file in the package.",
-    "Delete material slots that no face uses; use letters, digits, spaces and underscores in names."};
-constexpr ts3d::FindingKind kLostMember{"lost-member", ts3d::Severity::Warning, Subject::File, "{}.", ""};
-
-/// What stands in `line` between `before` and `after`; nothing when these do not.
-std::string Between(std::string_view line, std::string_view before, std::string_view after) {
-  if (!line.starts_with(before)) return {};
-  line.remove_prefix(before.size());
-  const size_t end = line.find(after);
-  return end == line.npos ? std::string() : std::string(line.substr(0, end));
-}
-
-/// Tells what the converter's own lines say, and no other finding does.
-class LineReader {
- public:
-  void Read(std::string_view line) {
-    namespace findings = ts3d::findings;
-    static constexpr std::pair<std::string_view, const ts3d::FindingKind*> kCoded[] = {
-        {"***100:", &findings::kMirroredBone},
-        {"***101:", &findings::kUnevenScale},
-        {"***102:", &findings::kLocalMatrix}};
-    for (const auto& [mark, kind] : kCoded) {
-      if (line.starts_with(mark)) report_.Add(*kind, std::string(line.substr(mark.size())));
-    }
-    if (line.starts_with(">>> Error getting UVs")) {
-      ++uvs_;
-    } else if (const std::string polygons = Between(line, ">>> Left out ", " Polygon"); !polygons.empty()) {
-      report_.Add(findings::kDroppedPolygons, std::string(line.substr(line.rfind(": ") + 2)), {polygons});
-    } else if (const std::string member = Between(line, ">>> Error in opening ", " for reading");
-               !member.empty()) {
-      report_.Add(kEmptyMember, member);
-    } else if (line.starts_with(">>> Error ")) {
-      report_.Add(kLostMember, {}, {std::string(line.substr(4))});
-    }
-  }
-
-  std::vector<Finding> Findings() {
-    if (uvs_ > 0) report_.Add(ts3d::findings::kMissingCoordinates, {}, {std::to_string(uvs_)});
-    return report_.findings;
-  }
-
- private:
-  ts3d::RigReport report_;
-  size_t uvs_ = 0;
-};
 
 }  // namespace
 
@@ -91,9 +44,7 @@ std::vector<Finding> MessagesOf(const ModelResult& result) {
     messages.push_back(ts3d::FailureFinding(result.code, result.reason));
     messages.back().code = NameOfExitCode(result.code);
   }
-  LineReader lines;
-  for (const std::string& line : result.status) lines.Read(line);
-  append(lines.Findings());
+  append(result.said);
   append(ts3d::DamageFindings(result.damage));
   append(ts3d::TextureFindings(result.textureProblems));
   if (!result.malformedNames.empty()) {

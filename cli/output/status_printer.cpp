@@ -13,35 +13,27 @@
 namespace cli {
 namespace {
 
-constexpr std::string_view kMeshLine = "Writing CMF Mesh: ";
-constexpr std::string_view kProgressLine = "Writing Mesh: ";
 constexpr int kBarWidth = 20;
 
 bool IsProblem(std::string_view line) { return line.starts_with(">>>") || line.starts_with("***"); }
 
 }  // namespace
 
-bool IsProgressLine(std::string_view line) {
-  return line.starts_with(kProgressLine) && line.ends_with("% done");
-}
-
 StatusPrinter::StatusPrinter(Verbosity verbosity, size_t total)
     : verbosity_(verbosity), showsBar_(verbosity == Verbosity::Normal && IsTerminal(stderr)), total_(total) {}
 
-bool StatusPrinter::Wants(std::string_view) const { return showsBar_ || verbosity_ == Verbosity::Verbose; }
-
-void StatusPrinter::Print(const std::string& model, std::string_view line) {
-  if (line.starts_with(kMeshLine)) mesh_ = line.substr(kMeshLine.size());
+void StatusPrinter::Print(const std::string& model, const ts3d::StatusLine& line) {
+  if (line.notice == ts3d::Notice::WritingMesh) mesh_ = line.value;
   if (total_ > 1) ShowModels(model);
-  if (IsProgressLine(line) && verbosity_ != Verbosity::Verbose) {
-    if (total_ == 1) ShowBar(std::atoi(std::string(line.substr(kProgressLine.size())).c_str()), "", mesh_);
+  if (verbosity_ != Verbosity::Verbose) {
+    const bool counts = line.notice == ts3d::Notice::MeshProgress && total_ == 1;
+    if (counts) ShowBar(std::atoi(std::string(line.value).c_str()), "", mesh_);
     return;
   }
-  if (verbosity_ != Verbosity::Verbose) return;
   ClearBar();
-  const std::string text = Printable(line);
+  const std::string text = Printable(line.text);
   std::fprintf(stderr, "fbx2czp: %s: %s\n", Printable(model).c_str(),
-               (IsProblem(line) ? Painted(stderr, Colour::Yellow, text) : text).c_str());
+               (IsProblem(line.text) ? Painted(stderr, Colour::Yellow, text) : text).c_str());
 }
 
 void StatusPrinter::ModelDone(bool hasFailed, int warnings) {

@@ -2,14 +2,12 @@
 #pragma once
 
 #include <string>
-#include <string_view>
+
+#include "core/status_channel.h"
 
 namespace cli {
 
 enum class Verbosity { Quiet, Normal, Verbose };
-
-/// Whether a status line only tells how far a mesh is.
-bool IsProgressLine(std::string_view line);
 
 /// Shows a progress bar on terminals. Prints status lines to standard error, each behind the name of its
 /// model, when everything is to be told.
@@ -18,9 +16,9 @@ class StatusPrinter {
   /// @param total  models to convert; with more than one the bar counts them
   StatusPrinter(Verbosity verbosity, size_t total);
 
-  /// Whether Print would show anything of `line`.
-  bool Wants(std::string_view line) const;
-  void Print(const std::string& model, std::string_view line);
+  /// Whether Print would show anything of a line.
+  bool WantsLines() const { return showsBar_ || verbosity_ == Verbosity::Verbose; }
+  void Print(const std::string& model, const ts3d::StatusLine& line);
   /// Counts a model that is done.
   void ModelDone(bool hasFailed, int warnings);
   /// Takes the bar away, so that something else can be printed.

@@ -33,10 +33,11 @@ RepairError ErrorOf(const prove::Proof& proof) {
 }
 
 /// @return none when there is no such package, or it cannot be compared
-std::optional<RepairError> Try(ts3d::ConversionJob& loaded, const fs::path& model, ConvertOptions options,
+std::optional<RepairError> Try(scene::KFbxScene& scene, const ts3d::ModelSource& source,
+                               const fs::path& model, ConvertOptions options,
                                const ts3d::RepairSettings& repairs) {
   options.repairs = repairs;
-  options.actorType = loaded.actorType;
+  options.actorType = source.actorType;
   std::string error;
   const std::string package = ConvertInMemory(model, options, error);
   actor::PackageContents contents;
@@ -46,8 +47,7 @@ std::optional<RepairError> Try(ts3d::ConversionJob& loaded, const fs::path& mode
       !BuildActor(contents, actor, findings, error))
     return std::nullopt;
   const prove::Proof proof =
-      prove::Prove(loaded.loaded.Scene(), actor,
-                   {.poses = kPoses, .threads = 1, .mostInfluences = options.mostInfluences});
+      prove::Prove(scene, actor, {.poses = kPoses, .threads = 1, .mostInfluences = options.mostInfluences});
   if (proof.verdict == prove::Verdict::NotCompared) return std::nullopt;
   return ErrorOf(proof);
 }
@@ -68,25 +68,25 @@ const Trial& Best(const std::vector<Trial>& trials) {
 
 }  // namespace
 
-ProvenRepairs ChooseRepairsByProof(ts3d::ConversionJob& loaded, const fs::path& model,
-                                   const ConvertOptions& options) {
-  const std::vector<ts3d::RepairSettings> sets = CandidateRepairs(loaded);
-  if (sets.size() == 1 && sets.front() == loaded.settings.repairs)
-    return {{loaded.settings.repairs, {}}, {}, {}};
-  const std::optional<RepairError> before = Try(loaded, model, options, loaded.settings.repairs);
-  if (!before) return {ChooseRepairs(loaded), {}, {}};
+ProvenRepairs ChooseRepairsByProof(scene::KFbxScene& scene, const ts3d::ModelSource& source,
+                                   const fs::path& model, const ConvertOptions& options) {
+  const std::vector<ts3d::RepairSettings> sets = CandidateRepairs(source);
+  if (sets.size() == 1 && sets.front() == source.settings.repairs)
+    return {{source.settings.repairs, {}}, {}, {}};
+  const std::optional<RepairError> before = Try(scene, source, model, options, source.settings.repairs);
+  if (!before) return {ChooseRepairs(source), {}, {}};
   std::vector<Trial> trials;
   for (const ts3d::RepairSettings& set : sets) {
     const std::optional<RepairError> error =
-        set == loaded.settings.repairs ? before : Try(loaded, model, options, set);
+        set == source.settings.repairs ? before : Try(scene, source, model, options, set);
     if (!error || error->atRest > std::max(prove::kLimit, before->atRest)) continue;
     trials.emplace_back(set, *error);
     if (error->Worst() <= prove::kLimit) break;
   }
-  if (trials.empty()) return {{loaded.settings.repairs, {}}, before, before};
+  if (trials.empty()) return {{source.settings.repairs, {}}, before, before};
   const auto& [settings, after] =
       trials.back().second.Worst() <= prove::kLimit ? trials.back() : Best(trials);
-  return {DescribeRepairs(loaded, settings), before, after};
+  return {DescribeRepairs(source, settings), before, after};
 }
 
 std::string RepairErrors(const ProvenRepairs& repairs) {
@@ -99,18 +99,21 @@ std::string RepairErrors(const ProvenRepairs& repairs) {
 }
 
 std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOptions& options) {
-  ts3d::ConversionJob job;
-  job.settings.exclusionList = options.excludedNames;
-  job.settings.repairs = options.repairs;
+  ts3d::Settings settings;
+  settings.exclusionList = options.excludedNames;
+  settings.repairs = options.repairs;
+  const ts3d::StatusChannel mute;
   const std::string path = ConverterPath(model);
-  job.actorType = options.actorType.value_or(ts3d::DetectActorType(path));
   std::optional<ProvenRepairs> found;
   try {
-    job.loaded.CreateQuietly();
-    if (ReadModel(job.loaded.Manager().GetReaderRegistry(), {.path = path, .unit = options.modelUnit},
-                  job.loaded.Scene())
-            .isRead) {
-      found = ChooseRepairsByProof(job, model, options);
+    ts3d::LoadedScene loaded;
+    loaded.CreateQuietly();
+    const scene::KFbxModelResult read = ReadModel(loaded.Manager().GetReaderRegistry(),
+                                                  {.path = path, .unit = options.modelUnit}, loaded.Scene());
+    const ts3d::ActorType actorType = options.actorType.value_or(ts3d::DetectActorType(path));
+    if (read.isRead) {
+      const ts3d::ModelSource source{loaded.Scene(), settings, mute, actorType, true};
+      found = ChooseRepairsByProof(loaded.Scene(), source, model, options);
     }
   } catch (const std::exception&) {
     // A model that is too large for it stays without.

@@ -27,13 +27,14 @@ struct ProvenRepairs {
   std::optional<RepairError> before, after;  ///< without and with them; none where nothing was proven
 };
 
-/// Converts the model that `loaded` holds with each set of repairs that may help, in memory and without pictures,
+/// Converts the loaded model `source` with each set of repairs that may help, in memory and without pictures,
 /// the smallest sets first, and compares what comes out with the model. The one with the least error wins, of
 /// those that leave the surface in the bind pose where it is.
+/// @param scene  that of `source`
 /// @param model  absolute path of that model
 /// @param options  what else it is converted with
-ProvenRepairs ChooseRepairsByProof(ts3d::ConversionJob& loaded, const platform::fs::path& model,
-                                   const ConvertOptions& options);
+ProvenRepairs ChooseRepairsByProof(scene::KFbxScene& scene, const ts3d::ModelSource& source,
+                                   const platform::fs::path& model, const ConvertOptions& options);
 
 /// The same for a model that is not loaded yet; none when it cannot be.
 std::optional<ProvenRepairs> ProveRepairs(const platform::fs::path& model, const ConvertOptions& options);

@@ -35,8 +35,7 @@ ModelOptions OptionsOf(const fs::path& model, const ConvertOptions& options,
 }
 
 ModelResult ConvertWithSettings(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
-                                const std::optional<FinishSettings>& finish,
-                                const std::function<void(std::string_view)>& onStatus) {
+                                const std::optional<FinishSettings>& finish, const TakeStatus& onStatus) {
   ModelOptions found;
   try {
     found = OptionsOf(task.model, options, finish);

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <optional>
-#include <string_view>
 
 #include "convert/convert_model.h"
 #include "platform/file_system.h"
@@ -23,7 +21,6 @@ ModelOptions OptionsOf(const platform::fs::path& model, const ConvertOptions& op
 
 /// ConvertInWorkFolder with the model's settings; a file that holds no settings is a failure of the model.
 ModelResult ConvertWithSettings(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
-                                const std::optional<FinishSettings>& finish,
-                                const std::function<void(std::string_view)>& onStatus);
+                                const std::optional<FinishSettings>& finish, const TakeStatus& onStatus);
 
 }  // namespace cli

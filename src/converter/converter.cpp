@@ -46,7 +46,7 @@ class RunEnd {
     ConversionJob& job = conversion_.Job();
     job.onProgress = nullptr;
     job.onMesh = nullptr;
-    job.status.statusCallback = nullptr;
+    job.status.onLine = nullptr;
     job.textureCallback = nullptr;
   }
   RunEnd(const RunEnd&) = delete;
@@ -61,7 +61,6 @@ class RunEnd {
 /// What the callbacks of one run need.
 struct Converter::Run {
   Converter& converter;
-  RunNotes& notes;
   textures::TextureConverter* pictures;
 };
 
@@ -135,11 +134,11 @@ int32_t Converter::RunIn(const WorkFolder& work, const ModelInput& model, RunNot
                             : model.bytes ? work.Model()
                                           : model.path;
   textures::TextureConverter converter(pictures, options_.longestPictureSide);
-  Run run{*this, notes, &converter};
+  Run run{*this, &converter};
   ConversionJob& job = conversion_.Job();
   PrepareJob();
   job.status.callbackContext = &run;
-  job.status.statusCallback = TakeStatus;
+  job.status.onLine = [this, &notes](const StatusLine& line) { TakeLine(line, notes); };
   job.textureCallback = options_.convertsPictures ? TakeTexture : nullptr;
   job.onProgress = [this](double fraction) { Advance(fraction); };
   fraction_ = 0;
@@ -148,17 +147,17 @@ int32_t Converter::RunIn(const WorkFolder& work, const ModelInput& model, RunNot
   request.isQuiet = true;
   request.source = model.bytes;
   if (options_.repairsAsNeeded) {
-    request.chooseRepairs = [&notes](const ConversionJob& loaded) {
-      ChosenRepairs chosen = ChooseRepairs(loaded);
+    request.chooseRepairs = [&notes](const scene::KFbxScene&, const ModelSource& model) {
+      ChosenRepairs chosen = ChooseRepairs(model);
       notes.repairs = std::move(chosen.needed);
       return chosen.settings;
     };
   }
   RigFaults faults;
-  faults.Watch(job);
+  job.onMesh = [&](const ConvertedMesh& mesh) { faults.Take(mesh, *job.skeleton); };
   request.onConverted = [&](const scene::KFbxNode&) {
     RigReport report;
-    faults.Tell(job, report);
+    faults.Tell(job.Model(), *job.skeleton, report);
     for (Finding& fault : report.findings) {
       if (fault.severity == Severity::Fatal) {
         error_ = fault.text;
@@ -203,14 +202,10 @@ void Converter::Advance(double fraction) {
   if (host_.onProgress && !host_.onProgress(fraction_)) throw Cancelled();
 }
 
-void FBX_TO_TS3D_CALL Converter::TakeStatus(void* context, const char* text) {
-  auto& run = *static_cast<Run*>(context);
-  std::string line(text);
-  // A few lines bring their own line end.
-  while (line.ends_with('\n')) line.pop_back();
-  run.notes.Take(line);
-  if (run.converter.host_.onLine) run.converter.host_.onLine(line);
-  run.converter.Advance(run.converter.fraction_);
+void Converter::TakeLine(const StatusLine& line, RunNotes& notes) {
+  notes.Take(line);
+  if (host_.onLine) host_.onLine(std::string(line.text));
+  Advance(fraction_);
 }
 
 void FBX_TO_TS3D_CALL Converter::TakeTexture(void* context, const char* source, uint8_t* converted) {

@@ -86,7 +86,7 @@ class Converter {
   int32_t HandOver(const platform::fs::path& made);
   void PrepareJob();
   void Advance(double fraction);
-  static void FBX_TO_TS3D_CALL TakeStatus(void* run, const char* text);
+  void TakeLine(const StatusLine& line, RunNotes& notes);
   static void FBX_TO_TS3D_CALL TakeTexture(void* run, const char* source, uint8_t* converted);
 
   Conversion conversion_;

@@ -58,13 +58,12 @@ void WriteRepairs(JsonWriter& json, const std::vector<NeededRepair>& repairs) {
 
 }  // namespace
 
-void RunNotes::Take(std::string_view line) {
-  const bool onlyCounts = line.starts_with("Writing Mesh: ") && line.ends_with("% done");
-  if (onlyCounts) return;
-  const auto [known, isNew] = known_.emplace(line);
+void RunNotes::Take(const StatusLine& line) {
+  if (IsProgress(line.notice)) return;
+  const auto [known, isNew] = known_.emplace(line.text);
   if (!isNew) return;
-  if (budget_.Takes(line)) {
-    lines.emplace_back(line);
+  if (budget_.Takes(line.text)) {
+    lines.emplace_back(line.text);
   } else {
     known_.erase(known);
   }

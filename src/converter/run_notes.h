@@ -19,7 +19,7 @@ namespace ts3d {
 /// What a conversion said and what came of it, for the host.
 struct RunNotes {
   /// Keeps a status line, each text once and none that only counts, as far as there is room.
-  void Take(std::string_view line);
+  void Take(const StatusLine& line);
 
   std::vector<std::string> lines;
   std::vector<textures::TextureProblem> textureProblems;

@@ -56,6 +56,7 @@ constexpr NoticeText kTexts[] = {
     {Notice::WritingMaterial, nullptr, {"Writing Material: {}"}},
     {Notice::UnknownMaterial, nullptr, {"Unkown type of Material"}},
     {Notice::PictureToConvert, nullptr, {">>> NEED TO MANUALLY CONVERT:", ">>>> {} to {}"}},
+    {Notice::ConvertingPicture, nullptr, {"Converting Texture: {}"}},
     {Notice::MemberNotOpened, nullptr, {">>> Error in opening {} in zipfile"}},
     {Notice::MemberNotWritten, nullptr, {">>> Error in writing {} to the zip file"}},
     {Notice::MemberNotClosed, nullptr, {">>> Error in closing {} in the zip file"}},
@@ -75,5 +76,9 @@ static_assert(AreInOrder());
 }  // namespace
 
 const NoticeText& TextOf(Notice notice) { return kTexts[static_cast<size_t>(notice)]; }
+
+bool IsProgress(Notice notice) {
+  return notice == Notice::MeshProgress || notice == Notice::ConvertingPicture;
+}
 
 }  // namespace ts3d

@@ -53,7 +53,8 @@ enum class Notice {
   // Materials.
   WritingMaterial,  ///< name
   UnknownMaterial,
-  PictureToConvert,  ///< source, name in the package
+  PictureToConvert,   ///< source, name in the package
+  ConvertingPicture,  ///< path
   // Members of the package. The value is the name.
   MemberNotOpened,
   MemberNotWritten,
@@ -71,5 +72,8 @@ struct NoticeText {
 };
 
 const NoticeText& TextOf(Notice notice);
+
+/// Whether a notice only tells how far a run is, which nobody wants to read when it is done.
+bool IsProgress(Notice notice);
 
 }  // namespace ts3d

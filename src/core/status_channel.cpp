@@ -24,13 +24,18 @@ std::string Filled(std::string_view line, std::string_view value, std::string_vi
 
 void StatusChannel::Send(Notice notice, std::string_view value, std::string_view second) const {
   if (onNotice) onNotice(notice, value);
-  if (!statusCallback) return;
+  if (!statusCallback && !onLine) return;
   const NoticeText& text = TextOf(notice);
-  if (text.tag) ReportTagged(value, text.tag);
-  for (const char* line : text.lines) {
-    if (!line) return;
-    const bool isFixed = std::string_view(line).find(kPlace) == std::string_view::npos;
-    StatusLog(isFixed ? line : Filled(line, value, second).c_str());
+  StatusLine line{notice, value, second, {}, true};
+  if (text.tag) {
+    SendLine(line, ComposeMessage("***", text.tag, ":", value).c_str());
+    line.isFirst = false;
+  }
+  for (const char* words : text.lines) {
+    if (!words) return;
+    const bool isFixed = std::string_view(words).find(kPlace) == std::string_view::npos;
+    SendLine(line, isFixed ? words : Filled(words, value, second).c_str());
+    line.isFirst = false;
   }
 }
 
@@ -40,12 +45,13 @@ void StatusChannel::SendOnce(Notice notice) const {
   Send(notice);
 }
 
-void StatusChannel::StatusLog(const char* text) const {
+void StatusChannel::SendLine(StatusLine line, const char* text) const {
   if (statusCallback) statusCallback(callbackContext, text);
-}
-
-void StatusChannel::ReportTagged(std::string_view text, std::string_view tag) const {
-  StatusLog(ComposeMessage("***", tag, ":", text).c_str());
+  if (!onLine) return;
+  line.text = text;
+  // A few lines bring their own line end.
+  while (line.text.ends_with('\n')) line.text.remove_suffix(1);
+  onLine(line);
 }
 
 }  // namespace ts3d

@@ -9,11 +9,21 @@
 
 namespace ts3d {
 
+/// A line of a notice, as hosts get it.
+struct StatusLine {
+  Notice notice;
+  std::string_view value = {}, second = {};  ///< of the notice
+  std::string_view text = {};                ///< without line end
+  bool isFirst = true;                       ///< of the notice
+};
+
 /// The way to the host's status callback.
 class StatusChannel {
  public:
   void* callbackContext = nullptr;
   FbxToTs3dStatusCallback statusCallback = nullptr;
+  /// Takes each line, as the callback does, with what it tells. May be empty.
+  std::function<void(const StatusLine& line)> onLine;
   /// Told of each notice before the host is. May be empty.
   std::function<void(Notice notice, std::string_view value)> onNotice;
 
@@ -25,10 +35,7 @@ class StatusChannel {
   void ForgetSent() { wasSent_ = false; }
 
  private:
-  /// Sends `text` to the host as it stands; does nothing without a callback.
-  void StatusLog(const char* text) const;
-  /// Sends the coded warning "***" + `tag` + ":" + `text`.
-  void ReportTagged(std::string_view text, std::string_view tag) const;
+  void SendLine(StatusLine line, const char* text) const;
 
   mutable bool wasSent_ = false;
 };

@@ -19,8 +19,10 @@ class Conversion {
   const ConversionJob& Job() const { return job_; }
 
   ConversionResult Convert(const ConversionRequest& request) { return RunConversion(job_, request); }
-  FinishResult Finish(const FinalSettings& settings) { return ApplyFinalSettings(job_, settings); }
-  FinishResult FinishPackage(const FinalSettings& settings) { return ApplySettingsToPackage(job_, settings); }
+  ConversionResult Finish(const FinalSettings& settings) { return ApplyFinalSettings(job_, settings); }
+  ConversionResult FinishPackage(const FinalSettings& settings) {
+    return ApplySettingsToPackage(job_, settings);
+  }
   /// Frees the scene that a failed run has left.
   void Release() { ReleaseScene(job_); }
 

@@ -11,6 +11,7 @@
 #include "core/settings.h"
 #include "core/status_channel.h"
 #include "core/work_files.h"
+#include "driver/conversion_result.h"
 #include "driver/scene_loader.h"
 #include "fbx_to_ts3d.h"
 #include "skeleton/model_source.h"
@@ -57,7 +58,8 @@ struct ConversionJob {
   bool isFbxFile = true;
   ActorType actorType = ActorType::None;
   LoadedScene loaded;
-  int32_t failureCode = 0;         ///< result of the run should an exception end the step that is running
+  /// The result of the run should an exception end the step that is running.
+  ConversionResult failureCode = ConversionResult::NoFile;
   std::string loadError;           ///< why a model could not be loaded, unless it was printed
   std::string_view failureReason;  ///< why a run ended that an exception ended
 

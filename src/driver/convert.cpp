@@ -135,7 +135,7 @@ void WriteDocument(ConversionJob& job, const MeshList& meshes, const std::string
 ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
   job.status.Send(Notice::CreatingPackage);
   const std::string packagePath = ReplaceExtension(fbxPath, "czp");
-  job.failureCode = static_cast<int32_t>(ConversionResult::PackageFailed);
+  job.failureCode = ConversionResult::PackageFailed;
   const bool hasPlace = HasRoomForExtension(fbxPath);
   std::optional<ActorPackage> package(std::in_place, job.files, job.settings, job.status);
   const bool isOpen =
@@ -155,7 +155,7 @@ ConversionResult WritePackage(ConversionJob& job, const std::string& fbxPath) {
 
 ConversionResult ConvertLoadedScene(ConversionJob& job, const ConversionRequest& request) {
   ClearWay(job, job.files.modelDirectory + kSkeletonName);
-  job.failureCode = static_cast<int32_t>(ConversionResult::SkeletonFailed);
+  job.failureCode = ConversionResult::SkeletonFailed;
   job.status.Send(Notice::GeneratingSkeleton);
   if (!WriteSkeleton(job.Model(), *job.skeleton, job.files)) return ConversionResult::SkeletonFailed;
   if (request.onSkeleton) request.onSkeleton(*job.skeleton);
@@ -222,7 +222,7 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   ResetRun(job);
   const std::string& fbxPath = request.fbxPath;
   if (!request.source && !platform::FileExists(fbxPath)) return ConversionResult::NoFile;
-  job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
+  job.failureCode = ConversionResult::LoadFailed;
   job.status.Send(Notice::InitializingEngine);
   job.files.modelDirectory = DirectoryPart(fbxPath);
   job.files.inputPath = fbxPath;
@@ -233,7 +233,9 @@ ConversionResult RunSteps(ConversionJob& job, const ConversionRequest& request) 
   if (!Load(job, request, versions)) return ConversionResult::LoadFailed;
   ReportLoaded(job, versions);
   ReportProgress(job, kModelLoaded);
-  if (request.chooseRepairs) job.settings.repairs = request.chooseRepairs(job);
+  if (request.chooseRepairs) {
+    job.settings.repairs = request.chooseRepairs(job.loaded.Scene(), job.Model());
+  }
   const ConversionResult result = ConvertLoadedScene(job, request);
   const bool isComplete = result == ConversionResult::Success || result == ConversionResult::NoMesh;
   if (request.onConverted && isComplete) request.onConverted(job.loaded.Root());
@@ -249,20 +251,20 @@ ConversionResult ResultOfFailure(ConversionJob& job) {
     throw;
   } catch (const scene::KFbxMeshExcess& excess) {
     // Whichever step reads the mesh, it is the model that cannot be loaded.
-    job.failureCode = static_cast<int32_t>(ConversionResult::LoadFailed);
+    job.failureCode = ConversionResult::LoadFailed;
     job.failureReason = excess.what();
     job.status.Send(Notice::ModelRefused, job.failureReason);
   } catch (const std::bad_alloc&) {
     job.failureReason = "there is not enough memory";
   }
-  return static_cast<ConversionResult>(job.failureCode);
+  return job.failureCode;
 }
 
 }  // namespace
 
 ConversionResult RunConversion(ConversionJob& job, const ConversionRequest& request) {
   ConversionResult result = ConversionResult::NoFile;
-  job.failureCode = static_cast<int32_t>(result);
+  job.failureCode = result;
   try {
     result = RunSteps(job, request);
   } catch (...) {

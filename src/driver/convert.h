@@ -11,23 +11,14 @@
 
 namespace ts3d {
 
-/// Results of a conversion; the numbers are those of the exported functions.
-enum class ConversionResult : int32_t {
-  Success = FBX_TO_TS3D_OK,
-  NoFile = FBX_TO_TS3D_NO_FILE,
-  LoadFailed = FBX_TO_TS3D_LOAD_FAILED,
-  PackageFailed = FBX_TO_TS3D_PACKAGE_FAILED,
-  SkeletonFailed = FBX_TO_TS3D_SKELETON_FAILED,
-  NoMesh = FBX_TO_TS3D_NO_MESH
-};
-
 /// What the host asks for, beside the settings in the job.
 struct ConversionRequest {
   std::string fbxPath;
   /// Path that the actor type is read from, when it is not `fbxPath`.
   std::string actorPath;
-  /// Called with the job that has loaded its scene; what it answers becomes the job's repairs. May be empty.
-  std::function<RepairSettings(ConversionJob& job)> chooseRepairs = nullptr;
+  /// Called when the scene is loaded; what it answers becomes the job's repairs. May be empty.
+  /// @param scene  that of `model`
+  std::function<RepairSettings(scene::KFbxScene& scene, const ModelSource& model)> chooseRepairs = nullptr;
   /// Called with the scene when its conversion has ended, before
   /// it goes, also when it has no mesh. May be empty.
   std::function<void(const scene::KFbxNode& root)> onConverted = nullptr;

@@ -61,7 +61,7 @@ int32_t Convert(ts3d::Conversion& conversion, const Arguments& arguments,
                 bool finishOnly) {
   ConversionJob& job = conversion.Job();
   try {
-    job.failureCode = FBX_TO_TS3D_NO_FILE;
+    job.failureCode = ts3d::ConversionResult::NoFile;
     StoreSettings(job, arguments);
     job.meshOptionMode = meshOptionMode;
     job.textureCallback = textureCallback;
@@ -73,7 +73,7 @@ int32_t Convert(ts3d::Conversion& conversion, const Arguments& arguments,
   } catch (...) {
     // Out of memory, mostly; the code is that of the step that was running.
     job.vertexTotal = job.polygonTotal = 0;
-    return job.failureCode;
+    return static_cast<int32_t>(job.failureCode);
   }
 }
 

@@ -55,13 +55,13 @@ bool AddToPackage(WorkFiles& files, ActorPackage& package, platform::Replacement
 
 /// What a step that fails is told as.
 struct Failure {
-  FinishResult code;
+  ConversionResult code;
   Notice notice;
 };
-constexpr Failure kUnreadable{FinishResult::DocumentUnreadable, Notice::DocumentUnreadable};
-constexpr Failure kUnwritable{FinishResult::DocumentUnwritable, Notice::DocumentUnwritable};
-constexpr Failure kNotOpened{FinishResult::UpdateFailed, Notice::PackageNotOpened};
-constexpr Failure kNotUpdated{FinishResult::UpdateFailed, Notice::PackageNotUpdated};
+constexpr Failure kUnreadable{ConversionResult::DocumentUnreadable, Notice::DocumentUnreadable};
+constexpr Failure kUnwritable{ConversionResult::DocumentUnwritable, Notice::DocumentUnwritable};
+constexpr Failure kNotOpened{ConversionResult::UpdateFailed, Notice::PackageNotOpened};
+constexpr Failure kNotUpdated{ConversionResult::UpdateFailed, Notice::PackageNotUpdated};
 
 /// @param step is set to what a failure of the step that is running means
 bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
@@ -89,7 +89,7 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
 
 }  // namespace
 
-FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings) {
+ConversionResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings) {
   job.status.Send(Notice::UpdatingPackage);
   Failure step = kUnreadable;
   bool done = false;
@@ -99,7 +99,7 @@ FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& setting
     // The step that was running has failed.
   }
   job.status.Send(done ? Notice::PackageCreated : step.notice);
-  return done ? FinishResult::Success : step.code;
+  return done ? ConversionResult::Success : step.code;
 }
 
 }  // namespace ts3d

@@ -10,14 +10,6 @@
 
 namespace ts3d {
 
-/// Results of the final settings; the numbers are those of the exported functions.
-enum class FinishResult : int32_t {
-  Success = FBX_TO_TS3D_OK,
-  DocumentUnreadable = FBX_TO_TS3D_DOCUMENT_UNREADABLE,
-  DocumentUnwritable = FBX_TO_TS3D_DOCUMENT_UNWRITABLE,
-  UpdateFailed = FBX_TO_TS3D_UPDATE_FAILED
-};
-
 /// What becomes of the meshes and bone renames of a document that the lists of the settings do not name: the
 /// exports drop them, but for what the skeleton knows.
 enum class Unnamed { Drop, Keep };
@@ -32,12 +24,12 @@ struct FinalSettings {
 };
 
 /// Rewrites the document that a conversion left beside the package and adds it to the package again.
-FinishResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings);
+ConversionResult ApplyFinalSettings(ConversionJob& job, const FinalSettings& settings);
 
 /// Rewrites the document inside the package `settings.sourcePath`, as it was converted, and adds it to the
 /// package again, which is replaced in one step. Nothing else is read or written, and no status lines are
 /// sent.
-FinishResult ApplySettingsToPackage(ConversionJob& job, const FinalSettings& settings);
+ConversionResult ApplySettingsToPackage(ConversionJob& job, const FinalSettings& settings);
 
 /// The document `text` with the settings applied; none when a
 /// marker that the rewrite needs is missing from it.

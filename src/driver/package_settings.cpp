@@ -25,7 +25,7 @@ bool AddText(WorkFiles& files, ActorPackage& package, const std::string& name, c
 }
 
 /// @param step  is set to what a failure of the step that is running means
-bool Finish(ConversionJob& job, const FinalSettings& settings, FinishResult& step) {
+bool Finish(ConversionJob& job, const FinalSettings& settings, ConversionResult& step) {
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;
   const std::optional<PackageMember> old = ReadLastMember(settings.sourcePath, kDocumentEnding);
   if (!old) return false;
@@ -33,7 +33,7 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, FinishResult& ste
   const std::optional<std::string> rewritten =
       RewriteDocument(converted, job, settings.meshList, settings.unnamed);
   if (!rewritten) return false;
-  step = FinishResult::UpdateFailed;
+  step = ConversionResult::UpdateFailed;
   platform::Replacement copy(settings.sourcePath, platform::Links::Follow);
   ActorPackage package(job.files, job.settings, job.status);
   return copy.Create("wb") && platform::CopyWholeFile(copy.Target(), copy.Path()) &&
@@ -43,10 +43,10 @@ bool Finish(ConversionJob& job, const FinalSettings& settings, FinishResult& ste
 
 }  // namespace
 
-FinishResult ApplySettingsToPackage(ConversionJob& job, const FinalSettings& settings) {
-  FinishResult step = FinishResult::DocumentUnreadable;
+ConversionResult ApplySettingsToPackage(ConversionJob& job, const FinalSettings& settings) {
+  ConversionResult step = ConversionResult::DocumentUnreadable;
   try {
-    if (Finish(job, settings, step)) return FinishResult::Success;
+    if (Finish(job, settings, step)) return ConversionResult::Success;
   } catch (const std::bad_alloc&) {
     // The step that was running has failed.
   }

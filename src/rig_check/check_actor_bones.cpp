@@ -80,7 +80,7 @@ const ProductBone* Nearest(const std::string& plain, const std::vector<ProductBo
 /// before they are cleaned.
 void TellSimilar(RigCheck& check, const std::vector<ProductBone>& missing) {
   constexpr size_t kMostBones = 2000, kLongestName = 64;
-  const SkeletonState& skeleton = *check.job.skeleton;
+  const SkeletonState& skeleton = check.skeleton;
   const std::set<std::string> names = PlainBoneNames(skeleton);
   for (size_t id = 0; id < std::min(skeleton.boneNodes.size(), kMostBones); ++id) {
     const std::string& name = skeleton.boneNodes[id]->GetName();
@@ -93,7 +93,7 @@ void TellSimilar(RigCheck& check, const std::vector<ProductBone>& missing) {
 
 /// The product bones that the rig has, and those of them that are only spelled with other capitals.
 std::set<std::string_view> PresentBones(RigCheck& check) {
-  const BoneTree& bones = check.job.skeleton->bones;
+  const BoneTree& bones = check.skeleton.bones;
   std::set<std::string_view> present;
   for (int32_t id = 0; id < bones.BoneCount(); ++id) {
     const std::string& name = bones.FindById(id)->name;
@@ -109,7 +109,7 @@ std::set<std::string_view> PresentBones(RigCheck& check) {
 }  // namespace
 
 void CheckActorBones(RigCheck& check) {
-  if (check.job.actorType == ActorType::None || !check.job.skeleton->hasExtractedBones) return;
+  if (check.actorType == ActorType::None || !check.skeleton.hasExtractedBones) return;
   const std::set<std::string_view> present = PresentBones(check);
   std::vector<ProductBone> missing;
   for (const auto& [rig, product] : BoneNameMap()) {

@@ -28,7 +28,7 @@ void TellWarnings(RigCheck& check) {
   }
   const std::vector<std::string> uneven = check.notices.ValuesOf(Notice::UnevenScale);
   const std::unordered_set<std::string> isUneven(uneven.begin(), uneven.end());
-  const SkeletonState& skeleton = *check.job.skeleton;
+  const SkeletonState& skeleton = check.skeleton;
   for (int32_t id = 0; id < skeleton.bones.BoneCount(); ++id) {
     const std::string& name = skeleton.bones.FindById(id)->name;
     if (!isUneven.contains(name)) continue;
@@ -39,7 +39,7 @@ void TellWarnings(RigCheck& check) {
 }
 
 void TellNames(RigCheck& check) {
-  const SkeletonState& skeleton = *check.job.skeleton;
+  const SkeletonState& skeleton = check.skeleton;
   for (int32_t id = 0; id < skeleton.bones.BoneCount(); ++id) {
     const BoneNode& bone = *skeleton.bones.FindById(id);
     const std::string& name = skeleton.boneNodes[static_cast<size_t>(id)]->GetName();

@@ -75,13 +75,12 @@ std::string Use(const KFbxTexture& texture, const KFbxSurfaceMaterial& material,
 
 std::string CheckMaterial(const KFbxSurfaceMaterial& material, bool hasMap, RigCheck& check) {
   check.notices.Clear();
-  TellColours(material,
-              ReadMaterial(material.GetName(), material, hasMap, check.job.settings, check.job.status),
+  TellColours(material, ReadMaterial(material.GetName(), material, hasMap, check.settings, check.status),
               check);
   TellOtherMaps(material, check);
-  const KFbxProperty* diffuse = DiffuseProperty(material, check.job.settings);
+  const KFbxProperty* diffuse = DiffuseProperty(material, check.settings);
   if (!diffuse) return {};
-  const KFbxTexture* texture = DiffuseTexture(material, check.job.settings);
+  const KFbxTexture* texture = DiffuseTexture(material, check.settings);
   if (!texture) check.report.Add(findings::kNotAPicture, material.GetName());
   const scene::KFbxLayeredTexture* layers = diffuse->GetSrcLayers(0);
   const int count = layers ? layers->GetLayerCount() : diffuse->GetSrcTextureCount();

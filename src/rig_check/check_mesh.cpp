@@ -27,15 +27,14 @@ class MeshCheck {
     CheckSkins(node_, mesh_, check_);
     if (!mesh_.GetShapes().empty()) Tell(findings::kShapes, mesh_.GetShapes().size());
     check_.notices.Clear();
-    const MeshData data = PrepareMesh(node_, name_, check_.job.Model(), *check_.job.skeleton,
-                                      {check_.job.meshOptionMode, check_.job.meshOptionList});
+    const MeshData data = PrepareMesh(node_, name_, check_.Model(), check_.skeleton, {});
     const auto pointCount = static_cast<size_t>(mesh_.GetControlPointsCount());
     CheckWeights(node_, data, pointCount, check_);
     TellGeometry(data, pointCount);
     const std::vector<MeshSlice> slices = Slices(data);
     const bool hasMap = FindCoordinates(data, slices);
     TellCoordinates(hasMap);
-    check_.faults.Take({node_, data, AddOutputs(data, slices, hasMap)}, check_.job);
+    check_.faults.Take({node_, data, AddOutputs(data, slices, hasMap)}, check_.skeleton);
     mesh_.ReleaseArrays();
   }
 
@@ -78,7 +77,7 @@ class MeshCheck {
   /// Looks up all texture coordinates as the mesh files get them. @return whether there are any
   bool FindCoordinates(const MeshData& data, const std::vector<MeshSlice>& slices) {
     const KFbxNode* errorNode = nullptr;
-    TextureCoordinates coordinates(node_, mesh_.GetUVs(), check_.job.status, errorNode);
+    TextureCoordinates coordinates(node_, mesh_.GetUVs(), check_.status, errorNode);
     // Points without faces have none, which is no news: they come first, and what is said of them is dropped.
     for (const bool loose : {true, false}) {
       check_.notices.Clear();
@@ -100,7 +99,7 @@ class MeshCheck {
     }
     for (int i = 0; i < node_.GetMaterialCount(); ++i) {
       const scene::KFbxSurfaceMaterial& material = *node_.GetMaterial(i);
-      if (DiffuseTexture(material, check_.job.settings)) {
+      if (DiffuseTexture(material, check_.settings)) {
         return check_.report.Add(findings::kTextureUnused, node_.GetName(), {material.GetName()});
       }
     }
@@ -116,7 +115,7 @@ class MeshCheck {
       const MeshSlice& slice = slices[i];
       const bool written = slice.whole || !slice.triangles.empty();
       check_.slots.push_back({slice.name, node_.GetName(), written});
-      if (IsExcluded(slice.name, check_.job.Filter())) continue;
+      if (IsExcluded(slice.name, check_.Filter())) continue;
       OutputMesh output{slice.name, node_.GetName(), {}, {}, slice.VertexCount(data), slice.FaceCount(data)};
       if (node_.GetMaterialCount() > 0) {
         const scene::KFbxSurfaceMaterial& material = *node_.GetMaterial(static_cast<int>(i));
@@ -140,8 +139,8 @@ class MeshCheck {
 
 void CheckMeshNode(KFbxNode& node, RigCheck& check) {
   const std::string name = SanitizeMeshName(node.GetName());
-  if (skipThisMesh(name, check.job.Filter())) {
-    check.report.Add(IsExcluded(name, check.job.Filter()) ? findings::kExcluded : findings::kHeadPart,
+  if (skipThisMesh(name, check.Filter())) {
+    check.report.Add(IsExcluded(name, check.Filter()) ? findings::kExcluded : findings::kHeadPart,
                      node.GetName());
     return;
   }

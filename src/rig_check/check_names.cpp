@@ -22,7 +22,7 @@ namespace {
 class NameCheck {
  public:
   explicit NameCheck(RigCheck& check) : check_(check), report_(check.report) {
-    MeshList(check.job.loaded.Root()).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
+    MeshList(check.loaded.Root()).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
       listed_.insert(listed.name);
     });
   }
@@ -56,7 +56,7 @@ class NameCheck {
   }
 
   void TellPacking(const RigCheck::Slot& slot) {
-    if (skipThisMesh(slot.name, check_.job.Filter())) {
+    if (skipThisMesh(slot.name, check_.Filter())) {
       report_.Add(findings::kExcluded, slot.name);
     } else if (!slot.written && listed_.contains(slot.name)) {
       report_.Add(findings::kUnusedSlot, slot.name);
@@ -70,7 +70,7 @@ class NameCheck {
 };
 
 void TellBoneNames(RigCheck& check) {
-  const BoneTree& bones = check.job.skeleton->bones;
+  const BoneTree& bones = check.skeleton.bones;
   for (int32_t id = 0; id < bones.BoneCount(); ++id) {
     const BoneNode& bone = *bones.FindById(id);
     if (IsNamedAsItIs(bone, id) && BreaksDocument(bone.name)) {
@@ -97,9 +97,8 @@ void TellTextureNames(RigCheck& check) {
 }
 
 void TellExclusions(RigCheck& check) {
-  const OptionTargets targets = CollectOptionTargets(check.job.loaded.Root(), check.job.skeleton->bones);
-  for (const UnmatchedName& unmatched :
-       FindUnmatchedNames(check.job.settings.exclusionList, targets.outputs)) {
+  const OptionTargets targets = CollectOptionTargets(check.loaded.Root(), check.skeleton.bones);
+  for (const UnmatchedName& unmatched : FindUnmatchedNames(check.settings.exclusionList, targets.outputs)) {
     check.report.Add(findings::kUnknownExclusion, unmatched.name, {QuotedNames(unmatched.nearest)});
   }
 }
@@ -126,11 +125,11 @@ std::vector<std::string> ExpectedMembers(const RigCheck& check) {
   };
   for (const UsedTexture& texture : check.report.textures) add(texture.tgaName);
   add("skeleton.csf");
-  add(FileNamePart(ReplaceExtension(check.job.files.inputPath, "xfg")));
-  const MeshList meshes(check.job.loaded.Root());
+  add(FileNamePart(ReplaceExtension(check.path, "xfg")));
+  const MeshList meshes(check.loaded.Root());
   for (const char* extension : {".cmf", ".xrf"}) {
     meshes.ForEach(MeshList::OwnName::Last, [&](const ListedName& listed) {
-      if (!IsLeftOut(listed, check.job.Filter())) add(listed.name + extension);
+      if (!IsLeftOut(listed, check.Filter())) add(listed.name + extension);
     });
   }
   return members;

@@ -53,7 +53,7 @@ const KFbxXMatrix& RestMatrix(const KFbxNode& node, const SkeletonState& skeleto
 }
 
 void CheckPose(RigCheck& check) {
-  const SkeletonState& skeleton = *check.job.skeleton;
+  const SkeletonState& skeleton = check.skeleton;
   if (skeleton.boneNodes.empty()) return;
   check.rigSize = BoneExtent(skeleton);
   for (size_t id = 0; id < skeleton.boneNodes.size(); ++id) {

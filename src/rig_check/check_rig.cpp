@@ -7,8 +7,6 @@
 #include "config/mesh_list.h"
 #include "core/names.h"
 #include "driver/actor_type.h"
-#include "driver/convert.h"
-#include "driver/scene_loader.h"
 #include "mesh/scene_walk.h"
 #include "rig_check/finding_kinds.h"
 #include "rig_check/rig_check.h"
@@ -30,24 +28,19 @@ std::string DocumentPathFor(const std::string& path) {
   return (hasExtension ? path.substr(0, dot) : path) + ".xfg";
 }
 
-void StartJob(const std::string& path, const CheckOptions& options, RigCheck& check) {
-  ConversionJob& job = check.job;
-  ResetRun(job);
-  check.notices.Watch(job.status);
-  job.files.modelDirectory = DirectoryPart(path);
-  job.files.inputPath = path;
-  job.actorType = options.actorType.value_or(DetectActorType(path));
-  job.settings.exclusionList = options.excludedNames;
-  job.settings.plugins = options.plugins;
-  job.settings.findsBaseColours = true;
-  check.report.objectId = ObjectId(job.actorType, DocumentPathFor(path));
+void Start(const std::string& path, const CheckOptions& options, RigCheck& check) {
+  check.notices.Watch(check.status);
+  check.path = path;
+  check.actorType = options.actorType.value_or(DetectActorType(path));
+  check.settings.exclusionList = options.excludedNames;
+  check.settings.findsBaseColours = true;
+  check.report.objectId = ObjectId(check.actorType, DocumentPathFor(path));
 }
 
 bool Load(const CheckOptions& options, RigCheck& check) {
-  const scene::KFbxModelResult read =
-      ReadModel(check.job.loaded.Manager().GetReaderRegistry(),
-                {.path = check.job.files.inputPath, .bytes = options.source, .unit = options.modelUnit},
-                check.job.loaded.Scene());
+  const scene::KFbxModelResult read = ReadModel(
+      check.loaded.Manager().GetReaderRegistry(),
+      {.path = check.path, .bytes = options.source, .unit = options.modelUnit}, check.loaded.Scene());
   check.report.format = read.format;
   if (const auto [major, minor, revision] = read.version; major > 0) {
     check.report.version = std::to_string(major) + "." + std::to_string(minor);
@@ -80,7 +73,7 @@ void CheckNodes(RigCheck& check) {
     const KFbxNode* node;
     const KFbxNode* emptyMesh;
   };
-  std::vector<Pending> pending{{&check.job.loaded.Root(), nullptr}};
+  std::vector<Pending> pending{{&check.loaded.Root(), nullptr}};
   while (!pending.empty()) {
     Pending next = pending.back();
     pending.pop_back();
@@ -103,11 +96,11 @@ void CheckNodes(RigCheck& check) {
 }
 
 void Summarise(RigCheck& check) {
-  const BoneTree& bones = check.job.skeleton->bones;
+  const BoneTree& bones = check.skeleton.bones;
   for (const BoneNode* bone : bones.PreOrder()) {
     const bool isRoot = bone->parent == &bones.Root();
     const auto id = static_cast<size_t>(bone->id);
-    const auto& nodes = check.job.skeleton->boneNodes;
+    const auto& nodes = check.skeleton.boneNodes;
     const KFbxNode* node = id < nodes.size() ? nodes[id] : nullptr;
     check.report.bones.push_back({bone->name, isRoot ? std::string() : bone->parent->name,
                                   node ? node->GetName() : bone->name, bone->weighted,
@@ -117,20 +110,20 @@ void Summarise(RigCheck& check) {
 }
 
 void CheckScene(RigCheck& check) {
-  ExtractSkeleton(check.job.Model(), *check.job.skeleton);
+  ExtractSkeleton(check.Model(), check.skeleton);
   CheckBones(check);
   CheckPose(check);
   CheckActorBones(check);
-  KFbxNode& root = check.job.loaded.Root();
+  KFbxNode& root = check.loaded.Root();
   for (int i = 0; i < root.GetChildCount(); ++i) {
     ForEachMeshNode(*root.GetChild(i), [&](KFbxNode& node) { CheckMeshNode(node, check); });
   }
   CheckNodes(check);
-  check.faults.Tell(check.job, check.report);
+  check.faults.Tell(check.Model(), check.skeleton, check.report);
   if (check.report.Worst() < Severity::Fatal && check.report.meshes.empty()) {
     check.report.Add(findings::kAllLeftOut);
   }
-  for (const std::string& array : check.job.loaded.Scene().GetDamagedArrays()) {
+  for (const std::string& array : check.loaded.Scene().GetDamagedArrays()) {
     check.report.Add(findings::kDamagedArray, {}, {array});
   }
   CheckNames(check);
@@ -141,15 +134,15 @@ void CheckScene(RigCheck& check) {
 
 RigReport CheckRig(const std::string& path, const CheckOptions& options) {
   RigCheck check;
-  StartJob(path, options, check);
+  Start(path, options, check);
   if (!options.source && !platform::FileExists(path)) {
     check.report.Add(findings::kNoFile);
     return std::move(check.report);
   }
   if (options.isQuiet) {
-    check.job.loaded.CreateQuietly();
+    check.loaded.CreateQuietly();
   } else {
-    check.job.loaded.Create(options.plugins != Plugins::LeaveOut);
+    check.loaded.Create(options.plugins != Plugins::LeaveOut);
   }
   try {
     check.report.loaded = Load(options, check);

@@ -6,7 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/conversion_job.h"
+#include "core/actor_type.h"
+#include "core/settings.h"
 #include "rig_check/rig_report.h"
 
 namespace ts3d {

@@ -56,7 +56,7 @@ WeightCounts CountWeights(const MeshData& data, size_t pointCount) {
 /// Names of the bones that most of `points` are nearest to. Looks at some of the points only.
 std::string NearestBones(const MeshData& data, const std::vector<size_t>& points, const RigCheck& check) {
   constexpr size_t kMostPoints = 100, kMostBones = 1000, kNamed = 3;
-  const SkeletonState& skeleton = *check.job.skeleton;
+  const SkeletonState& skeleton = check.skeleton;
   std::vector<KFbxVector4> places;
   for (size_t id = 0; id < std::min(skeleton.boneNodes.size(), kMostBones); ++id) {
     places.push_back(skeleton.actorTurn.MultT(RestMatrix(*skeleton.boneNodes[id], skeleton).GetT()));
@@ -86,7 +86,7 @@ std::string NearestBones(const MeshData& data, const std::vector<size_t>& points
 }
 
 void TellNoSkin(const KFbxNode& node, RigCheck& check) {
-  const SkeletonState& skeleton = *check.job.skeleton;
+  const SkeletonState& skeleton = check.skeleton;
   if (!skeleton.hasExtractedBones) return;
   const std::string& root = skeleton.bones.FindById(0)->name;
   const KFbxNode* parent = node.GetParent();
@@ -122,7 +122,7 @@ void CheckSkins(const KFbxNode& node, const KFbxMesh& mesh, RigCheck& check) {
 }
 
 void CheckWeights(const KFbxNode& node, const MeshData& data, size_t pointCount, RigCheck& check) {
-  if (!check.job.skeleton->hasExtractedBones) return;
+  if (!check.skeleton.hasExtractedBones) return;
   if (!HasSkin(*node.GetMesh())) {
     if (data.triangles.Count() > 0) TellNoSkin(node, check);
     return;

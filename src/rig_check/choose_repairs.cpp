@@ -31,8 +31,8 @@ constexpr Repair kPlaceRepairs[] = {
     {&RepairSettings::rigidBones, &RepairTrial::MisplacedBones, "--rigid-bones",
      "bones with weights stand in the wrong place"}};
 
-size_t Count(const ConversionJob& job, const RepairSettings& settings, Measure measure) {
-  RepairTrial trial(job, settings);
+size_t Count(const ModelSource& model, const RepairSettings& settings, Measure measure) {
+  RepairTrial trial(model, settings);
   return (trial.*measure)();
 }
 
@@ -44,7 +44,9 @@ RepairSettings With(RepairSettings settings, Setting setting, bool isOn = true) 
 /// Tries one repair after the other on a model and keeps what helps.
 class RepairChooser {
  public:
-  explicit RepairChooser(const ConversionJob& job) : job_(job) { chosen_.settings = job.settings.repairs; }
+  explicit RepairChooser(const ModelSource& model) : model_(model) {
+    chosen_.settings = model.settings.repairs;
+  }
 
   ChosenRepairs Choose() {
     ChooseSkeletons();
@@ -62,7 +64,7 @@ class RepairChooser {
   /// Opened groups may bring bones to light that only joined roots keep, so that the two are tried together.
   void ChooseSkeletons() {
     const auto lostIn = [&](const RepairSettings& settings) {
-      return Count(job_, settings, &RepairTrial::LostBones);
+      return Count(model_, settings, &RepairTrial::LostBones);
     };
     const size_t lost = lostIn(chosen_.settings);
     if (lost == 0) return;
@@ -76,12 +78,13 @@ class RepairChooser {
 
   void Choose(const Repair& repair) {
     if (chosen_.settings.*repair.setting) return;
-    const size_t without = Count(job_, chosen_.settings, repair.measure);
+    const size_t without = Count(model_, chosen_.settings, repair.measure);
     if (without == 0) return;
-    if (Count(job_, With(chosen_.settings, repair.setting), repair.measure) < without) Need(repair, without);
+    if (Count(model_, With(chosen_.settings, repair.setting), repair.measure) < without)
+      Need(repair, without);
   }
 
-  const ConversionJob& job_;
+  const ModelSource& model_;
   ChosenRepairs chosen_;
 };
 
@@ -92,14 +95,14 @@ size_t SizeOf(const RepairSettings& settings) {
 }
 
 /// The smallest of the skeleton's repairs that lose no more bones than others.
-std::vector<RepairSettings> SkeletonRepairs(const ConversionJob& job) {
-  const RepairSettings none = job.settings.repairs, opened = With(none, kOpenGroups.setting);
+std::vector<RepairSettings> SkeletonRepairs(const ModelSource& model) {
+  const RepairSettings none = model.settings.repairs, opened = With(none, kOpenGroups.setting);
   const RepairSettings joined = With(none, kJoinRoots.setting), both = With(opened, kJoinRoots.setting);
-  size_t least = Count(job, none, &RepairTrial::LostBones);
+  size_t least = Count(model, none, &RepairTrial::LostBones);
   std::vector<RepairSettings> found{none};
   for (const RepairSettings& next : {opened, joined, both}) {
     if (least == 0) break;
-    const size_t lost = Count(job, next, &RepairTrial::LostBones);
+    const size_t lost = Count(model, next, &RepairTrial::LostBones);
     if (lost < least) found.clear();
     const bool isLarger = !found.empty() && SizeOf(found.front()) < SizeOf(next);
     if (lost <= least && !isLarger) found.push_back(next);
@@ -109,12 +112,12 @@ std::vector<RepairSettings> SkeletonRepairs(const ConversionJob& job) {
 }
 
 /// Repairs that find something to do, by themselves or when others have done theirs.
-std::vector<Setting> PlaceRepairs(const ConversionJob& job, const RepairSettings& skeleton) {
+std::vector<Setting> PlaceRepairs(const ModelSource& model, const RepairSettings& skeleton) {
   std::vector<Setting> found;
   RepairSettings before = skeleton;
   for (const Repair& repair : kPlaceRepairs) {
     if (skeleton.*repair.setting) continue;
-    if (Count(job, skeleton, repair.measure) == 0 && Count(job, before, repair.measure) == 0) continue;
+    if (Count(model, skeleton, repair.measure) == 0 && Count(model, before, repair.measure) == 0) continue;
     found.push_back(repair.setting);
     before.*repair.setting = true;
   }
@@ -123,12 +126,12 @@ std::vector<Setting> PlaceRepairs(const ConversionJob& job, const RepairSettings
 
 }  // namespace
 
-ChosenRepairs ChooseRepairs(const ConversionJob& job) { return RepairChooser(job).Choose(); }
+ChosenRepairs ChooseRepairs(const ModelSource& model) { return RepairChooser(model).Choose(); }
 
-std::vector<RepairSettings> CandidateRepairs(const ConversionJob& job) {
+std::vector<RepairSettings> CandidateRepairs(const ModelSource& model) {
   std::vector<RepairSettings> sets;
-  for (const RepairSettings& skeleton : SkeletonRepairs(job)) {
-    const std::vector<Setting> repairs = PlaceRepairs(job, skeleton);
+  for (const RepairSettings& skeleton : SkeletonRepairs(model)) {
+    const std::vector<Setting> repairs = PlaceRepairs(model, skeleton);
     for (size_t choice = 0; choice < size_t{1} << repairs.size(); ++choice) {
       RepairSettings settings = skeleton;
       for (size_t i = 0; i < repairs.size(); ++i) {
@@ -142,14 +145,14 @@ std::vector<RepairSettings> CandidateRepairs(const ConversionJob& job) {
   return sets;
 }
 
-ChosenRepairs DescribeRepairs(const ConversionJob& job, const RepairSettings& settings) {
+ChosenRepairs DescribeRepairs(const ModelSource& model, const RepairSettings& settings) {
   ChosenRepairs chosen{settings, {}};
   const auto describe = [&](const Repair& repair, const RepairSettings& without) {
-    if (!(settings.*repair.setting) || job.settings.repairs.*repair.setting) return;
-    const size_t count = Count(job, without, repair.measure);
+    if (!(settings.*repair.setting) || model.settings.repairs.*repair.setting) return;
+    const size_t count = Count(model, without, repair.measure);
     chosen.needed.push_back({repair.option, repair.reason + (" (" + std::to_string(count) + ")")});
   };
-  for (const Repair& repair : {kOpenGroups, kJoinRoots}) describe(repair, job.settings.repairs);
+  for (const Repair& repair : {kOpenGroups, kJoinRoots}) describe(repair, model.settings.repairs);
   for (const Repair& repair : kPlaceRepairs) describe(repair, With(settings, repair.setting, false));
   return chosen;
 }

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "core/repair_settings.h"
-#include "driver/conversion_job.h"
+#include "skeleton/model_source.h"
 
 namespace ts3d {
 
@@ -20,16 +20,16 @@ struct ChosenRepairs {
   std::vector<NeededRepair> needed;
 };
 
-/// Finds out which repairs the model that `job` has loaded needs beside those of `job.settings.repairs`, by trying
+/// Finds out which repairs a loaded model needs beside those of `model.settings.repairs`, by trying
 /// them on its skeleton: each is chosen only if fewer things are wrong with it than without.
-ChosenRepairs ChooseRepairs(const ConversionJob& job);
+ChosenRepairs ChooseRepairs(const ModelSource& model);
 
 /// The sets of repairs that are worth a try on that model, the smallest first. All lose as few bones as can be, and
-/// no set has a repair that finds nothing to do. The first is `job.settings.repairs` alone, unless that loses bones that
+/// no set has a repair that finds nothing to do. The first is `model.settings.repairs` alone, unless that loses bones that
 /// others keep.
-std::vector<RepairSettings> CandidateRepairs(const ConversionJob& job);
+std::vector<RepairSettings> CandidateRepairs(const ModelSource& model);
 
-/// Tells what each repair of `settings` is needed for, beside those of `job.settings.repairs`.
-ChosenRepairs DescribeRepairs(const ConversionJob& job, const RepairSettings& settings);
+/// Tells what each repair of `settings` is needed for, beside those of `model.settings.repairs`.
+ChosenRepairs DescribeRepairs(const ModelSource& model, const RepairSettings& settings);
 
 }  // namespace ts3d

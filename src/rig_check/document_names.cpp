@@ -11,10 +11,10 @@ bool BreaksDocument(std::string_view name) { return name.find_first_of("&<\"") !
 
 bool IsNamedAsItIs(const BoneNode& bone, int32_t id) { return id == 0 || !bone.weighted; }
 
-std::vector<std::string> NamesThatBreakDocument(const ConversionJob& job, const BoneTree& bones) {
+std::vector<std::string> NamesThatBreakDocument(const ModelSource& model, const BoneTree& bones) {
   std::set<std::string> names;
-  MeshList(job.loaded.Root()).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
-    if (BreaksDocument(listed.mesh) && !IsLeftOut(listed, job.Filter())) names.insert(listed.mesh);
+  MeshList(model.Root()).ForEach(MeshList::OwnName::First, [&](const ListedName& listed) {
+    if (BreaksDocument(listed.mesh) && !IsLeftOut(listed, model.Filter())) names.insert(listed.mesh);
   });
   for (int32_t id = 0; id < bones.BoneCount(); ++id) {
     const BoneNode& bone = *bones.FindById(id);

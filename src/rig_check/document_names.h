@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/conversion_job.h"
 #include "skeleton/bone_node.h"
+#include "skeleton/model_source.h"
 
 namespace ts3d {
 
@@ -18,6 +18,6 @@ bool BreaksDocument(std::string_view name);
 bool IsNamedAsItIs(const BoneNode& bone, int32_t id);
 
 /// The names of meshes and bones that make the document of this conversion unreadable, each once.
-std::vector<std::string> NamesThatBreakDocument(const ConversionJob& job, const BoneTree& bones);
+std::vector<std::string> NamesThatBreakDocument(const ModelSource& model, const BoneTree& bones);
 
 }  // namespace ts3d

@@ -7,7 +7,6 @@
 
 #include "core/mesh_filter.h"
 #include "core/names.h"
-#include "driver/convert.h"
 #include "mesh/scene_walk.h"
 #include "rig_check/bone_places.h"
 #include "scene/model/scene.h"
@@ -41,9 +40,9 @@ KFbxXMatrix Rigid(const KFbxVector4& translation, const KFbxVector4& euler) {
 
 }  // namespace
 
-RepairTrial::RepairTrial(const ConversionJob& loaded, const RepairSettings& repairs)
+RepairTrial::RepairTrial(const ModelSource& loaded, const RepairSettings& repairs)
     : settings_{.exclusionList = loaded.settings.exclusionList, .repairs = repairs},
-      model_{loaded.loaded.Scene(), settings_, mute_, loaded.actorType, loaded.isFbxFile} {
+      model_{loaded.scene, settings_, mute_, loaded.actorType, loaded.isFbxFile} {
   ExtractSkeleton(model_, skeleton_);
   size_ = MeasureSize();
 }

@@ -4,17 +4,18 @@
 #include <cstddef>
 #include <functional>
 
-#include "driver/conversion_job.h"
 #include "scene/math/matrix.h"
 #include "scene/model/mesh.h"
 #include "scene/model/node.h"
+#include "skeleton/model_source.h"
+#include "skeleton/skeleton_state.h"
 
 namespace ts3d {
 
 /// The skeleton that a loaded model gets with some repairs, and what is wrong then. Says nothing to the host.
 class RepairTrial {
  public:
-  RepairTrial(const ConversionJob& loaded, const RepairSettings& repairs);
+  RepairTrial(const ModelSource& loaded, const RepairSettings& repairs);
 
   /// Bones that skins or meshes hang on and that are not extracted.
   size_t LostBones();

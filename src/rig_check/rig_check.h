@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "driver/conversion_job.h"
+#include "driver/scene_loader.h"
 #include "material/texture_files.h"
 #include "mesh/cmf_writer.h"
 #include "rig_check/rig_faults.h"
@@ -18,9 +18,14 @@
 
 namespace ts3d {
 
-/// One check under way: the job that stands in for a conversion, what it says, and what was found.
+/// One check under way: what stands in for a conversion, what it says, and what was found.
 struct RigCheck {
-  ConversionJob job;
+  std::string path;  ///< of the model
+  Settings settings;
+  ActorType actorType = ActorType::None;
+  StatusChannel status;
+  LoadedScene loaded;
+  SkeletonState skeleton;
   SeenNotices notices;
   RigReport report;
   RigFaults faults;
@@ -34,9 +39,13 @@ struct RigCheck {
   };
   std::vector<Slot> slots;
   std::unordered_map<std::string, size_t> textureOf;  ///< index in the report's textures, by source
+
+  /// The scene must be loaded.
+  ModelSource Model() const { return {loaded.Scene(), settings, status, actorType, true}; }
+  MeshFilter Filter() const { return {settings.exclusionList, actorType}; }
 };
 
-// check_bones.cpp: the skeleton of the job, just extracted.
+// check_bones.cpp: the skeleton, just extracted.
 void CheckBones(RigCheck& check);
 // check_pose.cpp: where the bones are at bind time.
 void CheckPose(RigCheck& check);

@@ -40,13 +40,13 @@ void TellStrayPoints(const std::vector<MeshFacts>& meshes, RigReport& report) {
 }
 
 /// Trying takes time, so that it is left to models with a fault.
-void TellRepairs(const ConversionJob& job, RigReport& report) {
+void TellRepairs(const ModelSource& model, RigReport& report) {
   const bool isFaulty =
       std::any_of(report.findings.begin(), report.findings.end(), [](const Finding& finding) {
         return finding.severity == Severity::Warning || finding.code == findings::kOtherBindPose.code;
       });
   if (!isFaulty) return;
-  for (const NeededRepair& repair : ChooseRepairs(job).needed) {
+  for (const NeededRepair& repair : ChooseRepairs(model).needed) {
     report.Add(findings::kRepairHelps, {}, {repair.option, repair.reason});
   }
 }
@@ -63,13 +63,9 @@ bool MeshFacts::IsPosed(const SkeletonState& skeleton) const {
   return (pose && pose->Find(node) >= 0) || BoundMatrix(*node, skeleton);
 }
 
-void RigFaults::Watch(ConversionJob& job) {
-  job.onMesh = [this, &job](const ConvertedMesh& mesh) { Take(mesh, job); };
-}
-
-void RigFaults::Take(const ConvertedMesh& mesh, const ConversionJob& job) {
-  MeshFacts facts{&mesh.node, mesh.files, job.skeleton->bindPose, {}, {}};
-  facts.follows.resize(static_cast<size_t>(job.skeleton->bones.BoneCount()));
+void RigFaults::Take(const ConvertedMesh& mesh, const SkeletonState& skeleton) {
+  MeshFacts facts{&mesh.node, mesh.files, skeleton.bindPose, {}, {}};
+  facts.follows.resize(static_cast<size_t>(skeleton.bones.BoneCount()));
   const size_t pointCount = mesh.data.points.size() / 3;
   for (size_t i = 0; i < std::min(pointCount, mesh.data.records.size()); ++i) {
     if (mesh.data.records[i].influenceList == -1) continue;
@@ -83,19 +79,19 @@ void RigFaults::Take(const ConvertedMesh& mesh, const ConversionJob& job) {
   meshes_.push_back(std::move(facts));
 }
 
-void RigFaults::Tell(const ConversionJob& job, RigReport& report) const {
-  TellFileFaults(job, report);
-  TellChoices(job, report);
-  const bool isHidden = TellLostBones(job, meshes_, report);
-  if (job.skeleton->hasExtractedBones) {
-    TellSkinPlaces(job, meshes_, report);
-    TellRootScale(job, meshes_, report);
+void RigFaults::Tell(const ModelSource& model, SkeletonState& skeleton, RigReport& report) const {
+  TellFileFaults(model, report);
+  TellChoices(model, report);
+  const bool isHidden = TellLostBones(model, skeleton, meshes_, report);
+  if (skeleton.hasExtractedBones) {
+    TellSkinPlaces(model, skeleton, meshes_, report);
+    TellRootScale(model.settings.repairs, skeleton, meshes_, report);
   } else if (!isHidden) {
-    TellStaticMeshes(job, meshes_, report);
+    TellStaticMeshes(model, skeleton, meshes_, report);
   }
-  TellShiftedParts(job, meshes_, report);
+  TellShiftedParts(model, meshes_, report);
   TellStrayPoints(meshes_, report);
-  TellRepairs(job, report);
+  TellRepairs(model, report);
 }
 
 double ModelSize(const std::vector<MeshFacts>& meshes, const SkeletonState& skeleton) {

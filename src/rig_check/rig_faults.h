@@ -6,10 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "driver/conversion_job.h"
 #include "mesh/converted_mesh.h"
 #include "rig_check/rig_report.h"
 #include "scene/model/pose.h"
+#include "skeleton/model_source.h"
+#include "skeleton/skeleton_state.h"
 
 namespace ts3d {
 
@@ -30,12 +31,11 @@ struct MeshFacts {
 /// The faults of a rig that spoil its package. A check and a conversion tell the same ones, found here.
 class RigFaults {
  public:
-  /// Takes each mesh of the job when it is converted.
-  void Watch(ConversionJob& job);
-  void Take(const ConvertedMesh& mesh, const ConversionJob& job);
+  /// Takes each mesh when it is converted.
+  void Take(const ConvertedMesh& mesh, const SkeletonState& skeleton);
 
-  /// Adds what is wrong to `report`, when all meshes have come; the job's scene has to be there still.
-  void Tell(const ConversionJob& job, RigReport& report) const;
+  /// Adds what is wrong to `report`, when all meshes have come; the scene has to be there still.
+  void Tell(const ModelSource& model, SkeletonState& skeleton, RigReport& report) const;
 
  private:
   std::vector<MeshFacts> meshes_;
@@ -48,19 +48,23 @@ double ModelSize(const std::vector<MeshFacts>& meshes, const SkeletonState& skel
 
 // tell_lost_bones.cpp: skeleton nodes that are no bones, and the weights for them.
 /// @return whether groups hide the whole skeleton
-bool TellLostBones(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report);
+bool TellLostBones(const ModelSource& model, const SkeletonState& skeleton,
+                   const std::vector<MeshFacts>& meshes, RigReport& report);
 // tell_skin_places.cpp: skins and bones that do not stand where they were bound.
-void TellSkinPlaces(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report);
+void TellSkinPlaces(const ModelSource& model, SkeletonState& skeleton, const std::vector<MeshFacts>& meshes,
+                    RigReport& report);
 /// The same for models without a skeleton.
-void TellStaticMeshes(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report);
+void TellStaticMeshes(const ModelSource& model, SkeletonState& skeleton, const std::vector<MeshFacts>& meshes,
+                      RigReport& report);
 // tell_choices.cpp: what the conversion does unasked, and nobody would see.
-void TellChoices(const ConversionJob& job, RigReport& report);
+void TellChoices(const ModelSource& model, RigReport& report);
 
 // tell_root_scale.cpp: the place of a scaled root.
-void TellRootScale(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report);
+void TellRootScale(const RepairSettings& repairs, const SkeletonState& skeleton,
+                   const std::vector<MeshFacts>& meshes, RigReport& report);
 // tell_parts.cpp: parts that get the material of another one.
-void TellShiftedParts(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report);
+void TellShiftedParts(const ModelSource& model, const std::vector<MeshFacts>& meshes, RigReport& report);
 // tell_file_faults.cpp: files that hold something else than a model.
-void TellFileFaults(const ConversionJob& job, RigReport& report);
+void TellFileFaults(const ModelSource& model, RigReport& report);
 
 }  // namespace ts3d

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "driver/conversion_job.h"
+#include "core/settings.h"
 #include "rig_check/finding.h"
 
 namespace ts3d {

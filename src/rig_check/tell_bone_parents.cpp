@@ -15,8 +15,9 @@ using scene::KFbxXMatrix;
 
 class ParentTeller {
  public:
-  ParentTeller(const ConversionJob& job, double size, SkinGaps& gaps, RigReport& report)
-      : job_(job), skeleton_(*job.skeleton), size_(size), gaps_(gaps), report_(report) {}
+  ParentTeller(const ModelSource& model, SkeletonState& skeleton, double size, SkinGaps& gaps,
+               RigReport& report)
+      : model_(model), skeleton_(skeleton), size_(size), gaps_(gaps), report_(report) {}
 
   void Tell() {
     for (int32_t id = 1; id < skeleton_.bones.BoneCount(); ++id) {
@@ -39,7 +40,7 @@ class ParentTeller {
     return bone != nullptr;
   }
 
-  KFbxXMatrix WorldOf(const KFbxNode& node) const { return BindWorld(node, job_.loaded.Scene(), skeleton_); }
+  KFbxXMatrix WorldOf(const KFbxNode& node) const { return BindWorld(node, model_.scene, skeleton_); }
 
   /// How far the package has a bone from `place`, at rest or by its bone space.
   Gap GapFrom(const KFbxXMatrix& place, const BoneNode& bone) const {
@@ -78,7 +79,7 @@ class ParentTeller {
     return true;
   }
 
-  const ConversionJob& job_;
+  const ModelSource& model_;
   SkeletonState& skeleton_;
   double size_;
   SkinGaps& gaps_;
@@ -88,8 +89,9 @@ class ParentTeller {
 
 }  // namespace
 
-void TellBoneParents(const ConversionJob& job, double size, SkinGaps& gaps, RigReport& report) {
-  if (!job.settings.repairs.rigidBones) ParentTeller(job, size, gaps, report).Tell();
+void TellBoneParents(const ModelSource& model, SkeletonState& skeleton, double size, SkinGaps& gaps,
+                     RigReport& report) {
+  if (!model.settings.repairs.rigidBones) ParentTeller(model, skeleton, size, gaps, report).Tell();
 }
 
 }  // namespace ts3d

@@ -12,10 +12,10 @@
 namespace ts3d {
 namespace {
 
-void TellMeshes(const scene::KFbxNode& node, const ConversionJob& job, RigReport& report) {
+void TellMeshes(const scene::KFbxNode& node, const ModelSource& model, RigReport& report) {
   const std::string name = SanitizeMeshName(node.GetName());
-  if (skipThisMesh(name, job.Filter())) {
-    if (!IsExcluded(name, job.Filter())) report.Add(findings::kHeadPart, node.GetName());
+  if (skipThisMesh(name, model.Filter())) {
+    if (!IsExcluded(name, model.Filter())) report.Add(findings::kHeadPart, node.GetName());
   } else if (node.IsHidden() && node.GetMesh()->GetControlPointsCount() > 0) {
     report.Add(findings::kHiddenMesh, node.GetName());
   }
@@ -31,11 +31,11 @@ std::string FirstNames(std::vector<std::string> names) {
 
 }  // namespace
 
-void TellChoices(const ConversionJob& job, RigReport& report) {
-  if (job.actorType != ActorType::None) report.Add(findings::kActor, {}, {ObjectId(job.actorType, {})});
-  ForEachMeshNode(job.loaded.Root(), [&](const scene::KFbxNode& node) { TellMeshes(node, job, report); });
+void TellChoices(const ModelSource& model, RigReport& report) {
+  if (model.actorType != ActorType::None) report.Add(findings::kActor, {}, {ObjectId(model.actorType, {})});
+  ForEachMeshNode(model.Root(), [&](const scene::KFbxNode& node) { TellMeshes(node, model, report); });
   std::vector<std::string> motions;
-  for (const scene::KString& motion : job.loaded.Scene().GetMotions()) motions.emplace_back(motion);
+  for (const scene::KString& motion : model.scene.GetMotions()) motions.emplace_back(motion);
   if (!motions.empty()) report.Add(findings::kMotion, {}, {FirstNames(std::move(motions))});
 }
 

@@ -20,13 +20,12 @@ void TellReading(const scene::KFbxScene& scene, RigReport& report) {
 
 }  // namespace
 
-void TellFileFaults(const ConversionJob& job, RigReport& report) {
-  if (job.loaded.Scene().HasDecimalCommas()) report.Add(findings::kDecimalCommas);
-  TellReading(job.loaded.Scene(), report);
-  if (!MeshList(job.loaded.Root()).IsEmpty()) return;
+void TellFileFaults(const ModelSource& model, RigReport& report) {
+  if (model.scene.HasDecimalCommas()) report.Add(findings::kDecimalCommas);
+  TellReading(model.scene, report);
+  if (!MeshList(model.Root()).IsEmpty()) return;
   size_t bones = 0;
-  job.loaded.Scene().ForEach<scene::KFbxNode>(
-      [&](const scene::KFbxNode& node) { bones += node.IsSkeleton(); });
+  model.scene.ForEach<scene::KFbxNode>([&](const scene::KFbxNode& node) { bones += node.IsSkeleton(); });
   if (bones > 0) {
     report.Add(findings::kMotionOnly, {}, {std::to_string(bones)});
   } else {

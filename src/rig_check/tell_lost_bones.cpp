@@ -18,7 +18,8 @@ using scene::KFbxNode;
 /// Nodes that skins follow and that are not the bone of their name, with the number of their weights.
 class StrayLinks {
  public:
-  StrayLinks(const ConversionJob& job, const std::vector<MeshFacts>& meshes) : job_(job) {
+  StrayLinks(const ModelSource& model, const SkeletonState& skeleton, const std::vector<MeshFacts>& meshes)
+      : model_(model), skeleton_(skeleton) {
     for (const MeshFacts& mesh : meshes) {
       for (int s = 0; s < mesh.node->GetMesh()->GetSkinCount(); ++s) {
         const scene::KFbxSkin& skin = *mesh.node->GetMesh()->GetSkin(s);
@@ -44,8 +45,8 @@ class StrayLinks {
     const KFbxNode* link = cluster.GetLink();
     if (!link) return;
     std::string name;
-    const int32_t bone = BoneOfLink(*link, job_.Model(), *job_.skeleton, name);
-    const std::vector<const KFbxNode*>& bones = job_.skeleton->boneNodes;
+    const int32_t bone = BoneOfLink(*link, model_, skeleton_, name);
+    const std::vector<const KFbxNode*>& bones = skeleton_.boneNodes;
     if (bone < 0 && name.empty()) return;
     if (bone >= 0 && static_cast<size_t>(bone) < bones.size() && bones[static_cast<size_t>(bone)] == link)
       return;
@@ -58,7 +59,8 @@ class StrayLinks {
     if (isNew) (bone < 0 ? lost_ : borrowing_).emplace_back(link, name);
   }
 
-  const ConversionJob& job_;
+  const ModelSource& model_;
+  const SkeletonState& skeleton_;
   std::unordered_map<const KFbxNode*, size_t> weights_;
   std::vector<std::pair<const KFbxNode*, std::string>> lost_, borrowing_;
 };
@@ -66,10 +68,10 @@ class StrayLinks {
 /// Looks for skeleton nodes that are no bones, and for the reason.
 class LostBones {
  public:
-  LostBones(const ConversionJob& job, const StrayLinks& links,
+  LostBones(const ModelSource& model, const SkeletonState& skeleton, const StrayLinks& links,
             const std::unordered_set<const KFbxNode*>& bones, RigReport& report)
-      : skeleton_(*job.skeleton),
-        groupsHide_(!job.settings.repairs.openGroups),
+      : skeleton_(skeleton),
+        groupsHide_(!model.settings.repairs.openGroups),
         links_(links),
         bones_(bones),
         report_(report) {}
@@ -152,11 +154,11 @@ void TellSameNames(const SkeletonState& skeleton, const StrayLinks& links, RigRe
 
 }  // namespace
 
-bool TellLostBones(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report) {
-  const SkeletonState& skeleton = *job.skeleton;
+bool TellLostBones(const ModelSource& model, const SkeletonState& skeleton,
+                   const std::vector<MeshFacts>& meshes, RigReport& report) {
   const std::unordered_set<const KFbxNode*> bones(skeleton.boneNodes.begin(), skeleton.boneNodes.end());
-  const StrayLinks links(job, meshes);
-  const bool isHidden = LostBones(job, links, bones, report).Tell(job.loaded.Root());
+  const StrayLinks links(model, skeleton, meshes);
+  const bool isHidden = LostBones(model, skeleton, links, bones, report).Tell(model.Root());
   TellSameNames(skeleton, links, report);
   if (skeleton.hasExtractedBones) links.Tell(bones, report);
   return isHidden;

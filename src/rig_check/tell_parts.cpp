@@ -8,11 +8,11 @@
 
 namespace ts3d {
 
-void TellShiftedParts(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report) {
+void TellShiftedParts(const ModelSource& model, const std::vector<MeshFacts>& meshes, RigReport& report) {
   // Mesh files and lines of the document are numbered each by themselves, and a runtime joins equal numbers.
   std::vector<std::string> listed, written;
-  MeshList(job.loaded.Root()).ForEach(MeshList::OwnName::First, [&](const ListedName& name) {
-    if (!IsLeftOut(name, job.Filter())) listed.push_back(name.name);
+  MeshList(model.Root()).ForEach(MeshList::OwnName::First, [&](const ListedName& name) {
+    if (!IsLeftOut(name, model.Filter())) listed.push_back(name.name);
   });
   for (const MeshFacts& mesh : meshes) written.insert(written.end(), mesh.files.begin(), mesh.files.end());
   const auto [fileAt, lineAt] = std::mismatch(written.begin(), written.end(), listed.begin(), listed.end());

@@ -27,10 +27,10 @@ std::string ScaleText(const KFbxVector4& s) {
 
 }  // namespace
 
-void TellRootScale(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report) {
-  const SkeletonState& skeleton = *job.skeleton;
+void TellRootScale(const RepairSettings& repairs, const SkeletonState& skeleton,
+                   const std::vector<MeshFacts>& meshes, RigReport& report) {
   const KFbxVector4& scale = skeleton.rootScale;
-  if (job.settings.repairs.rigidBones || (IsOne(scale[0]) && IsOne(scale[1]) && IsOne(scale[2]))) return;
+  if (repairs.rigidBones || (IsOne(scale[0]) && IsOne(scale[1]) && IsOne(scale[2]))) return;
   const BoneNode& root = *skeleton.bones.FindById(0);
   const KFbxVector4 meant = StoredPlace(root, skeleton).GetT();
   const double off = (root.translation - meant).Length();

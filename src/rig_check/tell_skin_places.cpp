@@ -16,11 +16,11 @@ namespace {
 using scene::KFbxNode;
 
 /// The gaps of the same meshes in a skeleton with rigid bones.
-SkinGaps TryRigidBones(const ConversionJob& job, const std::vector<MeshFacts>& meshes, double size) {
-  Settings settings = job.settings;
+SkinGaps TryRigidBones(const ModelSource& given, const std::vector<MeshFacts>& meshes, double size) {
+  Settings settings = given.settings;
   settings.repairs.rigidBones = true;
   const StatusChannel mute;
-  const ModelSource model{job.loaded.Scene(), settings, mute, job.actorType, job.isFbxFile};
+  const ModelSource model{given.scene, settings, mute, given.actorType, given.isFbxFile};
   SkeletonState skeleton;
   ExtractSkeleton(model, skeleton);
   return MeasureSkins(model, skeleton, meshes, size);
@@ -28,16 +28,17 @@ SkinGaps TryRigidBones(const ConversionJob& job, const std::vector<MeshFacts>& m
 
 class PlaceTeller {
  public:
-  PlaceTeller(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report)
-      : job_(job),
-        skeleton_(*job.skeleton),
+  PlaceTeller(const ModelSource& model, SkeletonState& skeleton, const std::vector<MeshFacts>& meshes,
+              RigReport& report)
+      : model_(model),
+        skeleton_(skeleton),
         meshes_(meshes),
         report_(report),
         size_(ModelSize(meshes, skeleton_)),
-        gaps_(MeasureSkins(job.Model(), *job.skeleton, meshes, size_)) {}
+        gaps_(MeasureSkins(model, skeleton, meshes, size_)) {}
 
   void Tell() {
-    TellBoneParents(job_, size_, gaps_, report_);
+    TellBoneParents(model_, skeleton_, size_, gaps_, report_);
     if (!TellScales()) {
       TellBones(findings::kBonesAstray, gaps_.atRest);
       TellSkins();
@@ -76,8 +77,8 @@ class PlaceTeller {
     for (const SkinGaps::OfMesh& mesh : gaps_.ofMeshes) {
       if (mesh.isPosed) off.push_back(mesh.worst);
     }
-    if (off.empty() || job_.settings.repairs.rigidBones) return false;
-    const SkinGaps rigid = TryRigidBones(job_, meshes_, size_);
+    if (off.empty() || model_.settings.repairs.rigidBones) return false;
+    const SkinGaps rigid = TryRigidBones(model_, meshes_, size_);
     const auto isPosed = [](const SkinGaps::OfMesh& mesh) { return mesh.isPosed; };
     if (!rigid.atRest.empty() || std::any_of(rigid.ofMeshes.begin(), rigid.ofMeshes.end(), isPosed)) {
       return false;
@@ -106,7 +107,7 @@ class PlaceTeller {
 
   /// Meshes that follow no bone and lose the place of their objects.
   void TellObjects() {
-    if (job_.settings.repairs.attachRigid) return;
+    if (model_.settings.repairs.attachRigid) return;
     for (const MeshFacts& mesh : meshes_) {
       if (mesh.IsPosed(skeleton_) || mesh.FollowsAny() || mesh.points.empty()) continue;
       if (!DifferVisibly(mesh.node->GetGlobalFromDefaultTake(), {}, size_)) continue;
@@ -131,8 +132,8 @@ class PlaceTeller {
     }
   }
 
-  const ConversionJob& job_;
-  const SkeletonState& skeleton_;
+  const ModelSource& model_;
+  SkeletonState& skeleton_;
   const std::vector<MeshFacts>& meshes_;
   RigReport& report_;
   double size_;
@@ -142,16 +143,18 @@ class PlaceTeller {
 
 }  // namespace
 
-void TellSkinPlaces(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report) {
-  if (!meshes.empty()) PlaceTeller(job, meshes, report).Tell();
+void TellSkinPlaces(const ModelSource& model, SkeletonState& skeleton, const std::vector<MeshFacts>& meshes,
+                    RigReport& report) {
+  if (!meshes.empty()) PlaceTeller(model, skeleton, meshes, report).Tell();
 }
 
-void TellStaticMeshes(const ConversionJob& job, const std::vector<MeshFacts>& meshes, RigReport& report) {
-  bool needsSkeleton = job.actorType != ActorType::None;
-  const double size = ModelSize(meshes, *job.skeleton);
+void TellStaticMeshes(const ModelSource& model, SkeletonState& skeleton, const std::vector<MeshFacts>& meshes,
+                      RigReport& report) {
+  bool needsSkeleton = model.actorType != ActorType::None;
+  const double size = ModelSize(meshes, skeleton);
   for (const MeshFacts& mesh : meshes) {
     if (HasSkin(*mesh.node->GetMesh())) needsSkeleton = true;
-    if (!mesh.points.empty() && !job.settings.repairs.attachRigid &&
+    if (!mesh.points.empty() && !model.settings.repairs.attachRigid &&
         DifferVisibly(mesh.node->GetGlobalFromDefaultTake(), {}, size)) {
       report.Add(findings::kPlaceLost, mesh.node->GetName());
     }

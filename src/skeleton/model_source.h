@@ -16,6 +16,7 @@ struct ModelSource {
   ActorType actorType;
   bool isFbxFile;
 
+  const scene::KFbxNode& Root() const { return *scene.GetRootNode(); }
   MeshFilter Filter() const { return {settings.exclusionList, actorType}; }
 };
 
