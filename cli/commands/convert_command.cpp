@@ -128,6 +128,70 @@ int RunConvert(ConvertOptions& options) {
   return options.watch ? WatchModels(options, convert) : convert(tasks).exitStatus;
 }
 
+void AddModelOptions(CLI::App& convert, ConvertOptions& options) {
+  convert.add_option("MODEL", options.models, "Models (.fbx, .glb, .gltf, .vrm) and folders of them")
+      ->type_name("");
+  convert
+      .add_option("-o,--output", options.outputFolder,
+                  "Folder for the package and its .xfg document (default: beside each model); of one model\n"
+                  "also the package to write, NAME.czp")
+      ->type_name("FOLDER");
+  convert
+      .add_option("--rotation-y", options.rotationY,
+                  "Turn about the up axis in degrees, for the document (0)")
+      ->type_name("DEGREES");
+  convert
+      .add_option("--rotation-x", options.rotationX,
+                  "Turn about the side axis in degrees, for the document (0)")
+      ->type_name("DEGREES");
+  TakesOneOf(convert
+                 .add_option_function<std::string>(
+                     "--actor-type",
+                     [&options](const std::string& name) { options.actorType = ActorTypeOfName(name); },
+                     "Kind of actor, whatever the path says: none, male, female, boy, girl, teenager or baby")
+                 ->type_name("TYPE"),
+             ActorTypeNames());
+  convert
+      .add_option("--files-from", options.filesFrom,
+                  "List of more models, one in a line (or with a zero byte behind each, as find -print0\n"
+                  "writes them); \"-\" reads it from standard input")
+      ->type_name("LIST");
+  convert
+      .add_option("--base", options.base,
+                  "Models keep the folders that they have below this one in the output folder\n"
+                  "(for models of a list the current folder)")
+      ->type_name("FOLDER");
+}
+
+void AddNameOptions(CLI::App& convert, ConvertOptions& options) {
+  TakesPair(Repeatable(convert.add_option("--rename", options.boneRenames,
+                                          "Product name of a bone; repeat for more")),
+            "OLD=NEW");
+  AddModelUnit(convert, options.modelUnit);
+  AddRenamePreset(convert, options.renamePreset,
+                  "Rename the bones of a rig of this kind to their product names: biped, mixamo,\nrocketbox, "
+                  "unreal or vrm. --rename goes before it");
+  TakesNumber(
+      convert.add_option("--mesh-mode", options.meshMode,
+                         "Which meshes get inward normals. Without --mesh: 1 all, 0 none (the default).\n"
+                         "With --mesh: 2 those, 0 and 1 all others"),
+      0, 2);
+  TakesName(Repeatable(
+      convert.add_option("--mesh", options.meshes, "Mesh that --mesh-mode is about; repeat for more")));
+  TakesName(Repeatable(convert.add_option("--inward", options.inwardMeshes,
+                                          "Mesh that gets inward normals; repeat for more")))
+      ->excludes("--mesh");
+  TakesName(Repeatable(convert.add_option("--outward", options.outwardMeshes,
+                                          "Mesh that keeps outward normals, whatever --mesh-mode 1 does to "
+                                          "all; repeat for more")))
+      ->excludes("--mesh");
+  TakesName(Repeatable(convert.add_option("--double-sided", options.doubleSidedMeshes,
+                                          "Mesh to draw from both sides; repeat for more")));
+  Repeatable(convert.add_option("--exclude", options.excludedNames,
+                                "Mesh or material to leave out; repeat for more"))
+      ->type_name("NAME");
+}
+
 void AddRepairOptions(CLI::App& convert, ConvertOptions& options) {
   ts3d::RepairSettings& repairs = options.repairs;
   convert.add_flag("--repair", options.repairsAsNeeded,
@@ -148,6 +212,50 @@ void AddRepairOptions(CLI::App& convert, ConvertOptions& options) {
   AddMaxInfluences(convert, options.mostInfluences);
 }
 
+void AddPictureOptions(CLI::App& convert, ConvertOptions& options) {
+  TakesNumber(convert.add_option("--max-texture", options.longestTextureSide,
+                                 "Longest side in pixels of a texture (8192)"),
+              1, textures::kLargestSide);
+  TakesOneOf(convert
+                 .add_option_function<std::string>(
+                     "--max-texture-action",
+                     [&options](const std::string& name) { options.tooLargeTextures = TooLargeOfName(name); },
+                     "What becomes of larger pictures: shrink (the default) or leave-out")
+                 ->type_name("ACTION"),
+             TooLargeNames());
+  AddTextureFolders(convert, options.textureFolders);
+}
+
+void AddRunOptions(CLI::App& convert, ConvertOptions& options) {
+  convert
+      .add_option("--finish-settings", options.finishSettings,
+                  "JSON file with final settings to apply as well")
+      ->type_name("FILE");
+  TakesNumber(convert.add_option(
+                  "-j,--jobs", options.jobs,
+                  "Models to convert at a time (default: one for each processor core; on Windows always 1)"),
+              1, 256);
+  AddPackLevel(convert, options.packLevel);
+  convert
+      .add_option("--report", options.report,
+                  "JSON file to write with the results of all models; \"-\" prints it,\n"
+                  "and all other output goes to standard error")
+      ->type_name("FILE");
+  AddSettingsOptions(convert, options.settingsFile, options.takesSettings);
+  convert.add_flag(
+      "--prove", options.proves,
+      "Compare each package with its model, as fbx2czp prove does, and tell what moves differently");
+  convert.add_flag(
+      "--update", options.update,
+      "Leave out models whose packages are newer than the model, its pictures, the settings and\n"
+      "this program, and were made with the same options by --update");
+  convert.add_flag("--watch", options.watch,
+                   "Convert again whatever changes: models, their pictures and settings. Ctrl-C ends it");
+  convert.add_flag("--timings", options.timings, "Tell how long each step took; reports always do");
+  convert.add_flag("--force", options.force,
+                   "Replace a .czp file even if it holds what fbx2czp has not written");
+}
+
 }  // namespace
 
 void AddConvertCommand(CLI::App& app, RunCommand& run) {
@@ -155,103 +263,12 @@ void AddConvertCommand(CLI::App& app, RunCommand& run) {
   CLI::App& convert = AddCommand(app, "convert", "Convert models into packages", run,
                                  [options] { return RunConvert(*options); });
   NoteGivenOptions(convert, options->given);
-  convert.add_option("MODEL", options->models, "Models (.fbx, .glb, .gltf, .vrm) and folders of them")
-      ->type_name("");
-  convert
-      .add_option("-o,--output", options->outputFolder,
-                  "Folder for the package and its .xfg document (default: beside each model); of one model\n"
-                  "also the package to write, NAME.czp")
-      ->type_name("FOLDER");
-  convert
-      .add_option("--rotation-y", options->rotationY,
-                  "Turn about the up axis in degrees, for the document (0)")
-      ->type_name("DEGREES");
-  convert
-      .add_option("--rotation-x", options->rotationX,
-                  "Turn about the side axis in degrees, for the document (0)")
-      ->type_name("DEGREES");
-  TakesOneOf(convert
-                 .add_option_function<std::string>(
-                     "--actor-type",
-                     [options](const std::string& name) { options->actorType = ActorTypeOfName(name); },
-                     "Kind of actor, whatever the path says: none, male, female, boy, girl, teenager or baby")
-                 ->type_name("TYPE"),
-             ActorTypeNames());
-  convert
-      .add_option("--files-from", options->filesFrom,
-                  "List of more models, one in a line (or with a zero byte behind each, as find -print0\n"
-                  "writes them); \"-\" reads it from standard input")
-      ->type_name("LIST");
-  convert
-      .add_option("--base", options->base,
-                  "Models keep the folders that they have below this one in the output folder\n"
-                  "(for models of a list the current folder)")
-      ->type_name("FOLDER");
-  TakesPair(Repeatable(convert.add_option("--rename", options->boneRenames,
-                                          "Product name of a bone; repeat for more")),
-            "OLD=NEW");
-  AddModelUnit(convert, options->modelUnit);
-  AddRenamePreset(convert, options->renamePreset,
-                  "Rename the bones of a rig of this kind to their product names: biped, mixamo,\nrocketbox, "
-                  "unreal or vrm. --rename goes before it");
-  TakesNumber(
-      convert.add_option("--mesh-mode", options->meshMode,
-                         "Which meshes get inward normals. Without --mesh: 1 all, 0 none (the default).\n"
-                         "With --mesh: 2 those, 0 and 1 all others"),
-      0, 2);
-  TakesName(Repeatable(
-      convert.add_option("--mesh", options->meshes, "Mesh that --mesh-mode is about; repeat for more")));
-  TakesName(Repeatable(convert.add_option("--inward", options->inwardMeshes,
-                                          "Mesh that gets inward normals; repeat for more")))
-      ->excludes("--mesh");
-  TakesName(Repeatable(convert.add_option("--outward", options->outwardMeshes,
-                                          "Mesh that keeps outward normals, whatever --mesh-mode 1 does to "
-                                          "all; repeat for more")))
-      ->excludes("--mesh");
-  TakesName(Repeatable(convert.add_option("--double-sided", options->doubleSidedMeshes,
-                                          "Mesh to draw from both sides; repeat for more")));
-  Repeatable(convert.add_option("--exclude", options->excludedNames,
-                                "Mesh or material to leave out; repeat for more"))
-      ->type_name("NAME");
+  // The help lists them in this order.
+  AddModelOptions(convert, *options);
+  AddNameOptions(convert, *options);
   AddRepairOptions(convert, *options);
-  TakesNumber(convert.add_option("--max-texture", options->longestTextureSide,
-                                 "Longest side in pixels of a texture (8192)"),
-              1, textures::kLargestSide);
-  TakesOneOf(convert
-                 .add_option_function<std::string>(
-                     "--max-texture-action",
-                     [options](const std::string& name) { options->tooLargeTextures = TooLargeOfName(name); },
-                     "What becomes of larger pictures: shrink (the default) or leave-out")
-                 ->type_name("ACTION"),
-             TooLargeNames());
-  AddTextureFolders(convert, options->textureFolders);
-  convert
-      .add_option("--finish-settings", options->finishSettings,
-                  "JSON file with final settings to apply as well")
-      ->type_name("FILE");
-  TakesNumber(convert.add_option(
-                  "-j,--jobs", options->jobs,
-                  "Models to convert at a time (default: one for each processor core; on Windows always 1)"),
-              1, 256);
-  AddPackLevel(convert, options->packLevel);
-  convert
-      .add_option("--report", options->report,
-                  "JSON file to write with the results of all models; \"-\" prints it,\n"
-                  "and all other output goes to standard error")
-      ->type_name("FILE");
-  AddSettingsOptions(convert, options->settingsFile, options->takesSettings);
-  convert.add_flag(
-      "--prove", options->proves,
-      "Compare each package with its model, as fbx2czp prove does, and tell what moves differently");
-  convert.add_flag(
-      "--update", options->update,
-      "Leave out models whose packages are newer than the model, its pictures, the settings and\n"
-      "this program, and were made with the same options by --update");
-  convert.add_flag("--watch", options->watch,
-                   "Convert again whatever changes: models, their pictures and settings. Ctrl-C ends it");
-  convert.add_flag("--timings", options->timings, "Tell how long each step took; reports always do");
-  convert.add_flag("--force", options->force,
-                   "Replace a .czp file even if it holds what fbx2czp has not written");
+  AddPictureOptions(convert, *options);
+  AddRunOptions(convert, *options);
   AddNoPlugins(convert, options->loadsPlugins);
   AddStrict(convert, options->strict);
   AddVerbosity(convert, options->verbosity);

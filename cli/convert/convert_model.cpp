@@ -203,6 +203,121 @@ void TakePackage(const ModelTask& task, const fs::path& package, const ConvertOp
   result.package = task.Package().string();
 }
 
+/// The conversion of one model, and all that its callbacks take.
+class ModelConversion {
+ public:
+  ModelConversion(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
+                  const TakeStatus& onStatus)
+      : task_(task),
+        work_(work),
+        options_(options),
+        onStatus_(onStatus),
+        textures_(task.model, options.longestTextureSide, options.textureFolders, options.tooLargeTextures) {
+    host_.onStatus = [this](const ts3d::StatusLine& line) { TakeLine(line); };
+    host_.onTexture = [this](const std::string& source, bool exists) {
+      return times_.Within(
+          "pictures", [&] { return textures_.Provide(job_.files, job_.loaded.Scene(), source, exists); });
+    };
+    textures_.onConvert = [this](const fs::path& picture) {
+      job_.status.Send(ts3d::Notice::ConvertingPicture, picture.string());
+    };
+    host_.Attach(job_);
+    SetUp(job_, options);
+    job_.onMesh = [this](const ts3d::ConvertedMesh& mesh) { faults_.Take(mesh, *job_.skeleton); };
+    job_.onProgress = [this](double fraction) {
+      if (fraction == ts3d::kModelLoaded) times_.Begin("skeleton");
+      if (fraction == ts3d::kMeshesWritten) times_.Begin("package");
+    };
+  }
+
+  ModelResult Run(const std::optional<FinishSettings>& finish) {
+    mayBeCurrent_ = options_.update && IsCurrent(task_, FixedInputs(task_, options_));
+    times_.Begin("load");
+    try {
+      result_.code = Convert(task_, work_, Request(), job_);
+    } catch (const PackageIsCurrent&) {
+      TakeCurrentPackage(task_, options_, result_);
+      return std::move(result_);
+    }
+    if (result_.code == 0 && finish)
+      result_.code = times_.Within("final settings", [&] { return Finish(work_, *finish, job_, result_); });
+    result_.steps = times_.End();
+    TakeRun();
+    const fs::path package = WithExtension(work_.Model(), "czp");
+    if (result_.code == 0) RefuseEmptyPackage(package, result_);
+    if (result_.code == 0) TakePackage(task_, package, options_, job_, result_);
+    return std::move(result_);
+  }
+
+ private:
+  ts3d::ConversionRequest Request() {
+    ts3d::ConversionRequest request;
+    request.actorType = options_.actorType;
+    request.chooseRepairs = [this](scene::KFbxScene& scene, const ts3d::ModelSource& model) {
+      return TakeLoaded(scene, model);
+    };
+    request.onSkeleton = [this](const ts3d::SkeletonState& skeleton) {
+      times_.Begin("meshes");
+      if (!options_.renamePreset.empty()) AddPresetRenames(options_, skeleton, job_, result_);
+    };
+    request.onConverted = [this](const scene::KFbxNode& root) { TakeConverted(root); };
+    return request;
+  }
+
+  void TakeLine(const ts3d::StatusLine& line) {
+    if (!IsProgress(line.notice) && budget_.Takes(line.text)) {
+      result_.status.emplace_back(line.text);
+      said_.Take(line);
+    }
+    onStatus_(line);
+  }
+
+  ts3d::RepairSettings TakeLoaded(scene::KFbxScene& scene, const ts3d::ModelSource& model) {
+    for (const scene::KString& file : scene.GetDataFiles()) dataFiles_.insert(platform::NativePath(file));
+    if (mayBeCurrent_) {
+      std::set<fs::path> inputs = textures_.FindInputs(job_.files, scene);
+      inputs.insert(dataFiles_.begin(), dataFiles_.end());
+      LeaveIfCurrent(task_, inputs, result_);
+    }
+    return options_.repairsAsNeeded ? RepairAsNeeded(scene, model, task_, options_, result_)
+                                    : options_.repairs;
+  }
+
+  void TakeConverted(const scene::KFbxNode& root) {
+    result_.malformedNames = ts3d::NamesThatBreakDocument(job_.Model(), job_.skeleton->bones);
+    TakeFaults(faults_, job_, result_);
+    if (!NamesSomething(options_)) return;
+    result_.unmatchedOptions =
+        FindUnmatchedOptions(options_, ts3d::CollectOptionTargets(root, job_.skeleton->bones));
+  }
+
+  /// What the run has told, whatever it came to.
+  void TakeRun() {
+    if (result_.code != 0 && result_.reason.empty())
+      result_.reason = WhyFailed(task_, work_, result_.code, job_);
+    result_.readerOutput = job_.loadError;
+    result_.damage = job_.damagedArrays;
+    result_.said = said_.Take();
+    TakePictures(textures_, options_, result_);
+    for (const fs::path& input : dataFiles_) result_.inputs.push_back(input.string());
+  }
+
+  const ModelTask& task_;
+  const WorkFolder& work_;
+  const ConvertOptions& options_;
+  const TakeStatus& onStatus_;
+  ModelResult result_;
+  JobHost host_;
+  ts3d::LineBudget budget_;
+  NoticeFindings said_;
+  ts3d::ConversionJob job_;
+  textures::TextureConverter textures_;
+  StepTimes times_;
+  ts3d::RigFaults faults_;
+  bool mayBeCurrent_ = false;
+  std::set<fs::path> dataFiles_;
+};
+
 }  // namespace
 
 fs::path ModelTask::Package() const {
@@ -216,80 +331,7 @@ std::string ModelTask::NameInWork() const {
 
 ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
                                 const std::optional<FinishSettings>& finish, const TakeStatus& onStatus) {
-  ModelResult result;
-  JobHost host;
-  ts3d::LineBudget budget;
-  NoticeFindings said;
-  host.onStatus = [&](const ts3d::StatusLine& line) {
-    if (!IsProgress(line.notice) && budget.Takes(line.text)) {
-      result.status.emplace_back(line.text);
-      said.Take(line);
-    }
-    onStatus(line);
-  };
-  ts3d::ConversionJob job;
-  textures::TextureConverter textures(task.model, options.longestTextureSide, options.textureFolders,
-                                      options.tooLargeTextures);
-  textures.onConvert = [&](const fs::path& picture) {
-    job.status.Send(ts3d::Notice::ConvertingPicture, picture.string());
-  };
-  StepTimes times;
-  host.onTexture = [&](const std::string& source, bool exists) {
-    return times.Within("pictures",
-                        [&] { return textures.Provide(job.files, job.loaded.Scene(), source, exists); });
-  };
-  host.Attach(job);
-  SetUp(job, options);
-  job.onProgress = [&](double fraction) {
-    if (fraction == ts3d::kModelLoaded) times.Begin("skeleton");
-    if (fraction == ts3d::kMeshesWritten) times.Begin("package");
-  };
-  ts3d::RigFaults faults;
-  job.onMesh = [&](const ts3d::ConvertedMesh& mesh) { faults.Take(mesh, *job.skeleton); };
-  ts3d::ConversionRequest request;
-  request.actorType = options.actorType;
-  const bool mayBeCurrent = options.update && IsCurrent(task, FixedInputs(task, options));
-  std::set<fs::path> dataFiles;
-  request.chooseRepairs = [&](scene::KFbxScene& scene, const ts3d::ModelSource& model) {
-    for (const scene::KString& file : scene.GetDataFiles()) dataFiles.insert(platform::NativePath(file));
-    if (mayBeCurrent) {
-      std::set<fs::path> inputs = textures.FindInputs(job.files, scene);
-      inputs.insert(dataFiles.begin(), dataFiles.end());
-      LeaveIfCurrent(task, inputs, result);
-    }
-    return options.repairsAsNeeded ? RepairAsNeeded(scene, model, task, options, result) : options.repairs;
-  };
-  request.onConverted = [&](const scene::KFbxNode& root) {
-    result.malformedNames = ts3d::NamesThatBreakDocument(job.Model(), job.skeleton->bones);
-    TakeFaults(faults, job, result);
-    if (!NamesSomething(options)) return;
-    result.unmatchedOptions =
-        FindUnmatchedOptions(options, ts3d::CollectOptionTargets(root, job.skeleton->bones));
-  };
-  request.onSkeleton = [&](const ts3d::SkeletonState& skeleton) {
-    times.Begin("meshes");
-    if (!options.renamePreset.empty()) AddPresetRenames(options, skeleton, job, result);
-  };
-  times.Begin("load");
-  try {
-    result.code = Convert(task, work, std::move(request), job);
-  } catch (const PackageIsCurrent&) {
-    TakeCurrentPackage(task, options, result);
-    return result;
-  }
-  if (result.code == 0 && finish)
-    result.code = times.Within("final settings", [&] { return Finish(work, *finish, job, result); });
-  result.steps = times.End();
-  if (result.code != 0 && result.reason.empty()) result.reason = WhyFailed(task, work, result.code, job);
-  result.readerOutput = job.loadError;
-  result.damage = job.damagedArrays;
-  result.said = said.Take();
-  TakePictures(textures, options, result);
-  for (const fs::path& input : dataFiles) result.inputs.push_back(input.string());
-  const fs::path package = WithExtension(work.Model(), "czp");
-  if (result.code == 0) RefuseEmptyPackage(package, result);
-  if (result.code == 0) TakePackage(task, package, options, job, result);
-  return result;
+  return ModelConversion(task, work, options, onStatus).Run(finish);
 }
 
 std::vector<std::string> Publish(const ModelTask& task, const WorkFolder& work,
