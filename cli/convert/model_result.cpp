@@ -48,14 +48,7 @@ void WriteResult(ts3d::JsonWriter& json, const ModelResult& result) {
   json.Member("inputs", result.inputs);
   json.Member("package", result.package);
   json.Member("package_bytes", result.packageBytes);
-  json.OpenArray("members");
-  for (const MemberSize& member : result.members) {
-    json.OpenObject();
-    json.Member("name", member.name);
-    json.Member("bytes", member.bytes);
-    json.CloseObject();
-  }
-  json.CloseArray();
+  ts3d::WriteMembers(json, result.members);
 }
 
 std::string ToJson(const ModelResult& result) {
@@ -71,24 +64,16 @@ std::string ToJson(const ModelResult& result) {
   ts3d::WriteFindings(json, result.notes);
   json.Key("faults");
   ts3d::WriteFindings(json, result.faults);
-  json.OpenArray("textures");
-  for (const textures::TextureProblem& problem : result.textureProblems) {
-    json.OpenObject();
+  json.Objects("textures", result.textureProblems, [&](const textures::TextureProblem& problem) {
     json.Member("source", problem.source);
     json.Member("problem", problem.text);
     json.Member("missing", problem.isMissing);
-    json.CloseObject();
-  }
-  json.CloseArray();
-  json.OpenArray("unmatched_options");
-  for (const UnmatchedOption& entry : result.unmatchedOptions) {
-    json.OpenObject();
+  });
+  json.Objects("unmatched_options", result.unmatchedOptions, [&](const UnmatchedOption& entry) {
     json.Member("option", entry.option);
     json.Member("name", entry.name);
     json.Member("nearest", entry.nearest);
-    json.CloseObject();
-  }
-  json.CloseArray();
+  });
   json.Member("shrunk", result.shrunkPictures);
   json.CloseObject();
   return json.Text();

@@ -12,18 +12,14 @@ namespace {
 using ts3d::JsonWriter;
 
 void WriteMembers(JsonWriter& json, const actor::PackageContents& contents) {
-  json.OpenArray("members");
-  for (const actor::Member& member : contents.members) {
-    json.OpenObject();
+  json.Objects("members", contents.members, [&](const actor::Member& member) {
     json.Member("name", member.name);
     json.Member("size", member.size);
     json.Member("packed_size", member.packedSize);
     json.Member("date", member.date.empty() ? std::nullopt : std::optional(member.date));
     json.Member("sound", member.sound);
     json.Member("superseded", member.superseded);
-    json.CloseObject();
-  }
-  json.CloseArray();
+  });
 }
 
 void WriteDocument(JsonWriter& json, const actor::Document& document) {
@@ -37,32 +33,21 @@ void WriteDocument(JsonWriter& json, const actor::Document& document) {
   json.Member("y", document.rotationY);
   json.CloseObject();
   json.Member("skeleton_file", document.skeletonFile);
-  json.OpenArray("bone_renames");
-  for (const auto& [oldName, newName] : document.boneRenames) {
-    json.OpenObject();
+  json.Objects("bone_renames", document.boneRenames, [&](const auto& pair) {
+    const auto& [oldName, newName] = pair;
     json.Member("old", oldName);
     json.Member("new", newName);
-    json.CloseObject();
-  }
-  json.CloseArray();
-  json.OpenArray("meshes");
-  for (const actor::DocumentMesh& mesh : document.meshes) {
-    json.OpenObject();
+  });
+  json.Objects("meshes", document.meshes, [&](const actor::DocumentMesh& mesh) {
     json.Member("name", mesh.name);
     json.Member("file", mesh.file);
     json.Member("both_sides", mesh.bothSides);
-    json.CloseObject();
-  }
-  json.CloseArray();
-  json.OpenArray("materials");
-  for (const actor::DocumentMaterial& material : document.materials) {
-    json.OpenObject();
+  });
+  json.Objects("materials", document.materials, [&](const actor::DocumentMaterial& material) {
     json.Member("name", material.name);
     json.Member("file", material.file);
     json.Member("thread", material.threadId);
-    json.CloseObject();
-  }
-  json.CloseArray();
+  });
   json.CloseObject();
 }
 
@@ -79,9 +64,7 @@ void WriteBones(JsonWriter& json, const actor::Skeleton& skeleton) {
 }
 
 void WriteMeshes(JsonWriter& json, const std::vector<actor::Mesh>& meshes) {
-  json.OpenArray("meshes");
-  for (const actor::Mesh& mesh : meshes) {
-    json.OpenObject();
+  json.Objects("meshes", meshes, [&](const actor::Mesh& mesh) {
     json.Member("name", mesh.name);
     json.Member("thread", mesh.threadId);
     json.Member("vertices", mesh.vertices.size());
@@ -95,24 +78,18 @@ void WriteMeshes(JsonWriter& json, const std::vector<actor::Mesh>& meshes) {
       json.Member("high", box.high);
       json.CloseObject();
     }
-    json.CloseObject();
-  }
-  json.CloseArray();
+  });
 }
 
 void WriteMaterials(JsonWriter& json, const std::vector<actor::Material>& materials) {
-  json.OpenArray("materials");
-  for (const actor::Material& material : materials) {
-    json.OpenObject();
+  json.Objects("materials", materials, [&](const actor::Material& material) {
     json.Member("name", material.name);
     json.Member("ambient", material.ambient);
     json.Member("diffuse", material.diffuse);
     json.Member("specular", material.specular);
     json.Member("shininess", material.shininess);
     json.Member("picture", material.hasMap ? std::optional(material.map) : std::nullopt);
-    json.CloseObject();
-  }
-  json.CloseArray();
+  });
 }
 
 void WritePictures(JsonWriter& json, const std::vector<actor::Picture>& pictures) {

@@ -7,17 +7,11 @@
 #include <numbers>
 
 namespace actor {
-namespace {
-
-Double3 Cross(const Double3& a, const Double3& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
-}  // namespace
+namespace {}  // namespace
 
 Double3 RigidTransform::Apply(const Double3& v) const {
   const Double3 axis{rotation[0], rotation[1], rotation[2]};
-  const Double3 first = Cross(axis, v), second = Cross(axis, first);
+  const Double3 first = base::Cross(axis, v), second = base::Cross(axis, first);
   Double3 result;
   for (size_t i = 0; i < 3; ++i) {
     result[i] = v[i] + 2.0 * (rotation[3] * first[i] + second[i]) + translation[i];

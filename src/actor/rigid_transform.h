@@ -5,12 +5,11 @@
 #include <vector>
 
 #include "actor/actor.h"
+#include "base/vectors.h"
 
 namespace actor {
 
-using Double3 = std::array<double, 3>;
-
-inline Double3 Minus(const Double3& a, const Double3& b) { return {a[0] - b[0], a[1] - b[1], a[2] - b[2]}; }
+using Double3 = base::Vector;
 
 /// A turn followed by a shift: v -> rotation * v + translation. The quaternion has the usual form, not that
 /// of files, and length 1.

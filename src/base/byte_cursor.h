@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -21,6 +22,24 @@ T LoadNumber(const char* bytes, bool bigEndian) {
   T value;
   std::memcpy(&value, raw, sizeof(T));
   return value;
+}
+
+/// Puts the bytes of `value` at `bytes`, the lowest first.
+template <typename T>
+void StoreLittleEndian(T value, void* bytes) {
+  unsigned char raw[sizeof(T)];
+  std::memcpy(raw, &value, sizeof(T));
+  if constexpr (std::endian::native == std::endian::big) {
+    for (size_t i = 0; i < sizeof(T) / 2; ++i) std::swap(raw[i], raw[sizeof(T) - 1 - i]);
+  }
+  std::memcpy(bytes, raw, sizeof(T));
+}
+
+/// Appends them to `bytes`.
+template <typename T>
+void AppendLittleEndian(T value, std::string& bytes) {
+  bytes.resize(bytes.size() + sizeof(T));
+  StoreLittleEndian(value, bytes.data() + bytes.size() - sizeof(T));
 }
 
 /// Checked reader over bytes that it does not own. A failed read returns zero and moves nothing, so a parser

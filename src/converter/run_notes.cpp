@@ -20,8 +20,7 @@ void WriteHead(JsonWriter& json, int32_t result, std::string_view error,
   WriteJsonHead(json, "library", kJsonVersion);
   json.Member("result", result);
   json.Member("error", error);
-  json.Key("messages");
-  json.OpenArray();
+  json.OpenArray("messages");
   if (result != FBX_TO_TS3D_OK) WriteFinding(json, FailureFinding(result, std::string(error)));
   for (const Finding& message : messages) WriteFinding(json, message);
   json.CloseArray();
@@ -32,28 +31,11 @@ std::string End(JsonWriter& json) {
   return JsonText(json.Text());
 }
 
-void WriteMembers(JsonWriter& json, const std::vector<MemberSize>& members) {
-  json.Key("members");
-  json.OpenArray();
-  for (const MemberSize& member : members) {
-    json.OpenObject();
-    json.Member("name", member.name);
-    json.Member("bytes", member.bytes);
-    json.CloseObject();
-  }
-  json.CloseArray();
-}
-
 void WriteRepairs(JsonWriter& json, const std::vector<NeededRepair>& repairs) {
-  json.Key("repairs");
-  json.OpenArray();
-  for (const NeededRepair& repair : repairs) {
-    json.OpenObject();
+  json.Objects("repairs", repairs, [&](const NeededRepair& repair) {
     json.Member("repair", repair.option.substr(repair.option.find_first_not_of('-')));
     json.Member("reason", repair.reason);
-    json.CloseObject();
-  }
-  json.CloseArray();
+  });
 }
 
 }  // namespace
@@ -91,8 +73,7 @@ std::string ConversionAsJson(int32_t result, std::string_view error, const Conve
 std::string CheckAsJson(int32_t result, std::string_view error, const RigReport& report) {
   JsonWriter json;
   WriteHead(json, result, error);
-  json.Key("check");
-  json.OpenObject();
+  json.OpenObject("check");
   WriteReport(json, report);
   json.CloseObject();
   return End(json);

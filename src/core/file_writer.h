@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/byte_cursor.h"
 #include "core/work_files.h"
 
 namespace ts3d {
@@ -24,12 +25,7 @@ class ByteWriter {
   void Bytes(const void* data, size_t size);
   void Int32(int32_t value) {
     if (sizeof buffer_ - used_ < 4) Flush();
-    unsigned char* out = buffer_ + used_;
-    const auto bits = static_cast<uint32_t>(value);
-    out[0] = static_cast<unsigned char>(bits);
-    out[1] = static_cast<unsigned char>(bits >> 8);
-    out[2] = static_cast<unsigned char>(bits >> 16);
-    out[3] = static_cast<unsigned char>(bits >> 24);
+    base::StoreLittleEndian(value, buffer_ + used_);
     used_ += 4;
   }
   void Float32(float value);

@@ -64,6 +64,18 @@ class JsonWriter {
     Value(value);
   }
 
+  /// An array with an object for each of `values`, whose members `write` writes.
+  template <std::ranges::input_range T, typename Write>
+  void Objects(std::string_view name, const T& values, const Write& write) {
+    OpenArray(name);
+    for (const auto& value : values) {
+      OpenObject();
+      write(value);
+      CloseObject();
+    }
+    CloseArray();
+  }
+
   const std::string& Text() const { return text_; }
 
  private:

@@ -8,6 +8,8 @@
 #include <map>
 #include <stdexcept>
 
+#include "base/byte_cursor.h"
+#include "base/vectors.h"
 #include "export/gltf_buffer.h"
 #include "export/gltf_skin.h"
 
@@ -40,7 +42,7 @@ double ToLinear(double colour) {
 }
 
 void AppendWord(std::string& bytes, size_t word) {
-  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(word >> shift & 0xff);
+  base::AppendLittleEndian(static_cast<uint32_t>(word), bytes);
 }
 
 void AppendChunk(std::string& bytes, std::string_view kind, const std::string& content, char padding) {
@@ -173,16 +175,13 @@ class GltfExport {
 
   void WriteAttributes(const Mesh& mesh, JsonWriter& attributes) {
     std::vector<float> positions, normals, uvs;
-    GltfBuffer::Bounds bounds{mesh.vertices[0].position, mesh.vertices[0].position};
+    base::Box bounds;
     for (const Vertex& vertex : mesh.vertices) {
       const Vector3 normal = UnitNormal(vertex.normal);
       positions.insert(positions.end(), vertex.position.begin(), vertex.position.end());
       normals.insert(normals.end(), normal.begin(), normal.end());
       uvs.insert(uvs.end(), vertex.uv.begin(), vertex.uv.end());
-      for (size_t i = 0; i < 3; ++i) {
-        bounds.low[i] = std::min(bounds.low[i], vertex.position[i]);
-        bounds.high[i] = std::max(bounds.high[i], vertex.position[i]);
-      }
+      bounds.Add(base::ToVector(vertex.position));
     }
     attributes.Member("POSITION", buffer_.Add<float>(positions, 3, "VEC3", GltfBuffer::Vertices, &bounds));
     attributes.Member("NORMAL", buffer_.Add<float>(normals, 3, "VEC3", GltfBuffer::Vertices));

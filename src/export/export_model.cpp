@@ -10,12 +10,6 @@
 namespace actor {
 namespace {
 
-Double3 Subtract(const Vector3& a, const Vector3& b) {
-  Double3 result;
-  for (size_t i = 0; i < 3; ++i) result[i] = static_cast<double>(a[i]) - static_cast<double>(b[i]);
-  return result;
-}
-
 Double3 ToUnitRange(const std::array<int32_t, 4>& colour) {
   Double3 result;
   for (size_t i = 0; i < 3; ++i) result[i] = std::clamp(colour[i], 0, 255) / 255.0;
@@ -50,8 +44,8 @@ std::vector<std::array<int32_t, 3>> FacesOutwards(const Mesh& mesh) {
   const auto corner = [&](size_t i) -> const Vertex& {
     return mesh.vertices[static_cast<size_t>(faces[0][i])];
   };
-  const Double3 a = Subtract(corner(1).position, corner(0).position);
-  const Double3 b = Subtract(corner(2).position, corner(0).position);
+  const Double3 a = base::Minus(base::ToVector(corner(1).position), base::ToVector(corner(0).position));
+  const Double3 b = base::Minus(base::ToVector(corner(2).position), base::ToVector(corner(0).position));
   const Vector3& normal = corner(0).normal;
   const double along = (a[1] * b[2] - a[2] * b[1]) * static_cast<double>(normal[0]) +
                        (a[2] * b[0] - a[0] * b[2]) * static_cast<double>(normal[1]) +
@@ -63,7 +57,7 @@ std::vector<std::array<int32_t, 3>> FacesOutwards(const Mesh& mesh) {
 }
 
 Vector3 UnitNormal(const Vector3& normal) {
-  const Double3 exact = Subtract(normal, {});
+  const Double3 exact = base::ToVector(normal);
   const double length = std::hypot(exact[0], exact[1], exact[2]);
   if (length < 1e-12) return {0.0f, 1.0f, 0.0f};
   Vector3 unit;

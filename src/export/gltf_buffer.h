@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
 
+#include "base/vectors.h"
 #include "export/gltf_list.h"
 
 namespace actor {
@@ -15,16 +15,12 @@ class GltfBuffer {
  public:
   enum Target { None = 0, Vertices = 34962, Indices = 34963 };
 
-  /// The lowest and highest values of an accessor, which positions need.
-  struct Bounds {
-    std::array<float, 3> low, high;
-  };
-
   /// Adds an accessor over `values`: `components` of them make one element of the glTF type `type`.
+  /// @param bounds  of positions, which need them
   /// @return its number
   template <class T>
   size_t Add(std::span<const T> values, size_t components, const char* type, Target target,
-             const Bounds* bounds = nullptr) {
+             const base::Box* bounds = nullptr) {
     const size_t view = AddView(values.data(), values.size_bytes(), target);
     ts3d::JsonWriter& json = accessors_.Open();
     json.Member("bufferView", view);

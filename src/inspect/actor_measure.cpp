@@ -19,13 +19,11 @@ struct Carried {
   size_t vertices = 0;
 };
 
-double Dot(const Double3& a, const Double3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
-
 /// Distance of `point` from the line between `start` and `end`.
 double FromLine(const Double3& point, const Double3& start, const Double3& end) {
-  const Double3 line = Minus(end, start), from = Minus(point, start);
-  const double square = Dot(line, line);
-  const double along = square > 0.0 ? std::clamp(Dot(from, line) / square, 0.0, 1.0) : 0.0;
+  const Double3 line = base::Minus(end, start), from = base::Minus(point, start);
+  const double square = base::Dot(line, line);
+  const double along = square > 0.0 ? std::clamp(base::Dot(from, line) / square, 0.0, 1.0) : 0.0;
   return std::hypot(from[0] - along * line[0], from[1] - along * line[1], from[2] - along * line[2]);
 }
 
@@ -82,34 +80,16 @@ std::vector<Carried> SumByBone(const Actor& actor) {
 
 }  // namespace
 
-Box::Box() {
-  low.fill(std::numeric_limits<double>::infinity());
-  high.fill(-std::numeric_limits<double>::infinity());
-}
-
-void Box::Add(const Double3& point) {
-  for (size_t axis = 0; axis < 3; ++axis) {
-    low[axis] = std::min(low[axis], point[axis]);
-    high[axis] = std::max(high[axis], point[axis]);
-  }
-}
-
-void Box::Add(const Vector3& point) { Add(Double3{point[0], point[1], point[2]}); }
-
-double Box::Diagonal() const {
-  return IsEmpty() ? 0.0 : std::hypot(high[0] - low[0], high[1] - low[1], high[2] - low[2]);
-}
-
 Box BoundsOf(const Mesh& mesh) {
   Box box;
-  for (const Vertex& vertex : mesh.vertices) box.Add(vertex.position);
+  for (const Vertex& vertex : mesh.vertices) box.Add(base::ToVector(vertex.position));
   return box;
 }
 
 BoneDistance MeasureBoneDistance(const Actor& actor) {
   Box box;
   for (const Mesh& mesh : actor.meshes) {
-    for (const Vertex& vertex : mesh.vertices) box.Add(vertex.position);
+    for (const Vertex& vertex : mesh.vertices) box.Add(base::ToVector(vertex.position));
   }
   const double diagonal = box.Diagonal();
   if (diagonal == 0.0) return {};

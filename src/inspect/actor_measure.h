@@ -1,23 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <vector>
 
 #include "actor/actor.h"
+#include "base/vectors.h"
 
 namespace actor {
 
-/// The box around points; empty (low above high) at first.
-struct Box {
-  Box();
-  void Add(const std::array<double, 3>& point);
-  void Add(const Vector3& point);
-  bool IsEmpty() const { return low[0] > high[0]; }
-  double Diagonal() const;  ///< 0 when empty
-
-  std::array<double, 3> low, high;
-};
+using base::Box;
 
 Box BoundsOf(const Mesh& mesh);
 

@@ -14,8 +14,6 @@ constexpr double kTolerance = 1e-3;      // of the skeleton's size, or of a half
 constexpr double kSmallestScale = 1e-6;  // a scale of 100 shows as 10000
 constexpr double kUnitTolerance = 0.01;
 
-double Length(const Double3& v) { return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]); }
-
 /// How the composed skeleton differs from where bone space has the bones.
 struct Comparison {
   std::vector<Double3> offsets;  ///< by bone
@@ -30,12 +28,12 @@ Comparison Compare(const Skeleton& skeleton) {
   const Double3 first = BindTransform(skeleton.bones[0]).translation;
   for (size_t i = 0; i < places.size(); ++i) {
     const RigidTransform bind = BindTransform(skeleton.bones[i]);
-    result.offsets.push_back(Minus(places[i].translation, bind.translation));
-    result.size = std::max(result.size, Length(Minus(bind.translation, first)));
+    result.offsets.push_back(base::Minus(places[i].translation, bind.translation));
+    result.size = std::max(result.size, base::Length(base::Minus(bind.translation, first)));
     if (TurnBetween(places[i], bind) > kTolerance) result.firstTurned = std::min(result.firstTurned, i);
   }
   // A skeleton of one bone still has a size to compare with: its distance from the origin.
-  if (result.size == 0.0) result.size = std::max(Length(first), 1.0);
+  if (result.size == 0.0) result.size = std::max(base::Length(first), 1.0);
   return result;
 }
 
@@ -44,8 +42,9 @@ size_t FirstAstray(const Skeleton& skeleton, const Comparison& compared) {
   for (size_t i = 0; i < skeleton.bones.size(); ++i) {
     const int32_t parent = skeleton.bones[i].parent;
     if (parent < 0) continue;
-    const Double3 difference = Minus(compared.offsets[i], compared.offsets[static_cast<size_t>(parent)]);
-    if (Length(difference) > kTolerance * compared.size) return i;
+    const Double3 difference =
+        base::Minus(compared.offsets[i], compared.offsets[static_cast<size_t>(parent)]);
+    if (base::Length(difference) > kTolerance * compared.size) return i;
   }
   return skeleton.bones.size();
 }
@@ -53,17 +52,17 @@ size_t FirstAstray(const Skeleton& skeleton, const Comparison& compared) {
 /// Whether a scale of the top bone explains its offset: it lies on the line from the origin to the bone.
 bool IsScaled(const Bone& bone, const Double3& offset, double size) {
   const Double3 bind = BindTransform(bone).translation;
-  const double length = Length(bind);
+  const double length = base::Length(bind);
   if (length == 0.0) return false;
   const double along = (offset[0] * bind[0] + offset[1] * bind[1] + offset[2] * bind[2]) / length / length;
   // The offset of a mirrored, collapsed or exploded bone lies on that line as well.
   if (!(1.0 + along > kSmallestScale && 1.0 + along < 1.0 / kSmallestScale)) return false;
   const Double3 line{along * bind[0], along * bind[1], along * bind[2]};
-  return Length(Minus(offset, line)) <= kTolerance * (size + Length(offset));
+  return base::Length(base::Minus(offset, line)) <= kTolerance * (size + base::Length(offset));
 }
 
 void CheckTopBone(const Bone& bone, const Double3& offset, double size, Findings& findings) {
-  if (Length(offset) <= kTolerance * size) return;
+  if (base::Length(offset) <= kTolerance * size) return;
   if (IsScaled(bone, offset, size)) {
     AddProblem(
         findings, "root-scale-offset", bone.name,

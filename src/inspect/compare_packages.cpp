@@ -33,9 +33,9 @@ double Angle(const Quaternion& a, const Quaternion& b) {
 double SizeOf(const Actor& actor) {
   Box box;
   for (const Mesh& mesh : actor.meshes) {
-    for (const Vertex& vertex : mesh.vertices) box.Add(vertex.position);
+    for (const Vertex& vertex : mesh.vertices) box.Add(base::ToVector(vertex.position));
   }
-  for (const Bone& bone : actor.skeleton.bones) box.Add(bone.translation);
+  for (const Bone& bone : actor.skeleton.bones) box.Add(base::ToVector(bone.translation));
   return box.Diagonal();
 }
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "scene/mixed_hash.h"
+#include "base/mixed_hash.h"
 #include "scene/model/mesh.h"
 
 namespace ts3d {
@@ -36,8 +36,8 @@ class RecordTable {
   size_t SlotOf(int32_t controlPoint, int32_t coordinate) const {
     const size_t mask = slots_.size() - 1;
     const uint64_t key =
-        scene::PairKey(static_cast<uint32_t>(controlPoint), static_cast<uint32_t>(coordinate));
-    for (size_t slot = scene::MixedHash()(key) & mask;; slot = (slot + 1) & mask) {
+        base::PairKey(static_cast<uint32_t>(controlPoint), static_cast<uint32_t>(coordinate));
+    for (size_t slot = base::MixedHash()(key) & mask;; slot = (slot + 1) & mask) {
       if (slots_[slot] == kEmpty) return slot;
       const FullPointData& record = records_[static_cast<size_t>(slots_[slot])];
       if (record.controlPoint == controlPoint && record.textureIndex == coordinate) return slot;

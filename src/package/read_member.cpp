@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+#include "core/json_writer.h"
 #include "package/archive_files.h"
 
 namespace ts3d {
@@ -78,6 +79,13 @@ std::vector<MemberSize> ListMembers(const std::string& path) {
   std::vector<MemberSize> members;
   ForEachMember(archive.get(), [&](MemberSize member) { members.push_back(std::move(member)); });
   return members;
+}
+
+void WriteMembers(JsonWriter& json, const std::vector<MemberSize>& members) {
+  json.Objects("members", members, [&](const MemberSize& member) {
+    json.Member("name", member.name);
+    json.Member("bytes", member.bytes);
+  });
 }
 
 }  // namespace ts3d

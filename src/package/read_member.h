@@ -9,6 +9,8 @@
 
 namespace ts3d {
 
+class JsonWriter;
+
 /// One file of a package, unpacked.
 struct PackageMember {
   std::string name;
@@ -28,6 +30,9 @@ struct MemberSize {
   std::string name;
   uint64_t bytes = 0;
 };
+
+/// The member "members" of a report.
+void WriteMembers(JsonWriter& json, const std::vector<MemberSize>& members);
 
 /// All members of the package `path`, in order, as far as they can be told.
 std::vector<MemberSize> ListMembers(const std::string& path);

@@ -9,4 +9,8 @@ bool IsPlainFileName(std::string_view name) {
          name.find_first_of(kSeparatorsAndZero) == std::string_view::npos && !IsReservedFileName(name);
 }
 
+bool IsPlainNameOfModel(std::string_view name) {
+  return IsPlainFileName(name) && name.find(':') == std::string_view::npos;
+}
+
 }  // namespace platform

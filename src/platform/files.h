@@ -38,6 +38,8 @@ bool IsReservedFileName(std::string_view name);
 /// Whether `name` can only name a file inside the folder that it is opened in: not empty, not "." or "..", no
 /// separator, no zero byte and no name that the system keeps for itself.
 bool IsPlainFileName(std::string_view name);
+/// The same for a name that a model brings, whatever system it was made on: no drive either, nor a scheme.
+bool IsPlainNameOfModel(std::string_view name);
 
 /// Whether a file-status query on `path` succeeds. True for folders as well.
 bool FileExists(std::string_view path);

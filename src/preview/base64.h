@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <bit>
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <type_traits>
+
+#include "base/byte_cursor.h"
 
 namespace preview {
 
@@ -14,10 +13,7 @@ class NumberBytes {
  public:
   template <class Number>
   void Add(Number number) {
-    using Bits = std::conditional_t<sizeof(Number) == 2, uint16_t, uint32_t>;
-    static_assert(sizeof(Number) == sizeof(Bits));
-    const auto bits = std::bit_cast<Bits>(number);
-    for (size_t i = 0; i < sizeof(Bits); ++i) bytes_ += static_cast<char>((bits >> (8 * i)) & 0xff);
+    base::AppendLittleEndian(number, bytes_);
   }
   const std::string& Bytes() const { return bytes_; }
 

@@ -11,7 +11,7 @@ constexpr double kMargin = 0.04;   ///< of the picture's side, on each side
 
 }  // namespace
 
-Camera::Camera(const Stand& stand, const View& view, const Bounds& bounds) : centre_(bounds.Centre()) {
+Camera::Camera(const Stand& stand, const View& view, const base::Box& bounds) : centre_(bounds.Centre()) {
   const double turn = view.turn * std::numbers::pi / 180.0;
   const double raise = view.raise * std::numbers::pi / 180.0;
   const Vector level = stand.front * std::cos(turn) + stand.side * std::sin(turn);
@@ -31,14 +31,14 @@ Seen Camera::Look(const Vector& point) const {
 }
 
 void Camera::Fit(std::vector<Camera>& cameras, const std::vector<Vector>& points, int size) {
-  Bounds plane;
+  base::Box plane;
   for (const Camera& camera : cameras) {
     for (const Vector& point : points) {
       const Seen seen = camera.Look(point);
       plane.Add({seen.x, seen.y, 0.0});
     }
   }
-  if (plane.empty) return;
+  if (plane.IsEmpty()) return;
   const double extent = std::max(std::max(plane.Extent()[0], plane.Extent()[1]), 1e-30);
   for (Camera& camera : cameras) {
     camera.scale_ = size * (1.0 - 2.0 * kMargin) / extent;

@@ -22,7 +22,7 @@ struct Seen {
 /// A viewer who looks at the middle of a model from outside its bounds, slightly in perspective.
 class Camera {
  public:
-  Camera(const Stand& stand, const View& view, const Bounds& bounds);
+  Camera(const Stand& stand, const View& view, const base::Box& bounds);
 
   /// `point` in units of the picture plane, before `Fit`; in pixels after it.
   Seen Look(const Vector& point) const;

@@ -48,7 +48,7 @@ class HeatBuilder {
  public:
   HeatBuilder(const prove::HeatMap& heat, const Stand& stand, double diagonal)
       : stand_(stand), diagonal_(diagonal) {
-    Bounds bounds;
+    base::Box bounds;
     for (const prove::HeatMesh& mesh : heat.meshes) {
       for (const auto* points : {&mesh.model, &mesh.package}) {
         for (const Vector& point : *points) {

@@ -95,13 +95,13 @@ std::vector<Vector> BulkPoints(const actor::Actor& drawable) {
   return points;
 }
 
-Bounds ModelBounds(const actor::Actor& drawable) {
-  Bounds bounds;
+base::Box ModelBounds(const actor::Actor& drawable) {
+  base::Box bounds;
   for (const Vector& point : BulkPoints(drawable)) bounds.Add(point);
-  if (bounds.empty) {
+  if (bounds.IsEmpty()) {
     for (const Vector& origin : BoneOrigins(drawable.skeleton)) bounds.Add(origin);
   }
-  if (bounds.empty) bounds.Add({0, 0, 0});
+  if (bounds.IsEmpty()) bounds.Add({0, 0, 0});
   return bounds;
 }
 

@@ -21,6 +21,6 @@ std::vector<Vector> BoneOrigins(const actor::Skeleton& skeleton);
 std::vector<Vector> BulkPoints(const actor::Actor& drawable);
 
 /// The box around those points; around the bones when there are none.
-Bounds ModelBounds(const actor::Actor& drawable);
+base::Box ModelBounds(const actor::Actor& drawable);
 
 }  // namespace preview

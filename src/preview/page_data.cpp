@@ -139,7 +139,7 @@ std::string WritePageData(const actor::Actor& source, const std::string& title,
                           const actor::PictureEncoder& encode, const std::optional<Vector>& up) {
   const actor::Actor actor = Drawable(source);
   const Stand stand = FindStand(actor, up);
-  const Bounds bounds = ModelBounds(actor);
+  const base::Box bounds = ModelBounds(actor);
   Looks looks(actor, encode);
   JsonWriter json(JsonWriter::Layout::Compact);
   json.OpenObject();

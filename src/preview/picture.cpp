@@ -26,7 +26,7 @@ std::vector<Vector> FramedPoints(const actor::Actor& actor, bool withBones) {
 
 std::vector<Camera> PlaceCameras(const actor::Actor& actor, const PictureOptions& options) {
   const std::vector<Vector> points = FramedPoints(actor, options.bones);
-  Bounds framed;
+  base::Box framed;
   for (const Vector& point : points) framed.Add(point);
   const Stand stand = FindStand(actor, options.up);
   std::vector<Camera> cameras;

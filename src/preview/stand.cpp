@@ -28,7 +28,7 @@ std::optional<Vector> AxisFrom(const Places& from, const Places& to, const Vecto
 }
 
 /// Rule 1: the ground under the model.
-std::optional<Vector> UpFromGround(const Bounds& bounds, const Vector& side) {
+std::optional<Vector> UpFromGround(const base::Box& bounds, const Vector& side) {
   constexpr double kTolerance = 0.04;  // soles reach a little below the ground
   Vector up{};
   int found = 0;
@@ -44,7 +44,7 @@ std::optional<Vector> UpFromGround(const Bounds& bounds, const Vector& side) {
   return found == 1 ? std::optional(up) : std::nullopt;
 }
 
-Vector FindUp(const Bounds& bounds, const NamedPlaces& places, const Vector& side) {
+Vector FindUp(const base::Box& bounds, const NamedPlaces& places, const Vector& side) {
   if (const auto up = UpFromGround(bounds, side)) return *up;
   if (const auto up = AxisFrom(places.foot.IsEmpty() ? places.toe : places.foot, places.head, side))
     return *up;

@@ -8,11 +8,8 @@
 namespace prove {
 namespace {
 
-double Dot(const Point& a, const Point& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
-
-Point Cross(const Point& a, const Point& b) {
-  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
+using base::Cross;
+using base::Dot;
 
 /// Makes `v` as long as 1; `otherwise` when it has no length.
 Point Unit(const Point& v, const Point& otherwise) {
@@ -21,8 +18,6 @@ Point Unit(const Point& v, const Point& otherwise) {
 }
 
 }  // namespace
-
-double Distance(const Point& a, const Point& b) { return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]); }
 
 Turn TurnAbout(const Point& axis, double degrees) {
   const double half = degrees * std::numbers::pi / 360.0, s = std::sin(half);

@@ -3,15 +3,15 @@
 
 #include <array>
 
+#include "base/vectors.h"
 #include "scene/math/matrix.h"
 
 /// Whether a package moves as its model does. Evaluates both by itself: nothing here is shared with the
 /// folders that make packages, so that what is wrong there shows.
 namespace prove {
 
-using Point = std::array<double, 3>;
-
-double Distance(const Point& a, const Point& b);
+using Point = base::Vector;
+using base::Distance;
 
 /// A turn: x, y, z and the scalar part, of length 1.
 using Turn = std::array<double, 4>;

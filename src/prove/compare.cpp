@@ -12,20 +12,6 @@
 namespace prove {
 namespace {
 
-/// The box around points.
-struct Bounds {
-  Point low{}, high{};
-  bool isEmpty = true;
-
-  void Add(const Point& p) {
-    for (size_t k = 0; k < 3; ++k) {
-      low[k] = isEmpty ? p[k] : std::min(low[k], p[k]);
-      high[k] = isEmpty ? p[k] : std::max(high[k], p[k]);
-    }
-    isEmpty = false;
-  }
-};
-
 bool IsUsable(const Point& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
 
 std::vector<float>& ErrorsOf(Comparison& comparison, Pose::Kind kind, size_t mesh) {
@@ -117,7 +103,7 @@ void Merge(const Comparison& from, Comparison& into) {
 
 double MeasureDiagonal(const ModelRig& rig, const Matches& matches) {
   const std::vector<Affine> worlds = BoundWorlds(rig);
-  Bounds bounds;
+  base::Box bounds;
   std::vector<Point> points;
   for (const MatchedMesh& mesh : matches.meshes) {
     Deform(matches.models[mesh.model], worlds, points);
@@ -125,7 +111,7 @@ double MeasureDiagonal(const ModelRig& rig, const Matches& matches) {
       if (IsUsable(points[point])) bounds.Add(points[point]);
     }
   }
-  const double diagonal = Distance(bounds.low, bounds.high);
+  const double diagonal = bounds.Diagonal();
   return diagonal > 0.0 ? diagonal : 1.0;
 }
 

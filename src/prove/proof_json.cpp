@@ -20,14 +20,10 @@ void WritePlace(JsonWriter& json, const ErrorPlace& place) {
 }
 
 void WriteErrors(JsonWriter& json, const char* name, const std::vector<NamedError>& errors) {
-  json.OpenArray(name);
-  for (const NamedError& each : errors) {
-    json.OpenObject();
+  json.Objects(name, errors, [&](const NamedError& each) {
     json.Member("name", each.name);
     WritePlace(json, each.worst);
-    json.CloseObject();
-  }
-  json.CloseArray();
+  });
 }
 
 void WriteCauses(JsonWriter& json, const std::vector<Message>& messages) {

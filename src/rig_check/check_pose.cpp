@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/vectors.h"
 #include "rig_check/bone_places.h"
 #include "rig_check/finding_kinds.h"
 #include "rig_check/rig_check.h"
@@ -18,16 +19,12 @@ using scene::KFbxXMatrix;
 
 /// Length of the diagonal of the box around all bones.
 double BoneExtent(const SkeletonState& skeleton) {
-  if (skeleton.boneNodes.empty()) return 0.0;
-  KFbxVector4 low = RestMatrix(*skeleton.boneNodes[0], skeleton).GetT(), high = low;
+  base::Box box;
   for (const KFbxNode* node : skeleton.boneNodes) {
     const KFbxVector4 p = RestMatrix(*node, skeleton).GetT();
-    for (size_t axis = 0; axis < 3; ++axis) {
-      low[axis] = std::min(low[axis], p[axis]);
-      high[axis] = std::max(high[axis], p[axis]);
-    }
+    box.Add({p[0], p[1], p[2]});
   }
-  return (high - low).Length();
+  return box.Diagonal();
 }
 
 /// Whether the two differ by more than rounding, for a rig of that size.

@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "base/vectors.h"
 #include "core/mesh_filter.h"
 #include "core/names.h"
 #include "mesh/scene_walk.h"
@@ -155,16 +156,13 @@ double RepairTrial::MeasureSize() {
     ForEachMesh([&](const KFbxNode& node, const KFbxMesh&) { places.push_back(WorldOf(node).GetT()); });
   }
   if (places.empty()) return kSmallest;
-  KFbxVector4 low = places.front(), high = low;
+  base::Box box;
   double farthest = 0.0;
   for (const KFbxVector4& place : places) {
     farthest = std::max(farthest, (place - KFbxVector4(0, 0, 0)).Length());
-    for (size_t axis = 0; axis < 3; ++axis) {
-      low[axis] = std::min(low[axis], place[axis]);
-      high[axis] = std::max(high[axis], place[axis]);
-    }
+    box.Add({place[0], place[1], place[2]});
   }
-  return std::max({(high - low).Length(), farthest / 1000.0, kSmallest});
+  return std::max({box.Diagonal(), farthest / 1000.0, kSmallest});
 }
 
 }  // namespace ts3d

@@ -4,26 +4,9 @@
 #include "core/visible_text.h"
 
 namespace ts3d {
-namespace {
-
-/// An object for each of `values`, whose members `write` writes.
-template <typename T, typename Write>
-void WriteObjects(JsonWriter& json, std::string_view name, const std::vector<T>& values, const Write& write) {
-  json.Key(name);
-  json.OpenArray();
-  for (const T& value : values) {
-    json.OpenObject();
-    write(value);
-    json.CloseObject();
-  }
-  json.CloseArray();
-}
-
-}  // namespace
 
 void WriteJsonHead(JsonWriter& json, std::string_view schema, int version) {
-  json.Key("schema");
-  json.OpenObject();
+  json.OpenObject("schema");
   json.Member("name", schema);
   json.Member("version", version);
   json.CloseObject();
@@ -36,8 +19,7 @@ void WriteFinding(JsonWriter& json, const Finding& finding) {
   json.Member("severity", NameOf(finding.severity));
   json.Member("message", finding.text);
   json.Member("fix", finding.fix);
-  json.Key("where");
-  json.OpenObject();
+  json.OpenObject("where");
   json.Member("kind", NameOf(finding.subject));
   json.Member("names", finding.names);
   json.CloseObject();
@@ -55,12 +37,12 @@ void WriteReport(JsonWriter& json, const RigReport& report) {
   json.Member("format", report.format);
   json.Member("fbx_version", report.format == "FBX" ? report.version : std::string());
   json.Member("object_id", report.objectId);
-  WriteObjects(json, "bones", report.bones, [&](const OutputBone& bone) {
+  json.Objects("bones", report.bones, [&](const OutputBone& bone) {
     json.Member("name", bone.name);
     json.Member("parent", bone.parent);
     json.Member("weighted", bone.weighted);
   });
-  WriteObjects(json, "meshes", report.meshes, [&](const OutputMesh& mesh) {
+  json.Objects("meshes", report.meshes, [&](const OutputMesh& mesh) {
     json.Member("name", mesh.name);
     json.Member("node", mesh.node);
     json.Member("vertices", mesh.vertices);
@@ -68,7 +50,7 @@ void WriteReport(JsonWriter& json, const RigReport& report) {
     json.Member("material", mesh.material);
     json.Member("texture", mesh.texture);
   });
-  WriteObjects(json, "textures", report.textures, [&](const UsedTexture& texture) {
+  json.Objects("textures", report.textures, [&](const UsedTexture& texture) {
     json.Member("name", texture.tgaName);
     json.Member("file", texture.fileName);
     json.Member("relative_file", texture.relativeFileName);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/vectors.h"
 #include "core/bulk.h"
 #include "rig_check/bone_places.h"
 #include "rig_check/choose_repairs.h"
@@ -95,27 +96,16 @@ void RigFaults::Tell(const ModelSource& model, SkeletonState& skeleton, RigRepor
 }
 
 double ModelSize(const std::vector<MeshFacts>& meshes, const SkeletonState& skeleton) {
-  std::array<double, 3> low{}, high{};
-  bool empty = true;
-  const auto add = [&](double x, double y, double z) {
-    const std::array<double, 3> point{x, y, z};
-    for (size_t axis = 0; axis < 3; ++axis) {
-      low[axis] = empty ? point[axis] : std::min(low[axis], point[axis]);
-      high[axis] = empty ? point[axis] : std::max(high[axis], point[axis]);
-    }
-    empty = false;
-  };
+  base::Box box;
   for (const MeshFacts& mesh : meshes) {
-    for (const Point& p : mesh.points) {
-      add(static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2]));
-    }
+    for (const Point& p : mesh.points) box.Add(base::ToVector(p));
   }
   for (size_t id = 0; id < skeleton.boneNodes.size(); ++id) {
     const scene::KFbxVector4 place =
         StoredPlace(*skeleton.bones.FindById(static_cast<int32_t>(id)), skeleton).GetT();
-    add(place[0], place[1], place[2]);
+    box.Add({place[0], place[1], place[2]});
   }
-  return std::max({high[0] - low[0], high[1] - low[1], high[2] - low[2]});
+  return box.LargestSide();
 }
 
 }  // namespace ts3d

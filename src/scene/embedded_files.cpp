@@ -10,11 +10,6 @@
 namespace scene {
 namespace {
 
-/// Names come from the file: only what names a file inside the folder is written. A drive is none.
-bool IsPlainName(std::string_view name) {
-  return platform::IsPlainFileName(name) && name.find(':') == std::string_view::npos;
-}
-
 /// "<model>.fbm\" for the path of a model.
 KString FolderFor(std::string_view modelPath) {
   const size_t separator = modelPath.find_last_of("\\/");
@@ -47,7 +42,7 @@ void ExtractEmbeddedFiles(KFbxScene& scene, std::string_view modelPath, bool wri
     if (isNew) {
       const KString name = KString(
           base::BaseName(video->GetFileName().empty() ? video->GetRelativeFileName() : video->GetFileName()));
-      const KString content = IsPlainName(name) ? video->ReadContent() : KString();
+      const KString content = platform::IsPlainNameOfModel(name) ? video->ReadContent() : KString();
       if (!content.empty() && (!write || WriteContent(folder, folder + name, content))) {
         entry->second = folder + name;
       }

@@ -47,10 +47,8 @@ bool HasTransparency(const Image& image) {
 bool WritePixels(const Image& image, bool hasAlpha, std::FILE* file) {
   ts3d::ByteWriter writer(file);
   unsigned char header[kHeaderSize] = {0, 0, kUncompressedColours};
-  header[12] = static_cast<unsigned char>(image.width & 0xff);
-  header[13] = static_cast<unsigned char>(image.width >> 8);
-  header[14] = static_cast<unsigned char>(image.height & 0xff);
-  header[15] = static_cast<unsigned char>(image.height >> 8);
+  base::StoreLittleEndian(static_cast<uint16_t>(image.width), header + 12);
+  base::StoreLittleEndian(static_cast<uint16_t>(image.height), header + 14);
   header[16] = hasAlpha ? 32 : 24;
   header[17] = hasAlpha ? 8 : 0;
   writer.Bytes(header, sizeof header);

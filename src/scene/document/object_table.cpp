@@ -18,7 +18,7 @@ constexpr std::string_view kBinaryRoot("Scene\0\1Model", 12);
 class RepeatGuard {
  public:
   bool Allow(const FbxConnection& connection, bool isMaterial) {
-    std::vector<std::string_view>& seen = seen_[PairKey(connection.source, connection.destination)];
+    std::vector<std::string_view>& seen = seen_[base::PairKey(connection.source, connection.destination)];
     if (seen.size() >= kMostOfPair) return false;
     // One material may fill several slots of a node.
     const bool isNew = std::find(seen.begin(), seen.end(), connection.property) == seen.end();
@@ -29,7 +29,7 @@ class RepeatGuard {
 
  private:
   static constexpr size_t kMostOfPair = 256;
-  std::unordered_map<uint64_t, std::vector<std::string_view>, MixedHash> seen_;
+  std::unordered_map<uint64_t, std::vector<std::string_view>, base::MixedHash> seen_;
 };
 
 }  // namespace

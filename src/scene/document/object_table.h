@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/mixed_hash.h"
 #include "scene/container/record_tree.h"
-#include "scene/mixed_hash.h"
 
 namespace scene {
 
@@ -89,7 +89,7 @@ class ObjectTable {
 
   bool ascii_;
   std::vector<FbxObject> objects_;
-  std::unordered_map<int64_t, uint32_t, MixedHash> byId_;
+  std::unordered_map<int64_t, uint32_t, base::MixedHash> byId_;
   std::unordered_map<std::string_view, uint32_t> byName_;
   /// Further objects of the name of an object, and how many of them have a parent.
   std::unordered_map<uint32_t, std::vector<uint32_t>> namesakes_;

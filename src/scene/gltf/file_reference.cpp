@@ -53,8 +53,8 @@ std::string PathBelowModel(std::string_view uri) {
     const std::string_view part(text.data() + start, end - start);
     start = end + 1;
     if (part == ".") continue;
-    // Plain names are neither "..", nor empty as before the slash of an absolute path, nor drives or schemes.
-    if (!platform::IsPlainFileName(part) || part.find(':') != std::string_view::npos) return {};
+    // Plain names are neither ".." nor empty, as before the slash of an absolute path.
+    if (!platform::IsPlainNameOfModel(part)) return {};
     path += (path.empty() ? "" : "\\") + std::string(part);
   }
   return path;

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "scene/mixed_hash.h"
+#include "base/mixed_hash.h"
 
 namespace scene::gltf {
 
@@ -45,7 +45,7 @@ class WordTable {
   size_t Hash(const uint32_t* words) const {
     uint64_t hash = 0;
     for (size_t i = 0; i < width_; i += 2) {
-      hash = hash_(hash ^ PairKey(words[i], i + 1 < width_ ? words[i + 1] : 0));
+      hash = hash_(hash ^ base::PairKey(words[i], i + 1 < width_ ? words[i + 1] : 0));
     }
     return static_cast<size_t>(hash);
   }
@@ -58,7 +58,7 @@ class WordTable {
     }
   }
 
-  MixedHash hash_;
+  base::MixedHash hash_;
   size_t width_;
   uint32_t count_ = 0;
   std::vector<uint32_t> words_;

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace scene {
+namespace base {
 
 /// Hash of a number whose bits all count. The standard's hash of a number is the number itself, so that a
 /// file could choose its identifiers to fall into one bucket; it cannot know where this program was loaded.
@@ -25,4 +25,4 @@ struct MixedHash {
 /// Two numbers as one key.
 constexpr uint64_t PairKey(uint32_t a, uint32_t b) { return static_cast<uint64_t>(a) << 32 | b; }
 
-}  // namespace scene
+}  // namespace base
