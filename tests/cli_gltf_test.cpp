@@ -38,10 +38,10 @@ void ExpectSameBones(const actor::Skeleton& made, const actor::Skeleton& expecte
   }
 }
 
-using Weights = std::map<int32_t, float>;
+using WeightOfBone = std::map<int32_t, float>;
 
-Weights WeightsOf(const actor::Mesh& mesh, const actor::Vertex& vertex) {
-  Weights weights;
+WeightOfBone WeightsOf(const actor::Mesh& mesh, const actor::Vertex& vertex) {
+  WeightOfBone weights;
   for (uint32_t i = 0; i < vertex.influenceCount; ++i) {
     const actor::Influence& influence = mesh.influences[vertex.firstInfluence + i];
     if (influence.weight > kTolerance) weights[influence.bone] += influence.weight;
@@ -58,13 +58,13 @@ bool IsNear(const std::array<float, N>& a, const std::array<float, N>& b, double
 }
 
 /// Whether `mesh` has a vertex of the place, the direction, the coordinates and the weights of `vertex`.
-bool HasVertex(const actor::Mesh& mesh, const actor::Vertex& vertex, const Weights& weights) {
+bool HasVertex(const actor::Mesh& mesh, const actor::Vertex& vertex, const WeightOfBone& weights) {
   return std::any_of(mesh.vertices.begin(), mesh.vertices.end(), [&](const actor::Vertex& own) {
     if (!IsNear(own.position, vertex.position, kTolerance * kSize) ||
         !IsNear(own.normal, vertex.normal, 0.01) || !IsNear(own.uv, vertex.uv, kTolerance)) {
       return false;
     }
-    const Weights ownWeights = WeightsOf(mesh, own);
+    const WeightOfBone ownWeights = WeightsOf(mesh, own);
     return std::equal(ownWeights.begin(), ownWeights.end(), weights.begin(), weights.end(),
                       [](const auto& a, const auto& b) {
                         return a.first == b.first && std::abs(a.second - b.second) < kTolerance;

@@ -69,9 +69,9 @@ const std::vector<Row>& Table() {
 }
 
 /// A fixture, read the way the converter reads models.
-class Loaded {
+class LoadedFixture {
  public:
-  explicit Loaded(const std::string& fixture) : manager_(scene::KFbxSdkManager::Create()) {
+  explicit LoadedFixture(const std::string& fixture) : manager_(scene::KFbxSdkManager::Create()) {
     scene::KFbxImporter& importer = *manager_->CreateImporter();
     scene = manager_->CreateScene("scene");
     isLoaded = importer.Initialize(FixturePath(fixture).string()) && importer.Import(*scene);
@@ -139,7 +139,7 @@ class FormatsTable : public testing::TestWithParam<size_t> {
 
   const Row& row_ = Table()[GetParam()];
   std::string fixture_ = row_.at("fixture");
-  Loaded loaded_{fixture_};
+  LoadedFixture loaded_{fixture_};
 };
 
 TEST_P(FormatsTable, AFixtureHoldsWhatItsRowClaims) {
@@ -158,7 +158,7 @@ TEST_P(FormatsTable, AFixtureIsOfTheVersionAndContainerOfItsRow) {
 }
 
 TEST_P(FormatsTable, AllFixturesHoldOneScene) {
-  Loaded reference(kReference);
+  LoadedFixture reference(kReference);
   ASSERT_TRUE(reference.isLoaded) << reference.error;
   for (const corpus::Difference& difference : corpus::CompareScenes(*reference.scene, *loaded_.scene)) {
     if (row_.at(ColumnOf(difference.aspect)) == "no") continue;
