@@ -19,6 +19,10 @@ if(picture_modules)
   install(TARGETS ${picture_modules}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/fbx_to_ts3d COMPONENT library)
 endif()
+if(TARGET translate_model)
+  install(TARGETS translate_model RUNTIME DESTINATION lib/fbx2czp COMPONENT tool)
+  install(TARGETS translate_model RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR}/fbx_to_ts3d COMPONENT library)
+endif()
 if(NOT CMAKE_CROSSCOMPILING AND NOT FBX_TO_TS3D_SANITIZE)
   # The tool writes its own papers, from the texts of --help.
   set(papers ${CMAKE_CURRENT_BINARY_DIR}/papers)

@@ -103,7 +103,7 @@ TEST_F(Check, TellsWhyAModelCannotBeConverted) {
   noMesh.BindPose({{noMesh.Bone("root"), Identity()}});
   EXPECT_THAT(Told(noMesh), ElementsAre("no-mesh"));
   EXPECT_THAT(Told("no model\n"), ElementsAre("not-loaded"));
-  EXPECT_THAT(TextOf("not-loaded"), HasSubstr("neither an FBX nor a glTF file"));
+  EXPECT_THAT(TextOf("not-loaded"), HasSubstr("of no format that is read"));
   EXPECT_EQ(ts3d::CheckRig("\\nowhere.fbx").findings.at(0).code, "no-file");
   EXPECT_THAT(Told("; FBX 7.5.0 project file\nFBXHeaderExtension: {\nEncryptionType: 1\n}\nObjects: {\n}\n"),
               ElementsAre("password"));

@@ -101,7 +101,7 @@ TEST_F(Batch, FoldersAreConvertedWithTheirSubfoldersAndReported) {
   }
   EXPECT_EQ(models[0]["status"].back(), "Successfully created CZP File");
   EXPECT_EQ(models[1]["result"], 2);
-  EXPECT_EQ(models[1]["reader_output"], "the file is neither an FBX nor a glTF file");
+  EXPECT_EQ(models[1]["reader_output"], "the file is of no format that is read");
   EXPECT_EQ(models[3]["result"], 66);
   EXPECT_EQ(models[3]["messages"][0]["code"], "no-file");
   EXPECT_EQ(Run("convert in/a.fbx in/broken.fbx --report - -o out"), 2);

@@ -134,7 +134,7 @@ TEST(Converters, TellWhatFailedAndWhatIsWrongWithoutAConsole) {
     ADD_FAILURE() << "converted";
   } catch (const fbxToTs3d::Error& error) {
     EXPECT_EQ(error.Result(), FBX_TO_TS3D_LOAD_FAILED);
-    EXPECT_STREQ(error.what(), "the file is neither an FBX nor a glTF file");
+    EXPECT_STREQ(error.what(), "the file is of no format that is read");
   }
   EXPECT_EQ(ResultOf([&] { converter.Convert("none.fbx"); }), FBX_TO_TS3D_NO_FILE);
   EXPECT_EQ(ResultOf([&] { converter.ConvertMemory("m.fbx", RiggedModel(), "no/m.czp"); }),

@@ -125,7 +125,7 @@ TEST(Importer, WhatIsNoSoundFileIsRefusedWithTheReason) {
   expect(ImportPath("/dev/null"), 3, "the file cannot be opened: it is not a regular file");
   expect(ImportPath(""), 3, "");
   expect(ImportBytes(""), 4, "the file is empty");
-  expect(ImportBytes("solid cube\n"), 4, "the file is neither an FBX nor a glTF file");
+  expect(ImportBytes("solid cube\n"), 4, "the file is of no format that is read");
   expect(ImportBytes(support::Patched(WriteBinary(OneNode()), 27, 10)), 5,
          "record \"Definitions\": its end lies outside (at byte 51)");
   expect(ImportBytes("; FBX 7.4.0 project file\nA: {\n"), 5, "");

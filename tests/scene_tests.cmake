@@ -6,6 +6,7 @@ ts3d_test_program(ts3d_scene_tests
   SOURCES
     formats_table_test.cpp
     gltf_reader_test.cpp
+    other_formats_test.cpp
     platform_files_test.cpp
     scene_angles_test.cpp
     scene_array_test.cpp

@@ -10,7 +10,7 @@ ts3d_test_program(ts3d_tool_tests
     cli_batch_test.cpp
     cli_check_test.cpp
     cli_commands_test.cpp
-    cli_gltf_test.cpp
+    cli_formats_test.cpp
     cli_package_test.cpp
     cli_trust_test.cpp
     converter_handles_test.cpp

@@ -131,7 +131,7 @@ void AddCheckCommand(CLI::App& app, RunCommand& run) {
   CLI::App& check = AddCommand(app, "check", "Tell what is wrong with models, without converting them", run,
                                [options] { return RunCheck(*options); });
   NoteGivenOptions(check, options->convert.given);
-  check.add_option("MODEL", options->models, "Models (.fbx, .glb, .gltf, .vrm) and folders of them")
+  check.add_option("MODEL", options->models, "Models (.fbx, .glb, .vrm, .dae, ...) and folders of them")
       ->required()
       ->type_name("");
   Repeatable(check.add_option("--exclude", options->convert.excludedNames,

@@ -136,8 +136,9 @@ void AddModelUnit(CLI::App& command, std::string& unit) {
   TakesOneOf(
       command
           .add_option("--unit", unit,
-                      "What the lengths of glTF models are: m, cm, mm or inch (m). FBX files are taken\n"
-                      "as they are")
+                      "What the lengths of a model are: m, cm, mm or inch (m for glTF, what the file\n"
+                      "says for Collada, inch for MD5 and SMD, cm for others). FBX files are taken as\n"
+                      "they are")
           ->type_name("UNIT"),
       ModelUnitNames());
 }

@@ -129,7 +129,7 @@ int RunConvert(ConvertOptions& options) {
 }
 
 void AddModelOptions(CLI::App& convert, ConvertOptions& options) {
-  convert.add_option("MODEL", options.models, "Models (.fbx, .glb, .gltf, .vrm) and folders of them")
+  convert.add_option("MODEL", options.models, "Models (.fbx, .glb, .vrm, .dae, ...) and folders of them")
       ->type_name("");
   convert
       .add_option("-o,--output", options.outputFolder,

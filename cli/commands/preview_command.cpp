@@ -310,8 +310,9 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
                                  [options] { return RunPreview(*options); });
   preview.parse_complete_callback([&preview, options] { CheckOptionsOfPage(preview, *options); });
   preview
-      .add_option("INPUT", options->inputs,
-                  "Packages (.czp), models (.fbx, .glb, .gltf, .vrm) to convert for it, and folders of them")
+      .add_option(
+          "INPUT", options->inputs,
+          "Packages (.czp), models (.fbx, .glb, .vrm, .dae, ...) to convert for it, and folders of them")
       ->required()
       ->type_name("");
   preview

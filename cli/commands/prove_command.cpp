@@ -104,10 +104,10 @@ void AddProveCommand(CLI::App& app, RunCommand& run) {
     CheckInputs(*options);
   });
   prove
-      .add_option(
-          "MODEL", options->inputs,
-          "Models (.fbx, .glb, .gltf, .vrm) and folders of them, which are converted for it; or\none model "
-          "and its package (.czp)")
+      .add_option("MODEL", options->inputs,
+                  "Models (.fbx, .glb, .vrm, .dae, ...) and folders of them, which are converted for it; "
+                  "or\none model "
+                  "and its package (.czp)")
       ->type_name("");
   TakesNumber(prove.add_option("--poses", options->poses,
                                "Random poses to compare in, beside bind pose and present pose (64)"),

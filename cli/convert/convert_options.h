@@ -49,7 +49,7 @@ struct ConvertOptions {
   bool timings = false;  ///< tells how long the steps took
   bool watch = false;    ///< converts again what changes, until it is interrupted
   std::optional<ts3d::ActorType> actorType;  ///< else the path tells
-  std::string modelUnit = {};                ///< of a glTF model; empty: metres
+  std::string modelUnit = {};                ///< of a model other than FBX; empty: that of its format
   std::string settingsFile;                  ///< named on the command line; empty: the nearest
   bool takesSettings = true;
   std::set<std::string> given;  ///< options that the command line has, by their long names

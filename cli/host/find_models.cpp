@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <set>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 
@@ -21,6 +21,13 @@ namespace {
 
 bool HasExtension(const fs::path& path, const char* extension) {
   return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
+}
+
+/// Place of the model's ending in kModelExtensions; their number when it is none.
+size_t RankOf(const fs::path& path) {
+  const auto known = std::find_if(kModelExtensions.begin(), kModelExtensions.end(),
+                                  [&](const char* extension) { return HasExtension(path, extension); });
+  return static_cast<size_t>(known - kModelExtensions.begin());
 }
 
 void AddFolder(const std::string& name, const std::string& outputFolder, Unread unread,
@@ -97,27 +104,25 @@ void NameThePackage(const fs::path& output, std::vector<ModelTask>& tasks) {
 
 }  // namespace
 
-bool IsModelName(const fs::path& path) {
-  return std::any_of(kModelExtensions.begin(), kModelExtensions.end(),
-                     [&](const char* extension) { return HasExtension(path, extension); });
-}
+bool IsModelName(const fs::path& path) { return RankOf(path) < kModelExtensions.size(); }
 
 std::string ModelEndings() {
   std::string endings;
-  for (const char* extension : kModelExtensions)
-    endings += (endings.empty() ? "" : ", ") + std::string(extension);
+  for (size_t i = 0; i < kCharacterExtensions; ++i)
+    endings += (i == 0 ? "" : ", ") + std::string(kModelExtensions[i]);
   return endings;
 }
 
 std::vector<fs::path> ModelsBelow(const std::string& folder, Unread unread) {
-  std::vector<fs::path> models = FilesBelow(folder, IsModelName, unread);
-  std::set<fs::path> fbx;
+  const auto isCharacter = [](const fs::path& path) { return RankOf(path) < kCharacterExtensions; };
+  std::vector<fs::path> models = FilesBelow(folder, isCharacter, unread);
+  std::map<fs::path, size_t> best;
   for (const fs::path& model : models) {
-    if (HasExtension(model, kModelExtensions.front())) fbx.insert(fs::path(model).replace_extension());
+    const auto [known, isNew] = best.try_emplace(fs::path(model).replace_extension(), RankOf(model));
+    if (!isNew) known->second = std::min(known->second, RankOf(model));
   }
   std::erase_if(models, [&](const fs::path& model) {
-    return !HasExtension(model, kModelExtensions.front()) &&
-           fbx.contains(fs::path(model).replace_extension());
+    return best.at(fs::path(model).replace_extension()) != RankOf(model);
   });
   return models;
 }

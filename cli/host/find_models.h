@@ -23,14 +23,17 @@ std::vector<platform::fs::path> FilesBelow(const std::string& folder,
                                            const std::function<bool(const platform::fs::path&)>& isMeant,
                                            Unread unread = Unread::Tell);
 
-/// Endings of the models that are read, the one that is preferred first.
-inline constexpr std::array kModelExtensions = {".fbx", ".glb", ".gltf", ".vrm"};
+/// Endings of the models that are read, the one that is preferred first; those that hold no skeleton are the last.
+inline constexpr std::array kModelExtensions = {".fbx",     ".glb", ".gltf", ".vrm", ".dae", ".x",
+                                                ".md5mesh", ".smd", ".obj",  ".ply", ".3ds", ".stl"};
+/// How many of them are looked for in folders: props are converted when they are named.
+inline constexpr size_t kCharacterExtensions = 8;
 
 /// Whether a file of this name is taken for a model.
 bool IsModelName(const platform::fs::path& path);
-/// ".fbx, .glb, ..."
+/// ".fbx, .glb, ...", those that are looked for in folders.
 std::string ModelEndings();
-/// All models below `folder`, sorted. Of the same model in several formats the FBX file counts.
+/// All characters below `folder`, sorted. Of the same model in several formats the one that is preferred counts.
 /// @throws Failure when it cannot be looked into
 std::vector<platform::fs::path> ModelsBelow(const std::string& folder, Unread unread = Unread::Tell);
 

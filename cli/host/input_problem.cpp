@@ -2,7 +2,6 @@
 #include "host/input_problem.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <string_view>
@@ -11,12 +10,11 @@
 #include "output/exit_codes.h"
 #include "package/read_member.h"
 #include "platform/files.h"
+#include "scene/other/model_kinds.h"
 
 namespace cli {
 namespace fs = platform::fs;
 namespace {
-
-using namespace std::string_view_literals;
 
 constexpr size_t kHeadSize = 4096;
 
@@ -27,8 +25,6 @@ struct KnownFile {
 
 constexpr const char* kGzip = "this is compressed with gzip; unpack it first, with gunzip";
 constexpr const char* kBlend = "this is a Blender file; export the model from Blender as FBX";
-constexpr const char* kObj =
-    "this is a Wavefront OBJ file, which has no skeleton; only FBX and glTF are read";
 constexpr const char* kPage = "this is a web page, as a failed download leaves; fetch the file again";
 constexpr const char* kPicture = "this is a picture";
 constexpr const char* kUsd = "this is a USD file; export the model as FBX";
@@ -79,14 +75,6 @@ std::string_view SkipBlanks(std::string_view text) {
   return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
 }
 
-/// Whether the first line that is no comment is one of an OBJ file.
-bool IsObj(std::string_view text) {
-  constexpr std::array kWords = {"v "sv, "vn "sv, "vt "sv, "o "sv, "g "sv, "f "sv, "mtllib "sv, "usemtl "sv};
-  while (text.starts_with('#')) text = SkipBlanks(text.substr(std::min(text.find('\n'), text.size())));
-  return std::any_of(kWords.begin(), kWords.end(),
-                     [&](std::string_view word) { return text.starts_with(word); });
-}
-
 template <class List>
 const char* Find(std::string_view head, const List& list) {
   for (const KnownFile& known : list) {
@@ -102,9 +90,6 @@ std::string RecogniseAny(const fs::path& path, std::string_view head) {
   if (const char* known = Find(head, kAnyUse)) return isBlend ? kBlend : known;
   if (const char* known = Find(text, kAnyUse)) return known;
   if (head.starts_with("FOR4") || head.starts_with("FOR8")) return kMaya;
-  if (text.starts_with("<?xml") && text.find("<COLLADA") != text.npos)
-    return "this is a Collada file; only FBX and glTF are read: export the model as one of them";
-  if (IsObj(text)) return kObj;
   if (head.find_first_not_of('\0') == head.npos)
     return "this begins with nothing but zeros, as an interrupted download leaves; fetch the file again";
   return {};
@@ -147,8 +132,14 @@ std::string RecogniseModel(const fs::path& path) {
 std::string RecognisePackage(const fs::path& path) {
   const std::string head = ReadHead(path);
   if (head.empty() || head.starts_with("PK")) return {};
-  const char* model = Find(head, kModelsOnly);
-  return model ? model : RecogniseAny(path, head);
+  if (const char* model = Find(head, kModelsOnly)) return model;
+  std::string known = RecogniseAny(path, head);
+  if (!known.empty()) return known;
+  for (const scene::other::ModelKind& kind : scene::other::ModelKinds()) {
+    if (kind.detects(head))
+      return "this is a model (" + std::string(kind.name) + "); \"fbx2czp convert\" makes a package of it";
+  }
+  return {};
 }
 
 }  // namespace cli

@@ -49,9 +49,9 @@ void PrintMeshes(const RigReport& report) {
 
 void PrintSummary(const CheckedModel& model) {
   const RigReport& report = model.report;
-  PrintLine(model.name + ": " + report.format + " " + report.version + ", would become " +
-            WithExtension(platform::fs::path(model.name).filename(), "czp").string() + " with the name " +
-            Quoted(report.objectId));
+  PrintLine(model.name + ": " + report.format + (report.version.empty() ? "" : " " + report.version) +
+            ", would become " + WithExtension(platform::fs::path(model.name).filename(), "czp").string() +
+            " with the name " + Quoted(report.objectId));
   const auto weighted = std::count_if(report.bones.begin(), report.bones.end(),
                                       [](const ts3d::OutputBone& bone) { return bone.weighted; });
   PrintLine("  " + Counted(report.bones.size(), "bone", "bones") + ", " + std::to_string(weighted) +

@@ -147,7 +147,7 @@ constexpr Key kKeys[] = {
     {"repair", "false", SetRepairs},
     {"max_influences", "all", SetMaxInfluences},
     {"actor_type", "as the path says", SetActorType},
-    {"unit", "m, of glTF models", SetUnit},
+    {"unit", "m, of models other than FBX", SetUnit},
     {"rotation", "x 0, y 0", SetRotation},
     {"textures", "the usual folders", AddTextures},
     {"max_texture", "8192", SetMaxTexture},

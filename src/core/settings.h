@@ -24,7 +24,7 @@ struct Settings {
   /// The most influences of a vertex: its strongest, made to add up to 1. 0: all.
   int32_t mostInfluences = 0;
 
-  /// Unit of a glTF model that is not in metres: "cm", "mm" or "inch"; empty: metres.
+  /// Unit of a model other than FBX: "m", "cm", "mm" or "inch"; empty: that of its format.
   std::string modelUnit = {};
 
   /// With LoadAndName each is told in a status line.

@@ -17,7 +17,7 @@ struct ProofOptions {
   int poses = 64;              ///< beside bind pose and present pose
   unsigned threads = 0;        ///< at most; 0: one for each core
   int mostInfluences = 0;      ///< that vertices were to keep; 0: all
-  std::string modelUnit = {};  ///< of a glTF model that is not in metres; empty: metres
+  std::string modelUnit = {};  ///< of a model other than FBX; empty: that of its format
 };
 
 /// Where model and package are farthest apart, in parts of the model's diagonal.

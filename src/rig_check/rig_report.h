@@ -43,7 +43,7 @@ struct UsedTexture {
 /// What a package of the model would hold, and what is wrong with the rig.
 struct RigReport {
   bool loaded = false;
-  std::string format;    ///< of the file, "FBX" or "glTF"; empty when it could not be told
+  std::string format;    ///< of the file, "FBX", "glTF" or another; empty when it could not be told
   std::string version;   ///< of the file, as "7.4.0"; empty when it could not be told
   std::string objectId;  ///< what the product will call it: "actor (male)", or the name of the file
   std::vector<OutputBone> bones;

@@ -22,7 +22,7 @@ const KFbxReader* KFbxImporter::FindReader(std::string_view bytes) {
   const KFbxReader* reader = bytes.empty() ? nullptr : readers_.Find(bytes.substr(0, kHeadSize));
   if (!reader) {
     status_ = {EImportError::eFORMAT_UNKNOWN,
-               bytes.empty() ? "the file is empty" : "the file is neither an FBX nor a glTF file"};
+               bytes.empty() ? "the file is empty" : "the file is of no format that is read"};
   }
   if (reader) format_ = reader->FormatName();
   return reader;

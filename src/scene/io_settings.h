@@ -17,7 +17,7 @@ inline constexpr std::string_view kExtractEmbeddedSetting = "Import|AdvOptGrp|Fi
 /// Folder, with a separator at its end, of the files that belong to a model; its own unless set. Empty: none.
 inline constexpr std::string_view kModelFolderSetting = "Import|IncludeGrp|ModelFolder";
 
-/// Unit of a file whose format has no other than metres: "m", "cm", "mm" or "inch"; metres unless set.
+/// Unit of a file other than FBX: "m", "cm", "mm" or "inch"; that of its format unless set.
 inline constexpr std::string_view kModelUnitSetting = "Import|IncludeGrp|ModelUnit";
 
 /// Import and export settings, addressed by "|"-separated paths. There is one set for the whole process: what

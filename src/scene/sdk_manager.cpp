@@ -7,10 +7,14 @@
 #include "platform/process.h"
 #include "scene/fbx_reader.h"
 #include "scene/gltf/gltf_reader.h"
+#include "scene/other/other_reader.h"
 
 namespace scene {
 
 KFbxSdkManager::KFbxSdkManager() {
+  // Asked last: some of them have no mark at their start.
+  for (const other::ModelKind& kind : other::ModelKinds())
+    readers_.Register(std::make_unique<OtherReader>(kind));
   readers_.Register(std::make_unique<GltfReader>());
   readers_.Register(std::make_unique<FbxReader>());
 }

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "platform/helper_process.h"
 #include "platform/process.h"
 #include "textures/picture_formats.h"
 #include "textures/picture_module.h"
@@ -14,13 +15,8 @@ namespace {
 /// The function `symbol` of the module for pictures of this kind, which is loaded for it.
 template <typename Function>
 Function LoadFunction(const char* kind, const char* symbol) {
-  // Beside the installed library, beside the one that was just built, and where the tool has them.
-  std::string path;
-  for (const char* folder : {"fbx_to_ts3d/", "fbx2czp/", "../lib/fbx2czp/"}) {
-    path = platform::OwnFolder() + folder + kind + FBX2CZP_MODULE_ENDING;
-    if (void* const function = platform::LoadPlugin(path, symbol))
-      return reinterpret_cast<Function>(function);
-  }
+  const std::string path = platform::FindOwnPart(std::string(kind) + FBX2CZP_MODULE_ENDING);
+  if (void* const function = platform::LoadPlugin(path, symbol)) return reinterpret_cast<Function>(function);
   throw std::runtime_error("needs " + path + ", which is missing");
 }
 

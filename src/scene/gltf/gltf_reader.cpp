@@ -5,15 +5,11 @@
 
 #include "scene/assemble/build_scene.h"
 #include "scene/embedded_files.h"
+#include "scene/gltf/open_translated.h"
 #include "scene/gltf/write_scene.h"
 
 namespace scene {
 namespace {
-
-/// FBX characters stand in centimetres. glTF has metres, whatever some exporters think.
-double CentimetresIn(std::string_view unit) {
-  return unit == "cm" ? 1.0 : unit == "mm" ? 0.1 : unit == "inch" ? 2.54 : 100.0;
-}
 
 /// Shares of an import when its text, and then its data, has been read.
 constexpr double kTextRead = 0.2, kDataRead = 0.8;
@@ -22,28 +18,33 @@ constexpr double kTextRead = 0.2, kDataRead = 0.8;
 struct GltfFiles {
   platform::MappedFile file;
   std::string_view bytes;
+  std::shared_ptr<const void> storage;  ///< of `bytes`, where they are not those of `file`
   gltf::FileParts parts;
   std::unique_ptr<gltf::BufferBytes> buffers;
   std::deque<gltf::Geometry> meshes;
 };
 
-/// The folder of `path`, with its separator.
-std::string FolderOf(std::string_view path) {
-  const std::string_view folder = path.substr(0, path.find_last_of("\\/") + 1);
-  return folder.empty() ? ".\\" : std::string(folder);
-}
-
-/// From the world of the file into that of FBX characters, which look along +Z as well, but for old avatars.
-KFbxXMatrix WorldOf(const gltf::Document& document, double scale) {
-  const KFbxVector4 turn{0, document.avatar.facesBack ? 180.0 : 0.0, 0};
-  return {{}, turn, {scale, scale, scale}};
+/// How a model of glTF itself stands: like FBX characters, but for old avatars.
+gltf::Conventions ConventionsOf(const gltf::Document& document) {
+  gltf::Conventions conventions;
+  conventions.axes = "its axes are those of FBX characters: Y is up, and they look along +Z";
+  if (document.avatar.facesBack) {
+    conventions.turn = {0, 180, 0};
+    conventions.axes =
+        "the avatar, which looks along -Z, is turned to look along +Z, as FBX characters do; Y is up";
+  }
+  return conventions;
 }
 
 class OpenGltfFile : public KFbxOpenFile {
  public:
-  OpenGltfFile(std::shared_ptr<GltfFiles> files, gltf::Document document, std::string_view path,
-               const KFbxProgress& progress)
-      : files_(std::move(files)), document_(std::move(document)), path_(path), progress_(progress) {}
+  OpenGltfFile(std::shared_ptr<GltfFiles> files, gltf::Document document, gltf::Conventions conventions,
+               std::string_view path, const KFbxProgress& progress)
+      : files_(std::move(files)),
+        document_(std::move(document)),
+        conventions_(std::move(conventions)),
+        path_(path),
+        progress_(progress) {}
 
   KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
     try {
@@ -66,17 +67,20 @@ class OpenGltfFile : public KFbxOpenFile {
   }
 
   void ReadRecords(const KFbxIOSettings& settings, RecordTree& tree) {
-    const std::string folder = settings.GetStringProp(kModelFolderSetting, FolderOf(path_));
-    files_->buffers = std::make_unique<gltf::BufferBytes>(files_->parts, folder);
+    files_->buffers =
+        std::make_unique<gltf::BufferBytes>(files_->parts, gltf::FolderOfModel(settings, path_));
     files_->meshes.clear();
     files_->buffers->Open(document_);
-    tree.bytes = files_->bytes;
+    tree.bytes = conventions_.model.empty() ? files_->bytes : conventions_.model;
     tree.otherFiles = files_->buffers->SizeOfOtherFiles();
     tree.storage = files_;
     gltf::Budget budget(tree.MemoryAllowance() / 2);
+    if (!conventions_.model.empty()) budget.Take(files_->bytes.size());
     const gltf::AccessorReader accessors(document_, *files_->buffers, budget);
-    scale_ = CentimetresIn(settings.GetStringProp(kModelUnitSetting, "m"));
-    const gltf::Rig rig = gltf::FindRig(document_, accessors, WorldOf(document_, scale_));
+    scale_ = gltf::CentimetresIn(settings.GetStringProp(kModelUnitSetting, ""), conventions_);
+    // From the world of the file into that of FBX characters.
+    const KFbxXMatrix world{{}, conventions_.turn, {scale_, scale_, scale_}};
+    const gltf::Rig rig = gltf::FindRig(document_, accessors, world);
     WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, files_->meshes, addedRoot_);
     Tell(kDataRead);
   }
@@ -84,14 +88,12 @@ class OpenGltfFile : public KFbxOpenFile {
   void Remark(KFbxScene& scene) const {
     for (const std::string& path : files_->buffers->PathsOfOtherFiles()) scene.AddDataFile(path);
     scene.SetLicence(document_.avatar.licence);
-    char unit[100];
-    std::snprintf(unit, sizeof unit,
-                  "its lengths are multiplied by %g to be the centimetres of FBX characters", scale_);
+    char unit[100] = "its lengths are taken for centimetres, as FBX characters have them";
+    if (scale_ != 1.0)
+      std::snprintf(unit, sizeof unit,
+                    "its lengths are multiplied by %g to be the centimetres of FBX characters", scale_);
     scene.AddRemark(unit);
-    scene.AddRemark(
-        document_.avatar.facesBack
-            ? "the avatar, which looks along -Z, is turned to look along +Z, as FBX characters do; Y is up"
-            : "its axes are those of FBX characters: Y is up, and they look along +Z");
+    scene.AddRemark(conventions_.axes);
     if (!addedRoot_.empty())
       scene.AddRemark("its skeleton has several top bones; they stand under a new bone \"" + addedRoot_ +
                       "\"");
@@ -99,21 +101,25 @@ class OpenGltfFile : public KFbxOpenFile {
 
   std::shared_ptr<GltfFiles> files_;
   gltf::Document document_;
+  gltf::Conventions conventions_;
   KString path_;
   KFbxProgress progress_;
   double scale_ = 1.0;
   std::string addedRoot_;  ///< name of the bone that joins several top bones
 };
 
+/// @param translated  null for a model of glTF itself
 std::unique_ptr<KFbxOpenFile> OpenBytes(std::shared_ptr<GltfFiles> files, std::string_view path,
-                                        const KFbxProgress& progress, KFbxFileVersion& version,
-                                        KFbxImportStatus& status) {
+                                        gltf::Conventions* translated, const KFbxProgress& progress,
+                                        KFbxFileVersion& version, KFbxImportStatus& status) {
   try {
     files->parts = gltf::SplitFile(files->bytes);
     gltf::Document document = gltf::ReadDocument(files->parts.json, files->bytes.size());
     version = {document.version.first, document.version.second, 0};
     if (progress) progress(kTextRead);
-    return std::make_unique<OpenGltfFile>(std::move(files), std::move(document), path, progress);
+    gltf::Conventions conventions = translated ? std::move(*translated) : ConventionsOf(document);
+    return std::make_unique<OpenGltfFile>(std::move(files), std::move(document), std::move(conventions), path,
+                                          progress);
   } catch (const gltf::VersionFault& fault) {
     status = {EImportError::eVERSION_NOT_SUPPORTED, fault.what()};
   } catch (const gltf::Fault& fault) {
@@ -123,6 +129,31 @@ std::unique_ptr<KFbxOpenFile> OpenBytes(std::shared_ptr<GltfFiles> files, std::s
 }
 
 }  // namespace
+
+namespace gltf {
+
+double CentimetresIn(std::string_view unit, const Conventions& conventions) {
+  if (unit.empty()) return conventions.centimetres;
+  const double centimetres = unit == "cm" ? 1.0 : unit == "mm" ? 0.1 : unit == "inch" ? 2.54 : 100.0;
+  return centimetres / conventions.unitsTaken;
+}
+
+std::string FolderOfModel(const KFbxIOSettings& settings, std::string_view path) {
+  const std::string_view folder = path.substr(0, path.find_last_of("\\/") + 1);
+  return settings.GetStringProp(kModelFolderSetting, folder.empty() ? ".\\" : folder);
+}
+
+std::unique_ptr<KFbxOpenFile> OpenTranslated(std::string_view glb, std::shared_ptr<const void> storage,
+                                             Conventions conventions, std::string_view path,
+                                             const KFbxProgress& progress, KFbxImportStatus& status) {
+  auto files = std::make_shared<GltfFiles>();
+  files->bytes = glb;
+  files->storage = std::move(storage);
+  KFbxFileVersion version;
+  return OpenBytes(std::move(files), path, &conventions, progress, version, status);
+}
+
+}  // namespace gltf
 
 bool GltfReader::Detects(std::string_view head) const {
   if (head.starts_with("glTF")) return true;
@@ -140,7 +171,7 @@ std::unique_ptr<KFbxOpenFile> GltfReader::Open(std::string_view path, const KFbx
     return nullptr;
   }
   files->bytes = files->file.Bytes();
-  return OpenBytes(std::move(files), path, progress, version, status);
+  return OpenBytes(std::move(files), path, nullptr, progress, version, status);
 }
 
 std::unique_ptr<KFbxOpenFile> GltfReader::OpenMemory(std::string_view path, std::string_view bytes,
@@ -148,7 +179,7 @@ std::unique_ptr<KFbxOpenFile> GltfReader::OpenMemory(std::string_view path, std:
                                                      KFbxImportStatus& status) const {
   auto files = std::make_shared<GltfFiles>();
   files->bytes = bytes;
-  return OpenBytes(std::move(files), path, progress, version, status);
+  return OpenBytes(std::move(files), path, nullptr, progress, version, status);
 }
 
 }  // namespace scene

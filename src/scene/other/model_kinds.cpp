@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "scene/other/model_kinds.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "base/byte_cursor.h"
+
+namespace scene::other {
+namespace {
+
+using namespace std::string_view_literals;
+
+/// `text` behind the mark of its encoding and blanks.
+std::string_view SkipBlanks(std::string_view text) {
+  if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
+  return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+}
+
+/// `text` from its first line that does not start like a comment.
+std::string_view SkipComments(std::string_view text, std::string_view comment) {
+  text = SkipBlanks(text);
+  while (text.starts_with(comment)) text = SkipBlanks(text.substr(std::min(text.find('\n'), text.size())));
+  return text;
+}
+
+bool StartsWithAny(std::string_view text, std::span<const std::string_view> words) {
+  return std::any_of(words.begin(), words.end(), [&](auto word) { return text.starts_with(word); });
+}
+
+bool IsCollada(std::string_view head) {
+  return SkipBlanks(head).starts_with('<') && head.find("<COLLADA") != head.npos;
+}
+
+bool IsX(std::string_view head) { return head.starts_with("xof "); }
+
+bool IsMd5(std::string_view head) { return SkipComments(head, "//").starts_with("MD5Version"); }
+
+bool IsSmd(std::string_view head) {
+  const std::string_view text = SkipComments(head, "//");
+  return text.starts_with("version 1") && text.find("nodes") != text.npos;
+}
+
+bool IsObj(std::string_view head) {
+  static constexpr std::array kWords = {"v "sv, "vn "sv, "vt "sv,     "o "sv,     "g "sv,
+                                        "f "sv, "s "sv,  "mtllib "sv, "usemtl "sv};
+  return StartsWithAny(SkipComments(head, "#"), kWords);
+}
+
+bool IsPly(std::string_view head) { return head.starts_with("ply\n") || head.starts_with("ply\r"); }
+
+/// A main chunk, and in it a version, an editor or meshes.
+bool Is3ds(std::string_view head) {
+  base::ByteCursor cursor(head);
+  const auto main = cursor.Number<uint16_t>();
+  cursor.Number<uint32_t>();
+  const auto first = cursor.Number<uint16_t>();
+  return !cursor.Failed() && main == 0x4d4d && (first == 0x0002 || (first >= 0x3d3d && first <= 0x3d3f));
+}
+
+/// Behind 80 bytes of anything a number of triangles: a normal, three points and two bytes each.
+bool IsBinaryStl(std::string_view head) {
+  constexpr size_t kHeader = 80, kTriangle = 50, kWholeHead = 4096;
+  if (head.size() < kHeader + 4 + kTriangle) return false;
+  base::ByteCursor cursor(head.substr(kHeader));
+  const uint64_t count = cursor.Number<uint32_t>();
+  if (count == 0 || (head.size() < kWholeHead && head.size() != kHeader + 4 + kTriangle * count))
+    return false;
+  for (uint64_t i = 0; i < count && cursor.Remaining() >= kTriangle; ++i) {
+    double square = 0;
+    for (int k = 0; k < 12; ++k) {
+      const double number = static_cast<double>(cursor.Number<float>());
+      constexpr double kFarthest = 1e12;
+      if (!std::isfinite(number) || std::abs(number) > kFarthest) return false;
+      if (k < 3) square += number * number;
+    }
+    if (square > 1.1) return false;
+    cursor.Bytes(2);
+  }
+  return true;
+}
+
+bool IsStl(std::string_view head) {
+  return (head.starts_with("solid") && head.find("facet") != head.npos) || IsBinaryStl(head);
+}
+
+constexpr const char* kAsFbx = "Y is up, and its characters are taken to look along +Z, as FBX characters do";
+constexpr const char* kAsItStands = "its axes are taken as they stand";
+constexpr double kMetre = 100, kInch = 2.54;
+
+constexpr ModelKind kKinds[] = {
+    {"Collada",
+     "dae",
+     IsCollada,
+     kMetre,
+     {0, 0},
+     "Y is made to be up where the file says that another axis is"},
+    {"X", "x", IsX, 1, {0, 0}, "Z is turned round, as it points away there; Y is up"},
+    {"MD5",
+     "md5mesh",
+     IsMd5,
+     kInch,
+     {0, -90},
+     "Z is up there and its characters look along +X; they are made to look along +Z, with Y up"},
+    {"SMD",
+     "smd",
+     IsSmd,
+     kInch,
+     {-90, 0},
+     "Z is up there and its characters look along -Y; they are made to look along +Z, with Y up"},
+    {"OBJ", "obj", IsObj, 1, {0, 0}, kAsFbx},
+    {"PLY", "ply", IsPly, 1, {0, 0}, kAsItStands},
+    {"3DS", "3ds", Is3ds, 1, {0, 0}, "Z is up there, and Y is made to be up"},
+    {"STL", "stl", IsStl, 1, {0, 0}, kAsItStands}};
+
+}  // namespace
+
+std::span<const ModelKind> ModelKinds() { return kKinds; }
+
+double ColladaUnit(std::string_view bytes) {
+  const size_t unit = bytes.find("<unit");
+  const std::string_view element =
+      unit == bytes.npos ? ""sv : bytes.substr(unit, bytes.find('>', unit) - unit);
+  const size_t attribute = element.find("meter");
+  const size_t quote = attribute == element.npos ? element.npos : element.find_first_of("\"'", attribute);
+  if (quote == element.npos) return 1;
+  constexpr size_t kLongest = 40;
+  const double metres = std::strtod(std::string(element.substr(quote + 1, kLongest)).c_str(), nullptr);
+  return metres > 0 && std::isfinite(metres) ? metres : 1;
+}
+
+}  // namespace scene::other

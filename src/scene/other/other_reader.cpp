@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "scene/other/other_reader.h"
+
+#include "platform/files.h"
+#include "scene/gltf/open_translated.h"
+#include "scene/other/translate.h"
+
+namespace scene {
+namespace {
+
+/// Share of an import that translating the model is.
+constexpr double kTranslated = 0.4;
+
+/// The model, and what it became.
+struct ModelBytes {
+  platform::MappedFile file;
+  std::string_view model;
+  other::Translation translation;
+};
+
+class OpenOtherFile : public KFbxOpenFile {
+ public:
+  OpenOtherFile(const other::ModelKind& kind, std::shared_ptr<ModelBytes> bytes, std::string_view path,
+                const KFbxProgress& progress)
+      : kind_(kind), bytes_(std::move(bytes)), path_(path), progress_(progress) {}
+
+  KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
+    const std::string folder = gltf::FolderOfModel(settings, path_);
+    try {
+      bytes_->translation = other::Translate(kind_, bytes_->model, folder, [this] { Tell(0); });
+    } catch (const other::Fault& fault) {
+      return {EImportError::eFILE_CORRUPTED, fault.what()};
+    }
+    KFbxImportStatus status;
+    const auto tell = [this](double read) { Tell(kTranslated + (1 - kTranslated) * read); };
+    const std::unique_ptr<KFbxOpenFile> file =
+        gltf::OpenTranslated(bytes_->translation.Glb(), bytes_, MakeConventions(), path_, tell, status);
+    if (file) status = file->Read(scene, settings);
+    for (const std::string& other : bytes_->translation.otherFiles) scene.AddDataFile(folder + other);
+    return status;
+  }
+
+ private:
+  void Tell(double done) const {
+    if (progress_) progress_(done);
+  }
+
+  gltf::Conventions MakeConventions() const {
+    gltf::Conventions conventions;
+    conventions.centimetres = kind_.centimetres;
+    conventions.turn = {kind_.turn[0], kind_.turn[1], 0};
+    conventions.axes = kind_.looks;
+    conventions.model = bytes_->model;
+    if (kind_.name == std::string_view("Collada")) conventions.unitsTaken = other::ColladaUnit(bytes_->model);
+    return conventions;
+  }
+
+  const other::ModelKind& kind_;
+  std::shared_ptr<ModelBytes> bytes_;
+  KString path_;
+  KFbxProgress progress_;
+};
+
+}  // namespace
+
+std::unique_ptr<KFbxOpenFile> OtherReader::Open(std::string_view path, const KFbxProgress& progress,
+                                                KFbxFileVersion&, KFbxImportStatus& status) const {
+  auto bytes = std::make_shared<ModelBytes>();
+  KString reason;
+  if (!bytes->file.Open(path, reason)) {
+    status = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
+    return nullptr;
+  }
+  bytes->model = bytes->file.Bytes();
+  return std::make_unique<OpenOtherFile>(kind_, std::move(bytes), path, progress);
+}
+
+std::unique_ptr<KFbxOpenFile> OtherReader::OpenMemory(std::string_view path, std::string_view model,
+                                                      const KFbxProgress& progress, KFbxFileVersion&,
+                                                      KFbxImportStatus&) const {
+  auto bytes = std::make_shared<ModelBytes>();
+  bytes->model = model;
+  return std::make_unique<OpenOtherFile>(kind_, std::move(bytes), path, progress);
+}
+
+}  // namespace scene

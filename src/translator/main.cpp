@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+//
+// Translates a model that assimp reads into glTF:
+//   translate_model ENDING FOLDER MEGABYTES SECONDS <model >stream
+// That library was not made for hostile files, so it gets a process, and in it no more memory and time than is said
+// here; it writes nothing. The stream is text in lines up to "data", and a GLB file behind that.
+#include <assimp/cimport.h>
+#include <assimp/config.h>
+#include <assimp/postprocess.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <stdexcept>
+
+#include "scene/other/stream_words.h"
+#include "translator/inline_materials.h"
+#include "translator/model_folder.h"
+#include "translator/write_glb.h"
+
+namespace {
+
+using translator::FormatTraits;
+
+constexpr FormatTraits kFormats[] = {{"dae", "", false, true},
+                                     {"x"},
+                                     {"md5mesh", "<MD5_Hierarchy>", true},
+                                     {"smd", "<SMD_root>"},
+                                     {"obj"},
+                                     {"ply"},
+                                     {"3ds"},
+                                     {"stl"}};
+
+constexpr const char* kNoMemory = "it asks for more memory than a file of its size may have";
+
+const FormatTraits& FindFormat(std::string_view ending) {
+  for (const FormatTraits& format : kFormats) {
+    if (ending == format.ending) return format;
+  }
+  throw std::runtime_error("the format is not known");
+}
+
+/// Bytes of address space that the process has.
+uint64_t AddressSpace() {
+  unsigned long pages = 0;
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen("/proc/self/statm", "r"),
+                                                             std::fclose);
+  if (!file || std::fscanf(file.get(), "%lu", &pages) != 1) return uint64_t{256} << 20;
+  return uint64_t{pages} * static_cast<uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+void Limit(int resource, uint64_t most) {
+  const rlimit limit{most, most};
+  if (setrlimit(static_cast<decltype(RLIMIT_AS)>(resource), &limit) != 0)
+    throw std::runtime_error("its memory cannot be limited");
+}
+
+void LimitProcess(uint64_t megabytes, uint64_t seconds) {
+#ifndef TRANSLATOR_HAS_ALL_ADDRESSES
+  Limit(RLIMIT_AS, AddressSpace() + (megabytes << 20));
+#else
+  static_cast<void>(megabytes);
+#endif
+  Limit(RLIMIT_CPU, seconds);
+  Limit(RLIMIT_CORE, 0);
+  Limit(RLIMIT_FSIZE, 0);
+}
+
+std::string ReadInput() {
+  std::string bytes;
+  std::array<char, 1 << 16> chunk;
+  for (ssize_t size; (size = read(STDIN_FILENO, chunk.data(), chunk.size())) > 0;)
+    bytes.append(chunk.data(), static_cast<size_t>(size));
+  return bytes;
+}
+
+bool WriteOutput(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t size = write(STDOUT_FILENO, bytes.data(), bytes.size());
+    if (size <= 0) return false;
+    bytes.remove_prefix(static_cast<size_t>(size));
+  }
+  return true;
+}
+
+struct ReleaseScene {
+  void operator()(const aiScene* scene) const { aiReleaseImport(scene); }
+};
+using Scene = std::unique_ptr<const aiScene, ReleaseScene>;
+
+/// @param hasNames  names of Collada's nodes; else their identifiers, of which there is one of each
+Scene Import(translator::ModelFolder& folder, bool hasNames) {
+  const std::unique_ptr<aiPropertyStore, void (*)(aiPropertyStore*)> settings(aiCreatePropertyStore(),
+                                                                              aiReleasePropertyStore);
+  aiSetImportPropertyInteger(settings.get(), AI_CONFIG_IMPORT_REMOVE_EMPTY_BONES, 0);
+  aiSetImportPropertyInteger(settings.get(), AI_CONFIG_IMPORT_MD5_NO_ANIM_AUTOLOAD, 1);
+  aiSetImportPropertyInteger(settings.get(), AI_CONFIG_IMPORT_COLLADA_USE_COLLADA_NAMES, hasNames);
+  Scene scene(aiImportFileExWithProperties(folder.Name().c_str(), aiProcess_Triangulate, folder.Functions(),
+                                           settings.get()));
+  if (!scene) throw std::runtime_error(aiGetErrorString());
+  if (!scene->mRootNode) throw std::runtime_error("it holds no scene");
+  return scene;
+}
+
+std::string Translate(const FormatTraits& format, const std::string& path) {
+  const bool isX = std::string_view(format.ending) == "x";
+  const std::string model = isX ? translator::InlineMaterials(ReadInput()) : ReadInput();
+  translator::ModelFolder folder(std::string("model.") + format.ending, model, path);
+  Scene scene = Import(folder, true);
+  auto tree = std::make_unique<translator::NodeTree>(*scene, format.jointRoot);
+  if (tree->IsAmbiguous()) {
+    const std::vector<std::string> names = tree->Names();
+    scene = Import(folder, false);
+    tree = std::make_unique<translator::NodeTree>(*scene, format.jointRoot);
+    tree->SetNames(names);
+  }
+  std::string stream = std::string(scene::other::kStreamStart) + "\n";
+  for (const std::string& file : folder.OtherFiles()) stream += scene::other::kFileWord + file + "\n";
+  stream += std::string(scene::other::kDataWord) + "\n";
+  return stream + translator::WriteGlb(*scene, *tree, format);
+}
+
+std::string Refusal(std::string reason) {
+  // The library gives what it catches as a text.
+  if (reason.find("bad_alloc") != reason.npos) reason = kNoMemory;
+  constexpr size_t kLongest = 300;
+  if (reason.size() > kLongest) reason = reason.substr(0, kLongest) + "...";
+  for (char& c : reason) c = static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
+  return std::string(scene::other::kStreamStart) + "\n" + scene::other::kErrorWord + reason + "\n";
+}
+
+}  // namespace
+
+int main(int count, char** words) {
+  if (count != 5) {
+    std::fprintf(stderr, "usage: translate_model ENDING FOLDER MEGABYTES SECONDS <model >stream\n");
+    return 64;
+  }
+  std::string stream;
+  try {
+    LimitProcess(std::strtoull(words[3], nullptr, 10), std::strtoull(words[4], nullptr, 10));
+    stream = Translate(FindFormat(words[1]), words[2]);
+  } catch (const std::bad_alloc&) {
+    stream = Refusal(kNoMemory);
+  } catch (const std::exception& error) {
+    stream = Refusal(error.what());
+  }
+  // What the library leaves behind goes with the process.
+  _exit(WriteOutput(stream) ? 0 : 1);
+}
