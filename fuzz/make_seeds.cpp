@@ -67,7 +67,9 @@ void WritePackageSeeds(const fs::path& out, const Rig& rig) {
   actor::Findings findings;
   if (actor::BuildActor(contents, actor, findings, error)) {
     const auto leaveOut = [](const actor::Picture&) { return actor::EncodedPicture{}; };
-    Write(out / "gltf_fuzz" / (stem + "glb"), ExportGlb(actor, "", leaveOut));
+    const std::string glb = ExportGlb(actor, "", leaveOut);
+    Write(out / "gltf_fuzz" / (stem + "glb"), glb);
+    Write(out / "stream_fuzz" / (stem + "glb"), "atranslated model 1\nfile a.mtl\ndata\n" + glb);
   }
   for (const actor::Member& member : contents.members) {
     const auto kind = static_cast<char>(KindOf(member.name));

@@ -17,6 +17,7 @@ int image_fuzz(const uint8_t* data, size_t size);
 int load_fuzz(const uint8_t* data, size_t size);
 int package_fuzz(const uint8_t* data, size_t size);
 int rig_fuzz(const uint8_t* data, size_t size);
+int stream_fuzz(const uint8_t* data, size_t size);
 int texture_fuzz(const uint8_t* data, size_t size);
 
 /// Nothing is changed here.
@@ -26,10 +27,10 @@ size_t LLVMFuzzerMutate(uint8_t*, size_t size, size_t) { return size; }
 int main(int count, char** arguments) {
   namespace fs = std::filesystem;
   using Target = int (*)(const uint8_t* data, size_t size);
-  const std::map<std::string, Target> targets{{"document_fuzz", document_fuzz}, {"gltf_fuzz", gltf_fuzz},
-                                              {"image_fuzz", image_fuzz},       {"load_fuzz", load_fuzz},
-                                              {"package_fuzz", package_fuzz},   {"rig_fuzz", rig_fuzz},
-                                              {"texture_fuzz", texture_fuzz}};
+  const std::map<std::string, Target> targets{
+      {"document_fuzz", document_fuzz}, {"gltf_fuzz", gltf_fuzz},       {"image_fuzz", image_fuzz},
+      {"load_fuzz", load_fuzz},         {"package_fuzz", package_fuzz}, {"rig_fuzz", rig_fuzz},
+      {"stream_fuzz", stream_fuzz},     {"texture_fuzz", texture_fuzz}};
   const auto target = targets.find(count > 1 ? arguments[1] : "");
   if (target == targets.end()) return 64;
   size_t inputs = 0;

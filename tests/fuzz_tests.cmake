@@ -1,5 +1,5 @@
 # The fuzz targets over inputs that are kept, without a fuzzer and in every build.
-set(replayed document gltf image load package rig texture)
+set(replayed document gltf image load package rig stream texture)
 add_executable(ts3d_fuzz_replay
   ${PROJECT_SOURCE_DIR}/fuzz/record_mutator.cpp ${PROJECT_SOURCE_DIR}/fuzz/replay.cpp)
 foreach(name ${replayed})
