@@ -265,7 +265,7 @@ class ModelConversion {
   }
 
   void TakeLine(const ts3d::StatusLine& line) {
-    if (!IsProgress(line.notice) && budget_.Takes(line.text)) {
+    if (!IsProgress(line.notice) && budget_.Takes(line)) {
       result_.status.emplace_back(line.text);
       said_.Take(line);
     }

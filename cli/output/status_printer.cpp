@@ -15,8 +15,6 @@ namespace {
 
 constexpr int kBarWidth = 20;
 
-bool IsProblem(std::string_view line) { return line.starts_with(">>>") || line.starts_with("***"); }
-
 }  // namespace
 
 StatusPrinter::StatusPrinter(Verbosity verbosity, size_t total)
@@ -33,7 +31,7 @@ void StatusPrinter::Print(const std::string& model, const ts3d::StatusLine& line
   ClearBar();
   const std::string text = Printable(line.text);
   std::fprintf(stderr, "fbx2czp: %s: %s\n", Printable(model).c_str(),
-               (IsProblem(line.text) ? Painted(stderr, Colour::Yellow, text) : text).c_str());
+               (IsFault(line.notice) ? Painted(stderr, Colour::Yellow, text) : text).c_str());
 }
 
 void StatusPrinter::ModelDone(bool hasFailed, int warnings) {

@@ -44,7 +44,7 @@ void RunNotes::Take(const StatusLine& line) {
   if (IsProgress(line.notice)) return;
   const auto [known, isNew] = known_.emplace(line.text);
   if (!isNew) return;
-  if (budget_.Takes(line.text)) {
+  if (budget_.Takes(line)) {
     lines.emplace_back(line.text);
   } else {
     known_.erase(known);

@@ -2,6 +2,7 @@
 #include "core/notices.h"
 
 #include <cstddef>
+#include <string_view>
 
 namespace ts3d {
 namespace {
@@ -79,6 +80,11 @@ const NoticeText& TextOf(Notice notice) { return kTexts[static_cast<size_t>(noti
 
 bool IsProgress(Notice notice) {
   return notice == Notice::MeshProgress || notice == Notice::ConvertingPicture;
+}
+
+bool IsFault(Notice notice) {
+  const NoticeText& text = TextOf(notice);
+  return text.tag || std::string_view(text.lines[0]).starts_with(">>>");
 }
 
 }  // namespace ts3d

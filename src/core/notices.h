@@ -75,5 +75,7 @@ const NoticeText& TextOf(Notice notice);
 
 /// Whether a notice only tells how far a run is, which nobody wants to read when it is done.
 bool IsProgress(Notice notice);
+/// Whether a notice tells of a fault; those have marks in front of their lines.
+bool IsFault(Notice notice);
 
 }  // namespace ts3d
