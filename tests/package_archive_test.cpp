@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/file_writer.h"
 #include "core/pack_level.h"
 #include "package/actor_package.h"
 #include "support/character.h"
@@ -20,6 +21,26 @@ TEST(HeldFiles, BeyondTheMemoryTheyHaveShareATemporaryFile) {
   EXPECT_FALSE(files.Contains("8"));
   EXPECT_EQ(files.Read("7"), "again");
   for (const int i : {0, 499, 300}) EXPECT_EQ(files.Read(std::to_string(i)), content(i)) << i;
+}
+
+TEST(HeldFiles, TakeWhatHasNoPlaceOfItsOwnInTheFolder) {
+  const support::TempFolder folder;
+  std::error_code unknown;
+  ts3d::WorkFiles files;
+  files.holdsSmallFiles = true;
+  files.modelDirectory = folder.Path("");
+  const std::string large(100'000, 'x');
+  for (const char* name : {"Coat.cmf", "coat.cmf", "a/b.cmf"}) {
+    ts3d::WorkFileWriter writer(files, name);
+    writer.Bytes(large.data(), large.size());
+    writer.Bytes(name, 1);
+    EXPECT_EQ(writer.Finish(), name != std::string("a/b.cmf")) << name;
+    // As where capitals do not count.
+    std::filesystem::create_hard_link(folder.Path("Coat.cmf"), folder.Path("coat.cmf"), unknown);
+  }
+  EXPECT_FALSE(files.held.Contains("Coat.cmf"));
+  EXPECT_EQ(support::ReadWholeFile(folder.Path("Coat.cmf")), large + "C");
+  EXPECT_EQ(files.held.Read("coat.cmf"), large + "c");
 }
 
 using support::Character;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/file_writer.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -26,29 +27,46 @@ bool ByteWriter::Flush() {
   return !failed_;
 }
 
-WorkFileWriter::WorkFileWriter(WorkFiles& files, std::string name, Content content)
-    : ByteWriter(nullptr), files_(files), name_(std::move(name)), content_(content) {
-  const bool isBytes = content == Content::Binary || !platform::kTextModeChangesBytes;
-  // What is on the disk already is written there, with the checks of OpenWorkFile.
-  held_ = files.holdsSmallFiles && isBytes && platform::IsPlainFileName(name_) &&
-          !platform::FileExists(files.modelDirectory + name_);
+WorkFileWriter::WorkFileWriter(WorkFiles& files, std::string name)
+    : ByteWriter(nullptr), files_(files), name_(std::move(name)) {
+  // What an earlier run has left on the disk is written over there, with the checks of OpenWorkFile.
+  const bool replaces = platform::FileExists(files.modelDirectory + name_) && HasOwnPlace();
+  held_ = files.holdsSmallFiles && platform::IsMemberName(name_) && !replaces;
   if (!held_) Open();
+}
+
+/// Whether a file of that name would be none of the others that this run has written.
+bool WorkFileWriter::HasOwnPlace() const {
+  if (!platform::IsPlainFileName(name_)) return false;
+  const std::string path = files_.modelDirectory + name_;
+  return !platform::FileExists(path) ||
+         std::none_of(files_.written.begin(), files_.written.end(), [&](const std::string& other) {
+           return other != name_ && platform::IsSameFile(path, files_.modelDirectory + other);
+         });
 }
 
 void WorkFileWriter::Open() {
   // The system keeps what is written in pieces as large as the writes: large ones are made and freed faster.
   constexpr size_t kFileBufferSize = 1 << 18;
-  held_ = false;
   files_.held.Erase(name_);
-  file_ = CreateWorkFile(files_, name_, content_ == Content::Text ? "w" : "wb");
+  isNameless_ = held_ && !HasOwnPlace();
+  held_ = false;
+  file_ = isNameless_ ? platform::OpenTemporaryFile() : CreateWorkFile(files_, name_, "wb");
+  if (!file_ || isNameless_) return;
+  files_.written.insert(name_);
   fileBuffer_.reset(new (std::nothrow) char[kFileBufferSize]);
-  if (file_ && fileBuffer_) std::setvbuf(file_.get(), fileBuffer_.get(), _IOFBF, kFileBufferSize);
+  if (fileBuffer_) std::setvbuf(file_.get(), fileBuffer_.get(), _IOFBF, kFileBufferSize);
 }
 
 bool WorkFileWriter::Finish() {
   if (held_ && files_.held.Put(name_, Buffered())) return true;
   bool complete = Flush();
   if (!file_) return false;
+  if (isNameless_) {
+    complete = complete && files_.held.Adopt(name_, std::move(file_));
+    if (!complete) NoteLostWrite(files_);
+    return complete;
+  }
   complete &= std::fclose(file_.release()) == 0;
   // A torso would be packed as if it were the whole file.
   if (!complete) DiscardFile(files_, files_.modelDirectory + name_);

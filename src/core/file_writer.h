@@ -50,16 +50,15 @@ inline void ByteWriter::Float32(float value) { Int32(std::bit_cast<int32_t>(valu
 /// Writes one work file, to the disk or, where small files are held, into the memory.
 class WorkFileWriter : public ByteWriter {
  public:
-  enum class Content { Binary, Text };
-
   /// Starts the work file `name`: opens it, or waits whether it can be held.
-  WorkFileWriter(WorkFiles& files, std::string name, Content content);
+  WorkFileWriter(WorkFiles& files, std::string name);
 
   /// Completes the file. False, with no file left, when it could not be opened or any write has failed. The
   /// package is damaged by the latter.
   bool Finish();
 
  private:
+  bool HasOwnPlace() const;
   void Open();
   std::FILE* File() override {
     if (held_) Open();
@@ -68,10 +67,10 @@ class WorkFileWriter : public ByteWriter {
 
   WorkFiles& files_;
   std::string name_;
-  Content content_;
   std::unique_ptr<char[]> fileBuffer_;
   platform::FilePtr file_;
-  bool held_;  ///< everything is in the buffer so far, and may stay in memory
+  bool held_;                ///< everything is in the buffer so far, and may stay in memory
+  bool isNameless_ = false;  ///< the file is a temporary one, which will be held
 };
 
 }  // namespace ts3d

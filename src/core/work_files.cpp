@@ -41,8 +41,8 @@ platform::FilePtr CreateHostFile(WorkFiles& files, const std::string& path, cons
 }
 
 bool WorkFileExists(const WorkFiles& files, std::string_view name) {
-  return platform::IsPlainFileName(name) &&
-         (files.held.Contains(name) || platform::FileExists(files.modelDirectory + std::string(name)));
+  return files.held.Contains(name) ||
+         (platform::IsPlainFileName(name) && platform::FileExists(files.modelDirectory + std::string(name)));
 }
 
 void WriteHeldFiles(WorkFiles& files) {
@@ -62,6 +62,13 @@ void NoteLostWrite(WorkFiles& files) {
 void DiscardFile(WorkFiles& files, std::string_view path) {
   NoteLostWrite(files);
   platform::RemoveFile(path);
+}
+
+std::string WithNativeLineEnds(std::string text) {
+  if constexpr (!platform::kTextModeChangesBytes) return text;
+  std::string native;
+  for (const char c : text) native.append(c == '\n' ? "\r" : "").push_back(c);
+  return native;
 }
 
 bool WriteAndClose(platform::FilePtr file, std::string_view text) {

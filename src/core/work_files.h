@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdio>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -13,7 +14,9 @@ namespace ts3d {
 /// The files of one run: where they go, which of them stay in memory, and whether one was lost.
 struct WorkFiles {
   /// Whether files that fit into a writer's buffer stay in `held` instead of going to the disk: making and
-  /// deleting a file takes longer than packing it. Nobody sees them there, so the exports leave it off.
+  /// deleting a file takes longer than packing it. So do those that have no place of their own in the folder: the
+  /// system keeps the name for itself, or takes it for that of another. Nobody sees them there, so the exports leave
+  /// it off.
   bool holdsSmallFiles = false;
   std::string modelDirectory;     ///< the model's folder with its trailing separator
   std::string inputPath;          ///< the model; never written, packed or deleted, whatever names ask for
@@ -21,6 +24,8 @@ struct WorkFiles {
   HeldFiles held;                 ///< those that are not in the folder
   bool packageIsDamaged = false;  ///< part of the open package was lost in writing: none may stay
   int writeError = 0;             ///< `errno` of the first write that was lost, or 0
+  std::set<std::string, std::less<>>
+      written;  ///< names of the files that WorkFileWriter has put into the folder
 };
 
 /// Opens the work file `name` in the model's folder like fopen. Null when that fails, and for every name that
@@ -53,6 +58,9 @@ void NoteLostWrite(WorkFiles& files);
 
 /// Deletes the file `path`, whose writing failed half-way. The package it was for is damaged by that.
 void DiscardFile(WorkFiles& files, std::string_view path);
+
+/// `text`, whose lines end in LF, as this system keeps text files.
+std::string WithNativeLineEnds(std::string text);
 
 /// Writes the whole of `text` and closes the file; false when any of it failed.
 bool WriteAndClose(platform::FilePtr file, std::string_view text);

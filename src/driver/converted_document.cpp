@@ -43,13 +43,6 @@ std::string WithLineFeeds(std::string text) {
   return text;
 }
 
-std::string WithNativeLineEnds(const std::string& text) {
-  if constexpr (!platform::kTextModeChangesBytes) return text;
-  std::string native;
-  for (const char c : text) native.append(c == '\n' ? "\r" : "").push_back(c);
-  return native;
-}
-
 std::string ConvertedDocument(const std::vector<std::string>& documents) {
   if (documents.empty()) return {};
   std::string converted = WithLineFeeds(documents.front());

@@ -11,8 +11,6 @@ namespace ts3d {
 
 /// `text` with the line ends of this program, whatever system has written it.
 std::string WithLineFeeds(std::string text);
-/// `text`, which has those, as this system keeps documents.
-std::string WithNativeLineEnds(const std::string& text);
 
 /// The document as the conversion wrote it, of all that a package has under one name: the first.
 /// A package that was repacked has lost that one: its latest without what final settings add stands in.

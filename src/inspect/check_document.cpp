@@ -39,7 +39,7 @@ class DocumentCheck {
   bool HasFile(const std::string& file) const { return files_.contains(ts3d::LowerCase(file)); }
 
   void ExpectFile(const std::string& file, const std::string& what) {
-    if (!ts3d::IsPlainFileName(file)) {
+    if (!platform::IsMemberName(file)) {
       Problem("unsafe-name",
               "names the file \"" + file + "\" for its " + what + ": that is not a plain name");
     } else if (!HasFile(file)) {
@@ -114,7 +114,7 @@ class DocumentCheck {
     // "0" stands for: no material in the model.
     if (!material.hasMap || material.map.empty() || material.map == "0") return;
     const std::string file = material.name + ".xrf";
-    if (!ts3d::IsPlainFileName(material.map)) {
+    if (!platform::IsMemberName(material.map)) {
       AddProblem(findings_, "unsafe-name", file,
                  "names the picture \"" + material.map + "\": that is not a plain name", kConvertAgain);
     } else if (!HasFile(material.map)) {

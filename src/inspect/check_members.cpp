@@ -20,7 +20,7 @@ const char* AdviceForEmpty(const std::string& name) {
 }
 
 void CheckMember(const Member& member, Findings& findings) {
-  if (!ts3d::IsPlainFileName(member.name)) {
+  if (!platform::IsMemberName(member.name)) {
     AddProblem(findings, "unsafe-name", member.name,
                "has a name that leads into or out of folders; it is never used as a path",
                "do not unpack this package by hand; convert the model again");

@@ -37,8 +37,8 @@ std::string XrfText(const MaterialRecord& material) {
 
 void WriteXrfFile(const MaterialRecord& material, MaterialOutput& out) {
   if (skipThisMesh(material.name, out.filter)) return;
-  const std::string text = XrfText(material);
-  WorkFileWriter file(out.files, material.name + ".xrf", WorkFileWriter::Content::Text);
+  const std::string text = WithNativeLineEnds(XrfText(material));
+  WorkFileWriter file(out.files, material.name + ".xrf");
   file.Bytes(text.data(), text.size());
   file.Finish();
 }

@@ -20,7 +20,7 @@ class CmfWriter {
       : mesh_(mesh),
         coordinates_(coordinates),
         status_(out.status),
-        out_(out.files, fileName, WorkFileWriter::Content::Binary),
+        out_(out.files, fileName),
         warned_(OnlyDummyBone(bones)) {}
 
   void WriteHeader(int32_t threadId, size_t vertexCount, size_t faceCount) {

@@ -72,7 +72,9 @@ void ActorPackage::WorkFileBegins(const std::string& name) {
 }
 
 void ActorPackage::WorkFileEnds(const std::string& name) {
-  if (!settings_.packLevel || !archive_ || std::thread::hardware_concurrency() < 2) return;
+  if (!settings_.packLevel || !archive_ || files_.held.Contains(name) ||
+      std::thread::hardware_concurrency() < 2)
+    return;
   if (!ahead_) ahead_ = std::make_unique<DeflateAhead>(*settings_.packLevel);
   ahead_->Start(files_.modelDirectory + name);
 }

@@ -41,6 +41,9 @@ bool IsPlainFileName(std::string_view name);
 /// The same for a name that a model brings, whatever system it was made on: no drive either, nor a scheme.
 bool IsPlainNameOfModel(std::string_view name);
 
+/// Whether `name` can name a member of a package: as IsPlainFileName, of whatever system.
+bool IsMemberName(std::string_view name);
+
 /// Whether a file-status query on `path` succeeds. True for folders as well.
 bool FileExists(std::string_view path);
 

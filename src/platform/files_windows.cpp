@@ -55,7 +55,8 @@ bool PathFromUtf8(std::string_view utf8, std::string& native) {
 }
 
 bool IsReservedFileName(std::string_view name) {
-  if (name.find(':') != std::string_view::npos) return true;  // a drive, or a second stream of a file
+  // A drive, a second stream of a file, or what is never part of a name.
+  if (name.find_first_of(":\"<>|?*") != std::string_view::npos) return true;
   if (std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; })) {
     return true;
   }

@@ -43,7 +43,7 @@ class NameCheck {
     // No usual file system takes longer ones.
     constexpr size_t kLongestFileName = 255;
     const std::string file = slot.name + ".cmf";
-    if (!IsPlainFileName(file) || file.size() > kLongestFileName)
+    if (!platform::IsMemberName(file) || file.size() > kLongestFileName)
       report_.Add(findings::kUnwritable, slot.node);
   }
 

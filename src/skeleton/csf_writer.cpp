@@ -60,7 +60,7 @@ void ExtractSkeleton(const ModelSource& model, SkeletonState& skeleton) {
 bool WriteSkeleton(const ModelSource& model, SkeletonState& skeleton, WorkFiles& files) {
   model.status.Send(Notice::WritingSkeleton);
   ExtractSkeleton(model, skeleton);
-  WorkFileWriter out(files, "skeleton.csf", WorkFileWriter::Content::Binary);
+  WorkFileWriter out(files, "skeleton.csf");
   WriteCsf(skeleton.bones, out);
   return out.Finish();
 }
