@@ -57,7 +57,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/pictures
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${FBX_TO_TS3D_PACKAGE_tool} COMPONENT tool)
 # Debian wants changelogs packed, without a date in them.
 find_program(GZIP gzip)
-if(GZIP AND NOT WIN32)
+if(GZIP)
   set(changelog ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz)
   add_custom_command(OUTPUT ${changelog} DEPENDS ${PROJECT_SOURCE_DIR}/CHANGELOG.md
     COMMAND sh -c "'${GZIP}' -9nc '${PROJECT_SOURCE_DIR}/CHANGELOG.md' > '${changelog}'" VERBATIM)
