@@ -149,6 +149,12 @@ TEST_F(Formats, ACharacterBecomesThePackageOfItsFbx) {
   EXPECT_EQ(Run("check gltf --unit mm"), 0);
   EXPECT_TRUE(Printed("multiplied by 0.1") || output_.find("multiplied by 0.1") != std::string::npos)
       << output_;
+  EXPECT_EQ(Run("convert -q --unit cm glb -o cm.czp"), 0) << errors_;
+  EXPECT_NE(Run("prove glb/scout.glb cm.czp"), 0) << "it is a hundred times as large";
+  EXPECT_EQ(Run("prove glb/scout.glb cm.czp --unit cm --certificate cm.json"), 0) << errors_;
+  EXPECT_EQ(Run("prove --verify cm.json glb/scout.glb cm.czp"), 0) << errors_;
+  EXPECT_EQ(Run("preview cm.czp --model glb/scout.glb --heat-map --unit cm -o heat.png"), 0) << errors_;
+  EXPECT_THAT(output_, HasSubstr("e-0"));
   EXPECT_EQ(Run("check --json gltf"), 0);
   EXPECT_EQ(Run("preview gltf/scout.gltf -o x.png"), 0) << errors_;
   EXPECT_EQ(Run("inspect glb/scout.glb"), 2);

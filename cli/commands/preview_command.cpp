@@ -73,6 +73,7 @@ struct PreviewOptions {
   bool takesSettings = true;
   std::vector<std::string> textureFolders;  ///< of a model
   std::string up;                           ///< axis; empty: concluded from the model
+  std::string modelUnit;                    ///< of a model; empty: that of its format
   bool heatMap = false;
   std::string model;  ///< that the heat map compares with; empty: the one beside the package
 
@@ -87,16 +88,23 @@ struct PreviewOptions {
   }
 };
 
-/// @return the package, inside `work`
-fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const PreviewOptions& preview,
-                        Messages& messages) {
+/// What the model is converted with.
+ConvertOptions ConversionOf(const PreviewOptions& preview) {
   ConvertOptions options;
   options.loadsPlugins = preview.loadsPlugins;
   options.settingsFile = preview.settingsFile;
   options.takesSettings = preview.takesSettings;
   options.textureFolders = preview.textureFolders;
+  options.modelUnit = preview.modelUnit;
+  if (!preview.modelUnit.empty()) options.given.insert("--unit");
+  return options;
+}
+
+/// @return the package, inside `work`
+fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const PreviewOptions& preview,
+                        Messages& messages) {
   const ModelResult result =
-      ConvertWithSettings(task, work, options, std::nullopt, [](const ts3d::StatusLine&) {});
+      ConvertWithSettings(task, work, ConversionOf(preview), std::nullopt, [](const ts3d::StatusLine&) {});
   for (const std::string& loss : result.Losses()) messages.Warning(task.name, loss);
   if (result.code != 0) throw Failure(result.code, result.reason);
   return WithExtension(work.Model(), "czp");
@@ -137,7 +145,9 @@ std::string ShowHeat(const PreviewOptions& options, const std::string& input, ac
   prove::Proof proof;
   prove::HeatMap heat;
   std::string error;
-  if (!prove::ProveModel(ConverterPath(model), actor, {}, proof, error, &heat))
+  const ConvertOptions convert = OptionsOf(model, ConversionOf(options), std::nullopt).options;
+  const prove::ProofOptions proofOptions{.modelUnit = convert.modelUnit};
+  if (!prove::ProveModel(ConverterPath(model), actor, proofOptions, proof, error, &heat))
     throw Failure(kUnreadable, error);
   if (heat.meshes.empty()) throw Failure(kUnreadable, "package and model have no mesh in common");
   actor = preview::HeatActor(actor, heat, preview::FindStand(preview::Drawable(actor), options.Up()),
@@ -349,6 +359,7 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
       .add_option("--model", options->model,
                   "The model that --heat-map compares a package with (default: the one beside it)")
       ->type_name("FILE");
+  AddModelUnit(preview, options->modelUnit);
   AddTextureFolders(preview, options->textureFolders);
   AddSettingsOptions(preview, options->settingsFile, options->takesSettings);
   AddNoPlugins(preview, options->loadsPlugins);

@@ -125,6 +125,7 @@ void AddProveCommand(CLI::App& app, RunCommand& run) {
   prove.add_flag("--repair", options->convert.repairsAsNeeded,
                  "Convert as convert --repair does, with the repairs that a model needs");
   AddMaxInfluences(prove, options->convert.mostInfluences);
+  AddModelUnit(prove, options->convert.modelUnit);
   AddSettingsOptions(prove, options->convert.settingsFile, options->convert.takesSettings);
   prove.add_flag("--json", options->json, "Print the proofs as JSON");
   prove.add_flag("-q,--quiet", options->quiet, "Show only what does not move as its model does");

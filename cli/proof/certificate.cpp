@@ -108,9 +108,11 @@ Verification VerifyCertificate(const fs::path& path, const fs::path& model, cons
     const int poses = stated.at("random_poses");
     if (poses < 0 || poses > kMostPoses)
       throw Failure(kUnreadable, path.string() + ": absurd number of poses");
+    ConvertOptions convert;
+    convert.modelUnit = stated.value("unit", "");
     const ProvenModel again =
         ProveModelFile(found.model, found.model, found.package,
-                       {stated.at("seed"), poses, 0, stated.value("max_influences", 0)});
+                       {stated.at("seed"), poses, 0, stated.value("max_influences", 0)}, convert);
     const std::string result = prove::NameOf(again.proof.verdict);
     const double worst = again.proof.worst.error;
     if (!again.error.empty()) {

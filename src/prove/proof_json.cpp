@@ -79,6 +79,7 @@ void WriteProof(JsonWriter& json, const Proof& proof) {
   json.Member("seed", proof.seed);
   json.Member("random_poses", proof.randomPoses);
   if (proof.mostInfluences > 0) json.Member("max_influences", proof.mostInfluences);
+  if (!proof.modelUnit.empty()) json.Member("unit", proof.modelUnit);
   json.Member("vertices", proof.vertices);
   WriteErrors(json, "poses", proof.poses);
   WriteErrors(json, "meshes", proof.meshes);

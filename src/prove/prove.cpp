@@ -153,6 +153,7 @@ Proof Prove(scene::KFbxScene& scene, const actor::Actor& actor, const ProofOptio
   proof.seed = options.seed;
   proof.randomPoses = options.poses;
   proof.mostInfluences = options.mostInfluences;
+  proof.modelUnit = options.modelUnit;
   ModelRig rig = ReadModelRig(scene, actor.skeleton, IsActor(actor));
   const Matches matches = MatchMeshes(scene, rig, actor);
   const double diagonal = MeasureDiagonal(rig, matches);

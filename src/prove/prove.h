@@ -60,6 +60,7 @@ struct Proof {
   uint64_t seed = 0;
   int randomPoses = 0;
   int mostInfluences = 0;  ///< that vertices were to keep; 0: all
+  std::string modelUnit;   ///< that the model was said to be in; empty: that of its format
   size_t vertices = 0;     ///< compared, in each pose
   std::string firstBone;   ///< the first where model and package part; empty: none
   std::vector<NamedError> poses, meshes, bones;
