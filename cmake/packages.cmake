@@ -29,6 +29,9 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${FBX_TO_TS3D_PACKAGE_development})
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${FBX_TO_TS3D_PACKAGE_library} (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Header, CMake and pkg-config files of the FBX-to-TS3D library")
+# Loaded when a glTF file is compressed with it.
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS libmeshoptimizer2d)
+set(CPACK_DEBIAN_TOOL_PACKAGE_RECOMMENDS libmeshoptimizer2d)
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME ${FBX_TO_TS3D_PACKAGE_tool})
 set(CPACK_COMPONENT_TOOL_DESCRIPTION "Command-line tool that converts FBX characters into actor packages")
 

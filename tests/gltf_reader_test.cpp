@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/process.h"
 #include "scene/model/material.h"
 #include "scene/model/mesh.h"
 #include "support/check_scene.h"
@@ -238,6 +239,50 @@ GltfFile Sound() {
   return file;
 }
 
+TEST(Gltf, ViewsAreUnpackedByMeshoptimizer) {
+  const char* const library = "libmeshoptimizer.so.2d";
+  const auto encodeVertices =
+      reinterpret_cast<size_t (*)(unsigned char*, size_t, const void*, size_t, size_t)>(
+          platform::LoadPlugin(library, "meshopt_encodeVertexBuffer"));
+  const auto encodeIndices = reinterpret_cast<size_t (*)(unsigned char*, size_t, const unsigned*, size_t)>(
+      platform::LoadPlugin(library, "meshopt_encodeIndexBuffer"));
+  if (!encodeVertices || !encodeIndices) GTEST_SKIP() << "libmeshoptimizer2d is not installed";
+  const Loaded plain(Sound());
+  GltfFile file = Sound();
+  std::vector<uint8_t> room(1000);
+  const auto pack = [&](size_t number, size_t size, const char* mode, int stride, int count) {
+    const size_t packed =
+        file.View(std::vector<uint8_t>(room.begin(), room.begin() + static_cast<int>(size)));
+    Json extension = file.root["bufferViews"][packed];
+    extension.update({{"mode", mode}, {"byteStride", stride}, {"count", count}});
+    Json& view = file.root["bufferViews"][number];
+    std::memset(&file.data[view["byteOffset"].get<size_t>()], 0, view["byteLength"].get<size_t>());
+    view["extensions"]["EXT_meshopt_compression"] = extension;
+  };
+  pack(0, encodeVertices(room.data(), room.size(), kSquare.data(), 4, 12), "ATTRIBUTES", 12, 4);
+  const unsigned corners[] = {0, 1, 2};
+  pack(3, encodeIndices(room.data(), room.size(), corners, 3), "TRIANGLES", 2, 3);
+  const Loaded unpacked(file);
+  EXPECT_EQ(PointsOf(unpacked.Mesh("m")), PointsOf(plain.Mesh("m")));
+  EXPECT_EQ(TrianglesOf(unpacked.Mesh("m")), TrianglesOf(plain.Mesh("m")));
+  const auto expect = [&](const char* member, const Json& value, const char* reason) {
+    GltfFile damaged = file;
+    damaged.root["bufferViews"][0]["extensions"]["EXT_meshopt_compression"][member] = value;
+    EXPECT_THAT(Loaded(damaged).error, HasSubstr(reason)) << member;
+  };
+  for (const int stride : {0, 11, 260}) expect("byteStride", stride, "view is damaged");
+  expect("count", 3, "view is damaged");
+  expect("byteLength", 3, "view is damaged");
+  expect("byteOffset", 9000, "leads out of its data");
+  expect("filter", "QUATERNION", "view is damaged");
+  const size_t plainSize = Sound().data.size();
+  for (size_t i = plainSize; i < file.data.size(); ++i) {
+    GltfFile damaged = file;
+    damaged.data[i] = static_cast<char>(damaged.data[i] ^ 0x55);
+    const Loaded ends(damaged);
+  }
+}
+
 TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   ASSERT_EQ(Loaded(Sound()).error, "");
   const auto expect = [](const char* place, const Json& value, const char* reason) {
@@ -258,7 +303,7 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   expect("/accessors/0/componentType", 5124, "component type 5124");
   expect("/bufferViews/0/byteOffset", 1e14, "leads out of its data");
   expect("/bufferViews/0", {{"byteLength", 48}}, "leads out of its data");
-  expect("/bufferViews/0/extensions", {{"EXT_meshopt_compression", Json::object()}}, "without compression");
+  expect("/bufferViews/0/extensions", {{"EXT_meshopt_compression", Json::object()}}, "view is damaged");
   expect("/meshes/0/primitives/0/extensions", {{"KHR_draco_mesh_compression", Json::object()}},
          "without compression");
   for (const char* uri :

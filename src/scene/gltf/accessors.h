@@ -7,23 +7,6 @@
 
 namespace scene::gltf {
 
-/// Memory that a model may take while it is read, held against the size of its files.
-class Budget {
- public:
-  explicit Budget(uint64_t most) : most_(most) {}
-  /// @throws Fault when that is too much
-  void Take(uint64_t bytes) {
-    if (bytes > most_ - used_) throw Fault("its data asks for too much memory for files of this size");
-    used_ += bytes;
-  }
-  uint64_t Used() const { return used_; }
-  /// Gives back what was taken since `Used()` was `used`.
-  void ReturnTo(uint64_t used) { used_ = used; }
-
- private:
-  uint64_t most_, used_ = 0;
-};
-
 /// Reads accessors: strided, sparse, normalised, of any component type.
 class AccessorReader {
  public:

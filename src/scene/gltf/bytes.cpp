@@ -3,6 +3,7 @@
 
 #include "base/byte_cursor.h"
 #include "scene/gltf/file_reference.h"
+#include "scene/gltf/unpack_view.h"
 
 namespace scene::gltf {
 namespace {
@@ -90,18 +91,30 @@ std::vector<std::string> BufferBytes::PathsOfOtherFiles() const {
   return paths;
 }
 
+std::string_view BufferBytes::BytesOf(uint32_t buffer, uint64_t offset, uint64_t size) const {
+  const std::string_view bytes = buffer == kNone ? std::string_view() : buffers_[buffer];
+  if (offset > bytes.size() || size > bytes.size() - offset)
+    throw Fault("an accessor or a picture leads out of its data");
+  return bytes.substr(static_cast<size_t>(offset), static_cast<size_t>(size));
+}
+
+void BufferBytes::Unpack(const Document& document, Budget& budget) {
+  for (uint32_t i = 0; i < document.views.size(); ++i) {
+    const BufferView& view = document.views[i];
+    if (view.compressed.empty()) continue;
+    const PackedView& packed = view.packed;
+    unpacked_[i] = UnpackView(view, BytesOf(packed.buffer, packed.offset, packed.size), budget);
+  }
+}
+
 std::string_view BufferBytes::At(const Document& document, const Place& place, uint64_t size) const {
   const BufferView& view = document.views[place.view];
-  if (!view.compressed.empty()) {
-    throw Fault("its data is compressed with " + view.compressed +
-                ", which is not read; export the model without compression");
-  }
-  const std::string_view bytes = view.buffer == kNone ? std::string_view() : buffers_[view.buffer];
-  if (place.offset > view.size || size > view.size - place.offset || view.offset > bytes.size() ||
-      view.size > bytes.size() - view.offset) {
+  if (place.offset > view.size || size > view.size - place.offset)
     throw Fault("an accessor or a picture leads out of its data");
-  }
-  return bytes.substr(static_cast<size_t>(view.offset + place.offset), static_cast<size_t>(size));
+  const auto unpacked = unpacked_.find(place.view);
+  const std::string_view bytes =
+      unpacked == unpacked_.end() ? BytesOf(view.buffer, view.offset, view.size) : unpacked->second;
+  return bytes.substr(static_cast<size_t>(place.offset), static_cast<size_t>(size));
 }
 
 std::string_view BufferBytes::View(const Document& document, uint32_t view) const {

@@ -23,6 +23,23 @@ struct FileParts {
 /// @throws Fault
 FileParts SplitFile(std::string_view bytes);
 
+/// Memory that a model may take while it is read, held against the size of its files.
+class Budget {
+ public:
+  explicit Budget(uint64_t most) : most_(most) {}
+  /// @throws Fault when that is too much
+  void Take(uint64_t bytes) {
+    if (bytes > most_ - used_) throw Fault("its data asks for too much memory for files of this size");
+    used_ += bytes;
+  }
+  uint64_t Used() const { return used_; }
+  /// Gives back what was taken since `Used()` was `used`.
+  void ReturnTo(uint64_t used) { used_ = used; }
+
+ private:
+  uint64_t most_, used_ = 0;
+};
+
 /// The buffers of a document: parts of the file, decoded from its JSON, or files beside it. Each is opened when
 /// it is first asked for and stays as long as the object.
 class BufferBytes {
@@ -33,6 +50,10 @@ class BufferBytes {
   /// Makes all buffers of `document` ready.
   /// @throws Fault when one is missing or shorter than it says
   void Open(const Document& document);
+  /// Unpacks the views that are compressed.
+  /// @param budget  what they unpack to is taken from it
+  /// @throws Fault when one is damaged, or cannot be unpacked here
+  void Unpack(const Document& document, Budget& budget);
   /// Size of the files beside the model that were opened, each counted once.
   uint64_t SizeOfOtherFiles() const { return otherFiles_; }
 
@@ -46,6 +67,7 @@ class BufferBytes {
   std::string_view View(const Document& document, uint32_t view) const;
 
  private:
+  std::string_view BytesOf(uint32_t buffer, uint64_t offset, uint64_t size) const;
   std::string_view OpenBuffer(const Buffer& buffer, size_t index);
   std::string_view OpenFile(const std::string& uri);
 
@@ -53,6 +75,7 @@ class BufferBytes {
   std::string folder_;
   std::vector<std::string_view> buffers_;
   std::deque<std::string> decoded_;
+  std::map<uint32_t, std::string> unpacked_;  ///< by the numbers of their views
   std::map<std::string, platform::MappedFile> files_;
   uint64_t otherFiles_ = 0;
 };

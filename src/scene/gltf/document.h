@@ -32,11 +32,19 @@ struct Buffer {
   uint64_t size = 0;
 };
 
+/// Where the data of a compressed view lies, and how it is packed.
+struct PackedView {
+  uint32_t buffer = kNone;
+  uint64_t offset = 0, size = 0, stride = 0, count = 0;
+  std::string mode, filter;  ///< as "ATTRIBUTES" and "OCTAHEDRAL"
+};
+
 struct BufferView {
   uint32_t buffer = kNone;
   uint64_t offset = 0, size = 0;
   uint32_t stride = 0;     ///< 0: elements follow each other
   std::string compressed;  ///< the extension that it needs to be unpacked; empty: none
+  PackedView packed;       ///< for such a view
 };
 
 /// Some bytes of a view.

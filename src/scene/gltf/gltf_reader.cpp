@@ -76,6 +76,7 @@ class OpenGltfFile : public KFbxOpenFile {
     tree.storage = files_;
     gltf::Budget budget(tree.MemoryAllowance() / 2);
     if (!conventions_.model.empty()) budget.Take(files_->bytes.size());
+    files_->buffers->Unpack(document_, budget);
     const gltf::AccessorReader accessors(document_, *files_->buffers, budget);
     scale_ = gltf::CentimetresIn(settings.GetStringProp(kModelUnitSetting, ""), conventions_);
     // From the world of the file into that of FBX characters.

@@ -89,7 +89,16 @@ class DocumentReader {
     result.stride = static_cast<uint32_t>(std::min(view["byteStride"].Count(), kLargestStride + 1));
     if (result.stride > kLargestStride) throw Fault("the elements of a buffer view lie too far apart");
     for (const char* extension : kViewCompressions) {
-      if (view["extensions"][extension]) result.compressed = extension;
+      const JsonValue packed = view["extensions"][extension];
+      if (!packed) continue;
+      result.compressed = extension;
+      result.packed = {packed["buffer"].Index(document_.buffers.size(), "buffer"),
+                       packed["byteOffset"].Count(),
+                       packed["byteLength"].Count(),
+                       packed["byteStride"].Count(),
+                       packed["count"].Count(),
+                       packed["mode"].Text(),
+                       packed["filter"].Text()};
     }
     return result;
   }
