@@ -106,7 +106,9 @@ int main(int argc, char** argv) {
   KeepFreedMemory();
   platform::OpenStandardStreams();
   try {
-    const int status = Run(platform::CommandLineWords(argc, argv));
+    const std::vector<std::string> words = platform::CommandLineWords(argc, argv);
+    if (cli::ChildProcess::Obey(words, cli::ObeyConvertOrder)) return cli::kSuccess;
+    const int status = Run(words);
     platform::RemoveUnfinished();
     if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
     cli::PrintMessage("", cli::Severity::Error, "the output cannot be written");

@@ -102,6 +102,29 @@ void NoteGivenOptions(CLI::App& command, std::set<std::string>& given) {
   command.parse_complete_callback([&command, &given] { given = GivenOptions(command); });
 }
 
+std::vector<std::string> OptionWords(const CLI::App& command) {
+  std::vector<std::string> words;
+  for (const CLI::Option* option : command.get_options()) {
+    if (option->get_lnames().empty()) continue;
+    const std::string& name = option->get_lnames().front();
+    for (const std::string& value : option->results()) {
+      if (option->get_items_expected_max() == 0) {
+        // A flag may be a negation, or be given a value.
+        const bool isPlain = option->get_flag_value(name, "") == value;
+        words.push_back(
+            "--" + name +
+            (isPlain ? ""
+                     : "=" + std::string(option->get_flag_value(name, "true") == value ? "true" : "false")));
+      } else if (value.empty()) {
+        words.insert(words.end(), {"--" + name, value});
+      } else {
+        words.push_back("--" + name + "=" + value);
+      }
+    }
+  }
+  return words;
+}
+
 void AddMaxInfluences(CLI::App& command, int& most) {
   TakesNumber(
       command.add_option("--max-influences", most,

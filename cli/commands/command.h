@@ -63,6 +63,9 @@ std::set<std::string> GivenOptions(const CLI::App& command);
 /// Puts them into `given` once it is understood.
 void NoteGivenOptions(CLI::App& command, std::set<std::string>& given);
 
+/// All options that the command line has, as words that another process understands in the same way.
+std::vector<std::string> OptionWords(const CLI::App& command);
+
 /// --no-plugins.
 void AddNoPlugins(CLI::App& command, bool& loadsPlugins);
 

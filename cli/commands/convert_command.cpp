@@ -12,6 +12,7 @@
 #include "convert/batch.h"
 #include "convert/choice_names.h"
 #include "convert/convert_options.h"
+#include "convert/convert_order.h"
 #include "convert/convert_report.h"
 #include "convert/mesh_options.h"
 #include "convert/summary_table.h"
@@ -79,13 +80,17 @@ void CheckReportPath(const std::string& report, const std::vector<ModelTask>& ta
   }
 }
 
+std::optional<FinishSettings> FinishOf(const ConvertOptions& options) {
+  std::optional<FinishSettings> finish;
+  if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
+  return finish;
+}
+
 /// Converts the models and tells what came of it, in words and in the report.
 ConvertedModels ConvertAndTell(const ConvertOptions& options, const std::vector<ModelTask>& tasks) {
   const auto begin = std::chrono::steady_clock::now();
-  std::optional<FinishSettings> finish;
-  if (!options.finishSettings.empty()) ReadFinishSettings(options.finishSettings, finish.emplace());
   int signal = 0;
-  std::vector<ModelResult> results = ConvertAll(tasks, options, finish, signal);
+  std::vector<ModelResult> results = ConvertAll(tasks, options, FinishOf(options), signal);
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
   const std::vector<ts3d::Finding> warnings = FindNamesOfNoModel(results);
   for (const ts3d::Finding& warning : warnings)
@@ -231,9 +236,8 @@ void AddRunOptions(CLI::App& convert, ConvertOptions& options) {
       .add_option("--finish-settings", options.finishSettings,
                   "JSON file with final settings to apply as well")
       ->type_name("FILE");
-  TakesNumber(convert.add_option(
-                  "-j,--jobs", options.jobs,
-                  "Models to convert at a time (default: one for each processor core; on Windows always 1)"),
+  TakesNumber(convert.add_option("-j,--jobs", options.jobs,
+                                 "Models to convert at a time (default: one for each processor core)"),
               1, 256);
   AddPackLevel(convert, options.packLevel);
   convert
@@ -256,23 +260,39 @@ void AddRunOptions(CLI::App& convert, ConvertOptions& options) {
                    "Replace a .czp file even if it holds what fbx2czp has not written");
 }
 
+void AddOptions(CLI::App& convert, ConvertOptions& options) {
+  convert.parse_complete_callback([&] {
+    options.given = GivenOptions(convert);
+    options.words = OptionWords(convert);
+  });
+  // The help lists them in this order.
+  AddModelOptions(convert, options);
+  AddNameOptions(convert, options);
+  AddRepairOptions(convert, options);
+  AddPictureOptions(convert, options);
+  AddRunOptions(convert, options);
+  AddNoPlugins(convert, options.loadsPlugins);
+  AddStrict(convert, options.strict);
+  AddVerbosity(convert, options.verbosity);
+}
+
 }  // namespace
 
 void AddConvertCommand(CLI::App& app, RunCommand& run) {
   const auto options = std::make_shared<ConvertOptions>();
   CLI::App& convert = AddCommand(app, "convert", "Convert models into packages", run,
                                  [options] { return RunConvert(*options); });
-  NoteGivenOptions(convert, options->given);
-  // The help lists them in this order.
-  AddModelOptions(convert, *options);
-  AddNameOptions(convert, *options);
-  AddRepairOptions(convert, *options);
-  AddPictureOptions(convert, *options);
-  AddRunOptions(convert, *options);
-  AddNoPlugins(convert, options->loadsPlugins);
-  AddStrict(convert, options->strict);
-  AddVerbosity(convert, options->verbosity);
+  AddOptions(convert, *options);
   SetFooter(convert, kConvertExamples);
+}
+
+void ObeyConvertOrder(const std::string& text, const ChildProcess::Send& send) {
+  const ConvertOrder order = OrderFromJson(text);
+  CLI::App convert;
+  ConvertOptions options;
+  AddOptions(convert, options);
+  convert.parse(std::vector<std::string>(order.options.rbegin(), order.options.rend()));
+  CarryOut(order, options, FinishOf(options), send);
 }
 
 }  // namespace cli

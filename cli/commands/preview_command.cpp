@@ -103,8 +103,8 @@ ConvertOptions ConversionOf(const PreviewOptions& preview) {
 /// @return the package, inside `work`
 fs::path ConvertQuietly(const ModelTask& task, const WorkFolder& work, const PreviewOptions& preview,
                         Messages& messages) {
-  const ModelResult result =
-      ConvertWithSettings(task, work, ConversionOf(preview), std::nullopt, [](const ts3d::StatusLine&) {});
+  const ModelResult result = ConvertWithSettings(task, work.Model(), ConversionOf(preview), std::nullopt,
+                                                 [](const ts3d::StatusLine&) {});
   for (const std::string& loss : result.Losses()) messages.Warning(task.name, loss);
   if (result.code != 0) throw Failure(result.code, result.reason);
   return WithExtension(work.Model(), "czp");

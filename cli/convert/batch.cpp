@@ -8,8 +8,8 @@
 #include <map>
 #include <thread>
 
+#include "convert/convert_order.h"
 #include "convert/foreign_package.h"
-#include "convert/job_host.h"
 #include "convert/made_with.h"
 #include "convert/message_groups.h"
 #include "convert/result_messages.h"
@@ -29,18 +29,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr char kStatusMessage = 'S', kResultMessage = 'R';
-
-/// Why a conversion ended without a result.
-std::string DescribeSignal(int signal) {
-  const std::string text = "the conversion ended with signal " + std::to_string(signal);
-  constexpr int kKill = 9, kTerminate = 15, kFileTooLarge = 25;
-  if (signal == kKill) return text + ": it was killed, perhaps for lack of memory";
-  if (signal == kTerminate) return text + ": somebody ended it";
-  if (signal == kFileTooLarge) return text + ": a file would have become larger than allowed";
-  return text + "; please send us the model, so that we can mend that";
-}
-
 /// A model whose conversion runs.
 class Running {
  public:
@@ -48,22 +36,8 @@ class Running {
           const std::optional<FinishSettings>& finish, const StatusPrinter& printer, bool keepsInput)
       : index_(index),
         work_(task.model, task.model.parent_path(), task.NameInWork()),
-        child_(
-            [&](const ChildProcess::Send& send) {
-              // Each message wakes the other process: thousands of them cost more than a small model.
-              const auto onStatus = [&](const ts3d::StatusLine& line) {
-                if (printer.WantsLines()) send(kStatusMessage + PackedLine(line));
-              };
-              ModelResult result;
-              try {
-                result = ConvertWithSettings(task, work_, options, finish, onStatus);
-              } catch (const std::exception& error) {
-                result.code = kNotWritten;
-                result.reason = error.what();
-              }
-              send(kResultMessage + ToJson(result));
-            },
-            keepsInput) {}
+        child_(OrderFor({task, work_.Model(), printer.WantsLines(), options.words}, options, finish),
+               keepsInput) {}
 
   size_t Index() const { return index_; }
   ChildProcess& Child() { return child_; }
@@ -75,6 +49,13 @@ class Running {
   std::string output;
 
  private:
+  static ChildProcess::Order OrderFor(const ConvertOrder& order, const ConvertOptions& options,
+                                      const std::optional<FinishSettings>& finish) {
+    return {
+        [=, &options, &finish](const ChildProcess::Send& send) { CarryOut(order, options, finish, send); },
+        [=] { return ToJson(order); }};
+  }
+
   size_t index_;
   Clock::time_point begin_ = Clock::now();
   WorkFolder work_;
@@ -120,7 +101,7 @@ class Batch {
         Fail(0, problem->exitStatus, problem->text);
       } else if (!RefuseForeignPackage(0)) {
         const WorkFolder work(task.model, task.model.parent_path(), task.NameInWork());
-        Complete(0, work, ConvertWithSettings(task, work, options_, finish_, onStatus));
+        Complete(0, work, ConvertWithSettings(task, work.Model(), options_, finish_, onStatus));
       }
     } catch (const InterruptedRun&) {
       signal = InterruptSignal();
@@ -188,21 +169,20 @@ class Batch {
     for (Running& model : running_) children.push_back(&model.Child());
     if (!children.empty()) ChildProcess::WaitForAny(children);
     for (auto model = running_.begin(); model != running_.end();) {
-      const bool goesOn =
-          model->Child().Receive({[&](std::string_view message) { TakeMessage(*model, message); },
-                                  [&](std::string_view text) { TakeOutput(*model, text); }});
+      const bool goesOn = model->Child().Receive({[&](std::string_view message) { Take(*model, message); },
+                                                  [&](std::string_view text) { TakeOutput(*model, text); }});
       if (!goesOn) Finish(*model);
       model = goesOn ? std::next(model) : running_.erase(model);
     }
   }
 
-  void TakeMessage(Running& model, std::string_view message) {
-    if (message.starts_with(kStatusMessage)) {
-      printer_.Print(tasks_[model.Index()].name, UnpackedLine(message.substr(1)));
-    } else if (message.starts_with(kResultMessage)) {
-      model.result = ResultFromJson(message.substr(1));
-      model.hasResult = true;
-    }
+  void Take(Running& model, std::string_view message) {
+    TakeMessage(
+        message, [&](const ts3d::StatusLine& line) { printer_.Print(tasks_[model.Index()].name, line); },
+        [&](ModelResult result) {
+          model.result = std::move(result);
+          model.hasResult = true;
+        });
   }
 
   /// The question for a password, and whatever plug-ins print.
@@ -216,7 +196,10 @@ class Batch {
 
   void Finish(Running& model) {
     if (!model.hasResult) {
-      return Fail(model.Index(), kCrashed, DescribeSignal(model.Child().Signal()));
+      const ChildProcess::Ending ending = model.Child().HowItEnded();
+      return Fail(model.Index(), kCrashed,
+                  "the conversion ended with " + ending.text +
+                      (ending.isFault ? "; please send us the model, so that we can mend that" : ""));
     }
     model.result.readerOutput += model.output;
     model.result.seconds = model.Seconds();

@@ -60,29 +60,28 @@ struct PackageIsCurrent {};
 
 /// Runs in the work folder, where the converter deletes its work files.
 /// @param request  without paths
-int Convert(const ModelTask& task, const WorkFolder& work, ts3d::ConversionRequest request,
+int Convert(const ModelTask& task, const fs::path& shown, ts3d::ConversionRequest request,
             ts3d::ConversionJob& job) {
-  const fs::path model = work.Model();
-  request.fbxPath = ConverterPath(model);
+  request.fbxPath = ConverterPath(shown);
   request.actorPath = ConverterPath(task.model);
   request.keepsLoadError = true;
-  const CurrentFolder current(model.parent_path());
+  const CurrentFolder current(shown.parent_path());
   return static_cast<int>(ts3d::RunConversion(job, request));
 }
 
 /// Applies the final settings to what a conversion has just written.
-int Finish(const WorkFolder& work, FinishSettings settings, ts3d::ConversionJob& job, ModelResult& result) {
-  std::ifstream file(platform::ForStream(WithExtension(work.Model(), "xfg")), std::ios::binary);
+int Finish(const fs::path& shown, FinishSettings settings, ts3d::ConversionJob& job, ModelResult& result) {
+  std::ifstream file(platform::ForStream(WithExtension(shown, "xfg")), std::ios::binary);
   const std::string document = ts3d::WithLineFeeds({std::istreambuf_iterator<char>(file), {}});
   std::vector<std::string> bones;
   for (const ts3d::BoneNode* bone : job.skeleton->bones.PreOrder()) bones.push_back(bone->name);
   for (UnmatchedOption& entry : ResolveNames(settings, document, bones))
     result.unmatchedOptions.push_back(std::move(entry));
   // Inside the work folder, which goes whatever becomes of this process.
-  const fs::path nowhere = work.Model().parent_path() / "fbx2czp-nowhere";
+  const fs::path nowhere = shown.parent_path() / "fbx2czp-nowhere";
   fs::create_directory(nowhere);
   const CurrentFolder current(nowhere);
-  return ApplyFinishSettings(work.Model().string(), settings, document, job);
+  return ApplyFinishSettings(shown.string(), settings, document, job);
 }
 
 void AddNote(const char* code, std::string text, ModelResult& result) {
@@ -145,7 +144,7 @@ void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& 
 }
 
 /// @param code  of the failed run
-std::string WhyFailed(const ModelTask& task, const WorkFolder& work, int code,
+std::string WhyFailed(const ModelTask& task, const fs::path& shown, int code,
                       const ts3d::ConversionJob& job) {
   if (code == FBX_TO_TS3D_LOAD_FAILED) {
     const std::string known = RecogniseModel(task.model);
@@ -153,7 +152,7 @@ std::string WhyFailed(const ModelTask& task, const WorkFolder& work, int code,
   }
   if (!job.loadError.empty()) return "the model cannot be loaded: " + job.loadError;
   if (platform::IsDiskFull(job.files.writeError)) {
-    const fs::path folder = work.Model().parent_path().parent_path();
+    const fs::path folder = shown.parent_path().parent_path();
     return "the disk is full: there is no room for work files in " + folder.string() +
            "; make room there, or let TMPDIR name another folder";
   }
@@ -206,10 +205,10 @@ void TakePackage(const ModelTask& task, const fs::path& package, const ConvertOp
 /// The conversion of one model, and all that its callbacks take.
 class ModelConversion {
  public:
-  ModelConversion(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
+  ModelConversion(const ModelTask& task, const fs::path& shown, const ConvertOptions& options,
                   const TakeStatus& onStatus)
       : task_(task),
-        work_(work),
+        shown_(shown),
         options_(options),
         onStatus_(onStatus),
         textures_(task.model, options.longestTextureSide, options.textureFolders, options.tooLargeTextures) {
@@ -234,16 +233,16 @@ class ModelConversion {
     mayBeCurrent_ = options_.update && IsCurrent(task_, FixedInputs(task_, options_));
     times_.Begin("load");
     try {
-      result_.code = Convert(task_, work_, Request(), job_);
+      result_.code = Convert(task_, shown_, Request(), job_);
     } catch (const PackageIsCurrent&) {
       TakeCurrentPackage(task_, options_, result_);
       return std::move(result_);
     }
     if (result_.code == 0 && finish)
-      result_.code = times_.Within("final settings", [&] { return Finish(work_, *finish, job_, result_); });
+      result_.code = times_.Within("final settings", [&] { return Finish(shown_, *finish, job_, result_); });
     result_.steps = times_.End();
     TakeRun();
-    const fs::path package = WithExtension(work_.Model(), "czp");
+    const fs::path package = WithExtension(shown_, "czp");
     if (result_.code == 0) RefuseEmptyPackage(package, result_);
     if (result_.code == 0) TakePackage(task_, package, options_, job_, result_);
     return std::move(result_);
@@ -294,7 +293,7 @@ class ModelConversion {
   /// What the run has told, whatever it came to.
   void TakeRun() {
     if (result_.code != 0 && result_.reason.empty())
-      result_.reason = WhyFailed(task_, work_, result_.code, job_);
+      result_.reason = WhyFailed(task_, shown_, result_.code, job_);
     result_.readerOutput = job_.loadError;
     result_.damage = job_.damagedArrays;
     result_.said = said_.Take();
@@ -303,7 +302,7 @@ class ModelConversion {
   }
 
   const ModelTask& task_;
-  const WorkFolder& work_;
+  const fs::path& shown_;
   const ConvertOptions& options_;
   const TakeStatus& onStatus_;
   ModelResult result_;
@@ -329,9 +328,9 @@ std::string ModelTask::NameInWork() const {
   return stem + (IsModelName(model) ? model.extension().string() : ".fbx");
 }
 
-ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
+ModelResult ConvertInWorkFolder(const ModelTask& task, const fs::path& shown, const ConvertOptions& options,
                                 const std::optional<FinishSettings>& finish, const TakeStatus& onStatus) {
-  return ModelConversion(task, work, options, onStatus).Run(finish);
+  return ModelConversion(task, shown, options, onStatus).Run(finish);
 }
 
 std::vector<std::string> Publish(const ModelTask& task, const WorkFolder& work,

@@ -26,9 +26,11 @@ struct ModelTask {
   std::string NameInWork() const;
 };
 
-/// Converts the model inside `work`, where everything that is written stays.
-ModelResult ConvertInWorkFolder(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
-                                const std::optional<FinishSettings>& finish, const TakeStatus& onStatus);
+/// Converts the model inside its work folder, where everything that is written stays.
+/// @param shown  the model there (WorkFolder::Model)
+ModelResult ConvertInWorkFolder(const ModelTask& task, const platform::fs::path& shown,
+                                const ConvertOptions& options, const std::optional<FinishSettings>& finish,
+                                const TakeStatus& onStatus);
 
 /// Moves a converted model's document and package from `work` to where they belong.
 /// @param shrunkPictures  files that do not stay for the next conversion

@@ -52,7 +52,8 @@ struct ConvertOptions {
   std::string modelUnit = {};                ///< of a model other than FBX; empty: that of its format
   std::string settingsFile;                  ///< named on the command line; empty: the nearest
   bool takesSettings = true;
-  std::set<std::string> given;  ///< options that the command line has, by their long names
+  std::set<std::string> given;     ///< options that the command line has, by their long names
+  std::vector<std::string> words;  ///< these with their values, as words of a command line
   bool loadsPlugins = true;
   Verbosity verbosity = Verbosity::Normal;
 

@@ -10,14 +10,13 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <mutex>
 #include <set>
 #include <system_error>
 
 #include "host/child_process.h"
+#include "host/message_frames.h"
 
 namespace cli {
 namespace {
@@ -59,16 +58,7 @@ bool WriteAll(int file, std::string_view bytes) {
   return true;
 }
 
-/// A message goes as its length in four bytes and its text, in one write.
-bool SendFrame(int file, std::string_view message) {
-  const auto size = static_cast<uint32_t>(message.size());
-  std::string frame(sizeof size, '\0');
-  std::memcpy(frame.data(), &size, sizeof size);
-  frame += message;
-  return WriteAll(file, frame);
-}
-
-[[noreturn]] void RunChild(const ChildProcess::Work& work, int messages, int output, bool keepsInput) {
+[[noreturn]] void RunChild(const ChildProcess::Order& order, int messages, int output, bool keepsInput) {
   // Ctrl-C reaches the whole group; what then becomes of this process is the parent's business.
   signal(SIGINT, SIG_IGN);
   signal(SIGHUP, SIG_IGN);
@@ -85,7 +75,7 @@ bool SendFrame(int file, std::string_view message) {
     if (nothing >= 0) dup2(nothing, STDIN_FILENO);
   }
   try {
-    work([messages](std::string_view message) { return SendFrame(messages, message); });
+    order.work([messages](std::string_view message) { return WriteAll(messages, FrameOf(message)); });
   } catch (...) {
     // The missing result tells; going on would make a second parent of this process.
   }
@@ -137,18 +127,6 @@ struct ChildProcess::State {
     signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
   }
 
-  void TakeMessages(const Receiver& receiver) {
-    uint32_t size = 0;
-    size_t begin = 0;
-    while (unfinished.size() - begin >= sizeof size) {
-      std::memcpy(&size, unfinished.data() + begin, sizeof size);
-      if (unfinished.size() - begin - sizeof size < size) break;
-      receiver.message(std::string_view(unfinished).substr(begin + sizeof size, size));
-      begin += sizeof size + size;
-    }
-    unfinished.erase(0, begin);
-  }
-
   /// Reads one end if something is there; closes it at its end.
   static void Drain(int& file, std::string& buffer) {
     if (file < 0 || !IsReadable(file) || ReadAvailable(file, buffer)) return;
@@ -157,7 +135,7 @@ struct ChildProcess::State {
   }
 };
 
-ChildProcess::ChildProcess(const Work& work, bool keepsInput) : state_(std::make_unique<State>()) {
+ChildProcess::ChildProcess(const Order& order, bool keepsInput) : state_(std::make_unique<State>()) {
   const auto [messages, sendMessages] = MakePipe();
   state_->messages = messages;
   const FileCloser closeMessages{sendMessages};
@@ -167,7 +145,7 @@ ChildProcess::ChildProcess(const Work& work, bool keepsInput) : state_(std::make
   std::fflush(stdout);
   const std::lock_guard lock(TheRunning().mutex);
   state_->process = fork();
-  if (state_->process == 0) RunChild(work, sendMessages, sendOutput, keepsInput);
+  if (state_->process == 0) RunChild(order, sendMessages, sendOutput, keepsInput);
   if (state_->process < 0) Fail("a process cannot be started");
   TheRunning().processes.insert(state_->process);
 }
@@ -189,13 +167,25 @@ bool ChildProcess::Receive(const Receiver& receiver) {
   State::Drain(state_->output, text);
   if (!text.empty()) receiver.output(text);
   State::Drain(state_->messages, state_->unfinished);
-  state_->TakeMessages(receiver);
+  TakeMessages(state_->unfinished, receiver.message);
   if (state_->messages >= 0 || state_->output >= 0) return true;
   if (state_->process > 0) state_->Reap();
   return false;
 }
 
-int ChildProcess::Signal() const { return state_->signal; }
+ChildProcess::Ending ChildProcess::HowItEnded() const {
+  const std::string text = "signal " + std::to_string(state_->signal);
+  switch (state_->signal) {
+    case SIGKILL:
+      return {text + ": it was killed, perhaps for lack of memory"};
+    case SIGTERM:
+      return {text + ": somebody ended it"};
+    case SIGXFSZ:
+      return {text + ": a file would have become larger than allowed"};
+    default:
+      return {text, true};
+  }
+}
 
 void ChildProcess::WaitForAny(const std::vector<ChildProcess*>& children) {
   std::vector<pollfd> queries;
@@ -205,6 +195,11 @@ void ChildProcess::WaitForAny(const std::vector<ChildProcess*>& children) {
     }
   }
   poll(queries.data(), queries.size(), kWaitMilliseconds);
+}
+
+bool ChildProcess::Obey(const std::vector<std::string>&,
+                        const std::function<void(const std::string& order, const Send& send)>&) {
+  return false;
 }
 
 }  // namespace cli

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "host/child_process.h"
 #include "host/interrupt.h"
 #include "platform/unfinished.h"
 
@@ -14,11 +15,18 @@ namespace {
 constexpr DWORD kGraceMilliseconds = 200;
 
 std::atomic<int> interrupted = 0, gracefulEnds = 0;
+void* watchIsOver = nullptr;  ///< an event
 
 /// The system calls it on a thread of its own.
-BOOL WINAPI EndProcess(DWORD) {
+BOOL WINAPI EndProcess(DWORD event) {
   interrupted = SIGINT;
-  if (gracefulEnds > 0) Sleep(kGraceMilliseconds);
+  if (gracefulEnds > 0 && WaitForSingleObject(watchIsOver, kGraceMilliseconds) == WAIT_OBJECT_0) {
+    // When the console is closed, the system ends the process as soon as this returns.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
+    return TRUE;
+  }
+  // What still runs would go on writing into folders that are being removed.
+  ChildProcess::EndAll();
   platform::RemoveUnfinished();
   std::fputs("\nfbx2czp: error: interrupted; nothing half done is left\n", stderr);
   ExitProcess(128 + SIGINT);
@@ -26,8 +34,16 @@ BOOL WINAPI EndProcess(DWORD) {
 
 }  // namespace
 
-InterruptWatch::InterruptWatch() { SetConsoleCtrlHandler(EndProcess, TRUE); }
-InterruptWatch::~InterruptWatch() { SetConsoleCtrlHandler(EndProcess, FALSE); }
+InterruptWatch::InterruptWatch() {
+  watchIsOver = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  SetConsoleCtrlHandler(EndProcess, TRUE);
+}
+
+InterruptWatch::~InterruptWatch() {
+  SetEvent(watchIsOver);
+  // The event stays, and so does a handler that is at work: it would be waited for.
+  if (!interrupted) SetConsoleCtrlHandler(EndProcess, FALSE);
+}
 
 GracefulEnd::GracefulEnd() { ++gracefulEnds; }
 GracefulEnd::~GracefulEnd() { --gracefulEnds; }

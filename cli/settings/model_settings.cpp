@@ -34,7 +34,7 @@ ModelOptions OptionsOf(const fs::path& model, const ConvertOptions& options,
   return found;
 }
 
-ModelResult ConvertWithSettings(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
+ModelResult ConvertWithSettings(const ModelTask& task, const fs::path& shown, const ConvertOptions& options,
                                 const std::optional<FinishSettings>& finish, const TakeStatus& onStatus) {
   ModelOptions found;
   try {
@@ -47,7 +47,7 @@ ModelResult ConvertWithSettings(const ModelTask& task, const WorkFolder& work, c
     result.reason = error.what();
     return result;
   }
-  return ConvertInWorkFolder(task, work, found.options, found.finish, onStatus);
+  return ConvertInWorkFolder(task, shown, found.options, found.finish, onStatus);
 }
 
 }  // namespace cli

@@ -20,7 +20,8 @@ ModelOptions OptionsOf(const platform::fs::path& model, const ConvertOptions& op
                        const std::optional<FinishSettings>& finish);
 
 /// ConvertInWorkFolder with the model's settings; a file that holds no settings is a failure of the model.
-ModelResult ConvertWithSettings(const ModelTask& task, const WorkFolder& work, const ConvertOptions& options,
-                                const std::optional<FinishSettings>& finish, const TakeStatus& onStatus);
+ModelResult ConvertWithSettings(const ModelTask& task, const platform::fs::path& shown,
+                                const ConvertOptions& options, const std::optional<FinishSettings>& finish,
+                                const TakeStatus& onStatus);
 
 }  // namespace cli
