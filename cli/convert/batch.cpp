@@ -195,6 +195,8 @@ class Batch {
   }
 
   void Finish(Running& model) {
+    // Of those that an interruption ends nothing is left, not even a word.
+    if (!model.hasResult && InterruptSignal() != 0) return;
     if (!model.hasResult) {
       const ChildProcess::Ending ending = model.Child().HowItEnded();
       return Fail(model.Index(), kCrashed,

@@ -82,8 +82,8 @@ Handle StartAgain(const char* word, const Inherited& inherited, void* job) {
   PROCESS_INFORMATION started{};
   if (!CreateProcessW(platform::CallPath(platform::ExecutablePath()).c_str(),
                       CommandLine(word, inherited).data(), nullptr, nullptr, TRUE,
-                      EXTENDED_STARTUPINFO_PRESENT | CREATE_SUSPENDED, nullptr, nullptr, &startup.StartupInfo,
-                      &started)) {
+                      EXTENDED_STARTUPINFO_PRESENT | CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr,
+                      nullptr, &startup.StartupInfo, &started)) {
     FailToStart();
   }
   Handle process(started.hProcess);

@@ -9,13 +9,16 @@ import shutil
 import sys
 
 from pictures import make_models
-from wine import FIXTURES, ROOT, as_on_windows, members, run, test_in_wine
+from wine import FIXTURES, ROOT, as_on_windows, members, run, set_temporary_folder, test_in_wine
 
 DEEP = "/".join(["a folder with a long name, one of many"] * 8)  # more than 300 characters
 PLACES = ["plain", "Jürgen & Søn", "Жанна", "日本語", DEEP]
 # "@" stands for the place. Nothing else than Windows itself keeps a folder that deep from being the current one.
 COMMANDS = [
-    ["convert", "-q", "@/models", "-o", "@/packages", "--report", "@/report.json"],
+    # Workers get the options in other words.
+    ["convert", "-q", "@/models", "-o", "@/packages", "--report", "@/report.json", "--jobs", "2", "--rotation-y", "-90",
+     "--rename", "L_femur=left=femur \"Größe\"", "--mesh-mode", "2", "--mesh", "", "--mesh", "head", "--no-settings",
+     "--repair=false", "--double-sided", "hat", "--textures", "@", "--pack", "small"],
     ["convert", "-q", "@/scöut.fbx", "--scale", "95", "--pack", "small"],
     ["check", "--json", "@/scöut.fbx", "@/models"],
     ["inspect", "--json", "@/packages"],
@@ -84,21 +87,14 @@ def try_place(place, work, environment, tools):
     return [f"{place[:20]}: {text}" for text in differences]
 
 
-def leftovers(work):
-    return [f"left in the temporary folder: {path.name}" for path in (work / "Überreste").iterdir()]
-
-
 def try_all(work, environment, programs, native_tool):
     tools = {"native": [native_tool], "windows": ["wine", str(programs / "fbx2czp.exe")]}
-    temporary = work / "Überreste"
-    temporary.mkdir()
-    for variable in ("TEMP", "TMP"):
-        run(["wine", "reg", "add", r"HKCU\Environment", "/f", "/v", variable, "/d", f"Z:{temporary}"], work, environment)
+    temporary = set_temporary_folder(work, environment)
     environment = dict(environment, SOURCE_DATE_EPOCH="1000000000")
     differences = []
     for place in PLACES:
         differences += try_place(place, work, environment, tools)
-    return differences + leftovers(work)
+    return differences + [f"left in the temporary folder: {path.name}" for path in temporary.iterdir()]
 
 
 if __name__ == "__main__":

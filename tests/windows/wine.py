@@ -22,6 +22,15 @@ def run(command, folder, environment):
         return code, stream.read().decode(errors="replace")
 
 
+def set_temporary_folder(work, environment):
+    """@return the folder that the Windows programs take for their temporary files"""
+    temporary = work / "Überreste"
+    temporary.mkdir()
+    for variable in ("TEMP", "TMP"):
+        run(["wine", "reg", "add", r"HKCU\Environment", "/f", "/v", variable, "/d", f"Z:{temporary}"], work, environment)
+    return temporary
+
+
 def members(package):
     with zipfile.ZipFile(package) as archive:
         return [(info.filename, archive.read(info)) for info in archive.infolist()]
