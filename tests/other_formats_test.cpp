@@ -12,6 +12,7 @@
 #include "scene/other/translate.h"
 #include "scene/sdk_manager.h"
 #include "support/temp_folder.h"
+#include "translator/collada_joints.h"
 
 namespace {
 
@@ -79,6 +80,13 @@ TEST(ModelKinds, AreKnownByTheirContent) {
   EXPECT_EQ(other::ColladaUnit("<asset><unit name='inch' meter='0.0254'/>"), 0.0254);
   EXPECT_EQ(other::ColladaUnit("<unit meter=\"-1\"/>"), 1.0);
   EXPECT_EQ(other::ColladaUnit("<unit meter"), 1.0);
+}
+
+TEST(ColladaJoints, AreTakenFromTheText) {
+  EXPECT_EQ(translator::FindColladaJoints("<node id=\"A_hip\" name=\"hip\" type=\"JOINT\">"
+                                          "<node type='JOINT' id='A_leg'/><node name=\"hat\" type=\"NODE\"/>"
+                                          "<node name=\"cut\" type=\"JOINT\" id=\""),
+            (std::set<std::string>{"A_hip", "hip", "A_leg", "cut"}));
 }
 
 class OtherModel : public testing::Test {

@@ -18,6 +18,7 @@
 #include <stdexcept>
 
 #include "scene/other/stream_words.h"
+#include "translator/collada_joints.h"
 #include "translator/inline_materials.h"
 #include "translator/model_folder.h"
 #include "translator/write_glb.h"
@@ -110,12 +111,14 @@ std::string Translate(const FormatTraits& format, const std::string& path) {
   const bool isX = std::string_view(format.ending) == "x";
   const std::string model = isX ? translator::InlineMaterials(ReadInput()) : ReadInput();
   translator::ModelFolder folder(std::string("model.") + format.ending, model, path);
+  std::set<std::string> joints;
+  if (std::string_view(format.ending) == "dae") joints = translator::FindColladaJoints(model);
   Scene scene = Import(folder, true);
-  auto tree = std::make_unique<translator::NodeTree>(*scene, format.jointRoot);
+  auto tree = std::make_unique<translator::NodeTree>(*scene, format.jointRoot, joints);
   if (tree->IsAmbiguous()) {
     const std::vector<std::string> names = tree->Names();
     scene = Import(folder, false);
-    tree = std::make_unique<translator::NodeTree>(*scene, format.jointRoot);
+    tree = std::make_unique<translator::NodeTree>(*scene, format.jointRoot, joints);
     tree->SetNames(names);
   }
   std::string stream = std::string(scene::other::kStreamStart) + "\n";

@@ -5,7 +5,8 @@
 
 namespace translator {
 
-NodeTree::NodeTree(const aiScene& scene, std::string_view jointRoot) {
+NodeTree::NodeTree(const aiScene& scene, std::string_view jointRoot,
+                   const std::set<std::string>& jointNames) {
   nodes_.push_back(scene.mRootNode);
   parents_.push_back(kNone);
   for (size_t i = 0; i < nodes_.size(); ++i) {
@@ -20,7 +21,7 @@ NodeTree::NodeTree(const aiScene& scene, std::string_view jointRoot) {
   }
   isJoint_.resize(nodes_.size());
   MarkSkinJoints(scene);
-  MarkOtherJoints(scene, jointRoot);
+  MarkOtherJoints(scene, jointRoot, jointNames);
 }
 
 /// Skins mean nodes by their names, and a mesh may be called like a joint.
@@ -56,7 +57,8 @@ void NodeTree::MarkSkinJoints(const aiScene& scene) {
 
 /// Ends of limbs have no weights, and so they are in no skin: what is below a joint is one as well, but for what
 /// holds meshes, cameras and lights.
-void NodeTree::MarkOtherJoints(const aiScene& scene, std::string_view jointRoot) {
+void NodeTree::MarkOtherJoints(const aiScene& scene, std::string_view jointRoot,
+                               const std::set<std::string>& jointNames) {
   std::set<std::string_view> others;
   for (unsigned i = 0; i < scene.mNumCameras; ++i) others.insert(View(scene.mCameras[i]->mName));
   for (unsigned i = 0; i < scene.mNumLights; ++i) others.insert(View(scene.mLights[i]->mName));
@@ -69,6 +71,8 @@ void NodeTree::MarkOtherJoints(const aiScene& scene, std::string_view jointRoot)
   for (size_t i = 1; i < nodes_.size(); ++i) {
     const size_t parent = parents_[i];
     const bool isBelow = parent == root || isJoint_[parent];
+    const bool isCalledJoint = nodes_[i]->mNumMeshes == 0 && jointNames.contains(shownNames_[i]);
+    if (isCalledJoint) isJoint_[i] = true;
     if (isBelow && !holdsMesh[i] && !others.contains(View(nodes_[i]->mName))) isJoint_[i] = true;
   }
 }

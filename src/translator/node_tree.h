@@ -4,6 +4,7 @@
 #include <assimp/scene.h>
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -17,7 +18,8 @@ class NodeTree {
   static constexpr size_t kNone = static_cast<size_t>(-1);
 
   /// @param jointRoot  name of the node below which all are joints; empty: those of skins and what is below them
-  NodeTree(const aiScene& scene, std::string_view jointRoot);
+  /// @param jointNames  of nodes that the file calls joints
+  NodeTree(const aiScene& scene, std::string_view jointRoot, const std::set<std::string>& jointNames);
 
   size_t Count() const { return nodes_.size(); }
   const aiNode& At(size_t node) const { return *nodes_[node]; }
@@ -38,7 +40,8 @@ class NodeTree {
  private:
   void AddName(size_t node);
   void MarkSkinJoints(const aiScene& scene);
-  void MarkOtherJoints(const aiScene& scene, std::string_view jointRoot);
+  void MarkOtherJoints(const aiScene& scene, std::string_view jointRoot,
+                       const std::set<std::string>& jointNames);
 
   std::vector<const aiNode*> nodes_;
   std::vector<size_t> parents_;
