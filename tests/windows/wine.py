@@ -17,7 +17,7 @@ def run(command, folder, environment):
     output = Path(environment["WINEPREFIX"]).parent / "output.txt"
     with open(output, "w+b") as stream:
         code = subprocess.run(command, cwd=folder, env=environment, stdin=subprocess.DEVNULL, stdout=stream,
-                              stderr=subprocess.STDOUT, timeout=120, check=False).returncode
+                              stderr=subprocess.STDOUT, timeout=600, check=False).returncode
         stream.seek(0)
         return code, stream.read().decode(errors="replace")
 
