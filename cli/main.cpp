@@ -28,6 +28,7 @@
 #include "output/build_info.h"
 #include "output/exit_codes.h"
 #include "output/terminal.h"
+#include "platform/desktop.h"
 #include "platform/process.h"
 #include "platform/unfinished.h"
 
@@ -82,7 +83,7 @@ int Run(const std::vector<std::string>& given) {
   app.require_subcommand(1);
   app.footer(
       "'fbx2czp COMMAND --help', or 'fbx2czp help COMMAND', tells more, with examples. Models and folders\n"
-      "without a command are converted: fbx2czp hero.fbx");
+      "without a command are converted: fbx2czp hero.fbx. Packages are shown: fbx2czp hero.czp");
   cli::RunCommand run;
   const std::vector<std::string> words = cli::CompleteCommandLine(given, CommandNames());
   AddCommands(words.front(), app, run);
@@ -100,14 +101,9 @@ int Run(const std::vector<std::string>& given) {
   return run();
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  KeepFreedMemory();
-  platform::OpenStandardStreams();
+/// The exit status of a whole run.
+int RunOrTell(const std::vector<std::string>& words) {
   try {
-    const std::vector<std::string> words = platform::CommandLineWords(argc, argv);
-    if (cli::ChildProcess::Obey(words, cli::ObeyConvertOrder)) return cli::kSuccess;
     const int status = Run(words);
     platform::RemoveUnfinished();
     if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return status;
@@ -123,4 +119,19 @@ int main(int argc, char** argv) {
     cli::PrintMessage("", cli::Severity::Error, error.what());
     return cli::kUsageError;
   }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  KeepFreedMemory();
+  platform::OpenStandardStreams();
+  const std::vector<std::string> words = platform::CommandLineWords(argc, argv);
+  if (cli::ChildProcess::Obey(words, cli::ObeyConvertOrder)) return cli::kSuccess;
+  const int status = RunOrTell(words);
+  if (platform::OwnsConsole()) {
+    std::fputs("\nPress any key to close this window.", stderr);
+    platform::WaitForKey();
+  }
+  return status;
 }

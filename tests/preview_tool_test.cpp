@@ -42,6 +42,20 @@ TEST_F(PreviewTool, ATurntableNumbersItsPictures) {
   EXPECT_NE(ReadWholeFile(folder_.Path("turn_000.png")), ReadWholeFile(folder_.Path("turn_001.png")));
 }
 
+TEST_F(PreviewTool, WhatIsWrittenIsOpenedWhereThereIsAProgramForIt) {
+  CopySample("scout.fbx");
+  std::filesystem::create_directory(folder_.Path("bin"));
+  folder_.Write("bin/xdg-open", "#!/bin/sh\necho \"$1\" >opened.part && mv opened.part opened\n");
+  std::filesystem::permissions(folder_.Path("bin/xdg-open"), std::filesystem::perms::owner_all);
+  ASSERT_EQ(Run("convert -q scout.fbx && PATH=\"$PWD/bin:$PATH\" '" + program_ +
+                "' preview scout.czp --size 64 --open && until [ -e opened ]; do sleep 0.1; done"),
+            0)
+      << errors_;
+  EXPECT_EQ(ReadWholeFile(folder_.Path("opened")), folder_.Path("scout.png") + "\n");
+  EXPECT_EQ(Run("--version && PATH= '" + program_ + "' preview scout.czp --open"), 0);
+  EXPECT_TRUE(Printed("scout.png: warning: there is no program here to open it with")) << errors_;
+}
+
 TEST_F(PreviewTool, WhatFailsIsNamedAndLeavesNothing) {
   folder_.Write("broken.czp", "PK no zip at all");
   folder_.Write("text.fbx", "no model\n");

@@ -25,6 +25,11 @@ bool IsFile(const std::string& word) {
   return fs::exists(path, unknown) || path.has_parent_path() || IsModelName(path);
 }
 
+bool IsPackage(const std::string& word) {
+  std::error_code unknown;
+  return ts3d::EqualsIgnoreCase(fs::path(word).extension().string(), ".czp") && fs::exists(word, unknown);
+}
+
 /// "; the nearest is \"x\"", or nothing when there is none.
 std::string Nearest(const std::string& name, const std::vector<std::string>& known) {
   const std::vector<std::string> nearest = ts3d::NearestNames(name, known, 1);
@@ -68,6 +73,10 @@ std::vector<std::string> CompleteCommandLine(std::vector<std::string> words,
   }
   const bool isOwnOption = Contains({"-h", "--help", "-V", "--version"}, words.front());
   if (isOwnOption || Contains(commands, words.front())) return words;
+  if (std::all_of(words.begin(), words.end(), IsPackage)) {
+    words.insert(words.begin(), {"preview", "--format", "html", "--open"});
+    return words;
+  }
   const bool hasFile =
       IsOption(words.front()) ? std::any_of(words.begin(), words.end(), IsFile) : IsFile(words.front());
   if (hasFile) words.insert(words.begin(), "convert");

@@ -10,7 +10,7 @@ namespace cli {
 
 /// What the user means by `words`, which follow the name of the program: nothing and "help" ask for the help,
 /// "help COMMAND" for that of a command, and files without a command are to be converted, as when they are
-/// dropped on the program.
+/// dropped on the program; packages are to be shown on a page.
 std::vector<std::string> CompleteCommandLine(std::vector<std::string> words,
                                              const std::vector<std::string>& commands);
 

@@ -22,6 +22,7 @@
 #include "output/exit_codes.h"
 #include "output/package_pictures.h"
 #include "output/terminal.h"
+#include "platform/desktop.h"
 #include "platform/file_system.h"
 #include "platform/replacement.h"
 #include "preview/canvas.h"
@@ -69,6 +70,7 @@ struct PreviewOptions {
   bool bones = false;
   bool loadsPlugins = true;
   bool strict = false;
+  bool opens = false;        ///< shows what was written to the user
   std::string settingsFile;  ///< of a model; empty: the nearest
   bool takesSettings = true;
   std::vector<std::string> textureFolders;  ///< of a model
@@ -262,12 +264,22 @@ std::string SheetFolder(const PreviewOptions& options) {
   return isFolder ? options.inputs[0] : "";
 }
 
-void WriteSheet(const fs::path& folder, const std::vector<SheetEntry>& entries) {
+/// @return its path
+fs::path WriteSheet(const fs::path& folder, const std::vector<SheetEntry>& entries) {
   const fs::path path = folder / "contact-sheet.html";
   FileGroup files;
   files.Write(path, ContactSheet(entries));
   files.TakePlaces();
   std::printf("%s: %zu pictures\n", Printable(path.string()).c_str(), entries.size());
+  return path;
+}
+
+void Open(const std::vector<fs::path>& files, Messages& messages) {
+  std::error_code failed;
+  for (const fs::path& file : files) {
+    if (!platform::OpenForUser(fs::absolute(file, failed).string()))
+      messages.Warning(file.string(), "there is no program here to open it with");
+  }
 }
 
 int RunPreview(const PreviewOptions& options) {
@@ -278,6 +290,7 @@ int RunPreview(const PreviewOptions& options) {
   OutputPaths outputs(options.output, options.format);
   const std::string sheetFolder = inputs.size() > 1 ? SheetFolder(options) : "";
   std::vector<SheetEntry> sheet;
+  std::vector<fs::path> written;
   for (const PackageInput& input : inputs) {
     if (inputs.size() > 1) messages.About(input.name);
     try {
@@ -285,13 +298,15 @@ int RunPreview(const PreviewOptions& options) {
       PreviewOne(options, input.name, output, messages);
       if (!options.HasFile()) std::printf("%s\n", Printable(output.string()).c_str());
       sheet.push_back({input.name, output.lexically_relative(sheetFolder)});
+      written.push_back(options.turntable > 0 ? NumberedName(output, 0) : output);
     } catch (const Failure& failure) {
       PrintMessage(input.name, Severity::Error, failure.what());
       all.Add(failure.exitStatus);
     }
   }
   messages.About("");
-  if (!sheetFolder.empty() && !sheet.empty()) WriteSheet(sheetFolder, sheet);
+  if (!sheetFolder.empty() && !sheet.empty()) written = {WriteSheet(sheetFolder, sheet)};
+  if (options.opens) Open(written, messages);
   if (options.strict && messages.Warnings() > 0) all.Add(kWarnings);
   return all.Get();
 }
@@ -360,6 +375,8 @@ void AddPreviewCommand(CLI::App& app, RunCommand& run) {
                   "The model that --heat-map compares a package with (default: the one beside it)")
       ->type_name("FILE");
   AddModelUnit(preview, options->modelUnit);
+  preview.add_flag("--open", options->opens,
+                   "Open what was written, as \"fbx2czp hero.czp\" does with a page");
   AddTextureFolders(preview, options->textureFolders);
   AddSettingsOptions(preview, options->settingsFile, options->takesSettings);
   AddNoPlugins(preview, options->loadsPlugins);

@@ -93,9 +93,63 @@ bool IsDevice(const path& path) {
   return whole.starts_with(LR"(\\.\)") && GetFileAttributesW(whole.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+bool IsSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
+
+/// Length of the root of a path that begins with two separators, without the one behind it; 0 for others.
+size_t LongRootLength(std::wstring_view path) {
+  if (path.size() < 3 || !IsSeparator(path[0]) || !IsSeparator(path[1]) || IsSeparator(path[2])) return 0;
+  size_t end = 2;
+  int names = 2;  // of a share
+  if (path.starts_with(LR"(\\?\UNC\)")) {
+    end = 8;
+  } else if (path.starts_with(LR"(\\?\)") || path.starts_with(LR"(\\.\)")) {
+    end = 4;
+    names = 1;
+  }
+  for (; names > 0 && end <= path.size(); --names) {
+    end = std::min(path.find_first_of(LR"(\/)", end), path.size()) + (names > 1 ? 1 : 0);
+  }
+  return std::min(end, path.size());
+}
+
+/// A path that begins with a long root, in two parts, of which the library understands the second.
+struct Parts {
+  explicit Parts(const std::wstring& path)
+      : root(path.substr(0, LongRootLength(path))), rest(path.substr(root.size())) {
+    std::replace(root.begin(), root.end(), L'/', L'\\');
+  }
+  path With(const std::filesystem::path& other) const { return root + other.native(); }
+
+  std::wstring root;
+  std::filesystem::path rest;
+};
+
 }  // namespace
 
 path::path(std::string_view text) : Base(WideText(text)) {}
+
+path path::parent_path() const {
+  const Parts parts(native());
+  return parts.With(parts.rest.parent_path());
+}
+
+path path::lexically_normal() const {
+  const Parts parts(native());
+  return parts.With(parts.rest.lexically_normal());
+}
+
+path path::lexically_relative(const path& base) const {
+  const Parts parts(native()), others(base.native());
+  return parts.root == others.root ? parts.rest.lexically_relative(others.rest) : Base();
+}
+
+bool path::has_relative_path() const { return Parts(native()).rest.has_relative_path(); }
+
+path& path::operator/=(const path& other) {
+  if (LongRootLength(other.native()) > 0 || other.has_root_name()) return *this = other;
+  const Parts parts(native());
+  return *this = parts.With(parts.rest / static_cast<const Base&>(other));
+}
 
 std::string path::string() const { return Utf8Text(native()); }
 

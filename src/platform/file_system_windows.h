@@ -19,7 +19,8 @@ using std::filesystem::file_time_type;
 using std::filesystem::file_type;
 using std::filesystem::filesystem_error;
 
-/// The library's path, whose text is UTF-8 in both directions.
+/// The library's path, whose text is UTF-8 in both directions, and which knows the names of a share ("\\server\share")
+/// or behind "\\?\" for a root: to the library they are folders below that of the current drive.
 class path : public std::filesystem::path {
   using Base = std::filesystem::path;
 
@@ -34,18 +35,21 @@ class path : public std::filesystem::path {
 
   std::string string() const;
   std::string generic_string() const;
-  path parent_path() const { return Base::parent_path(); }
+  path parent_path() const;
   path filename() const { return Base::filename(); }
   path stem() const { return Base::stem(); }
   path extension() const { return Base::extension(); }
-  path lexically_normal() const { return Base::lexically_normal(); }
-  path lexically_relative(const path& base) const { return Base::lexically_relative(base); }
+  path lexically_normal() const;
+  path lexically_relative(const path& base) const;
+  bool has_relative_path() const;
+  bool has_parent_path() const { return !parent_path().empty(); }
   path& replace_extension(const path& extension = {}) { return Base::replace_extension(extension), *this; }
-  path& operator/=(const path& other) { return Base::operator/=(other), *this; }
+  path& operator/=(const path& other);
   path& operator+=(const path& other) { return Base::operator+=(other.native()), *this; }
 
   friend path operator/(const path& a, const path& b) {
-    return static_cast<const Base&>(a) / static_cast<const Base&>(b);
+    path joined = a;
+    return joined /= b;
   }
   template <std::same_as<Base> Other>
   friend path operator/(const path& a, const Other& b) {

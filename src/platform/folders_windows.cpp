@@ -29,7 +29,7 @@ Kind KindOf(const WIN32_FIND_DATAW& found) {
 
 std::optional<std::vector<FolderEntry>> ListFolder(const std::string& path, size_t most) {
   WIN32_FIND_DATAW found;
-  void* const first = FindFirstFileW(CallPath(path + "\\*").c_str(), &found);
+  void* const first = FindFirstFileW(CallPath(path + (path.ends_with('\\') ? "*" : "\\*")).c_str(), &found);
   if (first == INVALID_HANDLE_VALUE) {
     SetErrno();
     return std::nullopt;

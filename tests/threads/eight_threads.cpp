@@ -8,11 +8,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <thread>
 #include <vector>
 
 #include "fbx_to_ts3d.hpp"
-#include "support/temp_folder.h"
 
 namespace {
 
@@ -57,7 +57,9 @@ int main(int argc, char** argv) {
   fbxToTs3d::Converter alone;
   for (const fs::path& model : models) expected.push_back(Outcome(alone, model));
 
-  const support::TempFolder folder;
+  const fs::path folder =
+      fs::temp_directory_path() / ("ts3d_threads_" + std::to_string(std::random_device()()));
+  fs::create_directory(folder);
   std::atomic<size_t> differences = 0;
   std::vector<std::thread> threads;
   for (size_t thread = 0; thread < kThreads; ++thread) {
@@ -66,11 +68,12 @@ int main(int argc, char** argv) {
       for (size_t i = 0; i < models.size(); ++i) {
         const size_t at = (i + thread * models.size() / kThreads) % models.size();
         if (Outcome(converter, models[at]) != expected[at]) ++differences;
-        if (thread < 2) ConvertClassic(models[at], folder.Path(std::to_string(thread) + ".fbx"));
+        if (thread < 2) ConvertClassic(models[at], folder / (std::to_string(thread) + ".fbx"));
       }
     });
   }
   for (std::thread& thread : threads) thread.join();
+  fs::remove_all(folder);
   std::printf("%zu models in %zu threads, %zu differences\n", models.size(), kThreads, differences.load());
   return models.empty() || differences > 0;
 }

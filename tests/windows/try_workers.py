@@ -71,7 +71,12 @@ class Tool:
 
     def finish(self):
         """@return the exit status, None when it goes on"""
-        ended = self.wait_for(lambda: os.waitid(os.P_PID, self.pid, os.WEXITED | os.WNOHANG))
+        def has_ended():
+            # Some versions of Wine take the terminal for a console that nobody else has.
+            if "Pressanykey" in self.told():
+                self.press(b" ")
+            return os.waitid(os.P_PID, self.pid, os.WEXITED | os.WNOHANG)
+        ended = self.wait_for(has_ended)
         return ended and (ended.si_status if ended.si_code == os.CLD_EXITED else -ended.si_status)
 
     def told(self):
