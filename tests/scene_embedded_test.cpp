@@ -3,8 +3,8 @@
 
 #include <filesystem>
 
-#include "scene/embedded_files.h"
 #include "scene/model/texture.h"
+#include "scene/readers/embedded_files.h"
 #include "support/load_scene.h"
 #include "support/temp_folder.h"
 

@@ -4,7 +4,7 @@
 #include "platform/files.h"
 #include "scene/assemble/build_scene.h"
 #include "scene/container/container.h"
-#include "scene/embedded_files.h"
+#include "scene/readers/embedded_files.h"
 
 namespace scene {
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "scene/reader_registry.h"
+#include "scene/readers/reader_registry.h"
 
 namespace scene {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "scene/reader_registry.h"
+#include "scene/readers/reader_registry.h"
 
 namespace scene {
 

@@ -2,7 +2,7 @@
 #include "scene/read_model.h"
 
 #include "scene/importer.h"
-#include "scene/io_settings.h"
+#include "scene/readers/io_settings.h"
 
 namespace scene {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "scene/reader_registry.h"
+#include "scene/readers/reader_registry.h"
 
 namespace scene {
 

@@ -2,7 +2,7 @@
 // Exports the plug-in function, but ends the process that loads it.
 #include <cstdlib>
 
-#include "scene/reader_registry.h"
+#include "scene/readers/reader_registry.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Registers a reader for files that start with "PLUGIN". It opens them, but reading asks for a password.
-#include "scene/reader_registry.h"
+#include "scene/readers/reader_registry.h"
 
 namespace {
 

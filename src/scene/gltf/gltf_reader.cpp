@@ -4,9 +4,9 @@
 #include <cstdio>
 
 #include "scene/assemble/build_scene.h"
-#include "scene/embedded_files.h"
 #include "scene/gltf/open_translated.h"
 #include "scene/gltf/write_scene.h"
+#include "scene/readers/embedded_files.h"
 
 namespace scene {
 namespace {

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "scene/math/matrix.h"
-#include "scene/reader_registry.h"
+#include "scene/readers/reader_registry.h"
 
 namespace scene::gltf {
 

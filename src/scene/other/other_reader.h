@@ -2,7 +2,7 @@
 #pragma once
 
 #include "scene/other/model_kinds.h"
-#include "scene/reader_registry.h"
+#include "scene/readers/reader_registry.h"
 
 namespace scene {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "scene/embedded_files.h"
+#include "scene/readers/embedded_files.h"
 
 #include <map>
 

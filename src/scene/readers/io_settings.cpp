@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "scene/io_settings.h"
+#include "scene/readers/io_settings.h"
 
 namespace scene {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "scene/io_settings.h"
 #include "scene/model/scene.h"
+#include "scene/readers/io_settings.h"
 
 namespace scene {
 
