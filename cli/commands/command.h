@@ -38,6 +38,7 @@ std::vector<std::string> ChoicesOf(const CLI::Option& option);
 template <class Map>
 std::vector<std::string> KeysOf(const Map& map) {
   std::vector<std::string> keys;
+  keys.reserve(map.size());
   for (const auto& [key, value] : map) keys.push_back(key);
   return keys;
 }

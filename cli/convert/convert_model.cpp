@@ -147,7 +147,7 @@ void AddPresetRenames(const ConvertOptions& options, const ts3d::SkeletonState& 
 std::string WhyFailed(const ModelTask& task, const fs::path& shown, int code,
                       const ts3d::ConversionJob& job) {
   if (code == FBX_TO_TS3D_LOAD_FAILED) {
-    const std::string known = RecogniseModel(task.model);
+    std::string known = RecogniseModel(task.model);
     if (!known.empty()) return known;
   }
   if (!job.loadError.empty()) return "the model cannot be loaded: " + job.loadError;
