@@ -45,6 +45,12 @@ const FormatTraits& FindFormat(std::string_view ending) {
   throw std::runtime_error("the format is not known");
 }
 
+#ifdef TRANSLATOR_HAS_ALL_ADDRESSES
+constexpr bool kLimitsAddresses = false;
+#else
+constexpr bool kLimitsAddresses = true;
+#endif
+
 /// Bytes of address space that the process has.
 uint64_t AddressSpace() {
   unsigned long pages = 0;
@@ -61,11 +67,7 @@ void Limit(int resource, uint64_t most) {
 }
 
 void LimitProcess(uint64_t megabytes, uint64_t seconds) {
-#ifndef TRANSLATOR_HAS_ALL_ADDRESSES
-  Limit(RLIMIT_AS, AddressSpace() + (megabytes << 20));
-#else
-  static_cast<void>(megabytes);
-#endif
+  if (kLimitsAddresses) Limit(RLIMIT_AS, AddressSpace() + (megabytes << 20));
   Limit(RLIMIT_CPU, seconds);
   Limit(RLIMIT_CORE, 0);
   Limit(RLIMIT_FSIZE, 0);
