@@ -3,7 +3,7 @@
 
 #include <atomic>
 #include <csignal>
-#include <cstdio>
+#include <string_view>
 
 #include "host/child_process.h"
 #include "host/interrupt.h"
@@ -28,8 +28,12 @@ BOOL WINAPI EndProcess(DWORD event) {
   // What still runs would go on writing into folders that are being removed.
   ChildProcess::EndAll();
   platform::RemoveUnfinished();
-  std::fputs("\nfbx2czp: error: interrupted; nothing half done is left\n", stderr);
-  ExitProcess(128 + SIGINT);
+  // Past the C library, whose locks may belong to threads that are at work.
+  constexpr std::string_view kTold = "\r\nfbx2czp: error: interrupted; nothing half done is left\r\n";
+  DWORD written = 0;
+  WriteFile(GetStdHandle(STD_ERROR_HANDLE), kTold.data(), kTold.size(), &written, nullptr);
+  TerminateProcess(GetCurrentProcess(), 128 + SIGINT);
+  return TRUE;
 }
 
 }  // namespace

@@ -82,15 +82,15 @@ Handle StartAgain(const char* word, const Inherited& inherited, void* job) {
   PROCESS_INFORMATION started{};
   if (!CreateProcessW(platform::CallPath(platform::ExecutablePath()).c_str(),
                       CommandLine(word, inherited).data(), nullptr, nullptr, TRUE,
-                      EXTENDED_STARTUPINFO_PRESENT | CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr,
-                      nullptr, &startup.StartupInfo, &started)) {
+                      EXTENDED_STARTUPINFO_PRESENT | CREATE_NEW_PROCESS_GROUP, nullptr, nullptr,
+                      &startup.StartupInfo, &started)) {
     FailToStart();
   }
   Handle process(started.hProcess);
-  const Handle thread(started.hThread);
-  // Systems before Windows 8 refuse that inside of another job; the process does its work there all the same.
+  CloseHandle(started.hThread);
+  // It waits for its order meanwhile. Systems before Windows 8 refuse that inside of another job; the process does its
+  // work there all the same.
   AssignProcessToJobObject(job, process.get());
-  ResumeThread(thread.get());
   return process;
 }
 

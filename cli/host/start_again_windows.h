@@ -31,8 +31,7 @@ struct Inherited {
   void *order, *messages;  ///< their numbers follow in its command line
 };
 
-/// Starts this program again, with `word` as the first one of its command line. It does not begin before it belongs to
-/// `job`.
+/// Starts this program again, as a part of `job`, with `word` as the first one of its command line.
 Handle StartAgain(const char* word, const Inherited& inherited, void* job);
 
 /// A job that ends its processes when this process ends, however that comes.

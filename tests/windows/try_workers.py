@@ -38,7 +38,7 @@ def png(side):
 
 def make_models(folder):
     (folder / "models/textures").mkdir(parents=True)
-    (folder / "models/textures/cloth.png").write_bytes(png(4096))
+    (folder / "models/textures/cloth.png").write_bytes(png(6000))
     for number in range(MODELS):
         shutil.copy(ROOT / "samples/scout.fbx", folder / f"models/m{number}.fbx")
 
@@ -48,7 +48,8 @@ class Tool:
 
     def __init__(self, work, environment, programs, arguments):
         self.screen = b""
-        command = ["wine", str(programs / "fbx2czp.exe"), "convert", "models", "-o", "out", "--jobs", "2", *arguments]
+        command = ["wine", str(programs / "fbx2czp.exe"), "convert", "-q", "models", "-o", "out", "--jobs", "2",
+                   *arguments]
         self.pid, self.terminal = pty.fork()
         if self.pid == 0:
             os.chdir(work)
@@ -63,8 +64,11 @@ class Tool:
                 return
 
     def workers(self):
-        """Waits until two run. @return their process ids"""
-        return self.wait_for(lambda: running("--obey") if len(running("--obey")) > 1 else None)
+        """Waits until two are at work. @return their process ids"""
+        def at_work():
+            found = [process for process in running("--obey") if seconds(process) > 0.1]
+            return found if len(found) > 1 else None
+        return self.wait_for(at_work)
 
     def press(self, key):
         os.write(self.terminal, key)
@@ -104,6 +108,15 @@ def running(word):
         except OSError:
             pass
     return found
+
+
+def seconds(process):
+    """@return how long it has had a processor"""
+    try:
+        fields = Path(f"/proc/{process}/stat").read_text().rsplit(")", 1)[1].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+    except OSError:
+        return 0
 
 
 def broken_packages(folder):
