@@ -285,6 +285,30 @@ def paths_of_other_computers(folder):
     hold("paths of other computers are not waited for", run.status == 0 and run.seconds < 2, "exit %d, %.2f s" % (run.status, run.seconds))
 
 
+@row("other formats")
+def library_that_is_not_hardened(folder):
+    triangle = b"v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n"
+    os.mkdir(os.path.join(folder, "models"))
+    for pipe in ("outside.mtl", "models/pipe.mtl"):
+        os.mkfifo(os.path.join(folder, pipe))
+    os.symlink("../outside.mtl", os.path.join(folder, "models/link.mtl"))
+    for name in ("../outside.mtl", "pipe.mtl", "link.mtl", os.path.join(folder, "outside.mtl")):
+        write(folder, "models/a.obj", b"mtllib " + name.encode() + b"\n" + triangle)
+        run = Run(folder, "convert", "-q", "models/a.obj")
+        hold("a pipe called %s is not opened" % os.path.basename(name), run.status == 0 and run.seconds < 5,
+             "exit %d, %.2f s" % (run.status, run.seconds))
+    nested = b"Frame a {\n" * 100000
+    hostile = {"claim.stl": bytes(80) + b"\xff\xff\xff\x7f" + bytes(500), "nested.x": b"xof 0303txt 0032\n" + nested,
+               "nested.dae": b"<COLLADA>" + b"<node>" * 100000, "claim.ply": b"ply\nformat ascii 1.0\n"
+               b"element vertex 4000000000\nproperty float x\nend_header\n1\n"}
+    for name, data in hostile.items():
+        write(folder, name, data)
+        run = Run(folder, "convert", "-q", name)
+        allowed = 16 * len(data) / MEGABYTE + 64
+        hold("%s is refused" % name, run.status == 2 and run.peak < allowed and run.seconds < 30, "exit %d, %.1f s, %.0f of %.0f MB" % (
+            run.status, run.seconds, run.peak, allowed))
+
+
 def promised():
     with open(os.path.join(ROOT, "SECURITY.md"), encoding="utf-8") as file:
         return [name for name in re.findall(r"^\| ([a-z ]+) \| \S", file.read(), re.MULTILINE)]
