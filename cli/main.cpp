@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "command_line/meant_command.h"
 #include "commands/check_command.h"
-#include "commands/command_line.h"
 #include "commands/completion_command.h"
 #include "commands/convert_command.h"
 #include "commands/diff_command.h"
@@ -26,11 +26,11 @@
 #include "commands/settings_command.h"
 #include "host/interrupt.h"
 #include "output/build_info.h"
-#include "output/exit_codes.h"
-#include "output/terminal.h"
 #include "platform/desktop.h"
 #include "platform/process.h"
 #include "platform/unfinished.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace {
 
@@ -85,7 +85,7 @@ int Run(const std::vector<std::string>& given) {
       "'fbx2czp COMMAND --help', or 'fbx2czp help COMMAND', tells more, with examples. Models and folders\n"
       "without a command are converted: fbx2czp hero.fbx. Packages are shown: fbx2czp hero.czp");
   cli::RunCommand run;
-  const std::vector<std::string> words = cli::CompleteCommandLine(given, CommandNames());
+  const std::vector<std::string> words = cli::MeantCommandLine(given, CommandNames());
   AddCommands(words.front(), app, run);
   try {
     app.parse(std::vector<std::string>(words.rbegin(), words.rend()));

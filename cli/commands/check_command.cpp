@@ -6,19 +6,19 @@
 #include <cstdio>
 #include <memory>
 
-#include "convert/rename_preset.h"
+#include "convert/find_models.h"
 #include "converter/check_textures.h"
-#include "host/find_models.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
+#include "options/rename_preset.h"
 #include "output/check_output.h"
-#include "output/exit_codes.h"
 #include "platform/file_system.h"
 #include "proof/prove_conversion.h"
 #include "proof/prove_repairs.h"
 #include "rig_check/check_rig.h"
 #include "rig_check/finding_kinds.h"
 #include "settings/model_settings.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 namespace fs = platform::fs;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "commands/command.h"
+#include "command_line/command.h"
 #include "host/child_process.h"
 
 namespace cli {

@@ -4,16 +4,16 @@
 #include <cstdio>
 #include <memory>
 
-#include "core/names.h"
+#include "host/host_paths.h"
 #include "host/replace_files.h"
 #include "output/diff_output.h"
 #include "output/drawn_png.h"
-#include "output/exit_codes.h"
 #include "output/package_pictures.h"
-#include "output/terminal.h"
 #include "platform/file_system.h"
 #include "preview/picture.h"
 #include "preview/side_by_side.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace fs = platform::fs;
@@ -64,7 +64,7 @@ int RunDiff(const DiffOptions& options) {
 }
 
 std::string CheckPicture(const std::string& path) {
-  const bool isPng = ts3d::EqualsIgnoreCase(fs::path(path).extension().string(), ".png");
+  const bool isPng = HasExtension(path, ".png");
   return isPng ? "" : "the picture has to end in .png";
 }
 

@@ -14,14 +14,15 @@
 #include "export/export_obj.h"
 #include "export/place_actor.h"
 #include "host/find_packages.h"
+#include "host/host_paths.h"
 #include "host/load_package.h"
 #include "host/replace_files.h"
-#include "output/exit_codes.h"
 #include "output/package_pictures.h"
-#include "output/terminal.h"
 #include "platform/file_system.h"
 #include "preview/model.h"
 #include "preview/stand.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace fs = platform::fs;
@@ -70,11 +71,11 @@ std::string StandUp(const ExportOptions& options, actor::Actor& actor) {
 
 std::vector<actor::ExportedFile> Export(const actor::Actor& actor, const fs::path& output,
                                         Messages& messages) {
-  if (ts3d::EqualsIgnoreCase(output.extension().string(), ".obj")) {
+  if (HasExtension(output, ".obj")) {
     return ExportObj(actor, output.stem().string(), PngEncoder(messages));
   }
   const std::string generator = "fbx2czp " FBX_TO_TS3D_VERSION;
-  if (ts3d::EqualsIgnoreCase(output.extension().string(), ".gltf")) {
+  if (HasExtension(output, ".gltf")) {
     return ExportGltf(actor, generator, output.stem().string(), PngEncoder(messages));
   }
   return {{output.filename().string(), ExportGlb(actor, generator, PngEncoder(messages))}};

@@ -7,22 +7,22 @@
 
 #include "actor/skeleton_reader.h"
 #include "convert/job_host.h"
-#include "convert/unmatched_options.h"
 #include "driver/converted_document.h"
+#include "finish/apply_finish_settings.h"
 #include "finish/finish_history.h"
 #include "finish/finish_names.h"
-#include "finish/finish_settings.h"
 #include "host/host_paths.h"
 #include "host/replace_files.h"
 #include "host/source_date.h"
-#include "output/exit_codes.h"
 #include "output/inspection.h"
-#include "output/messages.h"
-#include "output/status_printer.h"
-#include "output/terminal.h"
 #include "package/read_member.h"
 #include "platform/file_system.h"
 #include "platform/files.h"
+#include "results/unmatched_options.h"
+#include "terminal/exit_codes.h"
+#include "terminal/messages.h"
+#include "terminal/status_printer.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace fs = platform::fs;

@@ -9,9 +9,9 @@
 #include "host/find_packages.h"
 #include "host/input_problem.h"
 #include "inspect/check_actor.h"
-#include "output/exit_codes.h"
 #include "output/inspection.h"
-#include "output/terminal.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace {

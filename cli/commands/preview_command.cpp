@@ -9,19 +9,17 @@
 #include <memory>
 #include <stdexcept>
 
-#include "convert/convert_model.h"
-#include "core/names.h"
+#include "convert/convert_with_settings.h"
 #include "core/work_files.h"
-#include "host/find_models.h"
+#include "host/find_files.h"
 #include "host/find_packages.h"
+#include "host/host_paths.h"
 #include "host/input_problem.h"
 #include "host/load_package.h"
 #include "host/replace_files.h"
 #include "output/contact_sheet.h"
 #include "output/drawn_png.h"
-#include "output/exit_codes.h"
 #include "output/package_pictures.h"
-#include "output/terminal.h"
 #include "platform/desktop.h"
 #include "platform/file_system.h"
 #include "platform/replacement.h"
@@ -33,6 +31,8 @@
 #include "preview/stand.h"
 #include "proof/prove_model.h"
 #include "settings/model_settings.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace fs = platform::fs;
@@ -54,10 +54,6 @@ constexpr const char* kPreviewExamples =
 
 const std::map<std::string, preview::View> kViews = {
     {"front", {0, 0}}, {"side", {90, 0}}, {"top", {0, 90}}, {"three-quarter", {32, 12}}};
-
-bool HasExtension(const fs::path& path, const char* extension) {
-  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
-}
 
 /// What "fbx2czp preview" was asked for.
 struct PreviewOptions {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "commands/command.h"
+#include "command_line/command.h"
 
 namespace cli {
 

@@ -4,14 +4,14 @@
 #include <cstdio>
 #include <memory>
 
-#include "core/names.h"
-#include "host/find_models.h"
-#include "output/exit_codes.h"
+#include "convert/find_models.h"
+#include "host/host_paths.h"
 #include "output/prove_output.h"
-#include "output/terminal.h"
 #include "platform/file_system.h"
 #include "proof/certificate.h"
 #include "settings/model_settings.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace fs = platform::fs;
@@ -28,9 +28,7 @@ struct ProveOptions {
   ConvertOptions convert;  ///< what models are converted with
 
   /// Whether the second input is the package of the first.
-  bool NamesPackage() const {
-    return inputs.size() == 2 && ts3d::EqualsIgnoreCase(fs::path(inputs[1]).extension().string(), ".czp");
-  }
+  bool NamesPackage() const { return inputs.size() == 2 && HasExtension(inputs[1], ".czp"); }
 };
 
 int StatusOf(const ProvenModel& model) {

@@ -12,11 +12,11 @@
 #include "host/find_packages.h"
 #include "host/input_problem.h"
 #include "host/source_date.h"
-#include "output/exit_codes.h"
-#include "output/terminal.h"
 #include "package/repack.h"
 #include "platform/file_system.h"
 #include "platform/replacement.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace fs = platform::fs;

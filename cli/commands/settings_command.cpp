@@ -5,11 +5,11 @@
 #include <memory>
 #include <stdexcept>
 
-#include "host/find_models.h"
-#include "output/exit_codes.h"
+#include "convert/find_models.h"
 #include "output/settings_output.h"
-#include "output/terminal.h"
 #include "settings/model_settings.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace {

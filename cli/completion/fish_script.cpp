@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <sstream>
 
-#include "commands/command.h"
+#include "command_line/command.h"
 #include "completion/scripts.h"
 #include "completion/words.h"
 

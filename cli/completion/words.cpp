@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "commands/command.h"
-#include "host/find_models.h"
+#include "command_line/command.h"
+#include "host/find_files.h"
 
 namespace cli {
 

@@ -9,19 +9,19 @@
 #include <thread>
 
 #include "convert/convert_order.h"
+#include "convert/convert_with_settings.h"
 #include "convert/foreign_package.h"
 #include "convert/made_with.h"
-#include "convert/message_groups.h"
-#include "convert/result_messages.h"
 #include "core/names.h"
 #include "host/child_process.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
 #include "host/interrupt.h"
-#include "output/exit_codes.h"
-#include "output/terminal.h"
 #include "platform/files.h"
-#include "settings/model_settings.h"
+#include "results/message_groups.h"
+#include "results/result_messages.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace fs = platform::fs;

@@ -7,29 +7,29 @@
 #include <iterator>
 #include <set>
 
-#include "convert/mesh_options.h"
 #include "convert/model_inputs.h"
 #include "convert/notice_findings.h"
-#include "convert/rename_preset.h"
-#include "convert/step_times.h"
-#include "convert/unmatched_options.h"
 #include "core/line_budget.h"
 #include "core/progress.h"
 #include "driver/convert.h"
 #include "driver/converted_document.h"
+#include "finish/apply_finish_settings.h"
 #include "finish/finish_history.h"
 #include "finish/finish_names.h"
-#include "host/find_models.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
 #include "host/source_date.h"
-#include "output/exit_codes.h"
+#include "options/mesh_options.h"
+#include "options/rename_preset.h"
 #include "platform/files.h"
 #include "proof/prove_conversion.h"
 #include "proof/prove_repairs.h"
+#include "results/step_times.h"
+#include "results/unmatched_options.h"
 #include "rig_check/document_names.h"
 #include "rig_check/rig_faults.h"
 #include "skeleton/skeleton_state.h"
+#include "terminal/exit_codes.h"
 #include "textures/tga_file.h"
 
 namespace cli {
@@ -318,15 +318,6 @@ class ModelConversion {
 };
 
 }  // namespace
-
-fs::path ModelTask::Package() const {
-  return folder / (stem.empty() ? WithExtension(model.filename(), "czp") : fs::path(stem + ".czp"));
-}
-
-std::string ModelTask::NameInWork() const {
-  if (stem.empty()) return model.filename().string();
-  return stem + (IsModelName(model) ? model.extension().string() : ".fbx");
-}
 
 ModelResult ConvertInWorkFolder(const ModelTask& task, const fs::path& shown, const ConvertOptions& options,
                                 const std::optional<FinishSettings>& finish, const TakeStatus& onStatus) {

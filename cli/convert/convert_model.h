@@ -5,26 +5,15 @@
 #include <string>
 #include <vector>
 
-#include "convert/convert_options.h"
 #include "convert/job_host.h"
-#include "convert/model_result.h"
-#include "finish/finish_settings.h"
+#include "convert/model_task.h"
 #include "host/host_paths.h"
+#include "options/convert_options.h"
 #include "platform/file_system.h"
+#include "results/model_result.h"
+#include "settings/finish_settings.h"
 
 namespace cli {
-
-/// One model of a command line.
-struct ModelTask {
-  std::string name;           ///< as the user wrote it
-  platform::fs::path model;   ///< absolute
-  platform::fs::path folder;  ///< where package and document go; absolute
-  std::string stem = {};      ///< of the names of both; empty: the model's
-
-  platform::fs::path Package() const;
-  /// What the model is called in its work folder.
-  std::string NameInWork() const;
-};
 
 /// Converts the model inside its work folder, where everything that is written stays.
 /// @param shown  the model there (WorkFolder::Model)

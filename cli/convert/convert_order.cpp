@@ -3,10 +3,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include "convert/convert_with_settings.h"
 #include "convert/job_host.h"
 #include "core/json_writer.h"
-#include "output/exit_codes.h"
-#include "settings/model_settings.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 namespace {

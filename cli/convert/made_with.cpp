@@ -8,8 +8,8 @@
 
 #include "core/json_writer.h"
 #include "host/replace_files.h"
-#include "output/exit_codes.h"
 #include "prove/sha256.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 namespace fs = platform::fs;

@@ -4,7 +4,8 @@
 // themselves have no place for it.
 #pragma once
 
-#include "convert/convert_model.h"
+#include "convert/model_task.h"
+#include "options/convert_options.h"
 
 namespace cli {
 

@@ -3,7 +3,8 @@
 
 #include <set>
 
-#include "convert/convert_model.h"
+#include "convert/model_task.h"
+#include "options/convert_options.h"
 #include "platform/file_system.h"
 
 namespace cli {

@@ -11,11 +11,11 @@
 #include <thread>
 #include <utility>
 
+#include "convert/find_models.h"
 #include "convert/model_inputs.h"
-#include "host/find_models.h"
 #include "host/interrupt.h"
-#include "output/exit_codes.h"
-#include "output/terminal.h"
+#include "terminal/exit_codes.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace fs = platform::fs;

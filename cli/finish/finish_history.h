@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "finish/finish_settings.h"
 #include "platform/file_system.h"
+#include "settings/finish_settings.h"
 
 namespace cli {
 

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "convert/model_result.h"
-#include "finish/finish_settings.h"
+#include "results/model_result.h"
+#include "settings/finish_settings.h"
 
 namespace cli {
 

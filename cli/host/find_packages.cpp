@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "core/names.h"
-#include "host/find_models.h"
-#include "output/exit_codes.h"
+#include "host/find_files.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 namespace fs = platform::fs;

@@ -1,8 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "host/host_paths.h"
 
+#include "core/names.h"
+
 namespace cli {
 namespace fs = platform::fs;
+
+bool HasExtension(const fs::path& path, const char* extension) {
+  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
+}
 
 bool HasBackslashInName(const fs::path& path) {
   return fs::path::preferred_separator != '\\' && path.string().find('\\') != std::string::npos;

@@ -14,6 +14,9 @@ using ts3d::TemporaryFolder;
 using ts3d::WithExtension;
 using ts3d::WorkFolder;
 
+/// Whether the name ends in `extension`, as ".png", in any letter case.
+bool HasExtension(const platform::fs::path& path, const char* extension);
+
 /// Whether the name of a file or folder in `path` holds a backslash: the converter would split it there.
 bool HasBackslashInName(const platform::fs::path& path);
 

@@ -6,11 +6,11 @@
 #include <cstring>
 #include <string_view>
 
-#include "core/names.h"
-#include "output/exit_codes.h"
+#include "host/host_paths.h"
 #include "package/read_member.h"
 #include "platform/files.h"
 #include "scene/other/model_kinds.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 namespace fs = platform::fs;
@@ -86,7 +86,7 @@ const char* Find(std::string_view head, const List& list) {
 /// @param head  of the file, which is not empty
 std::string RecogniseAny(const fs::path& path, std::string_view head) {
   const std::string_view text = SkipBlanks(head);
-  const bool isBlend = ts3d::EqualsIgnoreCase(path.extension().string(), ".blend");
+  const bool isBlend = HasExtension(path, ".blend");
   if (const char* known = Find(head, kAnyUse)) return isBlend ? kBlend : known;
   if (const char* known = Find(text, kAnyUse)) return known;
   if (head.starts_with("FOR4") || head.starts_with("FOR8")) return kMaya;

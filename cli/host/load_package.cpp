@@ -3,7 +3,7 @@
 
 #include "actor/load_actor.h"
 #include "host/input_problem.h"
-#include "output/exit_codes.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "actor/actor.h"
-#include "output/messages.h"
 #include "platform/file_system.h"
+#include "terminal/messages.h"
 
 namespace cli {
 

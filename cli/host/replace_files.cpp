@@ -8,8 +8,8 @@
 #include <string>
 
 #include "core/work_files.h"
-#include "output/exit_codes.h"
 #include "platform/replacement.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 namespace fs = platform::fs;

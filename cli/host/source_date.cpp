@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "output/exit_codes.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 

@@ -5,9 +5,9 @@
 #include <cstdio>
 
 #include "host/host_paths.h"
-#include "output/describe_finding.h"
-#include "output/terminal.h"
+#include "results/describe_finding.h"
 #include "rig_check/report_json.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "output/terminal.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace {

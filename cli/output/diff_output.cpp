@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "output/terminal.h"
 #include "rig_check/report_json.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace {

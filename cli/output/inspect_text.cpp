@@ -6,8 +6,8 @@
 #include "actor/picture_header.h"
 #include "inspect/actor_measure.h"
 #include "output/inspection.h"
-#include "output/terminal.h"
-#include "output/text_width.h"
+#include "terminal/terminal.h"
+#include "terminal/text_width.h"
 
 namespace cli {
 namespace {

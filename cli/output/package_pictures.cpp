@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "output/terminal.h"
+#include "terminal/terminal.h"
 #include "textures/image_reader.h"
 #include "textures/png_writer.h"
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "export/export_model.h"
-#include "output/messages.h"
 #include "preview/texture.h"
+#include "terminal/messages.h"
 
 namespace cli {
 

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "output/terminal.h"
 #include "prove/compare.h"
 #include "prove/proof_json.h"
 #include "rig_check/report_json.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace {

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "output/terminal.h"
 #include "rig_check/report_json.h"
 #include "settings/apply_settings.h"
+#include "terminal/terminal.h"
 
 namespace cli {
 namespace {

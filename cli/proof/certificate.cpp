@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "host/replace_files.h"
-#include "output/exit_codes.h"
 #include "prove/compare.h"
 #include "prove/proof_json.h"
 #include "prove/sha256.h"
 #include "rig_check/report_json.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 namespace fs = platform::fs;

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "convert/result_messages.h"
 #include "proof/prove_model.h"
+#include "results/result_messages.h"
 
 namespace cli {
 namespace {

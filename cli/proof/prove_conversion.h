@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "convert/convert_options.h"
-#include "convert/model_result.h"
+#include "options/convert_options.h"
 #include "platform/file_system.h"
+#include "results/model_result.h"
 
 namespace cli {
 

@@ -9,8 +9,8 @@
 #include "fbx_to_ts3d.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
-#include "output/exit_codes.h"
 #include "proof/prove_repairs.h"
+#include "terminal/exit_codes.h"
 
 namespace cli {
 namespace fs = platform::fs;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "convert/convert_options.h"
+#include "options/convert_options.h"
 #include "platform/file_system.h"
 #include "prove/prove.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "convert/convert_options.h"
+#include "options/convert_options.h"
 #include "platform/file_system.h"
 #include "rig_check/choose_repairs.h"
 

@@ -6,9 +6,9 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "convert/choice_names.h"
-#include "convert/rename_preset.h"
 #include "core/names.h"
+#include "options/choice_names.h"
+#include "options/rename_preset.h"
 #include "settings/json_fields.h"
 #include "textures/image_reader.h"
 

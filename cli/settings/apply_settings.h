@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "convert/convert_options.h"
-#include "finish/finish_settings.h"
+#include "options/convert_options.h"
 #include "platform/file_system.h"
+#include "settings/finish_settings.h"
 #include "settings/settings_file.h"
 
 namespace cli {

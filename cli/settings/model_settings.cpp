@@ -1,11 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "settings/model_settings.h"
 
-#include <stdexcept>
-
-#include "convert/made_with.h"
-#include "convert/mesh_options.h"
-#include "output/exit_codes.h"
 #include "settings/settings_places.h"
 
 namespace cli {
@@ -32,22 +27,6 @@ ModelOptions OptionsOf(const fs::path& model, const ConvertOptions& options,
     found.finish = finish;
   }
   return found;
-}
-
-ModelResult ConvertWithSettings(const ModelTask& task, const fs::path& shown, const ConvertOptions& options,
-                                const std::optional<FinishSettings>& finish, const TakeStatus& onStatus) {
-  ModelOptions found;
-  try {
-    found = OptionsOf(task.model, options, finish);
-    CheckMeshOptions(found.options);
-    if (options.update && !WasMadeWith(task, options)) found.options.update = false;
-  } catch (const std::runtime_error& error) {
-    ModelResult result;
-    result.code = kUsageError;
-    result.reason = error.what();
-    return result;
-  }
-  return ConvertInWorkFolder(task, shown, found.options, found.finish, onStatus);
 }
 
 }  // namespace cli

@@ -3,7 +3,6 @@
 
 #include <optional>
 
-#include "convert/convert_model.h"
 #include "platform/file_system.h"
 #include "settings/apply_settings.h"
 
@@ -18,10 +17,5 @@ std::optional<SettingsFile> FindSettings(const platform::fs::path& model, const 
 /// @throws std::runtime_error as SettingsFile
 ModelOptions OptionsOf(const platform::fs::path& model, const ConvertOptions& options,
                        const std::optional<FinishSettings>& finish);
-
-/// ConvertInWorkFolder with the model's settings; a file that holds no settings is a failure of the model.
-ModelResult ConvertWithSettings(const ModelTask& task, const platform::fs::path& shown,
-                                const ConvertOptions& options, const std::optional<FinishSettings>& finish,
-                                const TakeStatus& onStatus);
 
 }  // namespace cli
