@@ -18,10 +18,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   scene::other::ColladaUnit(input);
   const auto kinds = scene::other::ModelKinds();
   const scene::other::ModelKind& kind = kinds[data[0] % kinds.size()];
-  const auto translation = std::make_shared<scene::other::Translation>();
+  const auto translation = std::make_shared<scene::translation::Answer>();
   try {
-    *translation = scene::other::ReadStream(std::string(input.substr(1)));
-  } catch (const scene::other::Fault&) {
+    *translation = scene::translation::ReadStream(std::string(input.substr(1)));
+  } catch (const scene::translation::Fault&) {
     return 0;
   }
   scene::gltf::Conventions conventions;
@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   settings.SetStringProp(scene::kModelFolderSetting, "");
   settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
   const auto file =
-      scene::gltf::OpenTranslated(translation->Glb(), translation, conventions, "", nullptr, status);
+      scene::gltf::OpenTranslated(translation->Data(), translation, conventions, "", nullptr, status);
   scene::KFbxScene loaded("");
   if (file && file->Read(loaded, settings).Succeeded()) fuzz::ReadScene(loaded);
   return 0;

@@ -22,11 +22,11 @@ namespace other = scene::other;
 /// Why `stream` is refused.
 std::string Refusal(const std::string& stream) {
   try {
-    const other::Translation translation = other::ReadStream(stream);
+    const scene::translation::Answer translation = scene::translation::ReadStream(stream);
     scene::KFbxImportStatus status;
-    scene::gltf::OpenTranslated(translation.Glb(), nullptr, {}, "", nullptr, status);
+    scene::gltf::OpenTranslated(translation.Data(), nullptr, {}, "", nullptr, status);
     return status.text;
-  } catch (const other::Fault& fault) {
+  } catch (const scene::translation::Fault& fault) {
     return fault.what();
   }
 }
@@ -39,7 +39,7 @@ TEST(TranslatedStream, IsCheckedLikeAFile) {
   EXPECT_THAT(Refusal(start + "rm -rf\ndata\n"), HasSubstr("damaged"));
   EXPECT_EQ(Refusal(start + "error its number 3 is none\n"), "its number 3 is none");
   EXPECT_THAT(Refusal(start + "data\nglTF\2"), HasSubstr("cut off"));
-  EXPECT_EQ(other::ReadStream(start + "file a/b.mtl\ndata\nglTF").otherFiles,
+  EXPECT_EQ(scene::translation::ReadStream(start + "file a/b.mtl\ndata\nglTF").otherFiles,
             std::vector<std::string>{"a/b.mtl"});
 }
 

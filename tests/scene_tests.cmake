@@ -32,6 +32,11 @@ ts3d_test_program(ts3d_scene_tests
     scene_version6_test.cpp
     ${PROJECT_SOURCE_DIR}/tools/compare_corpus/scene_compare.cpp
   LINKS ts3d_scene_support nlohmann_json::nlohmann_json)
+pkg_check_modules(DRACO IMPORTED_TARGET draco)
+if(DRACO_FOUND AND NOT WIN32)
+  target_sources(ts3d_scene_tests PRIVATE gltf_draco_test.cpp)
+  target_link_libraries(ts3d_scene_tests PRIVATE PkgConfig::DRACO)
+endif()
 
 # Libraries for the plug-in folder of the tests, one fault each.
 foreach(plugin reader crashing silent)

@@ -15,7 +15,7 @@ SCENE = ("container", "math", "document", "model", "geometry", "assemble", "read
 CLI = ("terminal", "host", "options", "results", "settings", "finish", "proof", "convert", "output", "command_line",
        "completion", "commands", "")
 # A program of its own, which has the words of its stream in common with the library.
-BESIDES = {"src/translator": {"src/scene/other"}}
+BESIDES = {"src/translator": {"src/scene/readers"}}
 
 
 def read(*path):

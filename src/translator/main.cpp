@@ -2,8 +2,10 @@
 //
 // Translates a model that assimp reads into glTF:
 //   translate_model ENDING FOLDER MEGABYTES SECONDS <model >stream
-// That library was not made for hostile files, so it gets a process, and in it no more memory and time than is said
-// here; it writes nothing. The stream is text in lines up to "data", and a GLB file behind that.
+// and unpacks meshes that are compressed with the library Draco:
+//   translate_model draco "" MEGABYTES SECONDS <meshes >stream
+// These libraries were not made for hostile files, so they get a process, and in it no more memory and time than is said
+// here; it writes nothing. The stream is text in lines up to "data", and behind that a GLB file or the meshes' numbers.
 #include <assimp/cimport.h>
 #include <assimp/config.h>
 #include <assimp/postprocess.h>
@@ -17,10 +19,11 @@
 #include <new>
 #include <stdexcept>
 
-#include "scene/other/stream_words.h"
+#include "scene/readers/stream_words.h"
 #include "translator/collada_joints.h"
 #include "translator/inline_materials.h"
 #include "translator/model_folder.h"
+#include "translator/unpack_meshes.h"
 #include "translator/write_glb.h"
 
 namespace {
@@ -123,10 +126,16 @@ std::string Translate(const FormatTraits& format, const std::string& path) {
     tree = std::make_unique<translator::NodeTree>(*scene, format.jointRoot, joints);
     tree->SetNames(names);
   }
-  std::string stream = std::string(scene::other::kStreamStart) + "\n";
-  for (const std::string& file : folder.OtherFiles()) stream += scene::other::kFileWord + file + "\n";
-  stream += std::string(scene::other::kDataWord) + "\n";
+  std::string stream;
+  for (const std::string& file : folder.OtherFiles()) stream += scene::translation::kFileWord + file + "\n";
+  stream += std::string(scene::translation::kDataWord) + "\n";
   return stream + translator::WriteGlb(*scene, *tree, format);
+}
+
+/// What follows the start of the stream.
+std::string Answer(std::string_view task, const std::string& folder) {
+  if (task != scene::translation::kMeshesWord) return Translate(FindFormat(task), folder);
+  return std::string(scene::translation::kDataWord) + "\n" + translator::UnpackMeshes(ReadInput());
 }
 
 std::string Refusal(std::string reason) {
@@ -135,7 +144,8 @@ std::string Refusal(std::string reason) {
   constexpr size_t kLongest = 300;
   if (reason.size() > kLongest) reason = reason.substr(0, kLongest) + "...";
   for (char& c : reason) c = static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-  return std::string(scene::other::kStreamStart) + "\n" + scene::other::kErrorWord + reason + "\n";
+  return std::string(scene::translation::kStreamStart) + "\n" + scene::translation::kErrorWord + reason +
+         "\n";
 }
 
 }  // namespace
@@ -148,7 +158,7 @@ int main(int count, char** words) {
   std::string stream;
   try {
     LimitProcess(std::strtoull(words[3], nullptr, 10), std::strtoull(words[4], nullptr, 10));
-    stream = Translate(FindFormat(words[1]), words[2]);
+    stream = std::string(scene::translation::kStreamStart) + "\n" + Answer(words[1], words[2]);
   } catch (const std::bad_alloc&) {
     stream = Refusal(kNoMemory);
   } catch (const std::exception& error) {

@@ -61,6 +61,8 @@ void ConvertAny(Component component, const Elements& from, T* to) {
   }
 }
 
+}  // namespace
+
 size_t SizeOf(Component component) {
   switch (component) {
     case Component::I8:
@@ -73,8 +75,6 @@ size_t SizeOf(Component component) {
       return 4;
   }
 }
-
-}  // namespace
 
 template <class T>
 std::vector<T> AccessorReader::Read(uint32_t index, uint32_t width) const {

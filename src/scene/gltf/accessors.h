@@ -7,6 +7,9 @@
 
 namespace scene::gltf {
 
+/// Bytes of a number.
+size_t SizeOf(Component component);
+
 /// Reads accessors: strided, sparse, normalised, of any component type.
 class AccessorReader {
  public:

@@ -46,6 +46,12 @@ void BufferBytes::Open(const Document& document) {
   for (const Buffer& buffer : document.buffers) buffers_.push_back(OpenBuffer(buffer, buffers_.size()));
 }
 
+uint32_t BufferBytes::Add(Document& document, std::string bytes) {
+  buffers_.push_back(decoded_.emplace_back(std::move(bytes)));
+  document.buffers.push_back({"", buffers_.back().size()});
+  return static_cast<uint32_t>(buffers_.size() - 1);
+}
+
 std::string_view BufferBytes::OpenBuffer(const Buffer& buffer, size_t index) {
   std::string_view bytes;
   if (IsDataUri(buffer.uri)) {

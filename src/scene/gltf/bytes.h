@@ -54,6 +54,11 @@ class BufferBytes {
   /// @param budget  what they unpack to is taken from it
   /// @throws Fault when one is damaged, or cannot be unpacked here
   void Unpack(const Document& document, Budget& budget);
+  /// Adds a buffer to `document` that this object keeps.
+  /// @return its number
+  uint32_t Add(Document& document, std::string bytes);
+  /// All bytes of a buffer.
+  std::string_view AllOf(uint32_t buffer) const { return buffers_[buffer]; }
   /// Size of the files beside the model that were opened, each counted once.
   uint64_t SizeOfOtherFiles() const { return otherFiles_; }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <compare>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -66,13 +67,25 @@ struct Accessor {
   Place sparseIndices, sparseValues;
 };
 
+/// Data that is compressed with KHR_draco_mesh_compression; the accessors tell only what it holds.
+struct PackedPrimitive {
+  uint32_t view = kNone;                                  ///< kNone: it is not compressed
+  std::vector<std::pair<uint32_t, uint32_t>> attributes;  ///< accessor and number within the data
+
+  auto operator<=>(const PackedPrimitive&) const = default;
+};
+
+enum PrimitiveMode : uint32_t { kTriangles = 4, kStrip = 5, kFan = 6 };
+
 /// Accessors of the attributes; those with numbers in their names in order.
 struct Primitive {
-  uint32_t mode = 4;
+  uint32_t mode = kTriangles;
   uint32_t indices = kNone, position = kNone, normal = kNone, material = kNone;
   std::vector<uint32_t> joints, weights, coordinates;
   std::vector<uint32_t> targets;  ///< positions of the morph targets
-  std::string compressed;         ///< the extension that it needs to be unpacked; empty: none
+  PackedPrimitive packed;
+
+  bool HasSurface() const { return mode >= kTriangles && mode <= kFan; }
 };
 
 struct Mesh {

@@ -11,8 +11,6 @@
 namespace scene::gltf {
 namespace {
 
-enum Mode : uint32_t { kTriangles = 4, kStrip = 5, kFan = 6 };
-
 /// Calls `visit` with the three places in the list of indices of every triangle.
 template <class Visit>
 void ForEachTriangle(uint32_t mode, size_t indexCount, const Visit& visit) {
@@ -40,12 +38,7 @@ class PrimitiveJoiner {
   Geometry Join(const KFbxXMatrix& place) {
     const bool isMirrored = place.Determinant() < 0.0;
     for (const Primitive& primitive : mesh_.primitives) {
-      if (!primitive.compressed.empty()) {
-        throw Fault("its meshes are compressed with " + primitive.compressed +
-                    ", which is not read; export the model without compression");
-      }
-      const bool hasSurface = primitive.mode >= kTriangles && primitive.mode <= kFan;
-      if (hasSurface && primitive.position != kNone) Add(primitive, isMirrored);
+      if (primitive.HasSurface() && primitive.position != kNone) Add(primitive, isMirrored);
     }
     TakePoints(place);
     TakeCoordinates();

@@ -5,6 +5,7 @@
 
 #include "scene/assemble/build_scene.h"
 #include "scene/gltf/open_translated.h"
+#include "scene/gltf/unpack_meshes.h"
 #include "scene/gltf/write_scene.h"
 #include "scene/readers/embedded_files.h"
 
@@ -67,16 +68,21 @@ class OpenGltfFile : public KFbxOpenFile {
   }
 
   void ReadRecords(const KFbxIOSettings& settings, RecordTree& tree) {
-    files_->buffers =
-        std::make_unique<gltf::BufferBytes>(files_->parts, gltf::FolderOfModel(settings, path_));
+    // Unpacking changes the document, so it happens once, however many scenes are read.
+    std::unique_ptr<gltf::BufferBytes> buffers = std::move(files_->buffers);
+    const bool isNew = !buffers;
+    if (isNew) {
+      buffers = std::make_unique<gltf::BufferBytes>(files_->parts, gltf::FolderOfModel(settings, path_));
+      buffers->Open(document_);
+    }
     files_->meshes.clear();
-    files_->buffers->Open(document_);
     tree.bytes = conventions_.model.empty() ? files_->bytes : conventions_.model;
-    tree.otherFiles = files_->buffers->SizeOfOtherFiles();
+    tree.otherFiles = buffers->SizeOfOtherFiles();
     tree.storage = files_;
     gltf::Budget budget(tree.MemoryAllowance() / 2);
     if (!conventions_.model.empty()) budget.Take(files_->bytes.size());
-    files_->buffers->Unpack(document_, budget);
+    if (isNew) Unpack(tree.bytes.size() + tree.otherFiles, budget, *buffers);
+    files_->buffers = std::move(buffers);
     const gltf::AccessorReader accessors(document_, *files_->buffers, budget);
     scale_ = gltf::CentimetresIn(settings.GetStringProp(kModelUnitSetting, ""), conventions_);
     // From the world of the file into that of FBX characters.
@@ -84,6 +90,11 @@ class OpenGltfFile : public KFbxOpenFile {
     const gltf::Rig rig = gltf::FindRig(document_, accessors, world);
     WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, files_->meshes, addedRoot_);
     Tell(kDataRead);
+  }
+
+  void Unpack(uint64_t modelSize, gltf::Budget& budget, gltf::BufferBytes& buffers) {
+    buffers.Unpack(document_, budget);
+    UnpackMeshes(document_, buffers, modelSize, budget, [this] { Tell(kTextRead); });
   }
 
   void Remark(KFbxScene& scene) const {

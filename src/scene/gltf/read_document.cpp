@@ -30,6 +30,7 @@ class DocumentReader {
 
   Document Read() {
     ReadVersion();
+    needsMeshCompression_ = Requires(kMeshCompression);
     document_.buffers = ReadList<Buffer>(root_["buffers"], [](JsonValue buffer) {
       return Buffer{buffer["uri"].Text(), buffer["byteLength"].Count()};
     });
@@ -213,8 +214,40 @@ class DocumentReader {
     result.targets = ReadList<uint32_t>(primitive["targets"], [&](JsonValue target) {
       return target["POSITION"].Index(accessors, "accessor");
     });
-    if (primitive["extensions"][kMeshCompression]) result.compressed = kMeshCompression;
+    if (const JsonValue packed = primitive["extensions"][kMeshCompression];
+        packed && (needsMeshCompression_ || !HasData(result)))
+      result.packed = ReadPacked(packed, attributes);
     return result;
+  }
+
+  /// Whether there is more of a primitive than what is compressed.
+  bool HasData(const Primitive& primitive) const {
+    return primitive.position != kNone && document_.accessors[primitive.position].place.view != kNone;
+  }
+
+  PackedPrimitive ReadPacked(JsonValue packed, JsonValue attributes) const {
+    PackedPrimitive result{packed["bufferView"].Index(document_.views.size(), "buffer view"), {}};
+    if (result.view == kNone) throw Fault("a compressed mesh has no data");
+    packed["attributes"].ForEachMember([&](const std::string& name, JsonValue id) {
+      const uint32_t accessor = attributes[name].Index(document_.accessors.size(), "accessor");
+      if (accessor != kNone && IsRead(name))
+        result.attributes.emplace_back(accessor, id.Index(kNone, "attribute"));
+    });
+    return result;
+  }
+
+  static bool IsRead(std::string_view attribute) {
+    const auto isOf = [&](std::string_view set) { return attribute.starts_with(set); };
+    return attribute == "POSITION" || attribute == "NORMAL" || isOf("TEXCOORD_") || isOf("JOINTS_") ||
+           isOf("WEIGHTS_");
+  }
+
+  bool Requires(std::string_view extension) const {
+    const JsonValue required = root_["extensionsRequired"];
+    for (size_t i = 0; i < required.size(); ++i) {
+      if (required.At(i).Text() == extension) return true;
+    }
+    return false;
   }
 
   Mesh ReadMesh(JsonValue mesh) const {
@@ -308,6 +341,7 @@ class DocumentReader {
   }
 
   JsonValue root_;
+  bool needsMeshCompression_ = false;
   Document document_;
 };
 

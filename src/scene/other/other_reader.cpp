@@ -15,7 +15,7 @@ constexpr double kTranslated = 0.4;
 struct ModelBytes {
   platform::MappedFile file;
   std::string_view model;
-  other::Translation translation;
+  translation::Answer answer;
 };
 
 class OpenOtherFile : public KFbxOpenFile {
@@ -27,16 +27,16 @@ class OpenOtherFile : public KFbxOpenFile {
   KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
     const std::string folder = gltf::FolderOfModel(settings, path_);
     try {
-      bytes_->translation = other::Translate(kind_, bytes_->model, folder, [this] { Tell(0); });
-    } catch (const other::Fault& fault) {
+      bytes_->answer = other::Translate(kind_, bytes_->model, folder, [this] { Tell(0); });
+    } catch (const translation::Fault& fault) {
       return {EImportError::eFILE_CORRUPTED, fault.what()};
     }
     KFbxImportStatus status;
     const auto tell = [this](double read) { Tell(kTranslated + (1 - kTranslated) * read); };
     const std::unique_ptr<KFbxOpenFile> file =
-        gltf::OpenTranslated(bytes_->translation.Glb(), bytes_, MakeConventions(), path_, tell, status);
+        gltf::OpenTranslated(bytes_->answer.Data(), bytes_, MakeConventions(), path_, tell, status);
     if (file) status = file->Read(scene, settings);
-    for (const std::string& other : bytes_->translation.otherFiles) scene.AddDataFile(folder + other);
+    for (const std::string& other : bytes_->answer.otherFiles) scene.AddDataFile(folder + other);
     return status;
   }
 
