@@ -19,7 +19,7 @@ inline void ReadMesh(scene::KFbxMesh& mesh) {
   scene::ComputeVertexNormals(points, triangles.corners.View(), false);
   const scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
   for (size_t i = 0; uvs && i < triangles.corners.size(); ++i) {
-    uvs->GetTextureUVIndex(triangles.SourceCorner(i), triangles.corners[i]);
+    uvs->GetLookup()(triangles.SourceCorner(i), triangles.corners[i]);
   }
   for (int s = 0; s < mesh.GetSkinCount(); ++s) {
     for (int c = 0; c < mesh.GetSkin(s)->GetClusterCount(); ++c) {

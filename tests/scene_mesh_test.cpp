@@ -98,8 +98,7 @@ std::vector<int> UvIndices(const FbxRecord& element) {
   const scene::KFbxLayerElementUV* uvs = loaded.mesh.GetUVs();
   std::vector<int> indices;
   if (!uvs) return indices;
-  for (size_t i = 0; i < 6; ++i)
-    indices.push_back(uvs->GetTextureUVIndex(i, loaded.mesh.GetPolygonVertices()[i]));
+  for (size_t i = 0; i < 6; ++i) indices.push_back(uvs->GetLookup()(i, loaded.mesh.GetPolygonVertices()[i]));
   return indices;
 }
 

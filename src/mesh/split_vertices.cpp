@@ -68,7 +68,8 @@ class VertexSplitter {
  public:
   VertexSplitter(int32_t controlPointCount, const scene::KFbxLayerElementUV* uvs,
                  scene::KFbxTriangles& triangles, size_t mostFurther)
-      : uvs_(uvs), triangles_(triangles), mostFurther_(mostFurther) {
+      : hasUVs_(uvs), triangles_(triangles), mostFurther_(mostFurther) {
+    if (uvs) lookup_ = uvs->GetLookup();
     const auto count = static_cast<size_t>(controlPointCount);
     // Room for what seams usually add: moving all records takes longer than finding them.
     records_.reserve(count + count / 4);
@@ -86,12 +87,12 @@ class VertexSplitter {
   void Visit(size_t corner) {
     int32_t& index = triangles_.corners[corner];
     FullPointData& record = records_[static_cast<size_t>(index)];
-    const int32_t coordinate = uvs_ ? uvs_->GetTextureUVIndex(triangles_.SourceCorner(corner), index) : -1;
+    const int32_t coordinate = lookup_(triangles_.SourceCorner(corner), index);
     if (record.textureIndex == -1 || record.textureIndex == coordinate) {
       record.textureIndex = coordinate;
       record.influenceList = index;
       // Whether a corner without a coordinate can stay is only known at the end.
-      if (coordinate == -1 && uvs_) unmapped_.push_back(corner);
+      if (coordinate == -1 && hasUVs_) unmapped_.push_back(corner);
       return;
     }
     index = FurtherRecord(index, coordinate);
@@ -114,7 +115,8 @@ class VertexSplitter {
     if (further != -1) index = further;
   }
 
-  const scene::KFbxLayerElementUV* uvs_;
+  const bool hasUVs_;
+  scene::KFbxTextureUVLookup lookup_;
   scene::KFbxTriangles& triangles_;
   const size_t mostFurther_;
   std::vector<FullPointData> records_;

@@ -17,9 +17,7 @@ namespace {
 
 using Point = std::array<float, 3>;
 
-bool IsFinite(const Point& p) {
-  return std::all_of(p.begin(), p.end(), [](float number) { return std::isfinite(number); });
-}
+bool IsFinite(const Point& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
 
 void TellStrayPoints(const std::vector<MeshFacts>& meshes, RigReport& report) {
   std::vector<Point> all;
@@ -68,6 +66,7 @@ void RigFaults::Take(const ConvertedMesh& mesh, const SkeletonState& skeleton) {
   MeshFacts facts{&mesh.node, mesh.files, skeleton.bindPose, {}, {}};
   facts.follows.resize(static_cast<size_t>(skeleton.bones.BoneCount()));
   const size_t pointCount = mesh.data.points.size() / 3;
+  facts.points.reserve(pointCount);
   for (size_t i = 0; i < std::min(pointCount, mesh.data.records.size()); ++i) {
     if (mesh.data.records[i].influenceList == -1) continue;
     for (const BoneWeight& influence : mesh.data.influences.Of(static_cast<int32_t>(i))) {

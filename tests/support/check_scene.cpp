@@ -33,7 +33,7 @@ void CheckMesh(scene::KFbxMesh& mesh) {
   EXPECT_EQ(scene::ComputeVertexNormals(points, triangles.corners.View(), false).size(), points.size());
   if (const scene::KFbxLayerElementUV* uvs = mesh.GetUVs()) {
     for (size_t i = 0; i < triangles.corners.size(); ++i) {
-      const int32_t index = uvs->GetTextureUVIndex(triangles.SourceCorner(i), triangles.corners[i]);
+      const int32_t index = uvs->GetLookup()(triangles.SourceCorner(i), triangles.corners[i]);
       EXPECT_GE(index, -1);
       EXPECT_LT(index, uvs->GetCoordinateCount());
     }

@@ -129,7 +129,7 @@ void AddPolygons(const KFbxNode& node, const KFbxMesh& mesh, WorldMesh& world) {
     for (size_t k = polygon.firstCorner; k < polygon.firstCorner + polygon.size; ++k) {
       WorldCorner& corner = target.emplace_back();
       corner.point = points.At(static_cast<size_t>(corners[k]));
-      const int32_t uv = uvs ? uvs->GetTextureUVIndex(k, corners[k]) : -1;
+      const int32_t uv = uvs ? uvs->GetLookup()(k, corners[k]) : -1;
       corner.hasUv = uv >= 0;
       const auto at = static_cast<size_t>(uv);
       if (corner.hasUv) corner.uv = {uvs->GetDirectArray()[2 * at], uvs->GetDirectArray()[2 * at + 1]};

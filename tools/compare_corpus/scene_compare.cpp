@@ -132,7 +132,7 @@ std::vector<std::string> DiffuseFiles(const KFbxSurfaceMaterial& material) {
 std::optional<std::array<double, 2>> CoordinatesOf(const KFbxMesh& mesh, size_t corner) {
   const scene::KFbxLayerElementUV* uvs = mesh.GetUVs();
   if (!uvs) return std::nullopt;
-  const int32_t index = uvs->GetTextureUVIndex(corner, mesh.GetPolygonVertices()[corner]);
+  const int32_t index = uvs->GetLookup()(corner, mesh.GetPolygonVertices()[corner]);
   if (index < 0) return std::nullopt;
   const auto at = static_cast<size_t>(index);
   return std::array{uvs->GetDirectArray()[2 * at], uvs->GetDirectArray()[2 * at + 1]};

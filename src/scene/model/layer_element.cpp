@@ -52,25 +52,14 @@ std::span<const int32_t> KFbxLayerElementUV::GetIndexArray() const {
   return indices_.Get([this] { return ArrayOf<int32_t>(indexRecord_); }).View();
 }
 
-int32_t KFbxLayerElementUV::GetTextureUVIndex(size_t polygonVertex, int32_t controlPoint) const {
-  size_t entry = 0;
-  switch (modes_.mapping) {
-    case EMappingMode::eBY_CONTROL_POINT:
-      entry = static_cast<size_t>(controlPoint);
-      break;
-    case EMappingMode::eBY_POLYGON_VERTEX:
-      entry = polygonVertex;
-      break;
-    default:
-      return -1;
-  }
-  if (modes_.reference == EReferenceMode::eINDEX) return -1;
+KFbxTextureUVLookup KFbxLayerElementUV::GetLookup() const {
+  const bool isByControlPoint = modes_.mapping == EMappingMode::eBY_CONTROL_POINT;
+  if (!isByControlPoint && modes_.mapping != EMappingMode::eBY_POLYGON_VERTEX) return {};
+  if (modes_.reference == EReferenceMode::eINDEX) return {};
   const auto count = static_cast<size_t>(GetCoordinateCount());
-  if (modes_.reference == EReferenceMode::eDIRECT) return entry < count ? static_cast<int32_t>(entry) : -1;
+  if (modes_.reference == EReferenceMode::eDIRECT) return {isByControlPoint, nullptr, count, count};
   const std::span<const int32_t> indices = GetIndexArray();
-  if (entry >= indices.size()) return -1;
-  const int32_t index = indices[entry];
-  return index >= 0 && static_cast<size_t>(index) < count ? index : -1;
+  return {isByControlPoint, indices.data(), indices.size(), count};
 }
 
 KFbxLayerElementMaterial::KFbxLayerElementMaterial(const LayerElementSource& source)

@@ -31,6 +31,34 @@ struct LayerElementSource {
   bool isOld = false;  ///< of such a version
 };
 
+/// Finds the coordinate of a corner; good while the element holds its arrays.
+class KFbxTextureUVLookup {
+ public:
+  KFbxTextureUVLookup() = default;
+  /// @param indices  of the entries; null: each entry is its own
+  KFbxTextureUVLookup(bool isByControlPoint, const int32_t* indices, size_t entryCount,
+                      size_t coordinateCount)
+      : isByControlPoint_(isByControlPoint),
+        indices_(indices),
+        entryCount_(entryCount),
+        coordinateCount_(coordinateCount) {}
+
+  /// Coordinate index of the corner number `polygonVertex` of the file's polygon table, which stands at
+  /// `controlPoint`; -1 when it has none.
+  int32_t operator()(size_t polygonVertex, int32_t controlPoint) const {
+    const size_t entry = isByControlPoint_ ? static_cast<size_t>(controlPoint) : polygonVertex;
+    if (entry >= entryCount_) return -1;
+    const int32_t index = indices_ ? indices_[entry] : static_cast<int32_t>(entry);
+    return index >= 0 && static_cast<size_t>(index) < coordinateCount_ ? index : -1;
+  }
+
+ private:
+  bool isByControlPoint_ = false;
+  const int32_t* indices_ = nullptr;
+  size_t entryCount_ = 0;
+  size_t coordinateCount_ = 0;
+};
+
 /// Texture coordinates of one layer. Its arrays are decoded when they are first read.
 class KFbxLayerElementUV {
  public:
@@ -44,9 +72,7 @@ class KFbxLayerElementUV {
   void ReleaseIndexArray() { indices_.Release(); }
 
   int GetCoordinateCount() const { return static_cast<int>(GetDirectArray().size() / 2); }
-  /// Coordinate index of the corner number `polygonVertex` of the file's polygon table, which stands at
-  /// `controlPoint`; -1 when it has none.
-  int32_t GetTextureUVIndex(size_t polygonVertex, int32_t controlPoint) const;
+  KFbxTextureUVLookup GetLookup() const;
 
  private:
   LayerElementModes modes_;
