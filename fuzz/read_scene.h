@@ -3,11 +3,13 @@
 
 #include <vector>
 
+#include "mesh/claims/weigh_claims.h"
 #include "scene/geometry/triangulate.h"
 #include "scene/geometry/vertex_normals.h"
 #include "scene/model/mesh.h"
 #include "scene/model/scene.h"
 #include "scene/model/texture.h"
+#include "scene/readers/embedded_files.h"
 
 namespace fuzz {
 
@@ -29,8 +31,10 @@ inline void ReadMesh(scene::KFbxMesh& mesh) {
   }
 }
 
-/// Reads everything that a conversion reads of a scene.
+/// Reads everything that a conversion reads of a scene, unless it is refused.
 inline void ReadScene(scene::KFbxScene& loaded) {
+  if (!ts3d::WeighClaims(loaded).empty()) return;
+  ExtractEmbeddedFiles(loaded, "", false);
   loaded.ForEach<scene::KFbxMesh>([](scene::KFbxMesh& mesh) {
     try {
       ReadMesh(mesh);

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "mesh/claims/weigh_claims.h"
 #include "scene/assemble/build_scene.h"
 #include "scene/geometry/triangulate.h"
 #include "scene/model/texture.h"
@@ -20,7 +21,8 @@ std::string Refusal(const FbxFile& file) {
   ReadResult result = ReadRecords(WriteBinary(file.Records()));
   if (!result.error.empty()) return result.error;
   scene::KFbxScene scene("scene");
-  return BuildScene(std::move(result.tree), scene).text;
+  const std::string error = BuildScene(std::move(result.tree), scene).text;
+  return error.empty() ? ts3d::WeighClaims(scene) : error;
 }
 
 /// Zeros that pack to a thousandth of their size.
@@ -52,6 +54,9 @@ TEST(ExcessiveClaims, OfPackedArraysAreRefusedUnlessNobodyReadsThem) {
   EXPECT_EQ(Refusal(MeshWith({{"LayerElementUV", {0}, {Zeros("UV", 'f', 4'000'000)}}})), refusal);
   EXPECT_EQ(Refusal(MeshWith({{"LayerElementNormal", {0}, {Bomb("Normals")}}})), "");
   EXPECT_EQ(Refusal(MeshWith({}, {Bomb("Transform")})), "");
+  TestHost host;
+  EXPECT_EQ(host.Convert(WriteBinary(MeshWith({Bomb("Vertices")}).Records())),
+            ts3d::ConversionResult::LoadFailed);
 }
 
 TEST(ExcessiveClaims, OfWhatArraysHoldAreRefusedBeforeItIsUnpacked) {
@@ -61,6 +66,7 @@ TEST(ExcessiveClaims, OfWhatArraysHoldAreRefusedBeforeItIsUnpacked) {
   for (const FbxRecord& corners : {Zeros("PolygonVertexIndex", 'i', 1'000'000),
                                    FbxRecord{"PolygonVertexIndex", {FbxValue::PackedArray('i', singles)}}}) {
     const auto scene = LoadScene(MeshWith({corners}));
+    EXPECT_EQ(ts3d::WeighClaims(*scene), "");
     scene::KFbxMesh& mesh = *FindNode(*scene, "body")->GetMesh();
     EXPECT_THROW(TriangulateMesh(mesh), scene::KFbxMeshExcess);
     TestHost host;

@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "compare_corpus/scene_compare.h"
+#include "mesh/claims/weigh_claims.h"
 #include "scene/model/material.h"
 #include "scene/model/mesh.h"
 #include "support/load_scene.h"
@@ -72,7 +73,7 @@ const std::vector<Row>& Table() {
 class LoadedFixture {
  public:
   explicit LoadedFixture(const std::string& fixture) : manager_(scene::KFbxSdkManager::Create()) {
-    scene::KFbxImporter& importer = *manager_->CreateImporter();
+    scene::KFbxImporter& importer = *manager_->CreateImporter(ts3d::WeighClaims);
     scene = manager_->CreateScene("scene");
     isLoaded = importer.Initialize(FixturePath(fixture).string()) && importer.Import(*scene);
     error = importer.GetLastErrorString();

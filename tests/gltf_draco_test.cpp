@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "mesh/claims/weigh_claims.h"
 #include "scene/model/mesh.h"
 #include "scene/readers/translator.h"
 #include "support/check_scene.h"
@@ -93,7 +94,7 @@ class DracoSquare {
 std::string Read(const GltfFile& file) {
   const support::ManagerPtr manager(scene::KFbxSdkManager::Create());
   scene::KFbxScene& scene = *manager->CreateScene("");
-  scene::KFbxImporter& importer = *manager->CreateImporter();
+  scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
   const std::string bytes = file.Glb();
   if (!importer.InitializeFromMemory("", bytes) || !importer.Import(scene))
     return importer.GetLastErrorString();

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "mesh/claims/weigh_claims.h"
 #include "platform/process.h"
 #include "scene/model/material.h"
 #include "scene/model/mesh.h"
@@ -27,7 +28,7 @@ struct Loaded {
   std::string error;
 
   explicit Loaded(const std::string& bytes, const std::string& path = "") {
-    scene::KFbxImporter& importer = *manager->CreateImporter();
+    scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
     scene::KFbxIOSettings settings;
     settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
     if (path.empty()) settings.SetStringProp(scene::kModelFolderSetting, "");

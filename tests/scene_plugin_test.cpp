@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include "mesh/claims/weigh_claims.h"
 #include "platform/process.h"
 #include "support/load_scene.h"
 #include "support/temp_folder.h"
@@ -35,7 +36,7 @@ TEST(Plugins, AReaderOfAPluginOpensItsFiles) {
   const size_t ownReaders = manager->GetReaderRegistry().GetReaderCount();
   manager->LoadPluginsDirectory(TEST_PLUGIN_FOLDER, "so");
   EXPECT_EQ(manager->GetReaderRegistry().GetReaderCount(), ownReaders + 1);
-  scene::KFbxImporter& importer = *manager->CreateImporter();
+  scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
   ASSERT_TRUE(importer.Initialize(folder.Write("model.fbx", "PLUGIN")));
   EXPECT_EQ(importer.GetFileVersion().minor, 2);
   EXPECT_FALSE(importer.Import(*manager->CreateScene("scene")));

@@ -1,7 +1,7 @@
-# Tests of the scene library and what stands below it; they need nothing else of ours.
+# Tests of the scene library and what stands below it; they need nothing else of ours but what weighs its claims.
 ts3d_test_support(ts3d_scene_support
   SOURCES support/check_scene.cpp support/fbx_builder.cpp support/load_scene.cpp
-  LINKS ts3d_scene ZLIB::ZLIB)
+  LINKS ts3d_mesh_claims ZLIB::ZLIB)
 ts3d_test_program(ts3d_scene_tests
   SOURCES
     formats_table_test.cpp

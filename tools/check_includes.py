@@ -25,15 +25,19 @@ def read(*path):
 
 def linked_folders():
     """The folders of src/ that the target of each links, as sets by folder."""
-    statements = re.findall(r"^ts3d_folder\((\w+)[^)]*?\bLINKS\b([^)]*)\)", read("src/CMakeLists.txt"), re.M)
-    names = [entry.name for entry in os.scandir(os.path.join(ROOT, "src")) if entry.is_dir()]
-    for name in names:
+    folders, statements = {}, []  # folders by target; targets and what they link
+    for name in sorted(entry.name for entry in os.scandir(os.path.join(ROOT, "src")) if entry.is_dir()):
+        folders[name] = name
         if os.path.exists(os.path.join(ROOT, "src", name, "CMakeLists.txt")):
             linked = re.findall(r"target_link_libraries\(ts3d_%s\b([^)]*)\)" % name, read("src", name, "CMakeLists.txt"))
             statements += [(name, words) for words in linked]
-    links = {name: set() for name in names}
+    for name, sources, words in re.findall(r"^ts3d_folder\((\w+)[^)]*?\bSOURCES\b([^)]*)\bLINKS\b([^)]*)\)",
+                                           read("src/CMakeLists.txt"), re.M):
+        folders[name] = os.path.commonpath([os.path.dirname(path) for path in re.findall(r"[\w/]+\.cpp", sources)])
+        statements.append((name, words))
+    links = {folder: set() for folder in folders.values()}
     for name, words in statements:
-        links.setdefault(name, set()).update(set(re.findall(r"\bts3d_(\w+)", words)) & set(names))
+        links[folders[name]].update(folders[other] for other in re.findall(r"\bts3d_(\w+)", words) if other in folders)
     return links
 
 

@@ -10,6 +10,7 @@
 #include "driver/actor_type.h"
 #include "driver/scene_loader.h"
 #include "host/host_paths.h"
+#include "mesh/claims/weigh_claims.h"
 #include "proof/prove_model.h"
 #include "prove/compare.h"
 #include "scene/model/scene.h"
@@ -108,8 +109,9 @@ std::optional<ProvenRepairs> ProveRepairs(const fs::path& model, const ConvertOp
   try {
     ts3d::LoadedScene loaded;
     loaded.CreateQuietly();
-    const scene::KFbxModelResult read = ReadModel(loaded.Manager().GetReaderRegistry(),
-                                                  {.path = path, .unit = options.modelUnit}, loaded.Scene());
+    const scene::KFbxModelResult read =
+        ReadModel(loaded.Manager().GetReaderRegistry(), {.path = path, .unit = options.modelUnit},
+                  loaded.Scene(), ts3d::WeighClaims);
     const ts3d::ActorType actorType = options.actorType.value_or(ts3d::DetectActorType(path));
     if (read.isRead) {
       const ts3d::ModelSource source{loaded.Scene(), settings, mute, actorType, true};

@@ -11,6 +11,7 @@
 #include "core/work_files.h"
 #include "driver/actor_type.h"
 #include "driver/scene_loader.h"
+#include "mesh/claims/weigh_claims.h"
 #include "mesh/convert_mesh.h"
 #include "mesh/scene_walk.h"
 #include "package/actor_package.h"
@@ -202,9 +203,10 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
                               job.settings.modelUnit};
   if (request.isQuiet) {
     const auto tell = [&job](double share) { ReportProgress(job, kModelLoaded * share); };
-    const scene::KFbxModelResult read = ReadModel(
-        job.loaded.Manager().GetReaderRegistry(),
-        {request.fbxPath, request.source, choices.folder, choices.unit, true}, job.loaded.Scene(), tell);
+    const scene::KFbxModelResult read =
+        ReadModel(job.loaded.Manager().GetReaderRegistry(),
+                  {request.fbxPath, request.source, choices.folder, choices.unit, true}, job.loaded.Scene(),
+                  WeighClaims, tell);
     job.loadError = read.error;
     versions = {scene::kNativeVersion, read.version};
     isLoaded = read.isRead;

@@ -6,6 +6,7 @@
 #include <new>
 
 #include "core/visible_text.h"
+#include "mesh/claims/weigh_claims.h"
 #include "platform/process.h"
 #include "scene/fbx_reader.h"
 
@@ -95,7 +96,7 @@ void LoadedScene::Release() {
 bool LoadScene(scene::KFbxSdkManager& manager, scene::KFbxScene& scene, const std::string& path,
                const ImportChoices& choices, LoadedVersions& versions, std::string* error) {
   versions.sdk = scene::kNativeVersion;
-  KFbxImporter* importer = manager.CreateImporter();
+  KFbxImporter* importer = manager.CreateImporter(WeighClaims);
   scene::KFbxIOSettings settings = scene::KFbxIOSettings::Global();
   Choose(choices, settings);
   importer->SetIOSettings(settings);

@@ -6,6 +6,7 @@
 
 #include "core/names.h"
 #include "material/diffuse_texture.h"
+#include "mesh/claims/mesh_cost.h"
 #include "mesh/pose_deform.h"
 #include "mesh/split_vertices.h"
 #include "scene/geometry/vertex_normals.h"
@@ -61,8 +62,8 @@ void Split(KFbxMesh& mesh, MeshData& data) {
                    sizeof(BoneWeight) * data.influences.Count() + (sizeof(uint32_t) + kRecord) * pointCount;
   if (uvs)
     taken += sizeof(double) * uvs->GetDirectArray().size() + sizeof(int32_t) * uvs->GetIndexArray().size();
-  const uint64_t room = std::min<uint64_t>(mesh.GetMemoryLeftBeside(taken) / kFurtherRecord,
-                                           std::numeric_limits<size_t>::max());
+  const uint64_t room =
+      std::min<uint64_t>(MemoryLeftBeside(mesh, taken) / kFurtherRecord, std::numeric_limits<size_t>::max());
   data.records = SplitVertices(mesh.GetControlPointsCount(), uvs, data.triangles, static_cast<size_t>(room));
   data.triangles.sourceCorners.Release();
   if (uvs && uvs->GetMappingMode() == scene::EMappingMode::eBY_POLYGON_VERTEX) mesh.ReleaseUVIndices();

@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "mesh/claims/weigh_claims.h"
 #include "prove/explain.h"
 #include "scene/read_model.h"
 #include "scene/sdk_manager.h"
@@ -181,8 +182,8 @@ bool ProveModel(const std::string& path, const actor::Actor& actor, const ProofO
   const scene::KFbxSdkManagerPtr manager(scene::KFbxSdkManager::Create());
   if (!manager) throw std::bad_alloc();
   scene::KFbxScene& scene = *manager->CreateScene("");
-  const scene::KFbxModelResult read =
-      ReadModel(manager->GetReaderRegistry(), {.path = path, .unit = options.modelUnit}, scene);
+  const scene::KFbxModelResult read = ReadModel(
+      manager->GetReaderRegistry(), {.path = path, .unit = options.modelUnit}, scene, ts3d::WeighClaims);
   error = read.error;
   if (read.isRead) proof = Prove(scene, actor, options, heat);
   return read.isRead;

@@ -7,6 +7,7 @@
 #include "config/mesh_list.h"
 #include "core/names.h"
 #include "driver/actor_type.h"
+#include "mesh/claims/weigh_claims.h"
 #include "mesh/scene_walk.h"
 #include "rig_check/finding_kinds.h"
 #include "rig_check/rig_check.h"
@@ -38,9 +39,10 @@ void Start(const std::string& path, const CheckOptions& options, RigCheck& check
 }
 
 bool Load(const CheckOptions& options, RigCheck& check) {
-  const scene::KFbxModelResult read = ReadModel(
-      check.loaded.Manager().GetReaderRegistry(),
-      {.path = check.path, .bytes = options.source, .unit = options.modelUnit}, check.loaded.Scene());
+  const scene::KFbxModelResult read =
+      ReadModel(check.loaded.Manager().GetReaderRegistry(),
+                {.path = check.path, .bytes = options.source, .unit = options.modelUnit},
+                check.loaded.Scene(), WeighClaims);
   check.report.format = read.format;
   if (const auto [major, minor, revision] = read.version; major > 0) {
     check.report.version = std::to_string(major) + "." + std::to_string(minor);

@@ -4,7 +4,6 @@
 #include "platform/files.h"
 #include "scene/assemble/build_scene.h"
 #include "scene/container/container.h"
-#include "scene/readers/embedded_files.h"
 
 namespace scene {
 namespace {
@@ -35,10 +34,10 @@ constexpr double kRecordsRead = 0.7;
 
 class OpenFbxFile : public KFbxOpenFile {
  public:
-  OpenFbxFile(std::shared_ptr<RecordTree> tree, std::string_view path, const KFbxProgress& progress)
-      : tree_(std::move(tree)), path_(path), progress_(progress) {}
+  OpenFbxFile(std::shared_ptr<RecordTree> tree, const KFbxProgress& progress)
+      : tree_(std::move(tree)), progress_(progress) {}
 
-  KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
+  KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings&) override {
     // How protected files are encrypted is not known, so no password opens them.
     if (tree_->Find("FBXHeaderExtension").Child("EncryptionType").Integer(0, 0) != 0) {
       return {EImportError::ePASSWORD_ERROR, "the file is protected by a password"};
@@ -49,13 +48,11 @@ class OpenFbxFile : public KFbxOpenFile {
     if (const ParseError error = BuildScene(tree_, scene, tell); error.Failed()) {
       return {EImportError::eFILE_CORRUPTED, error.text};
     }
-    ExtractEmbeddedFiles(scene, path_, settings.GetBoolProp(kExtractEmbeddedSetting, true));
     return {};
   }
 
  private:
   std::shared_ptr<RecordTree> tree_;
-  KString path_;
   KFbxProgress progress_;
 };
 
@@ -71,15 +68,14 @@ KFbxImportStatus CheckVersion(int version) {
   return {};
 }
 
-std::unique_ptr<KFbxOpenFile> OpenRecords(std::shared_ptr<RecordTree> tree, std::string_view path,
-                                          const KFbxProgress& progress, KFbxFileVersion& version,
-                                          KFbxImportStatus& status) {
+std::unique_ptr<KFbxOpenFile> OpenRecords(std::shared_ptr<RecordTree> tree, const KFbxProgress& progress,
+                                          KFbxFileVersion& version, KFbxImportStatus& status) {
   if (progress) tree->onRead = [&](double read) { progress(kRecordsRead * read); };
   status = ReadFbxRecords(*tree);
   tree->onRead = nullptr;
   version = SplitVersion(tree->version);
   if (!status.Succeeded()) return nullptr;
-  return std::make_unique<OpenFbxFile>(std::move(tree), path, progress);
+  return std::make_unique<OpenFbxFile>(std::move(tree), progress);
 }
 
 }  // namespace
@@ -98,15 +94,15 @@ std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, const KFbxP
   tree->bytes = file->Bytes();
   tree->releasePages = [mapped = file.get()] { mapped->ReleasePages(); };
   tree->storage = std::move(file);
-  return OpenRecords(std::move(tree), path, progress, version, status);
+  return OpenRecords(std::move(tree), progress, version, status);
 }
 
-std::unique_ptr<KFbxOpenFile> FbxReader::OpenMemory(std::string_view path, std::string_view bytes,
+std::unique_ptr<KFbxOpenFile> FbxReader::OpenMemory(std::string_view, std::string_view bytes,
                                                     const KFbxProgress& progress, KFbxFileVersion& version,
                                                     KFbxImportStatus& status) const {
   auto tree = std::make_shared<RecordTree>();
   tree->bytes = bytes;
-  return OpenRecords(std::move(tree), path, progress, version, status);
+  return OpenRecords(std::move(tree), progress, version, status);
 }
 
 KFbxImportStatus ReadFbxRecords(RecordTree& tree) {

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "platform/files.h"
+#include "scene/readers/embedded_files.h"
 
 namespace scene {
 namespace {
@@ -39,6 +40,7 @@ bool KFbxImporter::Initialize(std::string_view path, int) {
   }
   const KFbxReader* reader = FindReader(head.Bytes());
   if (!reader) return false;
+  path_ = path;
   try {
     file_ = reader->Open(path, progress_, version_, status_);
   } catch (const std::bad_alloc&) {
@@ -50,6 +52,7 @@ bool KFbxImporter::Initialize(std::string_view path, int) {
 bool KFbxImporter::InitializeFromMemory(std::string_view path, std::string_view bytes) {
   const KFbxReader* reader = FindReader(bytes);
   if (!reader) return false;
+  path_ = path;
   try {
     file_ = reader->OpenMemory(path, bytes, progress_, version_, status_);
   } catch (const std::bad_alloc&) {
@@ -58,13 +61,24 @@ bool KFbxImporter::InitializeFromMemory(std::string_view path, std::string_view 
   return file_ != nullptr;
 }
 
+KFbxImportStatus KFbxImporter::Read(KFbxScene& scene) {
+  KFbxImportStatus status = file_->Read(scene, *settings_);
+  if (!status.Succeeded()) return status;
+  if (KString refusal = guard_(scene); !refusal.empty()) {
+    scene.Clear();
+    return {EImportError::eFILE_CORRUPTED, std::move(refusal)};
+  }
+  ExtractEmbeddedFiles(scene, path_, settings_->GetBoolProp(kExtractEmbeddedSetting, true));
+  return status;
+}
+
 bool KFbxImporter::Import(KFbxScene& scene, bool) {
   if (!file_) {
     if (status_.Succeeded()) status_ = {EImportError::eFILE_NOT_OPENED, "no file is open"};
     return false;
   }
   try {
-    status_ = file_->Read(scene, *settings_);
+    status_ = Read(scene);
   } catch (const std::bad_alloc&) {
     status_ = {EImportError::eOUT_OF_MEMORY, kNoMemory};
   }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -10,10 +11,14 @@ namespace scene {
 
 class KFbxSdkManager;
 
+/// Says why a scene is not taken that was just read, and of which nothing is decoded yet; empty when it is.
+using KFbxSceneGuard = std::function<KString(KFbxScene& scene)>;
+
 /// Imports one file into a scene.
 class KFbxImporter {
  public:
-  explicit KFbxImporter(const KFbxReaderRegistry& readers) : readers_(readers) {}
+  KFbxImporter(const KFbxReaderRegistry& readers, KFbxSceneGuard guard)
+      : readers_(readers), guard_(std::move(guard)) {}
 
   /// Opens `path`, whatever its extension says, with the reader that knows its content.
   /// @param format  -1: the content decides; no other value is known
@@ -25,7 +30,8 @@ class KFbxImporter {
   void SetIOSettings(const KFbxIOSettings& settings) { settings_ = &settings; }
   /// Is told how much of Initialize and Import together is done; set before.
   void SetProgressCallback(KFbxProgress progress) { progress_ = std::move(progress); }
-  /// Fills `scene` from the open file. May be called again after a password error.
+  /// Fills `scene` from the open file, unless the guard refuses it; writes the pictures that are embedded in it beside the
+  /// file, as the settings say. May be called again after a password error.
   [[nodiscard]] bool Import(KFbxScene& scene, bool nonBlocking = false);
   /// Version of the file, as far as Initialize could tell it; 0.0.0 otherwise.
   KFbxFileVersion GetFileVersion() const { return version_; }
@@ -37,11 +43,14 @@ class KFbxImporter {
 
  private:
   const KFbxReader* FindReader(std::string_view bytes);
+  KFbxImportStatus Read(KFbxScene& scene);
 
   const KFbxReaderRegistry& readers_;
+  KFbxSceneGuard guard_;
   const KFbxIOSettings* settings_ = &KFbxIOSettings::Global();
   KFbxProgress progress_;
   std::unique_ptr<KFbxOpenFile> file_;
+  KString path_;
   KFbxFileVersion version_;
   const char* format_ = "";
   KFbxImportStatus status_;

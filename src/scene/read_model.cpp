@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "scene/read_model.h"
 
-#include "scene/importer.h"
 #include "scene/readers/io_settings.h"
 
 namespace scene {
 
 KFbxModelResult ReadModel(const KFbxReaderRegistry& readers, const KFbxModelSource& model, KFbxScene& scene,
-                          const KFbxProgress& progress) {
+                          const KFbxSceneGuard& guard, const KFbxProgress& progress) {
   KFbxIOSettings settings;
   settings.SetStringProp(kModelUnitSetting, model.unit);
   settings.SetBoolProp(kExtractEmbeddedSetting, model.writesPictures);
@@ -16,7 +15,7 @@ KFbxModelResult ReadModel(const KFbxReaderRegistry& readers, const KFbxModelSour
   } else if (model.folder) {
     settings.SetStringProp(kModelFolderSetting, *model.folder);
   }
-  KFbxImporter importer(readers);
+  KFbxImporter importer(readers, guard);
   importer.SetIOSettings(settings);
   importer.SetProgressCallback(progress);
   const bool isOpen =

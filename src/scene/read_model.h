@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "scene/readers/reader_registry.h"
+#include "scene/importer.h"
 
 namespace scene {
 
@@ -29,9 +29,9 @@ struct KFbxModelResult {
   std::string format;        ///< its name, as "FBX"; empty when no reader knows the file
 };
 
-/// Reads `model` into `scene`.
+/// Reads `model` into `scene`, unless `guard` refuses that.
 /// @param progress  told how much of that is done; may be empty
 KFbxModelResult ReadModel(const KFbxReaderRegistry& readers, const KFbxModelSource& model, KFbxScene& scene,
-                          const KFbxProgress& progress = nullptr);
+                          const KFbxSceneGuard& guard, const KFbxProgress& progress = nullptr);
 
 }  // namespace scene

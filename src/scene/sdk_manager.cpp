@@ -45,8 +45,8 @@ KFbxScene* KFbxSdkManager::CreateScene(std::string_view name) {
   return scenes_.emplace_back(std::make_unique<KFbxScene>(name)).get();
 }
 
-KFbxImporter* KFbxSdkManager::CreateImporter() {
-  return importers_.emplace_back(std::make_unique<KFbxImporter>(readers_)).get();
+KFbxImporter* KFbxSdkManager::CreateImporter(KFbxSceneGuard guard) {
+  return importers_.emplace_back(std::make_unique<KFbxImporter>(readers_, std::move(guard))).get();
 }
 
 void KFbxSdkManager::DestroyImporter(const KFbxImporter* importer) {

@@ -28,7 +28,7 @@ class KFbxSdkManager {
 
   KFbxReaderRegistry& GetReaderRegistry() { return readers_; }
   KFbxScene* CreateScene(std::string_view name);
-  KFbxImporter* CreateImporter();
+  KFbxImporter* CreateImporter(KFbxSceneGuard guard);
   void DestroyImporter(const KFbxImporter* importer);
 
  private:

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scene/assemble/build_scene.h"
 
-#include "scene/assemble/check_claims.h"
 #include "scene/assemble/scene_builder.h"
 
 namespace scene {
@@ -49,13 +48,8 @@ ParseError BuildScene(std::shared_ptr<const RecordTree> tree, KFbxScene& scene,
     return {"too many objects for a file of this size"};
   }
   builder.Build(tell);
-  ParseError error{FindExcessiveClaim(scene, tree->FileSize(), tree->MemoryAllowance())};
-  if (error.Failed()) {
-    scene.Clear();
-  } else {
-    scene.KeepFile(std::move(tree));
-  }
-  return error;
+  scene.KeepFile(std::move(tree));
+  return {};
 }
 
 }  // namespace scene

@@ -7,7 +7,6 @@
 #include "scene/gltf/open_translated.h"
 #include "scene/gltf/unpack_meshes.h"
 #include "scene/gltf/write_scene.h"
-#include "scene/readers/embedded_files.h"
 
 namespace scene {
 namespace {
@@ -58,7 +57,6 @@ class OpenGltfFile : public KFbxOpenFile {
       return {EImportError::eFILE_CORRUPTED, fault.what()};
     }
     Remark(scene);
-    ExtractEmbeddedFiles(scene, path_, settings.GetBoolProp(kExtractEmbeddedSetting, true));
     return {};
   }
 

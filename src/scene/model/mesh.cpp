@@ -42,6 +42,7 @@ int64_t TypedIndexInFirstLayer(RecordRef geometry, std::string_view type) {
 KFbxMesh::KFbxMesh(std::string_view name, RecordRef geometry)
     : KFbxNodeAttribute(name, EAttributeType::eMESH),
       geometry_(geometry),
+      memoryRoom_(geometry ? geometry.Tree().MemoryAllowance() : UINT64_MAX),
       layerCount_(CountLayers(geometry)) {}
 
 FbxArray<double> KFbxMesh::ReadPoints() const {

@@ -14,10 +14,15 @@
 
 namespace scene {
 
-/// What a mesh asks for by what its records say, before anything is decoded.
+/// What the records of a mesh say that their arrays hold, before anything is decoded.
 struct KFbxMeshClaim {
-  uint64_t memory = 0;  ///< bytes that its conversion takes at least, whatever the arrays hold
-  uint64_t work = 0;    ///< bytes to go through each time the mesh is converted
+  uint64_t pointNumbers = 0;     ///< three for each control point
+  uint64_t corners = 0;          ///< of all polygons
+  uint64_t materialBytes = 0;    ///< of the polygons' materials, decoded
+  uint64_t coordinateBytes = 0;  ///< of the largest set of texture coordinates, decoded
+  uint64_t clusters = 0, clusterBytes = 0;
+  uint64_t shapeBytes = 0, largestShapeBytes = 0;
+  uint64_t records = 0;  ///< below the mesh's own
 };
 
 /// A polygon mesh. Its arrays are decoded when they are first read, const as that is, and can be given up with
@@ -61,16 +66,12 @@ class KFbxMesh : public KFbxNodeAttribute {
   KFbxSkin* GetSkin(int i) { return skins_[static_cast<size_t>(i)]; }
   std::span<const KFbxShape> GetShapes() const { return shapes_; }
 
-  /// Of the mesh as it is built; looking at all of its records brings pages of the file into memory, so that
-  /// is done once.
-  const KFbxMeshClaim& GetClaim() const;
-  /// The most memory that the conversion of the mesh may take.
-  uint64_t GetMemoryLimit() const;
-  /// What is left of that for what depends on the content of the arrays. Whoever needs more throws a
-  /// KFbxMeshExcess before taking it.
+  /// Looks at all records of the mesh, which brings pages of the file into memory.
+  KFbxMeshClaim GetClaim() const;
+  /// How many bytes what depends on the content of the arrays may take; all that the file allows unless set.
+  void SetMemoryRoom(uint64_t bytes) { memoryRoom_ = bytes; }
+  /// What is left of that. Whoever needs more throws a KFbxMeshExcess before taking it.
   uint64_t GetMemoryLeft() const;
-  /// The same where all that the conversion has in memory is known to be `taken` bytes.
-  uint64_t GetMemoryLeftBeside(uint64_t taken) const;
 
   void ReleaseControlPoints() { points_.Release(); }
   /// Gives up the corners, but not the polygons.
@@ -87,7 +88,6 @@ class KFbxMesh : public KFbxNodeAttribute {
   void AddShape(const KFbxShape& shape) { shapes_.push_back(shape); }
 
  private:
-  KFbxMeshClaim MakeClaim() const;
   RecordRef FindLayerElement(std::string_view type) const;
   LayerElementSource FindUVs() const;
   LayerElementSource FindMaterials() const;
@@ -97,7 +97,7 @@ class KFbxMesh : public KFbxNodeAttribute {
   FbxArray<int32_t> ReadCorners() const;
 
   RecordRef geometry_;
-  Lazy<KFbxMeshClaim> claim_;
+  uint64_t memoryRoom_;
   int layerCount_ = 0;
 
   LazyArray<double> points_;

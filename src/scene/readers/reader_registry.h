@@ -47,7 +47,7 @@ using KFbxProgress = std::function<void(double fraction)>;
 class KFbxOpenFile {
  public:
   virtual ~KFbxOpenFile() = default;
-  /// Fills `scene`. May be called again after a password error.
+  /// Fills `scene`, and decodes none of its arrays. May be called again after a password error.
   virtual KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) = 0;
 };
 
