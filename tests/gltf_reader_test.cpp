@@ -179,6 +179,7 @@ TEST(Gltf, SkinsStandWhereTheyWereBound) {
   const size_t root = file.Top({{"name", "bone"}, {"translation", {0, 1, 0}}, {"children", {between}}});
   const Json triangle = {{"attributes", file.Held({{"POSITION", file.Points(kSquare)}}, {0, 1, 1, 1})}};
   const size_t mesh = file.Mesh(triangle);
+  AddSkin(file, {root, child}, {{0, 0, 7}, {0, 7, 7}});  // which nothing wears
   const size_t skin = AddSkin(file, {root, child}, {{5, 0, 0}, {5, -2, 0}});
   file.Top({{"name", "a"}, {"mesh", mesh}, {"skin", skin}, {"translation", {9, 9, 9}}});
   file.Top({{"name", "a"}, {"mesh", mesh}, {"skin", AddSkin(file, {child, root}, {})}});

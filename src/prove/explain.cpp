@@ -87,7 +87,8 @@ class Explainer {
     const int32_t bone = MainBone(*mesh.file, mesh.file->vertices[v]);
     const size_t depth = bone < 0 ? 1 : facts_[static_cast<size_t>(bone)].depth;
     const double reach = std::hypot(p[0], p[1], p[2]) + comparison_.diagonal;
-    const double rounding = 0x1p-23 * static_cast<double>(depth) * reach / comparison_.diagonal;
+    // Turning a place rounds several times, and each bone above adds its share.
+    const double rounding = 0x1p-23 * static_cast<double>(depth + 3) * reach / comparison_.diagonal;
     return comparison_.WorstOf(m, v) <= rounding;
   }
 

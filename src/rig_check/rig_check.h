@@ -41,7 +41,7 @@ struct RigCheck {
   std::unordered_map<std::string, size_t> textureOf;  ///< index in the report's textures, by source
 
   /// The scene must be loaded.
-  ModelSource Model() const { return {loaded.Scene(), settings, status, actorType, true}; }
+  ModelSource Model() const { return {loaded.Scene(), settings, status, actorType, report.format == "FBX"}; }
   MeshFilter Filter() const { return {settings.exclusionList, actorType}; }
 };
 

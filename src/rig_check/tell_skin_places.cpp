@@ -46,6 +46,8 @@ class PlaceTeller {
     TellUnposedSkins();
     TellObjects();
     if (!skeleton_.bindPose) {
+      // Other formats have no bind poses that somebody could have left out.
+      if (!model_.isFbxFile) return;
       report_.Add(anyMisplaced_ ? findings::kNoBindPose : findings::kNoBindPoseHarmless);
     } else {
       TellUnbound();

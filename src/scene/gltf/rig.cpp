@@ -27,8 +27,7 @@ class RigFinder {
     for (const uint32_t root : document_.roots) AddTree(root);
     AddJointsElsewhere();
     FindBones();
-    rig_.skins.resize(document_.skins.size());
-    for (uint32_t skin = 0; skin < document_.skins.size(); ++skin) BindSkin(skin);
+    BindSkins();
     PlaceNodes();
     return std::move(rig_);
   }
@@ -114,6 +113,21 @@ class RigFinder {
       Spend(1);
     }
     return (node == kNone ? world_ : *fixed_[node]) * below;
+  }
+
+  /// Those that nothing wears come last: they say nothing of how the others stand.
+  void BindSkins() {
+    rig_.skins.resize(document_.skins.size());
+    std::vector<bool> isWorn(document_.skins.size());
+    for (const uint32_t node : rig_.order) {
+      const Node& wearer = document_.nodes[node];
+      if (wearer.mesh != kNone && wearer.skin != kNone) isWorn[wearer.skin] = true;
+    }
+    for (const bool worn : {true, false}) {
+      for (uint32_t skin = 0; skin < document_.skins.size(); ++skin) {
+        if (isWorn[skin] == worn) BindSkin(skin);
+      }
+    }
   }
 
   /// Bones that another skin has placed stay there; else the topmost joint stays where it stands.
