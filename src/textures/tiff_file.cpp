@@ -63,6 +63,11 @@ std::unique_ptr<TIFF, CloseTiff> OpenTiff(TiffSource& source, uint64_t mostMemor
   std::unique_ptr<TIFF, CloseTiff> tiff(TIFFClientOpenExt("", "rm", &source, Read, RefuseWrite, Seek, Close,
                                                           Size, nullptr, nullptr, options.get()));
   if (!tiff) FailDamaged(source.error);
+  // The library's faster way takes a strip that holds more than its rows for a sound one, and gives zeros for it.
+  uint16_t packing = COMPRESSION_NONE;
+  TIFFGetField(tiff.get(), TIFFTAG_COMPRESSION, &packing);
+  if (packing == COMPRESSION_DEFLATE || packing == COMPRESSION_ADOBE_DEFLATE)
+    TIFFSetField(tiff.get(), TIFFTAG_DEFLATE_SUBCODEC, DEFLATE_SUBCODEC_ZLIB);
   return tiff;
 }
 

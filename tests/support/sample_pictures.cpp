@@ -5,6 +5,7 @@
 #include <tiffio.h>
 #include <turbojpeg.h>
 #include <webp/encode.h>
+#include <zlib.h>
 
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #define STB_IMAGE_WRITE_STATIC
@@ -87,18 +88,26 @@ Bytes DeepTiff() {
   return ReadWholeFile(folder.Path("t.tif"));
 }
 
-Bytes TiffOfPlanes() {
+/// @param isOverfull  each plane is one deflated strip that holds a byte more than the plane
+Bytes TiffOfPlanes(bool isOverfull) {
   const TempFolder folder;
   TIFF* tiff = StartTiff(folder.Path("t.tif"), kSide, 8, PLANARCONFIG_SEPARATE);
   const uint16_t alphaKind = EXTRASAMPLE_UNASSALPHA;
   TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &alphaKind);
+  if (isOverfull) TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE);
   const Bytes pixels = SamplePixels();
   for (uint16_t plane = 0; plane < 4; ++plane) {
-    for (uint32_t y = 0; y < kSide; ++y) {
-      Bytes row;
-      for (uint32_t x = 0; x < kSide; ++x) row += pixels[(y * kSide + x) * 4 + plane];
-      TIFFWriteScanline(tiff, row.data(), y, plane);
-    }
+    Bytes samples;
+    for (size_t i = plane; i < pixels.size(); i += 4) samples += pixels[i];
+    for (uint32_t y = 0; y < kSide && !isOverfull; ++y)
+      TIFFWriteScanline(tiff, &samples[y * kSide], y, plane);
+    if (!isOverfull) continue;
+    samples += 'x';
+    uLongf size = compressBound(static_cast<uLong>(samples.size()));
+    Bytes strip(size, '\0');
+    compress2(reinterpret_cast<Bytef*>(strip.data()), &size, reinterpret_cast<const Bytef*>(samples.data()),
+              static_cast<uLong>(samples.size()), Z_NO_COMPRESSION);
+    TIFFWriteRawStrip(tiff, plane, strip.data(), static_cast<tmsize_t>(size));
   }
   TIFFClose(tiff);
   return ReadWholeFile(folder.Path("t.tif"));
@@ -212,7 +221,8 @@ std::vector<SamplePicture> SamplePictures() {
           {"WebP", Webp(), 0, true},
           {"TIFF", Tiff(EXTRASAMPLE_UNASSALPHA), 0, true},
           {"TIFF of 16 bits", DeepTiff(), 0, true},
-          {"TIFF of planes", TiffOfPlanes(), 0, true},
+          {"TIFF of planes", TiffOfPlanes(false), 0, true},
+          {"TIFF, overfull", TiffOfPlanes(true), 0, true},
           {"TIFF, multiplied", Tiff(EXTRASAMPLE_ASSOCALPHA), 2, true},
           {"BMP", Bmp(), 0, true},
           {"TGA", RunLengthTga(), 0, true},
