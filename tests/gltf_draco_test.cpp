@@ -22,7 +22,7 @@ class DracoSquare {
  public:
   DracoSquare() {
     mesh_.set_num_points(4);
-    for (const auto& [a, b, c] : {std::tuple(0, 1, 2), std::tuple(2, 1, 3)})
+    for (const auto& [a, b, c] : {std::tuple(0u, 1u, 2u), std::tuple(2u, 1u, 3u)})
       mesh_.AddFace({draco::PointIndex(a), draco::PointIndex(b), draco::PointIndex(c)});
     using Attribute = draco::GeometryAttribute;
     Add<float>(Attribute::POSITION, "POSITION", 3, {0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0});

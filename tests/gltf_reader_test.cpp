@@ -170,6 +170,27 @@ size_t AddSkin(GltfFile& file, const std::vector<size_t>& joints,
   return file.Add("skins", skin);
 }
 
+TEST(Gltf, MorphTargetsAreThereAsFarAsTheyAreOn) {
+  GltfFile file;
+  const size_t points = file.Points(kSquare);
+  const auto target = [&](float x, float y) {
+    return Json{{"POSITION", file.Points({0, 0, 0, x, y, 0, 0, 0, 0, 0, 0, 0})}};
+  };
+  const size_t mesh = file.Mesh({{"attributes", {{"POSITION", points}}},
+                                 {"indices", file.Indices({0, 1, 2})},
+                                 {"targets", {target(1, 0), target(0, 1), target(8, 8)}}});
+  file.root["meshes"][mesh].update({{"weights", {0.5, 1, 0}}, {"extras", {{"targetNames", {"wide", 3}}}}});
+  file.Top({{"name", "a"}, {"mesh", mesh}});
+  file.Top({{"name", "b"}, {"mesh", mesh}, {"weights", {0, 2, 0, 9}}});
+  const Loaded loaded(file);
+  EXPECT_THAT(PointsOf(loaded.Mesh("a")), ElementsAre(0, 0, 0, 150, 100, 0, 0, 100, 0, 100, 100, 0));
+  EXPECT_THAT(PointsOf(loaded.Mesh("b")), ElementsAre(0, 0, 0, 100, 200, 0, 0, 100, 0, 100, 100, 0));
+  const auto& shapes = loaded.Mesh("a").GetShapes();
+  ASSERT_EQ(shapes.size(), 2) << "as check tells them";
+  EXPECT_EQ(shapes[0].record.Text(0), "wide");
+  EXPECT_EQ(shapes[1].factor, 1.0);
+}
+
 TEST(Gltf, SkinsStandWhereTheyWereBound) {
   GltfFile file;
   // The root lies at y = 1, its child one above; at bind time the child was two above, and the mesh 5 to the side.

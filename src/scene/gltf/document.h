@@ -91,7 +91,8 @@ struct Primitive {
 struct Mesh {
   std::string name;
   std::vector<Primitive> primitives;
-  std::vector<double> weights;  ///< of the morph targets
+  std::vector<double> weights;           ///< of the morph targets
+  std::vector<std::string> targetNames;  ///< as far as the file tells them
 };
 
 struct Skin {

@@ -254,7 +254,8 @@ class DocumentReader {
     return {mesh["name"].Name(),
             ReadList<Primitive>(mesh["primitives"],
                                 [&](JsonValue primitive) { return ReadPrimitive(primitive); }),
-            mesh["weights"].Numbers()};
+            mesh["weights"].Numbers(),
+            ReadList<std::string>(mesh["extras"]["targetNames"], [](JsonValue name) { return name.Name(); })};
   }
 
   static KFbxXMatrix RotationOf(const std::vector<double>& q) {

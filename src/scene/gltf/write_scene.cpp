@@ -7,6 +7,7 @@
 #include "scene/gltf/record_writer.h"
 #include "scene/gltf/unique_names.h"
 #include "scene/gltf/write_materials.h"
+#include "scene/gltf/write_shapes.h"
 
 namespace scene::gltf {
 namespace {
@@ -143,7 +144,7 @@ class SceneWriter {
     if (geometry.corners.empty()) return;
     const int64_t id = WriteNode(meshNames_.Take(NameOfMesh(node)), "Mesh", kSceneRoot, {});
     pose_.push_back({id, {}});
-    const int64_t mesh = WriteGeometry(geometry);
+    const int64_t mesh = WriteGeometry(node, geometry);
     links_.Connect(mesh, id);
     for (const uint32_t material : geometry.materials) links_.Connect(materials_.IdOf(material), id);
     if (isSkinned) {
@@ -154,9 +155,10 @@ class SceneWriter {
     tree_.unpackedBytes += geometry.Memory();
   }
 
-  int64_t WriteGeometry(const Geometry& geometry) {
+  int64_t WriteGeometry(const Node& node, const Geometry& geometry) {
     const int64_t id = links_.NewId();
     writer_.Begin("Geometry").Integer(id).Bytes("").Bytes("Mesh");
+    WriteShapes(document_, node, budget_, writer_);
     writer_.Begin("Vertices").Array(geometry.points).End();
     writer_.Begin("PolygonVertexIndex").Array(geometry.corners).End();
     const auto beginElement = [&](const char* name, const char* mapping) {
