@@ -67,9 +67,10 @@ void CheckPackage(const std::string& path) {
   std::string error;
   if (!LoadActor(path, {}, actor, findings, error)) __builtin_trap();
   for (const actor::Finding& finding : findings) {
-    const bool isOurs = finding.subject.ends_with(".csf") || finding.subject.ends_with(".cmf");
-    if (isOurs && (finding.kind == "unreadable-file" || finding.kind == "bad-index")) {
-      std::fprintf(stderr, "%s: %s\n", finding.subject.c_str(), finding.text.c_str());
+    const std::string name = actor::NameIn(finding);
+    const bool isOurs = name.ends_with(".csf") || name.ends_with(".cmf");
+    if (isOurs && (finding.code == "unreadable-file" || finding.code == "bad-index")) {
+      std::fprintf(stderr, "%s\n", actor::InOneLine(finding).c_str());
       __builtin_trap();
     }
   }

@@ -43,55 +43,55 @@ struct Case {
 // clang-format off
 const std::vector<Case>& Cases() {
   static const std::vector<Case> cases = {
-    {"unreadable-file", Severity::Problem, [](auto& p) { BytesOf(p, "hat.cmf") += "x"; }},
-    {"unreadable-file", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "</meshes>", "<"); }},
-    {"unreadable-file", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"154x\""); }},
-    {"unreadable-file", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "<SHININESS>", "<SHININESS>nan "); }},
-    {"second-skeleton", Severity::Problem, [](auto& p) { Add(p, "b.csf", BytesOf(p, "skeleton.csf")); }},
-    {"second-document", Severity::Problem, [](auto& p) { Add(p, "b.xfg", BytesOf(p, "scout.xfg")); }},
-    {"not-finite", Severity::Problem, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kHeadOfMesh, kNaN); }},
-    {"not-finite", Severity::Problem, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kHeadOfMesh, 0x5f000000u); }},
-    {"bad-index", Severity::Problem, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kFirstInfluence, 29); }},
-    {"unsafe-name", Severity::Problem, [](auto& p) { Add(p, "../evil.tga", support::SmallPicture()); }},
-    {"unsafe-name", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "hat.cmf", "/x.cmf"); }},
-    {"unsafe-name", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "<MAP>", "<MAP>..\\"); }},
-    {"damaged-member", Severity::Problem, [](auto& p) { p.members[0].sound = false; }},
+    {"unreadable-file", Severity::Warning, [](auto& p) { BytesOf(p, "hat.cmf") += "x"; }},
+    {"unreadable-file", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "</meshes>", "<"); }},
+    {"unreadable-file", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"154x\""); }},
+    {"unreadable-file", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "<SHININESS>", "<SHININESS>nan "); }},
+    {"second-skeleton", Severity::Warning, [](auto& p) { Add(p, "b.csf", BytesOf(p, "skeleton.csf")); }},
+    {"second-document", Severity::Warning, [](auto& p) { Add(p, "b.xfg", BytesOf(p, "scout.xfg")); }},
+    {"not-finite", Severity::Warning, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kHeadOfMesh, kNaN); }},
+    {"not-finite", Severity::Warning, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kHeadOfMesh, 0x5f000000u); }},
+    {"bad-index", Severity::Warning, [](auto& p) { auto& b = BytesOf(p, "hat.cmf"); b = support::Patched(b, kFirstInfluence, 29); }},
+    {"unsafe-name", Severity::Warning, [](auto& p) { Add(p, "../evil.tga", support::SmallPicture()); }},
+    {"unsafe-name", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "hat.cmf", "/x.cmf"); }},
+    {"unsafe-name", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "<MAP>", "<MAP>..\\"); }},
+    {"damaged-member", Severity::Warning, [](auto& p) { p.members[0].sound = false; }},
     {"superseded-member", Severity::Note, [](auto& p) { Add(p, "hat.cmf", BytesOf(p, "hat.cmf")); p.members[9].superseded = true; }},
-    {"empty-member", Severity::Problem, [](auto& p) { p.members[0].size = 0; }},
-    {"similar-names", Severity::Problem, [](auto& p) { Add(p, "HAT.cmf", BytesOf(p, "hat.cmf")); }},
-    {"unnamed-file", Severity::Problem, [](auto& p) { Add(p, "coat.cmf", BytesOf(p, "hat.cmf")); }},
+    {"empty-member", Severity::Warning, [](auto& p) { p.members[0].size = 0; }},
+    {"similar-names", Severity::Warning, [](auto& p) { Add(p, "HAT.cmf", BytesOf(p, "hat.cmf")); }},
+    {"unnamed-file", Severity::Warning, [](auto& p) { Add(p, "coat.cmf", BytesOf(p, "hat.cmf")); }},
     {"unused-picture", Severity::Note, [](auto& p) { Add(p, "coat.tga", support::SmallPicture()); }},
     {"unknown-file", Severity::Note, [](auto& p) { Add(p, "readme.txt", "text"); }},
-    {"bad-picture", Severity::Problem, [](auto& p) { BytesOf(p, "skin.tga").pop_back(); }},
-    {"missing-file", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "hat.cmf", "cap.cmf"); }},
-    {"missing-file", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "Skeleton.CSF", ""); }},
-    {"same-mesh-name", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "<meshes>", "<meshes><mesh name='x' file='hat.cmf'/>"); }},
+    {"bad-picture", Severity::Warning, [](auto& p) { BytesOf(p, "skin.tga").pop_back(); }},
+    {"missing-file", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "hat.cmf", "cap.cmf"); }},
+    {"missing-file", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "Skeleton.CSF", ""); }},
+    {"same-mesh-name", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "<meshes>", "<meshes><mesh name='x' file='hat.cmf'/>"); }},
     {"product-materials", Severity::Note, [](auto& p) {
        Replace(BytesOf(p, "scout.xfg"), "<object_id>scout", "<object_id>actor (male)");
        Replace(BytesOf(p, "scout.xfg"), "<materials>", "<materials><material_file name='face' threadID='51'>f.xrf</material_file>"); }},
-    {"thread-mismatch", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"150\""); }},
-    {"thread-conflict", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"153\""); }},
-    {"missing-picture", Severity::Problem, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "skin.tga", "none.tga"); }},
+    {"thread-mismatch", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"150\""); }},
+    {"thread-conflict", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "threadID=\"154\"", "threadID=\"153\""); }},
+    {"missing-picture", Severity::Warning, [](auto& p) { Replace(BytesOf(p, "head.xrf"), "skin.tga", "none.tga"); }},
     {"unknown-bone", Severity::Note, [](auto& p) { Replace(BytesOf(p, "scout.xfg"), "old=\"headcontrol", "old=\"tail"); }},
-    {"no-document", Severity::Problem, [](auto& p) { BytesOf(p, "scout.xfg").clear(); }},
-    {"same-bone-name", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[5].name = a.skeleton.bones[2].name; }},
-    {"bone-space", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[5].translation[1] += 3; }},
-    {"bone-space", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[5].rotation = {0.1f, 0, 0, -0.995f}; }},
-    {"bone-space", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[0].translation[0] += 30; }},
-    {"bone-space", Severity::Problem, nullptr, [](Actor& a) {
+    {"no-document", Severity::Warning, [](auto& p) { BytesOf(p, "scout.xfg").clear(); }},
+    {"same-bone-name", Severity::Warning, nullptr, [](Actor& a) { a.skeleton.bones[5].name = a.skeleton.bones[2].name; }},
+    {"bone-space", Severity::Warning, nullptr, [](Actor& a) { a.skeleton.bones[5].translation[1] += 3; }},
+    {"bone-space", Severity::Warning, nullptr, [](Actor& a) { a.skeleton.bones[5].rotation = {0.1f, 0, 0, -0.995f}; }},
+    {"bone-space", Severity::Warning, nullptr, [](Actor& a) { a.skeleton.bones[0].translation[0] += 30; }},
+    {"bone-space", Severity::Warning, nullptr, [](Actor& a) {
        a.skeleton.bones.resize(1); a.skeleton.bones[0].children.clear(); a.meshes.clear();
        a.skeleton.bones[0].boneSpaceRotation = a.skeleton.bones[0].rotation = {0, 0, 0, -1};
        a.skeleton.bones[0].boneSpaceTranslation = {0, -50, 10}; a.skeleton.bones[0].translation = {0, -100, 20}; }},
-    {"bad-rotation", Severity::Problem, nullptr, [](Actor& a) { a.skeleton.bones[5].boneSpaceRotation = {}; }},
-    {"root-scale-offset", Severity::Problem, nullptr, [](Actor& a) {
+    {"bad-rotation", Severity::Warning, nullptr, [](Actor& a) { a.skeleton.bones[5].boneSpaceRotation = {}; }},
+    {"root-scale-offset", Severity::Warning, nullptr, [](Actor& a) {
        a.skeleton.bones.resize(1); a.skeleton.bones[0].children.clear(); a.meshes.clear();
        a.skeleton.bones[0].boneSpaceRotation = a.skeleton.bones[0].rotation = {0, 0, 0, -1};
        a.skeleton.bones[0].boneSpaceTranslation = {0, -50, 10}; a.skeleton.bones[0].translation = {0, 100, -20}; }},
-    {"weight-sum", Severity::Problem, nullptr, [](Actor& a) { a.meshes[0].influences[0].weight += 0.01f; }},
-    {"no-influence", Severity::Problem, nullptr, [](Actor& a) { a.meshes[0].vertices[0].influenceCount = 0; }},
-    {"mesh-away", Severity::Problem, nullptr, [](Actor& a) {
+    {"weight-sum", Severity::Warning, nullptr, [](Actor& a) { a.meshes[0].influences[0].weight += 0.01f; }},
+    {"no-influence", Severity::Warning, nullptr, [](Actor& a) { a.meshes[0].vertices[0].influenceCount = 0; }},
+    {"mesh-away", Severity::Warning, nullptr, [](Actor& a) {
        for (auto& mesh : a.meshes) for (auto& vertex : mesh.vertices) vertex.position[2] += 20; }},
-    {"mesh-away", Severity::Problem, nullptr, [](Actor& a) { for (auto& vertex : a.meshes[2].vertices) vertex.position[0] += 1000; }},
+    {"mesh-away", Severity::Warning, nullptr, [](Actor& a) { for (auto& vertex : a.meshes[2].vertices) vertex.position[0] += 1000; }},
   };
   return cases;
 }
@@ -110,17 +110,17 @@ Findings Check(const Case* damage) {
 }
 
 TEST(Findings, NoneForASoundPackage) {
-  for (const actor::Finding& finding : Check(nullptr)) ADD_FAILURE() << finding.kind << ": " << finding.text;
+  for (const actor::Finding& finding : Check(nullptr)) ADD_FAILURE() << finding.code << ": " << finding.text;
 }
 
 TEST(Findings, EachOnceForWhatItIsAbout) {
   for (const Case& damage : Cases()) {
     size_t found = 0;
     for (const actor::Finding& finding : Check(&damage)) {
-      if (finding.kind != damage.kind) continue;
+      if (finding.code != damage.kind) continue;
       ++found;
       EXPECT_EQ(finding.severity, damage.severity) << damage.kind;
-      EXPECT_TRUE(finding.severity == Severity::Note || !finding.advice.empty()) << damage.kind;
+      EXPECT_TRUE(finding.severity == Severity::Note || !finding.fix.empty()) << damage.kind;
     }
     EXPECT_EQ(found, 1u) << damage.kind;
   }

@@ -107,7 +107,7 @@ TEST_F(Check, TellsWhyAModelCannotBeConverted) {
   EXPECT_EQ(ts3d::CheckRig("\\nowhere.fbx").findings.at(0).code, "no-file");
   EXPECT_THAT(Told("; FBX 7.5.0 project file\nFBXHeaderExtension: {\nEncryptionType: 1\n}\nObjects: {\n}\n"),
               ElementsAre("password"));
-  EXPECT_EQ(report_.Worst(), ts3d::Severity::Fatal);
+  EXPECT_EQ(report_.Worst(), ts3d::Severity::Error);
 }
 
 TEST_F(Check, TellsOfBonesThatAreLostOrShareNames) {

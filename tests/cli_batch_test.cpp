@@ -264,7 +264,7 @@ TEST_F(Batch, ATerminalShowsABarAndColoursUnlessTheyAreSwitchedOff) {
   CopySample("scout.fbx");
   std::string screen;
   EXPECT_EQ(WatchTerminal(StartInTerminal({"convert", "scout.fbx", "missing.fbx"}), screen), 66);
-  EXPECT_NE(screen.find("\033[31merror: \033[0m"), std::string::npos) << screen;
+  EXPECT_NE(screen.find("\033[31merror:\033[0m "), std::string::npos) << screen;
   screen.clear();
   setenv("NO_COLOR", "1", 1);
   EXPECT_EQ(WatchTerminal(StartInTerminal({"convert", "scout.fbx"}), screen), 0);

@@ -31,7 +31,7 @@ using support::Turned;
 
 std::string CodesOf(const prove::Proof& proof) {
   std::string codes;
-  for (const prove::Message& message : proof.messages) codes += (codes.empty() ? "" : " ") + message.code;
+  for (const ts3d::Finding& finding : proof.findings) codes += (codes.empty() ? "" : " ") + finding.code;
   return codes;
 }
 
@@ -128,7 +128,7 @@ TEST(Prove, AScaledRootIsToldAndHidesNothing) {
   const prove::Proof proof = converted.Prove();
   EXPECT_EQ(CodesOf(proof), "root-scale");
   EXPECT_LE(proof.worst.error, prove::kLimit);
-  EXPECT_THAT(proof.messages.at(0).error * proof.diagonal, testing::DoubleNear(9.0, 1e-4))
+  EXPECT_THAT(proof.findings.at(0).error * proof.diagonal, testing::DoubleNear(9.0, 1e-4))
       << "10 instead of 1";
   converted.actor.skeleton.bones[1].translation[1] += 0.01f;
   EXPECT_EQ(CodesOf(converted.Prove()), "wrong-bone root-scale");

@@ -11,7 +11,7 @@ import sys
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 HEADER, PAGE = os.path.join(ROOT, "src/rig_check/finding_kinds.h"), os.path.join(ROOT, "docs/check.md")
-SEVERITIES = {"Fatal": "error", "Warning": "warning", "Note": "note"}
+SEVERITIES = {"Error": "error", "Warning": "warning", "Note": "note"}
 
 
 def findings():

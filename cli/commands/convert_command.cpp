@@ -54,7 +54,7 @@ int StatusOf(const std::vector<ModelResult>& results, bool isStrict, size_t othe
     // Of packages that are there, only --prove tells errors.
     const bool isWrong =
         std::any_of(result.faults.begin(), result.faults.end(),
-                    [](const ts3d::Finding& fault) { return fault.severity == ts3d::Severity::Fatal; });
+                    [](const ts3d::Finding& fault) { return fault.severity == ts3d::Severity::Error; });
     if (isWrong) status.Add(kConverterWrong);
   }
   if (isStrict && (others > 0 || Sum(results).warnings > 0)) status.Add(kWarnings);

@@ -102,9 +102,7 @@ void LookAtResult(const fs::path& package, const std::string& name, Messages& me
   const Inspection inspection = Inspect(package.string());
   if (!inspection.error.empty()) return messages.Warning(name, inspection.error);
   for (const actor::Finding& finding : inspection.findings) {
-    if (finding.severity != actor::Severity::Problem) continue;
-    const std::string subject = finding.subject.empty() ? "" : "\"" + finding.subject + "\" ";
-    messages.Warning(name, subject + finding.text + (finding.advice.empty() ? "" : " -> " + finding.advice));
+    if (finding.severity == Severity::Warning) messages.Warning(name, actor::InOneLine(finding));
   }
 }
 

@@ -262,7 +262,7 @@ class Batch {
     const bool isNote = message.severity == ts3d::Severity::Note;
     if (isNote && options_.verbosity == Verbosity::Quiet) return;
     if (TellsAll() && IsLoss(message)) return;  // these are told
-    if (TellsAll() || message.severity == ts3d::Severity::Fatal) return TellFinding(model, message);
+    if (TellsAll() || message.severity == ts3d::Severity::Error) return TellFinding(model, message);
     groups_.Add(model, message);
   }
 

@@ -107,7 +107,7 @@ void TakeFaults(const ts3d::RigFaults& faults, const ts3d::ConversionJob& job, M
   faults.Tell(job.Model(), *job.skeleton, report);
   report.SortFindings();
   for (ts3d::Finding& finding : report.findings) {
-    if (finding.severity == ts3d::Severity::Fatal) {
+    if (finding.severity == ts3d::Severity::Error) {
       result.reason = finding.text + " " + finding.fix;
     } else if (finding.severity == ts3d::Severity::Warning || !finding.fix.empty()) {
       result.faults.push_back(std::move(finding));

@@ -16,7 +16,7 @@ void LoadPackage(const platform::fs::path& path, actor::Actor& actor, Messages& 
     throw Failure(kUnreadable, known.empty() ? error : known);
   }
   for (const actor::Finding& finding : findings) {
-    if (finding.severity == actor::Severity::Problem) messages.Warning(finding.subject, finding.text);
+    if (finding.severity == Severity::Warning) messages.Warning(actor::NameIn(finding), finding.text);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "core/json_output.h"
 #include "host/host_paths.h"
 #include "results/describe_finding.h"
 #include "rig_check/report_json.h"
@@ -63,14 +64,8 @@ void PrintSummary(const CheckedModel& model) {
   PrintLine(line);
 }
 
-std::string Label(ts3d::Severity severity) {
-  const std::string text = std::string(NameOf(severity)) + ":";
-  if (severity == ts3d::Severity::Fatal) return Painted(stdout, Colour::Red, text);
-  return Painted(stdout, severity == ts3d::Severity::Warning ? Colour::Yellow : Colour::Bold, text);
-}
-
 void PrintFinding(const std::string& model, const Finding& finding) {
-  std::printf("fbx2czp: %s: %s %s [%s]\n", Printable(model).c_str(), Label(finding.severity).c_str(),
+  std::printf("fbx2czp: %s: %s %s [%s]\n", Printable(model).c_str(), Label(stdout, finding.severity).c_str(),
               Printable(DescribeFinding(finding)).c_str(), finding.code.c_str());
   if (!finding.fix.empty()) PrintLine("    Fix: " + finding.fix);
 }
@@ -78,7 +73,7 @@ void PrintFinding(const std::string& model, const Finding& finding) {
 }  // namespace
 
 void PrintReport(const CheckedModel& model, bool quiet, bool isOneOfMany) {
-  const ts3d::Severity least = quiet ? ts3d::Severity::Warning : ts3d::Severity::Note;
+  const Severity least = quiet ? Severity::Warning : Severity::Note;
   if (isOneOfMany && (!quiet || model.report.Worst() >= least)) {
     std::printf("%s\n", Painted(stdout, Colour::Bold, "=== " + Printable(model.name)).c_str());
   }

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "rig_check/report_json.h"
+#include "core/json_output.h"
 #include "terminal/terminal.h"
 
 namespace cli {
@@ -95,7 +95,7 @@ std::vector<ts3d::Finding> MessagesAbout(const PackageDiff& diff) {
   for (const Inspection* package : {&diff.before, &diff.after}) {
     if (package->error.empty()) continue;
     messages.push_back({"unreadable-package",
-                        ts3d::Severity::Fatal,
+                        ts3d::Severity::Error,
                         ts3d::Subject::File,
                         {package->path},
                         package->error,

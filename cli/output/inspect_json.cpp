@@ -2,9 +2,9 @@
 #include <algorithm>
 
 #include "actor/picture_header.h"
+#include "core/json_output.h"
 #include "inspect/actor_measure.h"
 #include "output/inspection.h"
-#include "rig_check/report_json.h"
 
 namespace cli {
 namespace {
@@ -108,28 +108,13 @@ void WritePictures(JsonWriter& json, const std::vector<actor::Picture>& pictures
   json.CloseArray();
 }
 
-/// What the finding is about: a member, a bone, or the package as a whole.
-ts3d::Finding AsMessage(const actor::Finding& finding, const actor::PackageContents& contents) {
-  const bool isMember =
-      std::any_of(contents.members.begin(), contents.members.end(),
-                  [&](const actor::Member& member) { return member.name == finding.subject; });
-  ts3d::Finding message{finding.kind, ts3d::Severity::Note, ts3d::Subject::File,
-                        {},           finding.text,         finding.advice};
-  if (finding.severity == actor::Severity::Problem) message.severity = ts3d::Severity::Warning;
-  if (finding.subject.empty()) return message;
-  message.subject = isMember ? ts3d::Subject::Member : ts3d::Subject::Bone;
-  message.names = {finding.subject};
-  return message;
-}
-
 std::vector<ts3d::Finding> MessagesOf(const Inspection& inspection) {
   std::vector<ts3d::Finding> messages;
   if (!inspection.error.empty()) {
     messages.push_back(
-        {"unreadable-package", ts3d::Severity::Fatal, ts3d::Subject::File, {}, inspection.error, {}});
+        {"unreadable-package", ts3d::Severity::Error, ts3d::Subject::File, {}, inspection.error, {}});
   }
-  for (const actor::Finding& finding : inspection.findings)
-    messages.push_back(AsMessage(finding, inspection.contents));
+  messages.insert(messages.end(), inspection.findings.begin(), inspection.findings.end());
   return messages;
 }
 

@@ -132,11 +132,7 @@ std::string FindingLines(const actor::Findings& findings) {
   if (findings.size() > problems) text += ", " + Counted(findings.size() - problems, "note");
   text += "\n";
   for (const actor::Finding& finding : findings) {
-    text += finding.severity == actor::Severity::Problem ? "  warning: " : "  note: ";
-    if (!finding.subject.empty()) text += "\"" + Printable(finding.subject) + "\" ";
-    text += Printable(finding.text);
-    if (!finding.advice.empty()) text += " -> " + Printable(finding.advice);
-    text += "\n";
+    text += "  " + std::string(NameOf(finding.severity)) + ": " + Printable(actor::InOneLine(finding)) + "\n";
   }
   return text;
 }

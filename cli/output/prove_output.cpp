@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "core/json_output.h"
 #include "prove/compare.h"
 #include "prove/proof_json.h"
-#include "rig_check/report_json.h"
 #include "terminal/terminal.h"
 
 namespace cli {
@@ -44,35 +44,29 @@ void PrintWorst(const char* what, std::vector<NamedError> errors) {
   Print(line);
 }
 
-std::string Subject(const prove::Message& message) {
+std::string SubjectText(const ts3d::Finding& finding) {
   constexpr size_t kMost = 3;
-  const size_t count = message.names.size();
+  const size_t count = finding.names.size();
   if (count == 0) return {};
-  std::string text = message.kind + (count == 1 ? " " : message.kind == "mesh" ? "es " : "s ");
-  for (size_t i = 0; i < std::min(count, kMost); ++i) text += (i ? ", \"" : "\"") + message.names[i] + "\"";
+  std::string text = std::string(NameOf(finding.subject, count)) + " ";
+  for (size_t i = 0; i < std::min(count, kMost); ++i) text += (i ? ", \"" : "\"") + finding.names[i] + "\"";
   if (count > kMost) text += " and " + std::to_string(count - kMost) + " more";
   return text + ": ";
 }
 
-std::string Label(prove::Severity severity) {
-  if (severity == prove::Severity::Error) return Painted(stdout, Colour::Red, "error:");
-  if (severity == prove::Severity::Warning) return Painted(stdout, Colour::Yellow, "warning:");
-  return Painted(stdout, Colour::Bold, "note:");
-}
-
-void PrintMessageOf(const std::string& model, const prove::Message& message) {
+void PrintFinding(const std::string& model, const prove::ProofFinding& finding) {
   const std::string size =
-      message.error > 0.0 ? " Up to " + AsText(message.error) + " of the diagonal." : std::string();
-  std::printf("fbx2czp: %s: %s %s [%s]\n", Printable(model).c_str(), Label(message.severity).c_str(),
-              Printable(Subject(message) + message.message + size).c_str(), message.code.c_str());
-  if (!message.fix.empty()) Print("    Fix: " + message.fix);
+      finding.error > 0.0 ? " Up to " + AsText(finding.error) + " of the diagonal." : std::string();
+  std::printf("fbx2czp: %s: %s %s [%s]\n", Printable(model).c_str(), Label(stdout, finding.severity).c_str(),
+              Printable(SubjectText(finding) + finding.text + size).c_str(), finding.code.c_str());
+  if (!finding.fix.empty()) Print("    Fix: " + finding.fix);
 }
 
 /// Whether nothing is wrong but what --max-influences asked for.
 bool IsAsAsked(const Proof& proof) {
-  return std::none_of(proof.messages.begin(), proof.messages.end(), [](const prove::Message& message) {
-    return message.severity != prove::Severity::Note &&
-           message.code != prove::WordsOf(prove::Cause::MostInfluences).code;
+  return std::none_of(proof.findings.begin(), proof.findings.end(), [](const ts3d::Finding& finding) {
+    return finding.severity != Severity::Note &&
+           finding.code != prove::WordsOf(prove::Cause::MostInfluences).code;
   });
 }
 
@@ -108,8 +102,8 @@ void PrintProof(const ProvenModel& model, bool quiet) {
     PrintWorst("bones", proof.bones);
     if (!proof.firstBone.empty()) Print("  they part first at the bone \"" + proof.firstBone + "\"");
   }
-  for (const prove::Message& message : proof.messages) {
-    if (!quiet || message.severity != prove::Severity::Note) PrintMessageOf(model.name, message);
+  for (const prove::ProofFinding& finding : proof.findings) {
+    if (!quiet || finding.severity != Severity::Note) PrintFinding(model.name, finding);
   }
   std::fflush(stdout);
 }
@@ -122,7 +116,7 @@ std::string ProofsAsJson(const std::vector<ProvenModel>& models) {
   for (const ProvenModel& model : models) {
     Proof proof = model.proof;
     if (!model.error.empty())
-      proof.messages.push_back({"not-loaded", prove::Severity::Error, model.error, "", "file", {}});
+      proof.findings.push_back({{"not-loaded", Severity::Error, ts3d::Subject::File, {}, model.error, {}}});
     json.OpenObject();
     json.Member("model", model.name);
     prove::WriteProof(json, proof);

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "rig_check/report_json.h"
+#include "core/json_output.h"
 #include "settings/apply_settings.h"
 #include "terminal/terminal.h"
 
@@ -58,7 +58,7 @@ void WriteModel(ts3d::JsonWriter& json, const ModelSettings& model) {
   json.CloseArray();
   std::vector<ts3d::Finding> messages;
   if (!model.error.empty())
-    messages.push_back({"bad-settings", ts3d::Severity::Fatal, ts3d::Subject::File, {}, model.error, {}});
+    messages.push_back({"bad-settings", ts3d::Severity::Error, ts3d::Subject::File, {}, model.error, {}});
   json.Key("messages");
   ts3d::WriteFindings(json, messages);
   json.CloseObject();

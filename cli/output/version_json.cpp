@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
+#include "core/json_output.h"
 #include "output/build_info.h"
 #include "preview/page.h"
-#include "rig_check/report_json.h"
 
 namespace cli {
 

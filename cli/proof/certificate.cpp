@@ -7,11 +7,11 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
+#include "core/json_output.h"
 #include "host/replace_files.h"
 #include "prove/compare.h"
 #include "prove/proof_json.h"
 #include "prove/sha256.h"
-#include "rig_check/report_json.h"
 #include "terminal/exit_codes.h"
 
 namespace cli {

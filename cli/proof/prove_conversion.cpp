@@ -9,19 +9,14 @@
 namespace cli {
 namespace {
 
-ts3d::Subject SubjectOf(const prove::Message& message) {
-  if (message.kind == "bone") return ts3d::Subject::Bone;
-  return message.kind == "mesh" ? ts3d::Subject::Mesh : ts3d::Subject::File;
-}
-
 /// What an option costs shows in a few.
 constexpr int kCostPoses = 16;
 
 std::string CostOfInfluences(const prove::Proof& proof) {
-  for (const prove::Message& message : proof.messages) {
-    if (message.code != prove::WordsOf(prove::Cause::MostInfluences).code) continue;
-    return "this moves " + std::to_string(message.vertices) + " vertices, by up to " +
-           ErrorText(message.error);
+  for (const prove::ProofFinding& finding : proof.findings) {
+    if (finding.code != prove::WordsOf(prove::Cause::MostInfluences).code) continue;
+    return "this moves " + std::to_string(finding.vertices) + " vertices, by up to " +
+           ErrorText(finding.error);
   }
   return "this moves no vertex";
 }
@@ -64,15 +59,12 @@ void ProveConversion(const platform::fs::path& model, const platform::fs::path& 
     note("not-proven", "not proven: the package moves differently from the model, by up to " + worst);
   }
   const std::vector<ts3d::Finding> told = MessagesOf(result);
-  for (const prove::Message& message : proven.proof.messages) {
+  for (const prove::ProofFinding& finding : proven.proof.findings) {
     const bool isKnown =
-        std::any_of(told.begin(), told.end(), [&](const auto& fault) { return fault.code == message.code; });
-    if (message.severity == prove::Severity::Note || isKnown) continue;
-    const bool isOurs = message.severity == prove::Severity::Error;
-    result.faults.push_back({message.code, isOurs ? ts3d::Severity::Fatal : ts3d::Severity::Warning,
-                             SubjectOf(message), message.names,
-                             message.message + " Moves vertices by up to " + ErrorText(message.error) + ".",
-                             message.fix});
+        std::any_of(told.begin(), told.end(), [&](const auto& fault) { return fault.code == finding.code; });
+    if (finding.severity == ts3d::Severity::Note || isKnown) continue;
+    result.faults.push_back(finding);
+    result.faults.back().text += " Moves vertices by up to " + ErrorText(finding.error) + ".";
   }
 }
 

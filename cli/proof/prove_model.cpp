@@ -55,28 +55,23 @@ void FindDamage(const actor::PackageContents& contents, actor::Findings& finding
   for (const actor::Member& member : contents.members) {
     hasSkeleton |= member.sound && !member.superseded && member.size > 0 && member.name.ends_with(".csf");
     if (member.sound) continue;
-    AddProblem(findings, "damaged-member", member.name, "cannot be unpacked: it is damaged or encrypted",
-               actor::kConvertAgain);
+    actor::AddProblem(findings, "damaged-member", actor::Subject::Member, member.name,
+                      "cannot be unpacked: it is damaged or encrypted", actor::kConvertAgain);
   }
   if (hasSkeleton) return;
-  AddProblem(findings, "no-skeleton-file", "skeleton.csf", "is missing: there is nothing that could move",
-             actor::kConvertAgain);
+  actor::AddProblem(findings, "no-skeleton-file", actor::Subject::Member, "skeleton.csf",
+                    "is missing: there is nothing that could move", actor::kConvertAgain);
 }
 
 /// What was left out of the actor because it is damaged.
 void TellDamage(const actor::Findings& findings, prove::Proof& proof) {
-  for (const actor::Finding& finding : findings) {
-    const bool isCompared = finding.subject.ends_with(".cmf") || finding.subject.ends_with(".csf");
-    if (finding.severity != actor::Severity::Problem || !isCompared) continue;
+  for (const ts3d::Finding& finding : findings) {
+    const std::string name = actor::NameIn(finding);
+    if (finding.severity != ts3d::Severity::Warning || !(name.ends_with(".cmf") || name.ends_with(".csf")))
+      continue;
     proof.verdict = prove::Verdict::NotCompared;
-    proof.messages.push_back({finding.kind,
-                              prove::Severity::Error,
-                              finding.text,
-                              finding.advice,
-                              "member",
-                              {finding.subject},
-                              0.0,
-                              0});
+    proof.findings.push_back({finding});
+    proof.findings.back().severity = ts3d::Severity::Error;
   }
 }
 

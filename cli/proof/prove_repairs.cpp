@@ -27,8 +27,8 @@ constexpr double kAsGood = 1.1;
 
 RepairError ErrorOf(const prove::Proof& proof) {
   RepairError error{proof.worst.error, proof.mean, 0.0, proof.poses.front().worst.error};
-  for (const prove::Message& message : proof.messages) {
-    if (message.code == prove::WordsOf(prove::Cause::RootScale).code) error.shift = message.error;
+  for (const prove::ProofFinding& finding : proof.findings) {
+    if (finding.code == prove::WordsOf(prove::Cause::RootScale).code) error.shift = finding.error;
   }
   return error;
 }

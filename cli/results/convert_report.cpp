@@ -6,12 +6,12 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "core/json_output.h"
 #include "core/work_files.h"
 #include "host/replace_files.h"
 #include "platform/file_system.h"
 #include "platform/replacement.h"
 #include "results/result_messages.h"
-#include "rig_check/report_json.h"
 #include "terminal/exit_codes.h"
 
 namespace cli {

@@ -25,7 +25,7 @@ ts3d::Finding FindingFromJson(const nlohmann::ordered_json& json) {
   json.at("where").at("names").get_to(finding.names);
   json.at("message").get_to(finding.text);
   json.at("fix").get_to(finding.fix);
-  for (const auto severity : {ts3d::Severity::Note, ts3d::Severity::Warning, ts3d::Severity::Fatal}) {
+  for (const auto severity : {ts3d::Severity::Note, ts3d::Severity::Warning, ts3d::Severity::Error}) {
     if (json.at("severity") == NameOf(severity)) finding.severity = severity;
   }
   for (int subject = 0; subject <= static_cast<int>(ts3d::Subject::Option); ++subject) {

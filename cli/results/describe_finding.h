@@ -4,7 +4,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
-#include "rig_check/finding.h"
+#include "core/finding.h"
 
 namespace cli {
 

@@ -16,7 +16,7 @@ void MessageGroups::Print(bool withNotes) const {
   bool areMany = false;
   for (const auto& [key, group] : groups_) {
     const size_t more = group.models.size() - 1;
-    if (!withNotes && group.first.severity == ts3d::Severity::Note) continue;
+    if (!withNotes && group.first.severity == Severity::Note) continue;
     areMany |= more > 0;
     TellFinding(group.models.front() + (more > 0 ? " and " + std::to_string(more) + " more" : ""),
                 group.first);
@@ -26,10 +26,8 @@ void MessageGroups::Print(bool withNotes) const {
 }
 
 void TellFinding(const std::string& subject, const ts3d::Finding& message) {
-  const Severity severity = message.severity == ts3d::Severity::Fatal     ? Severity::Error
-                            : message.severity == ts3d::Severity::Warning ? Severity::Warning
-                                                                          : Severity::Note;
-  PrintMessage(subject, severity, DescribeFinding(message) + (message.fix.empty() ? "" : " " + message.fix));
+  PrintMessage(subject, message.severity,
+               DescribeFinding(message) + (message.fix.empty() ? "" : " " + message.fix));
 }
 
 }  // namespace cli

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "rig_check/finding.h"
+#include "core/finding.h"
 
 namespace cli {
 

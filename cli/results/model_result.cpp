@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "core/json_output.h"
 #include "core/similar_names.h"
 #include "results/describe_finding.h"
 #include "results/result_messages.h"
-#include "rig_check/report_json.h"
 #include "terminal/terminal.h"
 
 namespace cli {

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "core/finding.h"
 #include "core/json_writer.h"
 #include "package/read_member.h"
 #include "results/step_times.h"
-#include "rig_check/finding.h"
 #include "textures/texture_converter.h"
 
 namespace cli {

@@ -23,18 +23,6 @@ const char* Code(Colour colour) {
   return "1";
 }
 
-std::string Label(Severity severity) {
-  switch (severity) {
-    case Severity::Note:
-      return Painted(stderr, Colour::Bold, "note: ");
-    case Severity::Warning:
-      return Painted(stderr, Colour::Yellow, "warning: ");
-    case Severity::Error:
-      break;
-  }
-  return Painted(stderr, Colour::Red, "error: ");
-}
-
 }  // namespace
 
 bool IsTerminal(std::FILE* stream) { return platform::IsTerminal(stream); }
@@ -53,9 +41,16 @@ std::string Painted(std::FILE* stream, Colour colour, std::string_view text) {
 
 std::string Printable(std::string_view text) { return ts3d::VisibleText(text); }
 
+std::string Label(std::FILE* stream, Severity severity) {
+  const Colour colour = severity == Severity::Error     ? Colour::Red
+                        : severity == Severity::Warning ? Colour::Yellow
+                                                        : Colour::Bold;
+  return Painted(stream, colour, std::string(NameOf(severity)) + ":");
+}
+
 void PrintMessage(const std::string& subject, Severity severity, std::string_view text) {
   const std::string line = "fbx2czp: " + (subject.empty() ? "" : Printable(subject) + ": ") +
-                           Label(severity) + Printable(text) + "\n";
+                           Label(stderr, severity) + " " + Printable(text) + "\n";
   std::fputs(line.c_str(), stderr);
 }
 

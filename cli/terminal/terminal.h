@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/finding.h"
+
 namespace cli {
 
 /// Whether a person watches `stream`.
@@ -21,8 +23,10 @@ std::string Painted(std::FILE* stream, Colour colour, std::string_view text);
 /// `text` with what could control a terminal made visible: names come from models and file systems.
 std::string Printable(std::string_view text);
 
-/// How bad a message is.
-enum class Severity { Note, Warning, Error };
+using ts3d::Severity;
+
+/// "note:", "warning:" or "error:" in its colour.
+std::string Label(std::FILE* stream, Severity severity);
 
 /// Prints "fbx2czp: <subject>: <severity>: <text>" to standard error, in the one voice of the tool. Without a
 /// subject: "fbx2czp: <severity>: <text>".

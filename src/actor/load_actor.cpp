@@ -73,11 +73,12 @@ class ActorBuilder {
 
  private:
   void Unreadable(const Member& member, const std::string& reason) {
-    AddProblem(findings_, "unreadable-file", member.name, "cannot be read: " + reason, kConvertAgain);
+    AddProblem(findings_, "unreadable-file", Subject::Member, member.name, "cannot be read: " + reason,
+               kConvertAgain);
   }
   void NotFinite(const Member& member, size_t count) {
     if (count == 0) return;
-    AddProblem(findings_, "not-finite", member.name,
+    AddProblem(findings_, "not-finite", Subject::Member, member.name,
                std::to_string(count) +
                    " of its numbers are no numbers, infinite or absurdly large; they are taken as 0",
                "look for degenerate transforms or weights in the model");
@@ -88,8 +89,8 @@ class ActorBuilder {
     Skeleton skeleton;
     if (!ReadSkeleton(member.bytes, skeleton, error)) return Unreadable(member, error);
     if (!actor_.skeleton.bones.empty()) {
-      return AddProblem(findings_, "second-skeleton", member.name, "is a further skeleton; it is left out",
-                        kConvertAgain);
+      return AddProblem(findings_, "second-skeleton", Subject::Member, member.name,
+                        "is a further skeleton; it is left out", kConvertAgain);
     }
     size_t changed = 0;
     for (Bone& bone : skeleton.bones) changed += MakeFinite(bone);
@@ -116,7 +117,7 @@ class ActorBuilder {
 
   void AddDocument(const Member& member) {
     if (!actor_.document.memberName.empty()) {
-      AddProblem(findings_, "second-document", actor_.document.memberName,
+      AddProblem(findings_, "second-document", Subject::Member, actor_.document.memberName,
                  "is followed by another document, \"" + member.name + "\", which counts", kConvertAgain);
     }
     std::string error;
@@ -138,7 +139,7 @@ class ActorBuilder {
       const auto bad = std::find_if(mesh.influences.begin(), mesh.influences.end(),
                                     [&](const Influence& influence) { return influence.bone >= boneCount; });
       if (bad == mesh.influences.end()) return false;
-      AddProblem(findings_, "bad-index", mesh.name + ".cmf",
+      AddProblem(findings_, "bad-index", Subject::Member, mesh.name + ".cmf",
                  "hangs on bone " + std::to_string(bad->bone) + ", but the skeleton has " +
                      std::to_string(boneCount) + " bones; the mesh is left out",
                  kConvertAgain);

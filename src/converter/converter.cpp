@@ -159,7 +159,7 @@ int32_t Converter::RunIn(const WorkFolder& work, const ModelInput& model, RunNot
     RigReport report;
     faults.Tell(job.Model(), *job.skeleton, report);
     for (Finding& fault : report.findings) {
-      if (fault.severity == Severity::Fatal) {
+      if (fault.severity == Severity::Error) {
         error_ = fault.text;
       } else {
         notes.faults.push_back(std::move(fault));

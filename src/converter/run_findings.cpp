@@ -8,7 +8,7 @@
 namespace ts3d {
 
 Finding FailureFinding(int32_t code, const std::string& reason) {
-  return {NameOfResult(code), Severity::Fatal, Subject::File, {}, reason, {}};
+  return {NameOfResult(code), Severity::Error, Subject::File, {}, reason, {}};
 }
 
 std::vector<Finding> DamageFindings(const std::vector<std::string>& arrays) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "rig_check/finding.h"
+#include "core/finding.h"
 #include "textures/texture_converter.h"
 
 namespace ts3d {

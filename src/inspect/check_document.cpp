@@ -33,7 +33,7 @@ class DocumentCheck {
 
  private:
   void Problem(const char* kind, std::string text, const char* advice = kConvertAgain) {
-    AddProblem(findings_, kind, document_.memberName, std::move(text), advice);
+    AddProblem(findings_, kind, Subject::Member, document_.memberName, std::move(text), advice);
   }
 
   bool HasFile(const std::string& file) const { return files_.contains(ts3d::LowerCase(file)); }
@@ -79,7 +79,7 @@ class DocumentCheck {
       }
     }
     if (ofProduct == 0) return;
-    AddNote(findings_, "product-materials", document_.memberName,
+    AddNote(findings_, "product-materials", Subject::Member, document_.memberName,
             "names " + std::to_string(ofProduct) +
                 " materials that are not in the package: the product has them for its own bodies");
   }
@@ -103,7 +103,7 @@ class DocumentCheck {
   void CheckThread(const Mesh& mesh) {
     const auto own = threadsOf_.find(ts3d::LowerCase(mesh.name + ".xrf"));
     if (own == threadsOf_.end() || std::ranges::count(own->second, mesh.threadId) > 0) return;
-    AddProblem(findings_, "thread-mismatch", mesh.name + ".cmf",
+    AddProblem(findings_, "thread-mismatch", Subject::Member, mesh.name + ".cmf",
                "has the material thread " + std::to_string(mesh.threadId) +
                    ", but the document gives its material " + std::to_string(own->second.back()) +
                    "; it is shown with the material of another mesh",
@@ -115,10 +115,10 @@ class DocumentCheck {
     if (!material.hasMap || material.map.empty() || material.map == "0") return;
     const std::string file = material.name + ".xrf";
     if (!platform::IsMemberName(material.map)) {
-      AddProblem(findings_, "unsafe-name", file,
+      AddProblem(findings_, "unsafe-name", Subject::Member, file,
                  "names the picture \"" + material.map + "\": that is not a plain name", kConvertAgain);
     } else if (!HasFile(material.map)) {
-      AddProblem(findings_, "missing-picture", file,
+      AddProblem(findings_, "missing-picture", Subject::Member, file,
                  "names the picture \"" + material.map + "\", which is not in the package",
                  "put the picture beside the model and convert again");
     }
@@ -130,7 +130,7 @@ class DocumentCheck {
     for (const Bone& bone : actor_.skeleton.bones) bones.insert(ts3d::LowerCase(bone.name));
     for (const auto& [oldName, newName] : document_.boneRenames) {
       if (bones.contains(ts3d::LowerCase(oldName))) continue;
-      AddNote(findings_, "unknown-bone", document_.memberName,
+      AddNote(findings_, "unknown-bone", Subject::Member, document_.memberName,
               "renames a bone \"" + oldName + "\", but there is none of that name");
     }
   }
@@ -146,7 +146,8 @@ class DocumentCheck {
 
 void CheckDocument(const PackageContents& contents, const Actor& actor, Findings& findings) {
   if (actor.document.memberName.empty()) {
-    AddProblem(findings, "no-document", "", "the package has no document (.xfg)", kConvertAgain);
+    AddProblem(findings, "no-document", Subject::File, "", "the package has no document (.xfg)",
+               kConvertAgain);
     return;
   }
   DocumentCheck(contents, actor, findings).Run();

@@ -21,19 +21,20 @@ const char* AdviceForEmpty(const std::string& name) {
 
 void CheckMember(const Member& member, Findings& findings) {
   if (!platform::IsMemberName(member.name)) {
-    AddProblem(findings, "unsafe-name", member.name,
+    AddProblem(findings, "unsafe-name", Subject::Member, member.name,
                "has a name that leads into or out of folders; it is never used as a path",
                "do not unpack this package by hand; convert the model again");
   }
   if (!member.sound) {
-    AddProblem(findings, "damaged-member", member.name, "cannot be unpacked: it is damaged or encrypted",
+    AddProblem(findings, "damaged-member", Subject::Member, member.name,
+               "cannot be unpacked: it is damaged or encrypted",
                "convert the model again, or take another copy of the package");
   } else if (member.superseded) {
-    AddNote(findings, "superseded-member", member.name,
+    AddNote(findings, "superseded-member", Subject::Member, member.name,
             "is there again further on; this older copy only takes up space",
             "run \"fbx2czp repack\" on the package to drop it");
   } else if (member.size == 0) {
-    AddProblem(findings, "empty-member", member.name, "is empty: its file was missing",
+    AddProblem(findings, "empty-member", Subject::Member, member.name, "is empty: its file was missing",
                AdviceForEmpty(member.name));
   }
 }
@@ -43,7 +44,7 @@ void CheckSimilarNames(const PackageContents& contents, Findings& findings) {
   std::set<std::string> seen;
   for (const Member& member : contents.members) {
     if (member.superseded || seen.insert(ts3d::LowerCase(member.name)).second) continue;
-    AddProblem(findings, "similar-names", member.name,
+    AddProblem(findings, "similar-names", Subject::Member, member.name,
                "differs from another file in upper and lower case only", "rename one of them in the model");
   }
 }
@@ -65,13 +66,14 @@ void CheckUse(const Member& member, const UsedNames& used, bool isFolder, Findin
   const std::string extension = Extension(member.name), name = ts3d::LowerCase(member.name);
   if (extension == ".csf" || extension == ".cmf" || extension == ".xrf") {
     if (used.document.contains(name)) return;
-    AddProblem(findings, "unnamed-file", member.name, "is not named by the document, so nothing shows it",
+    AddProblem(findings, "unnamed-file", Subject::Member, member.name,
+               "is not named by the document, so nothing shows it",
                "name it in \"fbx2czp finish --mesh\", or convert the model again");
   } else if (extension == ".tga") {
     if (used.pictures.contains(name)) return;
-    AddNote(findings, "unused-picture", member.name, "is a picture that no material uses");
+    AddNote(findings, "unused-picture", Subject::Member, member.name, "is a picture that no material uses");
   } else if (extension != ".xfg" && !isFolder && !used.pictures.contains(name)) {
-    AddNote(findings, "unknown-file", member.name, "is not part of an actor");
+    AddNote(findings, "unknown-file", Subject::Member, member.name, "is not part of an actor");
   }
 }
 
@@ -80,7 +82,7 @@ void CheckPictures(const Actor& actor, Findings& findings) {
     PictureHeader header;
     const char* wrong = ReadPictureHeader(picture.bytes, header);
     if (wrong) {
-      AddProblem(findings, "bad-picture", picture.name, wrong,
+      AddProblem(findings, "bad-picture", Subject::Member, picture.name, wrong,
                  "save it as .tga again and convert the model again");
     }
   }

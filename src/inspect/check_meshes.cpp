@@ -28,12 +28,12 @@ void CheckWeights(const Mesh& mesh, Findings& findings) {
   const std::string file = mesh.name + ".cmf",
                     of = " of " + std::to_string(mesh.vertices.size()) + " vertices ";
   if (loose > 0) {
-    AddProblem(findings, "no-influence", file,
+    AddProblem(findings, "no-influence", Subject::Member, file,
                std::to_string(loose) + of + "belong to no bone and stay behind when the actor moves",
                "paint weights for them in the model");
   }
   if (wrong > 0) {
-    AddProblem(findings, "weight-sum", file,
+    AddProblem(findings, "weight-sum", Subject::Member, file,
                std::to_string(wrong) + of + "have weights that do not add up to 1",
                "normalise the weights in the model");
   }
@@ -41,7 +41,7 @@ void CheckWeights(const Mesh& mesh, Findings& findings) {
 
 void CheckPlaces(const Actor& actor, Findings& findings) {
   for (const Mesh* mesh : FindMeshesAway(actor)) {
-    AddProblem(findings, "mesh-away", mesh->name + ".cmf",
+    AddProblem(findings, "mesh-away", Subject::Member, mesh->name + ".cmf",
                "stands farther from its bones than the rest of the model is large", kCheckBindPose);
   }
 }
@@ -55,7 +55,7 @@ void CheckMeshes(const Actor& actor, Findings& findings) {
   const BoneDistance distance = MeasureBoneDistance(actor);
   if (!IsAway(distance)) return CheckPlaces(actor, findings);
   const int percent = static_cast<int>(std::lround(std::min(distance.median, 1e4) * 100.0));
-  AddProblem(findings, "mesh-away", "",
+  AddProblem(findings, "mesh-away", Subject::File, "",
              "the meshes stand away from their bones, " + std::to_string(percent) +
                  " % of the model's size in the middle",
              kCheckBindPose);

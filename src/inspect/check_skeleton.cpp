@@ -65,11 +65,11 @@ void CheckTopBone(const Bone& bone, const Double3& offset, double size, Findings
   if (base::Length(offset) <= kTolerance * size) return;
   if (IsScaled(bone, offset, size)) {
     AddProblem(
-        findings, "root-scale-offset", bone.name,
+        findings, "root-scale-offset", Subject::Bone, bone.name,
         "is scaled in the model: the resting skeleton stands beside the mesh, all of its bones equally far",
         "convert again with --rigid-bones, or apply the scale to the model before the export");
   } else {
-    AddProblem(findings, "bone-space", bone.name,
+    AddProblem(findings, "bone-space", Subject::Bone, bone.name,
                "and all below it stand away from the mesh, and no scale of the bone explains it",
                "bind the model again in its rest pose, then export and convert it");
   }
@@ -79,7 +79,7 @@ void CheckNames(const Skeleton& skeleton, Findings& findings) {
   std::set<std::string> seen;
   for (const Bone& bone : skeleton.bones) {
     if (seen.insert(bone.name).second) continue;
-    AddProblem(findings, "same-bone-name", bone.name,
+    AddProblem(findings, "same-bone-name", Subject::Bone, bone.name,
                "is the name of several bones; only the last is found by it",
                "give every bone in the model a unique name");
   }
@@ -99,7 +99,7 @@ void CheckRotations(const Skeleton& skeleton, Findings& findings) {
     if (wrong++ == 0) first = &bone;
   }
   if (!first) return;
-  AddProblem(findings, "bad-rotation", first->name,
+  AddProblem(findings, "bad-rotation", Subject::Bone, first->name,
              "has a rotation that is not a valid one; it distorts the mesh" +
                  (wrong > 1 ? " (and so have " + std::to_string(wrong - 1) + " other bones)" : std::string()),
              "look for bones with a scale of 0 in the model");
@@ -114,7 +114,7 @@ void CheckSkeleton(const Skeleton& skeleton, Findings& findings) {
   const Comparison compared = Compare(skeleton);
   const size_t count = skeleton.bones.size();
   if (const size_t bad = std::min(FirstAstray(skeleton, compared), compared.firstTurned); bad < count) {
-    AddProblem(findings, "bone-space", skeleton.bones[bad].name,
+    AddProblem(findings, "bone-space", Subject::Bone, skeleton.bones[bad].name,
                "rests elsewhere than the mesh was bound to it, so the mesh is distorted there",
                "bind the model again in its rest pose without scaled bones, then export and convert it");
     return;

@@ -7,8 +7,6 @@
 
 namespace prove {
 
-enum class Severity { Note, Warning, Error };
-
 /// Why a vertex is not where the model has it. Most are faults of rigs, which the format cannot hold.
 enum class Cause {
   None,

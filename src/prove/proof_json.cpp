@@ -1,16 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "prove/proof_json.h"
 
+#include "core/json_output.h"
 #include "prove/compare.h"
 
 namespace prove {
 namespace {
 
 using ts3d::JsonWriter;
-
-constexpr const char* NameOf(Severity severity) {
-  return severity == Severity::Error ? "error" : severity == Severity::Warning ? "warning" : "note";
-}
 
 void WritePlace(JsonWriter& json, const ErrorPlace& place) {
   json.Member("error", place.error);
@@ -26,9 +23,9 @@ void WriteErrors(JsonWriter& json, const char* name, const std::vector<NamedErro
   });
 }
 
-void WriteCauses(JsonWriter& json, const std::vector<Message>& messages) {
+void WriteCauses(JsonWriter& json, const std::vector<ProofFinding>& findings) {
   json.OpenArray("causes");
-  for (const Message& each : messages) {
+  for (const ProofFinding& each : findings) {
     if (!(each.error > 0.0)) continue;
     json.OpenObject();
     json.Member("code", each.code);
@@ -37,19 +34,6 @@ void WriteCauses(JsonWriter& json, const std::vector<Message>& messages) {
     json.CloseObject();
   }
   json.CloseArray();
-}
-
-void WriteMessage(JsonWriter& json, const Message& message) {
-  json.OpenObject();
-  json.Member("code", message.code);
-  json.Member("severity", NameOf(message.severity));
-  json.Member("message", message.message);
-  json.Member("fix", message.fix);
-  json.OpenObject("where");
-  json.Member("kind", message.kind);
-  json.Member("names", message.names);
-  json.CloseObject();
-  json.CloseObject();
 }
 
 }  // namespace
@@ -84,9 +68,9 @@ void WriteProof(JsonWriter& json, const Proof& proof) {
   WriteErrors(json, "poses", proof.poses);
   WriteErrors(json, "meshes", proof.meshes);
   WriteErrors(json, "bones", proof.bones);
-  WriteCauses(json, proof.messages);
+  WriteCauses(json, proof.findings);
   json.OpenArray("messages");
-  for (const Message& each : proof.messages) WriteMessage(json, each);
+  for (const ProofFinding& each : proof.findings) ts3d::WriteFinding(json, each);
   json.CloseArray();
 }
 

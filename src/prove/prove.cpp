@@ -14,6 +14,9 @@
 namespace prove {
 namespace {
 
+using ts3d::Severity;
+using ts3d::Subject;
+
 /// Whether the document says that the package is one of the product's actors, which are turned up.
 bool IsActor(const actor::Actor& actor) {
   constexpr const char* kActors[] = {"actor (male)", "actor (female)",   "actor (boy)",
@@ -70,38 +73,28 @@ class Reporter {
       const CauseWords& words = WordsOf(each.cause);
       const bool isOurs = IsOurs(each.cause);
       proof_.verdict = std::max(proof_.verdict, isOurs ? Verdict::OurError : Verdict::RigFaults);
-      proof_.messages.push_back({std::string(words.code), isOurs ? Severity::Error : Severity::Warning,
-                                 std::string(words.text), std::string(words.fix),
-                                 words.isAboutBones ? "bone" : "mesh", each.names, each.worst.error,
-                                 each.vertices});
+      AddCause(words, isOurs ? Severity::Error : Severity::Warning, each.names, each.worst.error,
+               each.vertices);
     }
   }
 
   void TellRootScale(double shift) {
     const CauseWords& words = WordsOf(Cause::RootScale);
     proof_.verdict = std::max(proof_.verdict, Verdict::RigFaults);
-    proof_.messages.push_back({std::string(words.code),
-                               Severity::Warning,
-                               std::string(words.text),
-                               std::string(words.fix),
-                               "bone",
-                               {actor_.skeleton.bones.front().name},
-                               shift,
-                               proof_.vertices});
+    AddCause(words, Severity::Warning, {actor_.skeleton.bones.front().name}, shift, proof_.vertices);
   }
 
   void TellUnmatched() {
     for (const std::string& name : matches_.unmatched) {
       proof_.verdict = Verdict::NotCompared;
-      proof_.messages.push_back(
-          {"other-model",
-           Severity::Error,
-           "No mesh of the model has the triangles of this one: the package was made of "
-           "another model, or of another version of it.",
-           "Convert the model again. If that does not help, send us model and package.",
-           "mesh",
-           {name},
-           0.0});
+      proof_.findings.push_back(
+          {{"other-model",
+            Severity::Error,
+            Subject::Mesh,
+            {name},
+            "No mesh of the model has the triangles of this one: the package was made of "
+            "another model, or of another version of it.",
+            "Convert the model again. If that does not help, send us model and package."}});
     }
   }
 
@@ -119,7 +112,16 @@ class Reporter {
 
  private:
   void Note(const char* code, const char* text) {
-    proof_.messages.push_back({code, Severity::Note, text, "", "file", {}, 0.0, 0});
+    proof_.findings.push_back({{code, Severity::Note, Subject::File, {}, text, {}}});
+  }
+
+  void AddCause(const CauseWords& words, Severity severity, std::vector<std::string> names, double error,
+                size_t vertices) {
+    const Subject subject = words.isAboutBones ? Subject::Bone : Subject::Mesh;
+    proof_.findings.push_back({{std::string(words.code), severity, subject, std::move(names),
+                                std::string(words.text), std::string(words.fix)},
+                               error,
+                               vertices});
   }
 
   ErrorPlace Place(const Worst& worst) const {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "actor/actor.h"
+#include "core/finding.h"
 #include "prove/causes.h"
 #include "scene/model/scene.h"
 
@@ -34,12 +35,7 @@ struct NamedError {
 };
 
 /// Something that a person should know about a proof.
-struct Message {
-  std::string code;  ///< stable
-  Severity severity = Severity::Note;
-  std::string message, fix;
-  std::string kind;  ///< what `names` are names of: "file", "bone" or "mesh"
-  std::vector<std::string> names;
+struct ProofFinding : ts3d::Finding {
   double error = 0.0;   ///< that it causes, in parts of the diagonal; 0: none
   size_t vertices = 0;  ///< that it moves beyond the limit
 };
@@ -64,7 +60,7 @@ struct Proof {
   size_t vertices = 0;     ///< compared, in each pose
   std::string firstBone;   ///< the first where model and package part; empty: none
   std::vector<NamedError> poses, meshes, bones;
-  std::vector<Message> messages;
+  std::vector<ProofFinding> findings;
 };
 
 /// The vertices of a mesh file in one pose, where model and package have them.

@@ -122,7 +122,7 @@ void CheckScene(RigCheck& check) {
   }
   CheckNodes(check);
   check.faults.Tell(check.Model(), check.skeleton, check.report);
-  if (check.report.Worst() < Severity::Fatal && check.report.meshes.empty()) {
+  if (check.report.Worst() < Severity::Error && check.report.meshes.empty()) {
     check.report.Add(findings::kAllLeftOut);
   }
   for (const std::string& array : check.loaded.Scene().GetDamagedArrays()) {

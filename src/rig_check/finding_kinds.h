@@ -3,30 +3,41 @@
 // All findings and their words. docs/check.md lists the codes.
 #pragma once
 
-#include "rig_check/finding.h"
+#include "core/finding.h"
 
-namespace ts3d::findings {
+namespace ts3d {
+
+/// One problem that rigs can have. Each "{}" in the text stands for a value of the model.
+struct FindingKind {
+  std::string_view code;  ///< stable; scripts may rely on it
+  Severity severity;
+  Subject subject;
+  std::string_view text;
+  std::string_view fix;  ///< empty when there is nothing to do
+};
+
+namespace findings {
 
 using enum Severity;
 using enum Subject;
 
 // The file.
-inline constexpr FindingKind kNoFile{"no-file", Fatal, File, "The model file does not exist.",
+inline constexpr FindingKind kNoFile{"no-file", Error, File, "The model file does not exist.",
                                      "Check the path and the name."};
 inline constexpr FindingKind kNotLoaded{
-    "not-loaded", Fatal, File, "The model cannot be loaded: {}.",
+    "not-loaded", Error, File, "The model cannot be loaded: {}.",
     "Export it again, as FBX 7.4 (\"FBX 2014\") or later; a damaged download has to be fetched again."};
 inline constexpr FindingKind kDamagedArray{
     "damaged-array", Warning, File,
     "The file is damaged: {} cannot be unpacked, and what it holds is missing.",
     "Export it again; a damaged download has to be fetched again."};
-inline constexpr FindingKind kPassword{"password", Fatal, File, "The model is protected by a password.",
+inline constexpr FindingKind kPassword{"password", Error, File, "The model is protected by a password.",
                                        "Save it without the password."};
-inline constexpr FindingKind kNoMesh{"no-mesh", Fatal, File,
+inline constexpr FindingKind kNoMesh{"no-mesh", Error, File,
                                      "The model has no mesh with points, so there is nothing to convert.",
                                      "Include the meshes in the export."};
 inline constexpr FindingKind kMotionOnly{
-    "no-mesh", Fatal, File,
+    "no-mesh", Error, File,
     "{} bones and no mesh: this file holds a motion, or a skeleton alone, and no model to convert.",
     "Convert the file that holds the character, or include the meshes in the export."};
 inline constexpr FindingKind kDecimalCommas{
@@ -394,4 +405,6 @@ inline constexpr FindingKind kTextureUnreadable{"texture-unreadable", Warning, T
                                                 "The picture {} cannot be converted: {}.",
                                                 "Save it as .tga beside the model."};
 
-}  // namespace ts3d::findings
+}  // namespace findings
+
+}  // namespace ts3d

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "rig_check/finding_kinds.h"
+
 namespace ts3d {
 namespace {
 
@@ -18,41 +20,6 @@ std::string Fill(std::string_view text, const std::vector<std::string>& values) 
 }
 
 }  // namespace
-
-std::string_view NameOf(Severity severity) {
-  switch (severity) {
-    case Severity::Note:
-      return "note";
-    case Severity::Warning:
-      return "warning";
-    case Severity::Fatal:
-      return "error";
-  }
-  return {};
-}
-
-std::string_view NameOf(Subject subject, size_t count) {
-  const bool one = count == 1;
-  switch (subject) {
-    case Subject::File:
-      return one ? "file" : "files";
-    case Subject::Node:
-      return one ? "node" : "nodes";
-    case Subject::Bone:
-      return one ? "bone" : "bones";
-    case Subject::Mesh:
-      return one ? "mesh" : "meshes";
-    case Subject::Material:
-      return one ? "material" : "materials";
-    case Subject::Texture:
-      return one ? "texture" : "textures";
-    case Subject::Member:
-      return one ? "member" : "members";
-    case Subject::Option:
-      return one ? "option" : "options";
-  }
-  return {};
-}
 
 void RigReport::Add(const FindingKind& kind, const std::string& name,
                     const std::vector<std::string>& values) {

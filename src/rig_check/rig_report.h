@@ -7,10 +7,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/finding.h"
 #include "core/settings.h"
-#include "rig_check/finding.h"
 
 namespace ts3d {
+
+struct FindingKind;
 
 /// A mesh file of the package.
 struct OutputMesh {
