@@ -23,11 +23,12 @@ using Json = GltfFile::Json;
 
 /// What a file is read as.
 struct Loaded {
+  std::string bytes;  ///< of the file, which the scene points into
   support::ManagerPtr manager{scene::KFbxSdkManager::Create()};
   scene::KFbxScene* scene = manager->CreateScene("");
   std::string error;
 
-  explicit Loaded(const std::string& bytes, const std::string& path = "") {
+  explicit Loaded(std::string file, const std::string& path = "") : bytes(std::move(file)) {
     scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
     scene::KFbxIOSettings settings;
     settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);

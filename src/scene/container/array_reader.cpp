@@ -87,6 +87,15 @@ bool ReadTypedArray(const Value& value, bool bigEndian, FbxArray<T>& out) {
 }
 
 template <typename T>
+bool ReadWrittenArray(const Value& value, FbxArray<T>& out) {
+  const auto* write = std::get_if<WriteNumbers<T>>(value.written);
+  if (!write || value.count > kMostBytes / sizeof(T)) return false;
+  T* const to = out.Allocate(value.count);
+  (*write)({to, value.count});
+  return true;
+}
+
+template <typename T>
 void ReadScalarRun(const Value& run, bool bigEndian, FbxArray<T>& out) {
   T* to = out.Allocate(run.count);
   const char* p = run.data;
@@ -146,8 +155,9 @@ bool ReadNumbers(RecordRef record, FbxArray<T>& out, size_t most) {
   const size_t count = ClaimedCount(record);
   if (count > most || count * sizeof(double) > record.Tree().MemoryAllowance()) return false;
   const bool bigEndian = record.Tree().bigEndian;
-  if (first->kind == Value::Kind::Array) {
-    const bool read = ReadTypedArray(*first, bigEndian, out);
+  if (first->kind == Value::Kind::Array || first->kind == Value::Kind::Written) {
+    const bool read = first->kind == Value::Kind::Array ? ReadTypedArray(*first, bigEndian, out)
+                                                        : ReadWrittenArray(*first, out);
     if (!read) {
       out.Release();
       record.Tree().NoteDamaged(record.Index());

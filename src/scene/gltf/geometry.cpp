@@ -2,26 +2,13 @@
 #include "scene/gltf/geometry.h"
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
-#include <map>
+#include <limits>
 
+#include "scene/gltf/coordinate_table.h"
 #include "scene/gltf/vertex_weld.h"
 
 namespace scene::gltf {
 namespace {
-
-/// Calls `visit` with the three places in the list of indices of every triangle.
-template <class Visit>
-void ForEachTriangle(uint32_t mode, size_t indexCount, const Visit& visit) {
-  if (mode == kTriangles) {
-    for (size_t i = 0; i + 2 < indexCount; i += 3) visit(i, i + 1, i + 2);
-  } else if (mode == kStrip) {
-    for (size_t i = 0; i + 2 < indexCount; ++i) visit(i, i + 1 + i % 2, i + 2 - i % 2);
-  } else if (mode == kFan) {
-    for (size_t i = 1; i + 1 < indexCount; ++i) visit(0, i, i + 1);
-  }
-}
 
 class PrimitiveJoiner {
  public:
@@ -31,18 +18,16 @@ class PrimitiveJoiner {
         accessors_(accessors),
         budget_(budget),
         mesh_(document.meshes[node.mesh]),
-        jointCount_(jointCount),
-        weld_(accessors, budget, InfluenceSets(), node.weights.empty() ? mesh_.weights : node.weights),
-        uvTable_(2) {}
+        shapeWeights_(node.weights.empty() ? mesh_.weights : node.weights),
+        jointCount_(jointCount) {}
 
   Geometry Join(const KFbxXMatrix& place) {
-    const bool isMirrored = place.Determinant() < 0.0;
+    geometry_.place = place;
     for (const Primitive& primitive : mesh_.primitives) {
-      if (primitive.HasSurface() && primitive.position != kNone) Add(primitive, isMirrored);
+      if (primitive.HasSurface() && primitive.position != kNone) surfaces_.push_back(&primitive);
     }
-    TakePoints(place);
-    TakeCoordinates();
-    if (jointCount_ > 0) TakeInfluences();
+    const std::vector<VertexNumbers> points = WeldPoints(), pairs = ReadCoordinates();
+    for (size_t i = 0; i < surfaces_.size(); ++i) AddTriangles(*surfaces_[i], points[i], pairs[i]);
     return std::move(geometry_);
   }
 
@@ -54,45 +39,43 @@ class PrimitiveJoiner {
     return jointCount_ > 0 ? sets : 0;
   }
 
-  void Add(const Primitive& primitive, bool isMirrored) {
-    const std::vector<int32_t>& points = weld_.PointsOf(primitive);
-    const std::vector<int32_t>* uvs = CoordinatesOf(primitive);
-    const bool isIndexed = primitive.indices != kNone;
-    const uint64_t before = budget_.Used();
-    std::vector<uint32_t> indices;
-    if (isIndexed) indices = accessors_.Integers(primitive.indices, 1);
-    const size_t count = isIndexed ? indices.size() : points.size();
-    const uint64_t triangles = primitive.mode == kTriangles ? count / 3 : count;
-    budget_.Take(triangles * 28);
-    Reserve(static_cast<size_t>(triangles));
-    const auto place = FindMaterial(primitive.material);
-    const auto vertexAt = [&](size_t i) { return isIndexed ? indices[i] : static_cast<uint32_t>(i); };
-    // Also where nothing is: such triangles are dropped, and told, where damaged polygons are.
-    constexpr int32_t kNowhere = 0x7ffffffe;
-    const auto pointAt = [&](uint32_t vertex) { return vertex < points.size() ? points[vertex] : kNowhere; };
-    ForEachTriangle(primitive.mode, count, [&](size_t a, size_t b, size_t c) {
-      const uint32_t vertices[3] = {vertexAt(a), vertexAt(isMirrored ? c : b), vertexAt(isMirrored ? b : c)};
-      // As strips have them where they turn.
-      if (vertices[0] == vertices[1] || vertices[1] == vertices[2] || vertices[0] == vertices[2]) return;
-      for (const uint32_t vertex : vertices) {
-        geometry_.corners.push_back(pointAt(vertex));
-        geometry_.uvIndices.push_back(uvs && vertex < uvs->size() ? (*uvs)[vertex] : -1);
-      }
-      geometry_.corners.back() = ~geometry_.corners.back();
-      geometry_.polygonMaterials.push_back(place);
-    });
-    budget_.ReturnTo(before);
-    budget_.Take(triangles * 28);
+  /// Control points of each surface's vertices. Takes their influences as well.
+  std::vector<VertexNumbers> WeldPoints() {
+    VertexWeld weld(accessors_, budget_, InfluenceSets(), jointCount_, shapeWeights_, geometry_.points);
+    std::vector<VertexNumbers> numbers;
+    for (const Primitive* surface : surfaces_) numbers.push_back(weld.PointsOf(*surface));
+    budget_.Take(uint64_t{geometry_.points.size()} * 12 + InfluenceLists::MostMemory(weld.InfluenceCounts()));
+    geometry_.influences = InfluenceLists(geometry_.points, weld.InfluenceCounts());
+    geometry_.points.KeepPositions();
+    return numbers;
   }
 
-  /// Room for further triangles, without giving up that lists grow by parts of their size.
-  void Reserve(size_t triangles) {
-    const auto grow = [](std::vector<int32_t>& list, size_t count) {
-      if (list.capacity() < list.size() + count) list.reserve(std::max(list.size() + count, 2 * list.size()));
-    };
-    grow(geometry_.corners, 3 * triangles);
-    grow(geometry_.uvIndices, 3 * triangles);
-    grow(geometry_.polygonMaterials, triangles);
+  /// Pairs of coordinates of each surface's vertices, in the set of its material, or in the first.
+  std::vector<VertexNumbers> ReadCoordinates() {
+    static const Material kPlain;
+    CoordinateTable table(accessors_, budget_);
+    std::vector<VertexNumbers> numbers;
+    for (const Primitive* surface : surfaces_) {
+      const Material& material = surface->material == kNone ? kPlain : document_.materials[surface->material];
+      const size_t set = material.image == kNone ? 0 : material.coordinates;
+      numbers.push_back(set < surface->coordinates.size()
+                            ? table.PairsOf(surface->coordinates[set], material.transform)
+                            : nullptr);
+    }
+    geometry_.uvs = table.Take();
+    return numbers;
+  }
+
+  void AddTriangles(const Primitive& primitive, const VertexNumbers& points, const VertexNumbers& pairs) {
+    std::optional<IntegerElements> indices;
+    if (primitive.indices != kNone) indices = accessors_.Integers(primitive.indices, 1);
+    const size_t count = indices ? indices->size() : points->size();
+    // What is written later.
+    budget_.Take(TriangleList::MostTriangles(primitive.mode, count) * 28);
+    geometry_.triangles.emplace_back(primitive.mode, std::move(indices), geometry_.place.Determinant() < 0.0,
+                                     points, pairs, FindMaterial(primitive.material));
+    constexpr size_t kMost = std::numeric_limits<int32_t>::max() / 3;
+    if (geometry_.TriangleCount() > kMost) throw Fault("a mesh has too many triangles");
   }
 
   int32_t FindMaterial(uint32_t material) {
@@ -102,88 +85,49 @@ class PrimitiveJoiner {
     return static_cast<int32_t>(place);
   }
 
-  /// Coordinate index of each vertex in the set of the primitive's material, or in the first; null without any.
-  const std::vector<int32_t>* CoordinatesOf(const Primitive& primitive) {
-    static const Material kPlain;
-    const Material& material = primitive.material == kNone ? kPlain : document_.materials[primitive.material];
-    const size_t set = material.image == kNone ? 0 : material.coordinates;
-    if (set >= primitive.coordinates.size()) return nullptr;
-    const auto [known, isNew] = uvIndices_.try_emplace({primitive.coordinates[set], material.transform});
-    if (isNew) known->second = ReadCoordinates(primitive.coordinates[set], material.transform);
-    return &known->second;
-  }
-
-  std::vector<int32_t> ReadCoordinates(uint32_t accessor, const CoordinateTransform& t) {
-    const uint64_t before = budget_.Used();
-    const std::vector<float> numbers = accessors_.Floats(accessor, 2);
-    const size_t count = numbers.size() / 2;
-    budget_.Take(count * sizeof(int32_t) + WordTable::MostMemory(count, 2));
-    std::vector<int32_t> indices(count);
-    uvTable_.Expect(count);
-    const uint32_t knownPairs = uvTable_.size();
-    for (size_t i = 0; i < count; ++i) {
-      const auto u = static_cast<double>(numbers[2 * i]), v = static_cast<double>(numbers[2 * i + 1]);
-      const auto word = [](double number) {
-        return std::bit_cast<uint32_t>(static_cast<float>(number) + 0.0f);
-      };
-      // Pictures begin at the top there, and at the bottom here.
-      const uint32_t pair[2] = {word(t[0] * u + t[1] * v + t[2]), word(1.0 - (t[3] * u + t[4] * v + t[5]))};
-      indices[i] = static_cast<int32_t>(uvTable_.NumberOf(pair));
-    }
-    budget_.ReturnTo(before);
-    budget_.Take(count * sizeof(int32_t) + WordTable::MostMemory(uvTable_.size() - knownPairs, 2));
-    return indices;
-  }
-
-  void TakePoints(const KFbxXMatrix& place) {
-    const auto count = static_cast<uint32_t>(weld_.PointCount());
-    budget_.Take(uint64_t{count} * 12);
-    geometry_.points.reserve(size_t{3} * count);
-    for (uint32_t i = 0; i < count; ++i) {
-      const KFbxVector4 point = place.MultT(weld_.PositionOf(i));
-      for (size_t axis = 0; axis < 3; ++axis) geometry_.points.push_back(static_cast<float>(point[axis]));
-    }
-  }
-
-  void TakeCoordinates() {
-    if (uvTable_.size() == 0) geometry_.uvIndices.clear();
-    budget_.Take(uint64_t{uvTable_.size()} * 8);
-    geometry_.uvs.reserve(2 * size_t{uvTable_.size()});
-    for (uint32_t i = 0; i < uvTable_.size(); ++i) {
-      for (size_t k = 0; k < 2; ++k) geometry_.uvs.push_back(std::bit_cast<float>(uvTable_.At(i)[k]));
-    }
-  }
-
-  void TakeInfluences() {
-    geometry_.joints.resize(jointCount_);
-    const auto count = static_cast<uint32_t>(weld_.PointCount());
-    budget_.Take(uint64_t{count} * InfluenceSets() * 4 * 12);
-    for (uint32_t i = 0; i < count; ++i) {
-      weld_.ForEachInfluence(i, [&](uint32_t joint, float weight) {
-        if (joint >= jointCount_) return;
-        geometry_.joints[joint].points.push_back(static_cast<int32_t>(i));
-        geometry_.joints[joint].weights.push_back(weight);
-      });
-    }
-  }
-
   const Document& document_;
   const AccessorReader& accessors_;
   Budget& budget_;
   const Mesh& mesh_;
+  std::span<const double> shapeWeights_;
   size_t jointCount_;
-  VertexWeld weld_;
-  WordTable uvTable_;
-  std::map<std::pair<uint32_t, CoordinateTransform>, std::vector<int32_t>> uvIndices_;
+  std::vector<const Primitive*> surfaces_;
   Geometry geometry_;
 };
 
 }  // namespace
 
+size_t Geometry::TriangleCount() const {
+  size_t count = 0;
+  for (const TriangleList& list : triangles) count += list.Count();
+  return count;
+}
+
+void Geometry::WriteCorners(std::span<int32_t> to) const {
+  for (const TriangleList& list : triangles) {
+    list.WriteCorners(to.first(3 * list.Count()));
+    to = to.subspan(3 * list.Count());
+  }
+}
+
+void Geometry::WriteCoordinates(std::span<int32_t> to) const {
+  for (const TriangleList& list : triangles) {
+    list.WriteCoordinates(to.first(3 * list.Count()));
+    to = to.subspan(3 * list.Count());
+  }
+}
+
+void Geometry::WriteMaterials(std::span<int32_t> to) const {
+  for (const TriangleList& list : triangles) {
+    std::fill_n(to.begin(), list.Count(), list.Material());
+    to = to.subspan(list.Count());
+  }
+}
+
 uint64_t Geometry::Memory() const {
-  uint64_t numbers = points.size() + corners.size() + uvs.size() + uvIndices.size() + polygonMaterials.size();
-  for (const JointWeights& joint : joints) numbers += 2 * joint.points.size();
-  return numbers * sizeof(int32_t);
+  constexpr uint64_t kPoint = 3 * sizeof(double), kTriangle = 7 * sizeof(int32_t);
+  return points.Memory() + kPoint * points.size() + kTriangle * TriangleCount() + uvs.size() * sizeof(float) +
+         influences.Memory();
 }
 
 Geometry JoinPrimitives(const Document& document, const AccessorReader& accessors, Budget& budget,

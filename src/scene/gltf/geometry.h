@@ -3,27 +3,31 @@
 
 #include <vector>
 
+#include "scene/gltf/influence_lists.h"
 #include "scene/gltf/rig.h"
+#include "scene/gltf/triangle_list.h"
 
 namespace scene::gltf {
 
-/// The points that one joint of a skin moves, and how much.
-struct JointWeights {
-  std::vector<int32_t> points;
-  std::vector<float> weights;
-};
-
 /// A mesh with its primitives joined: vertices that stand at one place and move alike are one control point
-/// again, as they were before the exporter split them for their normals and texture coordinates.
+/// again, as they were before the exporter split them for their normals and texture coordinates. Its long
+/// arrays are written when somebody reads them, from what the file has.
 struct Geometry {
-  std::vector<float> points;              ///< x, y, z of each control point, in the world at bind time
-  std::vector<int32_t> corners;           ///< three for each triangle, the last one as ~index
-  std::vector<float> uvs;                 ///< u, v pairs, v upwards; each pair once
-  std::vector<int32_t> uvIndices;         ///< one for each corner, -1 for none; empty without coordinates
-  std::vector<int32_t> polygonMaterials;  ///< one for each triangle, into `materials`
-  std::vector<uint32_t> materials;        ///< of the document, in order of first use; kNone: none
-  std::vector<JointWeights> joints;       ///< one for each joint of the skin
+  ControlPoints points;
+  KFbxXMatrix place;                    ///< takes the points into the world at bind time
+  std::vector<TriangleList> triangles;  ///< of each primitive
+  std::vector<float> uvs;               ///< u, v pairs, v upwards; each pair once
+  std::vector<uint32_t> materials;      ///< of the document, in order of first use; kNone: none
+  InfluenceLists influences;            ///< of the joints of the skin
 
+  size_t TriangleCount() const;
+  /// Control points of all corners, three for each triangle, the last one as ~index.
+  void WriteCorners(std::span<int32_t> to) const;
+  /// The pair of each corner, -1 for none.
+  void WriteCoordinates(std::span<int32_t> to) const;
+  /// The material of each triangle, into `materials`.
+  void WriteMaterials(std::span<int32_t> to) const;
+  /// Bytes that it takes, those that are written later included.
   uint64_t Memory() const;
 };
 

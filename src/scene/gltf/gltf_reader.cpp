@@ -14,13 +14,18 @@ namespace {
 /// Shares of an import when its text, and then its data, has been read.
 constexpr double kTextRead = 0.2, kDataRead = 0.8;
 
-/// The model's file and those beside it. Records point into them, so they stay with the tree.
+/// The model's file and those beside it.
 struct GltfFiles {
   platform::MappedFile file;
   std::string_view bytes;
   std::shared_ptr<const void> storage;  ///< of `bytes`, where they are not those of `file`
   gltf::FileParts parts;
   std::unique_ptr<gltf::BufferBytes> buffers;
+};
+
+/// What the records of one scene point to.
+struct SceneStorage {
+  std::shared_ptr<GltfFiles> files;
   std::deque<gltf::Geometry> meshes;
 };
 
@@ -73,10 +78,11 @@ class OpenGltfFile : public KFbxOpenFile {
       buffers = std::make_unique<gltf::BufferBytes>(files_->parts, gltf::FolderOfModel(settings, path_));
       buffers->Open(document_);
     }
-    files_->meshes.clear();
     tree.bytes = conventions_.model.empty() ? files_->bytes : conventions_.model;
     tree.otherFiles = buffers->SizeOfOtherFiles();
-    tree.storage = files_;
+    const auto storage = std::make_shared<SceneStorage>();
+    storage->files = files_;
+    tree.storage = storage;
     gltf::Budget budget(tree.MemoryAllowance() / 2);
     if (!conventions_.model.empty()) budget.Take(files_->bytes.size());
     if (isNew) Unpack(tree.bytes.size() + tree.otherFiles, budget, *buffers);
@@ -86,7 +92,7 @@ class OpenGltfFile : public KFbxOpenFile {
     // From the world of the file into that of FBX characters.
     const KFbxXMatrix world{{}, conventions_.turn, {scale_, scale_, scale_}};
     const gltf::Rig rig = gltf::FindRig(document_, accessors, world);
-    WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, files_->meshes, addedRoot_);
+    WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, storage->meshes, addedRoot_);
     Tell(kDataRead);
   }
 

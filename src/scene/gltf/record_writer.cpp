@@ -72,4 +72,13 @@ RecordWriter& RecordWriter::AddList(char element, std::string_view bytes, size_t
   return Add(value);
 }
 
+RecordWriter& RecordWriter::AddWritten(char element, size_t count, WrittenArray array) {
+  Value value;
+  value.kind = Value::Kind::Written;
+  value.element = element;
+  value.count = static_cast<uint32_t>(count);
+  value.written = &tree_.writtenArrays.emplace_back(std::move(array));
+  return Add(value);
+}
+
 }  // namespace scene::gltf

@@ -93,12 +93,11 @@ class RigFinder {
   std::vector<KFbxXMatrix> ReadInverseBind(const Skin& skin) const {
     std::vector<KFbxXMatrix> matrices(skin.joints.size());
     if (skin.inverseBind == kNone) return matrices;
-    const std::vector<float> numbers = accessors_.Floats(skin.inverseBind, 16);
-    if (numbers.size() < 16 * matrices.size())
-      throw Fault("a skin has fewer inverse bind matrices than joints");
+    const FloatElements stored = accessors_.Floats(skin.inverseBind, 16);
+    if (stored.size() < matrices.size()) throw Fault("a skin has fewer inverse bind matrices than joints");
     for (size_t i = 0; i < matrices.size(); ++i) {
       for (size_t k = 0; k < 16; ++k) {
-        if (k % 4 != 3) matrices[i].At(k) = static_cast<double>(numbers[16 * i + k]);
+        if (k % 4 != 3) matrices[i].At(k) = static_cast<double>(stored.At(i, k));
       }
     }
     return matrices;

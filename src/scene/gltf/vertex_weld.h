@@ -4,65 +4,58 @@
 #include <span>
 #include <vector>
 
+#include "base/mixed_hash.h"
 #include "scene/gltf/accessors.h"
-#include "scene/gltf/word_table.h"
+#include "scene/gltf/control_points.h"
+#include "scene/gltf/number_table.h"
+#include "scene/gltf/triangle_list.h"
 
 namespace scene::gltf {
 
 /// Makes control points of the vertices of a mesh's primitives.
 class VertexWeld {
  public:
-  /// @param influenceSets  of the primitive with the most, four influences each
+  /// @param influenceSets  of the primitive with the most
+  /// @param jointCount     of the skin
   /// @param shapeWeights   how far each morph target counts
-  VertexWeld(const AccessorReader& accessors, Budget& budget, size_t influenceSets,
-             std::span<const double> shapeWeights)
-      : accessors_(accessors),
-        budget_(budget),
-        influences_(4 * influenceSets),
-        shapeWeights_(shapeWeights),
-        table_(3 + 2 * influences_ + 1) {}
+  VertexWeld(const AccessorReader& accessors, Budget& budget, size_t influenceSets, size_t jointCount,
+             std::span<const double> shapeWeights, ControlPoints& points);
 
-  /// Control point of each vertex of `primitive`. Primitives that share their vertices share the answer, which
-  /// stays until the next call.
+  /// Control point of each vertex of `primitive`.
   /// @throws Fault
-  const std::vector<int32_t>& PointsOf(const Primitive& primitive);
-
-  size_t PointCount() const { return table_.size(); }
-  /// x, y, z of a point in the mesh's space.
-  KFbxVector4 PositionOf(uint32_t point) const;
-  /// Calls `visit` with the joint and the weight of every influence on a point.
-  template <class Visit>
-  void ForEachInfluence(uint32_t point, const Visit& visit) const {
-    const uint32_t* words = table_.At(point) + 3;
-    for (size_t i = 0; i < influences_; ++i) {
-      const float weight = ToFloat(words[influences_ + i]);
-      if (weight != 0.0f) visit(words[i], weight);
-    }
-  }
+  VertexNumbers PointsOf(const Primitive& primitive);
+  /// How many vertices each joint moves.
+  std::span<const uint32_t> InfluenceCounts() const { return influenceCounts_; }
 
  private:
-  struct Attributes {
-    std::vector<float> positions, normals;
-    std::vector<uint32_t> joints;  ///< `influences_` for each vertex
-    std::vector<float> weights;
-  };
+  static constexpr size_t kPositionWords = 4;
 
-  static uint32_t ToWord(float number);
-  static float ToFloat(uint32_t word);
-  Attributes ReadAttributes(const Primitive& primitive) const;
-  void ReadInfluences(const Primitive& primitive, size_t vertexCount, Attributes& attributes) const;
-  void JoinSets(const Primitive& primitive, size_t sets, size_t vertexCount, Attributes& attributes) const;
-  void Weld(const Attributes& attributes);
-  bool IsOpposed(uint32_t point, const float* normal) const;
+  Vertices ReadVertices(const Primitive& primitive) const;
+  FloatElements ReadPositions(const Primitive& primitive) const;
+  /// Numbers of the vertices that were added last.
+  FbxArray<int32_t> Weld();
+  uint32_t PointOf(const Vertices& vertices, size_t vertex, uint64_t digest);
+  void CountInfluences();
+  /// Reads the position, then joint and weight of each influence, padded to pairs.
+  static void ReadKey(const Vertices& vertices, size_t vertex, std::vector<uint32_t>& key);
+  uint64_t Digest(const std::vector<uint32_t>& key) const;
+  uint64_t DigestOf(uint32_t point);
+  bool IsEqual(uint32_t point, const Vertices& vertices, size_t vertex);
+  bool IsOpposed(uint32_t point, const Vertices& vertices, size_t vertex) const;
 
   const AccessorReader& accessors_;
   Budget& budget_;
-  size_t influences_;
+  size_t influenceSets_;
   std::span<const double> shapeWeights_;
-  WordTable table_;
-  std::vector<float> normals_;  ///< of the vertex that each point was made for
-  std::vector<uint32_t> shared_;
-  std::vector<int32_t> points_;
+  ControlPoints& points_;
+  std::vector<uint32_t> secrets_;         ///< one for each word of a key
+  std::vector<uint32_t> key_, otherKey_;  ///< of the vertex that is looked at, and of one that may be equal
+  std::vector<bool> isBack_;              ///< of each point: the other side of a point that was there before
+  std::vector<uint32_t> influenceCounts_;
+  NumberTable table_;
+  uint64_t vertexCount_ = 0;
+  std::vector<uint32_t> sharedAccessors_;  ///< those that `shared_` comes from
+  VertexNumbers shared_;
 };
 
 }  // namespace scene::gltf

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <numeric>
 
 #include "scene/gltf/record_writer.h"
 #include "scene/gltf/unique_names.h"
@@ -13,6 +14,7 @@ namespace scene::gltf {
 namespace {
 
 constexpr int64_t kSceneRoot = 0;
+constexpr int32_t kFirst[] = {0};
 constexpr const char* kNoLabels[] = {"", "", ""};
 
 class SceneWriter {
@@ -141,7 +143,7 @@ class SceneWriter {
     const size_t jointCount = isSkinned ? document_.skins[node.skin].joints.size() : 0;
     Geometry& geometry =
         meshes_.emplace_back(JoinPrimitives(document_, accessors_, budget_, node, place, jointCount));
-    if (geometry.corners.empty()) return;
+    if (geometry.TriangleCount() == 0) return;
     const int64_t id = WriteNode(meshNames_.Take(NameOfMesh(node)), "Mesh", kSceneRoot, {});
     pose_.push_back({id, {}});
     const int64_t mesh = WriteGeometry(node, geometry);
@@ -159,40 +161,49 @@ class SceneWriter {
     const int64_t id = links_.NewId();
     writer_.Begin("Geometry").Integer(id).Bytes("").Bytes("Mesh");
     WriteShapes(document_, node, budget_, writer_);
-    writer_.Begin("Vertices").Array(geometry.points).End();
-    writer_.Begin("PolygonVertexIndex").Array(geometry.corners).End();
+    const size_t triangles = geometry.TriangleCount();
+    writer_.Begin("Vertices")
+        .LaterReals(3 * size_t{geometry.points.size()},
+                    [&geometry](std::span<double> to) { geometry.points.Place(geometry.place, to); })
+        .End();
+    writer_.Begin("PolygonVertexIndex")
+        .Later(3 * triangles, [&geometry](std::span<int32_t> to) { geometry.WriteCorners(to); })
+        .End();
     const auto beginElement = [&](const char* name, const char* mapping) {
       writer_.Begin(name).Integer(0);
       writer_.Begin("MappingInformationType").Bytes(mapping).End();
       writer_.Begin("ReferenceInformationType").Bytes("IndexToDirect").End();
     };
-    if (!geometry.uvIndices.empty()) {
+    if (!geometry.uvs.empty()) {
       beginElement("LayerElementUV", "ByPolygonVertex");
       writer_.Begin("UV").Array(geometry.uvs).End();
-      writer_.Begin("UVIndex").Array(geometry.uvIndices).End();
+      writer_.Begin("UVIndex")
+          .Later(3 * triangles, [&geometry](std::span<int32_t> to) { geometry.WriteCoordinates(to); })
+          .End();
       writer_.End();
     }
     const bool isOne = geometry.materials.size() == 1;
     beginElement("LayerElementMaterial", isOne ? "AllSame" : "ByPolygon");
-    writer_.Begin("Materials")
-        .Array(std::span(geometry.polygonMaterials).first(isOne ? 1 : geometry.polygonMaterials.size()))
-        .End();
+    writer_.Begin("Materials");
+    if (isOne) {
+      writer_.Array(kFirst);
+    } else {
+      writer_.Later(triangles, [&geometry](std::span<int32_t> to) { geometry.WriteMaterials(to); });
+    }
+    writer_.End();
     writer_.End();
     writer_.End();
     return id;
   }
 
-  void WriteCluster(int64_t bone, const JointWeights& joint, const KFbxXMatrix& transform,
-                    const KFbxXMatrix& link, int64_t skin) {
+  /// Begins a cluster; its control points and weights follow.
+  void BeginCluster(int64_t bone, const KFbxXMatrix& transform, const KFbxXMatrix& link, int64_t skin) {
     const int64_t id = links_.NewId();
-    writer_.Begin("Deformer").Integer(id).Bytes("").Bytes("Cluster");
-    writer_.Begin("Indexes").Array(joint.points).End();
-    writer_.Begin("Weights").Array(joint.weights).End();
-    WriteMatrix("Transform", transform);
-    WriteMatrix("TransformLink", link);
-    writer_.End();
     links_.Connect(id, skin);
     links_.Connect(bone, id);
+    writer_.Begin("Deformer").Integer(id).Bytes("").Bytes("Cluster");
+    WriteMatrix("Transform", transform);
+    WriteMatrix("TransformLink", link);
   }
 
   int64_t WriteSkinObject(int64_t mesh) {
@@ -209,23 +220,30 @@ class SceneWriter {
     const int64_t id = WriteSkinObject(mesh);
     for (size_t i = 0; i < skin.joints.size(); ++i) {
       const uint32_t joint = skin.joints[i];
-      if (geometry.joints[i].points.empty() || bones_[joint] == kSceneRoot) continue;
+      const std::span<const int32_t> points = geometry.influences.PointsOf(i);
+      if (points.empty() || bones_[joint] == kSceneRoot) continue;
       const KFbxXMatrix link = WithoutScale(rig_.places[joint]);
       // Of a skin that does not fit the others each joint takes its points from another place.
       const KFbxXMatrix mesh2bone = link.Inverse() * rig_.places[joint] * bound.inverseBind[i] * fromWorld;
-      WriteCluster(bones_[joint], geometry.joints[i], mesh2bone, link, id);
+      BeginCluster(bones_[joint], mesh2bone, link, id);
+      writer_.Begin("Indexes").Array(points).End();
+      writer_.Begin("Weights").Array(geometry.influences.WeightsOf(i)).End();
+      writer_.End();
     }
   }
 
   /// A mesh without a skin goes along with the bone that it hangs on.
-  void WriteHold(uint32_t bone, Geometry& geometry, int64_t mesh) {
-    const size_t count = geometry.points.size() / 3;
-    geometry.joints = {{std::vector<int32_t>(count), std::vector<float>(count, 1.0f)}};
-    JointWeights& all = geometry.joints.front();
-    for (size_t i = 0; i < count; ++i) all.points[i] = static_cast<int32_t>(i);
-    budget_.Take(count * 8);
+  void WriteHold(uint32_t bone, const Geometry& geometry, int64_t mesh) {
+    const size_t count = geometry.points.size();
     const KFbxXMatrix link = WithoutScale(rig_.places[bone]);
-    WriteCluster(bones_[bone], all, link.Inverse(), link, WriteSkinObject(mesh));
+    BeginCluster(bones_[bone], link.Inverse(), link, WriteSkinObject(mesh));
+    writer_.Begin("Indexes")
+        .Later(count, [](std::span<int32_t> to) { std::iota(to.begin(), to.end(), 0); })
+        .End();
+    writer_.Begin("Weights")
+        .LaterReals(count, [](std::span<double> to) { std::fill(to.begin(), to.end(), 1.0); })
+        .End();
+    writer_.End();
   }
 
   void WritePose() {

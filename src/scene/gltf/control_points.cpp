@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "scene/gltf/control_points.h"
+
+#include <cmath>
+
+namespace scene::gltf {
+
+uint64_t Vertices::Memory() const {
+  uint64_t bytes = positions.Memory() + normals.Memory();
+  for (const InfluenceSet& set : influences) bytes += set.joints.Memory() + set.weights.Memory();
+  return bytes;
+}
+
+void ControlPoints::Expect(size_t points) {
+  // Grows by parts of its size, however many lists of vertices there are.
+  const size_t needed = points_.size() + points;
+  if (points_.capacity() < needed) points_.reserve(std::max(needed, 2 * points_.size()));
+}
+
+uint64_t ControlPoints::Memory() const {
+  uint64_t bytes = points_.size() * sizeof(uint32_t);
+  for (const Vertices& list : vertices_) bytes += list.Memory();
+  return bytes;
+}
+
+void ControlPoints::Place(const KFbxXMatrix& place, std::span<double> xyz) const {
+  ForEach([&](uint32_t point, const Vertices& list, size_t vertex) {
+    const auto at = [&](size_t axis) { return static_cast<double>(list.positions.At(vertex, axis)); };
+    const KFbxVector4 placed = place.MultT({at(0), at(1), at(2)});
+    for (size_t axis = 0; axis < 3; ++axis) {
+      const auto number = static_cast<float>(placed[axis]);
+      xyz[3 * size_t{point} + axis] = std::isfinite(number) ? static_cast<double>(number) : 0.0;
+    }
+  });
+}
+
+void ControlPoints::KeepPositions() {
+  for (Vertices& list : vertices_) {
+    list.normals = {};
+    list.influences.clear();
+  }
+}
+
+}  // namespace scene::gltf

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "scene/gltf/triangle_list.h"
+
+#include <algorithm>
+
+namespace scene::gltf {
+namespace {
+
+/// Calls `visit` with the three places in the list of indices of every triangle.
+template <class Visit>
+void ForEachPlaces(uint32_t mode, size_t indexCount, const Visit& visit) {
+  if (mode == kTriangles) {
+    for (size_t i = 0; i + 2 < indexCount; i += 3) visit(i, i + 1, i + 2);
+  } else if (mode == kStrip) {
+    for (size_t i = 0; i + 2 < indexCount; ++i) visit(i, i + 1 + i % 2, i + 2 - i % 2);
+  } else if (mode == kFan) {
+    for (size_t i = 1; i + 1 < indexCount; ++i) visit(0, i, i + 1);
+  }
+}
+
+}  // namespace
+
+TriangleList::TriangleList(uint32_t mode, std::optional<IntegerElements> indices, bool isMirrored,
+                           VertexNumbers points, VertexNumbers coordinates, int32_t material)
+    : mode_(mode),
+      indices_(std::move(indices)),
+      isMirrored_(isMirrored),
+      points_(std::move(points)),
+      coordinates_(std::move(coordinates)),
+      material_(material) {
+  ForEachTriangle([&](uint32_t, uint32_t, uint32_t) { ++count_; });
+}
+
+template <class Use>
+void TriangleList::ForEachTriangle(const Use& use) const {
+  const auto visitAll = [&](const auto& vertexAt) {
+    ForEachPlaces(mode_, indices_ ? indices_->size() : points_->size(), [&](size_t i, size_t j, size_t k) {
+      const uint32_t a = vertexAt(i, 0), b = vertexAt(j, 0), c = vertexAt(k, 0);
+      if (a != b && b != c && a != c) isMirrored_ ? use(a, c, b) : use(a, b, c);
+    });
+  };
+  if (indices_) return indices_->UseNumbers(visitAll);
+  visitAll([](size_t i, size_t) { return static_cast<uint32_t>(i); });
+}
+
+/// Calls `write` with the place of each triangle's three numbers and its vertices.
+template <class Write>
+void TriangleList::WriteTriangles(std::span<int32_t> to, const Write& write) const {
+  size_t next = 0;
+  ForEachTriangle([&](uint32_t a, uint32_t b, uint32_t c) {
+    // The file may have been changed since the triangles were counted.
+    if (to.size() - next < 3) return;
+    write(&to[next], a, b, c);
+    next += 3;
+  });
+  std::fill(to.begin() + static_cast<std::ptrdiff_t>(next), to.end(), 0);
+}
+
+void TriangleList::WriteCorners(std::span<int32_t> to) const {
+  const std::span<const int32_t> points = points_->View();
+  // Also where nothing is: such triangles are dropped, and told, where damaged polygons are.
+  constexpr int32_t kNowhere = 0x7ffffffe;
+  const auto pointAt = [&](uint32_t vertex) { return vertex < points.size() ? points[vertex] : kNowhere; };
+  WriteTriangles(to, [&](int32_t* corners, uint32_t a, uint32_t b, uint32_t c) {
+    corners[0] = pointAt(a);
+    corners[1] = pointAt(b);
+    corners[2] = ~pointAt(c);
+  });
+}
+
+void TriangleList::WriteCoordinates(std::span<int32_t> to) const {
+  const std::span<const int32_t> pairs = coordinates_ ? coordinates_->View() : std::span<const int32_t>();
+  const auto pairAt = [&](uint32_t vertex) { return vertex < pairs.size() ? pairs[vertex] : -1; };
+  WriteTriangles(to, [&](int32_t* corners, uint32_t a, uint32_t b, uint32_t c) {
+    corners[0] = pairAt(a);
+    corners[1] = pairAt(b);
+    corners[2] = pairAt(c);
+  });
+}
+
+}  // namespace scene::gltf
