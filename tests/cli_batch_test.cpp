@@ -138,6 +138,7 @@ TEST_F(Batch, UpdateConvertsWhatIsOlderThanItsInputsAndBytesRepeat) {
     fs::last_write_time(folder_.Path(file), fs::file_time_type::clock::now() + std::chrono::seconds(1));
     std::this_thread::sleep_for(std::chrono::milliseconds(1100));
   };
+  EXPECT_EQ(converted(), "in/a.fbx in/b.fbx ") << "nobody knows what they were made with";
   EXPECT_EQ(converted(), "");
   touch("in/b.fbx");
   EXPECT_EQ(converted(), "in/b.fbx ");
@@ -147,12 +148,14 @@ TEST_F(Batch, UpdateConvertsWhatIsOlderThanItsInputsAndBytesRepeat) {
   fs::remove(folder_.Path("out/a.xfg"));
   EXPECT_EQ(converted(), "in/a.fbx in/b.fbx ");
   EXPECT_EQ(converted(), "");
-  EXPECT_EQ(Files("out"), "a.czp a.xfg b.czp b.xfg");
+  EXPECT_EQ(Files("out"), ".a.czp.options .b.czp.options a.czp a.xfg b.czp b.xfg");
   const auto convertedWith = [&](const std::string& options) {
     EXPECT_EQ(Run("convert -q in/a.fbx -o out --report r.json --update " + options), 0) << errors_;
     return !Json::parse(ReadWholeFile(folder_.Path("r.json")))["models"][0]["up_to_date"].get<bool>();
   };
-  EXPECT_FALSE(convertedWith(""));
+  EXPECT_TRUE(convertedWith(""));
+  EXPECT_FALSE(convertedWith("--jobs 2 --prove --strict"));
+  EXPECT_TRUE(convertedWith("--unit cm"));
   EXPECT_TRUE(convertedWith("--rotation-x 3"));
   EXPECT_FALSE(convertedWith("--rotation-x 3"));
   EXPECT_TRUE(convertedWith("--rotation-x 4 --exclude hat"));

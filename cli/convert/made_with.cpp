@@ -5,8 +5,8 @@
 #include <array>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 
-#include "core/json_writer.h"
 #include "host/replace_files.h"
 #include "prove/sha256.h"
 #include "terminal/exit_codes.h"
@@ -16,12 +16,10 @@ namespace fs = platform::fs;
 namespace {
 
 /// Options that decide what a package holds. Files with settings have a date.
-constexpr std::array kShaping = {
-    "--rotation-x",  "--rotation-y",     "--rename",      "--rename-preset",     "--mesh-mode",
-    "--mesh",        "--inward",         "--outward",     "--double-sided",      "--exclude",
-    "--repair",      "--bind-from-skin", "--open-groups", "--join-roots",        "--attach-rigid",
-    "--rigid-bones", "--max-influences", "--max-texture", "--textures",          "--pack",
-    "--actor-type",  "--settings",       "--no-settings", "--max-texture-action"};
+/// Options that packages do not depend on. All others count, so that none is missed.
+constexpr std::array<std::string_view, 13> kWithoutEffect = {
+    "--output", "--files-from", "--base",  "--jobs",   "--report", "--prove",  "--update",
+    "--watch",  "--timings",    "--force", "--strict", "--quiet",  "--verbose"};
 
 std::string HashOf(std::string_view bytes) {
   prove::Sha256 hash;
@@ -35,35 +33,19 @@ std::string WholeFile(const fs::path& path) {
 }
 
 /// Empty when no option shapes the package.
+bool HasEffect(std::string_view word) {
+  const std::string_view name = word.substr(0, word.find('='));
+  return std::find(kWithoutEffect.begin(), kWithoutEffect.end(), name) == kWithoutEffect.end();
+}
+
+/// Empty when there are no options that packages depend on.
 std::string HashOfOptions(const ConvertOptions& options) {
-  const bool shapes = std::any_of(kShaping.begin(), kShaping.end(),
-                                  [&](const char* name) { return options.given.contains(name); });
-  if (!shapes) return {};
-  ts3d::JsonWriter json(ts3d::JsonWriter::Layout::Compact);
-  json.OpenObject();
-  json.Member("rotation_x", options.rotationX);
-  json.Member("rotation_y", options.rotationY);
-  json.Member("renames", options.boneRenames);
-  json.Member("preset", options.renamePreset);
-  json.Member("mesh_mode", options.meshMode.value_or(-1));
-  json.Member("meshes", options.meshes);
-  json.Member("inward", options.inwardMeshes);
-  json.Member("outward", options.outwardMeshes);
-  json.Member("double_sided", options.doubleSidedMeshes);
-  json.Member("exclude", options.excludedNames);
-  const ts3d::RepairSettings& repairs = options.repairs;
-  for (const bool isOn : {options.repairsAsNeeded, repairs.rigidBones, repairs.bindFromSkin,
-                          repairs.openGroups, repairs.joinRoots, repairs.attachRigid})
-    json.Member("repair", isOn);
-  json.Member("max_influences", options.mostInfluences);
-  json.Member("max_texture", options.longestTextureSide);
-  json.Member("max_texture_action", static_cast<int>(options.tooLargeTextures));
-  json.Member("textures", options.textureFolders);
-  json.Member("pack", options.packLevel.value_or(-1));
-  json.Member("actor_type", options.actorType ? static_cast<int>(*options.actorType) : -1);
-  json.Member("settings", options.takesSettings ? options.settingsFile : "none");
-  json.CloseObject();
-  return HashOf(json.Text());
+  std::string words;
+  for (const std::string& word : options.words) {
+    // The value of an option may be empty, and a word of its own then.
+    if (!word.empty() && HasEffect(word)) words += word + '\0';
+  }
+  return words.empty() ? words : HashOf(words);
 }
 
 fs::path RecordOf(const ModelTask& task) {

@@ -22,7 +22,21 @@ constexpr int kReportVersion = 2;
 
 void WriteModel(ts3d::JsonWriter& json, const ModelResult& result) {
   json.OpenObject();
-  WriteResult(json, result);
+  json.Member("model", result.model);
+  json.Member("result", result.code);
+  json.Member("status", result.status);
+  json.Member("reader_output", result.readerOutput);
+  json.Member("vertices", result.vertices);
+  json.Member("triangles", result.triangles);
+  json.Member("seconds", result.seconds);
+  json.OpenObject("steps");
+  for (const auto& [step, seconds] : result.steps) json.Member(step, seconds);
+  json.CloseObject();
+  json.Member("up_to_date", result.isCurrent);
+  json.Member("inputs", result.inputs);
+  json.Member("package", result.package);
+  json.Member("package_bytes", result.packageBytes);
+  ts3d::WriteMembers(json, result.members);
   json.Member("meaning", DescribeExitCode(result.code));
   json.Key("messages");
   ts3d::WriteFindings(json, MessagesOf(result));

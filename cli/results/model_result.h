@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "core/finding.h"
-#include "core/json_writer.h"
 #include "package/read_member.h"
 #include "results/step_times.h"
 #include "textures/texture_converter.h"
@@ -51,9 +50,6 @@ struct ModelResult {
   /// What is wrong with the package, in words: damaged arrays, missing pictures and names.
   std::vector<std::string> Losses() const;
 };
-
-/// Members that users get of a result.
-void WriteResult(ts3d::JsonWriter& json, const ModelResult& result);
 
 /// All of it, for the way from the process that converts.
 std::string ToJson(const ModelResult& result);
