@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "scene/fbx_reader.h"
 
-#include "platform/files.h"
 #include "scene/assemble/build_scene.h"
 #include "scene/container/container.h"
+#include "scene/readers/open_model.h"
 
 namespace scene {
 namespace {
@@ -84,12 +84,8 @@ bool FbxReader::Detects(std::string_view head) const { return DetectContainer(he
 
 std::unique_ptr<KFbxOpenFile> FbxReader::Open(std::string_view path, const KFbxProgress& progress,
                                               KFbxFileVersion& version, KFbxImportStatus& status) const {
-  auto file = std::make_shared<platform::MappedFile>();
-  KString reason;
-  if (!file->Open(path, reason)) {
-    status = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
-    return nullptr;
-  }
+  auto file = OpenModelFile(path, status);
+  if (!file) return nullptr;
   auto tree = std::make_shared<RecordTree>();
   tree->bytes = file->Bytes();
   tree->releasePages = [mapped = file.get()] { mapped->ReleasePages(); };

@@ -3,8 +3,8 @@
 
 #include <new>
 
-#include "platform/files.h"
 #include "scene/readers/embedded_files.h"
+#include "scene/readers/open_model.h"
 
 namespace scene {
 namespace {
@@ -30,18 +30,13 @@ const KFbxReader* KFbxImporter::FindReader(std::string_view bytes) {
 }
 
 bool KFbxImporter::Initialize(std::string_view path, int) {
-  platform::MappedFile head;
-  KString reason;
-  if (!head.Open(path, reason)) {
-    file_.reset();
-    version_ = {};
-    status_ = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
-    return false;
-  }
-  const KFbxReader* reader = FindReader(head.Bytes());
-  if (!reader) return false;
-  path_ = path;
+  file_.reset();
+  version_ = {};
   try {
+    const auto head = OpenModelFile(path, status_);
+    const KFbxReader* reader = head ? FindReader(head->Bytes()) : nullptr;
+    if (!reader) return false;
+    path_ = path;
     file_ = reader->Open(path, progress_, version_, status_);
   } catch (const std::bad_alloc&) {
     status_ = {EImportError::eOUT_OF_MEMORY, kNoMemory};

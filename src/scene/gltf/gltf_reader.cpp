@@ -7,6 +7,7 @@
 #include "scene/gltf/open_translated.h"
 #include "scene/gltf/unpack_meshes.h"
 #include "scene/gltf/write_scene.h"
+#include "scene/readers/open_model.h"
 
 namespace scene {
 namespace {
@@ -16,9 +17,8 @@ constexpr double kTextRead = 0.2, kDataRead = 0.8;
 
 /// The model's file and those beside it.
 struct GltfFiles {
-  platform::MappedFile file;
   std::string_view bytes;
-  std::shared_ptr<const void> storage;  ///< of `bytes`, where they are not those of `file`
+  std::shared_ptr<const void> storage;  ///< of `bytes`; null where somebody else keeps them
   gltf::FileParts parts;
   std::unique_ptr<gltf::BufferBytes> buffers;
 };
@@ -180,13 +180,11 @@ bool GltfReader::Detects(std::string_view head) const {
 
 std::unique_ptr<KFbxOpenFile> GltfReader::Open(std::string_view path, const KFbxProgress& progress,
                                                KFbxFileVersion& version, KFbxImportStatus& status) const {
+  auto file = OpenModelFile(path, status);
+  if (!file) return nullptr;
   auto files = std::make_shared<GltfFiles>();
-  KString reason;
-  if (!files->file.Open(path, reason)) {
-    status = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
-    return nullptr;
-  }
-  files->bytes = files->file.Bytes();
+  files->bytes = file->Bytes();
+  files->storage = std::move(file);
   return OpenBytes(std::move(files), path, nullptr, progress, version, status);
 }
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "scene/other/other_reader.h"
 
-#include "platform/files.h"
 #include "scene/gltf/open_translated.h"
 #include "scene/other/translate.h"
+#include "scene/readers/open_model.h"
 
 namespace scene {
 namespace {
@@ -13,9 +13,9 @@ constexpr double kTranslated = 0.4;
 
 /// The model, and what it became.
 struct ModelBytes {
-  platform::MappedFile file;
   std::string_view model;
-  translation::Answer answer;
+  std::shared_ptr<const void> storage = nullptr;  ///< of `model`; null where somebody else keeps it
+  translation::Answer answer = {};
 };
 
 class OpenOtherFile : public KFbxOpenFile {
@@ -65,21 +65,16 @@ class OpenOtherFile : public KFbxOpenFile {
 
 std::unique_ptr<KFbxOpenFile> OtherReader::Open(std::string_view path, const KFbxProgress& progress,
                                                 KFbxFileVersion&, KFbxImportStatus& status) const {
-  auto bytes = std::make_shared<ModelBytes>();
-  KString reason;
-  if (!bytes->file.Open(path, reason)) {
-    status = {EImportError::eFILE_NOT_OPENED, "the file cannot be opened: " + reason};
-    return nullptr;
-  }
-  bytes->model = bytes->file.Bytes();
+  const auto file = OpenModelFile(path, status);
+  if (!file) return nullptr;
+  auto bytes = std::make_shared<ModelBytes>(ModelBytes{file->Bytes(), file});
   return std::make_unique<OpenOtherFile>(kind_, std::move(bytes), path, progress);
 }
 
 std::unique_ptr<KFbxOpenFile> OtherReader::OpenMemory(std::string_view path, std::string_view model,
                                                       const KFbxProgress& progress, KFbxFileVersion&,
                                                       KFbxImportStatus&) const {
-  auto bytes = std::make_shared<ModelBytes>();
-  bytes->model = model;
+  auto bytes = std::make_shared<ModelBytes>(ModelBytes{model});
   return std::make_unique<OpenOtherFile>(kind_, std::move(bytes), path, progress);
 }
 
