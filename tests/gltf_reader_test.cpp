@@ -342,6 +342,12 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   expectText("{\"asset\": " + std::string(300, '['), "nested too deep");
   expectText("{\"asset\": [" + std::string(3'000'000, ',') + "]}", "too many values");
   expectText(Sound().Glb().substr(0, 300), "cut off");
+  GltfFile tiny = Sound();
+  tiny.root["images"] = {{{"uri", "data:;base64,AAAA"}}};
+  tiny.root["textures"] = {{{"source", 0}}};
+  tiny.root["materials"] = {{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}}}};
+  tiny.root["meshes"][0]["primitives"][0]["material"] = 0;
+  EXPECT_EQ(Loaded(tiny).error, "") << "a picture of three bytes is left to those who decode it";
   // Zeros that are nowhere in the file, and one mesh many times over.
   GltfFile file = Sound();
   file.root["accessors"][0] = {{"componentType", 5126}, {"type", "VEC3"}, {"count", 50'000'000}};

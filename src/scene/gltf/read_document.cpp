@@ -230,8 +230,8 @@ class DocumentReader {
     if (result.view == kNone) throw Fault("a compressed mesh has no data");
     packed["attributes"].ForEachMember([&](const std::string& name, JsonValue id) {
       const uint32_t accessor = attributes[name].Index(document_.accessors.size(), "accessor");
-      if (accessor != kNone && IsRead(name))
-        result.attributes.emplace_back(accessor, id.Index(kNone, "attribute"));
+      const auto number = static_cast<uint32_t>(std::min<uint64_t>(id.Count(), kNone));
+      if (accessor != kNone && IsRead(name)) result.attributes.emplace_back(accessor, number);
     });
     return result;
   }

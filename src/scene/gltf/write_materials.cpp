@@ -15,7 +15,7 @@ std::string_view NamePart(std::string_view path) { return path.substr(path.find_
 const char* EndingOf(std::string_view content, std::string_view mimeType) {
   if (content.starts_with("\x89PNG")) return ".png";
   if (content.starts_with("\xff\xd8")) return ".jpg";
-  if (content.substr(8).starts_with("WEBP")) return ".webp";
+  if (content.size() > 8 && content.substr(8).starts_with("WEBP")) return ".webp";
   return mimeType == "image/jpeg" ? ".jpg" : mimeType == "image/ktx2" ? ".ktx2" : ".png";
 }
 
