@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "driver/actor_type.h"
+#include "driver/detect_actor_type.h"
 #include "driver/final_settings.h"
 #include "skeleton/skeleton_state.h"
 #include "support/character.h"

@@ -5,10 +5,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "actor/load_actor.h"
 #include "host/find_packages.h"
-#include "host/input_problem.h"
-#include "inspect/check_actor.h"
 #include "output/inspection.h"
 #include "terminal/exit_codes.h"
 #include "terminal/terminal.h"
@@ -63,31 +60,6 @@ int RunInspect(const InspectOptions& options) {
 }
 
 }  // namespace
-
-Inspection Inspect(const std::string& path) {
-  Inspection inspection;
-  inspection.path = path;
-  if (const auto problem = FindInputProblem(path, true)) {
-    inspection.error = problem->text;
-    inspection.exitStatus = problem->exitStatus;
-    return inspection;
-  }
-  if (ReadPackage(path, actor::ReadLimits(), inspection.contents, inspection.error) &&
-      BuildActor(inspection.contents, inspection.actor, inspection.findings, inspection.error)) {
-    CheckActor(inspection.contents, inspection.actor, inspection.findings);
-  } else {
-    const std::string known = RecognisePackage(path);
-    if (!known.empty()) inspection.error = known;
-    inspection.exitStatus = kUnreadable;
-  }
-  return inspection;
-}
-
-size_t CountProblems(const actor::Findings& findings) {
-  return static_cast<size_t>(
-      std::count_if(findings.begin(), findings.end(),
-                    [](const actor::Finding& finding) { return finding.severity == Severity::Warning; }));
-}
 
 void AddInspectCommand(CLI::App& app, RunCommand& run) {
   const auto options = std::make_shared<InspectOptions>();

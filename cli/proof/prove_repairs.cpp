@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "actor/load_actor.h"
-#include "driver/actor_type.h"
+#include "driver/detect_actor_type.h"
 #include "driver/scene_loader.h"
 #include "host/host_paths.h"
 #include "mesh/claims/weigh_claims.h"

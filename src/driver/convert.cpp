@@ -9,7 +9,7 @@
 #include "core/names.h"
 #include "core/progress.h"
 #include "core/work_files.h"
-#include "driver/actor_type.h"
+#include "driver/detect_actor_type.h"
 #include "driver/scene_loader.h"
 #include "mesh/claims/weigh_claims.h"
 #include "mesh/convert_mesh.h"

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "driver/actor_type.h"
+#include "driver/detect_actor_type.h"
 #include "driver/document_lists.h"
 #include "platform/files.h"
 

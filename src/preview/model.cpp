@@ -2,7 +2,7 @@
 #include "preview/model.h"
 
 #include "actor/rigid_transform.h"
-#include "core/bulk.h"
+#include "core/stray_points.h"
 
 namespace preview {
 namespace {

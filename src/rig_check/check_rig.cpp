@@ -6,7 +6,7 @@
 #include "config/actor_config.h"
 #include "config/mesh_list.h"
 #include "core/names.h"
-#include "driver/actor_type.h"
+#include "driver/detect_actor_type.h"
 #include "mesh/claims/weigh_claims.h"
 #include "mesh/scene_walk.h"
 #include "rig_check/finding_kinds.h"

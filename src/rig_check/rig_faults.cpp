@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "base/vectors.h"
-#include "core/bulk.h"
+#include "core/stray_points.h"
 #include "rig_check/bone_places.h"
 #include "rig_check/choose_repairs.h"
 #include "rig_check/finding_kinds.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "driver/actor_type.h"
+#include "driver/detect_actor_type.h"
 
 #include <algorithm>
 #include <initializer_list>

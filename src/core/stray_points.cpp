@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/bulk.h"
+#include "core/stray_points.h"
 
 #include <algorithm>
 #include <cmath>
