@@ -6,6 +6,8 @@ Each row of the table has at least one measurement here; a line says what was me
 The exit status is 1 when one did not. Needs room for some gigabytes of address space, and a few minutes.
 """
 import argparse
+import base64
+import json
 import os
 import re
 import resource
@@ -285,6 +287,19 @@ def paths_of_other_computers(folder):
     hold("paths of other computers are not waited for", run.status == 0 and run.seconds < 2, "exit %d, %.2f s" % (run.status, run.seconds))
 
 
+def compressed(points, faces):
+    """A .gltf file of one mesh compressed with Draco, with as many points and faces as it claims, and none of them."""
+    data = b"DRACO\2\2\1\0\0\0" + faces + bytes(500)
+    primitive = {"attributes": {"POSITION": 0}, "indices": 1, "extensions": {
+        "KHR_draco_mesh_compression": {"bufferView": 0, "attributes": {"POSITION": 0}}}}
+    return json.dumps({
+        "asset": {"version": "2.0"}, "nodes": [{"mesh": 0}], "meshes": [{"primitives": [primitive]}],
+        "extensionsRequired": ["KHR_draco_mesh_compression"], "bufferViews": [{"buffer": 0, "byteLength": len(data)}],
+        "accessors": [{"componentType": 5126, "type": "VEC3", "count": points},
+                      {"componentType": 5125, "type": "SCALAR", "count": points}],
+        "buffers": [{"byteLength": len(data), "uri": "data:;base64," + base64.b64encode(data).decode()}]}).encode()
+
+
 @row("other formats")
 def library_that_is_not_hardened(folder):
     triangle = b"v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n"
@@ -300,7 +315,9 @@ def library_that_is_not_hardened(folder):
     nested = b"Frame a {\n" * 100000
     hostile = {"claim.stl": bytes(80) + b"\xff\xff\xff\x7f" + bytes(500), "nested.x": b"xof 0303txt 0032\n" + nested,
                "nested.dae": b"<COLLADA>" + b"<node>" * 100000, "claim.ply": b"ply\nformat ascii 1.0\n"
-               b"element vertex 4000000000\nproperty float x\nend_header\n1\n"}
+               b"element vertex 4000000000\nproperty float x\nend_header\n1\n",
+               "claim.gltf": compressed(3, b"\xff\xff\xff\x7f\xff\xff\xff\x7f"),
+               "claims.gltf": compressed(600000000, b"\xff\xff\xff\x7f\xff\xff\xff\x7f")}
     for name, data in hostile.items():
         write(folder, name, data)
         run = Run(folder, "convert", "-q", name)
