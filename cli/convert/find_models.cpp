@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "convert/find_models.h"
 
+#include "host/host_paths.h"
 #include "terminal/exit_codes.h"
 
 namespace cli {

@@ -30,9 +30,9 @@ Inspection Inspect(const std::string& path) {
 }
 
 size_t CountProblems(const actor::Findings& findings) {
-  return static_cast<size_t>(
-      std::count_if(findings.begin(), findings.end(),
-                    [](const actor::Finding& finding) { return finding.severity == Severity::Warning; }));
+  return static_cast<size_t>(std::count_if(
+      findings.begin(), findings.end(),
+      [](const actor::Finding& finding) { return finding.severity == actor::Severity::Warning; }));
 }
 
 }  // namespace cli

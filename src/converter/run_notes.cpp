@@ -6,6 +6,7 @@
 #include "converter/run_findings.h"
 #include "core/json_output.h"
 #include "fbx_to_ts3d.h"
+#include "rig_check/report_json.h"
 
 namespace ts3d {
 namespace {
