@@ -12,6 +12,7 @@ import sys
 from array import array
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools"))
+import glb_body
 from make_fixtures import Ascii, Binary, Doubles, Identified, Ints, Name, Record, element, header, layer, translation
 
 HEIGHT = 170.0
@@ -176,8 +177,15 @@ def main():
     parser.add_argument("--materials", type=int, default=1, help="of each mesh")
     parser.add_argument("--quads", action="store_true", help="quads, in a file of version 7.5")
     parser.add_argument("--ascii", action="store_true")
+    parser.add_argument("--glb", action="store_true", help="GLB: one mesh of triangles on a chain of bones")
     options = parser.parse_args()
     body = Body(options)
+    if options.glb:
+        tube = Tube(options.triangles, options.bones, False, 1, 0.0)
+        heights = [body.bone_height(bone) for bone in range(options.bones)]
+        with open(options.output, "wb") as file:
+            file.write(glb_body.document(tube, heights))
+        return
     writer = ExactAscii(body.version) if options.ascii else Binary(body.version, packed=True)
     with open(options.output, "wb") as file:
         file.write(writer.document(body.records()))

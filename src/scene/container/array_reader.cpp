@@ -87,11 +87,10 @@ bool ReadTypedArray(const Value& value, bool bigEndian, FbxArray<T>& out) {
 }
 
 template <typename T>
-bool ReadWrittenArray(const Value& value, FbxArray<T>& out) {
-  const auto* write = std::get_if<WriteNumbers<T>>(value.written);
-  if (!write || value.count > kMostBytes / sizeof(T)) return false;
-  T* const to = out.Allocate(value.count);
-  (*write)({to, value.count});
+bool ReadMadeArray(const Value& value, FbxArray<T>& out) {
+  const auto* make = std::get_if<MakeArray<T>>(value.maker);
+  if (!make || value.count > kMostBytes / sizeof(T)) return false;
+  out = (*make)();
   return true;
 }
 
@@ -155,9 +154,9 @@ bool ReadNumbers(RecordRef record, FbxArray<T>& out, size_t most) {
   const size_t count = ClaimedCount(record);
   if (count > most || count * sizeof(double) > record.Tree().MemoryAllowance()) return false;
   const bool bigEndian = record.Tree().bigEndian;
-  if (first->kind == Value::Kind::Array || first->kind == Value::Kind::Written) {
+  if (first->kind == Value::Kind::Array || first->kind == Value::Kind::Made) {
     const bool read = first->kind == Value::Kind::Array ? ReadTypedArray(*first, bigEndian, out)
-                                                        : ReadWrittenArray(*first, out);
+                                                        : ReadMadeArray(*first, out);
     if (!read) {
       out.Release();
       record.Tree().NoteDamaged(record.Index());

@@ -6,13 +6,13 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
 #include "scene/container/chunk_list.h"
+#include "scene/container/fbx_array.h"
 
 namespace scene {
 
@@ -23,11 +23,10 @@ struct ParseError {
   bool Failed() const { return !text.empty(); }
 };
 
-/// Writes all numbers of an array.
+/// Makes an array whose numbers are in no file as they are read.
 template <class T>
-using WriteNumbers = std::function<void(std::span<T> to)>;
-/// An array whose numbers are in no file as they are read, but written then.
-using WrittenArray = std::variant<WriteNumbers<int32_t>, WriteNumbers<double>>;
+using MakeArray = std::function<FbxArray<T>()>;
+using ArrayMaker = std::variant<MakeArray<int32_t>, MakeArray<double>>;
 
 /// One value of a record. Arrays and long lists stay as the bytes of the file until somebody reads them.
 struct Value {
@@ -37,7 +36,7 @@ struct Value {
     Text,        ///< `size` bytes at `data`; the word of an ASCII file too
     Bytes,       ///< raw bytes of a binary file
     Array,       ///< typed array of a binary file: `count` elements of type `element` in `size` bytes
-    Written,     ///< `count` numbers that `written` writes; of type `element`
+    Made,        ///< `count` numbers at most, which `maker` makes each time that they are read
     ScalarRun,   ///< `count` numeric properties of a binary file, type bytes included
     NumberText,  ///< comma list of an ASCII file; `count` is a guess
   };
@@ -50,7 +49,7 @@ struct Value {
     int64_t integer = 0;
     double real;
     const char* data;
-    const WrittenArray* written;
+    const ArrayMaker* maker;
   };
   uint64_t size = 0;
 
@@ -82,7 +81,7 @@ class RecordTree {
   ChunkList<Record> records;
   ChunkList<Value> values;
   std::deque<std::string> decodedTexts;  ///< texts and numbers that are not in the file as they stand
-  std::deque<WrittenArray> writtenArrays;
+  std::deque<ArrayMaker> arrayMakers;
   uint64_t unpackedBytes = 0;  ///< of the numbers among `decodedTexts`, and what those arrays keep
 
   /// Counts bytes of the file that were read for now, and gives their memory back when they have become many:

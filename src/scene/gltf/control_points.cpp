@@ -23,22 +23,22 @@ uint64_t ControlPoints::Memory() const {
   return bytes;
 }
 
-void ControlPoints::Place(const KFbxXMatrix& place, std::span<double> xyz) const {
-  ForEach([&](uint32_t point, const Vertices& list, size_t vertex) {
+FbxArray<double> ControlPoints::Placed(const KFbxXMatrix& place) const {
+  FbxArray<double> xyz;
+  double* to = xyz.Allocate(3 * points_.size());
+  ForEach([&](uint32_t, const Vertices& list, size_t vertex) {
     const auto at = [&](size_t axis) { return static_cast<double>(list.positions.At(vertex, axis)); };
     const KFbxVector4 placed = place.MultT({at(0), at(1), at(2)});
     for (size_t axis = 0; axis < 3; ++axis) {
       const auto number = static_cast<float>(placed[axis]);
-      xyz[3 * size_t{point} + axis] = std::isfinite(number) ? static_cast<double>(number) : 0.0;
+      *to++ = std::isfinite(number) ? static_cast<double>(number) : 0.0;
     }
   });
+  return xyz;
 }
 
-void ControlPoints::KeepPositions() {
-  for (Vertices& list : vertices_) {
-    list.normals = {};
-    list.influences.clear();
-  }
+void ControlPoints::DropNormals() {
+  for (Vertices& list : vertices_) list.normals = {};
 }
 
 }  // namespace scene::gltf

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <algorithm>
-#include <span>
+#include <array>
 #include <vector>
 
 #include "scene/gltf/elements.h"
@@ -17,21 +17,23 @@ struct InfluenceSet {
   IntegerElements joints;
   FloatElements weights;
 
-  /// Calls `use` with joint and weight of all influences on a vertex. What has no weight is of joint 0, as is
-  /// what the file lacks.
-  template <class Use>
-  void ForEach(size_t vertex, const Use& use) const {
-    const bool hasJoints = vertex < joints.size(), hasWeights = vertex < weights.size();
-    joints.UseNumbers([&](const auto& jointAt) {
-      for (size_t i = 0; i < kSize; ++i) {
-        const float weight = hasWeights ? weights.At(vertex, i) : 0.0f;
-        if (weight > 0.0f) {
-          use(hasJoints ? jointAt(vertex, i) : 0, weight);
-        } else {
-          use(0, 0.0f);
-        }
-      }
-    });
+  struct Influences {
+    std::array<uint32_t, kSize> joints{};
+    std::array<uint32_t, kSize> weights{};  ///< the bits of numbers above 0, or 0
+
+    bool operator==(const Influences&) const = default;
+  };
+  /// Those on a vertex. What has no weight is of joint 0, as is what the file lacks.
+  Influences Of(size_t vertex) const {
+    Influences all;
+    if (vertex < weights.size()) all.weights = weights.Words<kSize>(vertex);
+    if (vertex < joints.size()) all.joints = joints.All<kSize>(vertex);
+    for (size_t i = 0; i < kSize; ++i) {
+      const bool counts = static_cast<int32_t>(all.weights[i]) > 0;
+      all.weights[i] = counts ? all.weights[i] : 0;
+      all.joints[i] = counts ? all.joints[i] : 0;
+    }
+    return all;
   }
 };
 
@@ -42,6 +44,10 @@ struct Vertices {
   FloatElements normals;    ///< none, or one for each position
   std::vector<InfluenceSet> influences;
 
+  /// None of sets that they do not have.
+  InfluenceSet::Influences InfluencesOf(size_t vertex, size_t set) const {
+    return set < influences.size() ? influences[set].Of(vertex) : InfluenceSet::Influences();
+  }
   uint64_t Memory() const;
 };
 
@@ -73,10 +79,9 @@ class ControlPoints {
       use(point, *list, points_[point] - list->first);
     }
   }
-  /// Writes x, y, z of each point, taken by `place` to where they belong and rounded to single precision.
-  void Place(const KFbxXMatrix& place, std::span<double> xyz) const;
-  /// Gives up all but the positions.
-  void KeepPositions();
+  /// x, y, z of each point, taken by `place` to where they belong and rounded to single precision.
+  FbxArray<double> Placed(const KFbxXMatrix& place) const;
+  void DropNormals();
 
  private:
   std::vector<Vertices> vertices_;

@@ -18,18 +18,16 @@ class CoordinateTable {
   /// The pair of each vertex.
   /// @throws Fault
   VertexNumbers PairsOf(uint32_t accessor, const CoordinateTransform& transform);
-  /// u and v of all pairs, v upwards.
-  std::vector<float> Take() { return std::move(pairs_); }
+  /// All pairs, v upwards: the bits of u above those of v.
+  std::vector<uint64_t> Take() { return std::move(pairs_); }
 
  private:
   FbxArray<int32_t> Read(const FloatElements& elements, const CoordinateTransform& t);
-  /// u and v of a pair in one number.
-  uint64_t WordsOf(uint32_t pair) const;
 
   const AccessorReader& accessors_;
   Budget& budget_;
   NumberTable table_;
-  std::vector<float> pairs_;
+  std::vector<uint64_t> pairs_;
   std::map<std::pair<uint32_t, CoordinateTransform>, VertexNumbers> known_;
 };
 

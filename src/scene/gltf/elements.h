@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -30,6 +31,13 @@ class Elements {
     std::memcpy(&value, first_ + element * stride_ + number * sizeof value, sizeof value);
     return value;
   }
+  /// The first N numbers of an element.
+  template <class T, size_t N>
+  std::array<T, N> LoadAll(size_t element) const {
+    std::array<T, N> values;
+    std::memcpy(values.data(), first_ + element * stride_, sizeof values);
+    return values;
+  }
 
  private:
   FbxArray<char> converted_;
@@ -41,6 +49,14 @@ class FloatElements : public Elements {
  public:
   FloatElements() = default;
   explicit FloatElements(Elements elements) : Elements(std::move(elements)) {}
+  /// The bits of the first N numbers of an element; 0 for both zeros and for what is not finite.
+  template <size_t N>
+  std::array<uint32_t, N> Words(size_t element) const {
+    constexpr uint32_t kExponent = 0x7f800000, kSign = 0x80000000;
+    std::array<uint32_t, N> words = LoadAll<uint32_t, N>(element);
+    for (uint32_t& word : words) word = (word & kExponent) == kExponent || word == kSign ? 0 : word;
+    return words;
+  }
   /// @param numberAt  gives number `number` of an element
   template <class NumberAt>
   static FloatElements Make(size_t count, size_t width, const NumberAt& numberAt) {
@@ -66,19 +82,29 @@ class IntegerElements : public Elements {
   IntegerElements(Elements elements, size_t numberSize)
       : Elements(std::move(elements)), numberSize_(numberSize) {}
 
-  /// Calls `use` with a function that gives number `number` of an element, made for the size of the numbers.
+  /// The first N numbers of an element.
+  template <size_t N>
+  std::array<uint32_t, N> All(size_t element) const {
+    if (numberSize_ == 1) return Widened(LoadAll<uint8_t, N>(element));
+    if (numberSize_ == 2) return Widened(LoadAll<uint16_t, N>(element));
+    return LoadAll<uint32_t, N>(element);
+  }
+  /// Calls `use` with a function that gives the first number of an element, made for the size of the numbers.
   template <class Use>
-  void UseNumbers(const Use& use) const {
-    if (numberSize_ == 1)
-      return use(
-          [this](size_t element, size_t number) -> uint32_t { return Load<uint8_t>(element, number); });
-    if (numberSize_ == 2)
-      return use(
-          [this](size_t element, size_t number) -> uint32_t { return Load<uint16_t>(element, number); });
-    use([this](size_t element, size_t number) { return Load<uint32_t>(element, number); });
+  void UseFirst(const Use& use) const {
+    if (numberSize_ == 1) return use([this](size_t i) -> uint32_t { return Load<uint8_t>(i, 0); });
+    if (numberSize_ == 2) return use([this](size_t i) -> uint32_t { return Load<uint16_t>(i, 0); });
+    use([this](size_t i) { return Load<uint32_t>(i, 0); });
   }
 
  private:
+  template <class T, size_t N>
+  static std::array<uint32_t, N> Widened(const std::array<T, N>& numbers) {
+    std::array<uint32_t, N> wide;
+    for (size_t i = 0; i < N; ++i) wide[i] = numbers[i];
+    return wide;
+  }
+
   size_t numberSize_ = sizeof(uint32_t);
 };
 

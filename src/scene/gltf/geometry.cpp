@@ -2,6 +2,8 @@
 #include "scene/gltf/geometry.h"
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
 #include <limits>
 
 #include "scene/gltf/coordinate_table.h"
@@ -41,12 +43,13 @@ class PrimitiveJoiner {
 
   /// Control points of each surface's vertices. Takes their influences as well.
   std::vector<VertexNumbers> WeldPoints() {
+    budget_.Take(jointCount_ * InfluenceLists::kJointMemory);
     VertexWeld weld(accessors_, budget_, InfluenceSets(), jointCount_, shapeWeights_, geometry_.points);
     std::vector<VertexNumbers> numbers;
     for (const Primitive* surface : surfaces_) numbers.push_back(weld.PointsOf(*surface));
-    budget_.Take(uint64_t{geometry_.points.size()} * 12 + InfluenceLists::MostMemory(weld.InfluenceCounts()));
-    geometry_.influences = InfluenceLists(geometry_.points, weld.InfluenceCounts());
-    geometry_.points.KeepPositions();
+    geometry_.influences = InfluenceLists(weld.InfluenceCounts());
+    budget_.Take(uint64_t{geometry_.points.size()} * 12 + geometry_.influences.Memory());
+    geometry_.points.DropNormals();
     return numbers;
   }
 
@@ -95,6 +98,20 @@ class PrimitiveJoiner {
   Geometry geometry_;
 };
 
+/// @param perTriangle  numbers in the list
+/// @param write        writes those of a primitive
+template <class Write>
+FbxArray<int32_t> MakeList(const Geometry& geometry, size_t perTriangle, const Write& write) {
+  FbxArray<int32_t> list;
+  const size_t count = perTriangle * geometry.TriangleCount();
+  std::span<int32_t> rest(list.Allocate(count), count);
+  for (const TriangleList& triangles : geometry.triangles) {
+    write(triangles, rest.first(perTriangle * triangles.Count()));
+    rest = rest.subspan(perTriangle * triangles.Count());
+  }
+  return list;
+}
+
 }  // namespace
 
 size_t Geometry::TriangleCount() const {
@@ -103,31 +120,37 @@ size_t Geometry::TriangleCount() const {
   return count;
 }
 
-void Geometry::WriteCorners(std::span<int32_t> to) const {
-  for (const TriangleList& list : triangles) {
-    list.WriteCorners(to.first(3 * list.Count()));
-    to = to.subspan(3 * list.Count());
-  }
+FbxArray<int32_t> Geometry::MakeCorners() const {
+  return MakeList(*this, 3, [](const TriangleList& list, std::span<int32_t> to) { list.WriteCorners(to); });
 }
 
-void Geometry::WriteCoordinates(std::span<int32_t> to) const {
-  for (const TriangleList& list : triangles) {
-    list.WriteCoordinates(to.first(3 * list.Count()));
-    to = to.subspan(3 * list.Count());
+FbxArray<double> Geometry::MakePairs() const {
+  FbxArray<double> numbers;
+  double* to = numbers.Allocate(2 * uvs.size());
+  for (const uint64_t pair : uvs) {
+    for (const int shift : {32, 0}) {
+      const auto number = std::bit_cast<float>(static_cast<uint32_t>(pair >> shift));
+      *to++ = std::isfinite(number) ? static_cast<double>(number) : 0.0;
+    }
   }
+  return numbers;
 }
 
-void Geometry::WriteMaterials(std::span<int32_t> to) const {
-  for (const TriangleList& list : triangles) {
-    std::fill_n(to.begin(), list.Count(), list.Material());
-    to = to.subspan(list.Count());
-  }
+FbxArray<int32_t> Geometry::MakeCoordinates() const {
+  return MakeList(*this, 3,
+                  [](const TriangleList& list, std::span<int32_t> to) { list.WriteCoordinates(to); });
+}
+
+FbxArray<int32_t> Geometry::MakeMaterials() const {
+  return MakeList(*this, 1, [](const TriangleList& list, std::span<int32_t> to) {
+    std::fill(to.begin(), to.end(), list.Material());
+  });
 }
 
 uint64_t Geometry::Memory() const {
   constexpr uint64_t kPoint = 3 * sizeof(double), kTriangle = 7 * sizeof(int32_t);
-  return points.Memory() + kPoint * points.size() + kTriangle * TriangleCount() + uvs.size() * sizeof(float) +
-         influences.Memory();
+  return points.Memory() + kPoint * points.size() + kTriangle * TriangleCount() +
+         uvs.size() * 3 * sizeof(uint64_t) + influences.Memory();
 }
 
 Geometry JoinPrimitives(const Document& document, const AccessorReader& accessors, Budget& budget,

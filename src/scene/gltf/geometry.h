@@ -11,23 +11,25 @@ namespace scene::gltf {
 
 /// A mesh with its primitives joined: vertices that stand at one place and move alike are one control point
 /// again, as they were before the exporter split them for their normals and texture coordinates. Its long
-/// arrays are written when somebody reads them, from what the file has.
+/// arrays are made when somebody reads them, from what the file has.
 struct Geometry {
   ControlPoints points;
   KFbxXMatrix place;                    ///< takes the points into the world at bind time
   std::vector<TriangleList> triangles;  ///< of each primitive
-  std::vector<float> uvs;               ///< u, v pairs, v upwards; each pair once
+  std::vector<uint64_t> uvs;            ///< each pair once, the bits of u above those of v
   std::vector<uint32_t> materials;      ///< of the document, in order of first use; kNone: none
   InfluenceLists influences;            ///< of the joints of the skin
 
   size_t TriangleCount() const;
   /// Control points of all corners, three for each triangle, the last one as ~index.
-  void WriteCorners(std::span<int32_t> to) const;
+  FbxArray<int32_t> MakeCorners() const;
+  /// u and v of all pairs, v upwards.
+  FbxArray<double> MakePairs() const;
   /// The pair of each corner, -1 for none.
-  void WriteCoordinates(std::span<int32_t> to) const;
+  FbxArray<int32_t> MakeCoordinates() const;
   /// The material of each triangle, into `materials`.
-  void WriteMaterials(std::span<int32_t> to) const;
-  /// Bytes that it takes, those that are written later included.
+  FbxArray<int32_t> MakeMaterials() const;
+  /// Bytes that it takes, arrays that are made later included.
   uint64_t Memory() const;
 };
 

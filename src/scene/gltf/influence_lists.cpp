@@ -1,28 +1,60 @@
 // SPDX-License-Identifier: MIT
 #include "scene/gltf/influence_lists.h"
 
+#include <bit>
+
 namespace scene::gltf {
 
-InfluenceLists::InfluenceLists(const ControlPoints& points, std::span<const uint32_t> counts) {
-  size_t total = 0;
-  for (const uint32_t count : counts) {
-    begins_.push_back(total);
-    total += count;
+InfluenceLists::InfluenceLists(std::span<const uint32_t> counts) {
+  joints_.resize(counts.size());
+  for (size_t i = 0; i < counts.size(); ++i) joints_[i].most = counts[i];
+}
+
+FbxArray<int32_t> InfluenceLists::TakePoints(const ControlPoints& points, size_t joint) {
+  if (!joints_[joint].points) Make(points);
+  return *std::exchange(joints_[joint].points, std::nullopt);
+}
+
+FbxArray<double> InfluenceLists::TakeWeights(const ControlPoints& points, size_t joint) {
+  if (!joints_[joint].weights) Make(points);
+  return *std::exchange(joints_[joint].weights, std::nullopt);
+}
+
+uint64_t InfluenceLists::Memory() const {
+  uint64_t influences = 0;
+  for (const Joint& joint : joints_) influences += joint.most;
+  return influences * (sizeof(int32_t) + sizeof(double)) + joints_.size() * kJointMemory;
+}
+
+void InfluenceLists::Make(const ControlPoints& points) {
+  struct Target {
+    int32_t* point;
+    double* weight;
+    size_t left;
+  };
+  std::vector<Target> targets;
+  for (Joint& joint : joints_) {
+    int32_t* const point = joint.points.emplace().Allocate(joint.most);
+    targets.push_back({point, joint.weights.emplace().Allocate(joint.most), joint.most});
   }
-  ends_ = begins_;
-  int32_t* const toPoints = points_.Allocate(total);
-  float* const toWeights = weights_.Allocate(total);
   points.ForEach([&](uint32_t point, const Vertices& list, size_t vertex) {
     for (const InfluenceSet& set : list.influences) {
-      set.ForEach(vertex, [&](uint32_t joint, float weight) {
-        if (weight == 0.0f || joint >= counts.size()) return;
+      const InfluenceSet::Influences all = set.Of(vertex);
+      for (size_t i = 0; i < InfluenceSet::kSize; ++i) {
+        if (all.weights[i] == 0 || all.joints[i] >= targets.size()) continue;
+        Target& target = targets[all.joints[i]];
         // The file may have been changed since they were counted.
-        if (ends_[joint] - begins_[joint] == counts[joint]) return;
-        toPoints[ends_[joint]] = static_cast<int32_t>(point);
-        toWeights[ends_[joint]++] = weight;
-      });
+        if (target.left == 0) continue;
+        *target.point++ = static_cast<int32_t>(point);
+        *target.weight++ = static_cast<double>(std::bit_cast<float>(all.weights[i]));
+        --target.left;
+      }
     }
   });
+  for (size_t i = 0; i < joints_.size(); ++i) {
+    joints_[i].points->Shorten(joints_[i].most - targets[i].left);
+    joints_[i].weights->Shorten(joints_[i].most - targets[i].left);
+  }
 }
 
 }  // namespace scene::gltf

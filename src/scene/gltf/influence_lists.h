@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <numeric>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -9,32 +9,33 @@
 
 namespace scene::gltf {
 
-/// What the joints of a skin move, one joint after the other.
+/// Which points each joint of a skin moves, and how much. The lists of all joints are made at once when the first
+/// is taken, and again when one is taken twice.
 class InfluenceLists {
  public:
   InfluenceLists() = default;
   /// @param counts  how many points each joint moves at most
-  InfluenceLists(const ControlPoints& points, std::span<const uint32_t> counts);
+  explicit InfluenceLists(std::span<const uint32_t> counts);
 
-  std::span<const int32_t> PointsOf(size_t joint) const {
-    return points_.View().subspan(begins_[joint], SizeOf(joint));
-  }
-  std::span<const float> WeightsOf(size_t joint) const {
-    return weights_.View().subspan(begins_[joint], SizeOf(joint));
-  }
-  static uint64_t MostMemory(std::span<const uint32_t> counts) {
-    return std::accumulate(counts.begin(), counts.end(), uint64_t{0}) * kInfluenceSize;
-  }
-  uint64_t Memory() const { return points_.size() * kInfluenceSize; }
+  size_t MostOf(size_t joint) const { return joints_[joint].most; }
+  FbxArray<int32_t> TakePoints(const ControlPoints& points, size_t joint);
+  FbxArray<double> TakeWeights(const ControlPoints& points, size_t joint);
+  /// Bytes of all lists.
+  uint64_t Memory() const;
+  /// Bytes of a joint that moves nothing.
+  static constexpr uint64_t kJointMemory = 96;
 
  private:
-  static constexpr uint64_t kInfluenceSize = sizeof(int32_t) + sizeof(float);
+  struct Joint {
+    size_t most = 0;
+    std::optional<FbxArray<int32_t>> points;
+    std::optional<FbxArray<double>> weights;
+  };
+  static_assert(sizeof(Joint) <= kJointMemory);
 
-  size_t SizeOf(size_t joint) const { return ends_[joint] - begins_[joint]; }
+  void Make(const ControlPoints& points);
 
-  std::vector<size_t> begins_, ends_;  ///< of each joint
-  FbxArray<int32_t> points_;
-  FbxArray<float> weights_;
+  std::vector<Joint> joints_;
 };
 
 }  // namespace scene::gltf

@@ -22,30 +22,33 @@ class NumberTable {
     if (slots == slots_.size()) return;
     slots_.assign(slots, 0);
     for (uint32_t number = 0; number < count_; ++number) {
-      *FindSlot(digestOf(number), [](uint32_t) { return false; }) = number + 1;
+      const uint64_t hash = HashOf(digestOf(number));
+      *FindSlot(hash, [](uint32_t) { return false; }) = TagOf(hash) | (number + 1);
     }
   }
-  /// Number of what has `digest`: that of something equal, or the next, for which there must be room.
+  static uint64_t HashOf(uint64_t digest) { return base::MixedHash()(digest); }
+  /// Number of what has a digest with `hash`: that of something equal, or the next, for which there must be room.
   /// @param isEqual  tells whether it is equal to what has a number
   template <class IsEqual>
-  uint32_t NumberOf(uint64_t digest, const IsEqual& isEqual) {
-    uint32_t& slot = *FindSlot(digest, isEqual);
-    if (slot == 0) slot = ++count_;
-    return slot - 1;
+  uint32_t NumberOf(uint64_t hash, const IsEqual& isEqual) {
+    uint32_t& slot = *FindSlot(hash, isEqual);
+    if (slot == 0) slot = TagOf(hash) | ++count_;
+    return NumberIn(slot);
   }
-  /// Calls `use` with each place below `count` and its digest, which `digestAt` gives. What NumberOf will look
-  /// at is fetched while other digests are made.
+  /// Calls `use` with each place below `count`, its digest, which `digestAt` gives, and the hash of that. What
+  /// NumberOf will look at is fetched while other digests are made.
   template <class DigestAt, class Use>
   void ForEachAhead(size_t count, const DigestAt& digestAt, const Use& use) const {
     constexpr size_t kAhead = 32;
-    uint64_t digests[kAhead];
+    uint64_t digests[kAhead], hashes[kAhead];
     for (size_t begin = 0; begin < count; begin += kAhead) {
-      const size_t end = std::min(begin + kAhead, count);
-      for (size_t i = begin; i < end; ++i) {
-        digests[i - begin] = digestAt(i);
-        __builtin_prefetch(&slots_[SlotOf(digests[i - begin])]);
+      const size_t size = std::min(kAhead, count - begin);
+      for (size_t i = 0; i < size; ++i) {
+        digests[i] = digestAt(begin + i);
+        hashes[i] = HashOf(digests[i]);
+        __builtin_prefetch(&slots_[static_cast<size_t>(hashes[i]) & (slots_.size() - 1)]);
       }
-      for (size_t i = begin; i < end; ++i) use(i, digests[i - begin]);
+      for (size_t i = 0; i < size; ++i) use(begin + i, digests[i], hashes[i]);
     }
   }
   uint32_t size() const { return count_; }
@@ -55,16 +58,22 @@ class NumberTable {
  private:
   static constexpr size_t kFirst = 64;
 
-  size_t SlotOf(uint64_t digest) const { return base::MixedHash()(digest) & (slots_.size() - 1); }
+  /// Fewer than half of the slots are taken, so numbers leave bits free for a part of the hash.
+  uint32_t TagOf(uint64_t hash) const {
+    return static_cast<uint32_t>(hash >> 32) & ~static_cast<uint32_t>(slots_.size() - 1);
+  }
+  uint32_t NumberIn(uint32_t slot) const { return (slot & static_cast<uint32_t>(slots_.size() - 1)) - 1; }
   template <class IsEqual>
-  uint32_t* FindSlot(uint64_t digest, const IsEqual& isEqual) {
-    size_t slot = SlotOf(digest);
-    while (slots_[slot] != 0 && !isEqual(slots_[slot] - 1)) slot = (slot + 1) & (slots_.size() - 1);
-    return &slots_[slot];
+  uint32_t* FindSlot(uint64_t hash, const IsEqual& isEqual) {
+    const size_t mask = slots_.size() - 1;
+    size_t i = static_cast<size_t>(hash) & mask;
+    while (slots_[i] != 0 && (((slots_[i] ^ TagOf(hash)) & ~mask) != 0 || !isEqual(NumberIn(slots_[i]))))
+      i = (i + 1) & mask;
+    return &slots_[i];
   }
 
   uint32_t count_ = 0;
-  std::vector<uint32_t> slots_;  ///< numbers from 1; 0 is free
+  std::vector<uint32_t> slots_;  ///< a part of the hash and, in the lower bits, a number from 1; 0 is free
 };
 
 }  // namespace scene::gltf

@@ -72,12 +72,11 @@ RecordWriter& RecordWriter::AddList(char element, std::string_view bytes, size_t
   return Add(value);
 }
 
-RecordWriter& RecordWriter::AddWritten(char element, size_t count, WrittenArray array) {
+RecordWriter& RecordWriter::Later(size_t count, ArrayMaker maker) {
   Value value;
-  value.kind = Value::Kind::Written;
-  value.element = element;
+  value.kind = Value::Kind::Made;
   value.count = static_cast<uint32_t>(count);
-  value.written = &tree_.writtenArrays.emplace_back(std::move(array));
+  value.maker = &tree_.arrayMakers.emplace_back(std::move(maker));
   return Add(value);
 }
 

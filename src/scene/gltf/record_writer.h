@@ -30,14 +30,10 @@ class RecordWriter {
   /// Numbers that stay as long as the tree.
   RecordWriter& Array(std::span<const float> numbers) { return List('f', numbers); }
   RecordWriter& Array(std::span<const int32_t> numbers) { return List('i', numbers); }
-  /// Numbers that are written when somebody reads them.
-  /// @param write  what it has stays as long as the tree
-  RecordWriter& Later(size_t count, WriteNumbers<int32_t> write) {
-    return AddWritten('i', count, std::move(write));
-  }
-  RecordWriter& LaterReals(size_t count, WriteNumbers<double> write) {
-    return AddWritten('d', count, std::move(write));
-  }
+  /// Numbers that are made when somebody reads them.
+  /// @param count  the most of them
+  /// @param maker  what it uses stays as long as the tree
+  RecordWriter& Later(size_t count, ArrayMaker maker);
   /// @param numbers  are copied
   RecordWriter& Copy(std::span<const double> numbers);
 
@@ -48,7 +44,6 @@ class RecordWriter {
                    numbers.size());
   }
   RecordWriter& AddList(char element, std::string_view bytes, size_t count);
-  RecordWriter& AddWritten(char element, size_t count, WrittenArray array);
   RecordWriter& Add(const Value& value);
 
   RecordTree& tree_;

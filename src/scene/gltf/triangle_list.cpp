@@ -29,29 +29,34 @@ TriangleList::TriangleList(uint32_t mode, std::optional<IntegerElements> indices
       coordinates_(std::move(coordinates)),
       material_(material) {
   ForEachTriangle([&](uint32_t, uint32_t, uint32_t) { ++count_; });
+  isPlain_ = mode_ == kTriangles && !isMirrored_ && count_ == IndexCount() / 3;
 }
 
 template <class Use>
 void TriangleList::ForEachTriangle(const Use& use) const {
   const auto visitAll = [&](const auto& vertexAt) {
-    ForEachPlaces(mode_, indices_ ? indices_->size() : points_->size(), [&](size_t i, size_t j, size_t k) {
-      const uint32_t a = vertexAt(i, 0), b = vertexAt(j, 0), c = vertexAt(k, 0);
+    ForEachPlaces(mode_, IndexCount(), [&](size_t i, size_t j, size_t k) {
+      const uint32_t a = vertexAt(i), b = vertexAt(j), c = vertexAt(k);
       if (a != b && b != c && a != c) isMirrored_ ? use(a, c, b) : use(a, b, c);
     });
   };
-  if (indices_) return indices_->UseNumbers(visitAll);
-  visitAll([](size_t i, size_t) { return static_cast<uint32_t>(i); });
+  if (indices_) return indices_->UseFirst(visitAll);
+  visitAll([](size_t i) { return static_cast<uint32_t>(i); });
 }
 
-/// Calls `write` with the place of each triangle's three numbers and its vertices.
-template <class Write>
-void TriangleList::WriteTriangles(std::span<int32_t> to, const Write& write) const {
+template <class NumberAt>
+void TriangleList::WriteNumbers(std::span<int32_t> to, const NumberAt& numberAt) const {
   size_t next = 0;
+  if (isPlain_ && indices_) {
+    indices_->UseFirst([&](const auto& vertexAt) {
+      for (; next < to.size(); ++next) to[next] = numberAt(vertexAt(next));
+    });
+    return;
+  }
   ForEachTriangle([&](uint32_t a, uint32_t b, uint32_t c) {
     // The file may have been changed since the triangles were counted.
     if (to.size() - next < 3) return;
-    write(&to[next], a, b, c);
-    next += 3;
+    for (const uint32_t vertex : {a, b, c}) to[next++] = numberAt(vertex);
   });
   std::fill(to.begin() + static_cast<std::ptrdiff_t>(next), to.end(), 0);
 }
@@ -60,22 +65,13 @@ void TriangleList::WriteCorners(std::span<int32_t> to) const {
   const std::span<const int32_t> points = points_->View();
   // Also where nothing is: such triangles are dropped, and told, where damaged polygons are.
   constexpr int32_t kNowhere = 0x7ffffffe;
-  const auto pointAt = [&](uint32_t vertex) { return vertex < points.size() ? points[vertex] : kNowhere; };
-  WriteTriangles(to, [&](int32_t* corners, uint32_t a, uint32_t b, uint32_t c) {
-    corners[0] = pointAt(a);
-    corners[1] = pointAt(b);
-    corners[2] = ~pointAt(c);
-  });
+  WriteNumbers(to, [points](uint32_t vertex) { return vertex < points.size() ? points[vertex] : kNowhere; });
+  for (size_t last = 2; last < to.size(); last += 3) to[last] = ~to[last];
 }
 
 void TriangleList::WriteCoordinates(std::span<int32_t> to) const {
   const std::span<const int32_t> pairs = coordinates_ ? coordinates_->View() : std::span<const int32_t>();
-  const auto pairAt = [&](uint32_t vertex) { return vertex < pairs.size() ? pairs[vertex] : -1; };
-  WriteTriangles(to, [&](int32_t* corners, uint32_t a, uint32_t b, uint32_t c) {
-    corners[0] = pairAt(a);
-    corners[1] = pairAt(b);
-    corners[2] = pairAt(c);
-  });
+  WriteNumbers(to, [pairs](uint32_t vertex) { return vertex < pairs.size() ? pairs[vertex] : -1; });
 }
 
 }  // namespace scene::gltf

@@ -34,14 +34,17 @@ class TriangleList {
   void WriteCoordinates(std::span<int32_t> to) const;
 
  private:
+  size_t IndexCount() const { return indices_ ? indices_->size() : points_->size(); }
   template <class Use>
   void ForEachTriangle(const Use& use) const;
-  template <class Write>
-  void WriteTriangles(std::span<int32_t> to, const Write& write) const;
+  /// Writes three numbers for each triangle, which `numberAt` gives for its vertices.
+  template <class NumberAt>
+  void WriteNumbers(std::span<int32_t> to, const NumberAt& numberAt) const;
 
   uint32_t mode_;
   std::optional<IntegerElements> indices_;
   bool isMirrored_;
+  bool isPlain_ = false;  ///< the triangles have the indices as they come
   VertexNumbers points_, coordinates_;
   int32_t material_;
   size_t count_ = 0;

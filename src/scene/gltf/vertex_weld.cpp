@@ -2,17 +2,9 @@
 #include "scene/gltf/vertex_weld.h"
 
 #include <algorithm>
-#include <bit>
 #include <limits>
 
 namespace scene::gltf {
-namespace {
-
-/// Both zeros are one number.
-uint32_t ToWord(float number) { return std::bit_cast<uint32_t>(number == 0.0f ? 0.0f : number); }
-
-}  // namespace
-
 VertexWeld::VertexWeld(const AccessorReader& accessors, Budget& budget, size_t influenceSets,
                        size_t jointCount, std::span<const double> shapeWeights, ControlPoints& points)
     : accessors_(accessors),
@@ -20,10 +12,12 @@ VertexWeld::VertexWeld(const AccessorReader& accessors, Budget& budget, size_t i
       influenceSets_(influenceSets),
       shapeWeights_(shapeWeights),
       points_(points),
-      key_(kPositionWords + 2 * InfluenceSet::kSize * influenceSets),
-      otherKey_(key_.size()),
+      secrets_(1 + 2 * influenceSets),
       influenceCounts_(jointCount) {
-  for (uint64_t i = 0; i < key_.size(); ++i) secrets_.push_back(static_cast<uint32_t>(base::MixedHash()(i)));
+  uint64_t number = 0;
+  for (Words& words : secrets_) {
+    for (uint32_t& word : words) word = static_cast<uint32_t>(base::MixedHash()(number++));
+  }
 }
 
 VertexNumbers VertexWeld::PointsOf(const Primitive& primitive) {
@@ -87,24 +81,23 @@ FbxArray<int32_t> VertexWeld::Weld() {
   FbxArray<int32_t> numbers;
   int32_t* const to = numbers.Allocate(count);
   const auto digestAt = [&](size_t vertex) {
-    ReadKey(vertices, vertex, key_);
-    CountInfluences();
-    return Digest(key_);
+    return Digest(vertices, vertex,
+                  [&](const InfluenceSet::Influences& influences) { CountInfluences(influences); });
   };
-  table_.ForEachAhead(count, digestAt, [&](size_t vertex, uint64_t digest) {
-    to[vertex] = static_cast<int32_t>(PointOf(vertices, vertex, digest));
+  table_.ForEachAhead(count, digestAt, [&](size_t vertex, uint64_t digest, uint64_t hash) {
+    to[vertex] = static_cast<int32_t>(PointOf(vertices, vertex, digest, hash));
   });
   return numbers;
 }
 
-uint32_t VertexWeld::PointOf(const Vertices& vertices, size_t vertex, uint64_t digest) {
+uint32_t VertexWeld::PointOf(const Vertices& vertices, size_t vertex, uint64_t digest, uint64_t hash) {
   for (bool isBack = false;; isBack = true) {
-    const uint32_t point = table_.NumberOf(digest + (isBack ? 1 : 0), [&](uint32_t other) {
-      return isBack_[other] == isBack && IsEqual(other, vertices, vertex);
-    });
+    const uint32_t point = table_.NumberOf(
+        isBack ? NumberTable::HashOf(digest + 1) : hash,
+        [&](uint32_t other) { return IsBack(other) == isBack && IsEqual(other, vertices, vertex); });
     if (point == points_.size()) {
       points_.AddPoint(vertex);
-      isBack_.push_back(isBack);
+      if (isBack) backs_.push_back(point);
       return point;
     }
     if (isBack || !IsOpposed(point, vertices, vertex)) return point;
@@ -112,47 +105,51 @@ uint32_t VertexWeld::PointOf(const Vertices& vertices, size_t vertex, uint64_t d
 }
 
 /// Of all vertices, as it is not known yet which of them are one point.
-void VertexWeld::CountInfluences() {
-  for (size_t i = kPositionWords; i < key_.size(); i += 2) {
-    if (key_[i + 1] != 0 && key_[i] < influenceCounts_.size()) ++influenceCounts_[key_[i]];
+void VertexWeld::CountInfluences(const InfluenceSet::Influences& influences) {
+  for (size_t i = 0; i < InfluenceSet::kSize; ++i) {
+    const uint32_t joint = influences.joints[i];
+    if (influences.weights[i] != 0 && joint < influenceCounts_.size()) ++influenceCounts_[joint];
   }
-}
-
-void VertexWeld::ReadKey(const Vertices& vertices, size_t vertex, std::vector<uint32_t>& key) {
-  auto word = key.begin();
-  for (size_t axis = 0; axis < 3; ++axis) *word++ = ToWord(vertices.positions.At(vertex, axis));
-  *word++ = 0;
-  for (const InfluenceSet& set : vertices.influences) {
-    set.ForEach(vertex, [&](uint32_t joint, float weight) {
-      *word++ = joint;
-      *word++ = std::bit_cast<uint32_t>(weight);
-    });
-  }
-  std::fill(word, key.end(), 0);
 }
 
 /// A sum of products of two words each, to which numbers are added that no file can know.
-uint64_t VertexWeld::Digest(const std::vector<uint32_t>& key) const {
+template <class Visit>
+uint64_t VertexWeld::Digest(const Vertices& vertices, size_t vertex, const Visit& visit) const {
+  const Words* secrets = secrets_.data();
   uint64_t sum = 0;
-  for (size_t i = 0; i < key.size(); i += 2)
-    sum += uint64_t{key[i] + secrets_[i]} * (key[i + 1] + secrets_[i + 1]);
+  const auto add = [&](const Words& words) {
+    const Words& s = *secrets++;
+    sum += uint64_t{words[0] + s[0]} * (words[1] + s[1]) + uint64_t{words[2] + s[2]} * (words[3] + s[3]);
+  };
+  const auto [x, y, z] = vertices.positions.Words<3>(vertex);
+  add({x, y, z, 0});
+  for (size_t set = 0; set < influenceSets_; ++set) {
+    const InfluenceSet::Influences influences = vertices.InfluencesOf(vertex, set);
+    visit(influences);
+    add(influences.joints);
+    add(influences.weights);
+  }
   return sum;
 }
 
-uint64_t VertexWeld::DigestOf(uint32_t point) {
-  points_.UseVertex(point, [&](const Vertices& list, size_t vertex) { ReadKey(list, vertex, key_); });
-  return Digest(key_) + (isBack_[point] ? 1 : 0);
+uint64_t VertexWeld::DigestOf(uint32_t point) const {
+  uint64_t digest = IsBack(point) ? 1 : 0;
+  points_.UseVertex(point, [&](const Vertices& list, size_t vertex) {
+    digest += Digest(list, vertex, [](const InfluenceSet::Influences&) {});
+  });
+  return digest;
 }
 
-bool VertexWeld::IsEqual(uint32_t point, const Vertices& vertices, size_t vertex) {
+bool VertexWeld::IsBack(uint32_t point) const {
+  return std::binary_search(backs_.begin(), backs_.end(), point);
+}
+
+bool VertexWeld::IsEqual(uint32_t point, const Vertices& vertices, size_t vertex) const {
   bool isEqual = false;
   points_.UseVertex(point, [&](const Vertices& own, size_t ownVertex) {
-    for (size_t axis = 0; axis < 3; ++axis) {
-      if (own.positions.At(ownVertex, axis) != vertices.positions.At(vertex, axis)) return;
-    }
-    ReadKey(own, ownVertex, otherKey_);
-    ReadKey(vertices, vertex, key_);
-    isEqual = key_ == otherKey_;
+    isEqual = own.positions.Words<3>(ownVertex) == vertices.positions.Words<3>(vertex);
+    for (size_t set = 0; set < influenceSets_ && isEqual; ++set)
+      isEqual = own.InfluencesOf(ownVertex, set) == vertices.InfluencesOf(vertex, set);
   });
   return isEqual;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <span>
 #include <vector>
 
@@ -28,19 +29,20 @@ class VertexWeld {
   std::span<const uint32_t> InfluenceCounts() const { return influenceCounts_; }
 
  private:
-  static constexpr size_t kPositionWords = 4;
+  using Words = std::array<uint32_t, 4>;
 
   Vertices ReadVertices(const Primitive& primitive) const;
   FloatElements ReadPositions(const Primitive& primitive) const;
   /// Numbers of the vertices that were added last.
   FbxArray<int32_t> Weld();
-  uint32_t PointOf(const Vertices& vertices, size_t vertex, uint64_t digest);
-  void CountInfluences();
-  /// Reads the position, then joint and weight of each influence, padded to pairs.
-  static void ReadKey(const Vertices& vertices, size_t vertex, std::vector<uint32_t>& key);
-  uint64_t Digest(const std::vector<uint32_t>& key) const;
-  uint64_t DigestOf(uint32_t point);
-  bool IsEqual(uint32_t point, const Vertices& vertices, size_t vertex);
+  uint32_t PointOf(const Vertices& vertices, size_t vertex, uint64_t digest, uint64_t hash);
+  void CountInfluences(const InfluenceSet::Influences& influences);
+  /// Of position and influences; calls `visit` with those of each set.
+  template <class Visit>
+  uint64_t Digest(const Vertices& vertices, size_t vertex, const Visit& visit) const;
+  uint64_t DigestOf(uint32_t point) const;
+  bool IsBack(uint32_t point) const;
+  bool IsEqual(uint32_t point, const Vertices& vertices, size_t vertex) const;
   bool IsOpposed(uint32_t point, const Vertices& vertices, size_t vertex) const;
 
   const AccessorReader& accessors_;
@@ -48,9 +50,8 @@ class VertexWeld {
   size_t influenceSets_;
   std::span<const double> shapeWeights_;
   ControlPoints& points_;
-  std::vector<uint32_t> secrets_;         ///< one for each word of a key
-  std::vector<uint32_t> key_, otherKey_;  ///< of the vertex that is looked at, and of one that may be equal
-  std::vector<bool> isBack_;              ///< of each point: the other side of a point that was there before
+  std::vector<Words> secrets_;   ///< for the words of a position, joints, weights, joints ...
+  std::vector<uint32_t> backs_;  ///< points that are the other side of one that was there before
   std::vector<uint32_t> influenceCounts_;
   NumberTable table_;
   uint64_t vertexCount_ = 0;

@@ -163,11 +163,11 @@ class SceneWriter {
     WriteShapes(document_, node, budget_, writer_);
     const size_t triangles = geometry.TriangleCount();
     writer_.Begin("Vertices")
-        .LaterReals(3 * size_t{geometry.points.size()},
-                    [&geometry](std::span<double> to) { geometry.points.Place(geometry.place, to); })
+        .Later(3 * size_t{geometry.points.size()},
+               [&geometry] { return geometry.points.Placed(geometry.place); })
         .End();
     writer_.Begin("PolygonVertexIndex")
-        .Later(3 * triangles, [&geometry](std::span<int32_t> to) { geometry.WriteCorners(to); })
+        .Later(3 * triangles, [&geometry] { return geometry.MakeCorners(); })
         .End();
     const auto beginElement = [&](const char* name, const char* mapping) {
       writer_.Begin(name).Integer(0);
@@ -176,10 +176,8 @@ class SceneWriter {
     };
     if (!geometry.uvs.empty()) {
       beginElement("LayerElementUV", "ByPolygonVertex");
-      writer_.Begin("UV").Array(geometry.uvs).End();
-      writer_.Begin("UVIndex")
-          .Later(3 * triangles, [&geometry](std::span<int32_t> to) { geometry.WriteCoordinates(to); })
-          .End();
+      writer_.Begin("UV").Later(2 * geometry.uvs.size(), [&geometry] { return geometry.MakePairs(); }).End();
+      writer_.Begin("UVIndex").Later(3 * triangles, [&geometry] { return geometry.MakeCoordinates(); }).End();
       writer_.End();
     }
     const bool isOne = geometry.materials.size() == 1;
@@ -188,7 +186,7 @@ class SceneWriter {
     if (isOne) {
       writer_.Array(kFirst);
     } else {
-      writer_.Later(triangles, [&geometry](std::span<int32_t> to) { geometry.WriteMaterials(to); });
+      writer_.Later(triangles, [&geometry] { return geometry.MakeMaterials(); });
     }
     writer_.End();
     writer_.End();
@@ -213,21 +211,25 @@ class SceneWriter {
     return id;
   }
 
-  void WriteSkin(uint32_t index, const Geometry& geometry, int64_t mesh) {
+  void WriteSkin(uint32_t index, Geometry& geometry, int64_t mesh) {
     const Skin& skin = document_.skins[index];
     const BoundSkin& bound = rig_.skins[index];
     const KFbxXMatrix fromWorld = bound.place.Inverse();
     const int64_t id = WriteSkinObject(mesh);
     for (size_t i = 0; i < skin.joints.size(); ++i) {
       const uint32_t joint = skin.joints[i];
-      const std::span<const int32_t> points = geometry.influences.PointsOf(i);
-      if (points.empty() || bones_[joint] == kSceneRoot) continue;
+      const size_t count = geometry.influences.MostOf(i);
+      if (count == 0 || bones_[joint] == kSceneRoot) continue;
       const KFbxXMatrix link = WithoutScale(rig_.places[joint]);
       // Of a skin that does not fit the others each joint takes its points from another place.
       const KFbxXMatrix mesh2bone = link.Inverse() * rig_.places[joint] * bound.inverseBind[i] * fromWorld;
       BeginCluster(bones_[joint], mesh2bone, link, id);
-      writer_.Begin("Indexes").Array(points).End();
-      writer_.Begin("Weights").Array(geometry.influences.WeightsOf(i)).End();
+      writer_.Begin("Indexes")
+          .Later(count, [&geometry, i] { return geometry.influences.TakePoints(geometry.points, i); })
+          .End();
+      writer_.Begin("Weights")
+          .Later(count, [&geometry, i] { return geometry.influences.TakeWeights(geometry.points, i); })
+          .End();
       writer_.End();
     }
   }
@@ -237,12 +239,20 @@ class SceneWriter {
     const size_t count = geometry.points.size();
     const KFbxXMatrix link = WithoutScale(rig_.places[bone]);
     BeginCluster(bones_[bone], link.Inverse(), link, WriteSkinObject(mesh));
-    writer_.Begin("Indexes")
-        .Later(count, [](std::span<int32_t> to) { std::iota(to.begin(), to.end(), 0); })
-        .End();
-    writer_.Begin("Weights")
-        .LaterReals(count, [](std::span<double> to) { std::fill(to.begin(), to.end(), 1.0); })
-        .End();
+    const auto makeAll = [count] {
+      FbxArray<int32_t> points;
+      points.Allocate(count);
+      std::iota(points.begin(), points.end(), 0);
+      return points;
+    };
+    const auto makeFull = [count] {
+      FbxArray<double> weights;
+      weights.Allocate(count);
+      std::fill(weights.begin(), weights.end(), 1.0);
+      return weights;
+    };
+    writer_.Begin("Indexes").Later(count, makeAll).End();
+    writer_.Begin("Weights").Later(count, makeFull).End();
     writer_.End();
   }
 
