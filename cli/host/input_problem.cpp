@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/plain_text.h"
 #include "host/host_paths.h"
 #include "package/read_member.h"
 #include "platform/files.h"
@@ -69,12 +70,6 @@ std::string ReadHead(const fs::path& path) {
   return head;
 }
 
-/// `text` behind the mark of its encoding and blanks.
-std::string_view SkipBlanks(std::string_view text) {
-  if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
-  return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-}
-
 template <class List>
 const char* Find(std::string_view head, const List& list) {
   for (const KnownFile& known : list) {
@@ -85,7 +80,7 @@ const char* Find(std::string_view head, const List& list) {
 
 /// @param head  of the file, which is not empty
 std::string RecogniseAny(const fs::path& path, std::string_view head) {
-  const std::string_view text = SkipBlanks(head);
+  const std::string_view text = base::TextStart(head);
   const bool isBlend = HasExtension(path, ".blend");
   if (const char* known = Find(head, kAnyUse)) return isBlend ? kBlend : known;
   if (const char* known = Find(text, kAnyUse)) return known;

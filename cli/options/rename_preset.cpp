@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <set>
 
+#include "base/plain_text.h"
 #include "core/names.h"
 #include "scene/model/node.h"
 
@@ -11,13 +12,6 @@ namespace cli {
 namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r";
-  const size_t first = text.find_first_not_of(kBlanks);
-  return first == std::string_view::npos ? std::string_view()
-                                         : text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
 
 /// In lower case, without namespaces and separators.
 std::string WithoutSpelling(std::string_view name) {
@@ -40,18 +34,18 @@ std::vector<NamedBone> NamedBones(const ts3d::SkeletonState& skeleton) {
 RenamePreset::RenamePreset(std::string_view text) {
   while (!text.empty()) {
     const size_t end = std::min(text.find('\n'), text.size());
-    const std::string_view line = Trimmed(text.substr(0, end));
+    const std::string_view line = base::Trimmed(text.substr(0, end));
     text.remove_prefix(std::min(end + 1, text.size()));
     std::string_view key, value;
     if (line.starts_with('#') || !ts3d::SplitEntry(line, key, value)) continue;
-    if (Trimmed(key) == "prefix") {
-      prefix_ = WithoutSpelling(Trimmed(value));
-    } else if (Trimmed(key) == "only") {
-      onlyPrefixed_ = Trimmed(value) == "prefixed";
-    } else if (Trimmed(key) == "by") {
-      byHumanBone_ = Trimmed(value) == "human bone";
+    if (base::Trimmed(key) == "prefix") {
+      prefix_ = WithoutSpelling(base::Trimmed(value));
+    } else if (base::Trimmed(key) == "only") {
+      onlyPrefixed_ = base::Trimmed(value) == "prefixed";
+    } else if (base::Trimmed(key) == "by") {
+      byHumanBone_ = base::Trimmed(value) == "human bone";
     } else {
-      names_.emplace(WithoutSpelling(Trimmed(key)), Trimmed(value));
+      names_.emplace(WithoutSpelling(base::Trimmed(key)), base::Trimmed(value));
     }
   }
 }

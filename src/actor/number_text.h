@@ -6,15 +6,12 @@
 #include <string_view>
 #include <type_traits>
 
+#include "base/plain_text.h"
+
 namespace actor {
 
-inline constexpr std::string_view kBlanks = " \t\r\n";
-
-inline std::string_view Trimmed(std::string_view text) {
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
+using base::kBlanks;
+using base::Trimmed;
 
 /// Takes a number and the blanks before it from the front of `text`.
 /// @return false when no finite number stands there by itself; `number` stays then

@@ -1,15 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/names.h"
 
-#include <algorithm>
-
 namespace ts3d {
-namespace {
-
-char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-}  // namespace
-
 std::string SanitizeMeshName(std::string_view name) {
   std::string clean(name);
   for (const char unwanted : {':', '?', '!', '@', '*', '\\', '/', '|'}) {
@@ -51,17 +43,6 @@ std::string ReplaceExtension(std::string_view path, std::string_view extension) 
 bool HasRoomForExtension(std::string_view path) {
   const size_t separator = path.find_last_of("\\/");
   return separator == std::string_view::npos || path.size() - separator > 3;
-}
-
-bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                            [](char x, char y) { return LowerCase(x) == LowerCase(y); });
-}
-
-std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return LowerCase(c); });
-  return lower;
 }
 
 std::vector<std::string_view> SplitList(std::string_view list) {

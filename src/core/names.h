@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/plain_text.h"
 #include "platform/files.h"
 
 namespace ts3d {
@@ -34,18 +35,14 @@ std::string ReplaceExtension(std::string_view path, std::string_view extension);
 /// separator, and the result lie in another folder.
 bool HasRoomForExtension(std::string_view path);
 
-/// Compares without regard to the case of ASCII letters, whatever the locale.
-bool EqualsIgnoreCase(std::string_view a, std::string_view b);
-
-/// Copy of `text` with ASCII letters in lower case.
-std::string LowerCase(std::string_view text);
-
 /// The "|"-separated entries of a host list; none for an empty list. The views point into `list`.
 std::vector<std::string_view> SplitList(std::string_view list);
 
 /// Splits a list entry "key=value" at its first "="; false when there is none.
 bool SplitEntry(std::string_view entry, std::string_view& key, std::string_view& value);
 
+using base::EqualsIgnoreCase;
+using base::LowerCase;
 using platform::IsPlainFileName;
 
 }  // namespace ts3d

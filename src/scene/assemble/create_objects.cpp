@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "base/plain_text.h"
 #include "scene/assemble/scene_builder.h"
 
 namespace scene {
@@ -83,15 +84,6 @@ KFbxVector4 ReadColour(const FbxObject& material, const Properties& properties, 
   return properties.Vector(name, colour);
 }
 
-bool EqualsIgnoreCase(std::string_view text, std::string_view lower) {
-  if (text.size() != lower.size()) return false;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if ((c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c) != lower[i]) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 void SceneBuilder::CreateObjects() {
@@ -164,8 +156,9 @@ KFbxSurfaceMaterial* SceneBuilder::CreateMaterial(const FbxObject& object) {
     material.transparencyFactor = properties.Number("TransparencyFactor", 0.0);
     return &material;
   };
-  if (EqualsIgnoreCase(model, "lambert")) return readCommon(scene_.Create<KFbxSurfaceLambert>(object.name));
-  if (!EqualsIgnoreCase(model, "phong")) return &scene_.Create<KFbxSurfaceMaterial>(object.name);
+  if (base::EqualsIgnoreCase(model, "lambert"))
+    return readCommon(scene_.Create<KFbxSurfaceLambert>(object.name));
+  if (!base::EqualsIgnoreCase(model, "phong")) return &scene_.Create<KFbxSurfaceMaterial>(object.name);
   KFbxSurfacePhong& phong = scene_.Create<KFbxSurfacePhong>(object.name);
   phong.specular = ReadColour(object, properties, "SpecularColor", "Specular", {0.2, 0.2, 0.2});
   const double oldShininess = object.record.Child("Shininess").Number(0, 20.0);

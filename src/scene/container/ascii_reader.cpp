@@ -3,6 +3,7 @@
 #include <cstring>
 #include <limits>
 
+#include "base/plain_text.h"
 #include "scene/container/container.h"
 #include "scene/container/number_text.h"
 
@@ -26,8 +27,7 @@ bool IsWordCharacter(char c) {
 class AsciiReader {
  public:
   explicit AsciiReader(RecordTree& tree) : tree_(tree) {
-    std::string_view text = tree.bytes;
-    if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
+    const std::string_view text = base::WithoutByteOrderMark(tree.bytes);
     p_ = counted_ = text.data();
     end_ = p_ + text.size();
   }

@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "base/byte_cursor.h"
+#include "base/plain_text.h"
 #include "scene/container/container.h"
 
 namespace scene {
@@ -13,16 +14,7 @@ constexpr size_t kVersionOffset = 23;
 /// How far into a text the header record is looked for when its first comment does not tell the format.
 constexpr size_t kHeaderSearch = 4096;
 
-void SkipBlanks(std::string_view& text) {
-  while (!text.empty() && (text[0] == ' ' || text[0] == '\t' || text[0] == '\r' || text[0] == '\n')) {
-    text.remove_prefix(1);
-  }
-}
-
-std::string_view WithoutByteOrderMark(std::string_view text) {
-  if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
-  return text;
-}
+void SkipBlanks(std::string_view& text) { text = base::WithoutBlanksBefore(text); }
 
 bool TakeWord(std::string_view& text, std::string_view word) {
   SkipBlanks(text);
@@ -71,7 +63,7 @@ int VersionOfRecord(std::string_view text) {
 
 ContainerKind DetectContainer(std::string_view bytes) {
   if (bytes.starts_with(kBinaryMagic)) return ContainerKind::Binary;
-  const std::string_view text = WithoutByteOrderMark(bytes);
+  const std::string_view text = base::WithoutByteOrderMark(bytes);
   if (VersionOfComment(text) != 0) return ContainerKind::Ascii;
   const size_t header = text.substr(0, kHeaderSearch).find("FBXHeaderExtension");
   const bool isText = text.substr(0, std::min(header, kHeaderSearch)).find('\0') == std::string_view::npos;
@@ -86,7 +78,7 @@ int DetectVersion(std::string_view bytes, ContainerKind kind) {
     return version > 1000000 ? 0 : static_cast<int>(version);
   }
   if (kind == ContainerKind::None) return 0;
-  const std::string_view text = WithoutByteOrderMark(bytes);
+  const std::string_view text = base::WithoutByteOrderMark(bytes);
   const int version = VersionOfComment(text);
   return version != 0 ? version : VersionOfRecord(text);
 }

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "base/plain_text.h"
 #include "scene/assemble/build_scene.h"
 #include "scene/gltf/open_translated.h"
 #include "scene/gltf/unpack_meshes.h"
@@ -172,10 +173,7 @@ std::unique_ptr<KFbxOpenFile> OpenTranslated(std::string_view glb, std::shared_p
 }  // namespace gltf
 
 bool GltfReader::Detects(std::string_view head) const {
-  if (head.starts_with("glTF")) return true;
-  if (head.starts_with("\xef\xbb\xbf")) head.remove_prefix(3);
-  const size_t start = head.find_first_not_of(" \t\r\n");
-  return start != std::string_view::npos && head[start] == '{';
+  return head.starts_with("glTF") || base::TextStart(head).starts_with('{');
 }
 
 std::unique_ptr<KFbxOpenFile> GltfReader::Open(std::string_view path, const KFbxProgress& progress,

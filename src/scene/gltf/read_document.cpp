@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/plain_text.h"
 #include "scene/gltf/document.h"
 #include "scene/gltf/json_limits.h"
 #include "scene/gltf/json_value.h"
@@ -349,7 +350,7 @@ class DocumentReader {
 }  // namespace
 
 Document ReadDocument(std::string_view json, uint64_t fileSize) {
-  if (json.starts_with("\xef\xbb\xbf")) json.remove_prefix(3);
+  json = base::WithoutByteOrderMark(json);
   CheckJsonClaims(json, fileSize);
   nlohmann::json root;
   try {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "base/plain_text.h"
 #include "platform/files.h"
 #include "scene/gltf/file_reference.h"
 
@@ -29,11 +30,6 @@ std::string AsFileName(std::string name) {
       c = '_';
   }
   return name;
-}
-
-std::string LowerCased(std::string text) {
-  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-  return text;
 }
 
 }  // namespace
@@ -78,12 +74,13 @@ std::string MaterialWriter::NameFor(const Image& image, std::string_view content
   // Images are called after the files that they were made of.
   for (const std::string_view known :
        {".png", ".jpg", ".jpeg", ".tga", ".tif", ".tiff", ".bmp", ".psd", ".webp"}) {
-    if (LowerCased(stem).ends_with(known)) stem.resize(stem.size() - known.size());
+    if (base::LowerCase(stem).ends_with(known)) stem.resize(stem.size() - known.size());
   }
   // What comes behind a point would be taken for an ending.
   std::replace(stem.begin(), stem.end(), '.', '_');
   std::string name = stem;
-  for (int i = 2; !pictureNames_.insert(LowerCased(name)).second; ++i) name = stem + "_" + std::to_string(i);
+  for (int i = 2; !pictureNames_.insert(base::LowerCase(name)).second; ++i)
+    name = stem + "_" + std::to_string(i);
   return name + EndingOf(content, image.mimeType);
 }
 

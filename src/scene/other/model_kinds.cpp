@@ -9,22 +9,18 @@
 #include <string>
 
 #include "base/byte_cursor.h"
+#include "base/plain_text.h"
 
 namespace scene::other {
 namespace {
 
 using namespace std::string_view_literals;
 
-/// `text` behind the mark of its encoding and blanks.
-std::string_view SkipBlanks(std::string_view text) {
-  if (text.starts_with("\xef\xbb\xbf")) text.remove_prefix(3);
-  return text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-}
-
 /// `text` from its first line that does not start like a comment.
 std::string_view SkipComments(std::string_view text, std::string_view comment) {
-  text = SkipBlanks(text);
-  while (text.starts_with(comment)) text = SkipBlanks(text.substr(std::min(text.find('\n'), text.size())));
+  text = base::TextStart(text);
+  while (text.starts_with(comment))
+    text = base::WithoutBlanksBefore(text.substr(std::min(text.find('\n'), text.size())));
   return text;
 }
 
@@ -33,7 +29,7 @@ bool StartsWithAny(std::string_view text, std::span<const std::string_view> word
 }
 
 bool IsCollada(std::string_view head) {
-  return SkipBlanks(head).starts_with('<') && head.find("<COLLADA") != head.npos;
+  return base::TextStart(head).starts_with('<') && head.find("<COLLADA") != head.npos;
 }
 
 bool IsX(std::string_view head) { return head.starts_with("xof "); }
