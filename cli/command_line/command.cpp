@@ -111,10 +111,9 @@ std::vector<std::string> OptionWords(const CLI::App& command) {
       if (option->get_items_expected_max() == 0) {
         // A flag may be a negation, or be given a value.
         const bool isPlain = option->get_flag_value(name, "") == value;
-        words.push_back(
-            "--" + name +
-            (isPlain ? ""
-                     : "=" + std::string(option->get_flag_value(name, "true") == value ? "true" : "false")));
+        words.push_back("--" + name);
+        if (!isPlain)
+          words.back().append("=").append(option->get_flag_value(name, "true") == value ? "true" : "false");
       } else if (value.empty()) {
         words.insert(words.end(), {"--" + name, value});
       } else {

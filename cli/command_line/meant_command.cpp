@@ -89,7 +89,7 @@ std::string DescribeMistake(const CLI::App& app, const CLI::ParseError& error,
   if (!IsOption(first) && !Contains(commands, first))
     return "there is no command \"" + first + "\"" + Nearest(first, commands);
   for (const CLI::App* command : app.get_subcommands()) {
-    const std::string mistake = DescribeLeftOver(*command);
+    std::string mistake = DescribeLeftOver(*command);
     if (!mistake.empty()) return mistake;
   }
   if (IsOption(first)) return "\"" + first + "\" is not an option of fbx2czp itself; the command comes first";
