@@ -96,9 +96,10 @@ ConvertedModels ConvertAndTell(const ConvertOptions& options, const std::vector<
   const std::vector<ts3d::Finding> warnings = FindNamesOfNoModel(results);
   for (const ts3d::Finding& warning : warnings)
     PrintMessage(tasks.size() == 1 ? tasks.front().name : "", Severity::Warning, warning.text);
-  if (tasks.size() > 1 && options.verbosity != Verbosity::Quiet)
+  if (tasks.size() > 1 && options.verbosity != Verbosity::Quiet) {
     std::fputs(SummaryTable(results, seconds, platform::TerminalColumns(options.Summary())).c_str(),
                options.Summary());
+  }
   if (options.timings && tasks.size() > 1) {
     StepSeconds all;
     for (const ModelResult& result : results) {

@@ -100,9 +100,10 @@ void ExportOne(const ExportOptions& options, const std::string& package, const f
 
 int RunExport(const ExportOptions& options) {
   const std::vector<PackageInput> inputs = FindPackages(options.packages);
-  if (inputs.size() > 1 && !options.output.empty() && !options.HasFolder())
+  if (inputs.size() > 1 && !options.output.empty() && !options.HasFolder()) {
     throw Failure(kUsageError, options.output + " is one file, but there are " +
                                    std::to_string(inputs.size()) + " packages; name a folder");
+  }
   Messages messages;
   ExitStatus all;
   OutputPaths outputs(options.HasFolder() ? options.output : "", options.format);

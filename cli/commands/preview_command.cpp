@@ -130,9 +130,10 @@ fs::path ModelOf(const PreviewOptions& options, const std::string& input) {
       model = fs::path(input).replace_extension(extension);
   }
   if (options.model.empty() && !fs::exists(model, unknown)) model.replace_extension(".fbx");
-  if (const auto problem = FindInputProblem(model))
+  if (const auto problem = FindInputProblem(model)) {
     throw Failure(problem->exitStatus, "the model to compare with, " + model.string() + ": " + problem->text +
                                            "; --model names another");
+  }
   return model;
 }
 
@@ -150,9 +151,9 @@ std::string ShowHeat(const PreviewOptions& options, const std::string& input, ac
   if (heat.meshes.empty()) throw Failure(kUnreadable, "package and model have no mesh in common");
   actor = preview::HeatActor(actor, heat, preview::FindStand(preview::Drawable(actor), options.Up()),
                              proof.diagonal);
-  const std::string caption = "pose \"" + heat.pose +
-                              "\": left the model, right the package, whose vertices are off by up to " +
-                              ErrorText(proof.worst.error);
+  std::string caption = "pose \"" + heat.pose +
+                        "\": left the model, right the package, whose vertices are off by up to " +
+                        ErrorText(proof.worst.error);
   std::printf("%s: %s\n", Printable(input).c_str(), caption.c_str());
   return caption;
 }
@@ -243,9 +244,10 @@ void CheckPreview(const PreviewOptions& options, size_t inputs) {
                   "this fbx2czp was built without the page, which takes three.js: run \"scripts/prepare && "
                   "scripts/build fbx2czp\" in its source folder, or write a .png picture");
   }
-  if (inputs > 1 && options.HasFile())
+  if (inputs > 1 && options.HasFile()) {
     throw Failure(kUsageError, options.output + " is one file, but there are " + std::to_string(inputs) +
                                    " inputs; name a folder");
+  }
   if (!options.model.empty() && (inputs > 1 || !options.heatMap))
     throw Failure(kUsageError, "--model is for the --heat-map of one package");
   RequireFolders(options.textureFolders);
@@ -262,7 +264,7 @@ std::string SheetFolder(const PreviewOptions& options) {
 
 /// @return its path
 fs::path WriteSheet(const fs::path& folder, const std::vector<SheetEntry>& entries) {
-  const fs::path path = folder / "contact-sheet.html";
+  fs::path path = folder / "contact-sheet.html";
   FileGroup files;
   files.Write(path, ContactSheet(entries));
   files.TakePlaces();

@@ -244,9 +244,10 @@ class Batch {
     }
     for (const ts3d::Finding& message : messages) TellOrKeep(result.model, message);
     if (result.code == 0 && TellsSuccess()) TellSuccess(result);
-    if (options_.timings && !result.steps.empty())
+    if (options_.timings && !result.steps.empty()) {
       std::fprintf(stderr, "fbx2czp: %s: %s\n", Printable(result.model).c_str(),
                    DescribeSteps(result.steps).c_str());
+    }
     results_[index] = std::move(result);
   }
 

@@ -56,9 +56,10 @@ bool IsOnePackage(const std::string& output) {
   std::error_code unknown;
   const fs::path path = output;
   if (fs::is_directory(path, unknown)) return false;
-  if (IsModelName(path) || HasExtension(path, ".xfg"))
+  if (IsModelName(path) || HasExtension(path, ".xfg")) {
     throw Failure(kUsageError,
                   output + ": the output is a folder, or a package with a name that ends in .czp");
+  }
   return HasExtension(path, ".czp");
 }
 

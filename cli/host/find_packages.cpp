@@ -38,9 +38,10 @@ std::vector<PackageInput> FindPackages(const std::vector<std::string>& names, bo
     for (const fs::path& path : found)
       packages.push_back({path.lexically_normal().string(), path.lexically_relative(name)});
   }
-  if (packages.empty())
+  if (packages.empty()) {
     throw Failure(kNoInput, std::string("there is no .czp ") + (alsoModels ? "and no model " : "") +
                                 "file in the folders given");
+  }
   return packages;
 }
 

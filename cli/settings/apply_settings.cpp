@@ -53,6 +53,7 @@ void SetRepairs(const Place& place) {
                                                  {"attach-rigid", &repairs.attachRigid},
                                                  {"rigid-bones", &repairs.rigidBones}};
   std::vector<std::string> names;
+  names.reserve(switches.size());
   for (const auto& [name, on] : switches) names.push_back(name);
   if (!place.Value().is_array())
     throw std::runtime_error("\"repair\" is neither true, false nor a list of repairs");

@@ -62,10 +62,11 @@ std::string Shortened(const std::string& text, size_t most) {
   std::string_view rest = text;
   for (size_t column = 0; !rest.empty();) {
     const Letter letter = FirstLetter(rest);
-    if (column + letter.columns <= front || column >= width - back)
+    if (column + letter.columns <= front || column >= width - back) {
       shortened += rest.substr(0, letter.bytes);
-    else if (!shortened.ends_with(kDots))
+    } else if (!shortened.ends_with(kDots)) {
       shortened += kDots;
+    }
     column += letter.columns;
     rest.remove_prefix(letter.bytes);
   }

@@ -24,10 +24,11 @@ namespace {
 template <class S, class T>
 T ConvertNumber(S value, bool normalized) {
   if constexpr (std::is_same_v<T, uint32_t>) {
-    if constexpr (std::is_same_v<S, float>)
+    if constexpr (std::is_same_v<S, float>) {
       return value >= 0 && value < 4e9f ? static_cast<T>(value) : 0;
-    else
+    } else {
       return value < 0 ? 0 : static_cast<T>(value);
+    }
   } else if constexpr (std::is_same_v<S, float>) {
     return std::isfinite(value) ? value : 0.0f;
   } else {

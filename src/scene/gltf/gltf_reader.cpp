@@ -106,14 +106,16 @@ class OpenGltfFile : public KFbxOpenFile {
     for (const std::string& path : files_->buffers->PathsOfOtherFiles()) scene.AddDataFile(path);
     scene.SetLicence(document_.avatar.licence);
     char unit[100] = "its lengths are taken for centimetres, as FBX characters have them";
-    if (scale_ != 1.0)
+    if (scale_ != 1.0) {
       std::snprintf(unit, sizeof unit,
                     "its lengths are multiplied by %g to be the centimetres of FBX characters", scale_);
+    }
     scene.AddRemark(unit);
     scene.AddRemark(conventions_.axes);
-    if (!addedRoot_.empty())
+    if (!addedRoot_.empty()) {
       scene.AddRemark("its skeleton has several top bones; they stand under a new bone \"" + addedRoot_ +
                       "\"");
+    }
   }
 
   std::shared_ptr<GltfFiles> files_;

@@ -23,7 +23,7 @@ class JsonValue {
   }
   JsonValue operator[](const std::string& key) const { return (*this)[key.c_str()]; }
   size_t size() const { return value_ && value_->is_array() ? value_->size() : 0; }
-  JsonValue At(size_t i) const { return JsonValue((*value_)[i]); }
+  JsonValue At(size_t i) const { return i < size() ? JsonValue((*value_)[i]) : JsonValue(); }
   /// Calls `visit` with the key and the value of every member of an object.
   template <class Visit>
   void ForEachMember(const Visit& visit) const {

@@ -36,7 +36,7 @@ class SceneWriter {
 
   std::string Write() {
     writer_.Begin("Objects");
-    const std::string root = WriteBones();
+    std::string root = WriteBones();
     for (const uint32_t node : rig_.order) {
       if (document_.nodes[node].mesh != kNone) WriteMesh(node);
     }
@@ -111,7 +111,7 @@ class SceneWriter {
     }
     std::vector<std::string_view> human(names.size());
     for (const auto& [bone, node] : document_.avatar.humanoid) human[node] = bone;
-    const std::string rootName = hasOneTop ? "" : unique.Take("root");
+    std::string rootName = hasOneTop ? "" : unique.Take("root");
     const int64_t top = hasOneTop ? kSceneRoot : WriteBone(rootName, kSceneRoot, {}, {});
     for (const uint32_t node : rig_.order) {
       if (!rig_.isBone[node]) continue;

@@ -15,9 +15,10 @@ constexpr const char* kNoLibrary =
 
 translation::Answer Translate(const ModelKind& kind, std::string_view model, const std::string& folder,
                               const std::function<void()>& wait) {
-  if (!translation::IsThere())
+  if (!translation::IsThere()) {
     throw translation::Fault(std::string(kind.name) + " models are read by the library assimp, and this " +
                              kNoLibrary);
+  }
   // What it becomes takes part of the memory that the rest of the import has.
   const uint64_t mostOutput = translation::MostMemory(model.size()) / 4;
   return translation::Run(kind.ending, folder, model, model.size(), mostOutput, wait);
