@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "host/host_paths.h"
 #include "platform/process.h"
 #include "settings/settings_places.h"
 
