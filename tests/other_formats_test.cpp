@@ -11,9 +11,11 @@
 #include "scene/gltf/open_translated.h"
 #include "scene/other/model_kinds.h"
 #include "scene/other/translate.h"
+#include "scene/other/utf16_text.h"
 #include "scene/sdk_manager.h"
 #include "support/temp_folder.h"
 #include "translator/collada_joints.h"
+#include "translator/trim_texts.h"
 
 namespace {
 
@@ -78,6 +80,10 @@ TEST(ModelKinds, AreKnownByTheirContent) {
   EXPECT_EQ(kindOf(stl), "STL");
   stl[84 + 3] = 0x7f;
   EXPECT_EQ(kindOf(stl), "") << "a normal that is too long";
+  EXPECT_EQ(kindOf(std::string(4096, ' ')), "") << "what text is as numbers is tiny";
+  std::string wide(4096, '\0');
+  for (size_t i = 0; i < wide.size(); i += 2) wide[i] = 'a';
+  EXPECT_EQ(kindOf(wide), "");
   EXPECT_EQ(other::ColladaUnit("<asset><unit name='inch' meter='0.0254'/>"), 0.0254);
   EXPECT_EQ(other::ColladaUnit("<unit meter=\"-1\"/>"), 1.0);
   EXPECT_EQ(other::ColladaUnit("<unit meter"), 1.0);
@@ -88,6 +94,33 @@ TEST(ColladaJoints, AreTakenFromTheText) {
                                           "<node type='JOINT' id='A_leg'/><node name=\"hat\" type=\"NODE\"/>"
                                           "<node name=\"cut\" type=\"JOINT\" id=\""),
             (std::set<std::string>{"A_hip", "hip", "A_leg", "cut"}));
+}
+
+TEST(TrimTexts, LeavesMarkupAsItIs) {
+  EXPECT_EQ(translator::TrimTexts(
+                " <?xml a='>' ?>\n<a b=' > '>\n 1 \t2 <!-- it's > --> c\n</a ><![CDATA[ <]> ]]> "),
+            "<?xml a='>' ?><a b=' > '>1 \t2<!-- it's > -->c</a ><![CDATA[ <]> ]]>");
+  for (const char* cut : {"<a b='", "<!-- ", "<a", "<", " ", ""}) {
+    const std::string trimmed = translator::TrimTexts(cut);
+    EXPECT_EQ(trimmed, *cut == ' ' ? "" : cut);
+  }
+}
+
+std::string AsUtf16(std::string_view text) {
+  std::string wide = "\xff\xfe";
+  for (const char c : text) wide += {c, '\0'};
+  return wide;
+}
+
+TEST(Utf16, BecomesUtf8) {
+  using namespace std::string_view_literals;
+  EXPECT_EQ(other::FromUtf16("v 0"), std::nullopt);
+  EXPECT_EQ(other::FromUtf16(AsUtf16("v 0\n")), "v 0\n");
+  EXPECT_EQ(other::FromUtf16("\xfe\xff\0a\0\xe4\x20\xac\xd8\x3d\xde\0"sv), "a\u00e4\u20ac\U0001f600");
+  EXPECT_EQ(other::FromUtf16("\xff\xfe\x3d\xd8"
+                             "a\0b"sv),
+            "\ufffda")
+      << "half a character, and half a number";
 }
 
 class OtherModel : public testing::Test {
@@ -105,6 +138,8 @@ class OtherModel : public testing::Test {
     scene::KFbxScene& scene = *manager->CreateScene("");
     if (!importer.Initialize(folder_.Path(path)) || !importer.Import(scene))
       return importer.GetLastErrorString();
+    meshes_ = 0;
+    scene.ForEach<scene::KFbxMesh>([&](const scene::KFbxMesh&) { ++meshes_; });
     std::string files;
     for (const scene::KString& file : scene.GetDataFiles())
       files += file.substr(file.find_last_of("\\/") + 1) + " ";
@@ -112,7 +147,38 @@ class OtherModel : public testing::Test {
   }
 
   support::TempFolder folder_;
+  size_t meshes_ = 0;  ///< in the model
 };
+
+TEST_F(OtherModel, IsReadAsExportersWriteIt) {
+  const std::string start =
+      "<?xml version='1.0'?><COLLADA xmlns='http://www.collada.org/2005/11/COLLADASchema' version='1.4.1'>"
+      "<library_effects><effect id='e'><profile_COMMON><technique sid='t'><lambert><diffuse>"
+      "<color>  1 0 0 1  </color></diffuse></lambert></technique></profile_COMMON></effect></library_effects>"
+      "<library_materials><material id='m'><instance_effect url='#e'/></material></library_materials>"
+      "<library_geometries><geometry id='g'><mesh><source id='s'><float_array id='f' count='9'>\n0 0 0 1 0 "
+      "0\n"
+      "0 1 0\n</float_array><technique_common><accessor source='#f' count='3' stride='3'/></technique_common>"
+      "</source><vertices id='v'><input semantic='POSITION' source='#s'/></vertices><triangles count='1' "
+      "material='x'><input semantic='VERTEX' source='#v' offset='0'/><p> 0 1 2 "
+      "</p></triangles></mesh></geometry>"
+      "</library_geometries><library_visual_scenes><visual_scene id='w'><node id='b' type='JOINT'>"
+      "<matrix>\n1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1\n</matrix><node id='c' type='JOINT'/></node>";
+  const std::string node =
+      "<node id='n'><instance_geometry url='#g'><bind_material><technique_common><instance_material "
+      "symbol='x' "
+      "target='#m'/></technique_common></bind_material></instance_geometry></node>";
+  const std::string end =
+      "</visual_scene></library_visual_scenes><scene><instance_visual_scene url='#w'/></scene></COLLADA>";
+  for (const std::string& text : {start + node + end, AsUtf16(start + node + end)}) {
+    folder_.Write("a.dae", text);
+    EXPECT_EQ(Load("a.dae"), "");
+    EXPECT_EQ(meshes_, 1u);
+  }
+  folder_.Write("bones.dae", start + end);
+  EXPECT_EQ(Load("bones.dae"), "");
+  EXPECT_EQ(meshes_, 0u) << "bones alone are no mesh";
+}
 
 TEST_F(OtherModel, ReadsFilesBelowItsFolderOnly) {
   const std::string triangle = "v 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl a\nf 1 2 3\n";

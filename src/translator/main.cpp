@@ -23,6 +23,7 @@
 #include "translator/collada_joints.h"
 #include "translator/inline_materials.h"
 #include "translator/model_folder.h"
+#include "translator/trim_texts.h"
 #include "translator/unpack_meshes.h"
 #include "translator/write_glb.h"
 
@@ -103,6 +104,8 @@ Scene Import(translator::ModelFolder& folder, bool hasNames) {
   const std::unique_ptr<aiPropertyStore, void (*)(aiPropertyStore*)> settings(aiCreatePropertyStore(),
                                                                               aiReleasePropertyStore);
   aiSetImportPropertyInteger(settings.get(), AI_CONFIG_IMPORT_REMOVE_EMPTY_BONES, 0);
+  // Of models without meshes it would draw the bones.
+  aiSetImportPropertyInteger(settings.get(), AI_CONFIG_IMPORT_NO_SKELETON_MESHES, 1);
   aiSetImportPropertyInteger(settings.get(), AI_CONFIG_IMPORT_MD5_NO_ANIM_AUTOLOAD, 1);
   aiSetImportPropertyInteger(settings.get(), AI_CONFIG_IMPORT_COLLADA_USE_COLLADA_NAMES, hasNames);
   Scene scene(aiImportFileExWithProperties(folder.Name().c_str(), aiProcess_Triangulate, folder.Functions(),
@@ -112,9 +115,16 @@ Scene Import(translator::ModelFolder& folder, bool hasNames) {
   return scene;
 }
 
+/// The model as the library understands it.
+std::string ReadModel(std::string_view ending) {
+  std::string model = ReadInput();
+  if (ending == "x") return translator::InlineMaterials(std::move(model));
+  if (ending == "dae") return translator::TrimTexts(model);
+  return model;
+}
+
 std::string Translate(const FormatTraits& format, const std::string& path) {
-  const bool isX = std::string_view(format.ending) == "x";
-  const std::string model = isX ? translator::InlineMaterials(ReadInput()) : ReadInput();
+  const std::string model = ReadModel(format.ending);
   translator::ModelFolder folder(std::string("model.") + format.ending, model, path);
   std::set<std::string> joints;
   if (std::string_view(format.ending) == "dae") joints = translator::FindColladaJoints(model);
@@ -141,9 +151,11 @@ std::string Answer(std::string_view task, const std::string& folder) {
 std::string Refusal(std::string reason) {
   // The library gives what it catches as a text.
   if (reason.find("bad_alloc") != reason.npos) reason = kNoMemory;
+  for (char& c : reason) c = static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
+  // Who tells it ends the sentence.
+  reason.resize(reason.find_last_not_of(" .") + 1);
   constexpr size_t kLongest = 300;
   if (reason.size() > kLongest) reason = reason.substr(0, kLongest) + "...";
-  for (char& c : reason) c = static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
   return std::string(scene::translation::kStreamStart) + "\n" + scene::translation::kErrorWord + reason +
          "\n";
 }

@@ -39,7 +39,8 @@ class MaterialsWriter {
     aiGetMaterialColor(&material, AI_MATKEY_COLOR_EMISSIVE, &emissive);
     aiGetMaterialFloatArray(&material, AI_MATKEY_OPACITY, &opacity, nullptr);
     const bool hasPicture = aiGetMaterialTexture(&material, aiTextureType_DIFFUSE, 0, &path, nullptr,
-                                                 &coordinates) == aiReturn_SUCCESS;
+                                                 &coordinates) == aiReturn_SUCCESS &&
+                            path.length > 0;
     if (!hasPicture || !isTextureAlone_) aiGetMaterialColor(&material, AI_MATKEY_COLOR_DIFFUSE, &diffuse);
     std::string colour = "{\"baseColorFactor\":[" + Number(diffuse.r) + "," + Number(diffuse.g) + "," +
                          Number(diffuse.b) + "," + Number(opacity) + "]";

@@ -58,15 +58,17 @@ bool Is3ds(std::string_view head) {
   return !cursor.Failed() && main == 0x4d4d && (first == 0x0002 || (first >= 0x3d3d && first <= 0x3d3f));
 }
 
-/// Behind 80 bytes of anything a number of triangles: a normal, three points and two bytes each.
+/// Behind 80 bytes of anything a number of triangles: a normal, three points and two bytes each. Normals have length 1,
+/// or none where they are not told; the numbers that other files would have there are tiny or huge.
 bool IsBinaryStl(std::string_view head) {
-  constexpr size_t kHeader = 80, kTriangle = 50, kWholeHead = 4096;
+  constexpr size_t kHeader = 80, kTriangle = 50, kWholeHead = 4096, kMostTriangles = 1 << 27;
   if (head.size() < kHeader + 4 + kTriangle) return false;
   base::ByteCursor cursor(head.substr(kHeader));
   const uint64_t count = cursor.Number<uint32_t>();
-  if (count == 0 || (head.size() < kWholeHead && head.size() != kHeader + 4 + kTriangle * count))
-    return false;
-  for (uint64_t i = 0; i < count && cursor.Remaining() >= kTriangle; ++i) {
+  if (count == 0 || count > kMostTriangles) return false;
+  if (head.size() < kWholeHead && head.size() != kHeader + 4 + kTriangle * count) return false;
+  size_t seen = 0, sensible = 0;
+  for (; seen < count && cursor.Remaining() >= kTriangle; ++seen) {
     double square = 0;
     for (int k = 0; k < 12; ++k) {
       const double number = static_cast<double>(cursor.Number<float>());
@@ -75,9 +77,10 @@ bool IsBinaryStl(std::string_view head) {
       if (k < 3) square += number * number;
     }
     if (square > 1.1) return false;
+    sensible += square == 0 || square > 0.9;
     cursor.Bytes(2);
   }
-  return true;
+  return 2 * sensible >= seen;
 }
 
 bool IsStl(std::string_view head) {

@@ -3,6 +3,7 @@
 
 #include "scene/gltf/open_translated.h"
 #include "scene/other/translate.h"
+#include "scene/other/utf16_text.h"
 #include "scene/readers/open_model.h"
 
 namespace scene {
@@ -26,15 +27,17 @@ class OpenOtherFile : public KFbxOpenFile {
 
   KFbxImportStatus Read(KFbxScene& scene, const KFbxIOSettings& settings) override {
     const std::string folder = gltf::FolderOfModel(settings, path_);
+    const std::optional<std::string> text = other::FromUtf16(bytes_->model);
+    const std::string_view model = text ? *text : bytes_->model;
     try {
-      bytes_->answer = other::Translate(kind_, bytes_->model, folder, [this] { Tell(0); });
+      bytes_->answer = other::Translate(kind_, model, folder, [this] { Tell(0); });
     } catch (const translation::Fault& fault) {
       return {EImportError::eFILE_CORRUPTED, fault.what()};
     }
     KFbxImportStatus status;
     const auto tell = [this](double read) { Tell(kTranslated + (1 - kTranslated) * read); };
     const std::unique_ptr<KFbxOpenFile> file =
-        gltf::OpenTranslated(bytes_->answer.Data(), bytes_, MakeConventions(), path_, tell, status);
+        gltf::OpenTranslated(bytes_->answer.Data(), bytes_, MakeConventions(model), path_, tell, status);
     if (file) status = file->Read(scene, settings);
     for (const std::string& other : bytes_->answer.otherFiles) scene.AddDataFile(folder + other);
     return status;
@@ -45,13 +48,13 @@ class OpenOtherFile : public KFbxOpenFile {
     if (progress_) progress_(done);
   }
 
-  gltf::Conventions MakeConventions() const {
+  gltf::Conventions MakeConventions(std::string_view model) const {
     gltf::Conventions conventions;
     conventions.centimetres = kind_.centimetres;
     conventions.turn = {kind_.turn[0], kind_.turn[1], 0};
     conventions.axes = kind_.looks;
     conventions.model = bytes_->model;
-    if (kind_.name == std::string_view("Collada")) conventions.unitsTaken = other::ColladaUnit(bytes_->model);
+    if (kind_.name == std::string_view("Collada")) conventions.unitsTaken = other::ColladaUnit(model);
     return conventions;
   }
 
@@ -62,6 +65,11 @@ class OpenOtherFile : public KFbxOpenFile {
 };
 
 }  // namespace
+
+bool OtherReader::Detects(std::string_view head) const {
+  const std::optional<std::string> text = other::FromUtf16(head);
+  return kind_.detects(text ? *text : head);
+}
 
 std::unique_ptr<KFbxOpenFile> OtherReader::Open(std::string_view path, const KFbxProgress& progress,
                                                 KFbxFileVersion&, KFbxImportStatus& status) const {

@@ -13,7 +13,7 @@ class OtherReader : public KFbxReader {
   /// @param kind  one of other::ModelKinds()
   explicit OtherReader(const other::ModelKind& kind) : kind_(kind) {}
 
-  bool Detects(std::string_view head) const override { return kind_.detects(head); }
+  bool Detects(std::string_view head) const override;
   std::unique_ptr<KFbxOpenFile> Open(std::string_view path, const KFbxProgress& progress,
                                      KFbxFileVersion& version, KFbxImportStatus& status) const override;
   std::unique_ptr<KFbxOpenFile> OpenMemory(std::string_view path, std::string_view bytes,
