@@ -14,6 +14,7 @@
 #include "scene/other/utf16_text.h"
 #include "scene/sdk_manager.h"
 #include "support/temp_folder.h"
+#include "translator/b3d_bones.h"
 #include "translator/collada_joints.h"
 #include "translator/trim_texts.h"
 
@@ -72,6 +73,7 @@ TEST(ModelKinds, AreKnownByTheirContent) {
   EXPECT_EQ(kindOf("<?xml version=\"1.0\"?>\n<svg>"), "");
   EXPECT_EQ(kindOf("// exported\nMD5Version 10"), "MD5");
   EXPECT_EQ(kindOf("// exported\nversion 1\nnodes\n"), "SMD");
+  EXPECT_EQ(kindOf("BB3D\1"), "B3D");
   EXPECT_EQ(kindOf("# made by hand\n\nmtllib a.mtl\n"), "OBJ");
   EXPECT_EQ(kindOf("just some text\n"), "");
   std::string stl(84 + 50, '\0');
@@ -94,6 +96,25 @@ TEST(ColladaJoints, AreTakenFromTheText) {
                                           "<node type='JOINT' id='A_leg'/><node name=\"hat\" type=\"NODE\"/>"
                                           "<node name=\"cut\" type=\"JOINT\" id=\""),
             (std::set<std::string>{"A_hip", "hip", "A_leg", "cut"}));
+}
+
+std::string Chunk(const std::string& kind, const std::string& content) {
+  std::string size;
+  for (unsigned shift = 0; shift < 32; shift += 8) size += static_cast<char>(content.size() >> shift & 0xff);
+  return kind + size + content;
+}
+
+std::string B3dNode(const std::string& name, const std::string& content) {
+  return Chunk("NODE", name + std::string(1 + 40, '\0') + content);
+}
+
+TEST(B3dBones, AreTakenFromTheirChunks) {
+  const std::string tree = B3dNode(
+      "mesh", B3dNode("hip", Chunk("BONE", "") + B3dNode("hand", Chunk("KEYS", "12"))) + B3dNode("hat", "") +
+                  B3dNode("leg", Chunk("KEYS", "BONE") + Chunk("BONE", "weights.")));
+  const std::string file = Chunk("BB3D", std::string(4, '\1') + Chunk("TEXS", "NODE") + tree);
+  EXPECT_EQ(translator::FindB3dBones(file), (std::set<std::string>{"hip", "leg"}));
+  for (size_t size = 0; size < file.size(); ++size) translator::FindB3dBones(file.substr(0, size));
 }
 
 TEST(TrimTexts, LeavesMarkupAsItIs) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Write the sample character of samples/make_scout.py in other formats, with its pictures beside it:
-scout.dae, scout.x, scout.md5mesh, scout.smd, scout.glb, scout.gltf with scout.bin, and scout.vrm.
+scout.dae, scout.x, scout.b3d, scout.md5mesh, scout.smd, scout.glb, scout.gltf with scout.bin, and scout.vrm.
 
 Usage: export_scout.py FOLDER
 
@@ -229,6 +229,7 @@ def x_mesh(scout, mesh):
 
 
 IDENTITY = [[float(r == c) for c in range(4)] for r in range(4)]
+HALF_TURN = [[v * (1 if r % 2 else -1) for v in row] for r, row in enumerate(IDENTITY[:3])] + IDENTITY[3:]  # about Y
 
 
 def x_file(scout):
@@ -241,6 +242,55 @@ def x_file(scout):
         text += ('Material %s {\n%g;%g;%g;1.0;;\n0.0;\n0.0;0.0;0.0;;\n0.0;0.0;0.0;;\nTextureFilename {\n"%s";\n}\n}\n'
                  % ((name,) + COLOUR + (picture(name),)))
     return text + frame(*scout.bones[0]) + "".join(x_mesh(scout, m) for m in scout.meshes)
+
+
+# ---- B3D: a left hand's axes, looking along Z; one mesh above all bones ----------------------------------------
+
+
+def b3d_chunk(kind, content):
+    return struct.pack("<4si", kind, len(content)) + content
+
+
+def b3d_name(name):
+    return name.encode() + b"\0"
+
+
+def b3d_node(name, matrix, content):
+    m = flipped(matrix)
+    x, y, z, w = quaternion(m)
+    return b3d_chunk(b"NODE", b3d_name(name) + struct.pack("<10f", *(m[r][3] for r in range(3)), 1, 1, 1, -w, x, y, z) +
+                     content)
+
+
+def b3d(scout):
+    corners, groups, base = [], {}, 0
+    for mesh in scout.meshes:
+        vertices = Vertices(mesh)
+        for material, triangle in triangles(mesh):
+            groups.setdefault(material, []).extend(base + vertices.of(c) for c in reversed(triangle))
+        corners += [(mesh, pair) for pair in vertices.pairs]
+        base += len(vertices.pairs)
+    points = b""
+    for mesh, (p, uv) in corners:
+        x, y, z = mesh.points[p]
+        u, v = (round(c, 3) for c in mesh.uvs[uv])
+        points += struct.pack("<5f", -x, y, z, u, 1 - v)
+    names = [n for n, *_ in MATERIALS]
+    faces = b"".join(b3d_chunk(b"TRIS", struct.pack("<%di" % (1 + len(g)), names.index(m), *g))
+                     for m, g in groups.items())
+    whole = b3d_chunk(b"MESH", struct.pack("<i", -1) + b3d_chunk(b"VRTS", struct.pack("<3i", 0, 1, 2) + points) + faces)
+
+    def bone(name, parent):
+        weights = [(i, mesh.weights[p][name] / 1000) for i, (mesh, (p, _)) in enumerate(corners) if name in mesh.weights[p]]
+        content = b3d_chunk(b"BONE", b"".join(struct.pack("<if", *w) for w in weights))
+        place = scout.local(name, parent) if parent else matmul(HALF_TURN, scout.globl[name])
+        return b3d_node(name, place, content + b"".join(bone(c, name) for c in scout.children(name)))
+
+    pictures = b"".join(b3d_name(picture(n)) + struct.pack("<2i5f", 1, 2, 0, 0, 1, 1, 0) for n in names)
+    brushes = b"".join(b3d_name(n) + struct.pack("<5f3i", *COLOUR, 1, 0, 1, 0, i) for i, n in enumerate(names))
+    return b3d_chunk(b"BB3D", struct.pack("<i", 1) + b3d_chunk(b"TEXS", pictures) +
+                     b3d_chunk(b"BRUS", struct.pack("<i", 1) + brushes) +
+                     b3d_node("scout", IDENTITY, whole + bone(*scout.bones[0])))
 
 
 # ---- MD5: inches, Z up, looking along +X; SMD: inches, Z up, looking along -Y ------------------------------------
@@ -424,7 +474,7 @@ def main():
 
     for _, paint, name, *_ in MATERIALS:
         write(name.replace("\\", "/"), tga(paint) if name.endswith(".tga") else png(paint))
-    for name, make in (("dae", collada), ("x", x_file), ("md5mesh", md5), ("smd", smd)):
+    for name, make in (("dae", collada), ("x", x_file), ("b3d", b3d), ("md5mesh", md5), ("smd", smd)):
         write("scout." + name, make(scout))
     parted, whole, avatar = Gltf(scout), Gltf(scout), Gltf(scout)
     write("scout.gltf", parted.text("scout.bin"))

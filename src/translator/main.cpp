@@ -20,6 +20,7 @@
 #include <stdexcept>
 
 #include "scene/readers/stream_words.h"
+#include "translator/b3d_bones.h"
 #include "translator/collada_joints.h"
 #include "translator/inline_materials.h"
 #include "translator/model_folder.h"
@@ -33,6 +34,7 @@ using translator::FormatTraits;
 
 constexpr FormatTraits kFormats[] = {{"dae", "", false, true},
                                      {"x"},
+                                     {"b3d"},
                                      {"md5mesh", "<MD5_Hierarchy>", true},
                                      {"smd", "<SMD_root>"},
                                      {"obj"},
@@ -123,11 +125,17 @@ std::string ReadModel(std::string_view ending) {
   return model;
 }
 
+/// Names of what the model calls joints, where the library does not tell.
+std::set<std::string> FindJoints(std::string_view ending, std::string_view model) {
+  if (ending == "dae") return translator::FindColladaJoints(model);
+  if (ending == "b3d") return translator::FindB3dBones(model);
+  return {};
+}
+
 std::string Translate(const FormatTraits& format, const std::string& path) {
   const std::string model = ReadModel(format.ending);
   translator::ModelFolder folder(std::string("model.") + format.ending, model, path);
-  std::set<std::string> joints;
-  if (std::string_view(format.ending) == "dae") joints = translator::FindColladaJoints(model);
+  const std::set<std::string> joints = FindJoints(format.ending, model);
   Scene scene = Import(folder, true);
   auto tree = std::make_unique<translator::NodeTree>(*scene, format.jointRoot, joints);
   if (tree->IsAmbiguous()) {

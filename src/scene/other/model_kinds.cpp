@@ -32,6 +32,8 @@ bool IsCollada(std::string_view head) {
   return base::TextStart(head).starts_with('<') && head.find("<COLLADA") != head.npos;
 }
 
+bool IsB3d(std::string_view head) { return head.starts_with("BB3D"); }
+
 bool IsX(std::string_view head) { return head.starts_with("xof "); }
 
 bool IsMd5(std::string_view head) { return SkipComments(head, "//").starts_with("MD5Version"); }
@@ -99,6 +101,14 @@ constexpr ModelKind kKinds[] = {
      {0, 0},
      "Y is made to be up where the file says that another axis is"},
     {"X", "x", IsX, 1, {0, 0}, "Z is turned round, as it points away there; Y is up"},
+    {"B3D",
+     "b3d",
+     IsB3d,
+     1,
+     {0, 180},
+     "Z is turned round, as it points away there, and its characters look along it; they are made to look "
+     "along +Z, "
+     "with Y up"},
     {"MD5",
      "md5mesh",
      IsMd5,
