@@ -136,6 +136,11 @@ TEST_F(GltfDraco, MeshesAreReadLikePlainOnes) {
   GltfFile both = square_.WithBoth();
   both.root["bufferViews"].back()["byteLength"] = 1;
   EXPECT_EQ(Read(both), plain) << "plain data needs no library";
+  both = square_.WithBoth();
+  both.root["buffers"] = {{{"byteLength", both.data.size()}},
+                          {{"byteLength", 999}, {"uri", "not/there.bin"}}};
+  for (size_t i = 0; i + 1 < both.root["bufferViews"].size(); ++i) both.root["bufferViews"][i]["buffer"] = 1;
+  EXPECT_EQ(Read(both), plain) << "the plain copy is missing";
 }
 
 TEST_F(GltfDraco, DamageIsToldWithTheReason) {

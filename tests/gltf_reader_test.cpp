@@ -227,6 +227,43 @@ TEST(Gltf, SkinsStandWhereTheyWereBound) {
   EXPECT_THAT(Xyz(other.GetCluster(0)->GetTransformMatrix()->GetT()), ElementsAre(0, 200, 0));
 }
 
+TEST(Gltf, PosedSkeletonsStandAsTheyWereBound) {
+  // Bound, the tip stood one above the root and was not turned; its mesh stands at z = 3.
+  const std::vector<double> leaning{0, 0, 0.2, 0.979796}, turned{0, 0, 1, 1};
+  const auto load = [&](double meshAt, const std::vector<std::vector<float>>& moves) {
+    GltfFile file;
+    const size_t sword = file.Add("nodes", {{"name", "sword"}, {"translation", {0, 1, 0}}});
+    const size_t tip = file.Add(
+        "nodes", {{"name", "tip"}, {"translation", {0, 1, 0}}, {"rotation", turned}, {"children", {sword}}});
+    const size_t root = file.Top(
+        {{"name", "root"}, {"translation", {0.2, 0, 3}}, {"rotation", leaning}, {"children", {tip}}});
+    const size_t blade =
+        file.Mesh({{"attributes", file.Held({{"POSITION", file.Points(kSquare)}}, {0, 0, 0, 0})}});
+    file.Top({{"name", "blade"}, {"mesh", blade}, {"skin", AddSkin(file, {sword}, {{0, 0, 0}})}});
+    const size_t mesh =
+        file.Mesh({{"attributes", file.Held({{"POSITION", file.Points(kSquare)}}, {0, 1, 1, 1})}});
+    const size_t skin = AddSkin(file, {root, tip}, moves);
+    file.Top({{"name", "m"}, {"mesh", mesh}, {"skin", skin}, {"translation", {0, 0, meshAt}}});
+    return Loaded(file);
+  };
+  const auto placeOf = [](const Loaded& loaded, const char* bone) {
+    const scene::KFbxPose& pose = *loaded.scene->GetPose(0);
+    return Xyz(pose.GetMatrix(pose.Find(&loaded.Node(bone))).GetT());
+  };
+  const auto isNear = [](double x, double y, double z) {
+    return testing::Pointwise(testing::DoubleNear(1e-3), {x, y, z});
+  };
+  const std::vector<std::vector<float>> bound{{0, 0, 0}, {0, -1, 0}};
+  const Loaded upright = load(3, bound), far = load(9, bound), unbound = load(3, {});
+  EXPECT_THAT(placeOf(upright, "root"), isNear(0, 0, 300)) << "where the mesh would have it";
+  EXPECT_THAT(placeOf(upright, "sword"), isNear(0, 200, 300)) << "its skin comes first, but it goes along";
+  EXPECT_THAT(upright.scene->GetRemarks(), testing::Contains(HasSubstr("is posed")));
+  EXPECT_THAT(placeOf(far, "root"), isNear(20, 0, 300)) << "the mesh's node is nowhere near";
+  EXPECT_THAT(placeOf(unbound, "tip"), isNear(-19.192, 92, 300)) << "without matrices all stay";
+  EXPECT_THAT(placeOf(unbound, "sword"), isNear(-111.192, 52.808, 300));
+  EXPECT_THAT(unbound.scene->GetRemarks(), testing::Not(testing::Contains(HasSubstr("is posed"))));
+}
+
 TEST(Gltf, SeveralTopJointsAreJoinedAndHungMeshesHeld) {
   GltfFile file;
   Json attributes = file.Held({{"POSITION", file.Points(kSquare)}}, {0, 0, 0, 0});
@@ -286,6 +323,9 @@ TEST(Gltf, ViewsAreUnpackedByMeshoptimizer) {
   pack(0, encodeVertices(room.data(), room.size(), kSquare.data(), 4, 12), "ATTRIBUTES", 12, 4);
   const unsigned corners[] = {0, 1, 2};
   pack(3, encodeIndices(room.data(), room.size(), corners, 3), "TRIANGLES", 2, 3);
+  file.root["buffers"] = {{{"byteLength", file.data.size()}},
+                          {{"byteLength", 999}, {"uri", "not/there.bin"}}};
+  file.root["bufferViews"][3]["buffer"] = 1;  // a plain copy that is missing
   const Loaded unpacked(file);
   EXPECT_EQ(PointsOf(unpacked.Mesh("m")), PointsOf(plain.Mesh("m")));
   EXPECT_EQ(TrianglesOf(unpacked.Mesh("m")), TrianglesOf(plain.Mesh("m")));
@@ -327,7 +367,7 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   expect("/accessors/0/componentType", 5124, "component type 5124");
   expect("/bufferViews/0/byteOffset", 1e14, "leads out of its data");
   expect("/bufferViews/0", {{"byteLength", 48}}, "leads out of its data");
-  expect("/bufferViews/0/extensions", {{"EXT_meshopt_compression", Json::object()}}, "view is damaged");
+  expect("/bufferViews/0/extensions", {{"EXT_meshopt_compression", {{"buffer", 0}}}}, "view is damaged");
   for (const char* uri :
        {"/etc/passwd", "../x.bin", "a/../../x", "file:///x", "http://x/y", "C:\\x", "%2e%2e/x"})
     expect("/buffers", {{{"byteLength", 4}, {"uri", uri}}}, "not below the model's folder");
@@ -336,6 +376,21 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   const auto expectText = [](const std::string& text, const char* reason) {
     EXPECT_THAT(Loaded(text).error, HasSubstr(reason));
   };
+  for (const char* uri : {"DATA:text/plain,AA%20AAAAAAA", "data:;base64,AAAAAAAAAAAA"}) {
+    GltfFile file = Sound();
+    file.root["buffers"] = {{{"byteLength", file.data.size()}}, {{"byteLength", 9}, {"uri", uri}}};
+    file.root["bufferViews"][3] = {{"buffer", 1}, {"byteLength", 6}};
+    EXPECT_EQ(Loaded(file).error, "");
+  }
+  EXPECT_EQ(Loaded(Sound().Glb() + "appended by somebody").error, "");
+  GltfFile child = Sound();
+  child.Top({{"children", {1}}});
+  child.root["scenes"][0]["nodes"] = {1};
+  child.root["extensionsUsed"] = {"EXT_mesh_gpu_instancing"};
+  child.root["extensionsRequired"] = {"KHR_materials_new", "A_new"};
+  EXPECT_THAT(Loaded(child).scene->GetRemarks(),
+              testing::Contains(HasSubstr("missing: A_new, EXT_mesh_gpu_instancing")));
+  EXPECT_TRUE(support::FindNode(*Loaded(child).scene, "m")) << "a scene that names no top node";
   expectText("{\"a\": 1}", "not a glTF file");
   expectText("{\"asset\": {", "damaged at byte");
   expectText("{\"asset\": 1e999}", "a number is too large");

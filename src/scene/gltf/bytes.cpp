@@ -30,6 +30,8 @@ FileParts SplitFile(std::string_view bytes) {
     const auto size = cursor.Number<uint32_t>();
     const auto type = cursor.Number<uint32_t>();
     const std::string_view content = cursor.Bytes(size);
+    // What some programs append is no chunk.
+    if (cursor.Failed() && !isFirst && (type != kBinaryChunk || parts.hasBinary)) break;
     if (cursor.Failed()) throw Fault("the glTF file is cut off");
     if (isFirst && type == kJsonChunk) {
       parts.json = content;
@@ -43,7 +45,15 @@ FileParts SplitFile(std::string_view bytes) {
 }
 
 void BufferBytes::Open(const Document& document) {
-  for (const Buffer& buffer : document.buffers) buffers_.push_back(OpenBuffer(buffer, buffers_.size()));
+  for (const Buffer& buffer : document.buffers) {
+    const size_t index = buffers_.size();
+    buffers_.emplace_back();
+    try {
+      buffers_[index] = OpenBuffer(buffer, index);
+    } catch (const Fault& fault) {
+      faults_[static_cast<uint32_t>(index)] = fault.what();
+    }
+  }
 }
 
 uint32_t BufferBytes::Add(Document& document, std::string bytes) {
@@ -99,6 +109,7 @@ std::vector<std::string> BufferBytes::PathsOfOtherFiles() const {
 
 std::string_view BufferBytes::BytesOf(uint32_t buffer, uint64_t offset, uint64_t size) const {
   const std::string_view bytes = buffer == kNone ? std::string_view() : buffers_[buffer];
+  if (const auto fault = faults_.find(buffer); fault != faults_.end()) throw Fault(fault->second);
   if (offset > bytes.size() || size > bytes.size() - offset)
     throw Fault("an accessor or a picture leads out of its data");
   return bytes.substr(static_cast<size_t>(offset), static_cast<size_t>(size));
@@ -109,8 +120,15 @@ void BufferBytes::Unpack(const Document& document, Budget& budget) {
     const BufferView& view = document.views[i];
     if (view.compressed.empty()) continue;
     const PackedView& packed = view.packed;
+    const bool isPackedThere = packed.buffer != kNone && !buffers_[packed.buffer].empty();
+    if (Has(view) && !(isPackedThere && CanUnpackViews())) continue;
     unpacked_[i] = UnpackView(view, BytesOf(packed.buffer, packed.offset, packed.size), budget);
   }
+}
+
+bool BufferBytes::Has(const BufferView& view) const {
+  const uint64_t size = view.buffer == kNone ? 0 : buffers_[view.buffer].size();
+  return size > 0 && view.offset <= size && view.size <= size - view.offset;
 }
 
 std::string_view BufferBytes::At(const Document& document, const Place& place, uint64_t size) const {

@@ -47,10 +47,10 @@ class BufferBytes {
   /// @param folder  of the model, with a separator at its end; nothing outside is opened
   BufferBytes(const FileParts& file, std::string folder) : file_(file), folder_(std::move(folder)) {}
 
-  /// Makes all buffers of `document` ready.
-  /// @throws Fault when one is missing or shorter than it says
+  /// Makes all buffers of `document` ready. One that is missing, or shorter than it says, is told where somebody
+  /// needs it: it may be a copy of what the file has compressed as well.
   void Open(const Document& document);
-  /// Unpacks the views that are compressed.
+  /// Unpacks the views that are compressed; those that cannot be unpacked here stay plain where they are there.
   /// @param budget  what they unpack to is taken from it
   /// @throws Fault when one is damaged, or cannot be unpacked here
   void Unpack(const Document& document, Budget& budget);
@@ -68,6 +68,8 @@ class BufferBytes {
   /// `size` bytes at `place`.
   /// @throws Fault when they are not all there
   std::string_view At(const Document& document, const Place& place, uint64_t size) const;
+  /// Whether the data of a view is there.
+  bool Has(const BufferView& view) const;
   /// All bytes of a view.
   std::string_view View(const Document& document, uint32_t view) const;
 
@@ -79,6 +81,7 @@ class BufferBytes {
   FileParts file_;
   std::string folder_;
   std::vector<std::string_view> buffers_;
+  std::map<uint32_t, std::string> faults_;  ///< why buffers are not there
   std::deque<std::string> decoded_;
   std::map<uint32_t, std::string> unpacked_;  ///< by the numbers of their views
   std::map<std::string, platform::MappedFile> files_;

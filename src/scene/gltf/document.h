@@ -71,6 +71,7 @@ struct Accessor {
 struct PackedPrimitive {
   uint32_t view = kNone;                                  ///< kNone: it is not compressed
   std::vector<std::pair<uint32_t, uint32_t>> attributes;  ///< accessor and number within the data
+  bool isSpare = false;                                   ///< the file may have the same without compression
 
   auto operator<=>(const PackedPrimitive&) const = default;
 };
@@ -145,6 +146,7 @@ struct Document {
   std::vector<Material> materials;
   std::vector<Image> images;
   std::vector<std::string> motions;
+  std::string unread;           ///< extensions that shape the model and are not read, as "A, B"
   std::vector<uint32_t> roots;  ///< nodes without a parent, those of the scene that is shown
   Avatar avatar;
 };

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/plain_text.h"
 #include "platform/files.h"
 #include "scene/gltf/document.h"
 #include "scene/model/texture.h"
@@ -33,12 +34,14 @@ std::string DecodePercents(std::string_view uri) {
 
 }  // namespace
 
-bool IsDataUri(std::string_view uri) { return uri.starts_with(kData); }
+bool IsDataUri(std::string_view uri) {
+  return base::LowerCase(std::string(uri.substr(0, kData.size()))) == kData;
+}
 
 std::string DecodeDataUri(std::string_view uri) {
   const size_t comma = uri.find(',');
-  if (comma == std::string_view::npos || !uri.substr(0, comma).ends_with(kBase64))
-    throw Fault("embedded data is not in base64");
+  if (comma == std::string_view::npos) throw Fault("embedded data is damaged");
+  if (!uri.substr(0, comma).ends_with(kBase64)) return DecodePercents(uri.substr(comma + 1));
   const std::string_view text = uri.substr(comma + 1);
   std::string bytes = DecodeBase64(text);
   if (bytes.empty() && !text.empty()) throw Fault("embedded data is damaged");

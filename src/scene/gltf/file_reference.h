@@ -9,8 +9,8 @@ namespace scene::gltf {
 /// Whether `uri` holds its data itself.
 bool IsDataUri(std::string_view uri);
 
-/// The bytes of a data URI in base64.
-/// @throws Fault for any other, and for damaged ones
+/// The bytes of a data URI, in base64 or as text.
+/// @throws Fault for damaged ones
 std::string DecodeDataUri(std::string_view uri);
 
 /// The path below the model's folder that `uri` means, with backslashes; empty when it does not lead to a place

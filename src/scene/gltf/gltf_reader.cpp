@@ -93,6 +93,7 @@ class OpenGltfFile : public KFbxOpenFile {
     // From the world of the file into that of FBX characters.
     const KFbxXMatrix world{{}, conventions_.turn, {scale_, scale_, scale_}};
     const gltf::Rig rig = gltf::FindRig(document_, accessors, world);
+    isPosed_ = rig.isPosed;
     WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, storage->meshes, addedRoot_);
     Tell(kDataRead);
   }
@@ -112,6 +113,13 @@ class OpenGltfFile : public KFbxOpenFile {
     }
     scene.AddRemark(unit);
     scene.AddRemark(conventions_.axes);
+    if (!document_.unread.empty()) {
+      scene.AddRemark("it has extensions that are not read, so something may be missing: " +
+                      document_.unread);
+    }
+    if (isPosed_) {
+      scene.AddRemark("its skeleton is posed, and the package has it as it stood when the skin was bound");
+    }
     if (!addedRoot_.empty()) {
       scene.AddRemark("its skeleton has several top bones; they stand under a new bone \"" + addedRoot_ +
                       "\"");
@@ -124,6 +132,7 @@ class OpenGltfFile : public KFbxOpenFile {
   KString path_;
   KFbxProgress progress_;
   double scale_ = 1.0;
+  bool isPosed_ = false;
   std::string addedRoot_;  ///< name of the bone that joins several top bones
 };
 

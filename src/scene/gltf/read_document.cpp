@@ -16,6 +16,16 @@ namespace {
 constexpr const char* kViewCompressions[] = {"EXT_meshopt_compression", "KHR_meshopt_compression"};
 constexpr const char* kMeshCompression = "KHR_draco_mesh_compression";
 
+/// How the names of extensions begin that are read, or are about what packages do not have.
+constexpr std::string_view kHarmless[] = {"EXT_lights_",   "EXT_meshopt_",
+                                          "EXT_texture_",  "KHR_animation_",
+                                          "KHR_audio",     "KHR_draco_mesh_",
+                                          "KHR_lights_",   "KHR_materials_",
+                                          "KHR_mesh_quan", "KHR_meshopt_",
+                                          "KHR_texture",   "KHR_xmp",
+                                          "MSFT_texture",  "VRM"};
+constexpr const char* kInstances = "EXT_mesh_gpu_instancing";
+
 /// Makes the list of what `values` holds.
 template <class T, class Read>
 std::vector<T> ReadList(JsonValue values, const Read& read) {
@@ -54,6 +64,7 @@ class DocumentReader {
     FindParents();
     FindRoots();
     ReadMotions();
+    ListUnread();
     document_.avatar = ReadAvatar(root_["extensions"], document_.nodes.size());
     return std::move(document_);
   }
@@ -215,19 +226,14 @@ class DocumentReader {
     result.targets = ReadList<uint32_t>(primitive["targets"], [&](JsonValue target) {
       return target["POSITION"].Index(accessors, "accessor");
     });
-    if (const JsonValue packed = primitive["extensions"][kMeshCompression];
-        packed && (needsMeshCompression_ || !HasData(result)))
+    if (const JsonValue packed = primitive["extensions"][kMeshCompression])
       result.packed = ReadPacked(packed, attributes);
     return result;
   }
 
-  /// Whether there is more of a primitive than what is compressed.
-  bool HasData(const Primitive& primitive) const {
-    return primitive.position != kNone && document_.accessors[primitive.position].place.view != kNone;
-  }
-
   PackedPrimitive ReadPacked(JsonValue packed, JsonValue attributes) const {
-    PackedPrimitive result{packed["bufferView"].Index(document_.views.size(), "buffer view"), {}};
+    PackedPrimitive result{
+        packed["bufferView"].Index(document_.views.size(), "buffer view"), {}, !needsMeshCompression_};
     if (result.view == kNone) throw Fault("a compressed mesh has no data");
     packed["attributes"].ForEachMember([&](const std::string& name, JsonValue id) {
       const uint32_t accessor = attributes[name].Index(document_.accessors.size(), "accessor");
@@ -243,12 +249,28 @@ class DocumentReader {
            isOf("WEIGHTS_");
   }
 
-  bool Requires(std::string_view extension) const {
-    const JsonValue required = root_["extensionsRequired"];
-    for (size_t i = 0; i < required.size(); ++i) {
-      if (required.At(i).Text() == extension) return true;
+  bool Requires(std::string_view extension) const { return IsIn(root_["extensionsRequired"], extension); }
+
+  static bool IsIn(JsonValue names, std::string_view name) {
+    for (size_t i = 0; i < names.size(); ++i) {
+      if (names.At(i).Text() == name) return true;
     }
     return false;
+  }
+
+  /// What somebody who does without them would not see as it is.
+  void ListUnread() {
+    constexpr size_t kMost = 5, kLongest = 60;
+    std::vector<std::string> names;
+    const JsonValue required = root_["extensionsRequired"];
+    for (size_t i = 0; i < required.size() && names.size() < kMost; ++i) {
+      const std::string name = required.At(i).Name();
+      const auto begins = [&](std::string_view start) { return name.starts_with(start); };
+      if (std::none_of(std::begin(kHarmless), std::end(kHarmless), begins))
+        names.push_back(name.substr(0, kLongest));
+    }
+    if (IsIn(root_["extensionsUsed"], kInstances) && !Requires(kInstances)) names.push_back(kInstances);
+    for (const std::string& name : names) document_.unread += (document_.unread.empty() ? "" : ", ") + name;
   }
 
   Mesh ReadMesh(JsonValue mesh) const {
@@ -316,7 +338,7 @@ class DocumentReader {
     }
   }
 
-  /// The nodes of the scene that is shown; without any scene all.
+  /// The nodes of the scene that is shown; all without any scene, and where it names none that stands at the top.
   void FindRoots() {
     const JsonValue scenes = root_["scenes"];
     const uint32_t shown = root_["scene"].Index(scenes.size(), "scene");
@@ -328,7 +350,8 @@ class DocumentReader {
       if (document_.nodes[root].parent == kNone && !taken[root]) document_.roots.push_back(root);
       taken[root] = true;
     }
-    for (uint32_t i = 0; scenes.size() == 0 && i < document_.nodes.size(); ++i) {
+    const bool isLost = document_.roots.empty();
+    for (uint32_t i = 0; isLost && i < document_.nodes.size(); ++i) {
       if (document_.nodes[i].parent == kNone) document_.roots.push_back(i);
     }
   }

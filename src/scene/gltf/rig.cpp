@@ -2,8 +2,11 @@
 #include "scene/gltf/rig.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
+
+#include "scene/gltf/rest_pose.h"
 
 namespace scene::gltf {
 namespace {
@@ -114,27 +117,50 @@ class RigFinder {
     return (node == kNone ? world_ : *fixed_[node]) * below;
   }
 
-  /// Those that nothing wears come last: they say nothing of how the others stand.
+  /// Skins that nothing wears come last: they say nothing of how the others stand. Of those that are worn the ones
+  /// with a bind pose come first, and then those whose joints lie higher, which carry the others along.
   void BindSkins() {
-    rig_.skins.resize(document_.skins.size());
-    std::vector<bool> isWorn(document_.skins.size());
+    const size_t count = document_.skins.size();
+    rig_.skins.resize(count);
+    std::vector<uint32_t> wearers(count, kNone), order(count);
     for (const uint32_t node : rig_.order) {
       const Node& wearer = document_.nodes[node];
-      if (wearer.mesh != kNone && wearer.skin != kNone) isWorn[wearer.skin] = true;
+      if (wearer.mesh != kNone && wearer.skin != kNone && wearers[wearer.skin] == kNone)
+        wearers[wearer.skin] = node;
     }
-    for (const bool worn : {true, false}) {
-      for (uint32_t skin = 0; skin < document_.skins.size(); ++skin) {
-        if (isWorn[skin] == worn) BindSkin(skin);
-      }
+    std::vector<std::array<uint32_t, 3>> ranks(count);
+    for (uint32_t skin = 0; skin < count; ++skin) {
+      BoundSkin& bound = rig_.skins[skin];
+      bound.inverseBind = ReadInverseBind(document_.skins[skin]);
+      bound.place = world_;
+      order[skin] = skin;
+      ranks[skin] = {wearers[skin] == kNone, !HasBindPose(bound), TopDepthOf(document_.skins[skin])};
     }
+    std::stable_sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) { return ranks[a] < ranks[b]; });
+    const RestPose rest(document_, rig_.order, world_);
+    for (const uint32_t skin : order) BindSkin(skin, wearers[skin], rest);
   }
 
-  /// Bones that another skin has placed stay there; else the topmost joint stays where it stands.
-  void BindSkin(uint32_t index) {
-    const Skin& skin = document_.skins[index];
-    BoundSkin& bound = rig_.skins[index];
-    bound.inverseBind = ReadInverseBind(skin);
-    bound.place = world_;
+  /// Matrices that are all the same, as of skins without any, say nothing of where the joints stood.
+  static bool HasBindPose(const BoundSkin& bound) {
+    const std::vector<KFbxXMatrix>& all = bound.inverseBind;
+    return all.size() == 1 || std::any_of(all.begin(), all.end(), [&](const KFbxXMatrix& matrix) {
+             for (size_t i = 0; i < 16; ++i) {
+               if (matrix.At(i) != all[0].At(i)) return true;
+             }
+             return false;
+           });
+  }
+
+  uint32_t TopDepthOf(const Skin& skin) const {
+    uint32_t depth = kNone;
+    for (const uint32_t joint : skin.joints) depth = std::min(depth, isShown_[joint] ? depth_[joint] : kNone);
+    return depth;
+  }
+
+  /// The joint that places the others: one that another skin has placed, else the topmost. As many as there are
+  /// joints for none.
+  size_t ReferenceOf(const Skin& skin, const BoundSkin& bound) const {
     size_t reference = skin.joints.size();
     for (size_t i = 0; i < skin.joints.size(); ++i) {
       const uint32_t joint = skin.joints[i];
@@ -145,12 +171,34 @@ class RigFinder {
                              depth_[joint] < depth_[skin.joints[reference]]);
       if (isBetter) reference = i;
     }
+    return reference;
+  }
+
+  /// Bones that another skin has placed stay there; else the topmost joint stays where it stands, unless the
+  /// skeleton is posed: then it stands where the skin's mesh would have it, if that is near.
+  void BindSkin(uint32_t index, uint32_t wearer, const RestPose& rest) {
+    const Skin& skin = document_.skins[index];
+    BoundSkin& bound = rig_.skins[index];
+    const size_t reference = ReferenceOf(skin, bound);
     if (reference == skin.joints.size()) return;
-    const KFbxXMatrix place = PlaceOf(skin.joints[reference]) * bound.inverseBind[reference];
+    const KFbxXMatrix& inverseBind = bound.inverseBind[reference];
+    KFbxXMatrix place = PlaceOf(skin.joints[reference]) * inverseBind;
+    const bool isFree = wearer != kNone && !fixed_[skin.joints[reference]];
+    const bool hasBindPose = HasBindPose(bound);
+    if (isFree && hasBindPose && !rest.IsBindPose(skin.joints, bound.inverseBind, reference)) {
+      rig_.isPosed = true;
+      const KFbxXMatrix upright = PlaceOf(wearer);
+      if (rest.IsNear(skin.joints, skin.joints[reference], upright * inverseBind.Inverse())) place = upright;
+    }
     if (IsInvertible(place)) bound.place = place;
     for (size_t i = 0; i < skin.joints.size(); ++i) {
       std::optional<KFbxXMatrix>& fixed = fixed_[skin.joints[i]];
-      if (!fixed && IsInvertible(bound.inverseBind[i])) fixed = bound.place * bound.inverseBind[i].Inverse();
+      if (fixed || !isShown_[skin.joints[i]]) continue;
+      if (!hasBindPose) {
+        fixed = PlaceOf(skin.joints[i]);
+      } else if (IsInvertible(bound.inverseBind[i])) {
+        fixed = bound.place * bound.inverseBind[i].Inverse();
+      }
     }
   }
 

@@ -20,10 +20,12 @@ struct Rig {
   std::vector<uint32_t> boneAbove;  ///< nearest bone that is the node or above it, or kNone
   std::vector<KFbxXMatrix> places;  ///< world transform of each node
   std::vector<BoundSkin> skins;
+  bool isPosed = false;  ///< the joints stand otherwise now than when their skins were bound
 };
 
 /// Joints, the bones of an avatar's human and all nodes between them are bones. A skin is put where its topmost
-/// joint stands now; the others stand around that one as the inverse bind matrices say.
+/// joint stands now; the others stand around that one as the inverse bind matrices say. Of a skeleton that is posed
+/// it is put where the node of its mesh stands, if that is near, and without such matrices all joints stay.
 /// @param world  what the world of the file becomes: its unit and its front
 /// @throws Fault
 Rig FindRig(const Document& document, const AccessorReader& accessors, const KFbxXMatrix& world);

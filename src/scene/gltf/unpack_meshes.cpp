@@ -47,7 +47,7 @@ class MeshUnpacker {
       : document_(document), bytes_(bytes), budget_(budget) {
     for (Mesh& mesh : document_.meshes) {
       for (Primitive& primitive : mesh.primitives) {
-        if (primitive.packed.view != kNone && primitive.HasSurface())
+        if (primitive.packed.view != kNone && primitive.HasSurface() && !IsPlain(primitive))
           uses_[KeyOf(primitive)].push_back(&primitive);
       }
     }
@@ -81,6 +81,13 @@ class MeshUnpacker {
 
   /// Primitives with equal keys unpack to the same.
   using Key = std::pair<PackedPrimitive, uint32_t>;
+
+  /// Whether a primitive is there without compression, too, so that the library need not be.
+  bool IsPlain(const Primitive& primitive) const {
+    if (!primitive.packed.isSpare || primitive.position == kNone) return false;
+    const uint32_t view = document_.accessors[primitive.position].place.view;
+    return view != kNone && bytes_.Has(document_.views[view]);
+  }
 
   static Key KeyOf(const Primitive& primitive) { return {primitive.packed, primitive.indices}; }
 

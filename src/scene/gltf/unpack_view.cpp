@@ -10,16 +10,23 @@ namespace {
 using Decode = int (*)(void* to, size_t count, size_t size, const unsigned char* from, size_t fromSize);
 using Filter = void (*)(void* numbers, size_t count, size_t stride);
 
+/// Null where the library is not.
+void* FindFunction([[maybe_unused]] const char* name) {
+#ifdef _WIN32
+  return nullptr;
+#else
+  return platform::LoadPlugin("libmeshoptimizer.so.2d", name);
+#endif
+}
+
 template <class Function>
 Function LoadFunction(const BufferView& view, const char* name) {
 #ifdef _WIN32
-  void* const function = nullptr;
   constexpr const char* kRemedy = "on Windows";
-  static_cast<void>(name);
 #else
-  void* const function = platform::LoadPlugin("libmeshoptimizer.so.2d", name);
   constexpr const char* kRemedy = "without the package libmeshoptimizer2d";
 #endif
+  void* const function = FindFunction(name);
   if (!function) {
     throw Fault("its data is compressed with " + view.compressed + ", which is not read " + kRemedy +
                 "; export the model without compression");
@@ -45,6 +52,8 @@ void Check(const PackedView& packed, uint64_t size) {
 }
 
 }  // namespace
+
+bool CanUnpackViews() { return FindFunction("meshopt_decodeVertexBuffer") != nullptr; }
 
 std::string UnpackView(const BufferView& view, std::string_view packed, Budget& budget) {
   const PackedView& how = view.packed;

@@ -8,6 +8,9 @@
 
 namespace scene::gltf {
 
+/// Whether there is a library that unpacks views.
+bool CanUnpackViews();
+
 /// Unpacks a view that is compressed with EXT_meshopt_compression, by the library meshoptimizer, which is loaded when
 /// the first such view comes.
 /// @param packed  the bytes that `view.packed` names
