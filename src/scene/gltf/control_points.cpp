@@ -4,6 +4,14 @@
 #include <cmath>
 
 namespace scene::gltf {
+namespace {
+
+KFbxVector4 PlacedVertex(const Vertices& list, size_t vertex, const KFbxXMatrix& place) {
+  const auto at = [&](size_t axis) { return static_cast<double>(list.positions.At(vertex, axis)); };
+  return place.MultT({at(0), at(1), at(2)});
+}
+
+}  // namespace
 
 uint64_t Vertices::Memory() const {
   uint64_t bytes = positions.Memory() + normals.Memory();
@@ -27,14 +35,22 @@ FbxArray<double> ControlPoints::Placed(const KFbxXMatrix& place) const {
   FbxArray<double> xyz;
   double* to = xyz.Allocate(3 * points_.size());
   ForEach([&](uint32_t, const Vertices& list, size_t vertex) {
-    const auto at = [&](size_t axis) { return static_cast<double>(list.positions.At(vertex, axis)); };
-    const KFbxVector4 placed = place.MultT({at(0), at(1), at(2)});
+    const KFbxVector4 placed = PlacedVertex(list, vertex, place);
     for (size_t axis = 0; axis < 3; ++axis) {
       const auto number = static_cast<float>(placed[axis]);
       *to++ = std::isfinite(number) ? static_cast<double>(number) : 0.0;
     }
   });
   return xyz;
+}
+
+void ControlPoints::AddHeights(const KFbxXMatrix& place, HeightRange& range) const {
+  ForEach([&](uint32_t, const Vertices& list, size_t vertex) {
+    const double y = PlacedVertex(list, vertex, place)[1];
+    if (!std::isfinite(y)) return;
+    range.low = std::min(range.low, y);
+    range.high = std::max(range.high, y);
+  });
 }
 
 void ControlPoints::DropNormals() {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <vector>
 
 #include "scene/gltf/elements.h"
@@ -51,6 +52,15 @@ struct Vertices {
   uint64_t Memory() const;
 };
 
+/// From the lowest to the highest of some points, along Y.
+struct HeightRange {
+  double low = std::numeric_limits<double>::infinity();
+  double high = -std::numeric_limits<double>::infinity();
+
+  /// 0 without points.
+  double Height() const { return std::max(high - low, 0.0); }
+};
+
 /// The control points of a mesh: of the vertices that are one point the first, where the file has it.
 class ControlPoints {
  public:
@@ -81,6 +91,8 @@ class ControlPoints {
   }
   /// x, y, z of each point, taken by `place` to where they belong and rounded to single precision.
   FbxArray<double> Placed(const KFbxXMatrix& place) const;
+  /// Adds the points, where `place` takes them, to `range`.
+  void AddHeights(const KFbxXMatrix& place, HeightRange& range) const;
   void DropNormals();
 
  private:

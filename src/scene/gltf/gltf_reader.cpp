@@ -42,6 +42,19 @@ gltf::Conventions ConventionsOf(const gltf::Document& document) {
   return conventions;
 }
 
+/// For users, in centimetres or metres.
+std::string LengthText(double centimetres) {
+  char text[40];
+  if (centimetres < 10) {
+    std::snprintf(text, sizeof text, "%.2g cm", centimetres);
+  } else if (centimetres < 1000) {
+    std::snprintf(text, sizeof text, "%.0f cm", centimetres);
+  } else {
+    std::snprintf(text, sizeof text, "%.4g m", centimetres / 100);
+  }
+  return text;
+}
+
 class OpenGltfFile : public KFbxOpenFile {
  public:
   OpenGltfFile(std::shared_ptr<GltfFiles> files, gltf::Document document, gltf::Conventions conventions,
@@ -95,6 +108,9 @@ class OpenGltfFile : public KFbxOpenFile {
     const gltf::Rig rig = gltf::FindRig(document_, accessors, world);
     isPosed_ = rig.isPosed;
     WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, storage->meshes, addedRoot_);
+    gltf::HeightRange heights;
+    for (const gltf::Geometry& mesh : storage->meshes) mesh.points.AddHeights(mesh.place, heights);
+    height_ = heights.Height();
     Tell(kDataRead);
   }
 
@@ -106,12 +122,7 @@ class OpenGltfFile : public KFbxOpenFile {
   void Remark(KFbxScene& scene) const {
     for (const std::string& path : files_->buffers->PathsOfOtherFiles()) scene.AddDataFile(path);
     scene.SetLicence(document_.avatar.licence);
-    char unit[100] = "its lengths are taken for centimetres, as FBX characters have them";
-    if (scale_ != 1.0) {
-      std::snprintf(unit, sizeof unit,
-                    "its lengths are multiplied by %g to be the centimetres of FBX characters", scale_);
-    }
-    scene.AddRemark(unit);
+    scene.AddRemark(UnitRemark());
     scene.AddRemark(conventions_.axes);
     if (!document_.unread.empty()) {
       scene.AddRemark("it has extensions that are not read, so something may be missing: " +
@@ -126,6 +137,15 @@ class OpenGltfFile : public KFbxOpenFile {
     }
   }
 
+  std::string UnitRemark() const {
+    char unit[100] = "its lengths are taken for centimetres, as FBX characters have them";
+    if (scale_ != 1.0) {
+      std::snprintf(unit, sizeof unit,
+                    "its lengths are multiplied by %g to be the centimetres of FBX characters", scale_);
+    }
+    return height_ > 0 ? std::string(unit) + ", so it is " + LengthText(height_) + " high" : unit;
+  }
+
   std::shared_ptr<GltfFiles> files_;
   gltf::Document document_;
   gltf::Conventions conventions_;
@@ -133,6 +153,7 @@ class OpenGltfFile : public KFbxOpenFile {
   KFbxProgress progress_;
   double scale_ = 1.0;
   bool isPosed_ = false;
+  double height_ = 0.0;    ///< of the model, in centimetres
   std::string addedRoot_;  ///< name of the bone that joins several top bones
 };
 
