@@ -66,6 +66,19 @@ TEST_F(PackageTool, DiffTellsWhatHasChangedAndNothingElse) {
   actor::Findings findings;
   std::string error;
   ASSERT_TRUE(BuildActor(before, old, findings, error) && BuildActor(after, changed, findings, error));
+  // The order and what tells the writer of a picture are not seen.
+  std::vector<actor::Vertex>& vertices = changed.meshes[0].vertices;
+  std::reverse(vertices.begin(), vertices.end());
+  for (auto& face : changed.meshes[0].faces) {
+    for (int32_t& corner : face) corner = static_cast<int32_t>(vertices.size()) - 1 - corner;
+    std::rotate(face.begin(), face.begin() + 1, face.end());
+  }
+  std::reverse(changed.meshes[0].faces.begin(), changed.meshes[0].faces.end());
+  changed.pictures[0].bytes += "made by hand";
+  EXPECT_TRUE(actor::ComparePackages({before, old}, {after, changed}).empty());
+  std::swap(changed.meshes[0].faces[0][0], changed.meshes[0].faces[0][1]);
+  EXPECT_EQ(actor::ComparePackages({before, old}, {after, changed}).at(0).code, "mesh-faces");
+  changed = old;
   changed.skeleton.bones[3].translation[0] += 1;
   changed.meshes[0].vertices[5].position[1] += 2;
   changed.meshes[0].influences[0].weight -= 0.25f;

@@ -2,9 +2,11 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <numeric>
 
 #include "inspect/actor_measure.h"
 #include "inspect/compare_packages.h"
+#include "inspect/pair_vertices.h"
 
 namespace actor {
 namespace {
@@ -67,11 +69,22 @@ class MeshComparison {
     Count("vertices", a.vertices.size(), b.vertices.size());
     Count("faces", a.faces.size(), b.faces.size());
     Count("influences", a.influences.size(), b.influences.size());
-    if (a.faces.size() == b.faces.size() && a.faces != b.faces) Tell("mesh-faces", "other faces");
-    if (a.vertices.size() == b.vertices.size()) CompareVertices(a, b);
+    const double leastMove = kLeastPart * BoundsOf(a).Diagonal();
+    // Nobody sees the order; it counts only where the vertices cannot be found again.
+    std::vector<uint32_t> pairs;
+    if (a.faces != b.faces) pairs = PairVertices(a, b, leastMove);
+    if (pairs.empty()) {
+      pairs.resize(a.vertices.size());
+      std::iota(pairs.begin(), pairs.end(), 0u);
+    }
+    if (a.faces.size() == b.faces.size() && a.faces != b.faces && !HaveSameFaces(a, b, pairs))
+      Tell("mesh-faces", "other faces");
+    if (a.vertices.size() == b.vertices.size()) CompareVertices(a, b, pairs, leastMove);
   }
 
  private:
+  static constexpr double kLeastPart = 1e-5;
+
   void Tell(const char* code, std::string text) {
     differences_.push_back({Part::Mesh, code, name_, std::move(text)});
   }
@@ -84,12 +97,11 @@ class MeshComparison {
          what + " " + std::to_string(before) + " -> " + std::to_string(after) + " (" + change + ")");
   }
 
-  void CompareVertices(const Mesh& a, const Mesh& b) {
-    constexpr double kLeastPart = 1e-5, kLeastWeight = 1e-4, kLeastNormal = 1e-3;
-    const double leastMove = kLeastPart * BoundsOf(a).Diagonal();
+  void CompareVertices(const Mesh& a, const Mesh& b, const std::vector<uint32_t>& pairs, double leastMove) {
+    constexpr double kLeastWeight = 1e-4, kLeastNormal = 1e-3;
     Change moved, normals, coordinates, weights;
     for (size_t i = 0; i < a.vertices.size(); ++i) {
-      const Vertex &old = a.vertices[i], &now = b.vertices[i];
+      const Vertex &old = a.vertices[i], &now = b.vertices[pairs[i]];
       moved.Take(Distance(old.position, now.position), leastMove);
       normals.Take(Distance(old.normal, now.normal), kLeastNormal);
       coordinates.Take(Distance(old.uv, now.uv), kLeastPart);

@@ -93,13 +93,31 @@ std::string SizeText(const Picture& picture) {
   return std::to_string(header.width) + " x " + std::to_string(header.height) + " pixels";
 }
 
+/// What a picture shows, as far as its file is not packed; the rest of a file may tell who wrote it.
+std::string_view PixelsOf(const std::string& bytes) {
+  PictureHeader header;
+  constexpr size_t kHeader = 18, kPalette = 1, kType = 2;
+  constexpr char kTrueColour = 2;
+  if (ReadPictureHeader(bytes, header) || bytes[kPalette] != 0 || bytes[kType] != kTrueColour) return bytes;
+  const auto name = static_cast<unsigned char>(bytes[0]);
+  const uint64_t size = static_cast<uint64_t>(header.width) * static_cast<uint64_t>(header.height) *
+                        static_cast<uint64_t>((header.bits + 7) / 8);
+  return std::string_view(bytes).substr(kHeader + name, static_cast<size_t>(size));
+}
+
+/// Whether rows and columns run the same way.
+bool HaveSameOrder(const Picture& a, const Picture& b) {
+  constexpr size_t kOrder = 17;
+  return a.bytes.size() > kOrder && b.bytes.size() > kOrder && a.bytes[kOrder] == b.bytes[kOrder];
+}
+
 void ComparePictures(const Actor& before, const Actor& after, Differences& differences) {
   const auto compare = [&](const Picture& a, const Picture& b) {
     if (a.bytes == b.bytes) return;
     const std::string old = SizeText(a), now = SizeText(b);
     if (old != now) {
       differences.push_back({Part::Picture, "picture-size", a.name, old + " -> " + now});
-    } else {
+    } else if (PixelsOf(a.bytes) != PixelsOf(b.bytes) || !HaveSameOrder(a, b)) {
       differences.push_back({Part::Picture, "picture-pixels", a.name, "shows something else"});
     }
   };
