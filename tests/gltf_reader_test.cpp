@@ -269,20 +269,22 @@ TEST(Gltf, SeveralTopJointsAreJoinedAndHungMeshesHeld) {
   Json attributes = file.Held({{"POSITION", file.Points(kSquare)}}, {0, 0, 0, 0});
   // A second set of influences gives the other half.
   attributes["JOINTS_1"] = file.Numbers(
-      GltfFile::kU16, "VEC4", 4, std::vector<uint16_t>{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 9, 0, 0});
+      GltfFile::kU16, "VEC4", 4, std::vector<uint16_t>{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 9, 2, 0});
   attributes["WEIGHTS_1"] = file.Numbers(GltfFile::kF32, "VEC4", 4,
-                                         std::vector<float>{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 1, 0, 0});
+                                         std::vector<float>{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 1, 1, 0});
   const size_t hat =
       file.Add("nodes", {{"name", "hat"},
                          {"mesh", file.Mesh({{"attributes", {{"POSITION", file.Points(kSquare)}}}})},
                          {"translation", {0, 1, 0}}});
   const size_t left = file.Top({{"name", "left"}, {"translation", {1, 0, 0}}, {"children", {hat}}});
-  const size_t right = file.Top({{"name", "right"}});
+  const size_t right = file.Top({{"name", "root"}});
+  const size_t neutral = file.Top({{"name", "neutral_bone"}});
   const size_t mesh = file.Mesh({{"attributes", attributes}, {"indices", file.Indices({0, 1, 3})}});
-  file.Top({{"name", "body"}, {"mesh", mesh}, {"skin", AddSkin(file, {left, right}, {})}});
+  file.Top({{"name", "body"}, {"mesh", mesh}, {"skin", AddSkin(file, {left, right, neutral}, {})}});
   const Loaded loaded(file);
-  EXPECT_EQ(support::ChildNames(loaded.Node("root")), "left right");
-  EXPECT_THAT(loaded.scene->GetRemarks(), testing::Contains(HasSubstr("new bone \"root\"")));
+  EXPECT_EQ(support::ChildNames(loaded.Node("root2")), "left root")
+      << "without the bone of points without weights";
+  EXPECT_THAT(loaded.scene->GetRemarks(), testing::Contains(HasSubstr("new bone \"root2\"")));
   EXPECT_EQ(loaded.Mesh("body").GetSkin(0)->GetClusterCount(), 2);
   EXPECT_EQ(loaded.Mesh("body").GetSkin(0)->GetCluster(1)->GetControlPointIndicesCount(), 4);
   const scene::KFbxSkin& held = *loaded.Mesh("hat").GetSkin(0);

@@ -9,10 +9,13 @@
 #include "mesh/claims/weigh_claims.h"
 #include "platform/helper_process.h"
 #include "scene/gltf/open_translated.h"
+#include "scene/model/mesh.h"
 #include "scene/other/model_kinds.h"
 #include "scene/other/translate.h"
 #include "scene/other/utf16_text.h"
 #include "scene/sdk_manager.h"
+#include "support/check_scene.h"
+#include "support/load_scene.h"
 #include "support/temp_folder.h"
 #include "translator/b3d_bones.h"
 #include "translator/collada_joints.h"
@@ -153,21 +156,26 @@ class OtherModel : public testing::Test {
 
   /// What loading `path` ends with.
   std::string Load(const std::string& path) {
-    const std::unique_ptr<scene::KFbxSdkManager, void (*)(scene::KFbxSdkManager*)> manager(
-        scene::KFbxSdkManager::Create(), [](scene::KFbxSdkManager* m) { m->Destroy(); });
-    scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
-    scene::KFbxScene& scene = *manager->CreateScene("");
-    if (!importer.Initialize(folder_.Path(path)) || !importer.Import(scene))
+    scene::KFbxImporter& importer = *manager_->CreateImporter(ts3d::WeighClaims);
+    scene_ = manager_->CreateScene("");
+    if (!importer.Initialize(folder_.Path(path)) || !importer.Import(*scene_))
       return importer.GetLastErrorString();
     meshes_ = 0;
-    scene.ForEach<scene::KFbxMesh>([&](const scene::KFbxMesh&) { ++meshes_; });
+    scene_->ForEach<scene::KFbxMesh>([&](const scene::KFbxMesh&) { ++meshes_; });
     std::string files;
-    for (const scene::KString& file : scene.GetDataFiles())
+    for (const scene::KString& file : scene_->GetDataFiles())
       files += file.substr(file.find_last_of("\\/") + 1) + " ";
     return files;
   }
 
+  std::vector<double> PointsOf(const char* node) const {
+    const std::span<const double> points = support::FindNode(*scene_, node)->GetMesh()->GetControlPoints();
+    return {points.begin(), points.end()};
+  }
+
   support::TempFolder folder_;
+  support::ManagerPtr manager_{scene::KFbxSdkManager::Create()};
+  scene::KFbxScene* scene_ = nullptr;
   size_t meshes_ = 0;  ///< in the model
 };
 
@@ -196,9 +204,6 @@ TEST_F(OtherModel, IsReadAsExportersWriteIt) {
     EXPECT_EQ(Load("a.dae"), "");
     EXPECT_EQ(meshes_, 1u);
   }
-  folder_.Write("bones.dae", start + end);
-  EXPECT_EQ(Load("bones.dae"), "");
-  EXPECT_EQ(meshes_, 0u) << "bones alone are no mesh";
 }
 
 TEST_F(OtherModel, ReadsFilesBelowItsFolderOnly) {
@@ -220,6 +225,76 @@ TEST_F(OtherModel, ReadsFilesBelowItsFolderOnly) {
     folder_.Write("model/model.obj", "mtllib " + library + "\n" + triangle);
     EXPECT_EQ(Load("model/model.obj"), files) << library;
   }
+}
+
+/// As Blender writes it: an armature at z = 3, twice as large, with a bone at y = 1 that ends at y = 1.5, a hat on
+/// its end, and a skinned mesh at x = 1 below the armature. All scales come first; the skin knows nothing of the armature.
+constexpr const char* kBlenderFile = R"(<?xml version="1.0" encoding="utf-8"?>
+<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
+<asset><contributor><authoring_tool>Blender 3.4.1</authoring_tool></contributor>
+<unit name="meter" meter="1"/><up_axis>Y_UP</up_axis></asset>
+<library_geometries><geometry id="g" name="g"><mesh>
+<source id="p"><float_array id="pa" count="9">0 0 0 1 0 0 0 1 0</float_array><technique_common>
+<accessor source="#pa" count="3" stride="3"><param name="X" type="float"/><param name="Y" type="float"/>
+<param name="Z" type="float"/></accessor></technique_common></source>
+<vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
+<triangles count="1"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
+</mesh></geometry></library_geometries>
+<library_controllers><controller id="s" name="A"><skin source="#g">
+<bind_shape_matrix>1 0 0 1 0 1 0 0 0 0 1 0 0 0 0 1</bind_shape_matrix>
+<source id="j"><Name_array id="ja" count="1">hip</Name_array><technique_common>
+<accessor source="#ja" count="1" stride="1"><param name="JOINT" type="name"/></accessor></technique_common></source>
+<source id="i"><float_array id="ia" count="16">.5 0 0 0 0 .5 0 -1 0 0 .5 -1.5 0 0 0 1</float_array>
+<technique_common><accessor source="#ia" count="1" stride="16"><param name="TRANSFORM" type="float4x4"/></accessor>
+</technique_common></source>
+<source id="w"><float_array id="wa" count="1">1</float_array><technique_common>
+<accessor source="#wa" count="1" stride="1"><param name="WEIGHT" type="float"/></accessor></technique_common></source>
+<joints><input semantic="JOINT" source="#j"/><input semantic="INV_BIND_MATRIX" source="#i"/></joints>
+<vertex_weights count="3"><input semantic="JOINT" source="#j" offset="0"/>
+<input semantic="WEIGHT" source="#w" offset="1"/><vcount>1 1 1</vcount><v>0 0 0 0 0 0</v></vertex_weights>
+</skin></controller></library_controllers>
+<library_visual_scenes><visual_scene id="S" name="S">
+<node id="A" name="A" type="NODE">
+<scale sid="scale">2 2 2</scale><rotate sid="rotationZ">0 0 1 0</rotate><rotate sid="rotationY">0 1 0 0</rotate>
+<rotate sid="rotationX">1 0 0 0</rotate><translate sid="location">0 0 3</translate>
+<node id="A_hip" name="<"hip" & co>" sid="hip" type="JOINT">
+<matrix sid="transform">1 0 0 0 0 1 0 1 0 0 1 0 0 0 0 1</matrix>
+<node id="hat" name="hat" type="NODE"><matrix sid="transform">1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1</matrix>
+<instance_geometry url="#g"/></node>
+<extra><technique profile="blender"><tip_x sid="tip_x" type="float">0</tip_x>
+<tip_y sid="tip_y" type="float">0.5</tip_y><tip_z sid="tip_z" type="float">0</tip_z></technique></extra>
+</node>
+<node id="body" name="body" type="NODE"><matrix sid="transform">1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1</matrix>
+<instance_controller url="#s"><skeleton>#A_hip</skeleton></instance_controller></node>
+</node></visual_scene></library_visual_scenes>
+<scene><instance_visual_scene url="#S"/></scene></COLLADA>
+)";
+
+TEST_F(OtherModel, OfBlenderStandsAsItsExporterMeansIt) {
+  folder_.Write("a.dae", kBlenderFile);
+  ASSERT_EQ(Load("a.dae"), "");
+  const scene::KFbxNode* hip = support::FindNode(*scene_, "<\"hip\" & co>");
+  ASSERT_TRUE(hip && hip->IsSkeleton());
+  EXPECT_THAT(support::Xyz(hip->GetGlobalFromDefaultTake().GetT()), testing::ElementsAre(0, 200, 300));
+  EXPECT_THAT(PointsOf("body"), testing::ElementsAre(200, 0, 300, 400, 0, 300, 200, 200, 300));
+  EXPECT_THAT(PointsOf("hat"), testing::ElementsAre(0, 300, 300, 200, 300, 300, 0, 500, 300));
+}
+
+TEST_F(OtherModel, HasItsJointsWithoutASkinAndWithoutAMesh) {
+  std::string file = kBlenderFile;
+  const auto replace = [&](const std::string& from, const std::string& to) {
+    file.replace(file.find(from), from.size(), to);
+  };
+  replace("instance_controller url=\"#s\"", "instance_geometry url=\"#g\"");
+  replace("<skeleton>#A_hip</skeleton></instance_controller>", "</instance_geometry>");
+  folder_.Write("a.dae", file);
+  ASSERT_EQ(Load("a.dae"), "");
+  EXPECT_EQ(support::ChildNames(*scene_->GetRootNode()), "<\"hip\" & co> hat body");
+  for (int i = 0; i < 2; ++i) replace("<instance_geometry url=\"#g\"", "<extra");
+  replace("</instance_geometry>", "</extra>");
+  folder_.Write("a.dae", file);
+  ASSERT_EQ(Load("a.dae"), "");
+  EXPECT_EQ(support::ChildNames(*scene_->GetRootNode()), "<\"hip\" & co>") << "bones alone are no mesh";
 }
 
 TEST_F(OtherModel, IsRefusedWithItsReason) {

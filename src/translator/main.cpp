@@ -23,6 +23,7 @@
 #include "translator/b3d_bones.h"
 #include "translator/collada_joints.h"
 #include "translator/inline_materials.h"
+#include "translator/mend_blender.h"
 #include "translator/model_folder.h"
 #include "translator/trim_texts.h"
 #include "translator/unpack_meshes.h"
@@ -118,11 +119,17 @@ Scene Import(translator::ModelFolder& folder, bool hasNames) {
 }
 
 /// The model as the library understands it.
-std::string ReadModel(std::string_view ending) {
+std::string ReadModel(FormatTraits& format) {
+  const std::string_view ending = format.ending;
   std::string model = ReadInput();
   if (ending == "x") return translator::InlineMaterials(std::move(model));
-  if (ending == "dae") return translator::TrimTexts(model);
-  return model;
+  if (ending != "dae") return model;
+  if (translator::IsFromBlender(model)) {
+    // The exporter writes the shape of a skin relative to the parent of its mesh, and the joints in the world.
+    format.bindsInWorld = true;
+    model = translator::MendBlenderFile(std::move(model));
+  }
+  return translator::TrimTexts(model);
 }
 
 /// Names of what the model calls joints, where the library does not tell.
@@ -132,8 +139,8 @@ std::set<std::string> FindJoints(std::string_view ending, std::string_view model
   return {};
 }
 
-std::string Translate(const FormatTraits& format, const std::string& path) {
-  const std::string model = ReadModel(format.ending);
+std::string Translate(FormatTraits format, const std::string& path) {
+  const std::string model = ReadModel(format);
   translator::ModelFolder folder(std::string("model.") + format.ending, model, path);
   const std::set<std::string> joints = FindJoints(format.ending, model);
   Scene scene = Import(folder, true);

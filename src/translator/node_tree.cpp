@@ -36,6 +36,12 @@ size_t NodeTree::Find(std::string_view name) const {
   return found == names_.end() ? kNone : found->second;
 }
 
+aiMatrix4x4 NodeTree::PlaceOf(size_t node) const {
+  aiMatrix4x4 place = nodes_[node]->mTransformation;
+  while ((node = parents_[node]) != kNone) place = nodes_[node]->mTransformation * place;
+  return place;
+}
+
 std::vector<size_t> NodeTree::ChildrenOf(size_t node) const {
   std::vector<size_t> children;
   for (unsigned i = 0; i < nodes_[node]->mNumChildren; ++i)

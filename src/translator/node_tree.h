@@ -32,6 +32,8 @@ class NodeTree {
   bool IsJoint(size_t node) const { return isJoint_[node]; }
   /// The first node of that name, or kNone; one without a mesh comes first.
   size_t Find(std::string_view name) const;
+  /// Where a node stands in the world of the model.
+  aiMatrix4x4 PlaceOf(size_t node) const;
   /// Numbers of the children.
   std::vector<size_t> ChildrenOf(size_t node) const;
   /// Whether a joint shares its name with another node, so that skins may mean either.

@@ -33,11 +33,12 @@ constexpr const char* kUnnamed = "mesh";
 class SceneWriter {
  public:
   SceneWriter(const aiScene& scene, const NodeTree& tree, const FormatTraits& format)
-      : scene_(scene), tree_(tree), format_(format), meshes_(scene, tree, format.hasApartMeshes, data_) {}
+      : scene_(scene), tree_(tree), format_(format), meshes_(scene, tree, format, data_) {}
 
   std::string Write() {
     for (size_t i = 0; i < tree_.Count(); ++i) WriteNode(i);
     for (const std::string& node : laterNodes_) nodes_.Add(node);
+    meshes_.WriteJointsWithoutSkin();
     JsonList motions;
     for (unsigned i = 0; i < scene_.mNumAnimations; ++i) {
       if (Moves(*scene_.mAnimations[i]))
@@ -52,7 +53,7 @@ class SceneWriter {
  private:
   void WriteNode(size_t number) {
     const aiNode& node = tree_.At(number);
-    const std::vector<MeshWriter::Held> held = meshes_.Write(node);
+    const std::vector<MeshWriter::Held> held = meshes_.Write(number);
     JsonList children;
     for (const size_t child : tree_.ChildrenOf(number)) children.Add(std::to_string(child));
     const bool isShared = held.size() > 1 || (!held.empty() && tree_.IsJoint(number));

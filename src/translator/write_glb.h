@@ -15,6 +15,7 @@ struct FormatTraits {
   const char* jointRoot = "";   ///< node below which all are joints; empty: those of skins
   bool hasApartMeshes = false;  ///< meshes of one node are no parts of one thing
   bool isTextureAlone = false;  ///< a material has a picture or a colour
+  bool bindsInWorld = false;    ///< matrices of joints map from the world, not from the mesh
 };
 
 /// The scene as a GLB file, but for its numbers in lengths: they are those of the model.

@@ -27,14 +27,14 @@ struct Influence {
 
 }  // namespace
 
-MeshWriter::MeshWriter(const aiScene& scene, const NodeTree& tree, bool isApart, GlbData& data)
-    : scene_(scene), tree_(tree), isApart_(isApart), data_(data) {}
+MeshWriter::MeshWriter(const aiScene& scene, const NodeTree& tree, const FormatTraits& format, GlbData& data)
+    : scene_(scene), tree_(tree), format_(format), data_(data) {}
 
-std::vector<MeshWriter::Held> MeshWriter::Write(const aiNode& node) {
+std::vector<MeshWriter::Held> MeshWriter::Write(size_t node) {
   std::vector<Held> held;
-  for (Group& group : GroupMeshes(node)) {
+  for (Group& group : GroupMeshes(tree_.At(node))) {
     const auto [known, isNew] = known_.try_emplace(group.meshes);
-    if (isNew) known->second = WriteGroup(group);
+    if (isNew) known->second = WriteGroup(node, group);
     if (!known->second.empty()) held.push_back({known->second, group.meshes.front()});
   }
   return held;
@@ -45,7 +45,7 @@ std::vector<MeshWriter::Group> MeshWriter::GroupMeshes(const aiNode& node) const
   for (unsigned i = 0; i < node.mNumMeshes; ++i) {
     const aiMesh& mesh = *scene_.mMeshes[node.mMeshes[i]];
     auto group = std::find_if(groups.begin(), groups.end(), [&](const Group& g) { return Fits(mesh, g); });
-    if (isApart_ || group == groups.end()) group = groups.insert(groups.end(), Group());
+    if (format_.hasApartMeshes || group == groups.end()) group = groups.insert(groups.end(), Group());
     group->meshes.push_back(node.mMeshes[i]);
     AddBones(mesh, group->skin);
   }
@@ -73,6 +73,13 @@ void MeshWriter::AddBones(const aiMesh& mesh, Skin& skin) const {
   }
 }
 
+/// What the matrices of the joints map from becomes the world, in place of the mesh's own space.
+void MeshWriter::BindAt(size_t node, Skin& skin) const {
+  aiMatrix4x4 fromRoot = tree_.At(0).mTransformation;
+  const aiMatrix4x4 place = fromRoot.Inverse() * tree_.PlaceOf(node);
+  for (aiMatrix4x4& matrix : skin.inverseBind) matrix = matrix * place;
+}
+
 /// The first skin lists the joints without weights as well. A matrix of zeros says that nothing is known of where they
 /// were bound, so they stand where their parents take them.
 void MeshWriter::AddWeightlessJoints(Skin& skin) {
@@ -84,8 +91,14 @@ void MeshWriter::AddWeightlessJoints(Skin& skin) {
   }
 }
 
+void MeshWriter::WriteJointsWithoutSkin() {
+  Skin skin;
+  AddWeightlessJoints(skin);
+  if (!skin.joints.empty()) WriteSkin(skin);
+}
+
 /// @return empty when there is no triangle
-std::string MeshWriter::WriteGroup(Group& group) {
+std::string MeshWriter::WriteGroup(size_t node, Group& group) {
   std::string primitives;
   for (const unsigned mesh : group.meshes) {
     const std::string primitive = WritePrimitive(*scene_.mMeshes[mesh], group.skin);
@@ -94,6 +107,7 @@ std::string MeshWriter::WriteGroup(Group& group) {
   if (primitives.empty()) return {};
   std::string members = "\"mesh\":" + std::to_string(meshes_.Add("{\"primitives\":[" + primitives + "]}"));
   if (!group.skin.joints.empty()) {
+    if (format_.bindsInWorld) BindAt(node, group.skin);
     AddWeightlessJoints(group.skin);
     members += ",\"skin\":" + WriteSkin(group.skin);
   }

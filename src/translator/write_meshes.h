@@ -9,14 +9,14 @@
 
 #include "translator/glb_data.h"
 #include "translator/node_tree.h"
+#include "translator/write_glb.h"
 
 namespace translator {
 
 /// Writes the meshes of nodes, and their skins.
 class MeshWriter {
  public:
-  /// @param isApart  whether meshes of one node are no parts of one thing
-  MeshWriter(const aiScene& scene, const NodeTree& tree, bool isApart, GlbData& data);
+  MeshWriter(const aiScene& scene, const NodeTree& tree, const FormatTraits& format, GlbData& data);
 
   /// A mesh that one node of the GLB file can hold.
   struct Held {
@@ -24,7 +24,9 @@ class MeshWriter {
     unsigned first;       ///< number of its first mesh in the scene
   };
   /// The meshes of a node: one, unless their skins do not fit each other.
-  std::vector<Held> Write(const aiNode& node);
+  std::vector<Held> Write(size_t node);
+  /// Where no mesh has a skin, one that nothing wears tells the joints.
+  void WriteJointsWithoutSkin();
 
   std::string Meshes() const { return meshes_.Text(); }
   std::string Skins() const { return skins_.Text(); }
@@ -43,8 +45,9 @@ class MeshWriter {
   std::vector<Group> GroupMeshes(const aiNode& node) const;
   bool Fits(const aiMesh& mesh, const Group& group) const;
   void AddBones(const aiMesh& mesh, Skin& skin) const;
+  void BindAt(size_t node, Skin& skin) const;
   void AddWeightlessJoints(Skin& skin);
-  std::string WriteGroup(Group& group);
+  std::string WriteGroup(size_t node, Group& group);
   std::string WriteSkin(const Skin& skin);
   std::string WritePrimitive(const aiMesh& mesh, const Skin& skin);
   std::string WriteCoordinates(const aiMesh& mesh, unsigned set);
@@ -52,7 +55,7 @@ class MeshWriter {
 
   const aiScene& scene_;
   const NodeTree& tree_;
-  const bool isApart_;
+  const FormatTraits& format_;
   GlbData& data_;
   JsonList meshes_, skins_;
   std::map<std::vector<unsigned>, std::string> known_;  ///< members of groups of meshes

@@ -71,11 +71,17 @@ class RigFinder {
     return top;
   }
 
+  /// Blender's exporter adds a joint beside the others, to which it binds the points that have no weights.
+  bool IsNeutral(uint32_t joint) const {
+    const Node& node = document_.nodes[joint];
+    return node.name == "neutral_bone" && node.children.empty() && node.mesh == kNone;
+  }
+
   void FindBones() {
     const size_t count = document_.nodes.size();
     rig_.isBone.assign(count, false);
     for (const Skin& skin : document_.skins) {
-      for (const uint32_t joint : skin.joints) rig_.isBone[joint] = isShown_[joint];
+      for (const uint32_t joint : skin.joints) rig_.isBone[joint] = isShown_[joint] && !IsNeutral(joint);
     }
     for (const auto& [name, node] : document_.avatar.humanoid) rig_.isBone[node] = isShown_[node];
     std::vector<bool> hasBoneBelow(count), hasBoneAbove(count);
@@ -164,7 +170,7 @@ class RigFinder {
     size_t reference = skin.joints.size();
     for (size_t i = 0; i < skin.joints.size(); ++i) {
       const uint32_t joint = skin.joints[i];
-      if (!isShown_[joint] || !IsInvertible(bound.inverseBind[i])) continue;
+      if (!rig_.isBone[joint] || !IsInvertible(bound.inverseBind[i])) continue;
       const bool isBetter = reference == skin.joints.size() ||
                             (fixed_[joint] && !fixed_[skin.joints[reference]]) ||
                             (fixed_[joint].has_value() == fixed_[skin.joints[reference]].has_value() &&
@@ -235,6 +241,8 @@ Rig FindRig(const Document& document, const AccessorReader& accessors, const KFb
 }
 
 KFbxXMatrix WithoutScale(const KFbxXMatrix& m) {
+  // As bones of FBX files lose theirs.
+  if (IsInvertible(m)) return {m.GetT(), m.GetR(), {1, 1, 1}};
   KFbxVector4 x{m.At(0), m.At(1), m.At(2)}, y{m.At(4), m.At(5), m.At(6)};
   const auto normalize = [](KFbxVector4& v, const KFbxVector4& otherwise) {
     const double length = v.Length();

@@ -99,6 +99,13 @@ class SceneWriter {
     return parent == kNone ? kNone : rig_.boneAbove[parent];
   }
 
+  /// As a joined skeleton's root is called.
+  static std::string NameForRoot(const UniqueNames& taken) {
+    std::string name = "root";
+    for (int i = 2; taken.IsTaken(name); ++i) name = "root" + std::to_string(i);
+    return name;
+  }
+
   /// Bones carry no scale: it is in the points of their meshes.
   /// @return the name of the bone that was added above several top bones
   std::string WriteBones() {
@@ -111,7 +118,7 @@ class SceneWriter {
     }
     std::vector<std::string_view> human(names.size());
     for (const auto& [bone, node] : document_.avatar.humanoid) human[node] = bone;
-    std::string rootName = hasOneTop ? "" : unique.Take("root");
+    std::string rootName = hasOneTop ? "" : NameForRoot(unique);
     const int64_t top = hasOneTop ? kSceneRoot : WriteBone(rootName, kSceneRoot, {}, {});
     for (const uint32_t node : rig_.order) {
       if (!rig_.isBone[node]) continue;
