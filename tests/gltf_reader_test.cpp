@@ -360,6 +360,7 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   expect("/asset/minVersion", "2.7", "\"2.7\" is not known");
   expect("/nodes/1/mesh", 7, "mesh 7 does not exist; there are 1");
   expect("/nodes/1/mesh", -1, "is not what it should be");
+  expect("/nodes/1/mesh", 0.5, "is not what it should be");
   expect("/nodes/0/children", {1, 1}, "is a child twice");
   expect("/skins/0/joints", {0, 1}, "fewer inverse bind matrices");
   expect("/accessors/0/count", 5, "leads out of its data");
@@ -400,13 +401,27 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   expectText("{\"asset\": [" + std::string(3'000'000, ',') + "]}", "too many values");
   expectText(Sound().Glb().substr(0, 300), "cut off");
   GltfFile tiny = Sound();
-  tiny.root["images"] = {{{"uri", "data:;base64,AAAA"}}};
-  tiny.root["textures"] = {{{"source", 0}}};
-  tiny.root["materials"] = {{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}}}};
-  tiny.root["meshes"][0]["primitives"][0]["material"] = 0;
-  EXPECT_EQ(Loaded(tiny).error, "") << "a picture of three bytes is left to those who decode it";
-  // Zeros that are nowhere in the file, and one mesh many times over.
+  for (const char* data : {"data:;base64,AAAA", "data:;base64,####"}) {
+    tiny.root["images"] = {{{"uri", data}}};
+    tiny.root["textures"] = {{{"source", 0}}};
+    tiny.root["materials"] = {{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}}}};
+    tiny.root["meshes"][0]["primitives"][0]["material"] = 0;
+    EXPECT_EQ(Loaded(tiny).error, "") << "a damaged picture is left to those who decode it";
+  }
+  // Very many nodes, joints and primitives, zeros that are nowhere in the file, and one mesh many times over.
   GltfFile file = Sound();
+  for (int i = 0; i < 60'000; ++i) file.Add("nodes", Json::object());
+  expectText(file.Glb(), "too much memory");
+  file = Sound();
+  const Json joints(std::vector<int>(1000));
+  for (int i = 0; i < 400; ++i) file.Add("skins", {{"joints", joints}});
+  expectText(file.Glb(), "too much memory");
+  file = Sound();
+  const Json primitive = file.root["meshes"][0]["primitives"][0];
+  file.root["meshes"][0]["primitives"] = std::vector<Json>(300, primitive);
+  for (int i = 0; i < 600; ++i) file.Top({{"mesh", 0}});
+  expectText(file.Glb(), "too much memory");
+  file = Sound();
   file.root["accessors"][0] = {{"componentType", 5126}, {"type", "VEC3"}, {"count", 50'000'000}};
   expectText(file.Glb(), "too much memory");
   file = Sound();

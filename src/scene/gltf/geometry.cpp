@@ -28,6 +28,7 @@ class PrimitiveJoiner {
     for (const Primitive& primitive : mesh_.primitives) {
       if (primitive.HasSurface() && primitive.position != kNone) surfaces_.push_back(&primitive);
     }
+    budget_.Take(surfaces_.size() * Geometry::kPrimitiveMemory);
     const std::vector<VertexNumbers> points = WeldPoints(), pairs = ReadCoordinates();
     for (size_t i = 0; i < surfaces_.size(); ++i) AddTriangles(*surfaces_[i], points[i], pairs[i]);
     return std::move(geometry_);
@@ -150,7 +151,7 @@ FbxArray<int32_t> Geometry::MakeMaterials() const {
 uint64_t Geometry::Memory() const {
   constexpr uint64_t kPoint = 3 * sizeof(double), kTriangle = 7 * sizeof(int32_t);
   return points.Memory() + kPoint * points.size() + kTriangle * TriangleCount() +
-         uvs.size() * 3 * sizeof(uint64_t) + influences.Memory();
+         uvs.size() * 3 * sizeof(uint64_t) + influences.Memory() + triangles.size() * kPrimitiveMemory;
 }
 
 Geometry JoinPrimitives(const Document& document, const AccessorReader& accessors, Budget& budget,

@@ -29,6 +29,8 @@ struct Geometry {
   FbxArray<int32_t> MakeCoordinates() const;
   /// The material of each triangle, into `materials`.
   FbxArray<int32_t> MakeMaterials() const;
+  /// Bytes of a primitive, whatever it holds.
+  static constexpr uint64_t kPrimitiveMemory = 400;
   /// Bytes that it takes, arrays that are made later included.
   uint64_t Memory() const;
 };

@@ -105,7 +105,7 @@ class OpenGltfFile : public KFbxOpenFile {
     scale_ = gltf::CentimetresIn(settings.GetStringProp(kModelUnitSetting, ""), conventions_);
     // From the world of the file into that of FBX characters.
     const KFbxXMatrix world{{}, conventions_.turn, {scale_, scale_, scale_}};
-    const gltf::Rig rig = gltf::FindRig(document_, accessors, world);
+    const gltf::Rig rig = gltf::FindRig(document_, accessors, budget, world);
     isPosed_ = rig.isPosed;
     WriteScene(document_, *files_->buffers, rig, accessors, budget, tree, storage->meshes, addedRoot_);
     gltf::HeightRange heights;

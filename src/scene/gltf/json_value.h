@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "scene/gltf/document.h"
@@ -46,7 +47,8 @@ class JsonValue {
     if (!value_) return otherwise;
     constexpr double kMost = 9e15;
     const double number = Number(-1);
-    if (!(number >= 0 && number <= kMost)) throw Fault("a number in its JSON is not what it should be");
+    if (!(number >= 0 && number <= kMost) || number != std::floor(number))
+      throw Fault("a number in its JSON is not what it should be");
     return static_cast<uint64_t>(number);
   }
   /// An index below `count`; kNone when there is none.

@@ -236,7 +236,13 @@ class RigFinder {
 
 }  // namespace
 
-Rig FindRig(const Document& document, const AccessorReader& accessors, const KFbxXMatrix& world) {
+Rig FindRig(const Document& document, const AccessorReader& accessors, Budget& budget,
+            const KFbxXMatrix& world) {
+  // Of a node what the document and its writer keep as well.
+  constexpr uint64_t kNodeMemory = sizeof(Node) + 512;
+  budget.Take(document.nodes.size() * kNodeMemory);
+  for (const Skin& skin : document.skins)
+    budget.Take(sizeof(BoundSkin) + skin.joints.size() * sizeof(KFbxXMatrix));
   return RigFinder(document, accessors, world).Find();
 }
 

@@ -26,9 +26,11 @@ struct Rig {
 /// Joints, the bones of an avatar's human and all nodes between them are bones. A skin is put where its topmost
 /// joint stands now; the others stand around that one as the inverse bind matrices say. Of a skeleton that is posed
 /// it is put where the node of its mesh stands, if that is near, and without such matrices all joints stay.
-/// @param world  what the world of the file becomes: its unit and its front
+/// @param budget  what nodes and joints take is taken from it
+/// @param world   what the world of the file becomes: its unit and its front
 /// @throws Fault
-Rig FindRig(const Document& document, const AccessorReader& accessors, const KFbxXMatrix& world);
+Rig FindRig(const Document& document, const AccessorReader& accessors, Budget& budget,
+            const KFbxXMatrix& world);
 
 /// `m` without scale and shear.
 KFbxXMatrix WithoutScale(const KFbxXMatrix& m);

@@ -102,7 +102,11 @@ int64_t MaterialWriter::WritePicture(uint32_t index) {
     return WriteTextureObject(below.empty() ? std::string(NamePart(image.uri)) : below);
   }
   std::string decoded;
-  if (image.view == kNone) decoded = DecodeDataUri(image.uri);
+  try {
+    if (image.view == kNone) decoded = DecodeDataUri(image.uri);
+  } catch (const Fault&) {
+    // Like any damaged picture it is told by who decodes it.
+  }
   const std::string_view content = image.view == kNone ? decoded : bytes_.View(document_, image.view);
   const std::string name = NameFor(image, content);
   const int64_t texture = WriteTextureObject(name);
