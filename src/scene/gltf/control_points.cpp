@@ -1,18 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "scene/gltf/control_points.h"
 
+#include <bit>
 #include <cmath>
 
 namespace scene::gltf {
-namespace {
-
-KFbxVector4 PlacedVertex(const Vertices& list, size_t vertex, const KFbxXMatrix& place) {
-  const auto at = [&](size_t axis) { return static_cast<double>(list.positions.At(vertex, axis)); };
-  return place.MultT({at(0), at(1), at(2)});
-}
-
-}  // namespace
-
 uint64_t Vertices::Memory() const {
   uint64_t bytes = positions.Memory() + normals.Memory();
   for (const InfluenceSet& set : influences) bytes += set.joints.Memory() + set.weights.Memory();
@@ -34,23 +26,36 @@ uint64_t ControlPoints::Memory() const {
 FbxArray<double> ControlPoints::Placed(const KFbxXMatrix& place) const {
   FbxArray<double> xyz;
   double* to = xyz.Allocate(3 * points_.size());
-  ForEach([&](uint32_t, const Vertices& list, size_t vertex) {
-    const KFbxVector4 placed = PlacedVertex(list, vertex, place);
-    for (size_t axis = 0; axis < 3; ++axis) {
-      const auto number = static_cast<float>(placed[axis]);
-      *to++ = std::isfinite(number) ? static_cast<double>(number) : 0.0;
-    }
+  ForEach([matrix = place, &to](uint32_t, const Vertices& list, size_t vertex) {
+    const Quad words = list.positions.Words(vertex);
+    const auto at = [&](size_t axis) {
+      return static_cast<double>(std::bit_cast<float>(uint32_t{words[axis]}));
+    };
+    const KFbxVector4 placed = matrix.MultT({at(0), at(1), at(2)});
+    const auto x = static_cast<float>(placed[0]), y = static_cast<float>(placed[1]),
+               z = static_cast<float>(placed[2]);
+    for (const float number : {x, y, z}) *to++ = static_cast<double>(number);
+    if (std::isfinite(x + y + z)) return;
+    for (double* number = to - 3; number < to; ++number) *number = std::isfinite(*number) ? *number : 0.0;
   });
   return xyz;
 }
 
 void ControlPoints::AddHeights(const KFbxXMatrix& place, HeightRange& range) const {
-  ForEach([&](uint32_t, const Vertices& list, size_t vertex) {
-    const double y = PlacedVertex(list, vertex, place)[1];
-    if (!std::isfinite(y)) return;
-    range.low = std::min(range.low, y);
-    range.high = std::max(range.high, y);
-  });
+  using Floats = float __attribute__((vector_size(16)));
+  const auto factor = [&](size_t axis) { return static_cast<float>(place.At(4 * axis + 1)); };
+  const Floats factors = {factor(0), factor(1), factor(2), 0};
+  float low = std::numeric_limits<float>::infinity(), high = -low;
+  for (const Vertices& list : vertices_) {
+    for (size_t vertex = 0; vertex < list.positions.size(); ++vertex) {
+      const Floats products = factors * reinterpret_cast<Floats>(list.positions.Words(vertex));
+      const float y = products[0] + products[1] + products[2];
+      low = std::min(low, y);
+      high = std::max(high, y);
+    }
+  }
+  range.low = std::min(range.low, static_cast<double>(low) + place.At(13));
+  range.high = std::max(range.high, static_cast<double>(high) + place.At(13));
 }
 
 void ControlPoints::DropNormals() {

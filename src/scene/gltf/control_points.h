@@ -2,7 +2,7 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -19,21 +19,18 @@ struct InfluenceSet {
   FloatElements weights;
 
   struct Influences {
-    std::array<uint32_t, kSize> joints{};
-    std::array<uint32_t, kSize> weights{};  ///< the bits of numbers above 0, or 0
+    Quad joints{};
+    Quad weights{};  ///< the bits of numbers above 0, or 0
 
-    bool operator==(const Influences&) const = default;
+    bool operator==(const Influences& other) const {
+      return IsSame(joints, other.joints) && IsSame(weights, other.weights);
+    }
   };
   /// Those on a vertex. What has no weight is of joint 0, as is what the file lacks.
   Influences Of(size_t vertex) const {
     Influences all;
-    if (vertex < weights.size()) all.weights = weights.Words<kSize>(vertex);
-    if (vertex < joints.size()) all.joints = joints.All<kSize>(vertex);
-    for (size_t i = 0; i < kSize; ++i) {
-      const bool counts = static_cast<int32_t>(all.weights[i]) > 0;
-      all.weights[i] = counts ? all.weights[i] : 0;
-      all.joints[i] = counts ? all.joints[i] : 0;
-    }
+    if (vertex < weights.size()) all.weights = weights.PositiveWords(vertex);
+    if (vertex < joints.size()) all.joints = joints.Four(vertex) & reinterpret_cast<Quad>(all.weights != 0);
     return all;
   }
 };
@@ -57,8 +54,8 @@ struct HeightRange {
   double low = std::numeric_limits<double>::infinity();
   double high = -std::numeric_limits<double>::infinity();
 
-  /// 0 without points.
-  double Height() const { return std::max(high - low, 0.0); }
+  /// 0 without points, and where they are out of bounds.
+  double Height() const { return std::isfinite(high - low) ? std::max(high - low, 0.0) : 0.0; }
 };
 
 /// The control points of a mesh: of the vertices that are one point the first, where the file has it.
@@ -83,15 +80,15 @@ class ControlPoints {
   /// Calls `use` with the number of each point, the vertices that have it and its place among them.
   template <class Use>
   void ForEach(const Use& use) const {
-    auto list = vertices_.begin();
-    for (uint32_t point = 0; point < size(); ++point) {
-      while (list + 1 != vertices_.end() && (list + 1)->first <= points_[point]) ++list;
-      use(point, *list, points_[point] - list->first);
+    uint32_t point = 0;
+    for (auto list = vertices_.begin(); list != vertices_.end(); ++list) {
+      const uint32_t end = list + 1 == vertices_.end() ? UINT32_MAX : (list + 1)->first;
+      for (; point < size() && points_[point] < end; ++point) use(point, *list, points_[point] - list->first);
     }
   }
   /// x, y, z of each point, taken by `place` to where they belong and rounded to single precision.
   FbxArray<double> Placed(const KFbxXMatrix& place) const;
-  /// Adds the points, where `place` takes them, to `range`.
+  /// Adds all vertices, where `place` takes them, to `range`.
   void AddHeights(const KFbxXMatrix& place, HeightRange& range) const;
   void DropNormals();
 

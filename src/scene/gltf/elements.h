@@ -10,6 +10,11 @@
 
 namespace scene::gltf {
 
+/// Four numbers of 32 bits, which are worked on at once.
+using Quad = uint32_t __attribute__((vector_size(16)));
+
+inline bool IsSame(const Quad& a, const Quad& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
 /// Elements of an accessor: where they lie in the file, when it holds them as they are used, else converted.
 class Elements {
  public:
@@ -49,13 +54,19 @@ class FloatElements : public Elements {
  public:
   FloatElements() = default;
   explicit FloatElements(Elements elements) : Elements(std::move(elements)) {}
-  /// The bits of the first N numbers of an element; 0 for both zeros and for what is not finite.
-  template <size_t N>
-  std::array<uint32_t, N> Words(size_t element) const {
-    constexpr uint32_t kExponent = 0x7f800000, kSign = 0x80000000;
-    std::array<uint32_t, N> words = LoadAll<uint32_t, N>(element);
-    for (uint32_t& word : words) word = (word & kExponent) == kExponent || word == kSign ? 0 : word;
-    return words;
+  /// The bits of the first three numbers of an element, and 0; 0 for both zeros and for what is not finite.
+  Quad Words(size_t element) const {
+    constexpr uint32_t kExponent = 0x7f800000;
+    const auto xyz = LoadAll<uint32_t, 3>(element);
+    const Quad words = {xyz[0], xyz[1], xyz[2], 0};
+    return words & reinterpret_cast<Quad>(((words & kExponent) != kExponent) & (words << 1 != 0));
+  }
+  /// The bits of the first four numbers of an element; 0 for what is not above 0, and for what is not finite.
+  Quad PositiveWords(size_t element) const {
+    constexpr int32_t kInfinite = 0x7f800000;
+    const auto words = Load<Quad>(element, 0);
+    const auto numbers = reinterpret_cast<SignedQuad>(words);
+    return words & reinterpret_cast<Quad>((numbers > 0) & (numbers < kInfinite));
   }
   /// @param numberAt  gives number `number` of an element
   template <class NumberAt>
@@ -73,6 +84,9 @@ class FloatElements : public Elements {
     const auto value = Load<float>(element, number);
     return std::isfinite(value) ? value : 0.0f;
   }
+
+ private:
+  using SignedQuad = int32_t __attribute__((vector_size(16)));
 };
 
 class IntegerElements : public Elements {
@@ -82,12 +96,11 @@ class IntegerElements : public Elements {
   IntegerElements(Elements elements, size_t numberSize)
       : Elements(std::move(elements)), numberSize_(numberSize) {}
 
-  /// The first N numbers of an element.
-  template <size_t N>
-  std::array<uint32_t, N> All(size_t element) const {
-    if (numberSize_ == 1) return Widened(LoadAll<uint8_t, N>(element));
-    if (numberSize_ == 2) return Widened(LoadAll<uint16_t, N>(element));
-    return LoadAll<uint32_t, N>(element);
+  /// The first four numbers of an element.
+  Quad Four(size_t element) const {
+    if (numberSize_ == 1) return __builtin_convertvector(Load<Bytes>(element, 0), Quad);
+    if (numberSize_ == 2) return __builtin_convertvector(Load<Halves>(element, 0), Quad);
+    return Load<Quad>(element, 0);
   }
   /// Calls `use` with a function that gives the first number of an element, made for the size of the numbers.
   template <class Use>
@@ -98,12 +111,8 @@ class IntegerElements : public Elements {
   }
 
  private:
-  template <class T, size_t N>
-  static std::array<uint32_t, N> Widened(const std::array<T, N>& numbers) {
-    std::array<uint32_t, N> wide;
-    for (size_t i = 0; i < N; ++i) wide[i] = numbers[i];
-    return wide;
-  }
+  using Bytes = uint8_t __attribute__((vector_size(4)));
+  using Halves = uint16_t __attribute__((vector_size(8)));
 
   size_t numberSize_ = sizeof(uint32_t);
 };

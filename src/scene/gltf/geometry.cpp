@@ -29,7 +29,7 @@ class PrimitiveJoiner {
       if (primitive.HasSurface() && primitive.position != kNone) surfaces_.push_back(&primitive);
     }
     budget_.Take(surfaces_.size() * Geometry::kPrimitiveMemory);
-    const std::vector<VertexNumbers> points = WeldPoints(), pairs = ReadCoordinates();
+    const std::vector<VertexNumbers> points = WeldPoints(), pairs = ReadCoordinates(points);
     for (size_t i = 0; i < surfaces_.size(); ++i) AddTriangles(*surfaces_[i], points[i], pairs[i]);
     return std::move(geometry_);
   }
@@ -54,16 +54,18 @@ class PrimitiveJoiner {
     return numbers;
   }
 
-  /// Pairs of coordinates of each surface's vertices, in the set of its material, or in the first.
-  std::vector<VertexNumbers> ReadCoordinates() {
+  /// @param points  control points of each surface's vertices
+  /// @return pairs of coordinates of the vertices, in the set of its material, or in the first.
+  std::vector<VertexNumbers> ReadCoordinates(std::span<const VertexNumbers> points) {
     static const Material kPlain;
-    CoordinateTable table(accessors_, budget_);
+    CoordinateTable table(accessors_, budget_, geometry_.points.size());
     std::vector<VertexNumbers> numbers;
-    for (const Primitive* surface : surfaces_) {
-      const Material& material = surface->material == kNone ? kPlain : document_.materials[surface->material];
+    for (size_t i = 0; i < surfaces_.size(); ++i) {
+      const Primitive& surface = *surfaces_[i];
+      const Material& material = surface.material == kNone ? kPlain : document_.materials[surface.material];
       const size_t set = material.image == kNone ? 0 : material.coordinates;
-      numbers.push_back(set < surface->coordinates.size()
-                            ? table.PairsOf(surface->coordinates[set], material.transform)
+      numbers.push_back(set < surface.coordinates.size()
+                            ? table.PairsOf(surface.coordinates[set], material.transform, points[i])
                             : nullptr);
     }
     geometry_.uvs = table.Take();

@@ -28,14 +28,14 @@ uint64_t InfluenceLists::Memory() const {
 
 void InfluenceLists::Make(const ControlPoints& points) {
   struct Target {
-    int32_t* point;
-    double* weight;
-    size_t left;
+    int32_t* points;
+    double* weights;
+    size_t count, most;
   };
   std::vector<Target> targets;
   for (Joint& joint : joints_) {
-    int32_t* const point = joint.points.emplace().Allocate(joint.most);
-    targets.push_back({point, joint.weights.emplace().Allocate(joint.most), joint.most});
+    int32_t* const list = joint.points.emplace().Allocate(joint.most);
+    targets.push_back({list, joint.weights.emplace().Allocate(joint.most), 0, joint.most});
   }
   points.ForEach([&](uint32_t point, const Vertices& list, size_t vertex) {
     for (const InfluenceSet& set : list.influences) {
@@ -44,16 +44,15 @@ void InfluenceLists::Make(const ControlPoints& points) {
         if (all.weights[i] == 0 || all.joints[i] >= targets.size()) continue;
         Target& target = targets[all.joints[i]];
         // The file may have been changed since they were counted.
-        if (target.left == 0) continue;
-        *target.point++ = static_cast<int32_t>(point);
-        *target.weight++ = static_cast<double>(std::bit_cast<float>(all.weights[i]));
-        --target.left;
+        if (target.count == target.most) continue;
+        target.points[target.count] = static_cast<int32_t>(point);
+        target.weights[target.count++] = static_cast<double>(std::bit_cast<float>(uint32_t{all.weights[i]}));
       }
     }
   });
   for (size_t i = 0; i < joints_.size(); ++i) {
-    joints_[i].points->Shorten(joints_[i].most - targets[i].left);
-    joints_[i].weights->Shorten(joints_[i].most - targets[i].left);
+    joints_[i].points->Shorten(targets[i].count);
+    joints_[i].weights->Shorten(targets[i].count);
   }
 }
 

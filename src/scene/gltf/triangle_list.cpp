@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scene/gltf/triangle_list.h"
 
-#include <algorithm>
-
 namespace scene::gltf {
 namespace {
 
@@ -49,29 +47,34 @@ void TriangleList::WriteNumbers(std::span<int32_t> to, const NumberAt& numberAt)
   size_t next = 0;
   if (isPlain_ && indices_) {
     indices_->UseFirst([&](const auto& vertexAt) {
-      for (; next < to.size(); ++next) to[next] = numberAt(vertexAt(next));
+      for (; to.size() - next >= 3; next += 3) {
+        for (size_t i = 0; i < 3; ++i) to[next + i] = numberAt(vertexAt(next + i), i);
+      }
     });
     return;
   }
   ForEachTriangle([&](uint32_t a, uint32_t b, uint32_t c) {
     // The file may have been changed since the triangles were counted.
     if (to.size() - next < 3) return;
-    for (const uint32_t vertex : {a, b, c}) to[next++] = numberAt(vertex);
+    size_t place = 0;
+    for (const uint32_t vertex : {a, b, c}) to[next++] = numberAt(vertex, place++);
   });
-  std::fill(to.begin() + static_cast<std::ptrdiff_t>(next), to.end(), 0);
+  for (; next < to.size(); ++next) to[next] = numberAt(kNone, next % 3);
 }
 
 void TriangleList::WriteCorners(std::span<int32_t> to) const {
   const std::span<const int32_t> points = points_->View();
   // Also where nothing is: such triangles are dropped, and told, where damaged polygons are.
   constexpr int32_t kNowhere = 0x7ffffffe;
-  WriteNumbers(to, [points](uint32_t vertex) { return vertex < points.size() ? points[vertex] : kNowhere; });
-  for (size_t last = 2; last < to.size(); last += 3) to[last] = ~to[last];
+  WriteNumbers(to, [points](uint32_t vertex, size_t place) {
+    const int32_t point = vertex < points.size() ? points[vertex] : kNowhere;
+    return place == 2 ? ~point : point;
+  });
 }
 
 void TriangleList::WriteCoordinates(std::span<int32_t> to) const {
   const std::span<const int32_t> pairs = coordinates_ ? coordinates_->View() : std::span<const int32_t>();
-  WriteNumbers(to, [pairs](uint32_t vertex) { return vertex < pairs.size() ? pairs[vertex] : -1; });
+  WriteNumbers(to, [pairs](uint32_t vertex, size_t) { return vertex < pairs.size() ? pairs[vertex] : -1; });
 }
 
 }  // namespace scene::gltf

@@ -37,7 +37,7 @@ class TriangleList {
   size_t IndexCount() const { return indices_ ? indices_->size() : points_->size(); }
   template <class Use>
   void ForEachTriangle(const Use& use) const;
-  /// Writes three numbers for each triangle, which `numberAt` gives for its vertices.
+  /// Writes three numbers for each triangle, which `numberAt` gives for its vertices and their places in it.
   template <class NumberAt>
   void WriteNumbers(std::span<int32_t> to, const NumberAt& numberAt) const;
 

@@ -13,10 +13,10 @@ VertexWeld::VertexWeld(const AccessorReader& accessors, Budget& budget, size_t i
       shapeWeights_(shapeWeights),
       points_(points),
       secrets_(1 + 2 * influenceSets),
-      influenceCounts_(jointCount) {
+      influenceCounts_(jointCount + 1) {
   uint64_t number = 0;
-  for (Words& words : secrets_) {
-    for (uint32_t& word : words) word = static_cast<uint32_t>(base::MixedHash()(number++));
+  for (Quad& words : secrets_) {
+    for (size_t i = 0; i < 4; ++i) words[i] = static_cast<uint32_t>(base::MixedHash()(number++));
   }
 }
 
@@ -91,38 +91,39 @@ FbxArray<int32_t> VertexWeld::Weld() {
 }
 
 uint32_t VertexWeld::PointOf(const Vertices& vertices, size_t vertex, uint64_t digest, uint64_t hash) {
-  for (bool isBack = false;; isBack = true) {
-    const uint32_t point = table_.NumberOf(
-        isBack ? NumberTable::HashOf(digest + 1) : hash,
-        [&](uint32_t other) { return IsBack(other) == isBack && IsEqual(other, vertices, vertex); });
-    if (point == points_.size()) {
-      points_.AddPoint(vertex);
-      if (isBack) backs_.push_back(point);
-      return point;
-    }
-    if (isBack || !IsOpposed(point, vertices, vertex)) return point;
+  const auto pointOf = [&](bool isBack, uint64_t hashOfSide) {
+    return table_.NumberOf(hashOfSide, [&](uint32_t other) {
+      return IsBack(other) == isBack && IsEqual(other, vertices, vertex);
+    });
+  };
+  uint32_t point = pointOf(false, hash);
+  if (point < points_.size()) {
+    if (!IsOpposed(point, vertices, vertex)) return point;
+    point = pointOf(true, NumberTable::HashOf(digest + 1));
+    if (point < points_.size()) return point;
+    backs_.push_back(point);
   }
+  points_.AddPoint(vertex);
+  return point;
 }
 
 /// Of all vertices, as it is not known yet which of them are one point.
 void VertexWeld::CountInfluences(const InfluenceSet::Influences& influences) {
-  for (size_t i = 0; i < InfluenceSet::kSize; ++i) {
-    const uint32_t joint = influences.joints[i];
-    if (influences.weights[i] != 0 && joint < influenceCounts_.size()) ++influenceCounts_[joint];
-  }
+  const size_t jointCount = influenceCounts_.size() - 1;
+  for (size_t i = 0; i < InfluenceSet::kSize; ++i)
+    influenceCounts_[std::min<size_t>(influences.joints[i], jointCount)] += influences.weights[i] != 0;
 }
 
 /// A sum of products of two words each, to which numbers are added that no file can know.
 template <class Visit>
 uint64_t VertexWeld::Digest(const Vertices& vertices, size_t vertex, const Visit& visit) const {
-  const Words* secrets = secrets_.data();
+  const Quad* secrets = secrets_.data();
   uint64_t sum = 0;
-  const auto add = [&](const Words& words) {
-    const Words& s = *secrets++;
-    sum += uint64_t{words[0] + s[0]} * (words[1] + s[1]) + uint64_t{words[2] + s[2]} * (words[3] + s[3]);
+  const auto add = [&](const Quad& words) {
+    const Quad factors = words + *secrets++;
+    sum += uint64_t{factors[0]} * factors[1] + uint64_t{factors[2]} * factors[3];
   };
-  const auto [x, y, z] = vertices.positions.Words<3>(vertex);
-  add({x, y, z, 0});
+  add(vertices.positions.Words(vertex));
   for (size_t set = 0; set < influenceSets_; ++set) {
     const InfluenceSet::Influences influences = vertices.InfluencesOf(vertex, set);
     visit(influences);
@@ -147,7 +148,7 @@ bool VertexWeld::IsBack(uint32_t point) const {
 bool VertexWeld::IsEqual(uint32_t point, const Vertices& vertices, size_t vertex) const {
   bool isEqual = false;
   points_.UseVertex(point, [&](const Vertices& own, size_t ownVertex) {
-    isEqual = own.positions.Words<3>(ownVertex) == vertices.positions.Words<3>(vertex);
+    isEqual = IsSame(own.positions.Words(ownVertex), vertices.positions.Words(vertex));
     for (size_t set = 0; set < influenceSets_ && isEqual; ++set)
       isEqual = own.InfluencesOf(ownVertex, set) == vertices.InfluencesOf(vertex, set);
   });

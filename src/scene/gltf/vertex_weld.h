@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <span>
 #include <vector>
 
@@ -26,11 +25,11 @@ class VertexWeld {
   /// @throws Fault
   VertexNumbers PointsOf(const Primitive& primitive);
   /// How many vertices each joint moves.
-  std::span<const uint32_t> InfluenceCounts() const { return influenceCounts_; }
+  std::span<const uint32_t> InfluenceCounts() const {
+    return std::span(influenceCounts_).first(influenceCounts_.size() - 1);
+  }
 
  private:
-  using Words = std::array<uint32_t, 4>;
-
   Vertices ReadVertices(const Primitive& primitive) const;
   FloatElements ReadPositions(const Primitive& primitive) const;
   /// Numbers of the vertices that were added last.
@@ -50,9 +49,9 @@ class VertexWeld {
   size_t influenceSets_;
   std::span<const double> shapeWeights_;
   ControlPoints& points_;
-  std::vector<Words> secrets_;   ///< for the words of a position, joints, weights, joints ...
-  std::vector<uint32_t> backs_;  ///< points that are the other side of one that was there before
-  std::vector<uint32_t> influenceCounts_;
+  std::vector<Quad> secrets_;              ///< for the words of a position, joints, weights, joints ...
+  std::vector<uint32_t> backs_;            ///< points that are the other side of one that was there before
+  std::vector<uint32_t> influenceCounts_;  ///< and of those of joints that are not there
   NumberTable table_;
   uint64_t vertexCount_ = 0;
   std::vector<uint32_t> sharedAccessors_;  ///< those that `shared_` comes from

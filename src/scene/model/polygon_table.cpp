@@ -2,6 +2,7 @@
 #include "scene/model/polygon_table.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "scene/model/mesh_excess.h"
 
@@ -13,8 +14,10 @@ KFbxPolygonTable::KFbxPolygonTable(FbxArray<int32_t>& corners, int32_t pointCoun
   const auto isLast = [&](uint32_t i) { return corners[i] < 0 || i + 1 == cornerCount; };
   while (evenSize_ < cornerCount && !isLast(evenSize_ - 1)) ++evenSize_;
   KFbxPolygon polygon;
+  polygon.number = PassEven(corners, pointCount);
+  polygon.firstCorner = polygon.number * evenSize_;
   bool sound = true;
-  for (uint32_t i = 0; i < cornerCount; ++i) {
+  for (uint32_t i = polygon.firstCorner; i < cornerCount; ++i) {
     const bool last = isLast(i);
     int32_t& corner = corners[i];
     if (corner < 0) corner = ~corner;
@@ -32,6 +35,24 @@ KFbxPolygonTable::KFbxPolygonTable(FbxArray<int32_t>& corners, int32_t pointCoun
     polygon.firstCorner = i + 1;
   }
   counts_.polygons = polygon.number - counts_.dropped;
+}
+
+uint32_t KFbxPolygonTable::PassEven(FbxArray<int32_t>& corners, int32_t pointCount) const {
+  const auto pass = [&](const auto size) {
+    uint32_t number = 0;
+    for (size_t first = 0; corners.size() - first > size; first += size, ++number) {
+      int32_t* const polygon = corners.begin() + first;
+      bool isEven = true;
+      for (uint32_t k = 0; k + 1 < size; ++k) isEven &= polygon[k] >= 0 && polygon[k] < pointCount;
+      const int32_t last = ~polygon[size - 1];
+      if (!isEven || last < 0 || last >= pointCount) break;
+      polygon[size - 1] = last;
+    }
+    return number;
+  };
+  if (evenSize_ == 3) return pass(std::integral_constant<uint32_t, 3>());
+  if (evenSize_ == 4) return pass(std::integral_constant<uint32_t, 4>());
+  return 0;
 }
 
 void KFbxPolygonTable::StartListing(const KFbxPolygon& next, const FbxArray<int32_t>& corners,

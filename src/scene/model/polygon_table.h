@@ -42,6 +42,9 @@ class KFbxPolygonTable {
   uint64_t Memory() const { return sizeof(KFbxPolygon) * listed_.capacity(); }
 
  private:
+  /// Inverts the last corners of triangles or quads, which most files have, up to a polygon that is not like them.
+  /// @return how many there are; the last of the table is never among them
+  uint32_t PassEven(FbxArray<int32_t>& corners, int32_t pointCount) const;
   /// From the polygon `next` on, polygons are not like those before it: each is listed.
   void StartListing(const KFbxPolygon& next, const FbxArray<int32_t>& corners, uint64_t memory);
 
