@@ -47,11 +47,12 @@ struct ExportOptions {
 
 const std::map<std::string, double> kMetres = {{"mm", 0.001}, {"cm", 0.01}, {"inch", 0.0254}, {"m", 1.0}};
 
-/// Packages do not tell their unit. Up to this height in units a model is one in metres, up to a hundred
-/// times that one in centimetres, beyond it one in millimetres.
+/// Packages do not tell their unit. Most models are in centimetres, as all that were not FBX files are, however tall;
+/// small ones are in metres, and those that would be people in millimetres are.
 std::string LikelyUnit(double height) {
-  constexpr double kTallest = 8.0;
-  return height <= kTallest ? "m" : height <= 100.0 * kTallest ? "cm" : "mm";
+  constexpr double kTallest = 8.0, kSmallest = 1000.0, kLargest = 3000.0;
+  const bool isPerson = height >= kSmallest && height <= kLargest;
+  return height <= kTallest ? "m" : isPerson ? "mm" : "cm";
 }
 
 /// Stands the model up along +Y, facing +Z, in metres. @return what was done, in words
