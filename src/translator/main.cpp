@@ -25,6 +25,7 @@
 #include "translator/inline_materials.h"
 #include "translator/mend_blender.h"
 #include "translator/model_folder.h"
+#include "translator/plain_material.h"
 #include "translator/trim_texts.h"
 #include "translator/unpack_meshes.h"
 #include "translator/write_glb.h"
@@ -129,7 +130,7 @@ std::string ReadModel(FormatTraits& format) {
     format.bindsInWorld = true;
     model = translator::MendBlenderFile(std::move(model));
   }
-  return translator::TrimTexts(model);
+  return translator::WithPlainMaterial(translator::TrimTexts(model));
 }
 
 /// Names of what the model calls joints, where the library does not tell.

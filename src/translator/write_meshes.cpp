@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "translator/plain_material.h"
+
 namespace translator {
 namespace {
 
@@ -144,7 +146,9 @@ std::string MeshWriter::WritePrimitive(const aiMesh& mesh, const Skin& skin) {
   if (!skin.joints.empty()) attributes += WriteInfluences(mesh, skin);
   const size_t indices = data_.Add<uint32_t>(corners, GlbData::kU32, "SCALAR", 1);
   return "{\"attributes\":{" + attributes + "},\"indices\":" + std::to_string(indices) +
-         ",\"material\":" + std::to_string(mesh.mMaterialIndex) + "}";
+         (IsPlain(*scene_.mMaterials[mesh.mMaterialIndex])
+              ? "}"
+              : ",\"material\":" + std::to_string(mesh.mMaterialIndex) + "}");
 }
 
 std::string MeshWriter::WriteCoordinates(const aiMesh& mesh, unsigned set) {

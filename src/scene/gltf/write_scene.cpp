@@ -155,7 +155,9 @@ class SceneWriter {
     pose_.push_back({id, {}});
     const int64_t mesh = WriteGeometry(node, geometry);
     links_.Connect(mesh, id);
-    for (const uint32_t material : geometry.materials) links_.Connect(materials_.IdOf(material), id);
+    if (geometry.materials != std::vector<uint32_t>{kNone}) {
+      for (const uint32_t material : geometry.materials) links_.Connect(materials_.IdOf(material), id);
+    }
     if (isSkinned) {
       WriteSkin(node.skin, geometry, mesh);
     } else if (rig_.boneAbove[index] != kNone) {
