@@ -3,6 +3,7 @@
 // The commands that read packages, as a person or a script runs them.
 #include <nlohmann/json.hpp>
 
+#include "inspect/common_size.h"
 #include "inspect/compare_packages.h"
 #include "support/sample_actor.h"
 #include "support/tool.h"
@@ -78,6 +79,13 @@ TEST_F(PackageTool, DiffTellsWhatHasChangedAndNothingElse) {
   EXPECT_TRUE(actor::ComparePackages({before, old}, {after, changed}).empty());
   std::swap(changed.meshes[0].faces[0][0], changed.meshes[0].faces[0][1]);
   EXPECT_EQ(actor::ComparePackages({before, old}, {after, changed}).at(0).code, "mesh-faces");
+  changed = actor::Enlarged(old, 100);
+  changed.materials = old.materials;
+  changed.pictures = old.pictures;
+  changed.document = old.document;
+  const actor::Differences size = actor::ComparePackages({before, old}, {after, changed});
+  ASSERT_EQ(size.size(), 1u);
+  EXPECT_THAT(size[0].text, testing::StartsWith("100 times as large"));
   changed = old;
   changed.skeleton.bones[3].translation[0] += 1;
   changed.meshes[0].vertices[5].position[1] += 2;

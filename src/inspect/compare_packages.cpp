@@ -9,6 +9,7 @@
 #include "actor/picture_header.h"
 #include "core/names.h"
 #include "inspect/actor_measure.h"
+#include "inspect/common_size.h"
 #include "platform/file_system.h"
 
 namespace actor {
@@ -145,6 +146,26 @@ void CompareOtherFiles(const PackageContents& before, const PackageContents& aft
               });
 }
 
+Differences CompareSkeletonAndMeshes(const Actor& before, const Actor& after) {
+  Differences differences;
+  CompareBones(before, after, differences);
+  CompareMeshes(before, after, differences);
+  return differences;
+}
+
+/// At one size where less is different then, as of one model in two units.
+Differences CompareShapes(const Actor& before, const Actor& after) {
+  Differences differences = CompareSkeletonAndMeshes(before, after);
+  const double growth = GrowthBetween(before, after);
+  constexpr double kLeastGrowth = 1e-3;
+  if (differences.empty() || std::abs(growth - 1) < kLeastGrowth) return differences;
+  Differences others = CompareSkeletonAndMeshes(Enlarged(before, growth), after);
+  if (others.size() >= differences.size()) return differences;
+  others.push_back({Part::Mesh, "mesh-size", "all meshes",
+                    ShortText(growth) + " times as large, with the bones; the rest is compared at one size"});
+  return others;
+}
+
 }  // namespace
 
 std::string Changed(const std::string& what, const std::string& before, const std::string& after) {
@@ -158,9 +179,7 @@ std::string ShortText(double number) {
 }
 
 Differences ComparePackages(const ReadPackageParts& before, const ReadPackageParts& after) {
-  Differences differences;
-  CompareBones(before.actor, after.actor, differences);
-  CompareMeshes(before.actor, after.actor, differences);
+  Differences differences = CompareShapes(before.actor, after.actor);
   CompareMaterials(before.actor, after.actor, differences);
   ComparePictures(before.actor, after.actor, differences);
   CompareDocuments(before, after, differences);
