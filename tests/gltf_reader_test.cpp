@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 
 #include "mesh/claims/weigh_claims.h"
 #include "platform/process.h"
@@ -298,6 +299,29 @@ TEST(Gltf, SeveralTopJointsAreJoinedAndHungMeshesHeld) {
   const scene::KFbxSkin& held = *loaded.Mesh("hat").GetSkin(0);
   EXPECT_EQ(held.GetCluster(0)->GetLink(), &loaded.Node("left"));
   EXPECT_EQ(PointsOf(loaded.Mesh("hat"))[1], 100.0);
+}
+
+TEST(Gltf, HoweverManyPointsOfOnePlaceKeepTheirInfluences) {
+  constexpr uint8_t kCount = 120;
+  GltfFile file;
+  std::vector<size_t> bones;
+  std::vector<uint8_t> numbers(kCount);
+  std::iota(numbers.begin(), numbers.end(), uint8_t{0});
+  for (const uint8_t number : numbers) bones.push_back(file.Top({{"name", "b" + std::to_string(number)}}));
+  const auto primitive = [&] {
+    return Json{
+        {"attributes", file.Held({{"POSITION", file.Points(std::vector<float>(3 * kCount))}}, numbers)}};
+  };
+  const size_t mesh = file.Mesh(primitive());
+  file.root["meshes"][mesh]["primitives"].push_back(primitive());
+  file.Top({{"name", "m"}, {"mesh", mesh}, {"skin", AddSkin(file, bones, {})}});
+  const Loaded loaded(file);
+  const scene::KFbxSkin& skin = *loaded.Mesh("m").GetSkin(0);
+  ASSERT_EQ(skin.GetClusterCount(), kCount);
+  EXPECT_EQ(skin.GetCluster(0)->GetControlPointIndicesCount(), 1) << "equal ones are one point";
+  const std::span<const int32_t> last = skin.GetCluster(kCount - 1)->GetControlPointIndices();
+  EXPECT_THAT(std::vector<int32_t>(last.begin(), last.end()), testing::Contains(kCount - 1));
+  EXPECT_LT(loaded.Mesh("m").GetControlPointsCount(), 2 * kCount);
 }
 
 /// A small sound file to damage.

@@ -45,10 +45,10 @@ class PrimitiveJoiner {
   /// Control points of each surface's vertices. Takes their influences as well.
   std::vector<VertexNumbers> WeldPoints() {
     budget_.Take(jointCount_ * InfluenceLists::kJointMemory);
-    VertexWeld weld(accessors_, budget_, InfluenceSets(), jointCount_, shapeWeights_, geometry_.points);
+    VertexWeld weld(accessors_, budget_, InfluenceSets(), shapeWeights_, geometry_.points);
     std::vector<VertexNumbers> numbers;
     for (const Primitive* surface : surfaces_) numbers.push_back(weld.PointsOf(*surface));
-    geometry_.influences = InfluenceLists(weld.InfluenceCounts());
+    geometry_.influences = InfluenceLists(geometry_.points, jointCount_);
     budget_.Take(uint64_t{geometry_.points.size()} * 12 + geometry_.influences.Memory());
     geometry_.points.DropNormals();
     return numbers;

@@ -1,13 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "scene/gltf/influence_lists.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace scene::gltf {
 
-InfluenceLists::InfluenceLists(std::span<const uint32_t> counts) {
-  joints_.resize(counts.size());
-  for (size_t i = 0; i < counts.size(); ++i) joints_[i].most = counts[i];
+InfluenceLists::InfluenceLists(const ControlPoints& points, size_t jointCount) {
+  std::vector<size_t> counts(jointCount + 1);  // the last of joints that are not there
+  points.ForEach([&](uint32_t, const Vertices& list, size_t vertex) {
+    for (const InfluenceSet& set : list.influences) {
+      const InfluenceSet::Influences all = set.Of(vertex);
+      for (size_t i = 0; i < InfluenceSet::kSize; ++i)
+        counts[std::min<size_t>(all.joints[i], jointCount)] += all.weights[i] != 0;
+    }
+  });
+  joints_.resize(jointCount);
+  for (size_t i = 0; i < jointCount; ++i) joints_[i].most = counts[i];
 }
 
 FbxArray<int32_t> InfluenceLists::TakePoints(const ControlPoints& points, size_t joint) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <vector>
 
 #include "scene/gltf/control_points.h"
@@ -14,8 +13,8 @@ namespace scene::gltf {
 class InfluenceLists {
  public:
   InfluenceLists() = default;
-  /// @param counts  how many points each joint moves at most
-  explicit InfluenceLists(std::span<const uint32_t> counts);
+  /// @param jointCount  of the skin
+  InfluenceLists(const ControlPoints& points, size_t jointCount);
 
   size_t MostOf(size_t joint) const { return joints_[joint].most; }
   FbxArray<int32_t> TakePoints(const ControlPoints& points, size_t joint);

@@ -23,17 +23,19 @@ class NumberTable {
     slots_.assign(slots, 0);
     for (uint32_t number = 0; number < count_; ++number) {
       const uint64_t hash = HashOf(digestOf(number));
-      *FindSlot(hash, [](uint32_t) { return false; }) = TagOf(hash) | (number + 1);
+      if (uint32_t* slot = FindSlot(hash, [](uint32_t) { return false; })) *slot = TagOf(hash) | (number + 1);
     }
   }
   static uint64_t HashOf(uint64_t digest) { return base::MixedHash()(digest); }
   /// Number of what has a digest with `hash`: that of something equal, or the next, for which there must be room.
+  /// A file may have many things of one digest; what is unlike kMostCompared of them is not found again.
   /// @param isEqual  tells whether it is equal to what has a number
   template <class IsEqual>
   uint32_t NumberOf(uint64_t hash, const IsEqual& isEqual) {
-    uint32_t& slot = *FindSlot(hash, isEqual);
-    if (slot == 0) slot = TagOf(hash) | ++count_;
-    return NumberIn(slot);
+    uint32_t* const slot = FindSlot(hash, isEqual);
+    if (!slot) return count_++;
+    if (*slot == 0) *slot = TagOf(hash) | ++count_;
+    return NumberIn(*slot);
   }
   /// Calls `use` with each place below `count`, its digest, which `digestAt` gives, and the hash of that. What
   /// NumberOf will look at is fetched while other digests are made.
@@ -57,19 +59,25 @@ class NumberTable {
 
  private:
   static constexpr size_t kFirst = 64;
+  static constexpr int kMostCompared = 64;
 
   /// Fewer than half of the slots are taken, so numbers leave bits free for a part of the hash.
   uint32_t TagOf(uint64_t hash) const {
     return static_cast<uint32_t>(hash >> 32) & ~static_cast<uint32_t>(slots_.size() - 1);
   }
   uint32_t NumberIn(uint32_t slot) const { return (slot & static_cast<uint32_t>(slots_.size() - 1)) - 1; }
+  /// The slot of what is equal, or a free one.
   template <class IsEqual>
   uint32_t* FindSlot(uint64_t hash, const IsEqual& isEqual) {
     const size_t mask = slots_.size() - 1;
-    size_t i = static_cast<size_t>(hash) & mask;
-    while (slots_[i] != 0 && (((slots_[i] ^ TagOf(hash)) & ~mask) != 0 || !isEqual(NumberIn(slots_[i]))))
-      i = (i + 1) & mask;
-    return &slots_[i];
+    int compared = 0;
+    for (size_t i = static_cast<size_t>(hash) & mask;; i = (i + 1) & mask) {
+      uint32_t* const slot = &slots_[i];
+      if (*slot == 0) return slot;
+      if (((*slot ^ TagOf(hash)) & ~mask) != 0) continue;
+      if (isEqual(NumberIn(*slot))) return slot;
+      if (++compared == kMostCompared) return nullptr;
+    }
   }
 
   uint32_t count_ = 0;

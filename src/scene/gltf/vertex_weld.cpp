@@ -6,18 +6,13 @@
 
 namespace scene::gltf {
 VertexWeld::VertexWeld(const AccessorReader& accessors, Budget& budget, size_t influenceSets,
-                       size_t jointCount, std::span<const double> shapeWeights, ControlPoints& points)
+                       std::span<const double> shapeWeights, ControlPoints& points)
     : accessors_(accessors),
       budget_(budget),
       influenceSets_(influenceSets),
       shapeWeights_(shapeWeights),
-      points_(points),
-      secrets_(1 + 2 * influenceSets),
-      influenceCounts_(jointCount + 1) {
-  uint64_t number = 0;
-  for (Quad& words : secrets_) {
-    for (size_t i = 0; i < 4; ++i) words[i] = static_cast<uint32_t>(base::MixedHash()(number++));
-  }
+      points_(points) {
+  for (uint32_t i = 0; i < 4; ++i) secrets_[i] = static_cast<uint32_t>(base::MixedHash()(uint64_t{i}));
 }
 
 VertexNumbers VertexWeld::PointsOf(const Primitive& primitive) {
@@ -80,10 +75,7 @@ FbxArray<int32_t> VertexWeld::Weld() {
   table_.Expect(count, [&](uint32_t point) { return DigestOf(point); });
   FbxArray<int32_t> numbers;
   int32_t* const to = numbers.Allocate(count);
-  const auto digestAt = [&](size_t vertex) {
-    return Digest(vertices, vertex,
-                  [&](const InfluenceSet::Influences& influences) { CountInfluences(influences); });
-  };
+  const auto digestAt = [&](size_t vertex) { return Digest(vertices, vertex); };
   table_.ForEachAhead(count, digestAt, [&](size_t vertex, uint64_t digest, uint64_t hash) {
     to[vertex] = static_cast<int32_t>(PointOf(vertices, vertex, digest, hash));
   });
@@ -107,37 +99,16 @@ uint32_t VertexWeld::PointOf(const Vertices& vertices, size_t vertex, uint64_t d
   return point;
 }
 
-/// Of all vertices, as it is not known yet which of them are one point.
-void VertexWeld::CountInfluences(const InfluenceSet::Influences& influences) {
-  const size_t jointCount = influenceCounts_.size() - 1;
-  for (size_t i = 0; i < InfluenceSet::kSize; ++i)
-    influenceCounts_[std::min<size_t>(influences.joints[i], jointCount)] += influences.weights[i] != 0;
-}
-
-/// A sum of products of two words each, to which numbers are added that no file can know.
-template <class Visit>
-uint64_t VertexWeld::Digest(const Vertices& vertices, size_t vertex, const Visit& visit) const {
-  const Quad* secrets = secrets_.data();
-  uint64_t sum = 0;
-  const auto add = [&](const Quad& words) {
-    const Quad factors = words + *secrets++;
-    sum += uint64_t{factors[0]} * factors[1] + uint64_t{factors[2]} * factors[3];
-  };
-  add(vertices.positions.Words(vertex));
-  for (size_t set = 0; set < influenceSets_; ++set) {
-    const InfluenceSet::Influences influences = vertices.InfluencesOf(vertex, set);
-    visit(influences);
-    add(influences.joints);
-    add(influences.weights);
-  }
-  return sum;
+/// Of the position alone, as few vertices that share it differ. A sum of products of two words each, to which
+/// numbers are added that no file can know.
+uint64_t VertexWeld::Digest(const Vertices& vertices, size_t vertex) const {
+  const Quad factors = vertices.positions.Words(vertex) + secrets_;
+  return uint64_t{factors[0]} * factors[1] + uint64_t{factors[2]} * factors[3];
 }
 
 uint64_t VertexWeld::DigestOf(uint32_t point) const {
   uint64_t digest = IsBack(point) ? 1 : 0;
-  points_.UseVertex(point, [&](const Vertices& list, size_t vertex) {
-    digest += Digest(list, vertex, [](const InfluenceSet::Influences&) {});
-  });
+  points_.UseVertex(point, [&](const Vertices& list, size_t vertex) { digest += Digest(list, vertex); });
   return digest;
 }
 

@@ -16,18 +16,13 @@ namespace scene::gltf {
 class VertexWeld {
  public:
   /// @param influenceSets  of the primitive with the most
-  /// @param jointCount     of the skin
   /// @param shapeWeights   how far each morph target counts
-  VertexWeld(const AccessorReader& accessors, Budget& budget, size_t influenceSets, size_t jointCount,
+  VertexWeld(const AccessorReader& accessors, Budget& budget, size_t influenceSets,
              std::span<const double> shapeWeights, ControlPoints& points);
 
   /// Control point of each vertex of `primitive`.
   /// @throws Fault
   VertexNumbers PointsOf(const Primitive& primitive);
-  /// How many vertices each joint moves.
-  std::span<const uint32_t> InfluenceCounts() const {
-    return std::span(influenceCounts_).first(influenceCounts_.size() - 1);
-  }
 
  private:
   Vertices ReadVertices(const Primitive& primitive) const;
@@ -35,10 +30,7 @@ class VertexWeld {
   /// Numbers of the vertices that were added last.
   FbxArray<int32_t> Weld();
   uint32_t PointOf(const Vertices& vertices, size_t vertex, uint64_t digest, uint64_t hash);
-  void CountInfluences(const InfluenceSet::Influences& influences);
-  /// Of position and influences; calls `visit` with those of each set.
-  template <class Visit>
-  uint64_t Digest(const Vertices& vertices, size_t vertex, const Visit& visit) const;
+  uint64_t Digest(const Vertices& vertices, size_t vertex) const;
   uint64_t DigestOf(uint32_t point) const;
   bool IsBack(uint32_t point) const;
   bool IsEqual(uint32_t point, const Vertices& vertices, size_t vertex) const;
@@ -49,9 +41,8 @@ class VertexWeld {
   size_t influenceSets_;
   std::span<const double> shapeWeights_;
   ControlPoints& points_;
-  std::vector<Quad> secrets_;              ///< for the words of a position, joints, weights, joints ...
-  std::vector<uint32_t> backs_;            ///< points that are the other side of one that was there before
-  std::vector<uint32_t> influenceCounts_;  ///< and of those of joints that are not there
+  Quad secrets_{};               ///< for the words of a position
+  std::vector<uint32_t> backs_;  ///< points that are the other side of one that was there before
   NumberTable table_;
   uint64_t vertexCount_ = 0;
   std::vector<uint32_t> sharedAccessors_;  ///< those that `shared_` comes from
