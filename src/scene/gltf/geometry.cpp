@@ -23,14 +23,15 @@ class PrimitiveJoiner {
         shapeWeights_(node.weights.empty() ? mesh_.weights : node.weights),
         jointCount_(jointCount) {}
 
-  Geometry Join(const KFbxXMatrix& place) {
-    geometry_.place = place;
+  Geometry Join(const MeshPlace& place) {
+    geometry_.place = place.points;
     for (const Primitive& primitive : mesh_.primitives) {
       if (primitive.HasSurface() && primitive.position != kNone) surfaces_.push_back(&primitive);
     }
     budget_.Take(surfaces_.size() * Geometry::kPrimitiveMemory);
     const std::vector<VertexNumbers> points = WeldPoints(), pairs = ReadCoordinates(points);
-    for (size_t i = 0; i < surfaces_.size(); ++i) AddTriangles(*surfaces_[i], points[i], pairs[i]);
+    for (size_t i = 0; i < surfaces_.size(); ++i)
+      AddTriangles(*surfaces_[i], place.isMirrored, points[i], pairs[i]);
     return std::move(geometry_);
   }
 
@@ -72,14 +73,15 @@ class PrimitiveJoiner {
     return numbers;
   }
 
-  void AddTriangles(const Primitive& primitive, const VertexNumbers& points, const VertexNumbers& pairs) {
+  void AddTriangles(const Primitive& primitive, bool isMirrored, const VertexNumbers& points,
+                    const VertexNumbers& pairs) {
     std::optional<IntegerElements> indices;
     if (primitive.indices != kNone) indices = accessors_.Integers(primitive.indices, 1);
     const size_t count = indices ? indices->size() : points->size();
     // What is written later.
     budget_.Take(TriangleList::MostTriangles(primitive.mode, count) * 28);
-    geometry_.triangles.emplace_back(primitive.mode, std::move(indices), geometry_.place.Determinant() < 0.0,
-                                     points, pairs, FindMaterial(primitive.material));
+    geometry_.triangles.emplace_back(primitive.mode, std::move(indices), isMirrored, points, pairs,
+                                     FindMaterial(primitive.material));
     constexpr size_t kMost = std::numeric_limits<int32_t>::max() / 3;
     if (geometry_.TriangleCount() > kMost) throw Fault("a mesh has too many triangles");
   }
@@ -157,7 +159,7 @@ uint64_t Geometry::Memory() const {
 }
 
 Geometry JoinPrimitives(const Document& document, const AccessorReader& accessors, Budget& budget,
-                        const Node& node, const KFbxXMatrix& place, size_t jointCount) {
+                        const Node& node, const MeshPlace& place, size_t jointCount) {
   const uint64_t before = budget.Used();
   Geometry geometry = PrimitiveJoiner(document, accessors, budget, node, jointCount).Join(place);
   budget.ReturnTo(before);

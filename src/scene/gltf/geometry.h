@@ -35,10 +35,16 @@ struct Geometry {
   uint64_t Memory() const;
 };
 
-/// Joins the primitives of the mesh of node `node`. Its points go where `place` takes them.
+/// Where a mesh goes.
+struct MeshPlace {
+  KFbxXMatrix points;       ///< takes its points into the world
+  bool isMirrored = false;  ///< its triangles turn the other way there
+};
+
+/// Joins the primitives of the mesh of node `node`.
 /// @param jointCount  of its skin, whose influences are read; 0 for a mesh without
 /// @throws Fault
 Geometry JoinPrimitives(const Document& document, const AccessorReader& accessors, Budget& budget,
-                        const Node& node, const KFbxXMatrix& place, size_t jointCount);
+                        const Node& node, const MeshPlace& place, size_t jointCount);
 
 }  // namespace scene::gltf

@@ -146,7 +146,9 @@ class SceneWriter {
   void WriteMesh(uint32_t index) {
     const Node& node = document_.nodes[index];
     const bool isSkinned = node.skin != kNone;
-    const KFbxXMatrix place = isSkinned ? rig_.skins[node.skin].place : rig_.places[index];
+    // Which way triangles turn is said by the node, also where the skin takes the points elsewhere.
+    const MeshPlace place{isSkinned ? rig_.skins[node.skin].place : rig_.places[index],
+                          rig_.places[index].Determinant() < 0.0};
     const size_t jointCount = isSkinned ? document_.skins[node.skin].joints.size() : 0;
     Geometry& geometry =
         meshes_.emplace_back(JoinPrimitives(document_, accessors_, budget_, node, place, jointCount));
