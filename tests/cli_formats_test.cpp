@@ -112,7 +112,7 @@ class Formats : public Tool {
         std::system(
             ("python3 '" TS3D_SOURCE_FOLDER "/tools/export_scout.py' '" + folder_.Path() + "'").c_str()),
         0);
-    for (const std::string name : {"glb", "gltf", "vrm", "dae", "x", "b3d", "md5mesh", "smd"}) {
+    for (const std::string name : {"glb", "gltf", "vrm", "dae", "x", "b3d", "pmx", "md5mesh", "smd"}) {
       std::filesystem::create_directory(folder_.Path(name));
       std::filesystem::copy(folder_.Path("textures"), folder_.Path(name + "/textures"));
       std::filesystem::copy_file(folder_.Path("skin.tga"), folder_.Path(name + "/skin.tga"));
@@ -183,10 +183,12 @@ TEST_F(Formats, ACharacterBecomesThePackageOfItsFbx) {
 // Quaternions without their last number, and meshes cut by their materials alone: near, and not the same files.
 TEST_F(Formats, ACharacterOfAGameBecomesTheSameCharacter) {
   ExportAll();
-  for (const std::string name : {"b3d", "md5mesh", "smd"}) {
+  for (const std::string name : {"b3d", "pmx", "md5mesh", "smd"}) {
     SCOPED_TRACE(name);
     EXPECT_EQ(Run("convert --prove " + name), 0) << errors_;
-    EXPECT_TRUE(Printed(name == "b3d" ? "taken for centimetres" : "its lengths are multiplied by 2.54"))
+    EXPECT_TRUE(Printed(name == "b3d"   ? "taken for centimetres"
+                        : name == "pmx" ? "multiplied by 8 to be"
+                                        : "multiplied by 2.54 to be"))
         << errors_;
     const actor::Actor made = Load(folder_.Path(name + "/scout.czp"));
     ASSERT_EQ(made.skeleton.bones.size(), expected_.skeleton.bones.size());

@@ -77,6 +77,8 @@ TEST(ModelKinds, AreKnownByTheirContent) {
   EXPECT_EQ(kindOf("// exported\nMD5Version 10"), "MD5");
   EXPECT_EQ(kindOf("// exported\nversion 1\nnodes\n"), "SMD");
   EXPECT_EQ(kindOf("BB3D\1"), "B3D");
+  EXPECT_EQ(kindOf(std::string_view("PMX \0\0\0\x40\b", 9)), "PMX");
+  EXPECT_EQ(kindOf("PMX ray"), "");
   EXPECT_EQ(kindOf("# made by hand\n\nmtllib a.mtl\n"), "OBJ");
   EXPECT_EQ(kindOf("just some text\n"), "");
   std::string stl(84 + 50, '\0');

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Write the sample character of samples/make_scout.py in other formats, with its pictures beside it:
-scout.dae, scout.x, scout.b3d, scout.md5mesh, scout.smd, scout.glb, scout.gltf with scout.bin, and scout.vrm.
+scout.dae, scout.x, scout.b3d, scout.pmx, scout.md5mesh, scout.smd, scout.glb, scout.gltf with scout.bin, and scout.vrm.
 
 Usage: export_scout.py FOLDER
 
@@ -293,6 +293,57 @@ def b3d(scout):
                      b3d_node("scout", IDENTITY, whole + bone(*scout.bones[0])))
 
 
+# ---- PMX: units of 8 cm, a left hand's axes, looking against Z; bones have places and no rotations ----------------
+
+PMX_UNIT = 8.0
+PMX_DEFORMS = {1: (0, 1, 0), 2: (1, 2, 1)}  # number of influences: kind, bones, weights; else four of both
+
+
+def pmx_text(text):
+    content = text.encode("utf-16-le")
+    return struct.pack("<i", len(content)) + content
+
+
+def pmx_point(point):
+    x, y, z = (c / PMX_UNIT for c in point)
+    return struct.pack("<3f", x, y, -z)
+
+
+def pmx_vertex(scout, mesh, normal, pair):
+    u, v = (round(c, 3) for c in mesh.uvs[pair[1]])
+    influences = [(scout.names.index(b), w / 1000) for b, w in mesh.weights[pair[0]].items()]
+    kind, bones, weights = PMX_DEFORMS.get(len(influences), (2, 4, 4))
+    influences += [(0, 0.0)] * (bones - len(influences))
+    return (pmx_point(mesh.points[pair[0]]) + struct.pack("<5f", normal[0], normal[1], -normal[2], u, 1 - v) +
+            struct.pack("<B%dH%df" % (bones, weights), kind, *(b for b, _ in influences),
+                        *(w for _, w in influences[:weights])) + struct.pack("<f", 1))
+
+
+def pmx(scout):
+    vertices, groups = [], {}
+    for mesh in scout.meshes:
+        own, normals, base = Vertices(mesh), mesh.normals(), len(vertices)
+        for material, triangle in triangles(mesh):
+            groups.setdefault(material, []).extend(base + own.of(c) for c in reversed(triangle))
+        vertices += [pmx_vertex(scout, mesh, normals[pair[0]], pair) for pair in own.pairs]
+    names = [n for n, *_ in MATERIALS]
+    corners = [c for n in names for c in groups[n]]
+    file = b"PMX " + struct.pack("<f9B", 2.0, 8, 0, 0, 2, 1, 1, 2, 1, 1) + pmx_text("scout") + 3 * pmx_text("")
+    file += struct.pack("<i", len(vertices)) + b"".join(vertices)
+    file += struct.pack("<i%dH" % len(corners), len(corners), *corners)
+    file += struct.pack("<i", len(names)) + b"".join(pmx_text(picture(n).replace("/", "\\")) for n in names)
+    file += struct.pack("<i", len(names))
+    for i, name in enumerate(names):
+        file += 2 * pmx_text(name) + struct.pack("<11f", *COLOUR, 1, 0, 0, 0, 5, .4, .4, .4)
+        file += struct.pack("<B5f2b3B", 0, 0, 0, 0, 1, 1, i, -1, 0, 1, 0) + pmx_text("")
+        file += struct.pack("<i", len(groups[name]))
+    file += struct.pack("<i", len(scout.names))
+    for name, parent in scout.bones:
+        file += 2 * pmx_text(name) + pmx_point([scout.globl[name][r][3] for r in range(3)])
+        file += struct.pack("<hiH3f", scout.names.index(parent) if parent else -1, 0, 0x1e, 0, 1, 0)
+    return file + struct.pack("<4i", 0, 0, 0, 0)  # morphs, frames of the list, bodies, joints of bodies
+
+
 # ---- MD5: inches, Z up, looking along +X; SMD: inches, Z up, looking along -Y ------------------------------------
 
 
@@ -474,7 +525,7 @@ def main():
 
     for _, paint, name, *_ in MATERIALS:
         write(name.replace("\\", "/"), tga(paint) if name.endswith(".tga") else png(paint))
-    for name, make in (("dae", collada), ("x", x_file), ("b3d", b3d), ("md5mesh", md5), ("smd", smd)):
+    for name, make in (("dae", collada), ("x", x_file), ("b3d", b3d), ("pmx", pmx), ("md5mesh", md5), ("smd", smd)):
         write("scout." + name, make(scout))
     parted, whole, avatar = Gltf(scout), Gltf(scout), Gltf(scout)
     write("scout.gltf", parted.text("scout.bin"))

@@ -159,8 +159,8 @@ void AddModelUnit(CLI::App& command, std::string& unit) {
       command
           .add_option("--unit", unit,
                       "What the lengths of a model are: m, cm, mm or inch (m for glTF, what the file\n"
-                      "says for Collada, inch for MD5 and SMD, cm for others). FBX files are taken as\n"
-                      "they are")
+                      "says for Collada, 8 cm for PMX, inch for MD5 and SMD, cm for others). FBX files\n"
+                      "are taken as they are")
           ->type_name("UNIT"),
       ModelUnitNames());
 }

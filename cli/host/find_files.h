@@ -23,10 +23,10 @@ std::vector<platform::fs::path> FilesBelow(const std::string& folder,
                                            Unread unread = Unread::Tell);
 
 /// Endings of the models that are read, the one that is preferred first; those that hold no skeleton are the last.
-inline constexpr std::array kModelExtensions = {".fbx",     ".glb", ".gltf", ".vrm", ".dae", ".x",  ".b3d",
-                                                ".md5mesh", ".smd", ".obj",  ".ply", ".3ds", ".stl"};
+inline constexpr std::array kModelExtensions = {".fbx", ".glb",     ".gltf", ".vrm", ".dae", ".x",   ".b3d",
+                                                ".pmx", ".md5mesh", ".smd",  ".obj", ".ply", ".3ds", ".stl"};
 /// How many of them are looked for in folders: props are converted when they are named.
-inline constexpr size_t kCharacterExtensions = 9;
+inline constexpr size_t kCharacterExtensions = 10;
 
 /// Whether a file of this name is taken for a model.
 bool IsModelName(const platform::fs::path& path);

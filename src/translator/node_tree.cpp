@@ -73,7 +73,7 @@ void NodeTree::MarkOtherJoints(const aiScene& scene, std::string_view jointRoot,
     holdsMesh[i] = holdsMesh[i] || nodes_[i]->mNumMeshes > 0;
     if (holdsMesh[i]) holdsMesh[parents_[i]] = true;
   }
-  const size_t root = jointRoot.empty() ? kNone : Find(jointRoot);
+  const size_t root = jointRoot == kSceneRoot ? 0 : jointRoot.empty() ? kNone : Find(jointRoot);
   for (size_t i = 1; i < nodes_.size(); ++i) {
     const size_t parent = parents_[i];
     const bool isBelow = parent == root || isJoint_[parent];

@@ -12,12 +12,15 @@
 
 namespace translator {
 
+/// Means the root of the scene, whatever its name.
+inline constexpr char kSceneRoot[] = "/";
+
 /// The nodes of a scene, parents before children, and which of them are joints. A node is known by its number.
 class NodeTree {
  public:
   static constexpr size_t kNone = static_cast<size_t>(-1);
 
-  /// @param jointRoot  name of the node below which all are joints; empty: those of skins and what is below them
+  /// @param jointRoot  name of the node below which all are joints, or kSceneRoot; empty: those of skins and what is below them
   /// @param jointNames  of nodes that the file calls joints
   NodeTree(const aiScene& scene, std::string_view jointRoot, const std::set<std::string>& jointNames);
 

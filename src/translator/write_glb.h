@@ -12,7 +12,7 @@ namespace translator {
 /// What a format has of its own.
 struct FormatTraits {
   const char* ending;           ///< by which the library knows it
-  const char* jointRoot = "";   ///< node below which all are joints; empty: those of skins
+  const char* jointRoot = "";   ///< node below which all are joints, or kSceneRoot; empty: those of skins
   bool hasApartMeshes = false;  ///< meshes of one node are no parts of one thing
   bool isTextureAlone = false;  ///< a material has a picture or a colour
   bool bindsInWorld = false;    ///< matrices of joints map from the world, not from the mesh

@@ -34,6 +34,13 @@ bool IsCollada(std::string_view head) {
 
 bool IsB3d(std::string_view head) { return head.starts_with("BB3D"); }
 
+/// Its name and version 2.0 or 2.1.
+bool IsPmx(std::string_view head) {
+  base::ByteCursor cursor(head.substr(std::min(head.size(), "PMX "sv.size())));
+  const auto version = cursor.Number<float>();
+  return head.starts_with("PMX ") && !cursor.Failed() && version >= 2.0f && version < 2.2f;
+}
+
 bool IsX(std::string_view head) { return head.starts_with("xof "); }
 
 bool IsMd5(std::string_view head) { return SkipComments(head, "//").starts_with("MD5Version"); }
@@ -109,6 +116,7 @@ constexpr ModelKind kKinds[] = {
      "Z is turned round, as it points away there, and its characters look along it; they are made to look "
      "along +Z, "
      "with Y up"},
+    {"PMX", "pmx", IsPmx, 8, {0, 0}, "Z is turned round, as its characters look against it; Y is up"},
     {"MD5",
      "md5mesh",
      IsMd5,
