@@ -230,8 +230,10 @@ TEST(Gltf, SkinsStandWhereTheyWereBound) {
               ElementsAre(1, 2, 3));
   EXPECT_THAT(Xyz(read.GetCluster(1)->GetTransformMatrix()->GetT()), ElementsAre(0, 0, 0));
   EXPECT_THAT(Xyz(read.GetCluster(1)->GetTransformLinkMatrix()->GetT()), ElementsAre(0, 300, 0));
-  file.root["nodes"].back()["scale"] = {1, -1, 1};
+  file.root["nodes"].back().update({{"scale", {1, -1, 1}}, {"translation", {9, 9, 9}}});
   EXPECT_EQ(TrianglesOf(Loaded(file).Mesh("a.001")), "021 ") << "as viewers see what a node mirrors";
+  file.root["meshes"][mesh]["primitives"][0]["attributes"].erase("WEIGHTS_0");
+  EXPECT_EQ(PointsOf(Loaded(file).Mesh("a.001"))[0], 900.0) << "a skin that holds nothing says nothing";
   // The second skin says that both stood at the same place, and the first one has placed them already.
   const scene::KFbxSkin& other = *loaded.Mesh("a.001").GetSkin(0);
   EXPECT_EQ(other.GetCluster(0)->GetLink(), &upper);

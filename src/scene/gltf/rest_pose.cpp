@@ -52,8 +52,8 @@ bool RestPose::IsBindPose(std::span<const uint32_t> joints, std::span<const KFbx
   return true;
 }
 
-bool RestPose::IsNear(std::span<const uint32_t> joints, uint32_t joint, const KFbxXMatrix& bound) const {
-  return AreAlike(bound, Of(joint), 0.5, ExtentOf(joints));
+bool RestPose::IsNear(std::span<const uint32_t> joints, const KFbxXMatrix& a, const KFbxXMatrix& b) const {
+  return AreAlike(a, b, 0.5, ExtentOf(joints));
 }
 
 double RestPose::ExtentOf(std::span<const uint32_t> joints) const {

@@ -22,9 +22,9 @@ class RestPose {
   /// @param reference    the joint that the others are compared with
   bool IsBindPose(std::span<const uint32_t> joints, std::span<const KFbxXMatrix> inverseBind,
                   size_t reference) const;
-  /// Whether a joint that stands at `bound` would not be far from where it stands: of the same size, turned by less
-  /// than 60 degrees and moved by less than the extent of all joints.
-  bool IsNear(std::span<const uint32_t> joints, uint32_t joint, const KFbxXMatrix& bound) const;
+  /// Whether a joint at `a` would not be far from where it is at `b`: of the same size, turned by less than 60
+  /// degrees and moved by less than the extent of all joints.
+  bool IsNear(std::span<const uint32_t> joints, const KFbxXMatrix& a, const KFbxXMatrix& b) const;
 
  private:
   double ExtentOf(std::span<const uint32_t> joints) const;

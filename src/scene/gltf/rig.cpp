@@ -188,13 +188,14 @@ class RigFinder {
     const size_t reference = ReferenceOf(skin, bound);
     if (reference == skin.joints.size()) return;
     const KFbxXMatrix& inverseBind = bound.inverseBind[reference];
-    KFbxXMatrix place = PlaceOf(skin.joints[reference]) * inverseBind;
+    const KFbxXMatrix now = PlaceOf(skin.joints[reference]);
+    KFbxXMatrix place = now * inverseBind;
     const bool isFree = wearer != kNone && !fixed_[skin.joints[reference]];
     const bool hasBindPose = HasBindPose(bound);
     if (isFree && hasBindPose && !rest.IsBindPose(skin.joints, bound.inverseBind, reference)) {
       rig_.isPosed = true;
       const KFbxXMatrix upright = PlaceOf(wearer);
-      if (rest.IsNear(skin.joints, skin.joints[reference], upright * inverseBind.Inverse())) place = upright;
+      if (rest.IsNear(skin.joints, upright * inverseBind.Inverse(), now)) place = upright;
     }
     if (IsInvertible(place)) bound.place = place;
     for (size_t i = 0; i < skin.joints.size(); ++i) {

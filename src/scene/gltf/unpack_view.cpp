@@ -48,7 +48,9 @@ void Check(const PackedView& packed, uint64_t size) {
                                                          : packed.filter == "EXPONENTIAL";
   if (!isSound || packed.stride == 0 || (isFiltered && (!hasFilter || packed.mode != "ATTRIBUTES")))
     FailDamaged();
-  if (packed.count > size / packed.stride || packed.count * packed.stride != size) FailDamaged();
+  constexpr uint64_t kMost = 0x7fffffff;
+  if (size > kMost || packed.count > size / packed.stride || packed.count * packed.stride != size)
+    FailDamaged();
 }
 
 }  // namespace

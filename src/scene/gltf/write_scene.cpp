@@ -145,7 +145,10 @@ class SceneWriter {
 
   void WriteMesh(uint32_t index) {
     const Node& node = document_.nodes[index];
-    const bool isSkinned = node.skin != kNone;
+    const std::vector<Primitive>& primitives = document_.meshes[node.mesh].primitives;
+    const auto hasInfluences = [](const Primitive& p) { return !p.joints.empty() && !p.weights.empty(); };
+    const bool isSkinned =
+        node.skin != kNone && std::any_of(primitives.begin(), primitives.end(), hasInfluences);
     // Which way triangles turn is said by the node, also where the skin takes the points elsewhere.
     const MeshPlace place{isSkinned ? rig_.skins[node.skin].place : rig_.places[index],
                           rig_.places[index].Determinant() < 0.0};
