@@ -290,13 +290,15 @@ TEST(Gltf, SeveralTopJointsAreJoinedAndHungMeshesHeld) {
                          {"mesh", file.Mesh({{"attributes", {{"POSITION", file.Points(kSquare)}}}})},
                          {"translation", {0, 1, 0}}});
   const size_t left = file.Top({{"name", "left"}, {"translation", {1, 0, 0}}, {"children", {hat}}});
-  const size_t right = file.Top({{"name", "root"}});
+  const size_t right = file.Top({{"name", "Root"}});
   const size_t neutral = file.Top({{"name", "neutral_bone"}});
+  const size_t below = file.Add("nodes", {{"name", "ik_end"}});
+  const size_t idle = file.Top({{"name", "ik"}, {"children", {below}}});
   const size_t mesh = file.Mesh({{"attributes", attributes}, {"indices", file.Indices({0, 1, 3})}});
-  file.Top({{"name", "body"}, {"mesh", mesh}, {"skin", AddSkin(file, {left, right, neutral}, {})}});
+  file.Top(
+      {{"name", "body"}, {"mesh", mesh}, {"skin", AddSkin(file, {left, right, neutral, idle, below}, {})}});
   const Loaded loaded(file);
-  EXPECT_EQ(support::ChildNames(loaded.Node("root2")), "left root")
-      << "without the bone of points without weights";
+  EXPECT_EQ(support::ChildNames(loaded.Node("root2")), "left Root") << "without what moves nothing";
   EXPECT_THAT(loaded.scene->GetRemarks(), testing::Contains(HasSubstr("new bone \"root2\"")));
   EXPECT_EQ(loaded.Mesh("body").GetSkin(0)->GetClusterCount(), 2);
   EXPECT_EQ(loaded.Mesh("body").GetSkin(0)->GetCluster(1)->GetControlPointIndicesCount(), 4);

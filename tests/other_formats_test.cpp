@@ -19,6 +19,7 @@
 #include "support/temp_folder.h"
 #include "translator/b3d_bones.h"
 #include "translator/collada_joints.h"
+#include "translator/texture_sets.h"
 #include "translator/trim_texts.h"
 
 namespace {
@@ -147,6 +148,20 @@ TEST(Utf16, BecomesUtf8) {
                              "a\0b"sv),
             "\ufffda")
       << "half a character, and half a number";
+}
+
+TEST(ColladaSets, OfTexturesAreNumbered) {
+  const std::string bound =
+      "<bind_vertex_input semantic='UV.002' input_semantic='TEXCOORD' input_set='1'/>"
+      "<bind_vertex_input input_semantic=\"TEXCOORD\" semantic=\"7\"/>"
+      "<bind_vertex_input semantic='COL' input_semantic='COLOR' input_set='2'/>";
+  EXPECT_EQ(
+      translator::WithNumberedSets("<texture texture='UV.002' texcoord='UV.002'/><texture texcoord=\"7\"/>"
+                                   "<texture texcoord='COL'/><texture texcoord='" +
+                                   bound),
+      "<texture texture='UV.002' texcoord='1'/><texture texcoord=\"0\"/>"
+      "<texture texcoord='COL'/><texture texcoord='" +
+          bound);
 }
 
 class OtherModel : public testing::Test {

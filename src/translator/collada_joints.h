@@ -24,18 +24,26 @@ inline std::string Unescaped(std::string_view value) {
   return text;
 }
 
+/// The value of an attribute as the file has it; empty when it is not there.
+inline std::string_view AttributeOf(std::string_view element, std::string_view name) {
+  for (size_t at = element.find(name); at != element.npos; at = element.find(name, at + 1)) {
+    const size_t start = at + name.size() + 2;
+    if (at == 0 || element[at - 1] > ' ' || start >= element.size() || element[start - 2] != '=') continue;
+    const size_t end = element.find(element[start - 1], start);
+    return end == element.npos ? std::string_view() : element.substr(start, end - start);
+  }
+  return {};
+}
+
 /// Names and identifiers of the nodes that a Collada file calls joints. The library keeps of joints those with weights.
 inline std::set<std::string> FindColladaJoints(std::string_view file) {
   std::set<std::string> joints;
   for (size_t at = file.find("<node"); at != file.npos; at = file.find("<node", at + 1)) {
     const std::string_view element = file.substr(at, file.find('>', at) - at);
-    if (element.find("\"JOINT\"") == element.npos && element.find("'JOINT'") == element.npos) continue;
-    for (const std::string_view attribute : {" id=", " name="}) {
-      const size_t value = element.find(attribute);
-      if (value == element.npos || value + attribute.size() + 1 >= element.size()) continue;
-      const size_t start = value + attribute.size() + 1;
-      const size_t end = element.find(element[start - 1], start);
-      if (end != element.npos) joints.insert(Unescaped(element.substr(start, end - start)));
+    if (AttributeOf(element, "type") != "JOINT") continue;
+    for (const char* attribute : {"id", "name"}) {
+      const std::string_view value = AttributeOf(element, attribute);
+      if (!value.empty()) joints.insert(Unescaped(value));
     }
   }
   return joints;

@@ -16,6 +16,7 @@
 #include "translator/mend_blender.h"
 #include "translator/model_folder.h"
 #include "translator/plain_material.h"
+#include "translator/texture_sets.h"
 #include "translator/trim_texts.h"
 #include "translator/write_glb.h"
 
@@ -91,7 +92,7 @@ std::string Prepare(FormatTraits& format, std::string model) {
     format.bindsInWorld = true;
     model = MendBlenderFile(std::move(model));
   }
-  return WithPlainMaterial(TrimTexts(model));
+  return WithPlainMaterial(WithNumberedSets(TrimTexts(model)));
 }
 
 /// Names of what the model calls joints, where the library does not tell.

@@ -3,7 +3,9 @@
 
 #include <assimp/material.h>
 
+#include <algorithm>
 #include <map>
+#include <vector>
 
 #include "translator/node_tree.h"
 
@@ -24,13 +26,24 @@ class MaterialsWriter {
 
   std::string Write() {
     JsonList materials;
-    for (unsigned i = 0; i < scene_.mNumMaterials; ++i) materials.Add(Write(*scene_.mMaterials[i]));
+    const std::vector<unsigned> sets = CountSets();
+    for (unsigned i = 0; i < scene_.mNumMaterials; ++i) materials.Add(Write(*scene_.mMaterials[i], sets[i]));
     return "\"materials\":" + materials.Text() + ",\"textures\":" + textures_.Text() +
            ",\"images\":" + images_.Text();
   }
 
  private:
-  std::string Write(const aiMaterial& material) {
+  /// Sets of texture coordinates that the meshes of each material have.
+  std::vector<unsigned> CountSets() const {
+    std::vector<unsigned> sets(scene_.mNumMaterials);
+    for (unsigned i = 0; i < scene_.mNumMeshes; ++i) {
+      unsigned& most = sets[scene_.mMeshes[i]->mMaterialIndex];
+      most = std::max(most, scene_.mMeshes[i]->GetNumUVChannels());
+    }
+    return sets;
+  }
+
+  std::string Write(const aiMaterial& material, unsigned sets) {
     aiString name, path;
     aiColor4D diffuse(1, 1, 1, 1), emissive(0, 0, 0, 1);
     float opacity = 1;
@@ -41,6 +54,8 @@ class MaterialsWriter {
     const bool hasPicture = aiGetMaterialTexture(&material, aiTextureType_DIFFUSE, 0, &path, nullptr,
                                                  &coordinates) == aiReturn_SUCCESS &&
                             path.length > 0;
+    // One that is not there stands for the only one.
+    if (coordinates >= sets) coordinates = 0;
     if (!hasPicture || !isTextureAlone_) aiGetMaterialColor(&material, AI_MATKEY_COLOR_DIFFUSE, &diffuse);
     std::string colour = "{\"baseColorFactor\":[" + Number(diffuse.r) + "," + Number(diffuse.g) + "," +
                          Number(diffuse.b) + "," + Number(opacity) + "]";

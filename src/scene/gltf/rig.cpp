@@ -6,6 +6,7 @@
 #include <cmath>
 #include <optional>
 
+#include "scene/gltf/moving_joints.h"
 #include "scene/gltf/rest_pose.h"
 
 namespace scene::gltf {
@@ -18,9 +19,11 @@ bool IsInvertible(const KFbxXMatrix& m) {
 
 class RigFinder {
  public:
-  RigFinder(const Document& document, const AccessorReader& accessors, const KFbxXMatrix& world)
+  RigFinder(const Document& document, const AccessorReader& accessors, Budget& budget,
+            const KFbxXMatrix& world)
       : document_(document),
         accessors_(accessors),
+        budget_(budget),
         world_(world),
         isShown_(document.nodes.size()),
         fixed_(document.nodes.size()),
@@ -30,6 +33,7 @@ class RigFinder {
     for (const uint32_t root : document_.roots) AddTree(root);
     AddJointsElsewhere();
     FindBones();
+    DropIdleTrees();
     BindSkins();
     PlaceNodes();
     return std::move(rig_);
@@ -96,6 +100,29 @@ class RigFinder {
       const uint32_t above = parentOf(node) == kNone ? kNone : rig_.boneAbove[parentOf(node)];
       if (above != kNone && hasBoneBelow[node]) rig_.isBone[node] = true;
       rig_.boneAbove[node] = rig_.isBone[node] ? node : above;
+    }
+  }
+
+  /// Beside a skeleton there may be bones that only steer it, and that hold nothing: FBX characters go without them.
+  void DropIdleTrees() {
+    const auto boneAbove = [&](uint32_t node) {
+      const uint32_t parent = document_.nodes[node].parent;
+      return parent == kNone ? kNone : rig_.boneAbove[parent];
+    };
+    const auto isTop = [&](uint32_t node) { return rig_.isBone[node] && boneAbove(node) == kNone; };
+    if (std::count_if(rig_.order.begin(), rig_.order.end(), isTop) < 2) return;
+    std::vector<bool> isUsed = FindMovingJoints(document_, accessors_, budget_);
+    for (const auto& [name, node] : document_.avatar.humanoid) isUsed[node] = true;
+    for (size_t i = rig_.order.size(); i-- > 0;) {
+      const uint32_t node = rig_.order[i], parent = document_.nodes[node].parent;
+      if (document_.nodes[node].mesh != kNone) isUsed[node] = true;
+      if (isUsed[node] && parent != kNone) isUsed[parent] = true;
+    }
+    const auto isUsedTop = [&](uint32_t node) { return isTop(node) && isUsed[node]; };
+    if (std::none_of(rig_.order.begin(), rig_.order.end(), isUsedTop)) return;
+    for (const uint32_t node : rig_.order) {
+      const bool isIdle = isTop(node) ? !isUsed[node] : rig_.isBone[node] && !rig_.isBone[boneAbove(node)];
+      if (isIdle) rig_.isBone[node] = false;
     }
   }
 
@@ -227,6 +254,7 @@ class RigFinder {
 
   const Document& document_;
   const AccessorReader& accessors_;
+  Budget& budget_;
   const KFbxXMatrix world_;
   std::vector<bool> isShown_;
   std::vector<std::optional<KFbxXMatrix>> fixed_;
@@ -244,7 +272,7 @@ Rig FindRig(const Document& document, const AccessorReader& accessors, Budget& b
   budget.Take(document.nodes.size() * kNodeMemory);
   for (const Skin& skin : document.skins)
     budget.Take(sizeof(BoundSkin) + skin.joints.size() * sizeof(KFbxXMatrix));
-  return RigFinder(document, accessors, world).Find();
+  return RigFinder(document, accessors, budget, world).Find();
 }
 
 KFbxXMatrix WithoutScale(const KFbxXMatrix& m) {

@@ -24,8 +24,6 @@ class UniqueNames {
     return numbered;
   }
 
-  bool IsTaken(const std::string& name) const { return taken_.contains(name); }
-
  private:
   /// Length of a name without a number that it has already.
   static size_t StemLength(const std::string& name) {

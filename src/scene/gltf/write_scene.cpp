@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <bit>
 #include <numeric>
+#include <set>
 
+#include "base/plain_text.h"
 #include "scene/gltf/record_writer.h"
 #include "scene/gltf/unique_names.h"
 #include "scene/gltf/write_materials.h"
@@ -99,10 +101,12 @@ class SceneWriter {
     return parent == kNone ? kNone : rig_.boneAbove[parent];
   }
 
-  /// As a joined skeleton's root is called.
-  static std::string NameForRoot(const UniqueNames& taken) {
+  /// As a joined skeleton's root is called: like no other bone, whatever the letter case.
+  static std::string NameForRoot(const std::vector<std::string>& others) {
+    std::set<std::string> taken;
+    for (const std::string& name : others) taken.insert(base::LowerCase(name));
     std::string name = "root";
-    for (int i = 2; taken.IsTaken(name); ++i) name = "root" + std::to_string(i);
+    for (int i = 2; taken.contains(name); ++i) name = "root" + std::to_string(i);
     return name;
   }
 
@@ -118,7 +122,7 @@ class SceneWriter {
     }
     std::vector<std::string_view> human(names.size());
     for (const auto& [bone, node] : document_.avatar.humanoid) human[node] = bone;
-    std::string rootName = hasOneTop ? "" : NameForRoot(unique);
+    std::string rootName = hasOneTop ? "" : NameForRoot(names);
     const int64_t top = hasOneTop ? kSceneRoot : WriteBone(rootName, kSceneRoot, {}, {});
     for (const uint32_t node : rig_.order) {
       if (!rig_.isBone[node]) continue;
