@@ -128,6 +128,11 @@ TEST_F(GltfDraco, MeshesAreReadLikePlainOnes) {
   primitive["mode"] = 5;
   strip.root["accessors"][primitive["indices"].get<size_t>()]["count"] = 4;
   EXPECT_EQ(Read(strip), plain) << "what is compressed are triangles";
+  for (const size_t count : {3, 9}) {
+    GltfFile other = square_.Compressed();
+    for (Json& accessor : other.root["accessors"]) accessor["count"] = count;
+    EXPECT_EQ(Read(other), plain) << "counts of before";
+  }
   GltfFile partly = square_.Compressed();
   partly.root["accessors"][3] = square_.Plain().root["accessors"][3];
   partly.root["meshes"][0]["primitives"][0]["extensions"]["KHR_draco_mesh_compression"]["attributes"].erase(
@@ -156,11 +161,8 @@ TEST_F(GltfDraco, DamageIsToldWithTheReason) {
   expect(extension + "/attributes/POSITION", 3, "lacks an attribute");
   expect("/accessors/2/type", "VEC2", "of another type than its accessor");
   expect("/accessors/2/count", 5, "have different lengths");
-  expect("/accessors/4/count", 9, "has 6 corners of triangles, and its accessors say 9");
   expect("/meshes/0/primitives/0/indices", nullptr, "not what it should be");
   GltfFile file = sound;
-  for (size_t i = 0; i < 4; ++i) file.root["accessors"][i]["count"] = 5;
-  EXPECT_THAT(Read(file), HasSubstr("has 4 points, and its accessors say 5"));
   for (size_t i = 0; i < 4; ++i) file.root["accessors"][i]["count"] = 1'000'000'000;
   EXPECT_THAT(Read(file), HasSubstr("too much memory"));
   const Json& packed = sound.root["bufferViews"].back();

@@ -43,12 +43,6 @@ std::unique_ptr<draco::Mesh> Decode(std::string_view bytes) {
   return std::move(mesh).value();
 }
 
-void CheckCount(const char* what, uint64_t found, uint64_t claimed, bool isMost) {
-  if (isMost ? found <= claimed : found == claimed) return;
-  throw std::runtime_error("a compressed mesh has " + std::to_string(found) + " " + what +
-                           ", and its accessors say " + std::to_string(claimed));
-}
-
 void AppendCorners(const draco::Mesh& mesh, std::string& to) {
   Append(3 * mesh.num_faces(), to);
   for (uint32_t i = 0; i < mesh.num_faces(); ++i) {
@@ -95,9 +89,7 @@ void UnpackMesh(std::string_view& request, std::string& answer) {
   std::vector<PackedNumbers> lists;
   for (uint32_t i = 0; i < asked.lists; ++i) lists.push_back(Take<PackedNumbers>(request));
   const std::unique_ptr<draco::Mesh> mesh = Decode(TakeBytes(request, asked.bytes));
-  CheckCount("points", mesh->num_points(), asked.points, false);
-  CheckCount("corners of triangles", 3 * uint64_t{mesh->num_faces()},
-             asked.corners & ~scene::translation::kUpTo, (asked.corners & scene::translation::kUpTo) != 0);
+  Append(mesh->num_points(), answer);
   AppendCorners(*mesh, answer);
   for (const PackedNumbers& list : lists) {
     AppendList(*mesh, list, answer);

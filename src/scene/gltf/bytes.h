@@ -33,6 +33,7 @@ class Budget {
     used_ += bytes;
   }
   uint64_t Used() const { return used_; }
+  uint64_t Left() const { return most_ - used_; }
   /// Gives back what was taken since `Used()` was `used`.
   void ReturnTo(uint64_t used) { used_ = used; }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/gltf/unpack_meshes.h"
 
+#include <algorithm>
 #include <map>
 
 #include "base/byte_cursor.h"
@@ -61,10 +62,11 @@ class MeshUnpacker {
     for (const auto& [key, primitives] : uses_) Ask(*primitives.front(), request);
     // Texts that grow hold themselves twice while they do.
     budget_.Take(2 * answerSize_);
+    // Some programs leave the counts in accessors that meshes had before they were compressed.
+    const uint64_t most = answerSize_ + std::min(answerSize_, budget_.Left() / 2) + kFirstLines;
     translation::Answer answer;
     try {
-      answer =
-          translation::Run(translation::kMeshesWord, "", request, modelSize, answerSize_ + kFirstLines, wait);
+      answer = translation::Run(translation::kMeshesWord, "", request, modelSize, most, wait);
     } catch (const translation::Fault& fault) {
       throw Fault(fault.what());
     }
@@ -108,18 +110,15 @@ class MeshUnpacker {
     const std::string_view packed = bytes_.View(document_, primitive.packed.view);
     if (primitive.indices == kNone || primitive.position == kNone)
       throw Fault("a compressed mesh has no accessors for its positions and indices");
-    const bool isList = primitive.mode == kTriangles;
-    const uint64_t indices = CountOf(primitive.indices), corners = isList ? indices : 3 * indices;
-    if (packed.size() > kMostElements || corners > kMostElements)
-      throw Fault("an accessor claims too many elements");
+    // What is compressed are triangles, whatever the mode says.
+    const uint64_t corners = uint64_t{primitive.mode == kTriangles ? 1u : 3u} * CountOf(primitive.indices);
+    if (packed.size() > kMostElements) throw Fault("an accessor claims too many elements");
     const uint32_t points = CountOf(primitive.position);
     const auto& lists = primitive.packed.attributes;
-    const PackedMesh head{static_cast<uint32_t>(packed.size()), points,
-                          static_cast<uint32_t>(corners) | (isList ? 0 : translation::kUpTo),
-                          static_cast<uint32_t>(lists.size())};
+    const PackedMesh head{static_cast<uint32_t>(packed.size()), static_cast<uint32_t>(lists.size())};
     budget_.Take(sizeof head + lists.size() * sizeof(PackedNumbers) + packed.size());
     AppendBytes(head, request);
-    answerSize_ += 4 + 4 * corners;
+    answerSize_ += 8 + 4 * corners;
     for (const auto& [accessor, id] : lists) {
       const Accessor& claimed = document_.accessors[accessor];
       if (claimed.count != points) throw Fault("the attributes of a compressed mesh have different lengths");
@@ -135,14 +134,18 @@ class MeshUnpacker {
     base::ByteCursor answer(bytes_.AllOf(buffer_));
     answer.Seek(start);
     for (const auto& [key, primitives] : uses_) {
+      const auto points = answer.Number<uint32_t>();
       const auto corners = answer.Number<uint32_t>();
       Accessor indices;
       indices.component = Component::U32;
       indices.count = corners;
       const uint32_t indexList = AddAccessor(indices, answer);
       std::map<uint32_t, uint32_t> lists;
-      for (const auto& [accessor, id] : key.first.attributes)
-        lists[accessor] = AddAccessor(document_.accessors[accessor], answer);
+      for (const auto& [accessor, id] : key.first.attributes) {
+        Accessor list = document_.accessors[accessor];
+        list.count = points;
+        lists[accessor] = AddAccessor(list, answer);
+      }
       if (answer.Failed()) throw Fault("what unpacks its meshes has not answered all");
       for (Primitive* primitive : primitives) {
         primitive->mode = kTriangles;

@@ -14,18 +14,15 @@ inline const std::string kErrorWord = "error ";
 inline constexpr const char* kDataWord = "data";
 
 /// In place of a format: meshes that are compressed with Draco come, each as a PackedMesh, its PackedNumbers and
-/// its compressed bytes. The answer's data is for each of them the number of its corners, the corners, all as
-/// uint32_t, and the numbers of every point, list by list, each list filled up to a multiple of kPadding bytes.
+/// its compressed bytes. The answer's data is for each of them the numbers of its points and of its corners, the corners,
+/// all as uint32_t, and the numbers of every point, list by list, each list filled up to a multiple of kPadding bytes.
 inline constexpr const char* kMeshesWord = "draco";
 inline constexpr uint32_t kPadding = 4;
 
 struct PackedMesh {
-  uint32_t bytes;    ///< compressed
-  uint32_t points;   ///< that it must have
-  uint32_t corners;  ///< that it must have; or kUpTo + that many at most
-  uint32_t lists;    ///< of PackedNumbers that follow
+  uint32_t bytes;  ///< compressed
+  uint32_t lists;  ///< of PackedNumbers that follow
 };
-inline constexpr uint32_t kUpTo = 0x80000000;
 
 /// An attribute that is asked for.
 struct PackedNumbers {
