@@ -125,6 +125,7 @@ TEST_F(Tool, WhatIsMissingOrSomethingElseIsToldAlikeByEveryCommand) {
       {"glTF\2\0\0\0"s, "glTF file"},
       {"{ \"scene\": 0, \"asset\": {} }", "glTF file"},
       {"BLENDER-v300", "Blender file"},
+      {"\0\x10[MeshSerializer_v1.8]\n"s, "Ogre mesh"},
       {"\x1f\x8b\x08", "gunzip"},
       {"\n<!DOCTYPE html><html>", "web page"},
       {std::string(5000, '\0'), "zeros"},

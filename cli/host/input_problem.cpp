@@ -17,6 +17,8 @@ namespace cli {
 namespace fs = platform::fs;
 namespace {
 
+using namespace std::string_view_literals;
+
 constexpr size_t kHeadSize = 4096;
 
 struct KnownFile {
@@ -50,6 +52,11 @@ constexpr KnownFile kAnyUse[] = {
     {"//Maya ASCII", kMaya},
     {"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1",
      "this is a 3ds Max scene, or an Office file; export the model as FBX"},
+    {"Pmd\0\0\x80\x3f"sv, "this is a PMD model; save it as PMX and convert that"},
+    {"INTERQUAKEMODEL",
+     "this is an IQM model, of which no skeleton is read; export the model as FBX or glTF"},
+    {"MS3D000000", "this is a MilkShape 3D model; export it as FBX, glTF or SMD"},
+    {"\0\x10[MeshSerializer"sv, "this is an Ogre mesh; export the model as FBX or glTF"},
     {"\x89PNG", kPicture},
     {"\xff\xd8\xff", kPicture},
     {"%PDF", "this is a PDF file"},

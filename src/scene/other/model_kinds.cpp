@@ -68,7 +68,7 @@ bool Is3ds(std::string_view head) {
 }
 
 /// Behind 80 bytes of anything a number of triangles: a normal, three points and two bytes each. Normals have length 1,
-/// or none where they are not told; the numbers that other files would have there are tiny or huge.
+/// or that of the triangle's area, or none where they are not told; of other files these numbers are tiny or huge.
 bool IsBinaryStl(std::string_view head) {
   constexpr size_t kHeader = 80, kTriangle = 50, kWholeHead = 4096, kMostTriangles = 1 << 27;
   if (head.size() < kHeader + 4 + kTriangle) return false;
@@ -86,7 +86,8 @@ bool IsBinaryStl(std::string_view head) {
       if (k < 3) square += number * number;
     }
     if (square > 1.1) return false;
-    sensible += square == 0 || square > 0.9;
+    constexpr double kTiny = 1e-6;
+    sensible += square == 0 || square > kTiny;
     cursor.Bytes(2);
   }
   return 2 * sensible >= seen;
