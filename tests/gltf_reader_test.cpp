@@ -211,7 +211,9 @@ TEST(Gltf, SkinsStandWhereTheyWereBound) {
   const Json triangle = {{"attributes", file.Held({{"POSITION", file.Points(kSquare)}}, {0, 1, 1, 1})}};
   const size_t mesh = file.Mesh(triangle);
   AddSkin(file, {root, child}, {{0, 0, 7}, {0, 7, 7}});  // which nothing wears
-  const size_t skin = AddSkin(file, {root, child}, {{5, 0, 0}, {5, -2, 0}});
+  // Of which nothing has weights.
+  const size_t idle = file.Top({{"name", "ik"}, {"children", {file.Add("nodes", {{"name", "ik_end"}})}}});
+  const size_t skin = AddSkin(file, {root, child, idle}, {{5, 0, 0}, {5, -2, 0}, {0, 0, 0}});
   file.Top({{"name", "a"}, {"mesh", mesh}, {"skin", skin}, {"translation", {9, 9, 9}}});
   file.Top({{"name", "a"}, {"mesh", mesh}, {"skin", AddSkin(file, {child, root}, {})}});
   const Loaded loaded(file);
@@ -298,7 +300,8 @@ TEST(Gltf, SeveralTopJointsAreJoinedAndHungMeshesHeld) {
   file.Top(
       {{"name", "body"}, {"mesh", mesh}, {"skin", AddSkin(file, {left, right, neutral, idle, below}, {})}});
   const Loaded loaded(file);
-  EXPECT_EQ(support::ChildNames(loaded.Node("root2")), "left Root") << "without what moves nothing";
+  EXPECT_EQ(support::ChildNames(loaded.Node("root2")), "left Root ik")
+      << "without the bone of points without weights";
   EXPECT_THAT(loaded.scene->GetRemarks(), testing::Contains(HasSubstr("new bone \"root2\"")));
   EXPECT_EQ(loaded.Mesh("body").GetSkin(0)->GetClusterCount(), 2);
   EXPECT_EQ(loaded.Mesh("body").GetSkin(0)->GetCluster(1)->GetControlPointIndicesCount(), 4);

@@ -103,14 +103,16 @@ class RigFinder {
     }
   }
 
-  /// Beside a skeleton there may be bones that only steer it, and that hold nothing: FBX characters go without them.
+  /// Behind a skeleton there may be bones that only steer it, and that hold nothing. Of FBX files, too, the first
+  /// skeleton is enough where it has all weights.
   void DropIdleTrees() {
     const auto boneAbove = [&](uint32_t node) {
       const uint32_t parent = document_.nodes[node].parent;
       return parent == kNone ? kNone : rig_.boneAbove[parent];
     };
     const auto isTop = [&](uint32_t node) { return rig_.isBone[node] && boneAbove(node) == kNone; };
-    if (std::count_if(rig_.order.begin(), rig_.order.end(), isTop) < 2) return;
+    const auto first = std::find_if(rig_.order.begin(), rig_.order.end(), isTop);
+    if (std::count_if(first, rig_.order.end(), isTop) < 2) return;
     std::vector<bool> isUsed = FindMovingJoints(document_, accessors_, budget_);
     for (const auto& [name, node] : document_.avatar.humanoid) isUsed[node] = true;
     for (size_t i = rig_.order.size(); i-- > 0;) {
@@ -119,7 +121,7 @@ class RigFinder {
       if (isUsed[node] && parent != kNone) isUsed[parent] = true;
     }
     const auto isUsedTop = [&](uint32_t node) { return isTop(node) && isUsed[node]; };
-    if (std::none_of(rig_.order.begin(), rig_.order.end(), isUsedTop)) return;
+    if (!isUsed[*first] || std::count_if(first, rig_.order.end(), isUsedTop) > 1) return;
     for (const uint32_t node : rig_.order) {
       const bool isIdle = isTop(node) ? !isUsed[node] : rig_.isBone[node] && !rig_.isBone[boneAbove(node)];
       if (isIdle) rig_.isBone[node] = false;
