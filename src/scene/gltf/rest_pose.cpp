@@ -36,15 +36,15 @@ RestPose::RestPose(const Document& document, std::span<const uint32_t> order, co
   }
 }
 
-bool RestPose::IsBindPose(std::span<const uint32_t> joints, std::span<const KFbxXMatrix> inverseBind,
-                          size_t reference) const {
+bool RestPose::IsBindPose(std::span<const uint32_t> joints, const std::vector<bool>& isBone,
+                          std::span<const KFbxXMatrix> inverseBind, size_t reference) const {
   // About half a degree, and what is seen of a whole character.
   constexpr double kCosine = 0.99996, kPart = 1e-3, kRounding = 1e-6;
   const KFbxXMatrix place = Of(joints[reference]) * inverseBind[reference];
   const double extent = ExtentOf(joints);
   for (size_t i = 0; i < joints.size(); ++i) {
     // Matrices without an inverse are left for joints that hold nothing.
-    if (i == reference || inverseBind[i].Determinant() == 0.0) continue;
+    if (i == reference || !isBone[joints[i]] || inverseBind[i].Determinant() == 0.0) continue;
     const KFbxXMatrix& rest = Of(joints[i]);
     const double distance = kPart * extent + kRounding * (Largest(rest.GetT()) + unit_);
     if (!AreAlike(place * inverseBind[i].Inverse(), rest, kCosine, distance)) return false;

@@ -221,7 +221,7 @@ class RigFinder {
     KFbxXMatrix place = now * inverseBind;
     const bool isFree = wearer != kNone && !fixed_[skin.joints[reference]];
     const bool hasBindPose = HasBindPose(bound);
-    if (isFree && hasBindPose && !rest.IsBindPose(skin.joints, bound.inverseBind, reference)) {
+    if (isFree && hasBindPose && !rest.IsBindPose(skin.joints, rig_.isBone, bound.inverseBind, reference)) {
       rig_.isPosed = true;
       const KFbxXMatrix upright = PlaceOf(wearer);
       if (rest.IsNear(skin.joints, upright * inverseBind.Inverse(), now)) place = upright;
