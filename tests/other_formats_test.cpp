@@ -19,6 +19,7 @@
 #include "support/temp_folder.h"
 #include "translator/b3d_bones.h"
 #include "translator/collada_joints.h"
+#include "translator/own_joints.h"
 #include "translator/texture_sets.h"
 #include "translator/trim_texts.h"
 
@@ -162,6 +163,22 @@ TEST(ColladaSets, OfTexturesAreNumbered) {
       "<texture texture='UV.002' texcoord='1'/><texture texcoord=\"0\"/>"
       "<texture texcoord='COL'/><texture texcoord='" +
           bound);
+}
+
+TEST(ColladaJoints, OfSeveralSkeletonsKeepApart) {
+  const auto file = [](const std::string& first, const std::string& second) {
+    return "<controller id='s'><Name_array>tip " + second +
+           "</Name_array></controller><controller id='t'><Name_array>" + first +
+           " none</Name_array></controller><library_visual_scenes><node id='A'><node id='A_hip' sid='" +
+           first +
+           "' type='JOINT'><node id='A_tip' sid='tip'/></node></node><node id='B'><node id='B_hip' sid='" +
+           second +
+           "' type='JOINT'/></node><instance_controller "
+           "url='#s'><skeleton>#B</skeleton></instance_controller>"
+           "<instance_controller url='#t'><skeleton>#A_hip</skeleton></instance_controller>";
+  };
+  EXPECT_EQ(translator::WithOwnJoints(file("hip", "hip")), file("A_hip", "B_hip"));
+  EXPECT_EQ(translator::WithOwnJoints(file("hip", "hips")), file("hip", "hips"));
 }
 
 class OtherModel : public testing::Test {

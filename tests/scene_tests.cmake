@@ -30,6 +30,7 @@ ts3d_test_program(ts3d_scene_tests
     scene_triangulate_test.cpp
     scene_version5_test.cpp
     scene_version6_test.cpp
+    ${PROJECT_SOURCE_DIR}/src/translator/own_joints.cpp
     ${PROJECT_SOURCE_DIR}/tools/compare_corpus/scene_compare.cpp
   LINKS ts3d_scene_support nlohmann_json::nlohmann_json)
 pkg_check_modules(DRACO IMPORTED_TARGET draco)

@@ -15,6 +15,7 @@
 #include "translator/inline_materials.h"
 #include "translator/mend_blender.h"
 #include "translator/model_folder.h"
+#include "translator/own_joints.h"
 #include "translator/plain_material.h"
 #include "translator/texture_sets.h"
 #include "translator/trim_texts.h"
@@ -92,7 +93,7 @@ std::string Prepare(FormatTraits& format, std::string model) {
     format.bindsInWorld = true;
     model = MendBlenderFile(std::move(model));
   }
-  return WithPlainMaterial(WithNumberedSets(TrimTexts(model)));
+  return WithPlainMaterial(WithNumberedSets(WithOwnJoints(TrimTexts(model))));
 }
 
 /// Names of what the model calls joints, where the library does not tell.
