@@ -15,8 +15,11 @@ std::string Matrix(const aiMatrix4x4& matrix) {
   return numbers.Text();
 }
 
-/// Names that the library makes up are in angle brackets, or begin with a dollar.
-bool IsMadeUp(std::string_view name) { return name.empty() || name[0] == '<' || name[0] == '$'; }
+/// Names that the library makes up begin with a dollar, or are in angle brackets, as those of Collada files may be.
+bool IsMadeUp(std::string_view name, const FormatTraits& format) {
+  const bool hasBrackets = std::string_view(format.ending) != "dae" && name.starts_with('<');
+  return name.empty() || hasBrackets || name.starts_with('$');
+}
 
 /// Whether it is more than the pose that some formats tell in this way.
 bool Moves(const aiAnimation& motion) {
@@ -70,9 +73,10 @@ class SceneWriter {
 
   /// Meshes that have no name are called after their material where it is theirs alone.
   std::string NameOf(size_t node, const MeshWriter::Held& held) const {
-    if (!IsMadeUp(tree_.NameOf(node)) && !format_.hasApartMeshes) return tree_.NameOf(node);
+    if (!IsMadeUp(tree_.NameOf(node), format_) && !format_.hasApartMeshes) return tree_.NameOf(node);
     const aiMesh& mesh = *scene_.mMeshes[held.first];
-    if (!format_.hasApartMeshes) return IsMadeUp(View(mesh.mName)) ? kUnnamed : std::string(View(mesh.mName));
+    if (!format_.hasApartMeshes)
+      return IsMadeUp(View(mesh.mName), format_) ? kUnnamed : std::string(View(mesh.mName));
     aiString path;
     if (aiGetMaterialTexture(scene_.mMaterials[mesh.mMaterialIndex], aiTextureType_DIFFUSE, 0, &path) !=
         aiReturn_SUCCESS)
