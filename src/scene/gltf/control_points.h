@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -18,19 +19,30 @@ struct InfluenceSet {
   IntegerElements joints;
   FloatElements weights;
 
+  using Four = std::array<uint32_t, kSize>;
   struct Influences {
-    Quad joints{};
-    Quad weights{};  ///< the bits of numbers above 0, or 0
+    Four joints{};
+    Four weights{};  ///< the bits of numbers above 0, or 0
 
-    bool operator==(const Influences& other) const {
-      return IsSame(joints, other.joints) && IsSame(weights, other.weights);
-    }
+    bool operator==(const Influences&) const = default;
   };
-  /// Those on a vertex. What has no weight is of joint 0, as is what the file lacks.
+  /// Calls `use` with the number among the four, the joint and the weight's bits of each influence on a vertex.
+  /// What has no weight is none, as is what the file lacks.
+  template <class Use>
+  void ForEach(size_t vertex, const Use& use) const {
+    if (vertex >= weights.size()) return;
+    const Four words = weights.FirstWords(vertex);
+    const Four numbers = vertex < joints.size() ? joints.FirstFour(vertex) : Four();
+    for (size_t i = 0; i < kSize; ++i) {
+      if (FloatElements::IsPositive(words[i])) use(i, numbers[i], words[i]);
+    }
+  }
   Influences Of(size_t vertex) const {
     Influences all;
-    if (vertex < weights.size()) all.weights = weights.PositiveWords(vertex);
-    if (vertex < joints.size()) all.joints = joints.Four(vertex) & reinterpret_cast<Quad>(all.weights != 0);
+    ForEach(vertex, [&](size_t i, uint32_t joint, uint32_t weight) {
+      all.joints[i] = joint;
+      all.weights[i] = weight;
+    });
     return all;
   }
 };

@@ -61,12 +61,12 @@ class FloatElements : public Elements {
     const Quad words = {xyz[0], xyz[1], xyz[2], 0};
     return words & reinterpret_cast<Quad>(((words & kExponent) != kExponent) & (words << 1 != 0));
   }
-  /// The bits of the first four numbers of an element; 0 for what is not above 0, and for what is not finite.
-  Quad PositiveWords(size_t element) const {
-    constexpr int32_t kInfinite = 0x7f800000;
-    const auto words = Load<Quad>(element, 0);
-    const auto numbers = reinterpret_cast<SignedQuad>(words);
-    return words & reinterpret_cast<Quad>((numbers > 0) & (numbers < kInfinite));
+  /// The bits of the first four numbers of an element, as they are.
+  std::array<uint32_t, 4> FirstWords(size_t element) const { return LoadAll<uint32_t, 4>(element); }
+  /// Whether bits are a number above 0 that is finite.
+  static bool IsPositive(uint32_t word) {
+    constexpr uint32_t kInfinite = 0x7f800000;
+    return word - 1 < kInfinite - 1;
   }
   /// @param numberAt  gives number `number` of an element
   template <class NumberAt>
@@ -84,9 +84,6 @@ class FloatElements : public Elements {
     const auto value = Load<float>(element, number);
     return std::isfinite(value) ? value : 0.0f;
   }
-
- private:
-  using SignedQuad = int32_t __attribute__((vector_size(16)));
 };
 
 class IntegerElements : public Elements {
@@ -97,10 +94,10 @@ class IntegerElements : public Elements {
       : Elements(std::move(elements)), numberSize_(numberSize) {}
 
   /// The first four numbers of an element.
-  Quad Four(size_t element) const {
-    if (numberSize_ == 1) return __builtin_convertvector(Load<Bytes>(element, 0), Quad);
-    if (numberSize_ == 2) return __builtin_convertvector(Load<Halves>(element, 0), Quad);
-    return Load<Quad>(element, 0);
+  std::array<uint32_t, 4> FirstFour(size_t element) const {
+    if (numberSize_ == 1) return Widened(LoadAll<uint8_t, 4>(element));
+    if (numberSize_ == 2) return Widened(LoadAll<uint16_t, 4>(element));
+    return LoadAll<uint32_t, 4>(element);
   }
   /// Calls `use` with a function that gives the first number of an element, made for the size of the numbers.
   template <class Use>
@@ -111,8 +108,10 @@ class IntegerElements : public Elements {
   }
 
  private:
-  using Bytes = uint8_t __attribute__((vector_size(4)));
-  using Halves = uint16_t __attribute__((vector_size(8)));
+  template <class T>
+  static std::array<uint32_t, 4> Widened(const std::array<T, 4>& numbers) {
+    return {numbers[0], numbers[1], numbers[2], numbers[3]};
+  }
 
   size_t numberSize_ = sizeof(uint32_t);
 };

@@ -10,9 +10,8 @@ InfluenceLists::InfluenceLists(const ControlPoints& points, size_t jointCount) {
   std::vector<size_t> counts(jointCount + 1);  // the last of joints that are not there
   points.ForEach([&](uint32_t, const Vertices& list, size_t vertex) {
     for (const InfluenceSet& set : list.influences) {
-      const InfluenceSet::Influences all = set.Of(vertex);
-      for (size_t i = 0; i < InfluenceSet::kSize; ++i)
-        counts[std::min<size_t>(all.joints[i], jointCount)] += all.weights[i] != 0;
+      set.ForEach(vertex,
+                  [&](size_t, uint32_t joint, uint32_t) { ++counts[std::min<size_t>(joint, jointCount)]; });
     }
   });
   joints_.resize(jointCount);
@@ -48,15 +47,14 @@ void InfluenceLists::Make(const ControlPoints& points) {
   }
   points.ForEach([&](uint32_t point, const Vertices& list, size_t vertex) {
     for (const InfluenceSet& set : list.influences) {
-      const InfluenceSet::Influences all = set.Of(vertex);
-      for (size_t i = 0; i < InfluenceSet::kSize; ++i) {
-        if (all.weights[i] == 0 || all.joints[i] >= targets.size()) continue;
-        Target& target = targets[all.joints[i]];
+      set.ForEach(vertex, [&](size_t, uint32_t joint, uint32_t weight) {
+        if (joint >= targets.size()) return;
+        Target& target = targets[joint];
         // The file may have been changed since they were counted.
-        if (target.count == target.most) continue;
+        if (target.count == target.most) return;
         target.points[target.count] = static_cast<int32_t>(point);
-        target.weights[target.count++] = static_cast<double>(std::bit_cast<float>(uint32_t{all.weights[i]}));
-      }
+        target.weights[target.count++] = static_cast<double>(std::bit_cast<float>(weight));
+      });
     }
   });
   for (size_t i = 0; i < joints_.size(); ++i) {

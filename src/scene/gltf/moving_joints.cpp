@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "scene/gltf/control_points.h"
+
 namespace scene::gltf {
 namespace {
 
@@ -10,13 +12,11 @@ void MarkAll(const Skin& skin, std::vector<bool>& moves) {
   for (const uint32_t joint : skin.joints) moves[joint] = true;
 }
 
-void MarkMoving(const Skin& skin, const IntegerElements& joints, const FloatElements& weights,
-                std::vector<bool>& moves) {
-  for (size_t i = 0; i < std::min(joints.size(), weights.size()); ++i) {
-    const auto four = joints.Four(i), weightsOfFour = weights.PositiveWords(i);
-    for (size_t k = 0; k < 4; ++k) {
-      if (weightsOfFour[k] != 0 && four[k] < skin.joints.size()) moves[skin.joints[four[k]]] = true;
-    }
+void MarkMoving(const Skin& skin, const InfluenceSet& set, std::vector<bool>& moves) {
+  for (size_t vertex = 0; vertex < set.weights.size(); ++vertex) {
+    set.ForEach(vertex, [&](size_t, uint32_t joint, uint32_t) {
+      if (joint < skin.joints.size()) moves[skin.joints[joint]] = true;
+    });
   }
 }
 
@@ -37,7 +37,7 @@ std::vector<bool> FindMovingJoints(const Document& document, const AccessorReade
         if ((vertices += accessors.CountOf(joints)) > kMostVertices) {
           MarkAll(skin, moves);
         } else {
-          MarkMoving(skin, accessors.Integers(joints, 4), accessors.Floats(weights, 4), moves);
+          MarkMoving(skin, {accessors.Integers(joints, 4), accessors.Floats(weights, 4)}, moves);
           budget.ReturnTo(before);
         }
       }

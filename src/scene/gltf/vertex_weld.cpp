@@ -84,9 +84,8 @@ FbxArray<int32_t> VertexWeld::Weld() {
 
 uint32_t VertexWeld::PointOf(const Vertices& vertices, size_t vertex, uint64_t digest, uint64_t hash) {
   const auto pointOf = [&](bool isBack, uint64_t hashOfSide) {
-    return table_.NumberOf(hashOfSide, [&](uint32_t other) {
-      return IsBack(other) == isBack && IsEqual(other, vertices, vertex);
-    });
+    return table_.NumberOf(hashOfSide,
+                           [&](uint32_t other) { return IsEqual(other, isBack, vertices, vertex); });
   };
   uint32_t point = pointOf(false, hash);
   if (point < points_.size()) {
@@ -116,7 +115,8 @@ bool VertexWeld::IsBack(uint32_t point) const {
   return std::binary_search(backs_.begin(), backs_.end(), point);
 }
 
-bool VertexWeld::IsEqual(uint32_t point, const Vertices& vertices, size_t vertex) const {
+bool VertexWeld::IsEqual(uint32_t point, bool isBack, const Vertices& vertices, size_t vertex) const {
+  if (IsBack(point) != isBack) return false;
   bool isEqual = false;
   points_.UseVertex(point, [&](const Vertices& own, size_t ownVertex) {
     isEqual = IsSame(own.positions.Words(ownVertex), vertices.positions.Words(vertex));

@@ -33,8 +33,9 @@ class VertexWeld {
   uint64_t Digest(const Vertices& vertices, size_t vertex) const;
   uint64_t DigestOf(uint32_t point) const;
   bool IsBack(uint32_t point) const;
-  bool IsEqual(uint32_t point, const Vertices& vertices, size_t vertex) const;
-  bool IsOpposed(uint32_t point, const Vertices& vertices, size_t vertex) const;
+  /// Few vertices have another of one digest: those that have none do without what this needs.
+  [[gnu::noinline]] bool IsEqual(uint32_t point, bool isBack, const Vertices& vertices, size_t vertex) const;
+  [[gnu::noinline]] bool IsOpposed(uint32_t point, const Vertices& vertices, size_t vertex) const;
 
   const AccessorReader& accessors_;
   Budget& budget_;
