@@ -26,13 +26,13 @@ VertexNumbers CoordinateTable::PairsOf(uint32_t accessor, const CoordinateTransf
   if (numbers) return numbers;
   const uint64_t before = budget_.Used();
   const FloatElements elements = accessors_.Floats(accessor, 2);
-  const uint64_t count = std::min(elements.size(), points->size());
+  const size_t count = std::min(elements.size(), points->size());
   constexpr uint64_t kPair = sizeof(uint64_t) + sizeof(uint32_t);
-  budget_.Take(count * (sizeof(int32_t) + kPair));
+  budget_.Take(uint64_t{count} * (sizeof(int32_t) + kPair));
   const uint64_t knownPairs = pairs_.size();
   numbers = std::make_shared<const FbxArray<int32_t>>(Read(elements, transform, points->View().first(count)));
   budget_.ReturnTo(before);
-  budget_.Take(count * sizeof(int32_t) + 2 * kPair * (pairs_.size() - knownPairs));
+  budget_.Take(uint64_t{count} * sizeof(int32_t) + 2 * kPair * (pairs_.size() - knownPairs));
   return numbers;
 }
 
