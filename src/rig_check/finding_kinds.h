@@ -38,7 +38,7 @@ inline constexpr FindingKind kNoMesh{"no-mesh", Error, File,
                                      "Include the meshes in the export."};
 inline constexpr FindingKind kMotionOnly{
     "no-mesh", Error, File,
-    "{} bones and no mesh: this file holds a motion, or a skeleton alone, and no model to convert.",
+    "{} and no mesh: this file holds a motion, or a skeleton alone, and no model to convert.",
     "Convert the file that holds the character, or include the meshes in the export."};
 inline constexpr FindingKind kDecimalCommas{
     "decimal-commas", Warning, File,

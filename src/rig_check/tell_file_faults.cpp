@@ -27,7 +27,7 @@ void TellFileFaults(const ModelSource& model, RigReport& report) {
   size_t bones = 0;
   model.scene.ForEach<scene::KFbxNode>([&](const scene::KFbxNode& node) { bones += node.IsSkeleton(); });
   if (bones > 0) {
-    report.Add(findings::kMotionOnly, {}, {std::to_string(bones)});
+    report.Add(findings::kMotionOnly, {}, {std::to_string(bones) + (bones == 1 ? " bone" : " bones")});
   } else {
     report.Add(findings::kNoMesh);
   }
