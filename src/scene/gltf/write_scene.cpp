@@ -8,6 +8,7 @@
 
 #include "base/plain_text.h"
 #include "scene/gltf/record_writer.h"
+#include "scene/gltf/rigid_transform.h"
 #include "scene/gltf/unique_names.h"
 #include "scene/gltf/write_materials.h"
 #include "scene/gltf/write_shapes.h"
@@ -96,11 +97,6 @@ class SceneWriter {
     return bone;
   }
 
-  uint32_t ParentBone(uint32_t node) const {
-    const uint32_t parent = document_.nodes[node].parent;
-    return parent == kNone ? kNone : rig_.boneAbove[parent];
-  }
-
   /// As a joined skeleton's root is called: like no other bone, whatever the letter case.
   static std::string NameForRoot(const std::vector<std::string>& others) {
     std::set<std::string> taken;
@@ -113,20 +109,20 @@ class SceneWriter {
   /// Bones carry no scale: it is in the points of their meshes.
   /// @return the name of the bone that was added above several top bones
   std::string WriteBones() {
-    const auto isTop = [&](uint32_t node) { return rig_.isBone[node] && ParentBone(node) == kNone; };
+    const auto isTop = [&](uint32_t node) { return rig_.bones.IsTop(document_, node); };
     const bool hasOneTop = std::count_if(rig_.order.begin(), rig_.order.end(), isTop) <= 1;
     std::vector<std::string> names(document_.nodes.size());
     UniqueNames unique;
     for (const uint32_t node : rig_.order) {
-      if (rig_.isBone[node]) names[node] = unique.Take(NameOf(node, "Bone_"));
+      if (rig_.bones.isBone[node]) names[node] = unique.Take(NameOf(node, "Bone_"));
     }
     std::vector<std::string_view> human(names.size());
     for (const auto& [bone, node] : document_.avatar.humanoid) human[node] = bone;
     std::string rootName = hasOneTop ? "" : NameForRoot(names);
     const int64_t top = hasOneTop ? kSceneRoot : WriteBone(rootName, kSceneRoot, {}, {});
     for (const uint32_t node : rig_.order) {
-      if (!rig_.isBone[node]) continue;
-      const uint32_t parent = ParentBone(node);
+      if (!rig_.bones.isBone[node]) continue;
+      const uint32_t parent = rig_.bones.ParentOf(document_, node);
       bones_[node] = WriteBone(names[node], parent == kNone ? top : bones_[parent],
                                parent == kNone ? KFbxXMatrix() : WithoutScale(rig_.places[parent]),
                                WithoutScale(rig_.places[node]), human[node]);
@@ -141,7 +137,7 @@ class SceneWriter {
 
   /// Tools that pack models leave the name with an empty node above.
   std::string NameOfMesh(const Node& node) const {
-    const bool hasGroup = node.parent != kNone && !rig_.isBone[node.parent];
+    const bool hasGroup = node.parent != kNone && !rig_.bones.isBone[node.parent];
     std::string name = node.name.empty() ? document_.meshes[node.mesh].name : node.name;
     if (name.empty() && hasGroup) name = document_.nodes[node.parent].name;
     return name.empty() ? "Mesh_" + std::to_string(node.mesh) : name;
@@ -169,8 +165,8 @@ class SceneWriter {
     }
     if (isSkinned) {
       WriteSkin(node.skin, geometry, mesh);
-    } else if (rig_.boneAbove[index] != kNone) {
-      WriteHold(rig_.boneAbove[index], geometry, mesh);
+    } else if (rig_.bones.boneAbove[index] != kNone) {
+      WriteHold(rig_.bones.boneAbove[index], geometry, mesh);
     }
     tree_.unpackedBytes += geometry.Memory();
   }
