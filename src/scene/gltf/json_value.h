@@ -72,4 +72,19 @@ class JsonValue {
   const nlohmann::json* value_ = nullptr;
 };
 
+/// Makes the list of what `values` holds.
+template <class T, class Read>
+std::vector<T> ReadList(JsonValue values, const Read& read) {
+  std::vector<T> list;
+  list.reserve(values.size());
+  for (size_t i = 0; i < values.size(); ++i) list.push_back(read(values.At(i)));
+  return list;
+}
+
+/// Indices below `count`.
+/// @throws Fault for what is none, naming `what`
+inline std::vector<uint32_t> ReadIndices(JsonValue values, size_t count, const char* what) {
+  return ReadList<uint32_t>(values, [&](JsonValue value) { return value.Index(count, what); });
+}
+
 }  // namespace scene::gltf

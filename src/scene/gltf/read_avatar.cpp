@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/gltf/read_avatar.h"
 
-#include <algorithm>
+#include "scene/gltf/json_value.h"
 
 namespace scene::gltf {
 namespace {

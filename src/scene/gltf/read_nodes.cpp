@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "scene/gltf/read_nodes.h"
+
+#include "scene/gltf/json_value.h"
+#include "scene/gltf/read_node_transform.h"
+
+namespace scene::gltf {
+namespace {
+
+Node ReadNode(JsonValue node, JsonValue root) {
+  Node result;
+  result.name = node["name"].Name();
+  result.children = ReadIndices(node["children"], root["nodes"].size(), "node");
+  result.mesh = node["mesh"].Index(root["meshes"].size(), "mesh");
+  result.skin = node["skin"].Index(root["skins"].size(), "skin");
+  result.local = ReadNodeTransform(node);
+  result.weights = node["weights"].Numbers();
+  return result;
+}
+
+/// What the scene that is shown names, however often.
+std::vector<uint32_t> ReadSceneNodes(JsonValue root) {
+  const JsonValue scenes = root["scenes"];
+  const uint32_t shown = root["scene"].Index(scenes.size(), "scene");
+  return ReadIndices(scenes.At(shown == kNone ? 0 : shown)["nodes"], root["nodes"].size(), "node");
+}
+
+}  // namespace
+
+std::vector<Node> ReadNodes(JsonValue root) {
+  return ReadList<Node>(root["nodes"], [&](JsonValue node) { return ReadNode(node, root); });
+}
+
+std::vector<Skin> ReadSkins(JsonValue root) {
+  std::vector<Skin> skins = ReadList<Skin>(root["skins"], [&](JsonValue skin) {
+    return Skin{ReadIndices(skin["joints"], root["nodes"].size(), "node"),
+                skin["inverseBindMatrices"].Index(root["accessors"].size(), "accessor")};
+  });
+  for (const Skin& skin : skins) {
+    if (skin.joints.size() > 0xffff) throw Fault("a skin has too many joints");
+  }
+  return skins;
+}
+
+void FindParents(std::vector<Node>& nodes) {
+  for (uint32_t i = 0; i < nodes.size(); ++i) {
+    for (const uint32_t child : nodes[i].children) {
+      Node& node = nodes[child];
+      if (node.parent != kNone) throw Fault("node " + std::to_string(child) + " is a child twice");
+      node.parent = i;
+    }
+  }
+}
+
+std::vector<uint32_t> FindRoots(JsonValue root, const std::vector<Node>& nodes) {
+  std::vector<uint32_t> roots;
+  std::vector<bool> taken(nodes.size());
+  for (const uint32_t node : ReadSceneNodes(root)) {
+    if (nodes[node].parent == kNone && !taken[node]) roots.push_back(node);
+    taken[node] = true;
+  }
+  const bool isLost = roots.empty();
+  for (uint32_t i = 0; isLost && i < nodes.size(); ++i) {
+    if (nodes[i].parent == kNone) roots.push_back(i);
+  }
+  return roots;
+}
+
+}  // namespace scene::gltf
