@@ -104,10 +104,16 @@ TEST(Prove, FaultsOfRigsAreNamed) {
   weightless.firstWeight = 0.0;
   hidden.isInGroup = true;
   namesake.name = "upper";
-  const std::pair<const char*, ArmRig> cases[] = {
-      {"scaled-now", scaled},       {"bone-not-bound", unbound},  {"second-root", second},
-      {"other-bind-pose", rebound}, {"additive-skin", additive},  {"unweighted-vertices", unweighted},
-      {"bad-weights", weightless},  {"same-bone-name", namesake}, {"hidden-bones", hidden}};
+  const std::pair<const char*, ArmRig> cases[] = {{"scaled-now", scaled},
+                                                  {"scaled-now", mirrored},
+                                                  {"bone-not-bound", unbound},
+                                                  {"second-root", second},
+                                                  {"other-bind-pose", rebound},
+                                                  {"additive-skin", additive},
+                                                  {"unweighted-vertices", unweighted},
+                                                  {"bad-weights", weightless},
+                                                  {"same-bone-name", namesake},
+                                                  {"hidden-bones", hidden}};
   for (const auto& [code, rig] : cases) {
     const prove::Proof proof = ModelAndPackage(Arm(rig)).Prove();
     EXPECT_EQ(CodesOf(proof), code);
@@ -132,6 +138,31 @@ TEST(Prove, AScaledRootIsToldAndHidesNothing) {
       << "10 instead of 1";
   converted.actor.skeleton.bones[1].translation[1] += 0.01f;
   EXPECT_EQ(CodesOf(converted.Prove()), "wrong-bone root-scale");
+}
+
+TEST(Prove, BonesMadeRigidBelowAnUnevenScaleAreComparedToTheLastBit) {
+  Character model;
+  const support::FbxRecord shears = support::Property("InheritType", {1});
+  const auto root = model.Bone("root", model.Null("armature", 0, {Scaled(1, 1.005, 1)}),
+                               {At(0, 1, 0), Turned(5, 5, 5), shears});
+  const auto upper = model.Bone("upper", root, {At(2, 0, 0), Turned(20, 80, 40), shears});
+  const auto lower = model.Bone("lower", upper, {At(0, 3, 0), Turned(-30, 10, 50), shears});
+  auto mesh = model.Mesh("Body", {0, 0, 0, 2, 0, 0, 4, 1, 0}, {0, 1, -3});
+  model.Weights(mesh, root, {0}, {1});
+  model.Weights(mesh, upper, {1, 2}, {1, 0.5});
+  model.Weights(mesh, lower, {2}, {0.5});
+  const ModelAndPackage converted(model.Text(), "model.fbx", {.rigidBones = true});
+  const prove::Proof proof = converted.Prove();
+  EXPECT_EQ(CodesOf(proof), "uneven-scale");
+  EXPECT_LT(proof.worst.error, 0.005);
+  // The unevenness must not hide what is far smaller.
+  for (const size_t bone : {1, 2}) {
+    for (const auto rotation : {&actor::Bone::rotation, &actor::Bone::boneSpaceRotation}) {
+      actor::Actor damaged = converted.actor;
+      (damaged.skeleton.bones[bone].*rotation)[0] += 2e-5f;
+      EXPECT_EQ(prove::Prove(*converted.scene, damaged, {.poses = 8}).verdict, Verdict::OurError) << bone;
+    }
+  }
 }
 
 using ProveTool = support::Tool;

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "scene/math/matrix.h"
+#include "scene/math/nearest_rotation.h"
 #include "support/load_scene.h"
 
 namespace {
@@ -84,6 +85,25 @@ TEST(Matrix, AMirroredMatrixHasThreeNegativeScalesAndIsRebuiltByThem) {
   EXPECT_THAT(Xyz(mirrored.GetS()), Near(-2, -3, -4));
   const KFbxXMatrix rebuilt(mirrored.GetT(), mirrored.GetR(), mirrored.GetS());
   for (size_t i = 0; i < 16; ++i) EXPECT_NEAR(rebuilt.At(i), mirrored.At(i), 1e-12) << i;
+}
+
+TEST(Matrix, TheNearestRotationIsWhatWasShearedAfterwards) {
+  Dice dice;
+  for (int i = 0; i < 200; ++i) {
+    const KFbxXMatrix rotation = dice.Rotation(), about = dice.Rotation();
+    const double mirror = i % 2 == 0 ? 1.0 : -1.0, far = i % 3 == 0 ? 1e4 : 1.0;
+    const KFbxXMatrix uneven = KFbxXMatrix::Scaling(
+        KFbxVector4(dice.Between(0.5, 2), dice.Between(0.5, 2) * far, dice.Between(0.5, 2)) * mirror);
+    const KFbxXMatrix sheared = about * uneven * about.Inverse() * rotation;
+    const KFbxXMatrix nearest = NearestRotationIfSheared(sheared);
+    ASSERT_LT(LargestDifference(nearest, KFbxXMatrix::Scaling(KFbxVector4(1, 1, 1) * mirror) * rotation),
+              1e-14 * far)
+        << i;
+    const KFbxXMatrix even = rotation * uneven;
+    ASSERT_LT(LargestDifference(NearestRotationIfSheared(even), even), 1e-15) << "not sheared";
+  }
+  const KFbxXMatrix flat = Axes({1, 1, 0}, {1, 1, 0}, {0, 0, 1});
+  EXPECT_EQ(LargestDifference(NearestRotationIfSheared(flat), flat), 0.0);
 }
 
 TEST(Matrix, AnAxisWithoutLengthStaysUnturned) {

@@ -100,6 +100,30 @@ Affine Affine::Frame() const {
   return out;
 }
 
+Affine Affine::NearestFrame() const {
+  const double determinant = Determinant();
+  if (determinant == 0.0 || !std::isfinite(1.0 / determinant)) return Frame();
+  // Taking the mean with the transposed inverse again and again leaves the turn of the polar decomposition.
+  Affine out = *this;
+  double change = 1.0;
+  for (int step = 0; step < 100 && change > 1e-15; ++step) {
+    const Affine inverse = out.Inverse();
+    change = 0.0;
+    for (size_t r = 0; r < 3; ++r) {
+      for (size_t c = 0; c < 3; ++c) {
+        const double next = (out.rows[r][c] + inverse.rows[c][r]) / 2.0;
+        change = std::max(change, std::abs(next - out.rows[r][c]));
+        out.rows[r][c] = next;
+      }
+    }
+  }
+  for (size_t r = 0; r < 3; ++r) {
+    for (size_t c = 0; c < 3 && determinant < 0.0; ++c) out.rows[r][c] = -out.rows[r][c];
+    out.rows[r][3] = rows[r][3];
+  }
+  return out;
+}
+
 Turn Affine::FrameTurn() const {
   const auto& m = rows;
   // The largest of the four components is found first, so that nothing is divided by little.

@@ -43,6 +43,8 @@ struct Affine {
   /// Place and turn without scale and shear: the x axis keeps its direction, y its plane. Mirrored axes are
   /// all flipped first.
   Affine Frame() const;
+  /// The same with the turn that is nearest to the linear part; `Frame` where that has no inverse.
+  Affine NearestFrame() const;
   /// The turn of a frame.
   Turn FrameTurn() const;
   /// Largest entry of what separates the linear part from a turn times `scale`.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "core/names.h"
 #include "prove/format_rules.h"
@@ -29,6 +30,11 @@ double Unevenness(const Affine& m) {
   return scale > 0.0 ? m.Stretch(scale) / scale : 1.0;
 }
 
+/// No frame is that of a sheared bone. It may keep the direction of an axis, or be the nearest to all; the
+/// two are the same for all other bones.
+using Reading = Affine (Affine::*)() const;
+constexpr Reading kReadings[] = {&Affine::Frame, &Affine::NearestFrame};
+
 class FactFinder {
  public:
   FactFinder(const actor::Skeleton& skeleton, const ModelRig& rig, double diagonal)
@@ -42,18 +48,16 @@ class FactFinder {
       facts.push_back(bone.parent < 0 ? BoneFacts() : HandDown(facts[static_cast<size_t>(bone.parent)]));
       BoneFacts& fact = facts.back();
       if (rig_.nodeOf[i] < 0) continue;
-      const Affine wanted = (rig_.actorTurn * NodeAt(rig_, rig_.nodeOf[i])->bound).Frame();
-      const Affine above = bone.parent < 0 ? Affine() : FrameAbove(bone.parent);
       const Affine local = StoredFrame(bone.rotation, bone.translation);
       const Affine space = StoredFrame(bone.boneSpaceRotation, bone.boneSpaceTranslation);
       fact.shear += Unevenness(NodeAt(rig_, rig_.nodeOf[i])->stretch);
       // A frame may be read from it in several ways.
       const double shear = fact.shear > kTurnRounding ? 2.0 * fact.shear : 0.0;
-      if (!IsSameFrame(local, above.Inverse() * wanted, diagonal_)) {
+      if (!IsInPlace(i, local)) {
         fact.place = IsSameFrame(local, rules_[i].local, diagonal_, shear) ? Why(i) : Cause::WrongBone;
         NotePlace(i, fact);
       }
-      if (!IsSameFrame(space, wanted.Inverse(), diagonal_)) {
+      if (!HasSpace(i, space)) {
         fact.space = IsSameFrame(space, rules_[i].space, diagonal_, shear) ? WhyHereOrAbove(i, fact)
                                                                            : Cause::WrongBone;
       }
@@ -78,9 +82,23 @@ class FactFinder {
   }
 
   /// Where the model has the bone; what the converter made stands where it says itself.
-  Affine FrameAbove(int32_t bone) const {
-    const RigNode* node = NodeAt(rig_, rig_.nodeOf[static_cast<size_t>(bone)]);
-    return node ? (rig_.actorTurn * node->bound).Frame() : frames_[static_cast<size_t>(bone)];
+  Affine FrameOf(size_t bone, Reading frame) const {
+    const RigNode* node = NodeAt(rig_, rig_.nodeOf[bone]);
+    return node ? ((rig_.actorTurn * node->bound).*frame)() : frames_[bone];
+  }
+
+  bool IsInPlace(size_t bone, const Affine& local) const {
+    const int32_t parent = skeleton_.bones[bone].parent;
+    return std::any_of(std::begin(kReadings), std::end(kReadings), [&](Reading frame) {
+      const Affine above = parent < 0 ? Affine() : FrameOf(static_cast<size_t>(parent), frame);
+      return IsSameFrame(local, above.Inverse() * FrameOf(bone, frame), diagonal_);
+    });
+  }
+
+  bool HasSpace(size_t bone, const Affine& space) const {
+    return std::any_of(std::begin(kReadings), std::end(kReadings), [&](Reading frame) {
+      return IsSameFrame(space, FrameOf(bone, frame).Inverse(), diagonal_);
+    });
   }
 
   Cause Why(size_t bone) const {

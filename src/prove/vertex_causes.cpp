@@ -222,7 +222,7 @@ VertexCause VertexCauses::OfBinding(size_t point, Pose::Kind kind) const {
     const auto at = static_cast<size_t>(link);
     if (kind == Pose::Kind::Present && nodes_.scaledNow[at] >= 0)
       return {Cause::ScaledNow, nodes_.scaledNow[at]};
-    if (kind != Pose::Kind::Present && nodes_.uneven[at] >= 0) return {Cause::UnevenScale, nodes_.uneven[at]};
+    if (nodes_.uneven[at] >= 0) return {Cause::UnevenScale, nodes_.uneven[at]};
   }
   return {};
 }

@@ -6,6 +6,7 @@
 
 #include "core/names.h"
 #include "scene/math/angles.h"
+#include "scene/math/nearest_rotation.h"
 #include "skeleton/bind_pose.h"
 #include "skeleton/top_bones.h"
 
@@ -113,10 +114,10 @@ class BoneExtractor {
   }
 
   /// The bone's transform relative to its parent bone without any scale, so that every bone stands where it
-  /// stands in the world.
+  /// stands in the world. Shear goes with the scale that caused it.
   KFbxXMatrix RigidTransform(const KFbxNode& node, const BoneNode& bone) {
     const KFbxXMatrix world = skeleton_.actorTurn * BindWorld(node, scene_, skeleton_);
-    const KFbxXMatrix rigid(world.GetT(), world.GetR(), {1, 1, 1});
+    const KFbxXMatrix rigid(world.GetT(), NearestRotationIfSheared(world).GetR(), {1, 1, 1});
     return bone.id > 0 ? BoneSpace(*bone.parent) * rigid : rigid;
   }
 

@@ -63,8 +63,10 @@ inline Character Arm(const ArmRig& rig) {
 struct ModelAndPackage {
   explicit ModelAndPackage(const Character& model) : ModelAndPackage(model.Text()) {}
   /// @param name  of the file, which may make the model an actor
-  explicit ModelAndPackage(std::string_view model, const std::string& name = "model.fbx")
+  explicit ModelAndPackage(std::string_view model, const std::string& name = "model.fbx",
+                           const ts3d::RepairSettings& repairs = {})
       : scene(LoadSceneBytes(model)) {
+    host.job.settings.repairs = repairs;
     EXPECT_EQ(host.Convert(model, name), ts3d::ConversionResult::Success);
     actor::Findings findings;
     std::string error;

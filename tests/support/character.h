@@ -37,10 +37,12 @@ class Character {
     file_.Connect(last_, parent);
     return last_;
   }
-  Id Null(std::string name, Id parent = 0) { return Other("Null", std::move(name), parent); }
+  Id Null(std::string name, Id parent = 0, FbxRecords properties = {}) {
+    return Other("Null", std::move(name), parent, std::move(properties));
+  }
   /// A node with an attribute of the kind `subType`.
-  Id Other(const char* subType, std::string name, Id parent = 0) {
-    const Id node = Node(std::move(name), parent);
+  Id Other(const char* subType, std::string name, Id parent = 0, FbxRecords properties = {}) {
+    const Id node = Node(std::move(name), parent, std::move(properties));
     file_.Connect(Attribute(subType), node);
     return node;
   }
