@@ -92,8 +92,10 @@ TEST(Prove, ErrorsOfTheConverterAreFound) {
 }
 
 TEST(Prove, FaultsOfRigsAreNamed) {
-  ArmRig scaled, unbound, second, rebound, additive, partial, unweighted, weightless, hidden, namesake;
+  ArmRig scaled, mirrored, unbound, second, rebound, additive, partial, unweighted, weightless, hidden,
+      namesake;
   scaled.upper.push_back(Scaled(2, 2, 2));
+  mirrored.upper.push_back(Scaled(-1, 1, 1));
   unbound.isInBindPose = false;
   unbound.lower = {At(3, 1, 0)};
   second.hasSecondRoot = true;
@@ -163,6 +165,15 @@ TEST(Prove, BonesMadeRigidBelowAnUnevenScaleAreComparedToTheLastBit) {
       EXPECT_EQ(prove::Prove(*converted.scene, damaged, {.poses = 8}).verdict, Verdict::OurError) << bone;
     }
   }
+}
+
+TEST(Prove, WithoutBonesMeshesStandAsTheyDoNow) {
+  Character model;
+  const auto mesh = model.Mesh("Lamp", {0, 0, 0, 2, 0, 0, 4, 1, 0}, {0, 1, -3}, 0, {At(1, 2, 3)});
+  model.BindPose({{mesh.node, support::Translation(7, 0, 0)}});
+  EXPECT_EQ(CodesOf(ModelAndPackage(model).Prove()), "no-skeleton");
+  const ModelAndPackage attached(model.Text(), "model.fbx", {.attachRigid = true});
+  EXPECT_EQ(attached.Prove().verdict, Verdict::Proven);
 }
 
 using ProveTool = support::Tool;

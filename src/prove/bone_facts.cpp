@@ -162,7 +162,8 @@ NodeFacts FindNodeFacts(const ModelRig& rig) {
       return found[static_cast<size_t>(node.parent)];
     };
     facts.uneven.push_back(next(Unevenness(node.bound) > kSameScale, facts.uneven));
-    const bool isScaled = (node.present * node.bound.Inverse()).Stretch() > kSameScale;
+    const Affine since = node.present * node.bound.Inverse();
+    const bool isScaled = since.Stretch() > kSameScale || since.Determinant() < 0.0;
     facts.scaledNow.push_back(next(isScaled, facts.scaledNow));
   }
   return facts;

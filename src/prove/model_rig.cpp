@@ -78,7 +78,7 @@ void AddNodes(const scene::KFbxScene& scene, ModelRig& rig) {
 void Bind(const Links& links, Stand stand, ModelRig& rig) {
   for (RigNode& entry : rig.nodes) {
     const RigNode* parent = entry.parent < 0 ? nullptr : &rig.nodes[static_cast<size_t>(entry.parent)];
-    const KFbxPose* pose = PoseOf(*entry.node, rig);
+    const KFbxPose* pose = stand == Stand::Now ? nullptr : PoseOf(*entry.node, rig);
     const auto link = links.find(entry.node);
     if (pose && !(stand == Stand::Skins && link != links.end())) {
       const int index = pose->Find(entry.node);
@@ -171,6 +171,13 @@ ModelRig ReadModelRig(const scene::KFbxScene& scene, const actor::Skeleton& skel
   AddNodes(scene, rig);
   FindBones(skeleton, rig);
   const Links links = ReadLinks(scene);
+  const bool isStill = links.empty() && std::all_of(rig.nodeOf.begin(), rig.nodeOf.end(),
+                                                    [](int32_t node) { return node < 0; });
+  if (isStill) {
+    rig.stand = Stand::Now;
+    Bind(links, Stand::Now, rig);
+    return rig;
+  }
   Bind(links, Stand::Skins, rig);
   const double fromSkins = DistanceOfBones(skeleton, rig, isActor);
   Bind(links, Stand::BindPose, rig);

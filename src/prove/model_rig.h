@@ -32,7 +32,11 @@ struct RigNode {
 };
 
 /// The pose in which the package is taken to stand.
-enum class Stand { BindPose, Skins };
+enum class Stand {
+  BindPose,
+  Skins,
+  Now  ///< no bone and no skin, so that nothing ever moves to or from a bind pose
+};
 
 /// All nodes of a model and the bones of its package.
 struct ModelRig {
