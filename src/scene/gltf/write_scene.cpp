@@ -4,21 +4,17 @@
 #include <algorithm>
 #include <bit>
 #include <numeric>
-#include <set>
 
-#include "base/plain_text.h"
-#include "scene/gltf/record_writer.h"
 #include "scene/gltf/rigid_transform.h"
 #include "scene/gltf/unique_names.h"
+#include "scene/gltf/write_bones.h"
 #include "scene/gltf/write_materials.h"
 #include "scene/gltf/write_shapes.h"
 
 namespace scene::gltf {
 namespace {
 
-constexpr int64_t kSceneRoot = 0;
 constexpr int32_t kFirst[] = {0};
-constexpr const char* kNoLabels[] = {"", "", ""};
 
 class SceneWriter {
  public:
@@ -31,110 +27,26 @@ class SceneWriter {
         tree_(tree),
         meshes_(meshes),
         writer_(tree),
-        materials_(document, bytes, writer_, links_),
-        bones_(document.nodes.size()) {
+        nodes_(writer_, links_, budget),
+        materials_(document, bytes, writer_, links_) {
     tree.version = 7400;
     tree.bigEndian = std::endian::native == std::endian::big;
   }
 
   std::string Write() {
     writer_.Begin("Objects");
-    std::string root = WriteBones();
+    bones_ = WriteBones(document_, rig_, nodes_);
     for (const uint32_t node : rig_.order) {
       if (document_.nodes[node].mesh != kNone) WriteMesh(node);
     }
-    WritePose();
+    nodes_.WritePose();
     WriteMotions();
     writer_.End();
     links_.Write(writer_);
-    return root;
+    return bones_.addedRoot;
   }
 
  private:
-  struct PoseEntry {
-    int64_t node;
-    KFbxXMatrix matrix;
-  };
-
-  void WriteVector(const char* property, const KFbxVector4& vector) {
-    writer_.Begin("P").Bytes(property);
-    for (const char* label : kNoLabels) writer_.Bytes(label);
-    for (size_t i = 0; i < 3; ++i) writer_.Real(vector[i]);
-    writer_.End();
-  }
-
-  void WriteMatrix(const char* name, const KFbxXMatrix& matrix) {
-    double numbers[16];
-    for (size_t i = 0; i < 16; ++i) numbers[i] = matrix.At(i);
-    writer_.Begin(name).Copy(numbers).End();
-  }
-
-  /// @param local  rigid
-  int64_t WriteNode(const std::string& name, const char* type, int64_t parent, const KFbxXMatrix& local,
-                    std::string_view humanBone = {}) {
-    // Its records, an attribute, an entry of the pose, and as much again for the objects made of them.
-    constexpr uint64_t kNodeMemory = 4096;
-    budget_.Take(kNodeMemory);
-    const int64_t id = links_.NewId();
-    writer_.Begin("Model").Integer(id).Text(name).Bytes(type);
-    if (!humanBone.empty()) writer_.Begin("HumanBone").Text(humanBone).End();
-    writer_.Begin("Properties70");
-    WriteVector("Lcl Translation", local.GetT());
-    WriteVector("Lcl Rotation", local.GetR());
-    writer_.End();
-    writer_.End();
-    links_.Connect(id, parent);
-    return id;
-  }
-
-  int64_t WriteBone(const std::string& name, int64_t parent, const KFbxXMatrix& above,
-                    const KFbxXMatrix& world, std::string_view humanBone = {}) {
-    const int64_t bone = WriteNode(name, "LimbNode", parent, above.Inverse() * world, humanBone);
-    const int64_t attribute = links_.NewId();
-    writer_.Begin("NodeAttribute").Integer(attribute).Bytes("").Bytes("LimbNode").End();
-    links_.Connect(attribute, bone);
-    pose_.push_back({bone, world});
-    return bone;
-  }
-
-  /// As a joined skeleton's root is called: like no other bone, whatever the letter case.
-  static std::string NameForRoot(const std::vector<std::string>& others) {
-    std::set<std::string> taken;
-    for (const std::string& name : others) taken.insert(base::LowerCase(name));
-    std::string name = "root";
-    for (int i = 2; taken.contains(name); ++i) name = "root" + std::to_string(i);
-    return name;
-  }
-
-  /// Bones carry no scale: it is in the points of their meshes.
-  /// @return the name of the bone that was added above several top bones
-  std::string WriteBones() {
-    const auto isTop = [&](uint32_t node) { return rig_.bones.IsTop(document_, node); };
-    const bool hasOneTop = std::count_if(rig_.order.begin(), rig_.order.end(), isTop) <= 1;
-    std::vector<std::string> names(document_.nodes.size());
-    UniqueNames unique;
-    for (const uint32_t node : rig_.order) {
-      if (rig_.bones.isBone[node]) names[node] = unique.Take(NameOf(node, "Bone_"));
-    }
-    std::vector<std::string_view> human(names.size());
-    for (const auto& [bone, node] : document_.avatar.humanoid) human[node] = bone;
-    std::string rootName = hasOneTop ? "" : NameForRoot(names);
-    const int64_t top = hasOneTop ? kSceneRoot : WriteBone(rootName, kSceneRoot, {}, {});
-    for (const uint32_t node : rig_.order) {
-      if (!rig_.bones.isBone[node]) continue;
-      const uint32_t parent = rig_.bones.ParentOf(document_, node);
-      bones_[node] = WriteBone(names[node], parent == kNone ? top : bones_[parent],
-                               parent == kNone ? KFbxXMatrix() : WithoutScale(rig_.places[parent]),
-                               WithoutScale(rig_.places[node]), human[node]);
-    }
-    return rootName;
-  }
-
-  std::string NameOf(uint32_t node, const char* otherwise) const {
-    const std::string& name = document_.nodes[node].name;
-    return name.empty() ? otherwise + std::to_string(node) : name;
-  }
-
   /// Tools that pack models leave the name with an empty node above.
   std::string NameOfMesh(const Node& node) const {
     const bool hasGroup = node.parent != kNone && !rig_.bones.isBone[node.parent];
@@ -156,8 +68,7 @@ class SceneWriter {
     Geometry& geometry =
         meshes_.emplace_back(JoinPrimitives(document_, accessors_, budget_, node, place, jointCount));
     if (geometry.TriangleCount() == 0) return;
-    const int64_t id = WriteNode(meshNames_.Take(NameOfMesh(node)), "Mesh", kSceneRoot, {});
-    pose_.push_back({id, {}});
+    const int64_t id = nodes_.WriteMesh(meshNames_.Take(NameOfMesh(node)));
     const int64_t mesh = WriteGeometry(node, geometry);
     links_.Connect(mesh, id);
     if (geometry.materials != std::vector<uint32_t>{kNone}) {
@@ -214,8 +125,8 @@ class SceneWriter {
     links_.Connect(id, skin);
     links_.Connect(bone, id);
     writer_.Begin("Deformer").Integer(id).Bytes("").Bytes("Cluster");
-    WriteMatrix("Transform", transform);
-    WriteMatrix("TransformLink", link);
+    WriteMatrix(writer_, "Transform", transform);
+    WriteMatrix(writer_, "TransformLink", link);
   }
 
   int64_t WriteSkinObject(int64_t mesh) {
@@ -233,11 +144,11 @@ class SceneWriter {
     for (size_t i = 0; i < skin.joints.size(); ++i) {
       const uint32_t joint = skin.joints[i];
       const size_t count = geometry.influences.MostOf(i);
-      if (count == 0 || bones_[joint] == kSceneRoot) continue;
+      if (count == 0 || bones_.ids[joint] == kSceneRoot) continue;
       const KFbxXMatrix link = WithoutScale(rig_.places[joint]);
       // Of a skin that does not fit the others each joint takes its points from another place.
       const KFbxXMatrix mesh2bone = link.Inverse() * rig_.places[joint] * bound.inverseBind[i] * fromWorld;
-      BeginCluster(bones_[joint], mesh2bone, link, id);
+      BeginCluster(bones_.ids[joint], mesh2bone, link, id);
       writer_.Begin("Indexes")
           .Later(count, [&geometry, i] { return geometry.influences.TakePoints(geometry.points, i); })
           .End();
@@ -252,7 +163,7 @@ class SceneWriter {
   void WriteHold(uint32_t bone, const Geometry& geometry, int64_t mesh) {
     const size_t count = geometry.points.size();
     const KFbxXMatrix link = WithoutScale(rig_.places[bone]);
-    BeginCluster(bones_[bone], link.Inverse(), link, WriteSkinObject(mesh));
+    BeginCluster(bones_.ids[bone], link.Inverse(), link, WriteSkinObject(mesh));
     const auto makeAll = [count] {
       FbxArray<int32_t> points;
       points.Allocate(count);
@@ -267,18 +178,6 @@ class SceneWriter {
     };
     writer_.Begin("Indexes").Later(count, makeAll).End();
     writer_.Begin("Weights").Later(count, makeFull).End();
-    writer_.End();
-  }
-
-  void WritePose() {
-    if (pose_.empty()) return;
-    writer_.Begin("Pose").Integer(links_.NewId()).Bytes("").Bytes("BindPose");
-    for (const auto& [node, matrix] : pose_) {
-      writer_.Begin("PoseNode");
-      writer_.Begin("Node").Integer(node).End();
-      WriteMatrix("Matrix", matrix);
-      writer_.End();
-    }
     writer_.End();
   }
 
@@ -302,10 +201,10 @@ class SceneWriter {
   std::deque<Geometry>& meshes_;
   RecordWriter writer_;
   ObjectLinks links_;
+  NodeWriter nodes_;
   MaterialWriter materials_;
-  std::vector<int64_t> bones_;  ///< of each node; kSceneRoot for those that are none
+  WrittenBones bones_;
   UniqueNames meshNames_;
-  std::vector<PoseEntry> pose_;
 };
 
 }  // namespace
