@@ -471,6 +471,38 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   expectText(file.Glb(), "too much memory");
 }
 
+TEST(Gltf, NodesBeyondTheNumbersOfAPackageAreRefusedByName) {
+  GltfFile file = Sound();
+  const size_t arm = file.Add("nodes", {{"name", "arm"}, {"translation", {0, 1, 0}}});
+  file.root["nodes"][0]["children"] = {arm,
+                                       file.Add("nodes", {{"name", "lamp"}, {"translation", {0, 1e39, 0}}})};
+  file.root["skins"].push_back({{"joints", {0, arm}}});
+  file.Top({{"name", "hat"}, {"mesh", 0}});
+  ASSERT_EQ(Loaded(file).error, "") << "what becomes neither a bone nor a mesh may stand anywhere";
+  const auto expect = [&](size_t node, const Json& members, const char* refused) {
+    GltfFile changed = file;
+    changed.root["nodes"][node].update(members);
+    const std::string start = std::string("node ") + refused + " is too large or too far away";
+    EXPECT_THAT(Loaded(changed).error, testing::StartsWith(start)) << members;
+  };
+  const size_t hat = arm + 2;
+  for (const double number : {1e37, 1e39, 1e200, 1e308}) {
+    const Json far = {number, 0, 0}, large = {number, number, number};
+    expect(0, {{"translation", far}}, "\"j\"");
+    expect(0, {{"scale", large}}, "\"j\"");
+    expect(0, {{"matrix", {number, 0, 0, 0, 0, number, 0, 0, 0, 0, number, 0, 0, 0, 0, 1}}}, "\"j\"");
+    expect(arm, {{"translation", far}}, "\"arm\"");
+    expect(hat, {{"scale", large}}, "\"hat\"");
+  }
+  expect(arm, {{"translation", {-1e39, 0, 0}}, {"name", ""}}, "2");
+  file.root["nodes"][0]["scale"] = {1e19, 1e19, 1e19};
+  expect(arm, {{"translation", {0, 0, 1e19}}}, "\"arm\"");
+  file = Sound();
+  file.root["nodes"][1]["translation"] = {1e39, 0, 0};
+  EXPECT_EQ(PointsOf(Loaded(file).Mesh("m")), PointsOf(Loaded(Sound()).Mesh("m")))
+      << "the place of a skinned mesh's node does not count";
+}
+
 TEST(Gltf, DataBesideTheModelIsRead) {
   const support::TempFolder folder;
   GltfFile file = Sound();

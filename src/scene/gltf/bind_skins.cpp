@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scene/gltf/bind_skins.h"
 
+#include "scene/gltf/check_place.h"
 #include "scene/gltf/rest_pose.h"
 #include "scene/gltf/rigid_transform.h"
 #include "scene/gltf/skin_order.h"
@@ -49,6 +50,7 @@ class SkinBinder {
     const std::vector<uint32_t>& joints = document_.skins[worn.skin].joints;
     const KFbxXMatrix& inverseBind = bound.inverseBind[reference];
     const KFbxXMatrix now = places_.Of(joints[reference]);
+    CheckPlace(document_, joints[reference], now);
     const bool isFree = worn.wearer != kNone && !places_.IsFixed(joints[reference]);
     if (isFree && bound.HasBindPose() &&
         !rest_.IsBindPose(joints, bones_.isBone, bound.inverseBind, reference)) {

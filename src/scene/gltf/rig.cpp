@@ -2,6 +2,7 @@
 #include "scene/gltf/rig.h"
 
 #include "scene/gltf/bind_skins.h"
+#include "scene/gltf/check_place.h"
 #include "scene/gltf/idle_bones.h"
 
 namespace scene::gltf {
@@ -27,6 +28,9 @@ Rig FindRig(const Document& document, const AccessorReader& accessors, Budget& b
   NodePlaces places(document, world, climb);
   BoundSkins bound = BindSkins(document, accessors, shown, bones, world, places);
   std::vector<KFbxXMatrix> all = places.All(shown.order);
+  for (const uint32_t node : shown.order) {
+    if (bones.isBone[node]) CheckPlace(document, node, all[node]);
+  }
   return {std::move(shown.order), std::move(bones), std::move(all), std::move(bound.skins), bound.isPosed};
 }
 

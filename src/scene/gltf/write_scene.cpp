@@ -5,6 +5,7 @@
 #include <bit>
 #include <numeric>
 
+#include "scene/gltf/check_place.h"
 #include "scene/gltf/rigid_transform.h"
 #include "scene/gltf/unique_names.h"
 #include "scene/gltf/write_bones.h"
@@ -68,6 +69,7 @@ class SceneWriter {
     Geometry& geometry =
         meshes_.emplace_back(JoinPrimitives(document_, accessors_, budget_, node, place, jointCount));
     if (geometry.TriangleCount() == 0) return;
+    CheckPlace(document_, index, place.points);
     const int64_t id = nodes_.WriteMesh(meshNames_.Take(NameOfMesh(node)));
     const int64_t mesh = WriteGeometry(node, geometry);
     links_.Connect(mesh, id);
