@@ -7,12 +7,23 @@
 namespace scene::gltf {
 namespace {
 
-Node ReadNode(JsonValue node, JsonValue root) {
+/// How many there are of what nodes and skins name; asked once, as there may be very many of both.
+struct Counts {
+  size_t nodes, meshes, skins, accessors;
+
+  explicit Counts(JsonValue root)
+      : nodes(root["nodes"].size()),
+        meshes(root["meshes"].size()),
+        skins(root["skins"].size()),
+        accessors(root["accessors"].size()) {}
+};
+
+Node ReadNode(JsonValue node, const Counts& counts) {
   Node result;
   result.name = node["name"].Name();
-  result.children = ReadIndices(node["children"], root["nodes"].size(), "node");
-  result.mesh = node["mesh"].Index(root["meshes"].size(), "mesh");
-  result.skin = node["skin"].Index(root["skins"].size(), "skin");
+  result.children = ReadIndices(node["children"], counts.nodes, "node");
+  result.mesh = node["mesh"].Index(counts.meshes, "mesh");
+  result.skin = node["skin"].Index(counts.skins, "skin");
   result.local = ReadNodeTransform(node);
   result.weights = node["weights"].Numbers();
   return result;
@@ -28,13 +39,14 @@ std::vector<uint32_t> ReadSceneNodes(JsonValue root) {
 }  // namespace
 
 std::vector<Node> ReadNodes(JsonValue root) {
-  return ReadList<Node>(root["nodes"], [&](JsonValue node) { return ReadNode(node, root); });
+  return ReadList<Node>(root["nodes"],
+                        [counts = Counts(root)](JsonValue node) { return ReadNode(node, counts); });
 }
 
 std::vector<Skin> ReadSkins(JsonValue root) {
-  std::vector<Skin> skins = ReadList<Skin>(root["skins"], [&](JsonValue skin) {
-    return Skin{ReadIndices(skin["joints"], root["nodes"].size(), "node"),
-                skin["inverseBindMatrices"].Index(root["accessors"].size(), "accessor")};
+  std::vector<Skin> skins = ReadList<Skin>(root["skins"], [counts = Counts(root)](JsonValue skin) {
+    return Skin{ReadIndices(skin["joints"], counts.nodes, "node"),
+                skin["inverseBindMatrices"].Index(counts.accessors, "accessor")};
   });
   for (const Skin& skin : skins) {
     if (skin.joints.size() > 0xffff) throw Fault("a skin has too many joints");
