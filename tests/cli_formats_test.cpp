@@ -180,6 +180,23 @@ TEST_F(Formats, ACharacterBecomesThePackageOfItsFbx) {
   EXPECT_EQ(Run("convert -q --force . -o out"), 0) << errors_;
 }
 
+TEST_F(Formats, JointsThatAFileDoesNotHaveAreNamed) {
+  const std::string unmoved = "1.0,0.0,0.0,0.0,0.0,1.0,0.0,0.0,0.0,0.0,1.0,0.0,0.0,0.0,0.0,1.0;;";
+  // Two faces share two of the tail's three points.
+  folder_.Write("cat.x",
+                "xof 0302txt 0032\nFrame hip { FrameTransformMatrix { " + unmoved +
+                    " } }\nFrame Body {\nMesh { 4; 0.0;0.0;0.0;, 1.0;0.0;0.0;, 1.0;1.0;0.0;, 0.0;1.0;0.0;;\n"
+                    "2; 3;0,1,2;, 3;0,2,3;;\n"
+                    "XSkinMeshHeader { 2; 2; 2; }\nSkinWeights { \"hip\"; 2; 0,1; 1.0,0.5; " +
+                    unmoved + " }\nSkinWeights { \"left tail\"; 4; 0,1,2,3; 0.0,0.5,1.0,1.0; " + unmoved +
+                    " }\n} }\n");
+  EXPECT_EQ(Run("check cat.x"), 1) << errors_;
+  EXPECT_THAT(output_ + errors_, HasSubstr("warning: bone \"left tail\": Skins have weights for this joint"));
+  EXPECT_THAT(output_ + errors_, HasSubstr("; 3 points lose them"));
+  EXPECT_EQ(Run("convert cat.x"), 0) << errors_;
+  EXPECT_TRUE(Printed("3 points lose them")) << errors_;
+}
+
 // Quaternions without their last number, and meshes cut by their materials alone: near, and not the same files.
 TEST_F(Formats, ACharacterOfAGameBecomesTheSameCharacter) {
   ExportAll();

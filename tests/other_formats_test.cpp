@@ -48,6 +48,12 @@ TEST(TranslatedStream, IsCheckedLikeAFile) {
   EXPECT_THAT(Refusal(start + "rm -rf\ndata\n"), HasSubstr("damaged"));
   EXPECT_EQ(Refusal(start + "error its number 3 is none\n"), "its number 3 is none");
   EXPECT_THAT(Refusal(start + "data\nglTF\2"), HasSubstr("cut off"));
+  for (const char* lost :
+       {"lost", "lost \n", "lost x hip\n", "lost -1 hip\n", "lost 99999999999999999999 hip\n", "lost 7\n"})
+    EXPECT_THAT(Refusal(start + lost), testing::AnyOf(HasSubstr("damaged"), HasSubstr("cut off"))) << lost;
+  const auto lost = scene::translation::ReadStream(start + "lost 7 left hand\ndata\n").lostJoints;
+  ASSERT_EQ(lost.size(), 1u);
+  EXPECT_EQ(lost[0].name + std::to_string(lost[0].points), "left hand7");
   EXPECT_EQ(scene::translation::ReadStream(start + "file a/b.mtl\ndata\nglTF").otherFiles,
             std::vector<std::string>{"a/b.mtl"});
 }

@@ -304,6 +304,11 @@ inline constexpr FindingKind kNamesake{
 inline constexpr FindingKind kNoLink{"cluster-without-bone", Warning, Mesh,
                                      "{} weight lists name no bone; their weights are lost.",
                                      "Bind the mesh again."};
+inline constexpr FindingKind kLostJoint{
+    "joint-missing", Warning, Bone,
+    "Skins have weights for this joint, but the file has no joint of this name; {} points lose them. Points "
+    "without other weights will stay with the root bone.",
+    "Export the whole skeleton with the skin, or move the weights to other joints."};
 inline constexpr FindingKind kUnweighted{
     "unweighted-vertices", Warning, Mesh,
     "{} of {} points have no weight and will stay with the root bone. Most are near {}.",

@@ -161,6 +161,8 @@ bool TellLostBones(const ModelSource& model, const SkeletonState& skeleton,
   const bool isHidden = LostBones(model, skeleton, links, bones, report).Tell(model.Root());
   TellSameNames(skeleton, links, report);
   if (skeleton.hasExtractedBones) links.Tell(bones, report);
+  for (const scene::KFbxScene::LostJoint& lost : model.scene.GetLostJoints())
+    report.Add(findings::kLostJoint, std::string(lost.name), {std::to_string(lost.points)});
   return isHidden;
 }
 

@@ -13,6 +13,7 @@
 #include "translator/b3d_bones.h"
 #include "translator/collada_joints.h"
 #include "translator/inline_materials.h"
+#include "translator/lost_joints.h"
 #include "translator/mend_blender.h"
 #include "translator/model_folder.h"
 #include "translator/own_joints.h"
@@ -120,6 +121,7 @@ std::string Translate(std::string_view ending, std::string input, const std::str
   }
   std::string stream;
   for (const std::string& file : folder.OtherFiles()) stream += scene::translation::kFileWord + file + "\n";
+  stream += TellLostJoints(*scene, *tree);
   stream += std::string(scene::translation::kDataWord) + "\n";
   return stream + WriteGlb(*scene, *tree, format);
 }

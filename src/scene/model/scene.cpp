@@ -16,6 +16,7 @@ void KFbxScene::Clear() {
   licence_.clear();
   remarks_.clear();
   dataFiles_.clear();
+  lostJoints_.clear();
   root_ = &Create<KFbxNode>("RootNode");
 }
 

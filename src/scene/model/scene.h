@@ -33,6 +33,13 @@ class KFbxScene : public KFbxObject {
   const std::vector<KString>& GetRemarks() const { return remarks_; }
   /// Paths of the other files that the model's data is in.
   const std::vector<KString>& GetDataFiles() const { return dataFiles_; }
+  /// A joint that skins give weights and that the file does not have.
+  struct LostJoint {
+    KString name;
+    size_t points;  ///< that lose weights
+  };
+  /// Those of files of other formats; clusters of FBX files without a link have no name.
+  const std::vector<LostJoint>& GetLostJoints() const { return lostJoints_; }
   int GetPoseCount() const { return static_cast<int>(poses_.size()); }
   KFbxPose* GetPose(int i) const { return poses_[static_cast<size_t>(i)]; }
 
@@ -62,6 +69,7 @@ class KFbxScene : public KFbxObject {
   void SetLicence(std::string_view licence) { licence_ = licence; }
   void AddRemark(std::string_view remark) { remarks_.emplace_back(remark); }
   void AddDataFile(std::string_view path) { dataFiles_.emplace_back(path); }
+  void AddLostJoint(std::string_view name, size_t points) { lostJoints_.push_back({KString(name), points}); }
   void AddPose(KFbxPose& pose) { poses_.push_back(&pose); }
   void KeepFile(std::shared_ptr<const RecordTree> tree) { tree_ = std::move(tree); }
   /// Gives back everything that an earlier import left.
@@ -76,6 +84,7 @@ class KFbxScene : public KFbxObject {
   KFbxNode* root_ = nullptr;
   KString licence_;
   std::vector<KString> remarks_, dataFiles_;
+  std::vector<LostJoint> lostJoints_;
 };
 
 }  // namespace scene

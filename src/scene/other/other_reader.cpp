@@ -40,6 +40,8 @@ class OpenOtherFile : public KFbxOpenFile {
         gltf::OpenTranslated(bytes_->answer.Data(), bytes_, MakeConventions(model), path_, tell, status);
     if (file) status = file->Read(scene, settings);
     for (const std::string& other : bytes_->answer.otherFiles) scene.AddDataFile(folder + other);
+    for (const translation::LostJoint& lost : bytes_->answer.lostJoints)
+      scene.AddLostJoint(lost.name, lost.points);
     return status;
   }
 

@@ -6,10 +6,11 @@
 
 namespace scene::translation {
 
-/// The stream that translate_model answers with: kStreamStart, then a line for each other file that was read, then
-/// kDataWord and the data behind it; or kStreamStart and one line with the reason why there is none.
+/// The stream that translate_model answers with: kStreamStart, then a line for each other file that was read and, with the
+/// number of its points, for each joint that has weights and is nowhere, then kDataWord and the data behind it; or kStreamStart and one line with the reason why there is none.
 inline constexpr const char* kStreamStart = "translated model 1";
 inline const std::string kFileWord = "file ";
+inline const std::string kLostWord = "lost ";
 inline const std::string kErrorWord = "error ";
 inline constexpr const char* kDataWord = "data";
 

@@ -2,6 +2,7 @@
 #include "scene/readers/translator.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 #include <utility>
 
@@ -14,6 +15,7 @@ namespace {
 
 constexpr uint64_t kMegabyte = 1 << 20;
 constexpr const char* kProgram = "translate_model";
+constexpr const char* kDamaged = "the stream of the translated model is damaged";
 
 /// Of a processor. The libraries are fast, and their worst files are small.
 uint64_t Seconds(uint64_t size) { return 20 + size / kMegabyte; }
@@ -25,6 +27,16 @@ std::string_view TakeLine(std::string_view& text) {
   const std::string_view line = text.substr(0, end);
   text.remove_prefix(end + 1);
   return line;
+}
+
+/// What follows kLostWord: the number of points and the name.
+LostJoint ReadLostJoint(std::string_view text) {
+  LostJoint lost;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), lost.points);
+  text.remove_prefix(static_cast<size_t>(end - text.data()));
+  if (error != std::errc() || !text.starts_with(' ')) throw Fault(kDamaged);
+  lost.name = text.substr(1);
+  return lost;
 }
 
 }  // namespace
@@ -45,15 +57,20 @@ Answer Run(const std::string& task, const std::string& folder, std::string_view 
 }
 
 Answer ReadStream(std::string stream) {
-  Answer answer{std::move(stream), 0, {}};
+  Answer answer{std::move(stream), 0, {}, {}};
   std::string_view rest = answer.stream;
   if (TakeLine(rest) != kStreamStart) throw Fault("what translates the model is of another version");
   for (;;) {
     const std::string_view line = TakeLine(rest);
     if (line == kDataWord) break;
     if (line.starts_with(kErrorWord)) throw Fault(std::string(line.substr(kErrorWord.size())));
-    if (!line.starts_with(kFileWord)) throw Fault("the stream of the translated model is damaged");
-    answer.otherFiles.emplace_back(line.substr(kFileWord.size()));
+    if (line.starts_with(kFileWord)) {
+      answer.otherFiles.emplace_back(line.substr(kFileWord.size()));
+    } else if (line.starts_with(kLostWord)) {
+      answer.lostJoints.push_back(ReadLostJoint(line.substr(kLostWord.size())));
+    } else {
+      throw Fault(kDamaged);
+    }
   }
   answer.start = answer.stream.size() - rest.size();
   return answer;

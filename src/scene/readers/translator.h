@@ -15,11 +15,18 @@ struct Fault : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// A joint that skins give weights and that the model does not have.
+struct LostJoint {
+  std::string name;
+  size_t points = 0;  ///< that lose weights
+};
+
 /// What the program answers.
 struct Answer {
   std::string stream;                   ///< as the process wrote it
   size_t start = 0;                     ///< of the data in `stream`
   std::vector<std::string> otherFiles;  ///< below the model's folder, which it read as well; with slashes
+  std::vector<LostJoint> lostJoints;
 
   std::string_view Data() const { return std::string_view(stream).substr(start); }
 };
