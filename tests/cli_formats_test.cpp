@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <map>
+#include <set>
 
 #include "actor/load_actor.h"
 #include "actor/rigid_transform.h"
@@ -207,6 +208,8 @@ TEST_F(Formats, ACharacterOfAGameBecomesTheSameCharacter) {
                         : name == "pmx" ? "multiplied by 8 to be"
                                         : "multiplied by 2.54 to be"))
         << errors_;
+    EXPECT_TRUE(Printed("so it is 170 cm high")) << errors_;
+    EXPECT_FALSE(Printed("no animation")) << "the pose of a file is none";
     const actor::Actor made = Load(folder_.Path(name + "/scout.czp"));
     ASSERT_EQ(made.skeleton.bones.size(), expected_.skeleton.bones.size());
     for (size_t i = 0; i < made.skeleton.bones.size(); ++i) {
@@ -220,7 +223,14 @@ TEST_F(Formats, ACharacterOfAGameBecomesTheSameCharacter) {
     if (name == "b3d") ExpectSameBones(made.skeleton, expected_.skeleton);
     EXPECT_EQ(CountMissing(made.meshes, expected_.meshes), 0u);
     EXPECT_EQ(made.pictures.size(), 3u);
+    std::set<std::string> names;
+    for (const actor::Mesh& mesh : made.meshes) names.insert(mesh.name);
+    if (name == "md5mesh") {
+      EXPECT_THAT(names, testing::IsSupersetOf({"cloth", "skin", "metal"})) << "as its shaders";
+    }
   }
+  EXPECT_EQ(Run("check dae --unit inch"), 0) << "whatever unit the file tells: its heights are its numbers";
+  EXPECT_THAT(output_, HasSubstr("so it is 431 cm high"));
   EXPECT_EQ(Run("inspect smd/scout.smd"), 2);
   EXPECT_TRUE(Printed("this is a model (SMD); \"fbx2czp convert\" makes a package of it")) << errors_;
 }

@@ -5,70 +5,25 @@
 #include <cmath>
 #include <numeric>
 
-#include "mesh/claims/weigh_claims.h"
 #include "platform/process.h"
 #include "scene/model/material.h"
-#include "scene/model/mesh.h"
-#include "support/check_scene.h"
-#include "support/gltf_builder.h"
-#include "support/load_scene.h"
+#include "support/load_gltf.h"
 #include "support/temp_folder.h"
 
 namespace {
 
 using scene::KFbxMesh;
 using scene::KFbxNode;
+using support::AddSkin;
 using support::GltfFile;
+using support::kSquare;
+using support::PointsOf;
+using support::TrianglesOf;
 using support::Xyz;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using Json = GltfFile::Json;
-
-/// What a file is read as.
-struct Loaded {
-  std::string bytes;  ///< of the file, which the scene points into
-  support::ManagerPtr manager{scene::KFbxSdkManager::Create()};
-  scene::KFbxScene* scene = manager->CreateScene("");
-  std::string error;
-
-  explicit Loaded(std::string file, const std::string& path = "") : bytes(std::move(file)) {
-    scene::KFbxImporter& importer = *manager->CreateImporter(ts3d::WeighClaims);
-    scene::KFbxIOSettings settings;
-    settings.SetBoolProp(scene::kExtractEmbeddedSetting, false);
-    if (path.empty()) settings.SetStringProp(scene::kModelFolderSetting, "");
-    importer.SetIOSettings(settings);
-    const bool read = (path.empty() ? importer.InitializeFromMemory("", bytes) : importer.Initialize(path)) &&
-                      importer.Import(*scene);
-    if (!read) error = importer.GetLastErrorString();
-    support::CheckScene(*scene);
-  }
-  explicit Loaded(const GltfFile& file) : Loaded(file.Glb()) {}
-
-  KFbxNode& Node(const char* name) const {
-    KFbxNode* node = support::FindNode(*scene, name);
-    if (!node) throw std::runtime_error(error + ": no node " + name);
-    return *node;
-  }
-  KFbxMesh& Mesh(const char* name) const { return *Node(name).GetMesh(); }
-};
-
-std::vector<double> PointsOf(KFbxMesh& mesh) {
-  return {mesh.GetControlPoints().begin(), mesh.GetControlPoints().end()};
-}
-
-/// "012 213 " for two triangles, with the points in the order of `mesh`.
-std::string TrianglesOf(KFbxMesh& mesh) {
-  std::string text;
-  for (uint32_t i = 0; i < mesh.GetPolygons().Count(); ++i) {
-    const scene::KFbxPolygon polygon = mesh.GetPolygons()[i];
-    for (uint32_t k = 0; k < polygon.size; ++k)
-      text += std::to_string(mesh.GetPolygonVertices()[polygon.firstCorner + k]);
-    text += ' ';
-  }
-  return text;
-}
-
-const std::vector<float> kSquare{0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0};
+using Loaded = support::LoadedGltf;
 
 TEST(Gltf, EveryKindOfTriangleListIsReadInCentimetres) {
   const auto trianglesOf = [](int mode, const std::vector<uint16_t>& indices) {
@@ -85,6 +40,7 @@ TEST(Gltf, EveryKindOfTriangleListIsReadInCentimetres) {
   EXPECT_EQ(trianglesOf(5, {}), "012 132 ") << "every other triangle of a strip is turned";
   EXPECT_EQ(trianglesOf(5, {0, 1, 2, 2, 3}), "012 ") << "repeated vertices turn strips and are no triangles";
   EXPECT_EQ(trianglesOf(6, {0, 1, 3, 2}), "013 032 ");
+  EXPECT_EQ(trianglesOf(4, {0, 1, 0, 0, 1, 2, 3, 3, 1}), "012 ");
   EXPECT_EQ(trianglesOf(4, {0, 1, 2, 0, 1, 77}), "012 ") << "a vertex that is not there loses its triangle";
 }
 
@@ -169,17 +125,6 @@ TEST(Gltf, VerticesThatWereSplitAreJoinedAndCoordinatesTransformed) {
   EXPECT_EQ(eye.GetVideo()->ReadContent(), "\xff\xd8\x01");
 }
 
-/// A skin of joints, each with an inverse bind matrix that only moves.
-size_t AddSkin(GltfFile& file, const std::vector<size_t>& joints,
-               const std::vector<std::vector<float>>& moves) {
-  std::vector<float> matrices;
-  for (const std::vector<float>& m : moves)
-    matrices.insert(matrices.end(), {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, m[0], m[1], m[2], 1});
-  Json skin = {{"joints", joints}};
-  if (!moves.empty()) skin["inverseBindMatrices"] = file.Numbers(GltfFile::kF32, "MAT4", 16, matrices);
-  return file.Add("skins", skin);
-}
-
 TEST(Gltf, MorphTargetsAreThereAsFarAsTheyAreOn) {
   GltfFile file;
   const size_t points = file.Points(kSquare);
@@ -261,21 +206,17 @@ TEST(Gltf, PosedSkeletonsStandAsTheyWereBound) {
     file.Top({{"name", "m"}, {"mesh", mesh}, {"skin", skin}, {"translation", {0, 0, meshAt}}});
     return Loaded(file);
   };
-  const auto placeOf = [](const Loaded& loaded, const char* bone) {
-    const scene::KFbxPose& pose = *loaded.scene->GetPose(0);
-    return Xyz(pose.GetMatrix(pose.Find(&loaded.Node(bone))).GetT());
-  };
   const auto isNear = [](double x, double y, double z) {
     return testing::Pointwise(testing::DoubleNear(1e-3), {x, y, z});
   };
   const std::vector<std::vector<float>> bound{{0, 0, 0}, {0, -1, 0}};
   const Loaded upright = load(3, bound), far = load(9, bound), unbound = load(3, {});
-  EXPECT_THAT(placeOf(upright, "root"), isNear(0, 0, 300)) << "where the mesh would have it";
-  EXPECT_THAT(placeOf(upright, "sword"), isNear(0, 200, 300)) << "its skin comes first, but it goes along";
+  EXPECT_THAT(upright.BoundAt("root"), isNear(0, 0, 300)) << "where the mesh would have it";
+  EXPECT_THAT(upright.BoundAt("sword"), isNear(0, 200, 300)) << "its skin comes first, but it goes along";
   EXPECT_THAT(upright.scene->GetRemarks(), testing::Contains(HasSubstr("is posed")));
-  EXPECT_THAT(placeOf(far, "root"), isNear(20, 0, 300)) << "the mesh's node is nowhere near";
-  EXPECT_THAT(placeOf(unbound, "tip"), isNear(-19.192, 92, 300)) << "without matrices all stay";
-  EXPECT_THAT(placeOf(unbound, "sword"), isNear(-111.192, 52.808, 300));
+  EXPECT_THAT(far.BoundAt("root"), isNear(20, 0, 300)) << "the mesh's node is nowhere near";
+  EXPECT_THAT(unbound.BoundAt("tip"), isNear(-19.192, 92, 300)) << "without matrices all stay";
+  EXPECT_THAT(unbound.BoundAt("sword"), isNear(-111.192, 52.808, 300));
   EXPECT_THAT(unbound.scene->GetRemarks(), testing::Not(testing::Contains(HasSubstr("is posed"))));
 }
 
@@ -415,12 +356,14 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   for (const char* uri :
        {"/etc/passwd", "../x.bin", "a/../../x", "file:///x", "http://x/y", "C:\\x", "%2e%2e/x"})
     expect("/buffers", {{{"byteLength", 4}, {"uri", uri}}}, "not below the model's folder");
-  expect("/buffers", {{{"byteLength", 4}, {"uri", "data:;base64,####"}}}, "damaged");
+  for (const char* uri : {"data:;base64,####", "data:;base64,AAAA#AAA", "data:;base64"})
+    expect("/buffers", {{{"byteLength", 4}, {"uri", uri}}}, "damaged");
   expect("/buffers", {{{"byteLength", 400}, {"uri", "data:;base64,AAAA"}}}, "cut off");
   const auto expectText = [](const std::string& text, const char* reason) {
     EXPECT_THAT(Loaded(text).error, HasSubstr(reason));
   };
-  for (const char* uri : {"DATA:text/plain,AA%20AAAAAAA", "data:;base64,AAAAAAAAAAAA"}) {
+  for (const char* uri :
+       {"DATA:text/plain,AA%20AAAAAAA", "data:;base64,AAAAAAAAAAAA", "data:;base64,AAAAAAAAAAAAAA=="}) {
     GltfFile file = Sound();
     file.root["buffers"] = {{{"byteLength", file.data.size()}}, {{"byteLength", 9}, {"uri", uri}}};
     file.root["bufferViews"][3] = {{"buffer", 1}, {"byteLength", 6}};
@@ -441,6 +384,14 @@ TEST(Gltf, DamagedAndHostileFilesAreRefusedWithTheReason) {
   expectText("{\"asset\": " + std::string(300, '['), "nested too deep");
   expectText("{\"asset\": [" + std::string(3'000'000, ',') + "]}", "too many values");
   expectText(Sound().Glb().substr(0, 300), "cut off");
+  std::string old = Sound().Glb();
+  old[4] = 1;
+  expectText(old, "glTF 1.0 is too old");
+  GltfFile standIn = Sound();
+  standIn.root["buffers"] = {{{"byteLength", standIn.data.size()}}, {{"byteLength", standIn.data.size()}}};
+  standIn.root["bufferViews"][0]["buffer"] = 1;
+  EXPECT_THAT(Loaded(standIn).error, HasSubstr("leads out of its data"))
+      << "only the first one is in the file";
   GltfFile tiny = Sound();
   for (const char* data : {"data:;base64,AAAA", "data:;base64,####"}) {
     tiny.root["images"] = {{{"uri", data}}};
@@ -515,6 +466,10 @@ TEST(Gltf, DataBesideTheModelIsRead) {
   EXPECT_EQ(loaded.error, "");
   EXPECT_EQ(TrianglesOf(loaded.Mesh("m")), "012 ");
   EXPECT_THAT(Loaded(file.root.dump()).error, HasSubstr("convert it from a folder"));
+  file.root["buffers"][0]["uri"] = "%C3%a9.bin";
+  folder.Write("m.gltf", file.root.dump());
+  folder.Write("\xc3\xa9.bin", file.data);
+  EXPECT_EQ(Loaded("", folder.Path("m.gltf")).error, "");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <map>
+#include <regex>
 
 #include "mesh/claims/weigh_claims.h"
 #include "platform/helper_process.h"
@@ -15,8 +16,7 @@
 #include "scene/other/utf16_text.h"
 #include "scene/sdk_manager.h"
 #include "support/check_scene.h"
-#include "support/load_scene.h"
-#include "support/temp_folder.h"
+#include "support/other_model.h"
 #include "translator/b3d_bones.h"
 #include "translator/collada_joints.h"
 #include "translator/own_joints.h"
@@ -25,6 +25,7 @@
 
 namespace {
 
+using support::OtherModel;
 using testing::HasSubstr;
 namespace other = scene::other;
 
@@ -100,6 +101,8 @@ TEST(ModelKinds, AreKnownByTheirContent) {
   for (size_t i = 0; i < wide.size(); i += 2) wide[i] = 'a';
   EXPECT_EQ(kindOf(wide), "");
   EXPECT_EQ(other::ColladaUnit("<asset><unit name='inch' meter='0.0254'/>"), 0.0254);
+  EXPECT_EQ(other::ColladaUnit("<unit name=\"centimeter\" meter=\"0.01\"/>"), 0.01);
+  EXPECT_EQ(other::ColladaUnit("<unit name='half a meter'\n meter = '0.5'/>"), 0.5);
   EXPECT_EQ(other::ColladaUnit("<unit meter=\"-1\"/>"), 1.0);
   EXPECT_EQ(other::ColladaUnit("<unit meter"), 1.0);
 }
@@ -123,10 +126,11 @@ std::string B3dNode(const std::string& name, const std::string& content) {
 
 TEST(B3dBones, AreTakenFromTheirChunks) {
   const std::string tree = B3dNode(
-      "mesh", B3dNode("hip", Chunk("BONE", "") + B3dNode("hand", Chunk("KEYS", "12"))) + B3dNode("hat", "") +
-                  B3dNode("leg", Chunk("KEYS", "BONE") + Chunk("BONE", "weights.")));
+      "mesh", B3dNode("foot", B3dNode("toe", "") + Chunk("BONE", "")) +
+                  B3dNode("hip", Chunk("BONE", "") + B3dNode("hand", Chunk("KEYS", "12"))) +
+                  B3dNode("hat", "") + B3dNode("leg", Chunk("KEYS", "BONE") + Chunk("BONE", "weights.")));
   const std::string file = Chunk("BB3D", std::string(4, '\1') + Chunk("TEXS", "NODE") + tree);
-  EXPECT_EQ(translator::FindB3dBones(file), (std::set<std::string>{"hip", "leg"}));
+  EXPECT_EQ(translator::FindB3dBones(file), (std::set<std::string>{"foot", "hip", "leg"}));
   for (size_t size = 0; size < file.size(); ++size) translator::FindB3dBones(file.substr(0, size));
 }
 
@@ -186,38 +190,6 @@ TEST(ColladaJoints, OfSeveralSkeletonsKeepApart) {
   EXPECT_EQ(translator::WithOwnJoints(file("hip", "hip")), file("A_hip", "B_hip"));
   EXPECT_EQ(translator::WithOwnJoints(file("hip", "hips")), file("hip", "hips"));
 }
-
-class OtherModel : public testing::Test {
- protected:
-  void SetUp() override {
-    if (!std::filesystem::exists(platform::FindOwnPart("translate_model")))
-      GTEST_SKIP() << "built without assimp";
-  }
-
-  /// What loading `path` ends with.
-  std::string Load(const std::string& path) {
-    scene::KFbxImporter& importer = *manager_->CreateImporter(ts3d::WeighClaims);
-    scene_ = manager_->CreateScene("");
-    if (!importer.Initialize(folder_.Path(path)) || !importer.Import(*scene_))
-      return importer.GetLastErrorString();
-    meshes_ = 0;
-    scene_->ForEach<scene::KFbxMesh>([&](const scene::KFbxMesh&) { ++meshes_; });
-    std::string files;
-    for (const scene::KString& file : scene_->GetDataFiles())
-      files += file.substr(file.find_last_of("\\/") + 1) + " ";
-    return files;
-  }
-
-  std::vector<double> PointsOf(const char* node) const {
-    const std::span<const double> points = support::FindNode(*scene_, node)->GetMesh()->GetControlPoints();
-    return {points.begin(), points.end()};
-  }
-
-  support::TempFolder folder_;
-  support::ManagerPtr manager_{scene::KFbxSdkManager::Create()};
-  scene::KFbxScene* scene_ = nullptr;
-  size_t meshes_ = 0;  ///< in the model
-};
 
 TEST_F(OtherModel, IsReadAsExportersWriteIt) {
   const std::string start =
@@ -320,11 +292,72 @@ TEST_F(OtherModel, OfBlenderStandsAsItsExporterMeansIt) {
   EXPECT_THAT(PointsOf("hat"), testing::ElementsAre(0, 300, 300, 200, 300, 300, 0, 500, 300));
 }
 
+void Replace(const std::string& from, const std::string& to, std::string& text) {
+  text.replace(text.find(from), from.size(), to);
+}
+
+TEST_F(OtherModel, OfBlenderEndsBonesWhereTheNextOneBegins) {
+  std::string file = kBlenderFile;
+  Replace("Y_UP", "Z_UP", file);
+  // A bone at the tail of the hip, which says so, and one aside that does not.
+  const auto bone = [](const std::string& name, const char* x, const char* y, const char* connected) {
+    return "<node id=\"A_" + name + "\" name=\"" + name + "\" sid=\"" + name +
+           "\" type=\"JOINT\">\n<matrix sid=\"transform\">1 0 0 " + x + " 0 1 0 " + y +
+           " 0 0 1 0 0 0 0 1</matrix>\n<extra><technique profile=\"blender\">" + connected +
+           "<tip_x sid=\"tip_x\" type=\"float\">0</tip_x>\n<tip_y sid=\"tip_y\" type=\"float\">9</tip_y>\n"
+           "<tip_z sid=\"tip_z\" type=\"float\">0</tip_z></technique></extra>\n</node>\n";
+  };
+  const std::string next = "<node id=\"hat\"", cameras = "<library_controllers>";
+  Replace(
+      cameras,
+      "<library_cameras><camera id=\"c\"><optics><technique_common><perspective><xfov>40</xfov></perspective>"
+      "</technique_common></optics></camera></library_cameras>" +
+          cameras,
+      file);
+  Replace(next,
+          "<node id=\"view\" name=\"view\" type=\"NODE\">\n<instance_camera url=\"#c\"/>\n</node>\n" + next,
+          file);
+  Replace(next,
+          bone("chest", "0.25", "0.75", "<connect sid=\"connect\" type=\"bool\">1</connect>\n") +
+              bone("arm", "4", "4", "<connect sid=\"connect\" type=\"bool\">0</connect>\n") + next,
+          file);
+  folder_.Write("a.dae", file);
+  ASSERT_EQ(Load("a.dae"), "");
+  EXPECT_EQ(support::ChildNames(*support::FindNode(*scene_, "<\"hip\" & co>")), "chest arm")
+      << "although they hold nothing";
+  // Z was up: (x, y, z) stands at (x, z, -y).
+  const scene::KFbxNode& hip = *support::FindNode(*scene_, "<\"hip\" & co>");
+  EXPECT_THAT(support::Xyz(hip.GetGlobalFromDefaultTake().GetT()),
+              testing::Pointwise(testing::DoubleNear(1e-3), {0., 300., -200.}));
+  EXPECT_THAT(PointsOf("<body>"), testing::Pointwise(testing::DoubleNear(1e-3),
+                                                     {200., 300., 0., 400., 300., 0., 200., 300., -200.}));
+  EXPECT_THAT(PointsOf("hat"), testing::Pointwise(testing::DoubleNear(1e-3),
+                                                  {50., 300., -350., 250., 300., -350., 50., 300., -550.}));
+}
+
+TEST_F(OtherModel, OfTwinsKeepsTheSkinsOnTheirOwnBones) {
+  std::string file = kBlenderFile;
+  const auto addTwin = [&](const std::string& begin, const std::string& end) {
+    const size_t at = file.find(begin), size = file.find(end, at) + end.size() - at;
+    std::string twin = std::regex_replace(
+        file.substr(at, size), std::regex("([\"#])(s|ja?|ia?|wa?|A_hip|A|hat|body)([\"<])"), "$1$2_2$3");
+    file.insert(at + size, twin);
+  };
+  addTwin("<controller ", "</controller>");
+  addTwin("<node id=\"A\"", "</instance_controller></node>\n</node>");
+  folder_.Write("a.dae", file);
+  ASSERT_EQ(Load("a.dae"), "");
+  EXPECT_EQ(meshes_, 4u);
+  for (const auto& [body, hip] :
+       {std::pair("<body>", "<\"hip\" & co>"), {"<body>.001", "<\"hip\" & co>.001"}}) {
+    const scene::KFbxSkin& skin = *support::FindNode(*scene_, body)->GetMesh()->GetSkin(0);
+    EXPECT_EQ(skin.GetCluster(0)->GetLink(), support::FindNode(*scene_, hip));
+  }
+}
+
 TEST_F(OtherModel, HasItsJointsWithoutASkinAndWithoutAMesh) {
   std::string file = kBlenderFile;
-  const auto replace = [&](const std::string& from, const std::string& to) {
-    file.replace(file.find(from), from.size(), to);
-  };
+  const auto replace = [&](const std::string& from, const std::string& to) { Replace(from, to, file); };
   replace("instance_controller url=\"#s\"", "instance_geometry url=\"#g\"");
   replace("<skeleton>#A_hip</skeleton></instance_controller>", "</instance_geometry>");
   folder_.Write("a.dae", file);
@@ -350,6 +383,14 @@ TEST_F(OtherModel, IsRefusedWithItsReason) {
   for (int i = 0; i < 300'000; ++i) deep += "Frame a{";
   folder_.Write("deep.x", deep);
   EXPECT_THAT(Load("deep.x"), testing::Not(""));
+  // Half a megabyte of text, and room for less than that.
+  std::string large;
+  for (int i = 0; i < 100'000; ++i) large += "v 1 2 3\n";
+#if !defined(__SANITIZE_ADDRESS__)
+  const platform::HelperAnswer poor = platform::RunHelper(platform::FindOwnPart("translate_model"),
+                                                          {"obj", "", "1", "20"}, large, 1000, [] {});
+  EXPECT_THAT(poor.output, HasSubstr("it asks for more memory than a file of its size may have"));
+#endif
   folder_.Write("solid.stl", "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 nan\n");
   Load("solid.stl");
 }

@@ -5,8 +5,12 @@ ts3d_test_support(ts3d_scene_support
 ts3d_test_program(ts3d_scene_tests
   SOURCES
     formats_table_test.cpp
+    gltf_material_test.cpp
     gltf_reader_test.cpp
+    gltf_rig_test.cpp
+    gltf_vertices_test.cpp
     other_formats_test.cpp
+    other_models_test.cpp
     platform_files_test.cpp
     scene_angles_test.cpp
     scene_array_test.cpp

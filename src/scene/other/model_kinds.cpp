@@ -97,6 +97,8 @@ bool IsStl(std::string_view head) {
   return (head.starts_with("solid") && head.find("facet") != head.npos) || IsBinaryStl(head);
 }
 
+bool BeginsValue(std::string_view text) { return base::WithoutBlanksBefore(text).starts_with('='); }
+
 constexpr const char* kAsFbx = "Y is up, and its characters are taken to look along +Z, as FBX characters do";
 constexpr const char* kAsItStands = "its axes are taken as they stand";
 constexpr double kMetre = 100, kInch = 2.54;
@@ -140,10 +142,15 @@ constexpr ModelKind kKinds[] = {
 std::span<const ModelKind> ModelKinds() { return kKinds; }
 
 double ColladaUnit(std::string_view bytes) {
+  constexpr std::string_view kMeter = "meter";
   const size_t unit = bytes.find("<unit");
   const std::string_view element =
       unit == bytes.npos ? ""sv : bytes.substr(unit, bytes.find('>', unit) - unit);
-  const size_t attribute = element.find("meter");
+  size_t attribute = element.find(kMeter);
+  // Units have names like "centimeter", which may come first.
+  while (attribute != element.npos &&
+         (element[attribute - 1] > ' ' || !BeginsValue(element.substr(attribute + kMeter.size()))))
+    attribute = element.find(kMeter, attribute + 1);
   const size_t quote = attribute == element.npos ? element.npos : element.find_first_of("\"'", attribute);
   if (quote == element.npos) return 1;
   constexpr size_t kLongest = 40;
