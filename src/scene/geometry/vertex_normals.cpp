@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "scene/geometry/vertex_normals.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -15,8 +14,24 @@ KFbxVector4 PointAt(std::span<const double> points, int32_t i) {
   return {p[0], p[1], p[2]};
 }
 
-double AngleBetween(const KFbxVector4& a, const KFbxVector4& b, double lengths) {
-  return std::acos(std::clamp(a.DotProduct(b) / lengths, -1.0, 1.0));
+/// One number for each of two corners.
+using Pair = double __attribute__((vector_size(16)));
+
+/// Angles in 0..pi of the directions (along, across), for across > 0, to 1e-10. Unlike those of the mathematics
+/// libraries they are the same on every system.
+Pair AnglesOf(double across, const Pair& along) {
+  constexpr double kTangentOfEighth = 0.41421356237309503, kPi = std::numbers::pi;
+  constexpr int kTerms = 11;
+  const Pair y = Pair{} + across, x = along < 0.0 ? -along : along;
+  const Pair low = x < y ? x : y, high = x < y ? y : x;
+  const auto isSteep = low > kTangentOfEighth * high;
+  const Pair tangent = (isSteep ? low - high : low) / (isSteep ? low + high : high),
+             square = tangent * tangent;
+  Pair series{};
+  for (int k = kTerms - 1; k >= 0; --k) series = 1.0 / (2 * k + 1) - square * series;
+  const Pair flat = tangent * series + (isSteep ? Pair{} + kPi / 4 : Pair{});
+  const Pair angle = x < y ? kPi / 2 - flat : flat;
+  return along < 0.0 ? kPi - angle : angle;
 }
 
 }  // namespace
@@ -31,11 +46,9 @@ std::vector<float> ComputeVertexNormals(std::span<const double> points, std::spa
     const KFbxVector4 bc = ac - ab;
     const KFbxVector4 normal = ab.CrossProduct(ac);
     const double area = normal.Length();
-    const double lengthAb = ab.Length(), lengthAc = ac.Length(), lengthBc = bc.Length();
     if (!(area > 0.0) || !std::isfinite(area)) continue;
-    const double angleA = AngleBetween(ab, ac, lengthAb * lengthAc);
-    const double angleB = AngleBetween(-ab, bc, lengthAb * lengthBc);
-    const double angles[3] = {angleA, angleB, std::numbers::pi - angleA - angleB};
+    const Pair along = {ab.DotProduct(ac), -ab.DotProduct(bc)}, two = AnglesOf(area, along);
+    const double angles[3] = {two[0], two[1], std::numbers::pi - two[0] - two[1]};
     for (size_t k = 0; k < 3; ++k) {
       float* sum = &normals[3 * static_cast<size_t>(triangles[t + k])];
       for (size_t axis = 0; axis < 3; ++axis)
