@@ -112,9 +112,17 @@ class InfluenceRows {
 
   bool IsControlPoint(int32_t index) const { return index >= 0 && static_cast<size_t>(index) < ends_.size(); }
 
+  bool IsMerged(uint32_t begin, uint32_t end) {
+    for (uint32_t i = begin + 1; i < end; ++i) {
+      if (weights_[i - 1].bone >= weights_[i].bone) return false;
+    }
+    return true;
+  }
+
   /// Orders a row by bone, adds up what two clusters of one bone say, and moves it to `written`.
   /// @return the end of the moved row
   uint32_t MergeRow(uint32_t begin, uint32_t end, uint32_t written) {
+    if (begin == written && IsMerged(begin, end)) return KeepStrongest(begin, end);
     SortRow(weights_.begin() + begin, weights_.begin() + end);
     const uint32_t first = written;
     for (uint32_t i = begin; i < end; ++i) {

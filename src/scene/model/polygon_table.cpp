@@ -38,14 +38,17 @@ KFbxPolygonTable::KFbxPolygonTable(FbxArray<int32_t>& corners, int32_t pointCoun
 }
 
 uint32_t KFbxPolygonTable::PassEven(FbxArray<int32_t>& corners, int32_t pointCount) const {
+  const auto isPoint = [count = static_cast<uint32_t>(pointCount)](int32_t corner) {
+    return static_cast<uint32_t>(corner) < count;
+  };
   const auto pass = [&](const auto size) {
     uint32_t number = 0;
     for (size_t first = 0; corners.size() - first > size; first += size, ++number) {
       int32_t* const polygon = corners.begin() + first;
-      bool isEven = true;
-      for (uint32_t k = 0; k + 1 < size; ++k) isEven &= polygon[k] >= 0 && polygon[k] < pointCount;
       const int32_t last = ~polygon[size - 1];
-      if (!isEven || last < 0 || last >= pointCount) break;
+      bool isEven = isPoint(last);
+      for (uint32_t k = 0; k + 1 < size; ++k) isEven &= isPoint(polygon[k]);
+      if (!isEven) break;
       polygon[size - 1] = last;
     }
     return number;
