@@ -2,17 +2,28 @@
 #include "scene/gltf/coordinate_table.h"
 
 #include <algorithm>
-#include <bit>
-
-#include "base/mixed_hash.h"
+#include <cmath>
+#include <limits>
 
 namespace scene::gltf {
 namespace {
 
+constexpr uint32_t kSeveral = 0x80000000;
+
 /// Both zeros are one number.
-uint32_t ToWord(double number) { return std::bit_cast<uint32_t>(static_cast<float>(number) + 0.0f); }
+float ToFinite(double number) {
+  const auto rounded = static_cast<float>(number);
+  return std::isfinite(rounded) ? rounded + 0.0f : 0.0f;
+}
 
 }  // namespace
+
+std::array<float, 2> CoordinateList::At(size_t place) const {
+  const CoordinateTransform& t = transform_;
+  const auto u = static_cast<double>(elements_.At(place, 0)), v = static_cast<double>(elements_.At(place, 1));
+  // Pictures begin at the top there, and at the bottom here.
+  return {ToFinite(t[0] * u + t[1] * v + t[2]), ToFinite(1.0 - (t[3] * u + t[4] * v + t[5]))};
+}
 
 CoordinateTable::CoordinateTable(const AccessorReader& accessors, Budget& budget, size_t pointCount)
     : accessors_(accessors), budget_(budget) {
@@ -25,48 +36,54 @@ VertexNumbers CoordinateTable::PairsOf(uint32_t accessor, const CoordinateTransf
   VertexNumbers& numbers = known_[{accessor, transform, points}];
   if (numbers) return numbers;
   const uint64_t before = budget_.Used();
-  const FloatElements elements = accessors_.Floats(accessor, 2);
+  FloatElements elements = accessors_.Floats(accessor, 2);
   const size_t count = std::min(elements.size(), points->size());
-  constexpr uint64_t kPair = sizeof(uint64_t) + sizeof(uint32_t);
-  budget_.Take(uint64_t{count} * (sizeof(int32_t) + kPair));
-  const uint64_t knownPairs = pairs_.size();
-  numbers = std::make_shared<const FbxArray<int32_t>>(Read(elements, transform, points->View().first(count)));
+  const uint64_t first = lists_.empty() ? 0 : lists_.back().First() + uint64_t{lists_.back().size()};
+  if (first + count > std::numeric_limits<int32_t>::max() / 2)
+    throw Fault("a mesh has too many texture coordinates");
+  budget_.Take(count * (CoordinateList::kPairMemory + 2 * sizeof(Further)));
+  const size_t knownFurther = further_.size();
+  lists_.emplace_back(static_cast<uint32_t>(first), std::move(elements), count, transform);
+  numbers = std::make_shared<const FbxArray<int32_t>>(
+      Number(static_cast<uint32_t>(first), points->View().first(count)));
   budget_.ReturnTo(before);
-  budget_.Take(uint64_t{count} * sizeof(int32_t) + 2 * kPair * (pairs_.size() - knownPairs));
+  budget_.Take(lists_.back().Memory() + 2 * sizeof(Further) * (further_.size() - knownFurther));
   return numbers;
 }
 
-FbxArray<int32_t> CoordinateTable::Read(const FloatElements& elements, const CoordinateTransform& t,
-                                        std::span<const int32_t> points) {
-  const size_t needed = pairs_.size() + points.size();
-  if (pairs_.capacity() < needed) {
-    pairs_.reserve(std::max(needed, 2 * pairs_.size()));
-    earlier_.reserve(pairs_.capacity());
-  }
+/// @param points  of the vertices of the last list
+FbxArray<int32_t> CoordinateTable::Number(uint32_t first, std::span<const int32_t> points) {
   FbxArray<int32_t> numbers;
   int32_t* const to = numbers.Allocate(points.size());
   for (size_t i = 0; i < points.size(); ++i) {
-    const auto u = static_cast<double>(elements.At(i, 0)), v = static_cast<double>(elements.At(i, 1));
-    // Pictures begin at the top there, and at the bottom here.
-    const uint64_t pair =
-        base::PairKey(ToWord(t[0] * u + t[1] * v + t[2]), ToWord(1.0 - (t[3] * u + t[4] * v + t[5])));
-    to[i] = static_cast<int32_t>(NumberOf(pair, last_[static_cast<size_t>(points[i])]));
+    uint32_t& last = last_[static_cast<size_t>(points[i])];
+    const uint32_t pair = first + static_cast<uint32_t>(i);
+    to[i] = static_cast<int32_t>(last == kNone ? last = pair : NumberBeside(last, pair));
   }
   return numbers;
 }
 
 /// @param last  of the pairs of the control point
-uint32_t CoordinateTable::NumberOf(uint64_t pair, uint32_t& last) {
+/// @return the number of the pair among them that is equal, or its own
+uint32_t CoordinateTable::NumberBeside(uint32_t& last, uint32_t pair) {
   // Few points have several, but a file may have them all at one; then some come twice.
   constexpr int kMostCompared = 64;
-  uint32_t number = last;
-  for (int i = 0; i < kMostCompared && number != kNone; ++i) {
-    if (pairs_[number] == pair) return number;
-    number = earlier_[number];
+  const std::array<float, 2> values = ValuesOf(pair);
+  uint32_t next = last;
+  for (int i = 0; i < kMostCompared && next != kNone; ++i) {
+    const Further other = next < kSeveral ? Further{next, kNone} : further_[next - kSeveral];
+    if (ValuesOf(other.pair) == values) return other.pair;
+    next = other.before;
   }
-  pairs_.push_back(pair);
-  earlier_.push_back(last);
-  return last = static_cast<uint32_t>(pairs_.size() - 1);
+  further_.push_back({pair, last});
+  last = kSeveral + static_cast<uint32_t>(further_.size() - 1);
+  return pair;
+}
+
+std::array<float, 2> CoordinateTable::ValuesOf(uint32_t pair) const {
+  const auto isBefore = [](uint32_t number, const CoordinateList& list) { return number < list.First(); };
+  const CoordinateList& list = *(std::upper_bound(lists_.begin(), lists_.end(), pair, isBefore) - 1);
+  return list.At(pair - list.First());
 }
 
 }  // namespace scene::gltf

@@ -2,11 +2,8 @@
 #include "scene/gltf/geometry.h"
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
 #include <limits>
 
-#include "scene/gltf/coordinate_table.h"
 #include "scene/gltf/vertex_weld.h"
 
 namespace scene::gltf {
@@ -69,7 +66,7 @@ class PrimitiveJoiner {
                             ? table.PairsOf(surface.coordinates[set], material.transform, points[i])
                             : nullptr);
     }
-    geometry_.uvs = table.Take();
+    geometry_.coordinates = table.Take();
     return numbers;
   }
 
@@ -125,17 +122,20 @@ size_t Geometry::TriangleCount() const {
   return count;
 }
 
+size_t Geometry::PairCount() const {
+  return coordinates.empty() ? 0 : coordinates.back().First() + coordinates.back().size();
+}
+
 FbxArray<int32_t> Geometry::MakeCorners() const {
   return MakeList(*this, 3, [](const TriangleList& list, std::span<int32_t> to) { list.WriteCorners(to); });
 }
 
 FbxArray<double> Geometry::MakePairs() const {
   FbxArray<double> numbers;
-  double* to = numbers.Allocate(2 * uvs.size());
-  for (const uint64_t pair : uvs) {
-    for (const int shift : {32, 0}) {
-      const auto number = std::bit_cast<float>(static_cast<uint32_t>(pair >> shift));
-      *to++ = std::isfinite(number) ? static_cast<double>(number) : 0.0;
+  double* to = numbers.Allocate(2 * PairCount());
+  for (const CoordinateList& list : coordinates) {
+    for (size_t i = 0; i < list.size(); ++i) {
+      for (const float number : list.At(i)) *to++ = static_cast<double>(number);
     }
   }
   return numbers;
@@ -154,8 +154,10 @@ FbxArray<int32_t> Geometry::MakeMaterials() const {
 
 uint64_t Geometry::Memory() const {
   constexpr uint64_t kPoint = 3 * sizeof(double), kTriangle = 7 * sizeof(int32_t);
-  return points.Memory() + kPoint * points.size() + kTriangle * TriangleCount() +
-         uvs.size() * 3 * sizeof(uint64_t) + influences.Memory() + triangles.size() * kPrimitiveMemory;
+  uint64_t bytes = points.Memory() + kPoint * points.size() + kTriangle * TriangleCount() +
+                   influences.Memory() + triangles.size() * kPrimitiveMemory;
+  for (const CoordinateList& list : coordinates) bytes += list.Memory();
+  return bytes;
 }
 
 Geometry JoinPrimitives(const Document& document, const AccessorReader& accessors, Budget& budget,

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "scene/gltf/coordinate_table.h"
 #include "scene/gltf/influence_lists.h"
 #include "scene/gltf/rig.h"
 #include "scene/gltf/triangle_list.h"
@@ -16,13 +17,15 @@ struct Geometry {
   ControlPoints points;
   KFbxXMatrix place;                    ///< takes the points into the world at bind time
   std::vector<TriangleList> triangles;  ///< of each primitive
-  std::vector<uint64_t> uvs;            ///< each pair once, the bits of u above those of v
-  std::vector<uint32_t> materials;      ///< of the document, in order of first use; kNone: none
-  InfluenceLists influences;            ///< of the joints of the skin
+  std::vector<CoordinateList> coordinates;
+  std::vector<uint32_t> materials;  ///< of the document, in order of first use; kNone: none
+  InfluenceLists influences;        ///< of the joints of the skin
 
   size_t TriangleCount() const;
   /// Control points of all corners, three for each triangle, the last one as ~index.
   FbxArray<int32_t> MakeCorners() const;
+  /// Pairs of texture coordinates.
+  size_t PairCount() const;
   /// u and v of all pairs, v upwards.
   FbxArray<double> MakePairs() const;
   /// The pair of each corner, -1 for none.

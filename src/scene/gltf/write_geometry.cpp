@@ -23,9 +23,9 @@ void WritePolygons(const Geometry& geometry, RecordWriter& writer) {
 }
 
 void WriteCoordinates(const Geometry& geometry, RecordWriter& writer) {
-  if (geometry.uvs.empty()) return;
+  if (geometry.PairCount() == 0) return;
   BeginElement(writer, "LayerElementUV", "ByPolygonVertex");
-  writer.Begin("UV").Later(2 * geometry.uvs.size(), [&geometry] { return geometry.MakePairs(); }).End();
+  writer.Begin("UV").Later(2 * geometry.PairCount(), [&geometry] { return geometry.MakePairs(); }).End();
   writer.Begin("UVIndex")
       .Later(3 * geometry.TriangleCount(), [&geometry] { return geometry.MakeCoordinates(); })
       .End();
