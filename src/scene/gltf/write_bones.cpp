@@ -43,7 +43,7 @@ WrittenBones WriteBones(const Document& document, const Rig& rig, NodeWriter& no
   const std::vector<std::string> names = NameBones(document, rig);
   std::vector<std::string_view> human(names.size());
   for (const auto& [bone, node] : document.avatar.humanoid) human[node] = bone;
-  WrittenBones written{std::vector<int64_t>(names.size(), kSceneRoot), {}};
+  WrittenBones written{std::vector<int64_t>(names.size(), kSceneRoot), rig.places, {}};
   int64_t top = kSceneRoot;
   if (HasSeveralTops(document, rig)) {
     written.addedRoot = NameForRoot(names);
@@ -53,9 +53,10 @@ WrittenBones WriteBones(const Document& document, const Rig& rig, NodeWriter& no
     if (!rig.bones.isBone[node]) continue;
     const uint32_t parent = rig.bones.ParentOf(document, node);
     const bool isTop = parent == kNone;
+    KFbxXMatrix& place = written.places[node];
+    place = WithoutScale(place);
     written.ids[node] = nodes.WriteBone(names[node], isTop ? top : written.ids[parent],
-                                        isTop ? KFbxXMatrix() : WithoutScale(rig.places[parent]),
-                                        WithoutScale(rig.places[node]), human[node]);
+                                        isTop ? KFbxXMatrix() : written.places[parent], place, human[node]);
   }
   return written;
 }

@@ -7,7 +7,8 @@
 namespace scene::gltf {
 
 struct WrittenBones {
-  std::vector<int64_t> ids;  ///< of each node of the document; kSceneRoot for those that are none
+  std::vector<int64_t> ids;         ///< of each node of the document; kSceneRoot for those that are none
+  std::vector<KFbxXMatrix> places;  ///< world transform of each bone, without scale, by node
   std::string addedRoot;  ///< name of the bone that joins several top bones; empty when that was not needed
 };
 

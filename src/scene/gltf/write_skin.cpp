@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <numeric>
 
-#include "scene/gltf/rigid_transform.h"
-
 namespace scene::gltf {
 
 /// Begins a cluster; its control points and weights follow.
@@ -35,7 +33,7 @@ void SkinWriter::WriteSkin(uint32_t index, Geometry& geometry, int64_t mesh) {
     const uint32_t joint = skin.joints[i];
     const size_t count = geometry.influences.MostOf(i);
     if (count == 0 || bones_.ids[joint] == kSceneRoot) continue;
-    const KFbxXMatrix link = WithoutScale(rig_.places[joint]);
+    const KFbxXMatrix& link = bones_.places[joint];
     // Of a skin that does not fit the others each joint takes its points from another place.
     const KFbxXMatrix mesh2bone = link.Inverse() * rig_.places[joint] * bound.inverseBind[i] * fromWorld;
     BeginCluster(bones_.ids[joint], mesh2bone, link, id);
@@ -51,7 +49,7 @@ void SkinWriter::WriteSkin(uint32_t index, Geometry& geometry, int64_t mesh) {
 
 void SkinWriter::WriteHold(uint32_t bone, const Geometry& geometry, int64_t mesh) {
   const size_t count = geometry.points.size();
-  const KFbxXMatrix link = WithoutScale(rig_.places[bone]);
+  const KFbxXMatrix& link = bones_.places[bone];
   BeginCluster(bones_.ids[bone], link.Inverse(), link, WriteSkinObject(mesh));
   const auto makeAll = [count] {
     FbxArray<int32_t> points;
