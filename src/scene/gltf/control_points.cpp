@@ -26,36 +26,48 @@ uint64_t ControlPoints::Memory() const {
 FbxArray<double> ControlPoints::Placed(const KFbxXMatrix& place) const {
   FbxArray<double> xyz;
   double* to = xyz.Allocate(3 * points_.size());
-  ForEach([matrix = place, &to](uint32_t, const Vertices& list, size_t vertex) {
-    const Quad words = list.positions.Words(vertex);
-    const auto at = [&](size_t axis) {
-      return static_cast<double>(std::bit_cast<float>(uint32_t{words[axis]}));
-    };
-    const KFbxVector4 placed = matrix.MultT({at(0), at(1), at(2)});
-    const auto x = static_cast<float>(placed[0]), y = static_cast<float>(placed[1]),
-               z = static_cast<float>(placed[2]);
-    for (const float number : {x, y, z}) *to++ = static_cast<double>(number);
-    if (std::isfinite(x + y + z)) return;
-    for (double* number = to - 3; number < to; ++number) *number = std::isfinite(*number) ? *number : 0.0;
+  ForEachList([matrix = place, &to](const Vertices& list, std::span<const uint32_t> vertices, uint32_t) {
+    for (const uint32_t vertex : vertices) {
+      const Quad words = list.positions.Words(vertex - list.first);
+      const auto at = [&](size_t axis) {
+        return static_cast<double>(std::bit_cast<float>(uint32_t{words[axis]}));
+      };
+      const KFbxVector4 placed = matrix.MultT({at(0), at(1), at(2)});
+      const auto x = static_cast<float>(placed[0]), y = static_cast<float>(placed[1]),
+                 z = static_cast<float>(placed[2]);
+      for (const float number : {x, y, z}) *to++ = static_cast<double>(number);
+      if (std::isfinite(x + y + z)) continue;
+      for (double* number = to - 3; number < to; ++number) *number = std::isfinite(*number) ? *number : 0.0;
+    }
   });
   return xyz;
 }
 
 void ControlPoints::AddHeights(const KFbxXMatrix& place, HeightRange& range) const {
-  using Floats = float __attribute__((vector_size(16)));
   const auto factor = [&](size_t axis) { return static_cast<float>(place.At(4 * axis + 1)); };
-  const Floats factors = {factor(0), factor(1), factor(2), 0};
-  float low = std::numeric_limits<float>::infinity(), high = -low;
+  const FloatQuad factors = {factor(0), factor(1), factor(2), 0};
+  const float most = std::max({std::abs(factors[0]), std::abs(factors[1]), std::abs(factors[2])});
+  // Whether the box tells it, but for what nobody sees.
+  constexpr float kNothing = 1e-6f;
+  const auto counts = [&](size_t axis) { return std::abs(factors[axis]) > kNothing * most ? 1 : 0; };
+  const bool isAlongOneAxis = counts(0) + counts(1) + counts(2) <= 1;
+  Bounds heights;
+  const auto add = [&](const FloatQuad& point) {
+    const FloatQuad products = factors * point;
+    heights.Add(FloatQuad{} + (products[0] + products[1] + products[2]));
+  };
   for (const Vertices& list : vertices_) {
-    for (size_t vertex = 0; vertex < list.positions.size(); ++vertex) {
-      const Floats products = factors * reinterpret_cast<Floats>(list.positions.Words(vertex));
-      const float y = products[0] + products[1] + products[2];
-      low = std::min(low, y);
-      high = std::max(high, y);
+    if (list.positions.size() == 0) continue;
+    if (isAlongOneAxis) {
+      add(list.bounds.low);
+      add(list.bounds.high);
+      continue;
     }
+    for (size_t vertex = 0; vertex < list.positions.size(); ++vertex)
+      add(reinterpret_cast<FloatQuad>(list.positions.Words(vertex)));
   }
-  range.low = std::min(range.low, static_cast<double>(low) + place.At(13));
-  range.high = std::max(range.high, static_cast<double>(high) + place.At(13));
+  range.low = std::min(range.low, static_cast<double>(heights.low[0]) + place.At(13));
+  range.high = std::max(range.high, static_cast<double>(heights.high[0]) + place.At(13));
 }
 
 void ControlPoints::DropNormals() {

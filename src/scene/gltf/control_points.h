@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "scene/gltf/elements.h"
@@ -37,6 +38,24 @@ struct InfluenceSet {
       if (FloatElements::IsPositive(words[i])) use(i, numbers[i], words[i]);
     }
   }
+  /// Does so for some vertices, from whose numbers `first` is taken; `use` gets the place in the list instead.
+  template <class Use>
+  void ForEachOf(std::span<const uint32_t> vertices, uint32_t first, const Use& use) const {
+    const size_t count = std::min(weights.size(), joints.size());
+    joints.UseFour([&](const auto& jointsAt) {
+      for (size_t place = 0; place < vertices.size(); ++place) {
+        const uint32_t vertex = vertices[place] - first;
+        if (vertex >= count) {
+          ForEach(vertex, [&](size_t, uint32_t joint, uint32_t weight) { use(place, joint, weight); });
+          continue;
+        }
+        const Four numbers = jointsAt(vertex), words = weights.FirstWords(vertex);
+        for (size_t i = 0; i < kSize; ++i) {
+          if (FloatElements::IsPositive(words[i])) use(place, numbers[i], words[i]);
+        }
+      }
+    });
+  }
   Influences Of(size_t vertex) const {
     Influences all;
     ForEach(vertex, [&](size_t i, uint32_t joint, uint32_t weight) {
@@ -47,10 +66,23 @@ struct InfluenceSet {
   }
 };
 
+/// The box around some points.
+struct Bounds {
+  static constexpr float kFar = std::numeric_limits<float>::infinity();
+
+  FloatQuad low = {kFar, kFar, kFar, kFar}, high = {-kFar, -kFar, -kFar, -kFar};
+
+  void Add(const FloatQuad& point) {
+    low = point < low ? point : low;
+    high = point > high ? point : high;
+  }
+};
+
 /// Vertices that primitives share.
 struct Vertices {
   uint32_t first = 0;       ///< number of the first among the vertices of all primitives of the mesh
   FloatElements positions;  ///< in the mesh's space
+  Bounds bounds;            ///< of the positions
   FloatElements normals;    ///< none, or one for each position
   std::vector<InfluenceSet> influences;
 
@@ -80,6 +112,7 @@ class ControlPoints {
   void Expect(size_t points);
 
   const Vertices& Last() const { return vertices_.back(); }
+  void SetBoundsOfLast(const Bounds& bounds) { vertices_.back().bounds = bounds; }
   uint32_t size() const { return static_cast<uint32_t>(points_.size()); }
   uint64_t Memory() const;
   /// Calls `use` with the vertices that have the point and its place among them.
@@ -89,13 +122,19 @@ class ControlPoints {
     const auto next = std::upper_bound(vertices_.begin(), vertices_.end(), points_[point], isBefore);
     use(*(next - 1), points_[point] - (next - 1)->first);
   }
-  /// Calls `use` with the number of each point, the vertices that have it and its place among them.
+  /// Calls `use` with vertices, those of them that are points, counted from the first vertex of the mesh, and
+  /// the number of the first of these points.
   template <class Use>
-  void ForEach(const Use& use) const {
-    uint32_t point = 0;
-    for (auto list = vertices_.begin(); list != vertices_.end(); ++list) {
-      const uint32_t end = list + 1 == vertices_.end() ? UINT32_MAX : (list + 1)->first;
-      for (; point < size() && points_[point] < end; ++point) use(point, *list, points_[point] - list->first);
+  void ForEachList(const Use& use) const {
+    const std::span<const uint32_t> all = points_;
+    size_t begin = 0;
+    for (size_t i = 0; i < vertices_.size(); ++i) {
+      const auto next = i + 1 == vertices_.size()
+                            ? all.end()
+                            : std::lower_bound(all.begin(), all.end(), vertices_[i + 1].first);
+      const auto end = static_cast<size_t>(next - all.begin());
+      use(vertices_[i], all.subspan(begin, end - begin), static_cast<uint32_t>(begin));
+      begin = end;
     }
   }
   /// x, y, z of each point, taken by `place` to where they belong and rounded to single precision.

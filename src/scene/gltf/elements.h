@@ -12,6 +12,7 @@ namespace scene::gltf {
 
 /// Four numbers of 32 bits, which are worked on at once.
 using Quad = uint32_t __attribute__((vector_size(16)));
+using FloatQuad = float __attribute__((vector_size(16)));
 
 inline bool IsSame(const Quad& a, const Quad& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
@@ -95,9 +96,9 @@ class IntegerElements : public Elements {
 
   /// The first four numbers of an element.
   std::array<uint32_t, 4> FirstFour(size_t element) const {
-    if (numberSize_ == 1) return Widened(LoadAll<uint8_t, 4>(element));
-    if (numberSize_ == 2) return Widened(LoadAll<uint16_t, 4>(element));
-    return LoadAll<uint32_t, 4>(element);
+    std::array<uint32_t, 4> numbers;
+    UseFour([&](const auto& fourAt) { numbers = fourAt(element); });
+    return numbers;
   }
   /// Calls `use` with a function that gives the first number of an element, made for the size of the numbers.
   template <class Use>
@@ -105,6 +106,13 @@ class IntegerElements : public Elements {
     if (numberSize_ == 1) return use([this](size_t i) -> uint32_t { return Load<uint8_t>(i, 0); });
     if (numberSize_ == 2) return use([this](size_t i) -> uint32_t { return Load<uint16_t>(i, 0); });
     use([this](size_t i) { return Load<uint32_t>(i, 0); });
+  }
+  /// The same for the first four numbers.
+  template <class Use>
+  void UseFour(const Use& use) const {
+    if (numberSize_ == 1) return use([this](size_t i) { return Widened(LoadAll<uint8_t, 4>(i)); });
+    if (numberSize_ == 2) return use([this](size_t i) { return Widened(LoadAll<uint16_t, 4>(i)); });
+    use([this](size_t i) { return LoadAll<uint32_t, 4>(i); });
   }
 
  private:

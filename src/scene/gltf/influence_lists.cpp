@@ -5,15 +5,34 @@
 #include <bit>
 
 namespace scene::gltf {
+namespace {
+
+/// Calls `use` with the points, joints and bits of the weights of all influences.
+template <class Use>
+void ForEachInfluence(const ControlPoints& points, const Use& use) {
+  points.ForEachList([&](const Vertices& list, std::span<const uint32_t> vertices, uint32_t point) {
+    if (list.influences.size() == 1) {
+      list.influences[0].ForEachOf(vertices, list.first, [&](size_t i, uint32_t joint, uint32_t weight) {
+        use(point + static_cast<uint32_t>(i), joint, weight);
+      });
+      return;
+    }
+    for (const uint32_t vertex : vertices) {
+      for (const InfluenceSet& set : list.influences) {
+        set.ForEach(vertex - list.first,
+                    [&](size_t, uint32_t joint, uint32_t weight) { use(point, joint, weight); });
+      }
+      ++point;
+    }
+  });
+}
+
+}  // namespace
 
 InfluenceLists::InfluenceLists(const ControlPoints& points, size_t jointCount) {
   std::vector<size_t> counts(jointCount + 1);  // the last of joints that are not there
-  points.ForEach([&](uint32_t, const Vertices& list, size_t vertex) {
-    for (const InfluenceSet& set : list.influences) {
-      set.ForEach(vertex,
-                  [&](size_t, uint32_t joint, uint32_t) { ++counts[std::min<size_t>(joint, jointCount)]; });
-    }
-  });
+  ForEachInfluence(
+      points, [&](uint32_t, uint32_t joint, uint32_t) { ++counts[std::min<size_t>(joint, jointCount)]; });
   joints_.resize(jointCount);
   for (size_t i = 0; i < jointCount; ++i) joints_[i].most = counts[i];
 }
@@ -45,17 +64,13 @@ void InfluenceLists::Make(const ControlPoints& points) {
     int32_t* const list = joint.points.emplace().Allocate(joint.most);
     targets.push_back({list, joint.weights.emplace().Allocate(joint.most), 0, joint.most});
   }
-  points.ForEach([&](uint32_t point, const Vertices& list, size_t vertex) {
-    for (const InfluenceSet& set : list.influences) {
-      set.ForEach(vertex, [&](size_t, uint32_t joint, uint32_t weight) {
-        if (joint >= targets.size()) return;
-        Target& target = targets[joint];
-        // The file may have been changed since they were counted.
-        if (target.count == target.most) return;
-        target.points[target.count] = static_cast<int32_t>(point);
-        target.weights[target.count++] = static_cast<double>(std::bit_cast<float>(weight));
-      });
-    }
+  ForEachInfluence(points, [&](uint32_t point, uint32_t joint, uint32_t weight) {
+    if (joint >= targets.size()) return;
+    Target& target = targets[joint];
+    // The file may have been changed since they were counted.
+    if (target.count == target.most) return;
+    target.points[target.count] = static_cast<int32_t>(point);
+    target.weights[target.count++] = static_cast<double>(std::bit_cast<float>(weight));
   });
   for (size_t i = 0; i < joints_.size(); ++i) {
     joints_[i].points->Shorten(targets[i].count);

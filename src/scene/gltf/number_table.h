@@ -37,6 +37,13 @@ class NumberTable {
     if (*slot == 0) *slot = TagOf(hash) | ++count_;
     return NumberIn(*slot);
   }
+  /// Gives the next number to what has a digest with `hash`, if nothing is where it is looked up first.
+  bool TakeFirst(uint64_t hash) {
+    uint32_t& slot = slots_[static_cast<size_t>(hash) & (slots_.size() - 1)];
+    if (slot != 0) return false;
+    slot = TagOf(hash) | ++count_;
+    return true;
+  }
   /// Calls `use` with each place below `count`, its digest, which `digestAt` gives, and the hash of that. What
   /// NumberOf will look at is fetched while other digests are made.
   template <class DigestAt, class Use>

@@ -75,10 +75,22 @@ FbxArray<int32_t> VertexWeld::Weld() {
   table_.Expect(count, [&](uint32_t point) { return DigestOf(point); });
   FbxArray<int32_t> numbers;
   int32_t* const to = numbers.Allocate(count);
-  const auto digestAt = [&](size_t vertex) { return Digest(vertices, vertex); };
+  Bounds bounds;
+  const auto digestAt = [&](size_t vertex) {
+    const Quad position = vertices.positions.Words(vertex);
+    bounds.Add(reinterpret_cast<FloatQuad>(position));
+    return Digest(position);
+  };
   table_.ForEachAhead(count, digestAt, [&](size_t vertex, uint64_t digest, uint64_t hash) {
-    to[vertex] = static_cast<int32_t>(PointOf(vertices, vertex, digest, hash));
+    uint32_t point = points_.size();
+    if (table_.TakeFirst(hash)) {
+      points_.AddPoint(vertex);
+    } else {
+      point = PointOf(vertices, vertex, digest, hash);
+    }
+    to[vertex] = static_cast<int32_t>(point);
   });
+  points_.SetBoundsOfLast(bounds);
   return numbers;
 }
 
@@ -100,14 +112,15 @@ uint32_t VertexWeld::PointOf(const Vertices& vertices, size_t vertex, uint64_t d
 
 /// Of the position alone, as few vertices that share it differ. A sum of products of two words each, to which
 /// numbers are added that no file can know.
-uint64_t VertexWeld::Digest(const Vertices& vertices, size_t vertex) const {
-  const Quad factors = vertices.positions.Words(vertex) + secrets_;
+uint64_t VertexWeld::Digest(const Quad& position) const {
+  const Quad factors = position + secrets_;
   return uint64_t{factors[0]} * factors[1] + uint64_t{factors[2]} * factors[3];
 }
 
 uint64_t VertexWeld::DigestOf(uint32_t point) const {
   uint64_t digest = IsBack(point) ? 1 : 0;
-  points_.UseVertex(point, [&](const Vertices& list, size_t vertex) { digest += Digest(list, vertex); });
+  points_.UseVertex(
+      point, [&](const Vertices& list, size_t vertex) { digest += Digest(list.positions.Words(vertex)); });
   return digest;
 }
 

@@ -29,8 +29,8 @@ class VertexWeld {
   FloatElements ReadPositions(const Primitive& primitive) const;
   /// Numbers of the vertices that were added last.
   FbxArray<int32_t> Weld();
-  uint32_t PointOf(const Vertices& vertices, size_t vertex, uint64_t digest, uint64_t hash);
-  uint64_t Digest(const Vertices& vertices, size_t vertex) const;
+  [[gnu::noinline]] uint32_t PointOf(const Vertices& vertices, size_t vertex, uint64_t digest, uint64_t hash);
+  uint64_t Digest(const Quad& position) const;
   uint64_t DigestOf(uint32_t point) const;
   bool IsBack(uint32_t point) const;
   /// Few vertices have another of one digest: those that have none do without what this needs.
