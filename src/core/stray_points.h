@@ -16,8 +16,10 @@ struct Bulk {
   bool Holds(const std::array<float, 3>& point) const { return DistanceOf(point) <= radius; }
 };
 
-/// The bulk of a model with these points; none when no points are astray. Points are astray when they are few
-/// and nothing lies between them and the others over a gap of twice the size of the others.
-std::optional<Bulk> FindBulk(std::span<const std::array<float, 3>> points);
+using PartPoints = std::span<const std::array<float, 3>>;
+
+/// The bulk of a model whose parts have these points; none when no points are astray. Points are astray when they are
+/// few and nothing lies between them and the others over a gap of twice the size of the others.
+std::optional<Bulk> FindBulk(std::span<const PartPoints> parts);
 
 }  // namespace ts3d

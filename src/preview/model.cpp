@@ -87,7 +87,8 @@ std::vector<Vector> BulkPoints(const actor::Actor& drawable) {
       if (isUsed[i]) used.push_back(mesh.vertices[i].position);
     }
   }
-  if (const auto bulk = ts3d::FindBulk(used)) {
+  const ts3d::PartPoints whole = used;
+  if (const auto bulk = ts3d::FindBulk({&whole, 1})) {
     std::erase_if(used, [&](const actor::Vector3& point) { return !bulk->Holds(point); });
   }
   std::vector<Vector> points(used.size());

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/vectors.h"
 #include "core/stray_points.h"
 #include "rig_check/bone_places.h"
 #include "rig_check/choose_repairs.h"
@@ -20,9 +19,9 @@ using Point = std::array<float, 3>;
 bool IsFinite(const Point& p) { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); }
 
 void TellStrayPoints(const std::vector<MeshFacts>& meshes, RigReport& report) {
-  std::vector<Point> all;
-  for (const MeshFacts& mesh : meshes) all.insert(all.end(), mesh.points.begin(), mesh.points.end());
-  const std::optional<Bulk> bulk = FindBulk(all);
+  std::vector<PartPoints> parts;
+  for (const MeshFacts& mesh : meshes) parts.emplace_back(mesh.points);
+  const std::optional<Bulk> bulk = FindBulk(parts);
   if (!bulk) return;
   for (const MeshFacts& mesh : meshes) {
     size_t count = 0;
@@ -63,7 +62,7 @@ bool MeshFacts::IsPosed(const SkeletonState& skeleton) const {
 }
 
 void RigFaults::Take(const ConvertedMesh& mesh, const SkeletonState& skeleton) {
-  MeshFacts facts{&mesh.node, mesh.files, skeleton.bindPose, {}, {}};
+  MeshFacts facts{&mesh.node, mesh.files, skeleton.bindPose, {}, {}, {}};
   facts.follows.resize(static_cast<size_t>(skeleton.bones.BoneCount()));
   const size_t pointCount = mesh.data.points.size() / 3;
   facts.points.reserve(pointCount);
@@ -74,7 +73,9 @@ void RigFaults::Take(const ConvertedMesh& mesh, const SkeletonState& skeleton) {
     }
     Point point{};
     for (size_t axis = 0; axis < 3; ++axis) point[axis] = static_cast<float>(mesh.data.points[3 * i + axis]);
-    if (IsFinite(point)) facts.points.push_back(point);
+    if (!IsFinite(point)) continue;
+    facts.points.push_back(point);
+    facts.box.Add(base::ToVector(point));
   }
   meshes_.push_back(std::move(facts));
 }
@@ -97,7 +98,9 @@ void RigFaults::Tell(const ModelSource& model, SkeletonState& skeleton, RigRepor
 double ModelSize(const std::vector<MeshFacts>& meshes, const SkeletonState& skeleton) {
   base::Box box;
   for (const MeshFacts& mesh : meshes) {
-    for (const Point& p : mesh.points) box.Add(base::ToVector(p));
+    if (mesh.box.IsEmpty()) continue;
+    box.Add(mesh.box.low);
+    box.Add(mesh.box.high);
   }
   for (size_t id = 0; id < skeleton.boneNodes.size(); ++id) {
     const scene::KFbxVector4 place =

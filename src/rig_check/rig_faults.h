@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/vectors.h"
 #include "mesh/converted_mesh.h"
 #include "rig_check/rig_report.h"
 #include "scene/model/pose.h"
@@ -21,6 +22,7 @@ struct MeshFacts {
   const scene::KFbxPose* pose;               ///< bind pose that it was brought into, or null
   std::vector<uint8_t> follows;              ///< by bone identifier: whether some point follows it
   std::vector<std::array<float, 3>> points;  ///< that faces use, as the package has them
+  base::Box box;                             ///< around them
 
   bool Follows(int32_t bone) const;
   bool FollowsAny() const;
