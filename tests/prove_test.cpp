@@ -192,6 +192,8 @@ TEST_F(ProveTool, ProvesModelsAndPackages) {
   EXPECT_EQ(Run("prove missing.fbx"), 66);
   // A package with a damaged member tells nothing of what was in it.
   std::string damaged = support::ReadWholeFile(folder_.Path("scout.czp"));
+  folder_.Write("capitals.czp", std::regex_replace(damaged, std::regex("skeleton\\.csf"), "skeleton.CSF"));
+  EXPECT_EQ(Run("prove --json --poses 2 scout.fbx capitals.czp"), 0) << output_;
   const size_t member = damaged.find("skeleton.csf");
   damaged[member + 40] = static_cast<char>(damaged[member + 40] ^ 0x55);
   folder_.Write("damaged.czp", damaged);

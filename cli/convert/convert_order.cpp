@@ -2,6 +2,7 @@
 #include "convert/convert_order.h"
 
 #include <nlohmann/json.hpp>
+#include <type_traits>
 
 #include "convert/convert_with_settings.h"
 #include "convert/job_host.h"
@@ -13,30 +14,44 @@ namespace {
 
 constexpr char kStatusMessage = 'S', kResultMessage = 'R';
 
+/// Calls `visit` with the key and the field for everything in an order.
+template <typename Order, typename Visit>
+void ForEachField(Order& order, const Visit& visit) {
+  visit("name", order.task.name);
+  visit("model", order.task.model);
+  visit("folder", order.task.folder);
+  visit("stem", order.task.stem);
+  visit("shown", order.shown);
+  visit("tells_status", order.tellsStatus);
+  visit("options", order.options);
+}
+
+template <typename Field>
+constexpr bool kIsPath = std::is_same_v<Field, platform::fs::path>;
+
 }  // namespace
 
 std::string ToJson(const ConvertOrder& order) {
   ts3d::JsonWriter json(ts3d::JsonWriter::Layout::Compact);
   json.OpenObject();
-  json.Member("name", order.task.name);
-  json.Member("model", order.task.model.string());
-  json.Member("folder", order.task.folder.string());
-  json.Member("stem", order.task.stem);
-  json.Member("shown", order.shown.string());
-  json.Member("tells_status", order.tellsStatus);
-  json.Member("options", order.options);
+  ForEachField(order, [&]<typename Field>(const char* key, const Field& field) {
+    if constexpr (kIsPath<Field>) {
+      json.Member(key, field.string());
+    } else {
+      json.Member(key, field);
+    }
+  });
   json.CloseObject();
   return json.Text();
 }
 
 ConvertOrder OrderFromJson(std::string_view text) {
   const nlohmann::json json = nlohmann::json::parse(text);
-  const auto path = [&](const char* key) { return platform::fs::path(json.at(key).get<std::string>()); };
-  return {
-      {json.at("name").get<std::string>(), path("model"), path("folder"), json.at("stem").get<std::string>()},
-      path("shown"),
-      json.at("tells_status").get<bool>(),
-      json.at("options").get<std::vector<std::string>>()};
+  ConvertOrder order;
+  ForEachField(order, [&]<typename Field>(const char* key, Field& field) {
+    field = json.at(key).get<std::conditional_t<kIsPath<Field>, std::string, Field>>();
+  });
+  return order;
 }
 
 void CarryOut(const ConvertOrder& order, const ConvertOptions& options,

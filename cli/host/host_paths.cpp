@@ -7,7 +7,7 @@ namespace cli {
 namespace fs = platform::fs;
 
 bool HasExtension(const fs::path& path, const char* extension) {
-  return ts3d::EqualsIgnoreCase(path.extension().string(), extension);
+  return ts3d::HasExtension(path.filename().string(), extension);
 }
 
 bool HasBackslashInName(const fs::path& path) {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/plain_text.h"
+#include "core/names.h"
 #include "host/host_paths.h"
 #include "package/read_member.h"
 #include "platform/files.h"
@@ -123,7 +124,7 @@ std::string RecogniseModel(const fs::path& path) {
   const std::string head = ReadHead(path);
   if (head.starts_with("PK\3\4")) {
     for (const ts3d::MemberSize& member : ts3d::ListMembers(path.string())) {
-      if (member.name.ends_with(".cmf") || member.name.ends_with(".csf"))
+      if (ts3d::HasExtension(member.name, ".cmf") || ts3d::HasExtension(member.name, ".csf"))
         return "this is a package already; \"fbx2czp inspect\" and \"fbx2czp preview\" show what is in it";
     }
     return "this is a zip archive; unpack it and convert the model that is in it";

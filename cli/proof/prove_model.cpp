@@ -6,6 +6,7 @@
 
 #include "actor/load_actor.h"
 #include "converter/converter.h"
+#include "core/names.h"
 #include "fbx_to_ts3d.h"
 #include "host/host_paths.h"
 #include "host/input_problem.h"
@@ -53,7 +54,8 @@ std::string Convert(const fs::path& model, ConvertOptions options, ProvenModel& 
 void FindDamage(const actor::PackageContents& contents, actor::Findings& findings) {
   bool hasSkeleton = false;
   for (const actor::Member& member : contents.members) {
-    hasSkeleton |= member.sound && !member.superseded && member.size > 0 && member.name.ends_with(".csf");
+    hasSkeleton |=
+        member.sound && !member.superseded && member.size > 0 && ts3d::HasExtension(member.name, ".csf");
     if (member.sound) continue;
     actor::AddProblem(findings, "damaged-member", actor::Subject::Member, member.name,
                       "cannot be unpacked: it is damaged or encrypted", actor::kConvertAgain);
@@ -67,7 +69,8 @@ void FindDamage(const actor::PackageContents& contents, actor::Findings& finding
 void TellDamage(const actor::Findings& findings, prove::Proof& proof) {
   for (const ts3d::Finding& finding : findings) {
     const std::string name = actor::NameIn(finding);
-    if (finding.severity != ts3d::Severity::Warning || !(name.ends_with(".cmf") || name.ends_with(".csf")))
+    if (finding.severity != ts3d::Severity::Warning ||
+        !(ts3d::HasExtension(name, ".cmf") || ts3d::HasExtension(name, ".csf")))
       continue;
     proof.verdict = prove::Verdict::NotCompared;
     proof.findings.push_back({finding});

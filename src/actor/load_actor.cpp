@@ -13,12 +13,9 @@
 namespace actor {
 namespace {
 
-constexpr float kLargestNumber = 1e9f;
+using ts3d::HasExtension;
 
-bool HasExtension(std::string_view name, std::string_view extension) {
-  return name.size() > extension.size() &&
-         ts3d::EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
-}
+constexpr float kLargestNumber = 1e9f;
 
 std::string WithoutExtension(const std::string& name) { return name.substr(0, name.size() - 4); }
 

@@ -26,6 +26,19 @@ constexpr bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return LowerCase(x) == LowerCase(y); });
 }
 
+/// Compares without regard to the case of letters.
+constexpr bool EndsWithIgnoreCase(std::string_view text, std::string_view ending) {
+  return text.size() >= ending.size() && EqualsIgnoreCase(text.substr(text.size() - ending.size()), ending);
+}
+
+/// Whether the file name `name` ends in `extension`, which begins with a dot, behind something.
+constexpr bool HasExtension(std::string_view name, std::string_view extension) {
+  return name.size() > extension.size() && EndsWithIgnoreCase(name, extension);
+}
+
+/// What a host passed, where null means nothing.
+inline std::string TextOrEmpty(const char* text) { return text ? text : ""; }
+
 /// `text` behind the mark that says that it is UTF-8.
 constexpr std::string_view WithoutByteOrderMark(std::string_view text) {
   return text.starts_with("\xef\xbb\xbf") ? text.substr(3) : text;

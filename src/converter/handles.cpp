@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <new>
 
+#include "base/plain_text.h"
 #include "converter/converter.h"
 #include "converter/read_arguments.h"
 #include "driver/turn.h"
@@ -120,8 +121,8 @@ int32_t FBX_TO_TS3D_CALL FbxToTs3dFinish(FbxToTs3dConverter* converter, const ch
       return self.Refuse(FBX_TO_TS3D_INVALID_ARGUMENT, "there are no settings of a known size");
     }
     return self.Finish(
-        {package->string(), given.scalePercent, ts3d::TextOrEmpty(given.meshes), ts3d::Unnamed::Keep},
-        ts3d::TextOrEmpty(given.boneRenames), given.rotationX, given.rotationY);
+        {package->string(), given.scalePercent, base::TextOrEmpty(given.meshes), ts3d::Unnamed::Keep},
+        base::TextOrEmpty(given.boneRenames), given.rotationX, given.rotationY);
   });
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "base/plain_text.h"
 #include "core/names.h"
 #include "core/pack_level.h"
 #include "platform/files.h"
@@ -64,9 +65,9 @@ bool ReadTexts(const FbxToTs3dOptions& given, ConverterOptions& options) {
   if (given.longestPictureSide > 0) options.longestPictureSide = given.longestPictureSide;
   options.packLevel = PackLevelOf(given.packageLevel);
   options.mostInfluences = given.mostInfluences;
-  options.boneRenames = TextOrEmpty(given.boneRenames);
-  options.meshOptions = TextOrEmpty(given.meshOptions);
-  const std::string exclusions = TextOrEmpty(given.exclusions);
+  options.boneRenames = base::TextOrEmpty(given.boneRenames);
+  options.meshOptions = base::TextOrEmpty(given.meshOptions);
+  const std::string exclusions = base::TextOrEmpty(given.exclusions);
   for (const std::string_view name : SplitList(exclusions)) options.exclusions.emplace_back(name);
   if (!given.pictureFolder || !*given.pictureFolder) return true;
   const std::optional<fs::path> folder = AbsolutePath(given.pictureFolder);

@@ -21,8 +21,6 @@ bool TakeStruct(const Struct* given, Struct& taken) {
   return true;
 }
 
-inline std::string TextOrEmpty(const char* text) { return text ? text : ""; }
-
 /// The path that a host has given in UTF-8; none when it has not, or it cannot be a file's.
 std::optional<platform::fs::path> FilePath(const char* utf8);
 

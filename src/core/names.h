@@ -41,7 +41,9 @@ std::vector<std::string_view> SplitList(std::string_view list);
 /// Splits a list entry "key=value" at its first "="; false when there is none.
 bool SplitEntry(std::string_view entry, std::string_view& key, std::string_view& value);
 
+using base::EndsWithIgnoreCase;
 using base::EqualsIgnoreCase;
+using base::HasExtension;
 using base::LowerCase;
 using platform::IsPlainFileName;
 

@@ -45,11 +45,6 @@ void ReportProgress(const ConversionJob& job, double from, double to, size_t don
   ReportProgress(job, from + (to - from) * static_cast<double>(done) / static_cast<double>(total));
 }
 
-bool EndsInFbx(const std::string& path) {
-  const std::string ending = path.substr(path.size() < 4 ? 0 : path.size() - 4);
-  return EqualsIgnoreCase(ending, ".fbx");
-}
-
 std::string Text(const scene::KFbxFileVersion& version) {
   return std::to_string(version.major) + "." + std::to_string(version.minor) + "." +
          std::to_string(version.revision);
@@ -195,7 +190,7 @@ bool Load(ConversionJob& job, const ConversionRequest& request, LoadedVersions& 
       job.status.Send(Notice::PluginLoaded, path);
     }
   }
-  job.isFbxFile = EndsInFbx(request.fbxPath);
+  job.isFbxFile = EndsWithIgnoreCase(request.fbxPath, ".fbx");
   job.status.Send(job.isFbxFile ? Notice::LoadingFbxModel : Notice::LoadingModel);
   bool isLoaded = false;
   // A work folder shows the model alone.

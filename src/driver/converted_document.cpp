@@ -24,14 +24,16 @@ std::string WithoutFinalSettings(std::string document) {
   CutAll(document, "\n\n<morphs>\n<!--\n", "</morphs>\n");
   CutAll(document, "<switches>\n", "</switches>\n\n");
   CutAll(document, "<glance_adjust>", "</glance_adjust>\n");
+  constexpr std::string_view kBegin = "<material_file name=\"";
   constexpr int kProductBody = 150;  // "body", which a mesh may be called as well
   const std::string finished = document;
   for (const ListedMaterial& line : ReadMaterialLines(finished)) {
     if (std::atoi(std::string(line.thread).c_str()) < kProductBody) continue;
     const std::string mesh(line.file.substr(0, line.file.rfind('.')));
-    const std::string begin = "<material_file name=\"", rest = "\" threadID=\"" + std::string(line.thread);
-    const size_t at = document.find(begin + std::string(line.name) + rest);
-    if (at != std::string::npos) document.replace(at + begin.size(), line.name.size(), mesh);
+    std::string written(kBegin);
+    written.append(line.name).append("\" threadID=\"").append(line.thread);
+    const size_t at = document.find(written);
+    if (at != std::string::npos) document.replace(at + kBegin.size(), line.name.size(), mesh);
   }
   return document;
 }

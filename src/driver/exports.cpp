@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "base/plain_text.h"
 #include "driver/conversion.h"
 #include "driver/turn.h"
 #include "fbx_to_ts3d.h"
@@ -30,8 +31,6 @@ struct Arguments {
   FbxToTs3dStatusCallback statusCallback;
 };
 
-std::string TextOrEmpty(const char* text) { return text ? text : ""; }
-
 bool LeavesOutputsAlone(int32_t result) {
   return result == FBX_TO_TS3D_NO_FILE || result == FBX_TO_TS3D_LOAD_FAILED;
 }
@@ -39,7 +38,7 @@ bool LeavesOutputsAlone(int32_t result) {
 void StoreSettings(ConversionJob& job, const Arguments& arguments) {
   job.status.callbackContext = arguments.callbackContext;
   job.status.statusCallback = arguments.statusCallback;
-  job.boneRenameList = TextOrEmpty(arguments.boneRenameList);
+  job.boneRenameList = base::TextOrEmpty(arguments.boneRenameList);
   job.configScale = 1.0f;
   job.nextMeshThreadId = job.nextMaterialThreadId = ts3d::kFirstThreadId;
   job.rotationY = arguments.rotationY;
@@ -50,7 +49,7 @@ int32_t Finish(ts3d::Conversion& conversion, const Arguments& arguments, const c
   try {
     StoreSettings(conversion.Job(), arguments);
     return static_cast<int32_t>(
-        conversion.Finish({TextOrEmpty(arguments.path), arguments.scale, TextOrEmpty(meshList)}));
+        conversion.Finish({base::TextOrEmpty(arguments.path), arguments.scale, base::TextOrEmpty(meshList)}));
   } catch (...) {
     return FBX_TO_TS3D_DOCUMENT_UNREADABLE;  // Out of memory, mostly.
   }
@@ -65,8 +64,8 @@ int32_t Convert(ts3d::Conversion& conversion, const Arguments& arguments,
     StoreSettings(job, arguments);
     job.meshOptionMode = meshOptionMode;
     job.textureCallback = textureCallback;
-    job.meshOptionList = TextOrEmpty(meshOptionList);
-    if (!finishOnly) return static_cast<int32_t>(conversion.Convert({TextOrEmpty(arguments.path), {}}));
+    job.meshOptionList = base::TextOrEmpty(meshOptionList);
+    if (!finishOnly) return static_cast<int32_t>(conversion.Convert({base::TextOrEmpty(arguments.path), {}}));
     const int32_t result = Finish(conversion, arguments, nullptr);
     if (result != FBX_TO_TS3D_OK) job.vertexTotal = job.polygonTotal = 0;
     return result;

@@ -67,7 +67,7 @@ constexpr Failure kNotUpdated{ConversionResult::UpdateFailed, Notice::PackageNot
 bool Finish(ConversionJob& job, const FinalSettings& settings, Failure& step) {
   const std::string documentPath = ReplaceExtension(settings.sourcePath, "xfg");
   const std::string& source = settings.sourcePath;
-  job.isFbxFile = EqualsIgnoreCase(source.substr(source.size() < 4 ? 0 : source.size() - 4), ".fbx");
+  job.isFbxFile = EndsWithIgnoreCase(source, ".fbx");
   // Document and package may be named themselves; there is no model here that must not be written.
   job.files.inputPath.clear();
   job.configScale = settings.scalePercent > 0.0f ? settings.scalePercent / 100.0f : 1.0f;

@@ -102,7 +102,7 @@ bool TextureConverter::Provide(const ts3d::WorkFiles& files, const scene::KFbxSc
 
 void TextureConverter::Bring(const Request& request) {
   if (request.IsNameless()) throw std::runtime_error("names no file");
-  if (!ts3d::IsPlainFileName(request.tgaName) || !ts3d::LowerCase(request.tgaName).ends_with(".tga") ||
+  if (!ts3d::IsPlainFileName(request.tgaName) || !ts3d::EndsWithIgnoreCase(request.tgaName, ".tga") ||
       platform::IsSameFile(request.target.string(), request.files.inputPath)) {
     throw std::runtime_error("has a name that cannot be used for a .tga file");
   }
