@@ -1,8 +1,4 @@
 // SPDX-License-Identifier: MIT
-#ifdef __linux__
-#include <malloc.h>
-#endif
-
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
@@ -27,22 +23,13 @@
 #include "host/interrupt.h"
 #include "output/build_info.h"
 #include "platform/desktop.h"
+#include "platform/heap.h"
 #include "platform/process.h"
 #include "platform/unfinished.h"
 #include "terminal/exit_codes.h"
 #include "terminal/terminal.h"
 
 namespace {
-
-/// Packing takes and frees the same 260 KB for each member, and meshes follow each other through arrays of
-/// like sizes. Left to itself, the C library hands them back to the system every time, and fresh pages are
-/// dear. Large arrays go back at once nevertheless.
-void KeepFreedMemory() {
-#ifdef __GLIBC__
-  mallopt(M_TRIM_THRESHOLD, 32 << 20);
-  mallopt(M_MMAP_THRESHOLD, 2 << 20);
-#endif
-}
 
 struct Command {
   std::string_view name;
@@ -124,7 +111,9 @@ int RunOrTell(const std::vector<std::string>& words) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  KeepFreedMemory();
+  // Packing takes and frees the same 260 KB for each member, and meshes follow each other through arrays of like
+  // sizes. Left to itself, the C library hands them back to the system every time, and fresh pages are dear.
+  platform::KeepFreedMemory();
   platform::OpenStandardStreams();
   const std::vector<std::string> words = platform::CommandLineWords(argc, argv);
   if (cli::ChildProcess::Obey(words, cli::ObeyConvertOrder)) return cli::kSuccess;

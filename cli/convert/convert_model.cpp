@@ -22,6 +22,7 @@
 #include "options/mesh_options.h"
 #include "options/rename_preset.h"
 #include "platform/files.h"
+#include "platform/heap.h"
 #include "proof/prove_conversion.h"
 #include "proof/prove_repairs.h"
 #include "results/step_times.h"
@@ -273,6 +274,11 @@ class ModelConversion {
 
   ts3d::RepairSettings TakeLoaded(scene::KFbxScene& scene, const ts3d::ModelSource& model) {
     for (const scene::KString& file : scene.GetDataFiles()) dataFiles_.insert(platform::NativePath(file));
+    if (!model.isFbxFile) {
+      // The peak of FBX files has limits that this would break.
+      platform::SpendMemory();
+      job_.settings.largeFile = 8 << 20;
+    }
     if (mayBeCurrent_) {
       std::set<fs::path> inputs = textures_.FindInputs(job_.files, scene);
       inputs.insert(dataFiles_.begin(), dataFiles_.end());

@@ -33,6 +33,9 @@ struct Settings {
   /// Whether small work files stay in memory, see WorkFiles.
   bool holdsSmallFiles = false;
 
+  /// Bytes from which on a file is packed only when freed memory has gone back to the system.
+  size_t largeFile = 1 << 20;
+
   /// Whether packed work files are deleted where they are. The exports delete them by their bare names, that
   /// is in the current directory.
   bool ownsModelFolder = false;

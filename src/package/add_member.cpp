@@ -10,7 +10,7 @@
 #include "package/deflate_ahead.h"
 #include "package/deflate_member.h"
 #include "platform/files.h"
-#include "platform/process.h"
+#include "platform/heap.h"
 
 namespace ts3d {
 namespace {
@@ -113,8 +113,7 @@ bool ActorPackage::DeflateSource(const Source& source, DeflatedMember& packed, b
   platform::MappedFile file;
   isRead = !source.path.empty() && MapHostFile(files_, source.path, file);
   // A large file and what becomes of it take the place of the mesh that it was made of.
-  constexpr size_t kLarge = 1 << 20;
-  if (file.Bytes().size() >= kLarge) platform::ReturnFreedMemory();
+  if (file.Bytes().size() >= settings_.largeFile) platform::ReturnFreedMemory();
   return deflater_->Deflate(file.Bytes(), packed);
 }
 

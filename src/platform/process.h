@@ -27,9 +27,6 @@ std::vector<std::string> CommandLineWords(int argc, char** argv);
 /// the process ends.
 void OpenStandardStreams();
 
-/// Hands memory that was freed back to the system, where the C library keeps it.
-void ReturnFreedMemory();
-
 /// Folder of the running executable with a trailing separator; empty when it cannot be told.
 std::string ExecutableFolder();
 

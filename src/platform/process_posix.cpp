@@ -19,9 +19,6 @@
 #include <memory>
 
 #include "platform/files.h"
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace platform {
 namespace {
@@ -122,12 +119,6 @@ void OpenStandardStreams() {
     // The lowest free number is taken, which is this one.
     if (fcntl(file, F_GETFD) == -1 && open("/dev/null", O_RDWR) != file) return;
   }
-}
-
-void ReturnFreedMemory() {
-#ifdef __GLIBC__
-  malloc_trim(0);
-#endif
 }
 
 std::string ExecutablePath() {

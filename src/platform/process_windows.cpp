@@ -114,8 +114,6 @@ void OpenStandardStreams() {
   std::atexit([] { SetConsoleOutputCP(before); });
 }
 
-void ReturnFreedMemory() {}
-
 std::string ExecutablePath() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
