@@ -193,6 +193,29 @@ TEST(ExportGlb, TakesManyInfluencesSeveralTopBonesAndNoneAtAll) {
   EXPECT_EQ(JsonOf(ExportGlb(whole, "test", Encode)).size(), 1u) << "nothing but the head";
 }
 
+TEST(ExportGlb, NumbersVerticesAndBonesInTheWidthThatTheyNeed) {
+  constexpr int kU8 = 5121, kU16 = 5123, kU32 = 5125;
+  const auto widths = [](size_t vertices, size_t bones) {
+    Actor whole = SampleActor();
+    whole.meshes.resize(1);
+    actor::Mesh& mesh = whole.meshes[0];
+    mesh.vertices.resize(vertices, mesh.vertices[0]);
+    mesh.faces = {{0, 1, static_cast<int32_t>(vertices) - 1}};
+    while (whole.skeleton.bones.size() < bones) {
+      whole.skeleton.bones.push_back(whole.skeleton.bones.back());
+      whole.skeleton.bones.back().children.clear();
+    }
+    const json glb = JsonOf(ExportGlb(whole, "test", Encode));
+    const json& primitive = glb["meshes"][0]["primitives"][0];
+    const auto width = [&](const json& accessor) -> int {
+      return glb["accessors"][accessor.get<size_t>()]["componentType"];
+    };
+    return std::pair(width(primitive["indices"]), width(primitive["attributes"]["JOINTS_0"]));
+  };
+  EXPECT_EQ(widths(65534, 256), std::pair(kU16, kU8));
+  EXPECT_EQ(widths(65535, 257), std::pair(kU32, kU16)) << "the last number of 16 bits restarts strips";
+}
+
 TEST(ExportObj, HoldsTheMeshesAtRest) {
   Actor whole = SampleActor();
   whole.meshes[0].name = "body\n../a";
@@ -212,13 +235,21 @@ TEST(ExportObj, HoldsTheMeshesAtRest) {
     for (unsigned i = 0; i < got->mNumFaces; ++i) {
       for (unsigned k = 0; k < 3; ++k) {
         const auto vertex = static_cast<size_t>(mesh.faces[i][k]);
-        ExpectNear(got->mVertices[got->mFaces[i].mIndices[k]], mesh.vertices[vertex].position, 1e-4f);
+        const unsigned corner = got->mFaces[i].mIndices[k];
+        ExpectNear(got->mVertices[corner], mesh.vertices[vertex].position, 1e-4f);
+        EXPECT_NEAR(got->mTextureCoords[0][corner].y, 1.0f - mesh.vertices[vertex].uv[1], 1e-5f);
       }
     }
   }
   EXPECT_TRUE(FindMesh(*scene, "body_.._a") && FindMesh(*scene, "body_.._a_")) << "names of their own";
   EXPECT_NE(files[3].bytes.find("newmtl head\n"), std::string::npos);
   EXPECT_NE(files[3].bytes.find("map_Kd out_skin.png\n"), std::string::npos);
+  // Of a mesh that is drawn inwards the files have the faces turned, and another picture another name.
+  whole = SampleActor();
+  whole.meshes.resize(1);
+  const std::string outwards = ExportObj(whole, "out", Encode).back().bytes;
+  for (auto& face : whole.meshes[0].faces) std::swap(face[1], face[2]);
+  EXPECT_EQ(ExportObj(whole, "out", Encode).back().bytes, outwards);
 }
 
 }  // namespace

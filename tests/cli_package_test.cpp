@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The commands that read packages, as a person or a script runs them.
+#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "inspect/common_size.h"
@@ -101,6 +102,51 @@ TEST_F(PackageTool, DiffTellsWhatHasChangedAndNothingElse) {
   EXPECT_EQ(Run("diff a.czp text.czp --json"), 2);
   EXPECT_NE(output_.find("\"unreadable-package\""), std::string::npos);
   EXPECT_EQ(Run("diff a.czp other/a.czp --json"), 1);
+}
+
+TEST(ComparePackages, TellsWhatEachChangeIs) {
+  using actor::Actor;
+  actor::PackageContents contents = support::SampleContents(), other = contents;
+  const Actor old = support::SampleActor();
+  const auto codesOf = [&](const std::function<void(Actor&)>& change) {
+    Actor changed = old;
+    change(changed);
+    std::string codes;
+    for (const actor::Difference& difference : actor::ComparePackages({contents, old}, {other, changed}))
+      codes += difference.code + " ";
+    return codes;
+  };
+  const std::pair<const char*, std::function<void(Actor&)>> cases[] = {
+      {"",
+       [](Actor& a) {
+         for (float& part : a.skeleton.bones[3].rotation) part = -part;
+       }},
+      {"bone-turned ",
+       [](Actor& a) {
+         a.skeleton.bones[3].rotation = {0, 0, 0.6f, -0.8f};
+       }},
+      {"bone-bound ", [](Actor& a) { a.skeleton.bones[3].boneSpaceTranslation[1] += 1; }},
+      {"bone-bound ",
+       [](Actor& a) {
+         a.skeleton.bones[3].boneSpaceRotation = {0, 0, 0.6f, -0.8f};
+       }},
+      {"bone-parent ", [](Actor& a) { a.skeleton.bones[3].parent = 0; }},
+      {"mesh-thread ", [](Actor& a) { ++a.meshes[0].threadId; }},
+      {"mesh-normals ", [](Actor& a) { a.meshes[0].vertices[0].normal[1] += 0.5f; }},
+      {"mesh-uvs ", [](Actor& a) { a.meshes[0].vertices[0].uv[1] += 0.5f; }},
+      {"mesh-weights ", [](Actor& a) { a.meshes[0].influences[0].bone ^= 1; }},
+      {"mesh-faces ", [](Actor& a) { std::swap(a.meshes[0].faces[0][0], a.meshes[0].faces[0][1]); }},
+      {"material-picture ", [](Actor& a) { a.materials[0].map = "other.tga"; }},
+      {"material-shininess ", [](Actor& a) { a.materials[0].shininess += 1; }},
+      // The rows of a picture from the other end.
+      {"picture-pixels ", [](Actor& a) { a.pictures[0].bytes[17] ^= 0x20; }},
+      {"document-scale ", [](Actor& a) { a.document.scale *= 2; }}};
+  for (const auto& [codes, change] : cases) EXPECT_EQ(codesOf(change), codes);
+  support::BytesOf(other, old.document.memberName) += "<!-- by hand -->";
+  EXPECT_EQ(codesOf([](Actor&) {}), "document-text ");
+  support::BytesOf(other, old.document.memberName) = contents.Find(old.document.memberName)->bytes;
+  other.members.emplace_back().name = "notes.txt";
+  EXPECT_EQ(codesOf([](Actor&) {}), "file-added ");
 }
 
 TEST_F(PackageTool, SeveralPackagesAndFoldersAreTakenByEveryCommand) {

@@ -126,15 +126,15 @@ TEST(GltfSkins, AreBoundByTheJointThatIsKnownBest) {
   const size_t hip = file.Add("nodes", {{"name", "hip"}, {"translation", {0, 1, 0}}, {"children", {spine}}});
   // Which was bound at z = -1.
   const size_t tail = file.Add("nodes", {{"name", "tail"}, {"translation", {0, 1, -1.3}}});
+  // Without matrices: it says nothing of where the bones stood, although it comes first.
+  const Json skirt = Worn(file, "skirt", AddSkin(file, {spine, tail}, {}), {0, 0, 1, 1});
+  file.Top(skirt);
   file.Top({{"name", "rig"}, {"children", {hip, tail}}});
   file.Top(Worn(file, "body", AddSkin(file, {hip, spine}, {{0, -1, 0}, {0, -2, 0}}), {0, 0, 1, 1}));
   // Far away, so that the place of the mesh says nothing.
   Json fur = Worn(file, "fur", AddSkin(file, {tail, spine}, {{0, -1, 1}, {0, -2, 0}}), {0, 0, 1, 1});
   fur["translation"] = {90, 0, 0};
   file.Top(fur);
-  // Without matrices: it says nothing of where the bones stood, although it comes first.
-  Json skirt = Worn(file, "skirt", AddSkin(file, {spine, tail}, {}), {0, 0, 1, 1});
-  file.root["scenes"][0]["nodes"].insert(file.root["scenes"][0]["nodes"].begin(), file.Add("nodes", skirt));
   const Loaded loaded(file);
   EXPECT_EQ(PointsOf(loaded.Mesh("fur"))[2], 0.0) << "the spine, which the other skin has placed";
   EXPECT_EQ(loaded.BoundAt("tail")[2], -100.0);
