@@ -4,8 +4,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <numbers>
+
 #include "rig_check/check_rig.h"
 #include "support/character.h"
+#include "support/gltf_builder.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -281,7 +285,7 @@ TEST_F(Check, TellsWhereAScaledRootIsPut) {
 
 TEST_F(Check, TellsOfWeights) {
   SoundRig rig(false);
-  rig.Weights(rig.body, rig.root, {0, 9, 1}, {-1, 1, 0.5});
+  rig.Weights(rig.body, rig.root, {0, 3, 1}, {-1, 1, 0.9});
   const auto stranger = rig.Null("stranger");
   rig.Weights(rig.body, stranger, {0}, {1});
   auto crowd = rig.Further("Crowd");
@@ -379,6 +383,69 @@ TEST_F(Check, TellsOfMaterialsAndPictures) {
                   "texture-clash skin.tga", "texture-nameless material", "texture-unusable Flat",
                   "opacity-partial material", "opacity-zero material", "missing-uvs Patchy",
                   "colour-range material", "unknown-material material", "unused-material Patchy_a"));
+}
+
+TEST_F(Check, TellsOfWhatIsSeenAndNotOfWhatIsRounded) {
+  const auto turned = [](double degrees) {
+    BoundSkin rig;
+    const double angle = degrees * std::numbers::pi / 180, c = std::cos(angle), s = std::sin(angle);
+    rig.pose[1].matrix = {c, s, 0, 0, -s, c, 0, 0, 0, 0, 1, 0, 0, 5, 0, 1};
+    return rig.File();
+  };
+  EXPECT_THAT(Told(turned(2)), testing::Contains("other-bind-pose tip"));
+  EXPECT_THAT(Told(turned(0.1)), IsEmpty());
+  const auto shifted = [](double x) {
+    BoundSkin rig;
+    rig.pose[1].matrix[12] = x;
+    return rig.File();
+  };
+  EXPECT_THAT(Told(shifted(0.1)), testing::Contains("other-bind-pose tip")) << "a fiftieth of the size";
+  EXPECT_THAT(Told(shifted(0.004)), IsEmpty());
+  // What stands between bones counts with its scale, too.
+  SoundRig scaled;
+  support::Matrix16 twice = ScaleMatrix(2, 2, 2);
+  twice[13] = 5;
+  const auto hub = scaled.Null("hub", scaled.tip), limb = scaled.Bone("limb", hub);
+  scaled.pose.insert(scaled.pose.end(), {{hub, twice}, {limb, Translation(0, 9, 0)}});
+  const auto hub2 = scaled.Null("hub2", limb), hand = scaled.Bone("hand", hub2);
+  scaled.pose.insert(scaled.pose.end(), {{hub2, Translation(0, 11, 0)}, {hand, Translation(0, 12, 0)}});
+  scaled.Weights(scaled.body, hand, {0}, {0.5});
+  EXPECT_THAT(Told(scaled.File()), testing::Contains("node-between-bones limb"))
+      << "what is below moves with it, and is not told again";
+}
+
+TEST_F(Check, NamesTheBonesThatUnweightedPointsOfActorsAreNearestTo) {
+  SoundRig rig;
+  auto high = rig.Mesh("High", {0, 0, 0, 1, 5, 0, 0, 5, 1}, {0, 1, -3});
+  rig.Weights(high, rig.root, {0}, {1});
+  rig.Finish(high);
+  rig.pose.push_back({high.node, Identity()});
+  EXPECT_THAT(Told(rig.File(), "Actor (Girl).fbx"), testing::Contains("unweighted-vertices High"));
+  EXPECT_THAT(TextOf("unweighted-vertices"), HasSubstr("\"tip\"")) << "although actors are turned up";
+  EXPECT_THAT(TextOf("unweighted-vertices"), testing::Not(HasSubstr("\"root\"")));
+  for (const ts3d::Finding& finding : report_.findings)
+    EXPECT_THAT(finding.names, testing::Each(testing::Not(testing::StartsWith("skirt"))))
+        << "not all wear one";
+}
+
+TEST_F(Check, TakesPicturesOfOneNameInSeveralFoldersForCopies) {
+  SoundRig rig;
+  rig.Texture(rig.material, "c:\\a\\skin.png");
+  rig.Further("Hat");
+  rig.Texture(rig.material, "d:/b/SKIN.png");
+  EXPECT_THAT(Told(rig.File()), IsEmpty());
+}
+
+TEST_F(Check, TellsOfHiddenMeshesAndOfMotionsThatStay) {
+  SoundRig rig;
+  const auto hidden = rig.Node("wardrobe", 0, {Property("Visibility", {0.0})});
+  rig.Further("Coat", hidden);
+  EXPECT_THAT(Told(rig.File()), ElementsAre("hidden-mesh Coat"));
+  support::GltfFile file;
+  file.Top({{"mesh", file.Mesh({{"attributes", {{"POSITION", file.Points({0, 0, 0, 1, 0, 0, 0, 1, 0})}}}})}});
+  for (const char* name : {"walk", "run", "jump", "sit", "wave"}) file.Add("animations", {{"name", name}});
+  EXPECT_THAT(Told(file.Glb(), "model.glb"), testing::Contains("motion-left-out"));
+  EXPECT_THAT(TextOf("motion-left-out"), HasSubstr("\"walk\", \"run\", \"jump\" and 2 more"));
 }
 
 TEST_F(Check, ComparesTheBonesOfActorsWithTheProducts) {

@@ -7,12 +7,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <functional>
 #include <regex>
 #include <utility>
 
 #include "prove/compare.h"
+#include "prove/explain.h"
 #include "prove/sha256.h"
 #include "support/arm.h"
 #include "support/json_schemas.h"
@@ -25,6 +27,7 @@ using support::Arm;
 using support::ArmRig;
 using support::At;
 using support::Character;
+using support::FbxRecord;
 using support::ModelAndPackage;
 using support::Scaled;
 using support::Turned;
@@ -135,6 +138,7 @@ TEST(Prove, AScaledRootIsToldAndHidesNothing) {
   ModelAndPackage converted(model);
   const prove::Proof proof = converted.Prove();
   EXPECT_EQ(CodesOf(proof), "root-scale");
+  EXPECT_EQ(proof.verdict, Verdict::RigFaults);
   EXPECT_LE(proof.worst.error, prove::kLimit);
   EXPECT_THAT(proof.findings.at(0).error * proof.diagonal, testing::DoubleNear(9.0, 1e-4))
       << "10 instead of 1";
@@ -174,6 +178,126 @@ TEST(Prove, WithoutBonesMeshesStandAsTheyDoNow) {
   EXPECT_EQ(CodesOf(ModelAndPackage(model).Prove()), "no-skeleton");
   const ModelAndPackage attached(model.Text(), "model.fbx", {.attachRigid = true});
   EXPECT_EQ(attached.Prove().verdict, Verdict::Proven);
+}
+
+/// A root, a limb of two bones and a mesh that is bound to it: at x = 0, 2 and 5.
+struct Limb : Character {
+  Id root = Bone("root"), upper, between, lower;
+  MeshNode mesh;
+  std::vector<PoseEntry> pose;
+
+  /// @param scale  of the upper bone, at all times
+  /// @param hub    how far a node below it stands that is no bone
+  explicit Limb(std::array<double, 3> scale = {1, 1, 1}, double hub = 0)
+      : upper(Bone("upper", root, {At(2, 0, 0), Scaled(scale[0], scale[1], scale[2])})),
+        between(hub > 0 ? Null("hub", upper, {At(hub, 0, 0)}) : upper),
+        lower(Bone("lower", between, {At(3 - hub, 0, 0)})),
+        mesh(Mesh("Limb", {0, 0, 0, 2, 1, 0, 5, 0, 1, 6, 1, 1}, {0, 1, -3, 1, 2, -4})) {
+    support::Matrix16 scaled = support::ScaleMatrix(scale[0], scale[1], scale[2]), end = scaled;
+    scaled[12] = 2;
+    end[12] = 2 + 3 * scale[0];
+    Bind(root, {0}, support::Identity());
+    Bind(upper, {1}, scaled);
+    Bind(lower, {2, 3}, end);
+    pose.push_back({mesh.node, support::Identity()});
+    if (hub > 0) pose.push_back({between, support::Translation(2 + hub, 0, 0)});
+  }
+  void Bind(Id bone, std::vector<double> points, const support::Matrix16& link) {
+    FbxRecord& cluster = Weights(mesh, bone, points, std::vector<double>(points.size(), 1.0));
+    support::Matrix16 toLink = support::ScaleMatrix(1 / link[0], 1 / link[5], 1 / link[10]);
+    toLink[12] = -link[12] / link[0];
+    cluster.Add(support::Doubles("Transform", toLink));
+    cluster.Add(support::Doubles("TransformLink", link));
+    pose.push_back({bone, link});
+  }
+  ModelAndPackage Converted() {
+    if (!pose.empty()) BindPose(pose);
+    return ModelAndPackage(*this);
+  }
+};
+
+TEST(Prove, FaultsOfBindPosesAndSkeletonsAreNamed) {
+  const auto codesOf = [](Limb limb) { return CodesOf(limb.Converted().Prove()); };
+  EXPECT_EQ(codesOf(Limb()), "");
+  Limb parentless, hung;
+  parentless.pose.erase(parentless.pose.begin() + 1);
+  EXPECT_EQ(codesOf(parentless), "parent-not-bound");
+  EXPECT_EQ(codesOf(Limb({1, 1, 1}, 1)), "node-between-bones");
+  EXPECT_THAT(codesOf(Limb({-1, 1, 1})), testing::EndsWith("mirrored-bone"));
+  EXPECT_EQ(codesOf(Limb({1, 2, 1})), "uneven-scale");
+  EXPECT_EQ(codesOf(Limb({2, 2, 2})), "scaled-bones");
+  hung.Mesh("Hung", {2, 0, 0, 3, 0, 0, 2, 1, 0}, {0, 1, -3}, hung.upper);
+  EXPECT_EQ(codesOf(hung), "no-skin");
+}
+
+TEST(Prove, PackagesThatStandAsTheirSkinsWereBoundAreSound) {
+  ArmRig rebound;
+  rebound.boundAt = 0.5;
+  const prove::Proof proof =
+      ModelAndPackage(Arm(rebound).Text(), "model.fbx", {.bindFromSkin = true}).Prove();
+  EXPECT_EQ(CodesOf(proof), "stands-as-bound");
+  EXPECT_EQ(proof.verdict, Verdict::Proven);
+}
+
+TEST(Prove, MeshesAreFoundAgainWhateverThePackageLeavesOut) {
+  Limb limb;
+  // A triangle without area, and a mesh of the same name that the last one replaces.
+  auto parts = limb.Mesh("Parts", {0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 0}, {0, 1, -3, 1, 1, -4, 1, 3, -3});
+  Character::MaterialNumbers(parts, {0, 0, 1});
+  limb.Material(parts);
+  limb.Material(parts);
+  limb.Weights(parts, limb.root, {0, 1, 2, 3}, {1, 1, 1, 1});
+  limb.pose.push_back({parts.node, support::Identity()});
+  for (const double height : {7.0, 8.0}) {
+    auto twin = limb.Mesh("Twin", {0, height, 0, 1, height, 0, 0, 9, 0}, {0, 1, -3});
+    limb.Weights(twin, limb.root, {0, 1, 2}, {1, 1, 1});
+    limb.pose.push_back({twin.node, support::Identity()});
+  }
+  const prove::Proof proof = limb.Converted().Prove();
+  EXPECT_EQ(proof.verdict, Verdict::Proven) << CodesOf(proof);
+}
+
+TEST(Prove, OurOwnErrorsHideBehindNothing) {
+  ArmRig unweighted;
+  unweighted.weighsAll = false;
+  ModelAndPackage faulty{Arm(unweighted)};
+  faulty.actor.meshes[0].vertices[0].position[1] += 0.5f;
+  EXPECT_THAT(CodesOf(faulty.Prove()), testing::StartsWith("wrong-place"));
+  // Of two influences the weaker one is kept.
+  ModelAndPackage weakest{Arm({})};
+  for (actor::Mesh& mesh : weakest.actor.meshes) {
+    for (const actor::Vertex& vertex : mesh.vertices) {
+      actor::Influence* const pair = &mesh.influences[vertex.firstInfluence];
+      if (vertex.influenceCount != 2 || pair[0].weight == pair[1].weight) continue;
+      std::swap(pair[0].weight, pair[1].weight);
+      (pair[0].weight > pair[1].weight ? pair[0] : pair[1]).weight = 1;
+      (pair[0].weight > pair[1].weight ? pair[1] : pair[0]).weight = 0;
+    }
+  }
+  const prove::Proof kept = prove::Prove(*weakest.scene, weakest.actor, {.poses = 4, .mostInfluences = 1});
+  EXPECT_THAT(CodesOf(kept), testing::HasSubstr("wrong-weights"));
+  EXPECT_EQ(kept.verdict, Verdict::OurError);
+}
+
+TEST(Prove, ErrorsAreTheSameInAnyNumberOfThreadsAndNeverRounding) {
+  const ModelAndPackage converted(Arm({}));
+  const actor::Skeleton& skeleton = converted.actor.skeleton;
+  const prove::ModelRig rig = prove::ReadModelRig(*converted.scene, skeleton, false);
+  const prove::Matches matches = prove::MatchMeshes(*converted.scene, rig, converted.actor);
+  const double diagonal = prove::MeasureDiagonal(rig, matches);
+  const auto compare = [&](unsigned threads) {
+    return prove::Compare(skeleton, rig, matches, prove::MakePoses(skeleton, rig, 7, 9), diagonal, threads);
+  };
+  prove::Comparison one = compare(1);
+  const prove::Comparison three = compare(3);
+  EXPECT_EQ(one.turned, three.turned);
+  EXPECT_EQ(one.atRest, three.atRest);
+  EXPECT_EQ(one.now, three.now);
+  one.turned[0][1] = 1e-3f;
+  const auto explained =
+      prove::Explain(skeleton, rig, matches, prove::FindBoneFacts(skeleton, rig, diagonal), one, 0);
+  ASSERT_EQ(explained.causes.size(), 1u);
+  EXPECT_EQ(prove::WordsOf(explained.causes[0].cause).code, "unexplained");
 }
 
 using ProveTool = support::Tool;
