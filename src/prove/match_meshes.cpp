@@ -93,10 +93,11 @@ class Matcher {
 
   void Try(scene::KFbxNode& node) {
     scene::KFbxMesh* mesh = node.GetMesh();
+    if (!mesh) return;
     const std::string name = ts3d::SanitizeMeshName(node.GetName());
     const int materialCount = node.GetMaterialCount();
     std::vector<std::pair<size_t, int>> wanted;
-    for (int material = 0; mesh && material < std::max(materialCount, 1); ++material) {
+    for (int material = 0; material < std::max(materialCount, 1); ++material) {
       const auto file = fileOf_.find(FileName(name, material));
       if (file != fileOf_.end() && !found_[file->second].file) wanted.emplace_back(file->second, material);
     }

@@ -14,7 +14,6 @@ namespace ts3d {
 namespace {
 
 using scene::KFbxNode;
-using scene::KFbxNodeAttribute;
 using scene::KFbxVector4;
 using scene::KFbxXMatrix;
 
