@@ -448,6 +448,33 @@ TEST_F(Check, TellsOfHiddenMeshesAndOfMotionsThatStay) {
   EXPECT_THAT(TextOf("motion-left-out"), HasSubstr("\"walk\", \"run\", \"jump\" and 2 more"));
 }
 
+TEST_F(Check, ProposesNoRepairThatDoesNotHelp) {
+  const auto repairs = [&](const std::string& model) {
+    Told(model);
+    std::string options;
+    for (const ts3d::Finding& finding : report_.findings) {
+      const size_t option = finding.text.find("--");
+      if (finding.code == "repair-helps")
+        options += finding.text.substr(option, finding.text.find(' ', option) - option) + " ";
+    }
+    return options;
+  };
+  SoundRig second, hidden, both;
+  second.Weights(second.body, second.Bone("second"), {0}, {1});
+  EXPECT_EQ(repairs(second.File()), "--join-roots ");
+  const auto inGroup = hidden.Bone("inGroup", hidden.Node("group", hidden.root));
+  hidden.Weights(hidden.body, inGroup, {0}, {1});
+  EXPECT_EQ(repairs(hidden.File()), "--open-groups ");
+  both.Weights(both.body, both.Bone("far", both.Node("group")), {0}, {1});
+  EXPECT_EQ(repairs(both.File()), "--open-groups --join-roots ") << "one by itself does nothing";
+  BoundSkin posed;
+  posed.pose[1].matrix[12] = 2;
+  EXPECT_EQ(repairs(posed.File()), "--bind-from-skin ");
+  SoundRig hung;
+  hung.pose.push_back({hung.Triangle("Hat", hung.tip).node, Translation(0, 5, 0)});
+  EXPECT_EQ(repairs(hung.File()), "--attach-rigid ") << "the hat would stay behind when the tip moves";
+}
+
 TEST_F(Check, ComparesTheBonesOfActorsWithTheProducts) {
   SoundRig rig;
   for (const char* name : {"rig:LeftHand", "rig:LeftShoulder", "rig:LeftArm", "thumbA.R", "l_femur"}) {

@@ -108,6 +108,8 @@ TEST(RewrittenDocument, NamesMeshesAndMakesSwitchesOfThoseThatAreMarked) {
      </switch>
 )"));
   EXPECT_EQ(CountOf("<switch name", document), 3u) << "with the template";
+  EXPECT_THAT(Rewrite(job, "Ha=Cap"), HasSubstr("<material_file name=\"Hat\" threadID"))
+      << "whose name begins so";
   EXPECT_THAT(document, HasSubstr("<flags>\n\t<invert_v/>\n\t<rotation x=\"0\" y=\"0\"/>\n</flags>\n"));
   EXPECT_THAT(Rewrite(job, "Ghost=<x>|no name"),
               HasSubstr("     <mesh name=\"Ghost\" file=\"Ghost.cmf\"/>\n</meshes>"));
