@@ -164,6 +164,11 @@ TEST_F(Batch, UpdateConvertsWhatIsOlderThanItsInputsAndBytesRepeat) {
   EXPECT_TRUE(convertedWith("--pack fast"));
   Run("convert -q in/a.fbx -o out --pack small");
   EXPECT_TRUE(convertedWith("--pack fast")) << "somebody else's package";
+  EXPECT_FALSE(convertedWith("--pack fast"));
+  folder_.Write("in/fbx2czp.json", "{\"exclude\": [\"hat\"]}");
+  touch("in/fbx2czp.json");
+  EXPECT_TRUE(convertedWith("--pack fast")) << "other settings";
+  EXPECT_EQ(ReadWholeFile(folder_.Path("out/a.xfg")).find("name=\"hat\""), std::string::npos);
 }
 
 TEST_F(Batch, WatchConvertsAgainWhatChanges) {

@@ -111,6 +111,11 @@ TEST_F(Tool, AModelThatFailsDoesNotStopTheOthersAndLeavesNothing) {
   EXPECT_TRUE(Printed("text.fbx: error: the model cannot be loaded: the file is of no format that is read"));
   EXPECT_TRUE(Printed("fbx2czp: empty.fbx: error: The model has no mesh with points, "));
   EXPECT_EQ(Run("convert empty.fbx good.fbx -q"), 5);
+  CopySample("sub\\x.fbx");
+  for (const char* beside : {"", " good.fbx"}) {
+    EXPECT_EQ(Run("convert -q 'sub\\x.fbx'" + std::string(beside)), 2);
+    EXPECT_TRUE(Printed("a path with a backslash cannot be converted")) << errors_;
+  }
 }
 
 TEST_F(Tool, WhatIsMissingOrSomethingElseIsToldAlikeByEveryCommand) {
@@ -332,6 +337,15 @@ TEST_F(Tool, PackagesOfOthersAreReplacedOnRequestOnly) {
     EXPECT_EQ(Run("convert scout.fbx -q --force"), 0) << errors_;
   }
   EXPECT_EQ(ReadWholeFile(folder_.Path("scout.czp")).size(), ours.size());
+  const std::pair<const char*, const char*> others[] = {{"scout.xfg", "its document is another's"},
+                                                        {"hat.cmf", "it has no document"}};
+  for (const auto& [member, told] : others) {
+    const std::string write = "import zipfile; zipfile.ZipFile(\"scout.czp\", \"w\").writestr(\"" +
+                              std::string(member) + "\", \"<cal_config>\")";
+    ASSERT_EQ(std::system(("cd '" + folder_.Path() + "' && python3 -c '" + write + "'").c_str()), 0);
+    EXPECT_EQ(Run("convert scout.fbx -q"), 3) << member;
+    EXPECT_TRUE(Printed(told)) << errors_;
+  }
 }
 
 TEST_F(Tool, NothingIsNoResultAndSidesAreAskedForByName) {

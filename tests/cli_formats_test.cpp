@@ -178,6 +178,9 @@ TEST_F(Formats, ACharacterBecomesThePackageOfItsFbx) {
   EXPECT_TRUE(Printed("this is a glTF file; \"fbx2czp convert\" makes a package of it")) << errors_;
   EXPECT_EQ(Run("check ."), 0) << "of the same model in several formats one is taken";
   std::filesystem::copy_file(folder_.Path("glb/scout.glb"), folder_.Path("scout.glb"));
+  EXPECT_EQ(Run("check ."), 0);
+  EXPECT_THAT(output_,
+              testing::AllOf(HasSubstr("=== scout.fbx\n"), testing::Not(HasSubstr("=== scout.glb\n"))));
   EXPECT_EQ(Run("convert -q --force . -o out"), 0) << errors_;
 }
 

@@ -308,4 +308,14 @@ TEST_F(ToolTextures, ThatAreOnePictureAreDecodedOnce) {
   EXPECT_THAT(Packed("Boots.tga"), kIsConverted) << errors_;
 }
 
+TEST_F(ToolTextures, AreLeftBesideTheModelAloneWhereTheyServeItAgain) {
+  WriteModel({"a.png"});
+  CopyCloth("a.png");
+  EXPECT_EQ(Run("convert -q hero.fbx -o out"), 0) << errors_;
+  EXPECT_EQ(Files("out") + "; " + Files(), "hero.czp hero.xfg; a.png hero.fbx out");
+  EXPECT_THAT(Package(folder_.Path("out/hero.czp"))["a.tga"], kIsConverted);
+  EXPECT_EQ(Run("convert -q hero.fbx"), 0) << errors_;
+  EXPECT_EQ(Files(), "a.png a.tga hero.czp hero.fbx hero.xfg out");
+}
+
 }  // namespace
