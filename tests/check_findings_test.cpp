@@ -7,7 +7,9 @@
 #include <cmath>
 #include <numbers>
 
+#include "rig_check/bone_places.h"
 #include "rig_check/check_rig.h"
+#include "scene/math/nearest_rotation.h"
 #include "support/character.h"
 #include "support/gltf_builder.h"
 #include "support/temp_folder.h"
@@ -266,6 +268,16 @@ TEST_F(Check, ExplainsTheBindPose) {
   none.Weights(mesh, none.Bone("root"), {0, 1, 2}, {1, 1, 1});
   EXPECT_THAT(Told(none),
               UnorderedElementsAre("no-bind-pose", "skin-not-bound Body", "no-uvs Body", "no-material Body"));
+}
+
+/// A sheared bone stands right as its x axis has it, and turned next to all axes.
+TEST(Gap, ReadsShearEitherWay) {
+  const auto turned = [](double degrees) { return scene::KFbxXMatrix::Rotation({20, 30, degrees}); };
+  const scene::KFbxXMatrix sheared = scene::KFbxXMatrix::Scaling({1, 1.5, 1}) * turned(40);
+  EXPECT_LT(ts3d::GapBetween(scene::KFbxXMatrix::Rotation(sheared.GetR()), sheared).degrees, 1e-6);
+  EXPECT_LT(ts3d::GapBetween(scene::NearestRotationIfSheared(sheared), sheared).degrees, 1e-6);
+  EXPECT_GT(ts3d::GapBetween(turned(60), sheared).degrees, 5);
+  EXPECT_NEAR(ts3d::GapBetween(turned(40), turned(43)).degrees, 3, 1e-6);
 }
 
 TEST_F(Check, TellsWhereAScaledRootIsPut) {

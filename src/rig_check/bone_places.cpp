@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <numbers>
 
+#include "scene/math/nearest_rotation.h"
 #include "scene/model/pose.h"
 
 namespace ts3d {
@@ -17,11 +18,20 @@ using scene::KFbxXMatrix;
 /// What nobody sees: an angle in degrees, a share of the model's size or of a scale.
 constexpr double kSmallAngle = 0.2, kSmallShare = 0.004;
 
-double AngleBetween(const KFbxXMatrix& a, const KFbxXMatrix& b) {
+double AngleBetweenTurns(const KFbxXMatrix& a, const KFbxXMatrix& b) {
   const KFbxXMatrix turnA = KFbxXMatrix::Rotation(a.GetR()), turnB = KFbxXMatrix::Rotation(b.GetR());
   double sum = 0.0;
   for (size_t i = 0; i < 12; ++i) sum += (turnA.At(i) - turnB.At(i)) * (turnA.At(i) - turnB.At(i));
   return 2.0 * std::asin(std::min(1.0, std::sqrt(sum / 8.0))) * 180.0 / std::numbers::pi;
+}
+
+/// What shear has left no rotation of its own may be read as the one that keeps its x axis, or as the nearest.
+double AngleBetween(const KFbxXMatrix& a, const KFbxXMatrix& b) {
+  const double angle = AngleBetweenTurns(a, b);
+  if (angle <= kSmallAngle) return angle;
+  const KFbxXMatrix nearA = NearestRotationIfSheared(a), nearB = NearestRotationIfSheared(b);
+  return std::min(
+      {angle, AngleBetweenTurns(a, nearB), AngleBetweenTurns(nearA, b), AngleBetweenTurns(nearA, nearB)});
 }
 
 }  // namespace
