@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The commands that read packages, as a person or a script runs them.
+#include <gmock/gmock.h>
+
 #include <functional>
 #include <nlohmann/json.hpp>
 

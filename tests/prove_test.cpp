@@ -162,7 +162,7 @@ TEST(Prove, BonesMadeRigidBelowAnUnevenScaleAreComparedToTheLastBit) {
   EXPECT_EQ(CodesOf(proof), "uneven-scale");
   EXPECT_LT(proof.worst.error, 0.005);
   // The unevenness must not hide what is far smaller.
-  for (const size_t bone : {1, 2}) {
+  for (const size_t bone : {size_t{1}, size_t{2}}) {
     for (const auto rotation : {&actor::Bone::rotation, &actor::Bone::boneSpaceRotation}) {
       actor::Actor damaged = converted.actor;
       (damaged.skeleton.bones[bone].*rotation)[0] += 2e-5f;
