@@ -33,6 +33,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
 endif()
 # A product and a sum are rounded one after the other, on every processor: models come out the same everywhere.
 add_compile_options(-ffp-contract=off)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC 12 loses a rounding to float between doubles where it joins statements into vectors.
+  add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-tree-slp-vectorize>)
+endif()
 if(WIN32)
   target_compile_definitions(ts3d_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 endif()
