@@ -7,7 +7,9 @@
 #include <cmath>
 #include <cstring>
 #include <functional>
+#include <numbers>
 
+#include "scene/math/nearest_rotation.h"
 #include "support/load_gltf.h"
 
 namespace {
@@ -57,6 +59,23 @@ TEST(GltfNodes, StandWhereTheirTransformsPutThem) {
     EXPECT_THAT(PointsOf(Loaded(file).Mesh("m")), testing::Pointwise(testing::DoubleNear(1e-3), expected))
         << transform;
   }
+}
+
+TEST(GltfNodes, ThatAreShearedBecomeBonesAsOfFbxFilesThatAreMadeRigid) {
+  GltfFile file;
+  const size_t mesh = file.Mesh(
+      {{"attributes", file.Held({{"POSITION", file.Points({0, 0, 0, 1, 0, 0, 0, 1, 0})}}, {1, 1, 1})}});
+  const size_t tip = file.Add("nodes", {{"name", "tip"}, {"rotation", {0, 0, 0.6, 0.8}}});
+  const size_t root = file.Top({{"name", "root"}, {"scale", {1, 2, 1}}, {"children", {tip}}});
+  file.Top({{"name", "m"}, {"mesh", mesh}, {"skin", AddSkin(file, {root, tip}, {})}});
+  const Loaded loaded(file);
+  const scene::KFbxPose& pose = *loaded.scene->GetPose(0);
+  const scene::KFbxXMatrix& bound = pose.GetMatrix(pose.Find(&loaded.Node("tip")));
+  const double degrees = 2 * std::acos(0.8) * 180 / std::numbers::pi;
+  const scene::KFbxXMatrix sheared =
+      scene::KFbxXMatrix::Scaling({1, 2, 1}) * scene::KFbxXMatrix::Rotation({0, 0, degrees});
+  const scene::KFbxXMatrix nearest = scene::NearestRotationIfSheared(sheared);
+  for (size_t i = 0; i < 12; ++i) EXPECT_NEAR(bound.At(i), nearest.At(i), 1e-6) << i;
 }
 
 TEST(GltfNodes, OfTheSceneThatIsShownAreReadWithTheirSkeletons) {

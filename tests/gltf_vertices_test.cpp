@@ -149,6 +149,34 @@ TEST(GltfVertices, WithNumbersThatAreNoneLoseThoseAlone) {
   EXPECT_EQ(CoordinatesOf(mesh), "0 1,0 1,1 0,");
 }
 
+TEST(GltfVertices, AreRoundedToSinglePrecisionOnEverySystem) {
+  GltfFile file;
+  const std::vector<float> metres{0.1f, 0.2f, 0.3f, -0.7f, 1e37f, 1.1f, 3e38f, -3e38f, 0.9f};
+  file.Top({{"name", "m"}, {"mesh", file.Mesh({{"attributes", {{"POSITION", file.Points(metres)}}}})}});
+  std::vector<double> expected;
+  for (const float metre : metres) {
+    const volatile float centimetre = static_cast<float>(100.0 * static_cast<double>(metre));
+    expected.push_back(std::isfinite(centimetre) ? static_cast<double>(centimetre) : 0.0);
+  }
+  EXPECT_EQ(PointsOf(Loaded(file).Mesh("m")), expected);
+}
+
+TEST(GltfVertices, OfTwoSidesStayApartHoweverRoundedTheirNormalsAre) {
+  GltfFile file;
+  const std::vector<float> side{0, 0, 0, 1, 0, 0, 0, 1, 0};
+  std::vector<float> both = side;
+  both.insert(both.end(), side.begin(), side.end());
+  std::vector<int8_t> normals;
+  for (const int8_t number : {int8_t{73}, int8_t{-73}}) normals.insert(normals.end(), 9, number);
+  const Json attributes = {
+      {"POSITION", file.Points(both)},
+      {"NORMAL", file.Numbers(GltfFile::kI8, "VEC3", 3, normals, {{"normalized", true}})}};
+  file.Top(
+      {{"name", "m"},
+       {"mesh", file.Mesh({{"attributes", attributes}, {"indices", file.Indices({0, 1, 2, 3, 5, 4})}})}});
+  EXPECT_EQ(TrianglesOf(Loaded(file).Mesh("m")), "012 354 ");
+}
+
 TEST(GltfVertices, BecomeOnePointWhereNothingButTheLookDiffers) {
   GltfFile file;
   const auto place = [&](std::vector<float> xyz, std::vector<float> normals) {

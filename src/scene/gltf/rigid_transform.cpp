@@ -3,6 +3,8 @@
 
 #include <cmath>
 
+#include "scene/math/nearest_rotation.h"
+
 namespace scene::gltf {
 
 bool IsInvertible(const KFbxXMatrix& m) {
@@ -11,8 +13,8 @@ bool IsInvertible(const KFbxXMatrix& m) {
 }
 
 KFbxXMatrix WithoutScale(const KFbxXMatrix& m) {
-  // As bones of FBX files lose theirs.
-  if (IsInvertible(m)) return {m.GetT(), m.GetR(), {1, 1, 1}};
+  // As bones of FBX files lose theirs with --rigid-bones.
+  if (IsInvertible(m)) return {m.GetT(), NearestRotationIfSheared(m).GetR(), {1, 1, 1}};
   KFbxVector4 x{m.At(0), m.At(1), m.At(2)}, y{m.At(4), m.At(5), m.At(6)};
   const auto normalize = [](KFbxVector4& v, const KFbxVector4& otherwise) {
     const double length = v.Length();

@@ -2,6 +2,7 @@
 #include "scene/gltf/vertex_weld.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace scene::gltf {
@@ -145,10 +146,15 @@ bool VertexWeld::IsOpposed(uint32_t point, const Vertices& vertices, size_t vert
   bool isOpposed = false;
   points_.UseVertex(point, [&](const Vertices& own, size_t ownVertex) {
     if (own.normals.size() == 0 || vertices.normals.size() == 0) return;
-    const auto product = [&](size_t k) {
-      return own.normals.At(ownVertex, k) * vertices.normals.At(vertex, k);
-    };
-    isOpposed = product(0) + product(1) + product(2) < kOpposed;
+    // Few bits make the normals of quantised files too long or too short.
+    float product = 0, square = 0, ownSquare = 0;
+    for (size_t k = 0; k < 3; ++k) {
+      const float number = vertices.normals.At(vertex, k), ownNumber = own.normals.At(ownVertex, k);
+      product += number * ownNumber;
+      square += number * number;
+      ownSquare += ownNumber * ownNumber;
+    }
+    isOpposed = product < kOpposed * std::sqrt(square * ownSquare);
   });
   return isOpposed;
 }
